@@ -1,0 +1,92 @@
+// The control frame: what every design-time control is and does.
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "common/DesignBox.h"
+#include "common/Object.h"
+#include "common/PropertyBag.h"
+#include "common/PropertyTable.h"
+
+namespace kvo {
+
+class Control;
+
+// A failing bag call or assignment while loading ends the load - or, in one class, that key only.
+enum class ReadFailure { endsLoad, skipsKey };
+
+// The whole contract of a control class. Each class returns its own from `Contract()`.
+struct ControlClass {
+  std::string_view name;
+  std::span<const PropertyRow> properties;  // in interface order
+  std::span<const BagKey> bag;              // in persisted order
+  BoxDesign box;
+  std::span<const std::string_view> pages;  // class names, in the order of their tabs
+  std::shared_ptr<Control> (*create)();
+  ReadFailure readFailure = ReadFailure::endsLoad;
+
+  // The row of a property, names without regard to case; nullptr when there is none.
+  const PropertyRow* FindProperty(std::string_view propertyName) const;
+  const BagKey* FindKey(std::string_view key) const;  // keys exactly
+};
+
+// A control instance. It is born as its initialise step leaves it; its end is the terminate event.
+// Setters store and refresh the box; they never notify the host. One thread.
+class Control : public Object {
+ public:
+  virtual const ControlClass& Class() const = 0;
+
+  // The host's load: every key in persisted order, each with its read default. Then the layout.
+  void ReadProperties(PropertyBag& bag);
+  // The host's save: the same keys in the same order, each with its write default.
+  void WriteProperties(PropertyBag& bag) const;
+
+  // The markup that stands in the page for this control. Depends on the properties alone.
+  std::string GetRuntimeText() const;
+  // The same, appended to `out`. After a failure `out` may hold a part of the text.
+  virtual void AppendRuntimeText(std::string& out) const = 0;
+
+  // The picture as it looks now. Text is measured here, not when a property changes.
+  Box DesignTimeBox() const;
+  // The host's resize event.
+  virtual void Resize() { laidOut_ = true; }
+  virtual void DblClick(WindowHandle /*owner*/) {}
+
+  const std::string& Namespace() const { return namespace_; }
+  void Namespace(std::string sNewNamespace) { namespace_ = std::move(sNewNamespace); }
+  const std::string& basename() const { return basename_; }
+  void basename(std::string sNewBasename) {
+    basename_ = std::move(sNewBasename);
+    UpdateDisplay();
+  }
+  const std::string& DisplayBasename() const { return displayBasename_; }
+  void DisplayBasename(std::string sNewDisplayBasename) {
+    displayBasename_ = std::move(sNewDisplayBasename);
+    UpdateDisplay();
+  }
+
+  // Late binding over the class's interface, and the method GetRuntimeText.
+  Variant Get(std::string_view name) override;
+  void Let(std::string_view name, Variant value) override;
+  Variant Call(std::string_view name, std::span<const Variant> arguments) override;
+  std::optional<std::vector<std::string>> PropertyPages() override;
+
+ protected:
+  // Refreshes the box: from now on it shows the properties instead of the design captions.
+  void UpdateDisplay() { captionsShown_ = laidOut_ = true; }
+
+ private:
+  std::string namespace_;
+  std::string basename_;
+  std::string displayBasename_;
+  bool captionsShown_ = false;
+  bool laidOut_ = false;
+};
+
+// The caption of every `lblBasename`: DisplayBasename, or basename when that is empty.
+std::string_view BasenameCaption(const Control& control);
+
+}  // namespace kvo

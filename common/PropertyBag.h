@@ -1,0 +1,59 @@
+// The host's property bag of one control instance: texts under keys.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "common/Variant.h"
+
+namespace kvo {
+
+// The default of a write: a value equal to it is not stored. kAlwaysStored is "no default".
+using WriteDefault = std::optional<std::string_view>;
+inline constexpr WriteDefault kAlwaysStored = std::nullopt;
+
+class PropertyBag {
+ public:
+  virtual ~PropertyBag() = default;
+
+  // The stored value, or the default when the key is absent. Absent is not empty: a stored empty
+  // text never turns into the default.
+  Variant ReadProperty(std::string_view key, std::string_view readDefault) {
+    if (auto stored = Find(key)) return std::move(*stored);
+    return readDefault;
+  }
+
+  // The one place of the rule: equal to its default is not stored, no default is always stored.
+  void WriteProperty(std::string_view key, std::string_view value, WriteDefault writeDefault) {
+    if (writeDefault != value) Store(key, value);
+  }
+
+ protected:
+  // Either may throw; the failure is the host's and reaches the caller of the load or save.
+  virtual std::optional<Variant> Find(std::string_view key) = 0;
+  virtual void Store(std::string_view key, std::string_view value) = 0;
+};
+
+// A bag in memory that keeps the order in which the keys were stored.
+class MemoryBag : public PropertyBag {
+ public:
+  using Entry = std::pair<std::string, std::string>;
+
+  MemoryBag() = default;
+  explicit MemoryBag(std::vector<Entry> entries) : entries_(std::move(entries)) {}
+
+  const std::vector<Entry>& Entries() const { return entries_; }
+
+ protected:
+  std::optional<Variant> Find(std::string_view key) override;
+  void Store(std::string_view key, std::string_view value) override;
+
+ private:
+  std::vector<Entry> entries_;
+  std::size_t next_ = 0;  // where the last hit ended: keys are mostly asked for in stored order
+};
+
+}  // namespace kvo

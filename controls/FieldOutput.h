@@ -1,0 +1,41 @@
+// What the controls that output one value have in common: a main value, the caption shown in its
+// place, and an optional data format.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "common/Control.h"
+
+namespace kvo {
+
+class FieldOutput : public Control {
+ public:
+  const std::string& DisplayValue() const { return displayValue_; }
+  void DisplayValue(std::string sNewDisplayValue) {
+    displayValue_ = std::move(sNewDisplayValue);
+    UpdateDisplay();
+  }
+  const std::string& Format() const { return format_; }
+  void Format(std::string sNewFormat) { format_ = std::move(sNewFormat); }
+
+ protected:
+  // `<ns:name attribute="main value" format="..."/>`; nothing at all without a main value.
+  void AppendOutputTag(std::string& out, std::string_view attribute) const;
+
+  const std::string& MainValue() const { return mainValue_; }
+  void MainValue(std::string newValue) {
+    mainValue_ = std::move(newValue);
+    UpdateDisplay();
+  }
+
+  // Caption of the value label: DisplayValue, or the main value when that is empty.
+  static std::string_view ValueCaption(const Control& control);
+
+ private:
+  std::string mainValue_;
+  std::string displayValue_;
+  std::string format_;
+};
+
+}  // namespace kvo
