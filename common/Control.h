@@ -1,6 +1,8 @@
 // The control frame: what every design-time control is and does.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <span>
 #include <string>
@@ -86,7 +88,45 @@ class Control : public Object {
   bool laidOut_ = false;
 };
 
-// The caption of every `lblBasename`: DisplayBasename, or basename when that is empty.
-std::string_view BasenameCaption(const Control& control);
+namespace property_table {
+
+using Self = Control;
+inline constexpr std::array kFrameProperties = {
+    KVO_PROPERTY(1, Namespace), KVO_PROPERTY(2, basename), KVO_PROPERTY(3, DisplayBasename)};
+
+consteval std::array<BagKey, 3> FrameKeys(std::string_view basename) {
+  return {BagKey{"namespace", "kv", "kv", Through(kFrameProperties, "Namespace")},
+          BagKey{"basename", basename, basename, Through(kFrameProperties, "basename")},
+          BagKey{"display-basename", "", "", Through(kFrameProperties, "DisplayBasename")}};
+}
+
+template <class T, std::size_t first, std::size_t second>
+consteval std::array<T, first + second> Join(const std::array<T, first>& a, const T (&b)[second]) {
+  std::array<T, first + second> joined{};
+  std::ranges::copy(a, joined.begin());
+  std::ranges::copy(b, joined.begin() + first);
+  return joined;
+}
+
+}  // namespace property_table
+
+// What every class begins with: the first three properties, and the first three keys. Only the
+// default base name differs from class to class.
+template <std::size_t own>
+consteval std::array<PropertyRow, own + 3> FrameProperties(const PropertyRow (&ownRows)[own]) {
+  return property_table::Join(property_table::kFrameProperties, ownRows);
+}
+
+template <std::size_t own>
+consteval std::array<BagKey, own + 3> FrameKeys(std::string_view basename,
+                                                const BagKey (&ownKeys)[own]) {
+  return property_table::Join(property_table::FrameKeys(basename), ownKeys);
+}
+
+// For a class that adds nothing.
+inline constexpr const auto& kFramePropertiesOnly = property_table::kFrameProperties;
+consteval std::array<BagKey, 3> FrameKeys(std::string_view basename) {
+  return property_table::FrameKeys(basename);
+}
 
 }  // namespace kvo

@@ -2,6 +2,7 @@
 // All measures are twips, 15 to a pixel; the font is Tahoma 8.25 point.
 #pragma once
 
+#include <array>
 #include <span>
 #include <string>
 #include <string_view>
@@ -71,5 +72,34 @@ void LayOutSideBySide(Box& box, const Control& control);
 void LayOutCaption(Box& box, const Control& control);
 // A box that cannot be resized: always 7200 by 480, nothing inside moves.
 void LayOutFixed(Box& box, const Control& control);
+
+// The caption of every `lblBasename`: DisplayBasename, or basename when that is empty.
+std::string_view BasenameCaption(const Control& control);
+
+// The labels and the box of the classes that show a caption and a value side by side.
+using CaptionOf = std::string_view (*)(const Control&);
+constexpr std::array<BoxLabel, 2> SideBySideLabels(std::string_view designBasename,
+                                                   std::string_view valueLabel,
+                                                   std::string_view designValue, CaptionOf value) {
+  return {BoxLabel{"lblBasename",
+                   designBasename,
+                   FontWeight::bold,
+                   {120, 90, 0, 195},
+                   true,
+                   BasenameCaption},
+          BoxLabel{valueLabel, designValue, FontWeight::normal, {1200, 90, 0, 195}, true, value}};
+}
+constexpr BoxDesign SideBySideBox(std::span<const BoxLabel> labels) {
+  return {2700, 390, labels, {15, 15, 2670, 360}, LayOutSideBySide};
+}
+
+// The box of the classes that show their caption alone.
+constexpr std::array<BoxLabel, 1> CaptionLabel(std::string_view designCaption, int top) {
+  return {BoxLabel{
+      "lblBasename", designCaption, FontWeight::bold, {120, top, 0, 195}, true, BasenameCaption}};
+}
+constexpr BoxDesign CaptionBox(std::span<const BoxLabel> labels, int borderTop, int borderHeight) {
+  return {2700, 390, labels, {15, borderTop, 2670, borderHeight}, LayOutCaption};
+}
 
 }  // namespace kvo

@@ -1,7 +1,7 @@
 #include "common/Object.h"
 
-#include "common/RuntimeError.h"
 #include "common/Ascii.h"
+#include "common/RuntimeError.h"
 
 namespace kvo {
 namespace {

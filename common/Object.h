@@ -24,7 +24,7 @@ class Enumerator {
 
 // Names are matched without regard to case. An unknown member is RuntimeError 438. Held by
 // ObjectRef wherever a reference outlives a call.
-class Object {
+class Object : public std::enable_shared_from_this<Object> {
  public:
   Object() = default;
   Object(const Object&) = delete;

@@ -111,16 +111,22 @@ using Owner = decltype(OwnerOf(member));
       #Name, id, [](const Self& control) -> decltype(auto) { return control.Name(); }, \
       [](Self& control, auto&& value) { control.Name(std::forward<decltype(value)>(value)); })
 
+namespace property_table {
+
 // The row of a property. A name that the interface does not have does not compile.
-consteval const PropertyRow& Property(std::span<const PropertyRow> properties,
-                                      std::string_view name) {
+consteval const PropertyRow& Find(std::span<const PropertyRow> properties, std::string_view name) {
   for (const PropertyRow& row : properties)
     if (row.name == name) return row;
   throw "no property of this name";
 }
 
+}  // namespace property_table
+
 // In through the property's setter and out through its getter.
-consteval BagWay Through(const PropertyRow& row) { return {row.let, row.text}; }
+consteval BagWay Through(std::span<const PropertyRow> properties, std::string_view name) {
+  const PropertyRow& row = property_table::Find(properties, name);
+  return {row.let, row.text};
+}
 
 // The held member as it stands.
 template <auto member>
@@ -130,25 +136,24 @@ std::string_view Held(const Control& control, std::string&) {
 
 // Straight into the held member, past the setter, and straight out of it.
 template <auto member>
-inline constexpr BagWay kDirect = {
-    [](Control& control, Variant stored) {
-      static_cast<property_table::Owner<member>&>(control).*member = ToText(std::move(stored));
-    },
-    &Held<member>};
+inline constexpr BagWay kDirect = {[](Control& control, Variant stored) {
+                                     static_cast<property_table::Owner<member>&>(control).*member =
+                                         ToText(std::move(stored));
+                                   },
+                                   &Held<member>};
 
 // As kDirect, but without the blanks and line breaks around the stored text.
 template <auto member>
-inline constexpr BagWay kDirectTrimmed = {
-    [](Control& control, Variant stored) {
-      static_cast<property_table::Owner<member>&>(control).*member =
-          TrimCrLf(ToText(std::move(stored)));
-    },
-    &Held<member>};
+inline constexpr BagWay kDirectTrimmed = {[](Control& control, Variant stored) {
+                                            static_cast<property_table::Owner<member>&>(control).*
+                                                member = TrimCrLf(ToText(std::move(stored)));
+                                          },
+                                          &Held<member>};
 
-// In through the property's setter, but out of the held member (which differs from the getter).
+// In through the property's setter, but out of the held member, which differs from the getter.
 template <auto member>
-consteval BagWay InThrough(const PropertyRow& row) {
-  return {row.let, &Held<member>};
+consteval BagWay InThrough(std::span<const PropertyRow> properties, std::string_view name) {
+  return {property_table::Find(properties, name).let, &Held<member>};
 }
 
 }  // namespace kvo

@@ -36,6 +36,13 @@ class TagWriter {
     out_ += '"';
     return *this;
   }
+  TagWriter& AttributeWith(std::string_view name, std::string_view value,
+                           void (*append)(std::string& out, std::string_view value)) {
+    Begin(name);
+    append(out_, value);
+    out_ += '"';
+    return *this;
+  }
 
   void CloseEmpty() { out_ += "/>"; }
   void Close() { out_ += '>'; }

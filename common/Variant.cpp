@@ -5,9 +5,9 @@
 #include <limits>
 #include <system_error>
 
+#include "common/Ascii.h"
 #include "common/Object.h"
 #include "common/RuntimeError.h"
-#include "common/Ascii.h"
 
 namespace kvo {
 namespace {
@@ -16,8 +16,7 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::optional<double> ParseHexadecimal(std::string_view digits) {
   std::uint32_t bits = 0;
-  const auto [end, error] =
-      std::from_chars(digits.data(), digits.data() + digits.size(), bits, 16);
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), bits, 16);
   if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
   return static_cast<std::int32_t>(bits);
 }

@@ -25,8 +25,8 @@ class Variant {
   Variant(const char* text) : held_(std::string(text)) {}
   Variant(ObjectRef object) : held_(std::move(object)) {}
   template <class Pointer>
-    requires std::is_pointer_v<Pointer>
-  Variant(Pointer) = delete;  // no pointer silently becomes a flag
+  requires std::is_pointer_v<Pointer> Variant(Pointer)
+  = delete;  // no pointer silently becomes a flag
 
   bool IsEmpty() const { return std::holds_alternative<std::monostate>(held_); }
 

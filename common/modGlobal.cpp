@@ -21,7 +21,7 @@ struct Token {
   std::string_view text;
 };
 constexpr std::array kTokens = {
-    Token{"kv:@lt;", "<"},  Token{"kv:@gt;", ">"},         Token{"kv:@quot;", "\""},
+    Token{"kv:@lt;", "<"},  Token{"kv:@gt;", ">"},        Token{"kv:@quot;", "\""},
     Token{"kv:@amp;", "&"}, Token{"kv:@br;", kLineBreak},
 };
 
@@ -323,8 +323,7 @@ std::int16_t HexToInt(std::string_view text) {
   return static_cast<std::int16_t>(result);
 }
 
-bool ParseColor(std::string_view text, std::uint8_t& red, std::uint8_t& green,
-                std::uint8_t& blue) {
+bool ParseColor(std::string_view text, std::uint8_t& red, std::uint8_t& green, std::uint8_t& blue) {
   while (text.starts_with(' ')) text.remove_prefix(1);
   while (text.ends_with(' ')) text.remove_suffix(1);
   std::array<std::uint8_t, 3> parts{};

@@ -1,13 +1,37 @@
 #include "host/registration/classes.h"
 
 #include "common/Ascii.h"
+#include "controls/DTCClicktracker.h"
+#include "controls/DTCConfig.h"
+#include "controls/DTCContact.h"
+#include "controls/DTCElement.h"
+#include "controls/DTCIf.h"
+#include "controls/DTCOrder.h"
+#include "controls/DTCPositionList.h"
 #include "controls/DTCPrint.h"
+#include "controls/DTCProductList.h"
+#include "controls/DTCScript.h"
+#include "controls/DTCUnsubscriber.h"
+#include "controls/DTCViewtracker.h"
 
 namespace kvo {
 namespace {
 
 constexpr RegisteredControl kControls[] = {
-    {DTCPrint::Contract, "{6F1B5C0E-6B0A-4B57-9C55-0F6D1C6A7E01}"},
+    // clang-format off
+    {DTCPrint::Contract,        "{6F1B5C0E-6B0A-4B57-9C55-0F6D1C6A7E01}"},
+    {DTCContact::Contract,      "{BBA5164F-192A-4168-85B5-1D9488DA3EB8}"},
+    {DTCOrder::Contract,        "{63E2A8F8-4A52-4F54-B327-05AE9EA0DB80}"},
+    {DTCConfig::Contract,       "{A6F00881-2DEA-4359-9CDE-D016A4B03D07}"},
+    {DTCElement::Contract,      "{AD6F84A9-F2B3-48BE-BC2A-7A8C3D9F8790}"},
+    {DTCScript::Contract,       "{BE49BE9A-95F3-47D7-8C3D-D68E76A15576}"},
+    {DTCIf::Contract,           "{EE7E56F3-446D-4B11-9747-D4159D6E24EF}"},
+    {DTCProductList::Contract,  "{7EC7917E-6D35-4EDF-A0D7-F9B3EE63ED82}"},
+    {DTCPositionList::Contract, "{C5EDB45A-D385-4062-AE6A-5560389434CB}"},
+    {DTCClicktracker::Contract, "{71E4A15D-4520-4FA5-B89C-742702D119AC}"},
+    {DTCViewtracker::Contract,  "{07BB82DA-BC7E-4353-B288-57CC3CADA656}"},
+    {DTCUnsubscriber::Contract, "{061F636A-57EC-4403-AC56-604393B010E8}"},
+    // clang-format on
 };
 
 constexpr std::string_view kProgId = "progid:";
@@ -56,8 +80,7 @@ const RegisteredControl* FindControlByClassId(std::string_view classId) {
 }
 
 bool IsOurProgId(std::string_view classId) {
-  return StartsWith(classId, kProgId) &&
-         StartsWith(classId.substr(kProgId.size()), kLibraryName);
+  return StartsWith(classId, kProgId) && StartsWith(classId.substr(kProgId.size()), kLibraryName);
 }
 
 }  // namespace kvo

@@ -1,0 +1,22 @@
+// Author-written HTML held in token form.
+#pragma once
+
+#include <string>
+
+#include "common/Control.h"
+
+namespace kvo {
+
+// A control with inner HTML. The bag holds the token form; the property speaks plain HTML.
+class ContentControl : public Control {
+ public:
+  std::string HTMLContent() const { return DecodeMarkupTokens(storedContent_); }
+  void HTMLContent(std::string sNewHTMLContent) {
+    storedContent_ = EncodeMarkupTokens(sNewHTMLContent);
+  }
+
+ protected:
+  std::string storedContent_;
+};
+
+}  // namespace kvo
