@@ -57,6 +57,10 @@ class Platform {
   // The modal property frame over one object and its pages, at 0, 0 of the owner window.
   virtual void ShowPropertyFrame(WindowHandle owner, std::string_view caption, ObjectRef object,
                                  const std::vector<std::string>& pages) = 0;
+
+  // A recordset of the machine's database layer, not yet opened. Its members, late bound, are those
+  // named in common/Recordset.h. RuntimeError 429 when the machine has no such layer.
+  virtual ObjectRef NewRecordset() = 0;
 };
 
 // The platform of the running program. A program installs one before it touches a control;

@@ -20,6 +20,8 @@ constexpr std::array kDescriptions = {
         {"Index außerhalb des gültigen Bereichs", "Subscript out of range"}},
     Row{ErrorNumber::typeMismatch, {"Typen unverträglich", "Type mismatch"}},
     Row{ErrorNumber::objectNotSet, {"Objektvariable nicht festgelegt", "Object variable not set"}},
+    Row{ErrorNumber::cannotCreateObject,
+        {"Objekterstellung nicht möglich", "Can't create the object"}},
     Row{ErrorNumber::unknownMember,
         {"Objekt unterstützt diese Eigenschaft oder Methode nicht",
          "Object doesn't support this property or method"}},

@@ -17,6 +17,7 @@ enum class ErrorNumber : int {
   subscriptOutOfRange = 9,
   typeMismatch = 13,
   objectNotSet = 91,
+  cannotCreateObject = 429,
   unknownMember = 438,
   keyInUse = 457,
 };

@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+
+#include "common/GermanFormat.h"
+
+namespace kvo {
+namespace {
+
+const Variant kDate = "23.04.2004 16:09:53";
+
+TEST(GermanFormat, GroupsByPointAndWritesDecimalsBehindAComma) {
+  EXPECT_EQ(GermanFormat(1134.23, "#,##0.00"), "1.134,23");
+  EXPECT_EQ(GermanFormat(1134.23, "#,##0"), "1.134");
+  EXPECT_EQ(GermanFormat(1234567.0, "#,##0.00"), "1.234.567,00");
+  EXPECT_EQ(GermanFormat(1134.23, "0.000"), "1134,230");
+  EXPECT_EQ(GermanFormat(0.5, "#.##"), ",5");
+  EXPECT_EQ(GermanFormat(7, "000"), "007");
+  EXPECT_EQ(GermanFormat(-1134.23, "#,##0.00"), "-1.134,23");
+}
+
+TEST(GermanFormat, RoundsHalvesAwayFromZeroAsTheNumberReads) {
+  EXPECT_EQ(GermanFormat(2.5, "0"), "3");
+  EXPECT_EQ(GermanFormat(-2.5, "0"), "-3");
+  EXPECT_EQ(GermanFormat(1.005, "0.00"), "1,01");
+  EXPECT_EQ(GermanFormat(999.995, "#,##0.00"), "1.000,00");
+  EXPECT_EQ(GermanFormat(-0.001, "0.00"), "0,00");
+}
+
+TEST(GermanFormat, ReadsATextAsDateAndTime) {
+  EXPECT_EQ(GermanFormat(kDate, "dd.mm.yyyy"), "23.04.2004");
+  EXPECT_EQ(GermanFormat(kDate, "dd. mmmm yyyy"), "23. April 2004");
+  EXPECT_EQ(GermanFormat(kDate, "hh:mm"), "16:09");
+  EXPECT_EQ(GermanFormat(kDate, "hh:mm:ss"), "16:09:53");
+  EXPECT_EQ(GermanFormat("1.3.2024", "dd.mm.yy"), "01.03.24");
+  EXPECT_EQ(GermanFormat("7:05", "h:m"), "7:5");
+}
+
+TEST(GermanFormat, MonthsBecomeMinutesOnlyDirectlyAfterAnHour) {
+  EXPECT_EQ(GermanFormat(kDate, "dd.mm.yyyy hh:mm"), "23.04.2004 16:09");
+  EXPECT_EQ(GermanFormat(kDate, "hh:mm mm"), "16:09 04");
+  EXPECT_EQ(GermanFormat(kDate, "hh:nn"), "16:09");
+}
+
+TEST(GermanFormat, ABackslashMakesTheNextCharacterStandForItself) {
+  EXPECT_EQ(GermanFormat(kDate, "dd. mmmm yyyy u\\m hh:mm:ss"), "23. April 2004 um 16:09:53");
+  EXPECT_EQ(GermanFormat(kDate, "\"dd\" dd"), "dd 23");
+}
+
+TEST(GermanFormat, NamesDaysAndMonthsInGerman) {
+  EXPECT_EQ(GermanFormat(kDate, "dddd, d. mmm"), "Freitag, 23. Apr");
+  EXPECT_EQ(GermanFormat("01.03.2004", "ddd d. mmmm"), "Mo 1. März");
+}
+
+TEST(GermanFormat, ANumberByADatePatternCountsDays) {
+  EXPECT_EQ(GermanFormat(38100.67353, "dd.mm.yyyy hh:mm"), "23.04.2004 16:09");
+  EXPECT_EQ(GermanFormat(0, "dd.mm.yyyy"), "30.12.1899");
+}
+
+TEST(GermanFormat, WhatReadsAsNothingComesBackAsItIs) {
+  EXPECT_EQ(GermanFormat("morgen", "dd.mm.yyyy"), "morgen");
+  EXPECT_EQ(GermanFormat("31.02.2004", "dd.mm.yyyy"), "31.02.2004");
+  EXPECT_EQ(GermanFormat("viel", "#,##0"), "viel");
+  EXPECT_EQ(GermanFormat("25:00", "hh:mm"), "25:00");
+  EXPECT_EQ(GermanFormat(1e300, "dd.mm.yyyy"), ToText(1e300));
+}
+
+}  // namespace
+}  // namespace kvo
