@@ -2,8 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 #include <limits>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 #include "common/Ascii.h"
 #include "common/Object.h"
@@ -57,6 +62,33 @@ bool IsBareAmpersand(const char* text, std::size_t size) {
   }
   return false;
 }
+
+// Copies up to the first "&" or to the end, whichever comes first, and says how much that was. May
+// write up to kBlock surplus characters behind that.
+constexpr std::size_t kBlock = 16;
+
+#ifdef __SSE2__
+std::size_t CopyUpToAmpersand(const char* from, std::size_t size, char* to) {
+  std::size_t copied = 0;
+  const __m128i ampersands = _mm_set1_epi8('&');
+  for (; size - copied >= kBlock; copied += kBlock) {
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + copied));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + copied), block);
+    const auto hits = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, ampersands)));
+    if (hits != 0) return copied + static_cast<std::size_t>(std::countr_zero(hits));
+  }
+  for (; copied < size && from[copied] != '&'; ++copied) to[copied] = from[copied];
+  return copied;
+}
+#else
+std::size_t CopyUpToAmpersand(const char* from, std::size_t size, char* to) {
+  const void* found = std::memchr(from, '&', size);
+  const std::size_t copied =
+      found == nullptr ? size : static_cast<std::size_t>(static_cast<const char*>(found) - from);
+  std::memcpy(to, from, copied);
+  return copied;
+}
+#endif
 
 // The second to seventh pass of the token form over the text that the first pass leaves, which
 // comes in character by character. What may still be removed or joined is held back.
@@ -167,20 +199,35 @@ bool ParseRgbColor(std::string_view text, std::array<std::uint8_t, 3>& parts) {
 }  // namespace
 
 void AppendFixAmpersands(std::string& out, std::string_view text) {
-  const char* at = text.data();
-  const char* const end = at + text.size();
-  const char* copied = at;
-  while (at != end) {
-    at = static_cast<const char*>(std::memchr(at, '&', static_cast<std::size_t>(end - at)));
-    if (at == nullptr) break;
-    if (IsBareAmpersand(at, static_cast<std::size_t>(end - at))) {
-      out.append(copied, at + 1);
-      out += "amp;";
-      copied = at + 1;
-    }
-    ++at;
+  const char* from = text.data();
+  const char* const end = from + text.size();
+  if (text.empty() || std::memchr(from, '&', text.size()) == nullptr) {
+    out += text;
+    return;
   }
-  out.append(copied, end);
+
+  // The text grows in place, with room to spare that is given back at the end.
+  constexpr std::string_view kEscaped = "&amp;";
+  std::size_t used = out.size();
+  for (;;) {
+    const auto rest = static_cast<std::size_t>(end - from);
+    if (const std::size_t needed = rest + kBlock + kEscaped.size(); out.size() - used < needed)
+      out.resize(used + needed + rest / 8);
+    char* to = out.data() + used;
+    const std::size_t plain = CopyUpToAmpersand(from, rest, to);
+    used += plain;
+    if (plain == rest) break;
+    from += plain;
+    if (IsBareAmpersand(from, rest - plain)) {
+      std::memcpy(to + plain, kEscaped.data(), kEscaped.size());
+      used += kEscaped.size();
+    } else {
+      to[plain] = '&';
+      ++used;
+    }
+    ++from;
+  }
+  out.resize(used);
 }
 
 std::string FixAmpersands(std::string_view text) {

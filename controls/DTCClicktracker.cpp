@@ -31,7 +31,7 @@ const ControlClass& DTCClicktracker::Contract() {
 }
 
 void DTCClicktracker::AppendRuntimeText(std::string& out) const {
-  AppendLinkBlock(out, {"href", href_}, {"click-id", clickId_});
+  AppendLinkBlock<"href", "click-id">(out, href_, clickId_);
 }
 
 }  // namespace kvo

@@ -30,6 +30,6 @@ const ControlClass& DTCConfig::Contract() {
   return contract;
 }
 
-void DTCConfig::AppendRuntimeText(std::string& out) const { AppendOutputTag(out, "item"); }
+void DTCConfig::AppendRuntimeText(std::string& out) const { AppendOutputTag<"item">(out); }
 
 }  // namespace kvo

@@ -66,9 +66,9 @@ void DTCElement::AppendRuntimeText(std::string& out) const {
   const bool hasContent = !storedContent_.empty();
   if (hasContent) out += kBlockStart;
   TagWriter tag(out, Namespace(), basename());
-  tag.Attribute("name", value_);
-  if (openingTagOnly_) tag.AttributeAsIs("render-open-tag-only", "true");
-  if (closingTagOnly_) tag.AttributeAsIs("render-closing-tag-only", "true");
+  tag.Attribute<"name">(value_);
+  if (openingTagOnly_) tag.AttributeAsIs<"render-open-tag-only">("true");
+  if (closingTagOnly_) tag.AttributeAsIs<"render-closing-tag-only">("true");
   ForEachAttribute([&tag](std::string_view item) {
     if (item.empty()) return;
     const std::size_t bar = item.find('|');
@@ -77,7 +77,7 @@ void DTCElement::AppendRuntimeText(std::string& out) const {
     const std::string_view name = item.substr(0, bar);
     const std::string_view rest = item.substr(bar + 1);
     const std::string_view value = rest.substr(0, rest.find('|'));
-    if (!name.empty() && !value.empty()) tag.Attribute(name, value);
+    if (!name.empty() && !value.empty()) tag.NamedAttribute(name, value);
   });
   if (!hasContent) return tag.CloseEmpty();
   tag.Close();
@@ -104,12 +104,13 @@ void DTCElement::Attributes(std::string sNewAttributes) {
     if (end == std::string_view::npos) break;
     rest.remove_prefix(end + kItemSeparator.size());
   }
-  attributes_ = std::move(items);
+  AttributesCollection(std::move(items));
 }
 
 void DTCElement::AttributesCollection(ObjectRef colNewAttributesCollection) {
   attributes_ = colNewAttributesCollection ? std::move(colNewAttributesCollection)
                                            : std::make_shared<Collection>();
+  ownList_ = dynamic_cast<const Collection*>(attributes_.get());
 }
 
 template <class Visit>
@@ -118,11 +119,8 @@ void DTCElement::ForEachAttribute(const Visit& visit) const {
     if (const std::string* text = item.If<std::string>()) return visit(*text);
     visit(ToText(item));
   };
-  if (const auto* own = dynamic_cast<const Collection*>(attributes_.get())) {
-    for (std::size_t i = 0; i < own->Count(); ++i) visitItem((*own)[i]);
-  } else {
-    ForEach(*attributes_, visitItem);
-  }
+  if (ownList_ == nullptr) return ForEach(*attributes_, visitItem);
+  for (std::size_t i = 0; i < ownList_->Count(); ++i) visitItem((*ownList_)[i]);
 }
 
 }  // namespace kvo

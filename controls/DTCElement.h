@@ -9,6 +9,7 @@ namespace kvo {
 // Stands for one arbitrary HTML element: whole, or its opening or closing tag only.
 class DTCElement final : public ContentControl {
  public:
+  DTCElement() { AttributesCollection(nullptr); }
   static const ControlClass& Contract();
   const ControlClass& Class() const override { return Contract(); }
   // RuntimeError 9 for an attribute item without "|".
@@ -40,7 +41,8 @@ class DTCElement final : public ContentControl {
   std::string displayValue_;  // persisted under a key of its own, but never set by anything
   bool openingTagOnly_ = false;
   bool closingTagOnly_ = false;
-  ObjectRef attributes_ = std::make_shared<Collection>();
+  ObjectRef attributes_;
+  const Collection* ownList_ = nullptr;  // attributes_, unless it is a host's own collection
 };
 
 }  // namespace kvo

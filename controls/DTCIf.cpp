@@ -48,10 +48,10 @@ void DTCIf::AppendRuntimeText(std::string& out) const {
   constexpr std::string_view kElse = "else";
   out += kBlockStart;
   TagWriter tag(out, Namespace(), basename());
-  tag.Attribute("test", test_);
+  tag.Attribute<"test">(test_);
   if (!storedDisplayValue_.empty()) {
     // Deliberate: the attribute carries the token form. Encoding it once more would change nothing.
-    tag.AttributeAsIs("display-value", storedDisplayValue_);
+    tag.AttributeAsIs<"display-value">(storedDisplayValue_);
   }
   tag.Close();
   AppendDecodeMarkupTokens(out, storedOnTrue_);

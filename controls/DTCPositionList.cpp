@@ -58,20 +58,19 @@ const ControlClass& DTCPositionList::Contract() {
 
 void DTCPositionList::AppendRuntimeText(std::string& out) const {
   TagWriter tag(out, Namespace(), basename());
-  const auto unlessDefault = [&tag](std::string_view name, std::string_view value,
-                                    std::string_view standard) {
-    if (value != standard) tag.AttributeIfSet(name, value);
+  const auto unless = [](std::string_view standard, std::string_view value) {
+    return value == standard ? std::string_view() : value;
   };
-  tag.Attribute("order-id", orderId_.empty() ? kOrderId : orderId_);
-  unlessDefault("table-cellspacing", tableCellSpacing_, kCellSpacing);
-  unlessDefault("table-cellpadding", tableCellPadding_, kCellPadding);
-  unlessDefault("table-border", tableBorder_, kBorder);
-  tag.AttributeIfSet("table-bgcolor", tableBackground_)
-      .AttributeIfSet("table-css-style", tableCssStyle_)
-      .AttributeIfSet("header-bgcolor", headerBackground_)
-      .AttributeIfSet("header-css-style", headerCSSStyle_)
-      .AttributeIfSet("body-bgcolor", bodyBackground_)
-      .AttributeIfSet("body-css-style", bodyCssStyle_)
+  tag.Attribute<"order-id">(orderId_.empty() ? kOrderId : orderId_)
+      .AttributeIfSet<"table-cellspacing">(unless(kCellSpacing, tableCellSpacing_))
+      .AttributeIfSet<"table-cellpadding">(unless(kCellPadding, tableCellPadding_))
+      .AttributeIfSet<"table-border">(unless(kBorder, tableBorder_));
+  tag.AttributeIfSet<"table-bgcolor">(tableBackground_)
+      .AttributeIfSet<"table-css-style">(tableCssStyle_)
+      .AttributeIfSet<"header-bgcolor">(headerBackground_)
+      .AttributeIfSet<"header-css-style">(headerCSSStyle_)
+      .AttributeIfSet<"body-bgcolor">(bodyBackground_)
+      .AttributeIfSet<"body-css-style">(bodyCssStyle_)
       .CloseEmpty();
 }
 

@@ -30,6 +30,6 @@ const ControlClass& DTCPrint::Contract() {
   return contract;
 }
 
-void DTCPrint::AppendRuntimeText(std::string& out) const { AppendOutputTag(out, "value"); }
+void DTCPrint::AppendRuntimeText(std::string& out) const { AppendOutputTag<"value">(out); }
 
 }  // namespace kvo

@@ -126,33 +126,33 @@ void DTCProductList::AppendRuntimeText(std::string& out) const {
   if (displayColumns_ > 0) {
     char digits[12];
     const auto end = std::to_chars(digits, digits + sizeof digits, displayColumns_).ptr;
-    tag.Attribute("display-columns", {digits, end});
+    tag.Attribute<"display-columns">({digits, end});
   }
-  tag.AttributeIfSet("table-width", tableWidth_)
-      .AttributeIfSet("selected-products", selectedProducts_)
-      .AttributeIfSet("shop-http-url", shopHTTPURL_)
-      .AttributeIfSet("images-http-url", imagesHTTPURL_);
-  if (!displayDesc2_) tag.AttributeAsIs("display-desc2", kYesNo.no);
-  if (!displayPrice_) tag.AttributeAsIs("display-price", kYesNo.no);
-  if (displayThumb_ != kStandardThumb) tag.Attribute("display-thumb", displayThumb_);
-  if (!displayAsLink_) tag.AttributeAsIs("display-as-link", kYesNo.no);
+  tag.AttributeIfSet<"table-width">(tableWidth_)
+      .AttributeIfSet<"selected-products">(selectedProducts_)
+      .AttributeIfSet<"shop-http-url">(shopHTTPURL_)
+      .AttributeIfSet<"images-http-url">(imagesHTTPURL_);
+  if (!displayDesc2_) tag.AttributeAsIs<"display-desc2">(kYesNo.no);
+  if (!displayPrice_) tag.AttributeAsIs<"display-price">(kYesNo.no);
+  if (displayThumb_ != kStandardThumb) tag.Attribute<"display-thumb">(displayThumb_);
+  if (!displayAsLink_) tag.AttributeAsIs<"display-as-link">(kYesNo.no);
   if (!fontFamily_.empty()) {
     // Deliberate: the size hangs on the family, and then goes out even when it is empty.
-    tag.Attribute("font-family", fontFamily_).Attribute("font-size", fontSize_);
+    tag.Attribute<"font-family">(fontFamily_).Attribute<"font-size">(fontSize_);
   }
-  if (stretchBreach_) tag.AttributeAsIs("breach", kStretchFill.yes);
-  tag.AttributeIfSet("table-border", border_);
+  if (stretchBreach_) tag.AttributeAsIs<"breach">(kStretchFill.yes);
+  tag.AttributeIfSet<"table-border">(border_);
   if (!headline_.empty()) {
     // Deliberate: entities for "<", ">" and quotes, but no ampersand fix.
-    tag.AttributeWith("header-caption", headline_, AppendEncodeHtmlEntities);
+    tag.AttributeWith<"header-caption">(headline_, AppendEncodeHtmlEntities);
   }
-  tag.AttributeIfSet("table-bgcolor", tableBgColor_)
-      .AttributeIfSet("header-bgcolor", headerBgColor_)
-      .AttributeIfSet("header-css-style", headerCSSStyle_);
+  tag.AttributeIfSet<"table-bgcolor">(tableBgColor_)
+      .AttributeIfSet<"header-bgcolor">(headerBgColor_)
+      .AttributeIfSet<"header-css-style">(headerCSSStyle_);
   if (defaultExtension_ != kStandardExtension)
-    tag.AttributeIfSet("default-extension", defaultExtension_);
-  tag.AttributeIfSet("click-id", clickId_);
-  if (cacheObject_) tag.AttributeAsIs("in-cache", CreateGUID());  // a new one at every call
+    tag.AttributeIfSet<"default-extension">(defaultExtension_);
+  tag.AttributeIfSet<"click-id">(clickId_);
+  if (cacheObject_) tag.AttributeAsIs<"in-cache">(CreateGUID());  // a new one at every call
   tag.CloseEmpty();
 }
 

@@ -31,7 +31,7 @@ const ControlClass& DTCUnsubscriber::Contract() {
 }
 
 void DTCUnsubscriber::AppendRuntimeText(std::string& out) const {
-  AppendLinkBlock(out, {"recipient", recipient_}, {"site", site_});
+  AppendLinkBlock<"recipient", "site">(out, recipient_, site_);
 }
 
 }  // namespace kvo

@@ -14,7 +14,7 @@ class DataField : public FieldOutput, public OfficeHolder {
   const std::string& Field() const { return MainValue(); }
   void Field(std::string sNewField) { MainValue(std::move(sNewField)); }
 
-  void AppendRuntimeText(std::string& out) const override { AppendOutputTag(out, "field"); }
+  void AppendRuntimeText(std::string& out) const override { AppendOutputTag<"field">(out); }
 
  protected:
   static consteval auto Properties();

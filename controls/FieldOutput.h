@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "common/Control.h"
+#include "common/TagWriter.h"
 
 namespace kvo {
 
@@ -21,7 +22,14 @@ class FieldOutput : public Control {
 
  protected:
   // `<ns:name attribute="main value" format="..."/>`; nothing at all without a main value.
-  void AppendOutputTag(std::string& out, std::string_view attribute) const;
+  template <AttributeName attribute>
+  void AppendOutputTag(std::string& out) const {
+    if (mainValue_.empty()) return;
+    TagWriter(out, Namespace(), basename())
+        .template Attribute<attribute>(mainValue_)
+        .template AttributeIfSet<"format">(format_)
+        .CloseEmpty();
+  }
 
   const std::string& MainValue() const { return mainValue_; }
   void MainValue(std::string newValue) {
@@ -30,7 +38,10 @@ class FieldOutput : public Control {
   }
 
   // Caption of the value label: DisplayValue, or the main value when that is empty.
-  static std::string_view ValueCaption(const Control& control);
+  static std::string_view ValueCaption(const Control& control) {
+    const auto& self = static_cast<const FieldOutput&>(control);
+    return self.displayValue_.empty() ? self.mainValue_ : self.displayValue_;
+  }
 
  private:
   std::string mainValue_;

@@ -4,17 +4,26 @@
 #include <string>
 #include <string_view>
 
+#include "common/TagWriter.h"
+#include "controls/BlockLevel.h"
 #include "controls/ContentControl.h"
 
 namespace kvo {
 
 class LinkBlock : public ContentControl {
  protected:
-  struct Attribute {
-    std::string_view name;
-    std::string_view value;
-  };
-  void AppendLinkBlock(std::string& out, Attribute first, Attribute second) const;
+  template <AttributeName first, AttributeName second>
+  void AppendLinkBlock(std::string& out, std::string_view firstValue,
+                       std::string_view secondValue) const {
+    out += kBlockStart;
+    TagWriter(out, Namespace(), basename())
+        .template Attribute<first>(firstValue)
+        .template Attribute<second>(secondValue)
+        .Close();
+    AppendDecodeMarkupTokens(out, storedContent_);
+    AppendEndTag(out, Namespace(), basename());
+    out += kBlockEnd;
+  }
 };
 
 }  // namespace kvo

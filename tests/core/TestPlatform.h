@@ -44,6 +44,8 @@ class TestPlatform : public Platform {
     log.push_back(entry);
   }
 
+  ObjectRef NewRecordset() override { return nullptr; }
+
   ObjectRef shown;
 
  private:
