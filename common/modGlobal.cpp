@@ -11,6 +11,8 @@
 #endif
 
 #include "common/Ascii.h"
+#include "common/FormControls.h"
+#include "common/FormPropertyGrid.h"
 #include "common/Object.h"
 #include "common/RuntimeError.h"
 
@@ -382,6 +384,19 @@ bool ParseColor(std::string_view text, std::uint8_t& red, std::uint8_t& green, s
   return parsed;
 }
 
+const PropertyGridItem* GetSelectedChoice(const PropertyGridItem& item) {
+  const std::string value = ToText(item.Value());
+  for (const auto& choice : item.Choices())
+    if (choice->Caption() == value) return choice.get();
+  return nullptr;
+}
+
+const PropertyGridItem* FindChoiceByValue(const PropertyGridItem& item, std::string_view value) {
+  for (const auto& choice : item.Choices())
+    if (ToText(choice->Value()) == value) return choice.get();
+  return nullptr;
+}
+
 void ShowPropertyPages(ObjectRef object, std::string_view caption, WindowHandle owner) {
   if (object == nullptr) throw RuntimeError(ErrorNumber::objectNotSet);
   auto pages = object->PropertyPages();
@@ -394,6 +409,14 @@ void ShowPropertyPages(ObjectRef object, std::string_view caption, WindowHandle 
   }
   if (!pages) throw RuntimeError(ErrorNumber::typeMismatch);
   ThePlatform().ShowPropertyFrame(owner, caption, std::move(object), *pages);
+}
+
+void SelectAllText(TextBox& box) {
+  constexpr std::size_t kLeftButton = 1;
+  constexpr std::uint8_t kDown = 0x80;
+  if ((ThePlatform().KeyboardState()[kLeftButton] & kDown) != 0 || box.SelLength() != 0) return;
+  box.SelStart(0);
+  box.SelLength(CharacterCount(box.Text()));
 }
 
 }  // namespace kvo

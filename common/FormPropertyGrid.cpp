@@ -1,0 +1,78 @@
+#include "common/FormPropertyGrid.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "common/Form.h"
+#include "common/FormRenderer.h"
+#include "common/RuntimeError.h"
+
+namespace kvo {
+
+void PropertyGridItem::Value(Variant newValue) {
+  if (design_.value == newValue) return;
+  design_.value = std::move(newValue);
+  grid_.ItemChanged(*this);
+  if (grid_.onChange_) grid_.onChange_(*this);
+}
+
+void PropertyGridItem::Enabled(bool bNewEnabled) {
+  if (design_.enabled == bNewEnabled) return;
+  design_.enabled = bNewEnabled;
+  grid_.ItemChanged(*this);
+}
+
+void PropertyGridItem::AddChoice(std::string caption, Variant value, std::string key) {
+  choices_.push_back(std::make_unique<PropertyGridItem>(grid_, Design{.kind = ItemKind::choice,
+                                                                      .caption = std::move(caption),
+                                                                      .key = std::move(key),
+                                                                      .value = std::move(value)}));
+  grid_.ItemChanged(*this);
+}
+
+PropertyGrid::PropertyGrid(Container& parent, std::string_view name, Design design)
+    : FormControl(parent, name, design.at, design.font),
+      caption_(design.caption),
+      onChange_(std::move(design.onChange)),
+      onButtonClick_(std::move(design.onButtonClick)),
+      onDeleteKey_(std::move(design.onDeleteKey)) {}
+
+PropertyGridItem& PropertyGrid::Add(PropertyGridItem::Design design) {
+  items_.push_back(std::make_unique<PropertyGridItem>(*this, std::move(design)));
+  PropertyGridItem& added = *items_.back();
+  Notify(Aspect::items);
+  return added;
+}
+
+void PropertyGrid::Remove(const PropertyGridItem& item) {
+  const auto at = std::ranges::find(items_, &item, &std::unique_ptr<PropertyGridItem>::get);
+  if (at == items_.end()) throw RuntimeError(ErrorNumber::invalidCall, std::string(Name()));
+  if (selected_ == at->get()) selected_ = nullptr;
+  const auto removed = std::move(*at);  // lives until the renderer was told
+  items_.erase(at);
+  Notify(Aspect::items);
+}
+
+void PropertyGrid::Clear() {
+  if (items_.empty()) return;
+  selected_ = nullptr;
+  const auto removed = std::exchange(items_, {});
+  Notify(Aspect::items);
+}
+
+PropertyGridItem* PropertyGrid::Find(std::string_view key) const {
+  for (const auto& item : items_)
+    if (item->Key() == key) return item.get();
+  return nullptr;
+}
+
+PropertyGridItem& PropertyGrid::Item(std::string_view key) {
+  if (PropertyGridItem* item = Find(key)) return *item;
+  throw RuntimeError(ErrorNumber::invalidCall, std::string(Name()) + '(' + std::string(key) + ')');
+}
+
+void PropertyGrid::ItemChanged(PropertyGridItem& item) {
+  if (FormRenderer* renderer = OwnerRenderer()) renderer->ItemChanged(item);
+}
+
+}  // namespace kvo

@@ -1,0 +1,48 @@
+// The rows of a data grid, fetched from its recordset in blocks as they are looked at.
+#pragma once
+
+#include <cstddef>
+#include <list>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "common/FormGrid.h"
+#include "common/Object.h"
+
+namespace kvo {
+
+// Keeps the blocks that were looked at last, and no more: memory does not grow with the table.
+class GridRows {
+ public:
+  struct Row {
+    std::vector<std::string> cells;  // as shown, by column
+    Variant bookmark;
+  };
+
+  GridRows(ObjectRef recordset, std::span<const GridColumn> columns);
+
+  Object& Recordset() const { return *recordset_; }
+  std::size_t Count() const { return count_; }
+  // RuntimeError 9 when there is no such row (any more).
+  const Row& At(std::size_t row);
+
+ private:
+  struct Block {
+    std::size_t number;
+    std::vector<Row> rows;
+  };
+  Block Fetch(std::size_t number);
+
+  ObjectRef recordset_;
+  std::span<const GridColumn> columns_;
+  std::size_t count_;
+  std::list<Block> blocks_;  // the last used first
+  std::unordered_map<std::size_t, std::list<Block>::iterator> byNumber_;
+};
+
+// The value of a field of the record on which a recordset stands.
+Variant FieldValue(Object& recordset, const std::string& field);
+
+}  // namespace kvo
