@@ -14,12 +14,12 @@ namespace kvo {
 class GridRows;
 
 struct GridColumn {
-  std::string caption;
-  std::string field;
-  std::string emptyText;  // stands in a cell without a value
-  std::string groupText;  // stands before the value when the rows are grouped by this column
-  std::string sortHint;   // shown over the column's head
-  int size = 0;           // its share of the width
+  std::string caption{};
+  std::string field{};
+  std::string emptyText{};  // stands in a cell without a value
+  std::string groupText{};  // stands before the value when the rows are grouped by this column
+  std::string sortHint{};   // shown over the column's head
+  int size = 0;             // its share of the width
 };
 
 class Grid final : public FormControl {

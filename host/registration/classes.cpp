@@ -13,6 +13,8 @@
 #include "controls/DTCScript.h"
 #include "controls/DTCUnsubscriber.h"
 #include "controls/DTCViewtracker.h"
+#include "pages/propGeneralFormat.h"
+#include "pages/propPrintGeneral.h"
 
 namespace kvo {
 namespace {
@@ -33,6 +35,20 @@ constexpr RegisteredControl kControls[] = {
     {DTCUnsubscriber::Contract, "{061F636A-57EC-4403-AC56-604393B010E8}"},
     // clang-format on
 };
+
+template <class Page>
+std::unique_ptr<PropertyPage> Create() {
+  return std::make_unique<Page>();
+}
+
+// clang-format off
+#define KVO_PAGE(Page, classId) {#Page, Create<Page>, classId}
+
+constexpr RegisteredPage kPages[] = {
+    KVO_PAGE(propPrintGeneral,      "{2F2C2DB2-E3D7-4B72-9AFB-59B73D2ECF8F}"),
+    KVO_PAGE(propGeneralFormat,     "{47AB8269-82C0-4347-B8FF-9297004DB169}"),
+};
+// clang-format on
 
 constexpr std::string_view kProgId = "progid:";
 constexpr std::string_view kClsid = "clsid:";
@@ -77,6 +93,19 @@ const RegisteredControl* FindControlByClassId(std::string_view classId) {
       return &control;
   }
   return nullptr;
+}
+
+std::span<const RegisteredPage> RegisteredPages() { return kPages; }
+
+const RegisteredPage* FindPage(std::string_view className) {
+  for (const RegisteredPage& page : kPages)
+    if (page.name == className) return &page;
+  return nullptr;
+}
+
+std::unique_ptr<PropertyPage> CreatePage(std::string_view className) {
+  const RegisteredPage* page = FindPage(className);
+  return page == nullptr ? nullptr : page->create();
 }
 
 bool IsOurProgId(std::string_view classId) {

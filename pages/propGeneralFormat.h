@@ -1,0 +1,52 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "common/PropertyPage.h"
+
+namespace kvo {
+
+// A format that the page offers. The caption shows a sample in the format itself, where it has one.
+struct DataFormat {
+  std::string_view key;
+  std::string_view caption;
+  std::string_view function;
+  std::string_view pattern;  // what the control stores
+  Variant (*sample)() = nullptr;
+
+  // The caption as it is shown: "Ganzzahl (1.134)".
+  std::string CaptionWithSample() const;
+};
+
+// In the order in which they are listed.
+std::span<const DataFormat> DataFormats();
+
+// The data format of a print, contact or order control: one of a list, or any typed pattern.
+class propGeneralFormat final : public PropertyPage {
+ public:
+  propGeneralFormat() : PropertyPage("Datenformat") {}
+
+  KVO_CONTROL(
+      ComboBox, cboFormat, .at = {1680, 840, 3855, 315}, .editable = true,
+      .onChange = [this](ComboBox&) { cboFormat_Change(); });
+  KVO_CONTROL(Label, lblGeneralFormat, .caption = "Anzeigeformat:", .at = {240, 870, 1110, 195});
+  KVO_CONTROL(Label, lblGeneralDataFormatInfo,
+              .caption = "Wählen Sie bitte eine Formatierungsfunktion für ein Datenfeld.",
+              .at = {240, 240, 5295, 495}, .wraps = true);
+  KVO_CONTROL(Label, lblFormatString, .caption = kNoFormat, .at = {1680, 1200, 3135, 255});
+
+ private:
+  static constexpr std::string_view kNoFormat = "keine Formatangaben";
+
+  void Initialize() override;
+  void SelectionChanged() override;
+  void ApplyChanges() override;
+  void cboFormat_Change();
+  // The chosen row's pattern; nothing when free text stands in the box.
+  std::optional<std::string_view> ChosenPattern() const;
+};
+
+}  // namespace kvo

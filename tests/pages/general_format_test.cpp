@@ -1,0 +1,162 @@
+#include "pages/propGeneralFormat.h"
+
+#include "controls/DTCPrint.h"
+#include "tests/pages/PageTest.h"
+
+namespace kvo {
+namespace {
+
+using DataFormatPage = PageTest<propGeneralFormat>;
+
+TEST_F(DataFormatPage, StandsAsItIsDesigned) {
+  EXPECT_EQ(page.Caption(), "Datenformat");
+  EXPECT_EQ(page.cboFormat.At(), (Rect{1680, 840, 3855, 315}));
+  EXPECT_TRUE(page.cboFormat.Editable());
+  EXPECT_EQ(page.lblGeneralFormat.Caption(), "Anzeigeformat:");
+  EXPECT_EQ(page.lblGeneralFormat.At(), (Rect{240, 870, 1110, 195}));
+  EXPECT_EQ(page.lblGeneralDataFormatInfo.Caption(),
+            "Wählen Sie bitte eine Formatierungsfunktion für ein Datenfeld.");
+  EXPECT_EQ(page.lblGeneralDataFormatInfo.At(), (Rect{240, 240, 5295, 495}));
+  EXPECT_EQ(page.lblFormatString.Caption(), "keine Formatangaben");
+  EXPECT_EQ(page.lblFormatString.At(), (Rect{1680, 1200, 3135, 255}));
+  const std::vector<FormControl*> tabOrder = {&page.cboFormat, &page.lblGeneralFormat,
+                                              &page.lblGeneralDataFormatInfo,
+                                              &page.lblFormatString};
+  EXPECT_EQ(page.Controls(), tabOrder);
+}
+
+TEST_F(DataFormatPage, ListsElevenFormatsWithSamplesInTheUsersLocale) {
+  Open({{"Format", ""}});
+  std::vector<std::string> captions;
+  for (const ComboBox::Row& row : page.cboFormat.Rows()) captions.push_back(row.text);
+  const std::vector<std::string> expected = {
+      "Standard-Währung (1.134,23)",
+      "Primäre Währung",
+      "Sekundäre Währung",
+      "Ganzzahl (1.134)",
+      "Datum (23.04.2004)",
+      "Datum (23. April 2004)",
+      "Uhrzeit (16:09)",
+      "Uhrzeit (16:09:53)",
+      "Datum & Uhrzeit (23.04.2004 16:09)",
+      "Datum & Uhrzeit (23.04.2004 16:09:53)",
+      "Datum & Uhrzeit (23. April 2004 um 16:09:53)",
+  };
+  EXPECT_EQ(captions, expected);
+}
+
+TEST_F(DataFormatPage, TheThreeLongFormatsNameTheFunctionOfTheLongTime) {
+  ASSERT_EQ(DataFormats().size(), 11U);
+  EXPECT_EQ(DataFormats()[7].key, "formatLongTime");
+  for (const std::size_t row : {7U, 8U, 9U, 10U})
+    EXPECT_EQ(DataFormats()[row].function, "formatLongTime");
+  for (std::size_t row = 0; row < 8; ++row)
+    EXPECT_EQ(DataFormats()[row].function, DataFormats()[row].key);
+}
+
+TEST_F(DataFormatPage, EveryPatternOpensWithItsRowAndIsWrittenBackUnchanged) {
+  for (std::size_t row = 0; row < DataFormats().size(); ++row) {
+    const std::string pattern(DataFormats()[row].pattern);
+    SCOPED_TRACE(pattern);
+    Open({{"Format", pattern}});
+    EXPECT_EQ(page.cboFormat.ListIndex(), static_cast<int>(row));
+    EXPECT_EQ(page.lblFormatString.Caption(), pattern);
+    page.Apply();
+    EXPECT_EQ((*object)["Format"], Variant(pattern));
+  }
+}
+
+TEST_F(DataFormatPage, AShortDateOpensWithTheFifthRow) {
+  Open({{"Format", "dd.mm.yyyy"}});
+  EXPECT_EQ(page.cboFormat.ListIndex(), 4);
+  EXPECT_EQ(page.cboFormat.Text(), "Datum (23.04.2004)");
+  EXPECT_EQ(page.lblFormatString.Caption(), "dd.mm.yyyy");
+}
+
+TEST_F(DataFormatPage, AnEmptyFormatOpensWithAnEmptyTextAndStaysEmpty) {
+  Open({{"Format", ""}});
+  EXPECT_EQ(page.cboFormat.Text(), "");
+  EXPECT_EQ(page.cboFormat.ListIndex(), kNoRow);
+  EXPECT_FALSE(page.Changed());
+  user.FocusByKeyboard(page.cboFormat);
+  user.Type("x");
+  EXPECT_EQ(page.lblFormatString.Caption(), "x");
+  user.Press(Key::backspace);
+  EXPECT_EQ(page.lblFormatString.Caption(), "keine Formatangaben");
+  EXPECT_TRUE(page.Changed());
+  page.Apply();
+  EXPECT_EQ((*object)["Format"], Variant(""));
+}
+
+TEST_F(DataFormatPage, ChoosingThePrimaryCurrencyWritesItsKeyword) {
+  Open({{"Format", ""}});
+  user.Choose(page.cboFormat, "Primäre Währung");
+  EXPECT_TRUE(page.Changed());
+  EXPECT_EQ(page.lblFormatString.Caption(), "primary-currency");
+  page.Apply();
+  EXPECT_EQ((*object)["Format"], Variant("primary-currency"));
+}
+
+TEST_F(DataFormatPage, ATypedPatternIsWrittenUnchanged) {
+  Open({{"Format", "#,##0"}});
+  user.FocusByKeyboard(page.cboFormat);
+  user.Type("0.000");
+  EXPECT_EQ(page.cboFormat.ListIndex(), kNoRow);
+  EXPECT_EQ(page.lblFormatString.Caption(), "0.000");
+  page.Apply();
+  EXPECT_EQ((*object)["Format"], Variant("0.000"));
+}
+
+TEST_F(DataFormatPage, PatternsAreComparedExactly) {
+  Open({{"Format", "DD.MM.YYYY"}});
+  EXPECT_EQ(page.cboFormat.ListIndex(), kNoRow);
+  EXPECT_EQ(page.cboFormat.Text(), "DD.MM.YYYY");
+  page.Apply();
+  EXPECT_EQ((*object)["Format"], Variant("DD.MM.YYYY"));
+}
+
+TEST_F(DataFormatPage, AFreeTextThatEqualsACaptionStaysFreeText) {
+  Open({{"Format", "primary-currency"}});
+  ASSERT_EQ(page.cboFormat.Text(), "Primäre Währung");
+  Open({{"Format", "Primäre Währung"}});  // the same text, but no row
+  EXPECT_EQ(page.cboFormat.ListIndex(), kNoRow);
+  EXPECT_EQ(page.lblFormatString.Caption(), "Primäre Währung");
+  page.Apply();
+  EXPECT_EQ((*object)["Format"], Variant("Primäre Währung"));
+}
+
+TEST_F(DataFormatPage, TypingACaptionChoosesNoRow) {
+  Open({{"Format", ""}});
+  user.FocusByKeyboard(page.cboFormat);
+  user.Type("Primäre Währung");
+  EXPECT_EQ(page.cboFormat.ListIndex(), kNoRow);
+  page.Apply();
+  EXPECT_EQ((*object)["Format"], Variant("Primäre Währung"));
+}
+
+TEST_F(DataFormatPage, FillingMarksThePageChangedWhenTheContentIsNew) {
+  Open({{"Format", "hh:mm"}});
+  EXPECT_TRUE(page.Changed());
+  Open({{"Format", "hh:mm"}});
+  EXPECT_FALSE(page.Changed());
+}
+
+TEST_F(DataFormatPage, SwitchingTheSelectionDropsTheFormerChoice) {
+  Open({{"Format", "hh:mm"}});
+  Open({{"Format", ""}});
+  EXPECT_EQ(page.cboFormat.ListIndex(), kNoRow);
+  EXPECT_EQ(page.lblFormatString.Caption(), "keine Formatangaben");
+}
+
+TEST_F(DataFormatPage, EditsThePrintControl) {
+  const auto control = std::make_shared<DTCPrint>();
+  MemoryBag bag(std::vector<MemoryBag::Entry>{{"value", "X"}});
+  control->ReadProperties(bag);
+  page.Select({control});
+  user.Choose(page.cboFormat, 0);
+  page.Apply();
+  EXPECT_EQ(control->GetRuntimeText(), R"(<kv:print value="X" format="#,##0.00"/>)");
+}
+
+}  // namespace
+}  // namespace kvo
