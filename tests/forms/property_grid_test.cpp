@@ -1,0 +1,121 @@
+#include <gtest/gtest.h>
+
+#include "common/RuntimeError.h"
+#include "common/modGlobal.h"
+#include "host/headless/HeadlessUser.h"
+
+namespace kvo {
+namespace {
+
+class GridForm final : public Form {
+ public:
+  GridForm() : Form("Probe", {6000, 4000}) {
+    grid.Add({.kind = ItemKind::category, .caption = "Allgemein"});
+    grid.Add({.kind = ItemKind::text, .caption = "Text", .key = "text"});
+    grid.Add({.kind = ItemKind::list, .caption = "Rahmen", .key = "border"});
+    grid.Add({.kind = ItemKind::color, .caption = "Farbe", .key = "color"});
+    grid.Add({.kind = ItemKind::list, .caption = "Fest", .key = "fixed", .editable = false});
+    for (int i = 0; i < 3; ++i) grid.Item("border").AddChoice(std::to_string(i) + " Pixel", i);
+  }
+  std::vector<std::string> events;
+  KVO_CONTROL(
+      PropertyGrid, grid,
+      .onChange = [this](PropertyGridItem& item) { events.push_back(item.Key()); },
+      .onButtonClick = [this](PropertyGridItem& item) { events.push_back("!" + item.Key()); },
+      .onDeleteKey = [this](PropertyGrid&) { events.push_back("delete"); });
+};
+
+class PropertyGrids : public testing::Test {
+ protected:
+  using Events = std::vector<std::string>;
+  HeadlessPlatform platform;
+  GridForm form;
+  HeadlessUser user{platform, form};
+};
+
+TEST_F(PropertyGrids, ARowChosenFromItsListHoldsTheChoicesCaption) {
+  user.Choose(form.grid.Item("border"), "2 Pixel");
+  EXPECT_EQ(form.grid.Item("border").Value(), Variant("2 Pixel"));
+  const PropertyGridItem* choice = GetSelectedChoice(form.grid.Item("border"));
+  ASSERT_NE(choice, nullptr);
+  EXPECT_EQ(choice->Value(), Variant(2));
+  EXPECT_EQ(form.events, Events{"border"});
+}
+
+TEST_F(PropertyGrids, TypedTextSelectsNoChoiceUnlessItIsACaption) {
+  form.grid.Item("border").Value("2");
+  EXPECT_EQ(GetSelectedChoice(form.grid.Item("border")), nullptr);
+  form.grid.Item("border").Value("1 Pixel");
+  EXPECT_NE(GetSelectedChoice(form.grid.Item("border")), nullptr);
+}
+
+TEST_F(PropertyGrids, AChoiceIsFoundByTheTextOfItsValue) {
+  const PropertyGridItem& row = form.grid.Item("border");
+  ASSERT_NE(FindChoiceByValue(row, "2"), nullptr);
+  EXPECT_EQ(FindChoiceByValue(row, "2")->Caption(), "2 Pixel");
+  EXPECT_EQ(FindChoiceByValue(row, "3"), nullptr);
+  EXPECT_EQ(FindChoiceByValue(row, "2 Pixel"), nullptr);
+}
+
+TEST_F(PropertyGrids, TheFirstOfSeveralMatchingChoicesIsFound) {
+  PropertyGridItem& row = form.grid.Item("fixed");
+  row.AddChoice("gleich", "1");
+  row.AddChoice("gleich", "1");
+  row.Value("gleich");
+  EXPECT_EQ(GetSelectedChoice(row), row.Choices()[0].get());
+  EXPECT_EQ(FindChoiceByValue(row, "1"), row.Choices()[0].get());
+}
+
+TEST_F(PropertyGrids, AssigningAValueRaisesTheEventOnlyForANewValue) {
+  form.grid.Item("text").Value("a");
+  form.grid.Item("text").Value("a");
+  EXPECT_EQ(form.events, Events{"text"});
+}
+
+TEST_F(PropertyGrids, TheFirstKeyInARowReplacesItsValue) {
+  form.grid.Item("text").Value("alt");
+  user.SelectItem(form.grid.Item("text"));
+  user.Type("ne");
+  user.Press(Key::backspace);
+  user.Type("u");
+  EXPECT_EQ(form.grid.Item("text").Value(), Variant("nu"));
+}
+
+TEST_F(PropertyGrids, AListThatIsNotEditableTakesNoTypedText) {
+  user.SelectItem(form.grid.Item("fixed"));
+  EXPECT_THROW(user.Type("x"), CannotDo);
+}
+
+TEST_F(PropertyGrids, DisabledRowsRefuse) {
+  form.grid.Item("color").Enabled(false);
+  EXPECT_THROW(user.ClickButton(form.grid.Item("color")), CannotDo);
+  EXPECT_THROW(user.Type("x"), CannotDo);
+  EXPECT_TRUE(form.events.empty());
+}
+
+TEST_F(PropertyGrids, OnlyColourRowsAndButtonRowsHaveAButton) {
+  user.ClickButton(form.grid.Item("color"));
+  EXPECT_EQ(form.events, Events{"!color"});
+  EXPECT_THROW(user.ClickButton(form.grid.Item("text")), CannotDo);
+}
+
+TEST_F(PropertyGrids, RemovingTheSelectedRowSelectsNothing) {
+  user.SelectItem(form.grid.Item("text"));
+  user.Press(Key::del);
+  EXPECT_EQ(form.events, Events{"delete"});
+  form.grid.Remove(*form.grid.SelectedItem());
+  EXPECT_EQ(form.grid.SelectedItem(), nullptr);
+  EXPECT_EQ(form.grid.Find("text"), nullptr);
+}
+
+TEST_F(PropertyGrids, AnUnknownKeyIsAnError) {
+  try {
+    form.grid.Item("fehlt");
+    FAIL() << "the row was found";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), 5);
+  }
+}
+
+}  // namespace
+}  // namespace kvo
