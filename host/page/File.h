@@ -1,0 +1,46 @@
+// Reading pages from files and writing them so that an old file is either replaced whole or stands
+// untouched.
+#pragma once
+
+#include <exception>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "host/page/Problem.h"
+#include "host/page/Sink.h"
+
+namespace kvo::page {
+
+// A file that cannot be read or written. The message names the file and says what to do.
+class FileError : public std::exception {
+ public:
+  FileError(std::string file, Message message)
+      : file_(std::move(file)), message_(std::move(message)) {}
+
+  const std::string& File() const { return file_; }
+  const std::string& Text(Language language) const { return message_.In(language); }
+  const char* what() const noexcept override { return message_.english.c_str(); }
+
+ private:
+  std::string file_;
+  Message message_;
+};
+
+// The whole file; "-" is standard input. Throws FileError.
+std::string ReadFile(const std::string& file);
+
+// A sink whose contents appear at their place with `Commit`, all at once, or never. Throws
+// FileError, also from append. Without a commit nothing is left behind.
+class Output : public Sink {
+ public:
+  virtual void Commit() = 0;
+};
+
+// "-" is standard output (held back until the commit). A file is written beside its place, flushed
+// and renamed over it; mode and owner of the old file stay, symbolic links are followed. What is no
+// regular file (a pipe, a device) is written to directly, at the commit. A file that may not be
+// written, or a folder, is a FileError at once.
+std::unique_ptr<Output> OpenOutput(const std::string& file);
+
+}  // namespace kvo::page

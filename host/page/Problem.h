@@ -1,0 +1,77 @@
+// What is wrong with a page, and where.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/Localized.h"
+
+namespace kvo::page {
+
+// A message for people, put together at run time, in both languages; the program that shows it
+// chooses one.
+struct Message {
+  std::string german;
+  std::string english;
+
+  const std::string& In(Language language) const {
+    return language == Language::german ? german : english;
+  }
+};
+
+// A place in a page. Both count from 1; the column counts characters of the page's encoding (code
+// points in UTF-8). A line ends with CR LF, LF or CR.
+struct Place {
+  std::size_t line = 1;
+  std::size_t column = 1;
+  bool operator==(const Place&) const = default;
+};
+
+enum class Severity { error, warning };
+
+// One finding. The message says what is wrong and what to do; it names neither file nor place.
+struct Problem {
+  Severity severity = Severity::error;
+  std::string_view rule;  // one of the names in namespace `rule`
+  Place place;
+  std::string control;  // the class name as it stands in the page; may be empty
+  std::string id;       // the control's id; may be empty
+  Message message;
+};
+
+// In the order of their places.
+using Problems = std::vector<Problem>;
+
+inline bool HasErrors(const Problems& problems) {
+  for (const Problem& problem : problems)
+    if (problem.severity == Severity::error) return true;
+  return false;
+}
+
+// "file:line:column: error: message [rule]" with the control named in front of the message.
+std::string Describe(const Problem& problem, std::string_view file, Language language);
+
+// The names of the rules, as they stand in messages. They never change.
+namespace rule {
+inline constexpr std::string_view encoding = "encoding";  // the page's encoding is not served
+inline constexpr std::string_view unknownClass = "unknown-class";
+inline constexpr std::string_view unknownKey = "unknown-key";
+inline constexpr std::string_view duplicateParam = "duplicate-param";
+inline constexpr std::string_view malformedParam = "malformed-param";
+inline constexpr std::string_view attribute = "attribute";  // an attribute that cannot be kept
+inline constexpr std::string_view unexpectedContent = "unexpected-content";
+inline constexpr std::string_view unclosedControl = "unclosed-control";
+inline constexpr std::string_view malformedSpan = "malformed-span";
+inline constexpr std::string_view missingEnd = "missing-end";
+inline constexpr std::string_view strayEnd = "stray-end";
+inline constexpr std::string_view invalidBytes = "invalid-bytes";
+inline constexpr std::string_view notInEncoding = "not-in-encoding";  // runtime text
+inline constexpr std::string_view controlFails = "control-fails";
+inline constexpr std::string_view editedByHand = "edited-by-hand";
+inline constexpr std::string_view unstableBag = "unstable-bag";  // warning
+inline constexpr std::string_view duplicateId = "duplicate-id";  // warning
+}  // namespace rule
+
+}  // namespace kvo::page
