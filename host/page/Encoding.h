@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kvo::page {
 
@@ -22,7 +23,12 @@ class SingleByteSet {
   int Encode(char32_t character) const;
 
  private:
+  struct Row {
+    char32_t character;
+    unsigned char byte;
+  };
   std::array<char32_t, 256> decode_;
+  std::vector<Row> encode_;  // by character
 };
 
 // Byte order mark, else a `meta` declaration within the first 1024 bytes, else UTF-8.
@@ -42,14 +48,24 @@ class PageEncoding {
   // As the page names it, or "utf-8", "utf-16le", "utf-16be".
   const std::string& Name() const { return name_; }
 
-  // Appends the bytes as UTF-8. Where a byte is not valid, stops there and returns its offset;
-  // npos when all went well. Unserved encodings are read as ASCII.
+  // How many bytes at the start of a page are a byte order mark of UTF-8.
+  static std::size_t Mark(std::string_view page);
+
+  // How many of the bytes (at least one) are the first character; invalid ones count singly.
+  std::size_t CharacterLength(std::string_view bytes) const;
+
+  // Appends the bytes as UTF-8. Stops at the first byte that is not valid and returns its offset;
+  // npos when all went well. Encodings that are not served are read as UTF-8.
   std::size_t Decode(std::string_view bytes, std::string& utf8) const;
+  // The same for the raw value of an attribute, character references resolved.
+  std::size_t DecodeAttribute(std::string_view bytes, std::string& utf8) const;
 
   // The page's bytes of one character; false (and nothing appended) when it has none.
   bool Encode(char32_t character, std::string& bytes) const;
 
  private:
+  std::size_t Decode(std::string_view bytes, std::string& utf8, bool references) const;
+
   Kind kind_ = Kind::utf8;
   std::string name_ = "utf-8";
   const SingleByteSet* set_ = nullptr;

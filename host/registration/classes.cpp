@@ -109,7 +109,11 @@ std::unique_ptr<PropertyPage> CreatePage(std::string_view className) {
 }
 
 bool IsOurProgId(std::string_view classId) {
-  return StartsWith(classId, kProgId) && StartsWith(classId.substr(kProgId.size()), kLibraryName);
+  if (!StartsWith(classId, kProgId)) return false;
+  classId.remove_prefix(kProgId.size());
+  if (!StartsWith(classId, kLibraryName)) return false;
+  classId.remove_prefix(kLibraryName.size());
+  return classId.empty() || classId.starts_with('.');
 }
 
 }  // namespace kvo

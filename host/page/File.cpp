@@ -1,0 +1,295 @@
+#include "host/page/File.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+namespace kvo::page {
+namespace {
+
+constexpr std::string_view kStandardStream = "-";
+
+std::string Quoted(std::string_view file) { return '"' + std::string(file) + '"'; }
+
+// What the system says, for failures that have no advice of their own.
+std::string SystemText(int error) {
+  return std::string(strerrordesc_np(error) != nullptr ? strerrordesc_np(error) : "?");
+}
+
+enum class Doing { reading, writing };
+
+Message MessageOf(int error, Doing doing, const std::string& file) {
+  const std::string name = Quoted(file);
+  const std::string untouched = doing == Doing::writing ? " Es wurde nichts geändert." : "";
+  const std::string unchanged = doing == Doing::writing ? " Nothing was changed." : "";
+  const auto make = [&](const std::string& german, const std::string& english) {
+    return Message{name + ": " + german + untouched, name + ": " + english + unchanged};
+  };
+  switch (error) {
+    case EISDIR:
+      return make("Das ist ein Ordner. Nennen Sie eine Datei.", "This is a folder. Name a file.");
+    case ENOENT:
+    case ENOTDIR:
+      if (doing == Doing::reading)
+        return make("Die Datei gibt es nicht. Prüfen Sie den Namen.",
+                    "There is no such file. Check the name.");
+      return make("Den Ordner der Datei gibt es nicht (mehr). Legen Sie ihn an.",
+                  "The folder of the file does not exist (any more). Create it.");
+    case EACCES:
+    case EPERM:
+      if (doing == Doing::reading)
+        return make("Die Datei darf nicht gelesen werden. Prüfen Sie ihre Rechte.",
+                    "The file may not be read. Check its permissions.");
+      return make(
+          "Die Datei oder ihr Ordner ist schreibgeschützt. Prüfen Sie die Rechte, oder wählen Sie "
+          "mit -o ein anderes Ziel.",
+          "The file or its folder is read-only. Check the permissions, or choose another target "
+          "with -o.");
+    case EROFS:
+      return make("Das Laufwerk ist schreibgeschützt. Wählen Sie mit -o ein anderes Ziel.",
+                  "The drive is read-only. Choose another target with -o.");
+    case ENOSPC:
+    case EDQUOT:
+      return make("Der Datenträger ist voll. Schaffen Sie Platz, und versuchen Sie es noch einmal.",
+                  "The disk is full. Make room and try again.");
+    case EFBIG:
+      return make(
+          "Die Datei würde größer, als hier erlaubt ist. Erhöhen Sie die Grenze (ulimit -f).",
+          "The file would become larger than allowed here. Raise the limit (ulimit -f).");
+    case ELOOP:
+      return make("Die symbolischen Links führen im Kreis. Berichtigen Sie sie.",
+                  "The symbolic links go round in a circle. Correct them.");
+    default:
+      break;
+  }
+  const std::string system = SystemText(error);
+  if (doing == Doing::reading)
+    return make("Die Datei kann nicht gelesen werden (" + system + "). Prüfen Sie den Datenträger.",
+                "The file cannot be read (" + system + "). Check the drive.");
+  return make(
+      "Die Datei kann nicht geschrieben werden (" + system + "). Prüfen Sie Ziel und Datenträger.",
+      "The file cannot be written (" + system + "). Check the target and its drive.");
+}
+
+[[noreturn]] void Throw(int error, Doing doing, const std::string& file) {
+  throw FileError(file, MessageOf(error, doing, file));
+}
+
+// An open file, closed at the end of its life.
+class Descriptor {
+ public:
+  Descriptor() = default;
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(number_, other.number_);
+    return *this;
+  }
+  ~Descriptor() {
+    if (number_ >= 0) close(number_);
+  }
+
+  int Number() const { return number_; }
+  bool IsOpen() const { return number_ >= 0; }
+  // Closes now, for the errors that some file systems report only then.
+  bool Close() { return close(std::exchange(number_, -1)) == 0; }
+
+ private:
+  int number_ = -1;
+};
+
+// While it lives, a file that grows beyond the process's limit is an error of the write, not a
+// signal that ends the program.
+class NoFileSizeSignal {
+ public:
+  NoFileSizeSignal() {
+    sigemptyset(&signal_);
+    sigaddset(&signal_, SIGXFSZ);
+    pthread_sigmask(SIG_BLOCK, &signal_, &former_);
+  }
+  NoFileSizeSignal(const NoFileSizeSignal&) = delete;
+  NoFileSizeSignal& operator=(const NoFileSizeSignal&) = delete;
+  ~NoFileSizeSignal() {
+    const timespec noWait{};
+    if (sigismember(&former_, SIGXFSZ) == 0) sigtimedwait(&signal_, nullptr, &noWait);
+    pthread_sigmask(SIG_SETMASK, &former_, nullptr);
+  }
+
+ private:
+  sigset_t signal_;
+  sigset_t former_;
+};
+
+void WriteAll(int descriptor, std::string_view bytes, const std::string& file) {
+  const NoFileSizeSignal guard;
+  while (!bytes.empty()) {
+    const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+    if (written >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(written));
+    } else if (errno != EINTR) {
+      Throw(errno, Doing::writing, file);
+    }
+  }
+}
+
+std::string FolderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// The file that the name finally leads to, whether it exists or not.
+std::string TargetOf(const std::string& file) {
+  constexpr int kMostLinks = 40;
+  std::string path = file;
+  for (int links = 0; links < kMostLinks; ++links) {
+    struct stat status;
+    if (lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return path;
+    std::array<char, 4097> link;
+    const ssize_t length = readlink(path.c_str(), link.data(), link.size());
+    if (length < 0) Throw(errno, Doing::writing, file);
+    const std::string to(link.data(), static_cast<std::size_t>(length));
+    path = to.starts_with('/') ? to : FolderOf(path) + '/' + to;
+  }
+  Throw(ELOOP, Doing::writing, file);
+}
+
+// Written beside its place, renamed over it at the end.
+class FileReplacement final : public Output {
+ public:
+  // `existing` is nullptr for a new file.
+  FileReplacement(std::string file, std::string target, const struct stat* existing)
+      : file_(std::move(file)), target_(std::move(target)) {
+    std::string name = FolderOf(target_) + "/.kvo-XXXXXX";
+    temporary_ = Descriptor(mkostemp(name.data(), O_CLOEXEC));
+    if (!temporary_.IsOpen()) Throw(errno, Doing::writing, file_);
+    temporaryName_ = std::move(name);
+    try {
+      TakeOver(existing);
+    } catch (...) {
+      Remove();
+      throw;
+    }
+  }
+  ~FileReplacement() override { Remove(); }
+
+  void append(std::string_view bytes) override { WriteAll(temporary_.Number(), bytes, file_); }
+
+  void Commit() override {
+    if (fsync(temporary_.Number()) != 0 || !temporary_.Close()) Throw(errno, Doing::writing, file_);
+    if (rename(temporaryName_.c_str(), target_.c_str()) != 0) Throw(errno, Doing::writing, file_);
+    temporaryName_.clear();
+    // The new file is in place; this only makes the rename itself outlive a power failure.
+    const Descriptor folder(open(FolderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder.IsOpen()) fsync(folder.Number());
+  }
+
+ private:
+  // Mode and owner of the old file, or those of any new one.
+  void TakeOver(const struct stat* existing) {
+    mode_t mode = 0;
+    if (existing == nullptr) {
+      const mode_t mask = umask(0);
+      umask(mask);
+      mode = 0666 & ~mask;
+    } else {
+      mode = existing->st_mode & 07777;
+      struct stat own;
+      if (fstat(temporary_.Number(), &own) != 0) Throw(errno, Doing::writing, file_);
+      const bool sameOwner = own.st_uid == existing->st_uid && own.st_gid == existing->st_gid;
+      if (!sameOwner && fchown(temporary_.Number(), existing->st_uid, existing->st_gid) != 0)
+        Throw(errno, Doing::writing, file_);
+    }
+    if (fchmod(temporary_.Number(), mode) != 0) Throw(errno, Doing::writing, file_);
+  }
+
+  void Remove() {
+    if (!temporaryName_.empty()) unlink(temporaryName_.c_str());
+    temporaryName_.clear();
+  }
+
+  std::string file_;    // as it was named
+  std::string target_;  // where that leads
+  Descriptor temporary_;
+  std::string temporaryName_;  // empty when there is nothing to remove
+};
+
+// Held back until the commit, then written in one go to what cannot be replaced: standard output, a
+// pipe, a device.
+class HeldBack final : public Output {
+ public:
+  HeldBack(std::string file, Descriptor own, int descriptor)
+      : file_(std::move(file)), own_(std::move(own)), descriptor_(descriptor) {}
+
+  void append(std::string_view bytes) override { text_ += bytes; }
+
+  void Commit() override {
+    WriteAll(descriptor_, text_, file_);
+    text_.clear();
+    if (own_.IsOpen() && !own_.Close()) Throw(errno, Doing::writing, file_);
+  }
+
+ private:
+  std::string file_;
+  Descriptor own_;  // closed when nothing is written
+  int descriptor_;
+  std::string text_;
+};
+
+}  // namespace
+
+std::string ReadFile(const std::string& file) {
+  Descriptor own;
+  int descriptor = STDIN_FILENO;
+  std::string text;
+  if (file != kStandardStream) {
+    own = Descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!own.IsOpen()) Throw(errno, Doing::reading, file);
+    descriptor = own.Number();
+    struct stat status;
+    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
+      text.reserve(static_cast<std::size_t>(status.st_size) + 1);
+  }
+  constexpr std::size_t kAtOnce = 1 << 16;
+  for (;;) {
+    const std::size_t size = text.size();
+    if (text.capacity() - size < kAtOnce && text.capacity() == size)
+      text.reserve(2 * size + kAtOnce);
+    const std::size_t room = text.capacity() - size;
+    text.resize(size + room);
+    const ssize_t got = read(descriptor, text.data() + size, room);
+    const int error = errno;
+    text.resize(size + static_cast<std::size_t>(got > 0 ? got : 0));
+    if (got == 0) return text;
+    if (got < 0 && error != EINTR) Throw(error, Doing::reading, file);
+  }
+}
+
+std::unique_ptr<Output> OpenOutput(const std::string& file) {
+  if (file == kStandardStream) return std::make_unique<HeldBack>(file, Descriptor(), STDOUT_FILENO);
+  const std::string target = TargetOf(file);
+  struct stat status;
+  const bool exists = stat(target.c_str(), &status) == 0;
+  if (!exists && errno != ENOENT) Throw(errno, Doing::writing, file);
+  if (!exists) return std::make_unique<FileReplacement>(file, target, nullptr);
+  if (S_ISDIR(status.st_mode)) Throw(EISDIR, Doing::writing, file);
+  if (!S_ISREG(status.st_mode)) {
+    Descriptor own(open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+    if (!own.IsOpen()) Throw(errno, Doing::writing, file);
+    const int descriptor = own.Number();
+    return std::make_unique<HeldBack>(file, std::move(own), descriptor);
+  }
+  // A file without any right to write is meant to stay, even where the user could replace it.
+  if ((status.st_mode & 0222) == 0) Throw(EACCES, Doing::writing, file);
+  if (access(target.c_str(), W_OK) != 0) Throw(errno, Doing::writing, file);
+  return std::make_unique<FileReplacement>(file, target, &status);
+}
+
+}  // namespace kvo::page

@@ -1,0 +1,47 @@
+// The wording of every problem of a page: what is wrong, and what to do.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "common/RuntimeError.h"
+#include "host/page/Problem.h"
+
+namespace kvo::page::messages {
+
+// `suggestion` may be empty.
+Message UnknownClass(std::string_view className, std::string_view suggestion);
+Message UnknownKey(std::string_view key, std::string_view suggestion);
+Message DuplicateParam(std::string_view key);
+Message ParamWithoutName();
+Message ParamWithoutValue(std::string_view key);
+Message ParamAttribute(std::string_view attribute);
+Message DuplicateAttribute(std::string_view attribute);
+Message UnwritableAttribute(std::string_view attribute);
+Message UnexpectedContent(std::string_view content);
+Message UnclosedControl();
+Message CutOffTag();
+
+Message SpanWithoutNumber();
+Message SpanWithoutControl();
+Message SpanCommentGoesOn();
+Message SpanCommentEndsEarly();
+Message SpanCommentNeverEnds();
+Message MissingEnd(std::string_view endComment);
+Message ControlInsideSpan(std::string_view endComment);
+Message StrayEnd();
+
+Message Utf16();
+Message OtherEncoding(std::string_view encoding);
+Message InvalidBytes(unsigned char byte, std::string_view encoding);
+Message ValueNotInEncoding(std::string_view character, std::string_view encoding);
+Message TextNotInEncoding(std::string_view character, std::string_view encoding);
+
+Message ControlFails(const RuntimeError& error);
+Message EditedByHand();
+Message EditedByHandPublished();
+Message UnstableBag();
+Message DuplicateId(std::string_view id);
+
+}  // namespace kvo::page::messages

@@ -1,0 +1,424 @@
+#include "host/page/Page.h"
+
+#include <unordered_set>
+#include <utility>
+
+#include "common/RuntimeError.h"
+#include "host/page/ControlReader.h"
+#include "host/page/ElementWriter.h"
+#include "host/page/Messages.h"
+#include "host/page/NewGuids.h"
+#include "host/page/ProblemList.h"
+#include "host/page/Utf8.h"
+
+namespace kvo::page {
+namespace {
+
+// What a control reads from: the params found in the page.
+class FoundBag final : public PropertyBag {
+ public:
+  explicit FoundBag(const ReadControl& control) : control_(control) {}
+
+  // The value that the class reads for a row of its bag.
+  std::string_view Effective(std::size_t row) const {
+    const std::size_t param = control_.paramOfKey[row];
+    return param == ReadControl::kNoParam ? control_.contract->bag[row].readDefault
+                                          : control_.params[param].value;
+  }
+
+ protected:
+  std::optional<Variant> Find(std::string_view key) override {
+    const auto rows = control_.contract->bag;
+    for (std::size_t tried = 0; tried < rows.size(); ++tried, ++next_) {
+      if (next_ >= rows.size()) next_ = 0;
+      if (rows[next_].key != key) continue;
+      const std::size_t param = control_.paramOfKey[next_++];
+      if (param == ReadControl::kNoParam) return std::nullopt;
+      return Variant(control_.params[param].value);
+    }
+    return std::nullopt;
+  }
+  void Store(std::string_view, std::string_view) override {}
+
+ private:
+  const ReadControl& control_;
+  std::size_t next_ = 0;  // keys are asked for in the order of the rows
+};
+
+// What a control is stored into: params of an element, compared on the way with those it was
+// loaded from.
+class WrittenBag final : public PropertyBag {
+ public:
+  WrittenBag(const ReadControl& control, const FoundBag& found, ElementWriter& element)
+      : rows_(control.contract->bag), found_(found), element_(element) {}
+
+  // Whether a control loaded from what was stored holds what this one was loaded from.
+  bool ReadsAsFound() {
+    SkipTo(rows_.size());
+    return same_;
+  }
+
+ protected:
+  std::optional<Variant> Find(std::string_view) override { return std::nullopt; }
+  void Store(std::string_view key, std::string_view value) override {
+    element_.Param(key, value);
+    std::size_t row = next_;
+    while (row < rows_.size() && rows_[row].key != key) ++row;
+    SkipTo(row);
+    if (row == rows_.size()) return;
+    if (found_.Effective(row) != value) same_ = false;
+    next_ = row + 1;
+  }
+
+ private:
+  // The rows before this one were not stored.
+  void SkipTo(std::size_t row) {
+    for (; next_ < row; ++next_)
+      if (found_.Effective(next_) != rows_[next_].readDefault) same_ = false;
+  }
+
+  std::span<const BagKey> rows_;
+  const FoundBag& found_;
+  ElementWriter& element_;
+  std::size_t next_ = 0;
+  bool same_ = true;
+};
+
+// Copies a page into a sink, piece by piece, with some of its parts replaced.
+class PageCopy {
+ public:
+  PageCopy(std::string_view page, Sink& sink) : page_(page), sink_(sink) {}
+
+  // Parts are replaced in the order of the page.
+  void Replace(std::size_t begin, std::size_t end, std::string_view with) {
+    if (page_.substr(begin, end - begin) == with) return;
+    Append(page_.substr(copied_, begin - copied_));
+    Append(with);
+    copied_ = end;
+  }
+  void Finish() {
+    Append(page_.substr(copied_));
+    copied_ = page_.size();
+    Flush();
+  }
+
+ private:
+  static constexpr std::size_t kBuffer = 1 << 16;
+
+  void Append(std::string_view piece) {
+    if (buffer_.size() + piece.size() > kBuffer) Flush();
+    if (piece.size() > kBuffer / 2) {
+      sink_.append(piece);
+    } else {
+      buffer_ += piece;
+    }
+  }
+  void Flush() {
+    if (!buffer_.empty()) sink_.append(buffer_);
+    buffer_.clear();
+  }
+
+  std::string_view page_;
+  Sink& sink_;
+  std::size_t copied_ = 0;
+  std::string buffer_;
+};
+
+struct WriteOptions : SaveOptions {
+  bool checkIds = false;
+};
+
+// Goes through a page control by control and writes what each becomes.
+class Writer {
+ public:
+  enum class Result { savedSpans, runtimeText };
+
+  Writer(const Page& page, Sink& sink, Result result, const WriteOptions& options)
+      : page_(page.Bytes()),
+        encoding_(page.Encoding()),
+        reader_(page_, encoding_, ControlReader::Params::known, problems_),
+        copy_(page_, sink),
+        result_(result),
+        options_(options) {}
+
+  Problems Write() {
+    if (encoding_.kind() == PageEncoding::Kind::utf16) {
+      problems_.Add(0, rule::encoding, {}, messages::Utf16());
+      return problems_.Take(page_, encoding_);
+    }
+    while (reader_.Next()) {
+      if (options_.checkIds) CheckId();
+      const bool edited = options_.edit != nullptr && options_.edit->index == Found().index;
+      if (Found().broken || (options_.editedOnly && !edited)) continue;
+      try {
+        WriteControl(edited);
+      } catch (const RuntimeError& error) {
+        Fail(rule::controlFails, messages::ControlFails(error));
+      }
+    }
+    if (!problems_.HasErrors()) copy_.Finish();
+    return problems_.Take(page_, encoding_);
+  }
+
+ private:
+  const ReadControl& Found() const { return reader_.Control(); }
+
+  void Fail(std::string_view rule, Message message, Severity severity = Severity::error) {
+    problems_.Add(Found().begin, rule, Found().Subject(), std::move(message), severity);
+  }
+
+  void CheckId() {
+    const std::string_view id = Found().Subject().id;
+    if (!id.empty() && !ids_.emplace(id).second)
+      Fail(rule::duplicateId, messages::DuplicateId(id), Severity::warning);
+  }
+
+  void WriteControl(bool edited) {
+    const std::shared_ptr<Control> control = Found().contract->create();
+    FoundBag found(Found());
+    control->ReadProperties(found);
+    std::string_view text;
+    if (!ChooseText(*control, text)) return;
+    if (Found().isSpan && !keepsOldText_ && !MayReplaceText(text)) return;
+    if (result_ == Result::runtimeText) return Replace(text);
+    if (edited) {
+      options_.edit->change(*control);
+      if (!ChooseText(*control, text)) return;
+    }
+    if (WriteElement(*control, found, text, edited)) WriteSpan(text);
+  }
+
+  // The text to write for the control: the span's own when it is what the control gave earlier,
+  // else the control's new one, which is also in text_. False when the page cannot hold it.
+  bool ChooseText(const Control& control, std::string_view& text) {
+    if (!RuntimeTextOf(control, text_)) return false;
+    const std::string_view old = Found().OldText(page_);
+    keepsOldText_ = Found().isSpan && (old == text_ || IsEarlierTextOf(control, old));
+    text = keepsOldText_ ? old : text_;
+    return true;
+  }
+
+  // Whether the span's text, which is not what its control gives, may give way to `text`.
+  bool MayReplaceText(std::string_view text) {
+    constexpr auto npos = std::string_view::npos;
+    if (Found().OldText(page_).find(kSpanStart) != npos && text.find(kSpanStart) == npos) {
+      // Controls would be lost with it.
+      Fail(rule::missingEnd, messages::ControlInsideSpan(EndComment(Found().number)));
+      reader_.ReadSpanTextAsPage();
+      return false;
+    }
+    if (result_ == Result::runtimeText) {
+      Fail(rule::editedByHand, messages::EditedByHandPublished(), Severity::warning);
+    } else if (!options_.force) {
+      Fail(rule::editedByHand, messages::EditedByHand());
+      return false;
+    }
+    return true;
+  }
+
+  // Puts the control's element into element_; `text` may change. False after a problem.
+  bool WriteElement(const Control& control, const FoundBag& found, std::string_view& text,
+                    bool edited) {
+    element_.clear();
+    ElementWriter element(encoding_, element_);
+    BeginElement(element);
+    WrittenBag written(Found(), found, element);
+    control.WriteProperties(written);
+    element.End();
+    if (element.Failure()) {
+      Fail(rule::notInEncoding,
+           messages::ValueNotInEncoding(element.Failure()->text, encoding_.Name()));
+      return false;
+    }
+    return (!edited && written.ReadsAsFound()) || MakeStable(control, text, edited);
+  }
+
+  // What is written must give the same text when it is read again, or the next save would take the
+  // text for one edited by hand. A few values do not survive being stored (an empty table border
+  // comes back as "0"). Such a bag stays as it stands in the page; one that was changed is stored
+  // all the same, and the text follows it.
+  bool MakeStable(const Control& control, std::string_view& text, bool edited) {
+    const std::shared_ptr<Control> next = Found().contract->create();
+    MemoryBag stored(StoredBag(control));
+    bool fails = false;
+    try {
+      next->ReadProperties(stored);
+      if (!RuntimeTextOf(*next, next_)) return false;
+    } catch (const RuntimeError&) {
+      if (edited) throw;
+      fails = true;
+    }
+    if (!fails) {
+      if (next_ == text_) return true;
+      if (!RuntimeTextOf(control, again_)) return false;
+      if (EqualButForNewGuids(next_, text_, again_)) return true;
+    }
+    Fail(rule::unstableBag, messages::UnstableBag(), Severity::warning);
+    if (edited) {
+      text_.swap(next_);
+      text = text_;
+      return true;
+    }
+    element_.clear();
+    ElementWriter element(encoding_, element_);
+    BeginElement(element);
+    for (const ReadControl::Param& param : Found().params) element.Param(param.key, param.value);
+    element.End();
+    return true;
+  }
+
+  void WriteSpan(std::string_view text) {
+    const std::size_t number = SpanNumber(text);
+    span_.clear();
+    AppendSpanStart(span_, number);
+    span_ += element_;
+    span_ += kCommentEnd;
+    span_ += text;
+    AppendSpanEnd(span_, number);
+    Replace(span_);
+  }
+
+  void BeginElement(ElementWriter& element) {
+    element.Begin(Found().contract->name, Found().id);
+    for (const ReadControl::Attribute& attribute : Found().attributes)
+      element.Attribute(attribute.name,
+                        attribute.hasValue ? std::optional(attribute.value) : std::nullopt);
+  }
+
+  void Replace(std::string_view with) {
+    if (!problems_.HasErrors()) copy_.Replace(Found().begin, Found().end, with);
+  }
+
+  // The control's runtime text in the page's encoding; false when the page cannot hold it.
+  bool RuntimeTextOf(const Control& control, std::string& text) {
+    text.clear();
+    control.AppendRuntimeText(text);
+    if (AsciiPrefix(text) == text.size()) return true;
+    if (encoding_.IsUtf8() && FindInvalidUtf8(text) == std::string_view::npos) return true;
+    std::string encoded;
+    if (const auto unwritable = AppendText(text, encoding_, encoded)) {
+      Fail(rule::notInEncoding, messages::TextNotInEncoding(unwritable->text, encoding_.Name()));
+      return false;
+    }
+    text.swap(encoded);
+    return true;
+  }
+
+  // Whether the text is what the control gave earlier, but for identifiers made anew.
+  bool IsEarlierTextOf(const Control& control, std::string_view earlier) {
+    if (earlier.size() != text_.size()) return false;
+    return RuntimeTextOf(control, again_) && EqualButForNewGuids(earlier, text_, again_);
+  }
+
+  std::string_view page_;
+  const PageEncoding& encoding_;
+  ProblemList problems_;
+  ControlReader reader_;
+  PageCopy copy_;
+  Result result_;
+  WriteOptions options_;
+  std::unordered_set<std::string> ids_;
+
+  // Kept from control to control, so that they need not be allocated anew.
+  std::string text_;  // the control's runtime text
+  bool keepsOldText_ = false;
+  std::string again_;  // the same, another time
+  std::string next_;   // the same, from what was stored
+  std::string element_;
+  std::string span_;
+};
+
+std::string Utf8Of(std::string_view bytes, const PageEncoding& encoding) {
+  std::string text;
+  encoding.Decode(bytes, text);
+  return text;
+}
+
+FoundControl Describe(const ReadControl& control, std::string_view page,
+                      const PageEncoding& encoding) {
+  FoundControl found;
+  found.index = control.index;
+  found.begin = control.begin;
+  found.end = control.end;
+  found.contract = control.contract;
+  found.className = control.className;
+  found.id = control.id.value_or(std::string_view());
+  for (const ReadControl::Attribute& attribute : control.attributes)
+    found.attributes.push_back(
+        {Utf8Of(attribute.name, encoding),
+         attribute.hasValue ? std::optional(std::string(attribute.value)) : std::nullopt});
+  for (const ReadControl::Param& param : control.params)
+    found.bag.emplace_back(param.key, param.value);
+  if (control.isSpan) {
+    found.form = Form::span;
+    found.oldText = control.OldText(page);
+  }
+  found.broken = control.broken;
+  return found;
+}
+
+}  // namespace
+
+Page::Page(std::string bytes) : bytes_(std::move(bytes)), encoding_(PageEncoding::Of(bytes_)) {}
+
+Inspection Inspect(const Page& page) {
+  const std::string_view bytes = page.Bytes();
+  const PageEncoding& encoding = page.Encoding();
+  Inspection inspection;
+  ProblemList problems;
+  if (encoding.kind() == PageEncoding::Kind::utf16) {
+    problems.Add(0, rule::encoding, {}, messages::Utf16());
+  } else {
+    ControlReader reader(bytes, encoding, ControlReader::Params::all, problems);
+    PlaceFinder places(bytes, encoding);
+    while (reader.Next()) {
+      inspection.controls.push_back(Describe(reader.Control(), bytes, encoding));
+      inspection.controls.back().place = places.At(reader.Control().begin);
+    }
+  }
+  inspection.problems = problems.Take(bytes, encoding);
+  return inspection;
+}
+
+std::shared_ptr<Control> Load(const ControlClass& contract, std::vector<MemoryBag::Entry> bag) {
+  std::shared_ptr<Control> control = contract.create();
+  MemoryBag entries(std::move(bag));
+  control->ReadProperties(entries);
+  return control;
+}
+
+std::vector<MemoryBag::Entry> StoredBag(const Control& control) {
+  MemoryBag bag;
+  control.WriteProperties(bag);
+  return bag.Entries();
+}
+
+Problems Save(const Page& page, Sink& sink, const SaveOptions& options) {
+  return Writer(page, sink, Writer::Result::savedSpans, {options}).Write();
+}
+
+Problems Publish(const Page& page, Sink& sink) {
+  return Writer(page, sink, Writer::Result::runtimeText, {}).Write();
+}
+
+Problems Check(const Page& page) {
+  NullSink sink;
+  WriteOptions options;
+  options.checkIds = true;
+  return Writer(page, sink, Writer::Result::savedSpans, options).Write();
+}
+
+std::string ElementText(const ControlClass& contract, std::optional<std::string_view> id,
+                        const std::vector<MemoryBag::Entry>& bag) {
+  const PageEncoding utf8;
+  std::string text;
+  ElementWriter element(utf8, text);
+  element.Begin(contract.name, id);
+  for (const auto& [key, value] : bag) element.Param(key, value);
+  element.End();
+  if (element.Failure())
+    throw RuntimeError(ErrorNumber::invalidCall, std::string(element.Failure()->text));
+  return text;
+}
+
+}  // namespace kvo::page

@@ -1,0 +1,54 @@
+#include "host/page/ProblemList.h"
+
+#include <algorithm>
+#include <string>
+
+namespace kvo::page {
+
+Place PlaceFinder::At(std::size_t offset) {
+  if (offset < at_) {
+    at_ = std::min(offset, PageEncoding::Mark(page_));
+    place_ = {};
+  }
+  while (at_ < offset) {
+    const char c = page_[at_];
+    const bool lineEnd = c == '\n' || (c == '\r' && page_.substr(at_ + 1, 1) != "\n");
+    if (lineEnd) {
+      ++place_.line;
+      place_.column = 1;
+      ++at_;
+    } else {
+      ++place_.column;
+      at_ += encoding_.CharacterLength(page_.substr(at_));
+    }
+  }
+  return place_;
+}
+
+void ProblemList::Add(std::size_t offset, std::string_view rule, Subject subject, Message message,
+                      Severity severity) {
+  if (severity == Severity::error) ++errors_;
+  entries_.push_back({offset,
+                      {severity,
+                       rule,
+                       {},
+                       std::string(subject.control),
+                       std::string(subject.id),
+                       std::move(message)}});
+}
+
+Problems ProblemList::Take(std::string_view page, const PageEncoding& encoding) {
+  std::ranges::stable_sort(entries_, {}, &Entry::offset);
+  PlaceFinder places(page, encoding);
+  Problems problems;
+  problems.reserve(entries_.size());
+  for (Entry& entry : entries_) {
+    entry.problem.place = places.At(entry.offset);
+    problems.push_back(std::move(entry.problem));
+  }
+  entries_.clear();
+  errors_ = 0;
+  return problems;
+}
+
+}  // namespace kvo::page
