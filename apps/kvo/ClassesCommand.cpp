@@ -1,0 +1,171 @@
+#include <array>
+
+#include "apps/kvo/Commands.h"
+#include "apps/kvo/Json.h"
+#include "host/registration/classes.h"
+
+namespace kvo {
+namespace {
+
+struct Values {
+  bool json = false;
+  bool markdown = false;
+};
+
+std::string_view TypeName(PropertyType type) {
+  switch (type) {
+    case PropertyType::text:
+      return "text";
+    case PropertyType::flag:
+      return "flag";
+    case PropertyType::integer:
+      return "integer";
+    case PropertyType::object:
+      return "object";
+  }
+  return {};
+}
+
+std::string ProgId(const ControlClass& contract) {
+  return std::string(kLibraryName) + '.' + std::string(contract.name);
+}
+
+// The box before the first load: with the captions of the design.
+Box DesignedBox(const ControlClass& contract) { return contract.create()->DesignTimeBox(); }
+
+Json ClassJson(const RegisteredControl& registered) {
+  const ControlClass& contract = registered.contract();
+  Json properties = Json::array();
+  for (const PropertyRow& row : contract.properties)
+    properties.push_back({{"name", row.name}, {"id", row.id}, {"type", TypeName(row.type)}});
+  Json keys = Json::array();
+  for (const BagKey& row : contract.bag)
+    keys.push_back({{"key", row.key},
+                    {"readDefault", row.readDefault},
+                    {"writeDefault", row.writeDefault ? Json(*row.writeDefault) : Json()},
+                    {"alwaysStored", row.writeDefault == kAlwaysStored}});
+  Json pages = Json::array();
+  for (const std::string_view page : contract.pages) pages.push_back(page);
+  return {{"name", contract.name},
+          {"progId", ProgId(contract)},
+          {"classId", registered.classId},
+          {"properties", std::move(properties)},
+          {"keys", std::move(keys)},
+          {"pages", std::move(pages)},
+          {"box", ToJson(DesignedBox(contract))}};
+}
+
+std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+
+std::string Padded(std::string text, std::size_t width) {
+  if (text.size() < width) text.append(width - text.size(), ' ');
+  return text;
+}
+
+std::string WriteDefaultText(const BagKey& row) {
+  return row.writeDefault ? Quoted(*row.writeDefault) : Say({"immer", "always"});
+}
+
+std::string ClassText(const RegisteredControl& registered) {
+  const ControlClass& contract = registered.contract();
+  std::string text = std::string(contract.name) + ' ' + std::string(registered.classId) + '\n';
+  text += "  " + Say({"Eigenschaften", "properties"}) + '\n';
+  for (const PropertyRow& row : contract.properties)
+    text += "    " + Padded(std::to_string(row.id), 4) + Padded(std::string(row.name), 24) +
+            std::string(TypeName(row.type)) + '\n';
+  text += "  " +
+          Say({"Schlüssel, Vorgabe beim Lesen, nicht gespeichert bei",
+               "keys, read default, not stored when"}) +
+          '\n';
+  for (const BagKey& row : contract.bag)
+    text += "    " + Padded(std::string(row.key), 28) + Padded(Quoted(row.readDefault), 28) +
+            WriteDefaultText(row) + '\n';
+  text += "  " + Say({"Seiten", "pages"}) + '\n';
+  for (const std::string_view page : contract.pages) text += "    " + std::string(page) + '\n';
+  return text;
+}
+
+// The cells of a table of Markdown.
+std::string Row(std::initializer_list<std::string> cells) {
+  std::string row = "|";
+  for (const std::string& cell : cells) row += ' ' + cell + " |";
+  return row + '\n';
+}
+
+std::string Code(std::string_view text) { return '`' + std::string(text) + '`'; }
+
+std::string DefaultCell(std::string_view text) { return text.empty() ? "empty" : Code(text); }
+
+std::string ClassMarkdown(const RegisteredControl& registered) {
+  const ControlClass& contract = registered.contract();
+  std::string text = "\n## " + std::string(contract.name) + "\n\n" + "Class " +
+                     Code("progid:" + ProgId(contract)) + ", " + Code(registered.classId) + ".\n\n";
+  text += Row({"id", "property", "type"}) + "|---|---|---|\n";
+  for (const PropertyRow& row : contract.properties)
+    text += Row({std::to_string(row.id), Code(row.name), std::string(TypeName(row.type))});
+  text += '\n' + Row({"key", "when absent", "not stored when"}) + "|---|---|---|\n";
+  for (const BagKey& row : contract.bag)
+    text += Row({Code(row.key), DefaultCell(row.readDefault),
+                 row.writeDefault ? DefaultCell(*row.writeDefault) : "always stored"});
+  text += "\nProperty pages:";
+  const char* separator = " ";
+  for (const std::string_view page : contract.pages) {
+    text += separator + Code(page);
+    separator = ", ";
+  }
+  if (contract.pages.empty()) text += " none";
+  const Box box = DesignedBox(contract);
+  text += ".\n\nDesign-time box, " + std::to_string(box.width) + " by " +
+          std::to_string(box.height) + " twips as placed:";
+  separator = " ";
+  for (const Box::Label& label : box.labels) {
+    text += separator + Code(label.name) + " " + Code(label.caption);
+    separator = ", ";
+  }
+  return text + ".\n";
+}
+
+constexpr std::string_view kMarkdownHead =
+    "# The controls\n\n"
+    "Generated by `kvo classes --markdown`; a test compares it, so that it stays true.\n\n"
+    "A control stands in a page as an `object` element with its class and one `param` for each key "
+    "that is\nstored. Properties are what `kvo new`, `kvo set` and the property pages change. A "
+    "key "
+    "that is absent\nfrom the page reads as the value in the second column; the value in the third "
+    "column is left out when\nthe page is saved. The two differ on purpose in places.\n";
+
+ExitCode ListClasses(const Values& values) {
+  if (values.json) {
+    Json classes = Json::array();
+    for (const RegisteredControl& control : RegisteredControls())
+      classes.push_back(ClassJson(control));
+    PrintJson({{"library", kLibraryName}, {"classes", std::move(classes)}});
+    return ExitCode::good;
+  }
+  if (values.markdown) Print(kMarkdownHead);
+  std::string_view separator;
+  for (const RegisteredControl& control : RegisteredControls()) {
+    Print(values.markdown ? ClassMarkdown(control) : std::string(separator) + ClassText(control));
+    separator = "\n";
+  }
+  return ExitCode::good;
+}
+
+}  // namespace
+
+void AddClassesCommand(CommandLine& line) {
+  const auto values = std::make_shared<Values>();
+  line.Add("classes",
+           {"Zählt alle Klassen auf: Eigenschaften, Schlüssel, Vorgaben, Eigenschaftsseiten.",
+            "Lists every class: properties, keys, defaults, property pages."},
+           {"kvo classes\nkvo classes --json | jq '.classes[].name'",
+            "kvo classes\nkvo classes --json | jq '.classes[].name'"})
+      .Flag(
+          "--json", values->json,
+          {"ein JSON-Dokument, mit Nummern und Maßen", "one JSON document, with ids and measures"})
+      .Flag("--markdown", values->markdown,
+            {"als Seite der Dokumentation (englisch)", "as a page of documentation"})
+      .Run([values] { return ListClasses(*values); });
+}
+
+}  // namespace kvo

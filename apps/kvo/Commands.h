@@ -1,0 +1,15 @@
+// The command groups, one file each. Each adds its commands to the command line.
+#pragma once
+
+#include "apps/kvo/CommandLine.h"
+
+namespace kvo {
+
+void AddWriteCommands(CommandLine& line);   // save, publish
+void AddInspectCommand(CommandLine& line);  // inspect
+void AddCheckCommand(CommandLine& line);    // check
+void AddEditCommands(CommandLine& line);    // new, set
+void AddClassesCommand(CommandLine& line);  // classes
+void AddPictureCommand(CommandLine& line);  // picture
+
+}  // namespace kvo

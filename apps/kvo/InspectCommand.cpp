@@ -1,0 +1,163 @@
+#include "apps/kvo/Commands.h"
+#include "apps/kvo/Json.h"
+#include "apps/kvo/PageRun.h"
+#include "common/RuntimeError.h"
+#include "host/page/File.h"
+
+namespace kvo {
+namespace {
+
+struct Values {
+  std::string page;
+  bool json = false;
+};
+
+// Why a control has no runtime text. Only a failure of the control itself has a number.
+struct Fault {
+  std::optional<int> number;
+  std::string message;
+};
+
+// A control of the page as it would be now.
+struct Inspected {
+  std::vector<MemoryBag::Entry> bag;  // as it would be stored, or as the page has it after a fault
+  std::shared_ptr<Control> control;   // nullptr when it could not be loaded
+  std::string runtimeText;
+  std::optional<Fault> fault;
+};
+
+// What the page's problems say about one control: those from its place up to the next control's.
+std::string Messages(const page::Inspection& inspection, std::size_t index) {
+  const auto before = [](const page::Place& a, const page::Place& b) {
+    return a.line != b.line ? a.line < b.line : a.column < b.column;
+  };
+  const page::Place from = inspection.controls[index].place;
+  const bool last = index + 1 == inspection.controls.size();
+  std::string messages;
+  for (const page::Problem& problem : inspection.problems) {
+    if (problem.severity != page::Severity::error || before(problem.place, from)) continue;
+    if (!last && !before(problem.place, inspection.controls[index + 1].place)) continue;
+    if (!messages.empty()) messages += ' ';
+    messages += problem.message.In(UserLanguage());
+  }
+  return messages;
+}
+
+Inspected InspectControl(const page::Inspection& inspection, std::size_t index) {
+  const page::FoundControl& found = inspection.controls[index];
+  Inspected result{found.bag, nullptr, {}, {}};
+  if (found.broken || found.contract == nullptr) {
+    result.fault = Fault{std::nullopt, Messages(inspection, index)};
+    return result;
+  }
+  try {
+    result.control = page::Load(*found.contract, found.bag);
+    result.bag = page::StoredBag(*result.control);
+    result.runtimeText = result.control->GetRuntimeText();
+  } catch (const RuntimeError& error) {
+    result.fault = Fault{error.Number(), error.Description(UserLanguage())};
+  }
+  return result;
+}
+
+Json PropertiesJson(const Control& control) {
+  Json properties = Json::object();
+  for (const PropertyRow& row : control.Class().properties)
+    properties[std::string(row.name)] = ToJson(row.get(control));
+  return properties;
+}
+
+Json ControlJson(const page::FoundControl& found, const Inspected& inspected) {
+  Json bag = Json::array();
+  for (const auto& [key, value] : inspected.bag) bag.push_back({key, value});
+  Json json{{"index", found.index},         {"id", found.id},
+            {"class", found.className},     {"line", found.place.line},
+            {"column", found.place.column}, {"bag", std::move(bag)}};
+  json["properties"] =
+      inspected.control == nullptr ? Json::object() : PropertiesJson(*inspected.control);
+  if (inspected.fault) {
+    json["error"] = {{"number", inspected.fault->number ? Json(*inspected.fault->number) : Json()},
+                     {"message", inspected.fault->message}};
+  } else {
+    json["runtimeText"] = inspected.runtimeText;
+  }
+  json["box"] = inspected.control == nullptr ? Json() : ToJson(inspected.control->DesignTimeBox());
+  return json;
+}
+
+// A text on one line: line breaks as the reader would type them.
+std::string OneLine(std::string_view text) {
+  std::string line;
+  for (const char c : text) {
+    if (c == '\r') {
+      line += "\\r";
+    } else if (c == '\n') {
+      line += "\\n";
+    } else {
+      line += c;
+    }
+  }
+  return line;
+}
+
+void PrintControl(const std::string& file, const page::FoundControl& found,
+                  const Inspected& inspected) {
+  std::string text = file + ':' + std::to_string(found.place.line) + ':' +
+                     std::to_string(found.place.column) + ": " + found.className;
+  if (!found.id.empty()) text += " \"" + found.id + '"';
+  text += '\n';
+  for (const auto& [key, value] : inspected.bag)
+    text += "    " + key + " = " + OneLine(value) + '\n';
+  if (inspected.fault) {
+    text += "    " + Say({"Fehler", "error"});
+    if (inspected.fault->number) text += ' ' + std::to_string(*inspected.fault->number);
+    text += ": " + inspected.fault->message + '\n';
+  } else {
+    text += "    => " + OneLine(inspected.runtimeText) + '\n';
+  }
+  Print(text);
+}
+
+ExitCode Inspect(const Values& values) {
+  const page::Page page(page::ReadFile(values.page));
+  const page::Inspection inspection = page::Inspect(page);
+  ExitCode code = page::HasErrors(inspection.problems) ? ExitCode::problemsFound : ExitCode::good;
+  Json controls = Json::array();
+  for (const page::FoundControl& found : inspection.controls) {
+    const Inspected inspected = InspectControl(inspection, found.index);
+    if (inspected.fault) code = ExitCode::problemsFound;
+    if (values.json) {
+      controls.push_back(ControlJson(found, inspected));
+    } else {
+      PrintControl(ShownName(values.page), found, inspected);
+    }
+  }
+  if (values.json) PrintJson({{"controls", std::move(controls)}});
+  if (!values.json && inspection.controls.empty())
+    Print(Say({"{} enthält keine Bedienelemente.\n", "{} holds no controls.\n"},
+              {ShownName(values.page)}));
+  ShowProblems(Stream::error, ShownName(values.page), inspection.problems);
+  return code;
+}
+
+}  // namespace
+
+void AddInspectCommand(CommandLine& line) {
+  const auto values = std::make_shared<Values>();
+  line.Add("inspect",
+           {"Zeigt jedes Bedienelement einer Seite: wo es steht, was es speichert, sein "
+            "Laufzeittext.",
+            "Shows every control of a page: where it is, what it stores, its runtime text."},
+           {"kvo inspect newsletter.html\n"
+            "kvo inspect newsletter.html --json | jq '.controls[].runtimeText'",
+            "kvo inspect newsletter.html\n"
+            "kvo inspect newsletter.html --json | jq '.controls[].runtimeText'"})
+      .Argument("PAGE", values->page,
+                {"die Seite; „-“ ist die Standardeingabe", "the page; \"-\" is standard input"})
+      .Flag("--json", values->json,
+            {"ein JSON-Dokument, mit Eigenschaften und Maßen der Box (Twips)",
+             "one JSON document, with the properties and the measures of the box (twips)"})
+      .Run([values] { return Inspect(*values); });
+}
+
+}  // namespace kvo

@@ -1,0 +1,118 @@
+#include <cctype>
+#include <cstring>
+#include <filesystem>
+
+#include "apps/kvo/Commands.h"
+#include "apps/kvo/PageRun.h"
+#include "apps/kvo/Svg.h"
+#include "common/RuntimeError.h"
+#include "host/page/File.h"
+#include "host/registration/classes.h"
+
+namespace kvo {
+namespace {
+
+struct Values {
+  std::string subject;
+  std::string output;
+};
+
+struct Picture {
+  std::string name;  // of the file, without its ending
+  Box box;
+};
+
+// A name that is safe as a part of a file's name; letters beyond ASCII stay.
+std::string FileName(std::string_view name) {
+  std::string safe;
+  for (const char c : name) {
+    const bool plain = std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' || c == '_' ||
+                       static_cast<unsigned char>(c) >= 0x80;
+    safe += plain ? c : '_';
+  }
+  return safe;
+}
+
+std::vector<Picture> PagePictures(const std::string& file, ExitCode& code) {
+  const page::Page page(page::ReadFile(file));
+  const page::Inspection inspection = page::Inspect(page);
+  if (page::HasErrors(inspection.problems)) code = ExitCode::problemsFound;
+  ShowProblems(Stream::error, ShownName(file), inspection.problems);
+  std::vector<Picture> pictures;
+  for (const page::FoundControl& found : inspection.controls) {
+    if (found.broken || found.contract == nullptr) continue;
+    std::string name = std::to_string(found.index + 1) + '-' +
+                       FileName(found.id.empty() ? found.className : found.id);
+    try {
+      pictures.push_back(
+          {std::move(name), page::Load(*found.contract, found.bag)->DesignTimeBox()});
+    } catch (const RuntimeError& error) {
+      Complain(Say({"{}:{}: {}", "{}:{}: {}"}, {ShownName(file), std::to_string(found.place.line),
+                                                error.Description(UserLanguage())}));
+      code = ExitCode::problemsFound;
+    }
+  }
+  return pictures;
+}
+
+void Write(const std::string& file, std::string_view text) {
+  const InterruptionPause pause;
+  const auto output = page::OpenOutput(file);
+  output->append(text);
+  output->Commit();
+}
+
+ExitCode Draw(const Values& values) {
+  ExitCode code = ExitCode::good;
+  std::vector<Picture> pictures;
+  if (const RegisteredControl* control = FindControlByName(values.subject)) {
+    const ControlClass& contract = control->contract();
+    pictures.push_back({std::string(contract.name), contract.create()->DesignTimeBox()});
+  } else {
+    pictures = PagePictures(values.subject, code);
+  }
+  if (values.output == "-") {
+    std::vector<Box> boxes;
+    for (const Picture& picture : pictures) boxes.push_back(picture.box);
+    Print(ToSvg(boxes));
+    return code;
+  }
+  if (values.output.empty())
+    throw Failure(Say({"Wohin? Mit -o ORDNER das Ziel angeben, mit „-o -“ die Standardausgabe.",
+                       "Where to? Name the target with -o FOLDER, or \"-o -\" for standard "
+                       "output."}));
+  std::error_code failed;
+  std::filesystem::create_directories(values.output, failed);
+  if (failed)
+    throw Failure(Say({"Der Ordner „{}“ lässt sich nicht anlegen: {}. Einen anderen hinter -o "
+                       "angeben.",
+                       "The folder \"{}\" can't be made: {}. Name another one behind -o."},
+                      {values.output, std::strerror(failed.value())}));
+  for (const Picture& picture : pictures) {
+    const std::string file =
+        (std::filesystem::path(values.output) / (picture.name + ".svg")).string();
+    Write(file, ToSvg({picture.box}));
+    Print(file + '\n');
+  }
+  return code;
+}
+
+}  // namespace
+
+void AddPictureCommand(CommandLine& line) {
+  const auto values = std::make_shared<Values>();
+  line.Add("picture",
+           {"Zeichnet die Boxen der Entwurfsansicht als SVG.",
+            "Draws the boxes of the design view as SVG."},
+           {"kvo picture newsletter.html -o bilder\nkvo picture DTCPrint -o -",
+            "kvo picture newsletter.html -o pictures\nkvo picture DTCPrint -o -"})
+      .Argument("PAGE|CLASS", values->subject,
+                {"eine Seite oder eine Klasse (eine Datei, die wie eine Klasse heißt: ./NAME)",
+                 "a page or a class (a file named like a class: ./NAME)"})
+      .Option("-o,--output", "DIR", values->output,
+              {"Ordner für die Bilder; „-“ schreibt ein einziges auf die Standardausgabe",
+               "folder for the pictures; \"-\" writes a single one to standard output"})
+      .Run([values] { return Draw(*values); });
+}
+
+}  // namespace kvo

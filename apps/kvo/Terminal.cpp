@@ -1,0 +1,107 @@
+#include "apps/kvo/Terminal.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace kvo {
+namespace {
+
+std::string_view Environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string_view() : value;
+}
+
+Language ReadLanguage() {
+  for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    const std::string_view value = Environment(variable);
+    if (value.empty()) continue;
+    const bool german =
+        value.starts_with("de") && (value.size() == 2 || std::strchr("_.@-", value[2]) != nullptr);
+    return german ? Language::german : Language::english;
+  }
+  return Language::english;
+}
+
+bool HasColour(int descriptor) {
+  return Environment("NO_COLOR").empty() && Environment("TERM") != "dumb" &&
+         isatty(descriptor) == 1;
+}
+
+// `text` with the part from `begin` to `end` coloured where the stream is a terminal.
+std::string Coloured(int descriptor, page::Severity severity, std::string text, std::size_t begin,
+                     std::size_t end) {
+  if (!HasColour(descriptor)) return text;
+  text.insert(end, "\x1b[0m");
+  text.insert(begin, severity == page::Severity::error ? "\x1b[1;31m" : "\x1b[1;33m");
+  return text;
+}
+
+void PrintError(std::string_view text) {
+  std::fflush(stdout);  // keep the order in which things happened
+  std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+void OutputFailed() {
+  throw Failure(Say({"Die Ausgabe konnte nicht geschrieben werden: {}. Ist noch Platz frei?",
+                     "The output could not be written: {}. Is there space left?"},
+                    {std::strerror(errno)}));
+}
+
+}  // namespace
+
+Language UserLanguage() {
+  static const Language language = ReadLanguage();
+  return language;
+}
+
+std::string Say(const Localized& text, std::initializer_list<std::string_view> values) {
+  std::string_view rest = text.In(UserLanguage());
+  std::string said;
+  for (const std::string_view value : values) {
+    const std::size_t at = rest.find("{}");
+    said += rest.substr(0, at);
+    said += value;
+    rest = rest.substr(at + 2);
+  }
+  said += rest;
+  return said;
+}
+
+void Complain(std::string_view message) {
+  constexpr std::string_view program = "kvo: ";
+  std::string line(program);
+  line += Say({"Fehler:", "error:"});
+  const std::size_t end = line.size();
+  line += ' ';
+  line += message;
+  line += '\n';
+  PrintError(Coloured(STDERR_FILENO, page::Severity::error, line, program.size(), end));
+}
+
+void ShowProblems(Stream stream, std::string_view file, const page::Problems& problems) {
+  const int descriptor = stream == Stream::output ? STDOUT_FILENO : STDERR_FILENO;
+  for (const page::Problem& problem : problems) {
+    std::string line = page::Describe(problem, file, UserLanguage()) + '\n';
+    const std::size_t begin = line.find(": ", file.size()) + 2;
+    line = Coloured(descriptor, problem.severity, line, begin, line.find(':', begin) + 1);
+    if (stream == Stream::output) {
+      Print(line);
+    } else {
+      PrintError(line);
+    }
+  }
+}
+
+void Print(std::string_view text) {
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) OutputFailed();
+}
+
+void FlushOutput() {
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) OutputFailed();
+}
+
+}  // namespace kvo

@@ -1,0 +1,48 @@
+// What the program knows about the person in front of it: language, colours, and how to talk.
+#pragma once
+
+#include <cstddef>
+#include <initializer_list>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "common/Localized.h"
+#include "host/page/Problem.h"
+
+namespace kvo {
+
+// What the program answers to its caller.
+enum class ExitCode { good = 0, problemsFound = 1, failure = 2 };
+
+// The worse of two outcomes.
+constexpr ExitCode Worse(ExitCode a, ExitCode b) { return a < b ? b : a; }
+
+// A wrong use or a failure that ends the command: one message, exit code 2. The text says what to
+// do and is already in the user's language.
+class Failure : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// The user's language: the first of LC_ALL, LC_MESSAGES and LANG that is set decides; "de..." is
+// German, everything else English.
+Language UserLanguage();
+
+// A text in the user's language, each "{}" replaced by the next of `values`.
+std::string Say(const Localized& text, std::initializer_list<std::string_view> values = {});
+
+// A message on standard error behind "kvo: " and the word for an error, coloured on a terminal.
+void Complain(std::string_view message);
+
+// The problems of a page, one per line: `check` prints them as its result on standard output,
+// everything else as complaints on standard error.
+enum class Stream { output, error };
+void ShowProblems(Stream stream, std::string_view file, const page::Problems& problems);
+
+// Text on standard output. A Failure when it can't be written (full disk, ...).
+void Print(std::string_view text);
+// Hands everything printed so far to the system; failures as in Print.
+void FlushOutput();
+
+}  // namespace kvo

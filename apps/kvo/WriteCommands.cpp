@@ -1,0 +1,80 @@
+#include "apps/kvo/Commands.h"
+#include "apps/kvo/PageRun.h"
+
+namespace kvo {
+namespace {
+
+struct Values {
+  std::vector<std::string> pages;
+  std::string output;
+  bool force = false;
+};
+
+constexpr Localized kPages{"die Seiten; „-“ ist die Standardeingabe",
+                           "the pages; \"-\" is standard input"};
+
+ExitCode WritePages(const Values& values, const PageWriter& write) {
+  const std::vector<std::string> targets = Targets(values.pages, values.output);
+  auto target = targets.begin();
+  return ForEachPage(values.pages,
+                     [&](const std::string& file) { return WritePage(file, *target++, write); });
+}
+
+ExitCode Save(const Values& values) {
+  return WritePages(values, [&](const page::Page& page, page::Sink& sink) {
+    return page::Save(page, sink, {.force = values.force});
+  });
+}
+
+ExitCode Publish(const Values& values) {
+  if (values.output.empty() && values.pages != std::vector<std::string>{"-"})
+    throw Failure(
+        Say({"Wohin? Mit -o DATEI oder -o ORDNER das Ziel angeben, mit „-o -“ die "
+             "Standardausgabe.",
+             "Where to? Name the target with -o FILE or -o FOLDER, or \"-o -\" for "
+             "standard output."}));
+  return WritePages(values, page::Publish);
+}
+
+}  // namespace
+
+void AddWriteCommands(CommandLine& line) {
+  const auto save = std::make_shared<Values>();
+  line.Add("save",
+           {"Lädt jedes Bedienelement der Seiten und schreibt seinen Laufzeittext hinein.",
+            "Loads every control of the pages and writes its runtime text into them."},
+           {"kvo save newsletter.html\n"
+            "kvo save *.html\n"
+            "kvo save newsletter.html -o fertig/newsletter.html\n"
+            "kvo save - < newsletter.html > fertig.html",
+            "kvo save newsletter.html\n"
+            "kvo save *.html\n"
+            "kvo save newsletter.html -o done/newsletter.html\n"
+            "kvo save - < newsletter.html > done.html"})
+      .Arguments("PAGE", save->pages, kPages, true)
+      .Option("-o,--output", "OUT", save->output,
+              {"Datei oder Ordner statt der Seite selbst; „-“ ist die Standardausgabe",
+               "file or folder instead of the page itself; \"-\" is standard output"})
+      .Flag("--force", save->force,
+            {"auch überschreiben, was von Hand am Laufzeittext geändert wurde",
+             "overwrite runtime text even where it was edited by hand"})
+      .Run([save] { return Save(*save); });
+
+  const auto publish = std::make_shared<Values>();
+  line.Add("publish",
+           {"Schreibt nur den Laufzeittext an die Stelle jedes Bedienelements.",
+            "Writes the runtime text alone in place of each control."},
+           {"kvo publish newsletter.html -o fertig/newsletter.html\n"
+            "kvo publish *.html -o fertig/\n"
+            "kvo new DTCPrint Value='#order.total#' | kvo publish -",
+            "kvo publish newsletter.html -o done/newsletter.html\n"
+            "kvo publish *.html -o done/\n"
+            "kvo new DTCPrint Value='#order.total#' | kvo publish -"})
+      .Arguments("PAGE", publish->pages, kPages, true)
+      .Option("-o,--output", "OUT", publish->output,
+              {"Zieldatei oder Zielordner; „-“ ist die Standardausgabe",
+               "target file or folder; \"-\" is standard output"})
+      .Run([publish] { return Publish(*publish); });
+}
+
+}  // namespace kvo
