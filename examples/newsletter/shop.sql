@@ -1,0 +1,38 @@
+-- The shop of the example newsletter: a roastery that also sells what goes with coffee and tea.
+CREATE TABLE Products (
+  ProductNo TEXT PRIMARY KEY,
+  Desc1 TEXT,
+  Desc2 TEXT
+);
+INSERT INTO Products (ProductNo, Desc1, Desc2) VALUES
+  ('K-1001', 'Espresso Nachtschicht', 'Kräftige Mischung aus Brasilien und Indien, 250 g, ganze Bohne'),
+  ('K-1002', 'Espresso Nachtschicht', 'Kräftige Mischung aus Brasilien und Indien, 1 kg, ganze Bohne'),
+  ('K-1003', 'Espresso Feierabend', 'Entkoffeiniert, schonend geröstet, 250 g, ganze Bohne'),
+  ('K-1010', 'Filterkaffee Hafenblick', 'Milde Mischung aus Kolumbien und Peru, 500 g, gemahlen'),
+  ('K-1011', 'Filterkaffee Hafenblick', 'Milde Mischung aus Kolumbien und Peru, 500 g, ganze Bohne'),
+  ('K-1020', 'Äthiopien Yirgacheffe', 'Gewaschen, Noten von Bergamotte & Jasmin, 250 g'),
+  ('K-1021', 'Kenia Nyeri AA', 'Gewaschen, Noten von schwarzer Johannisbeere, 250 g'),
+  ('K-1022', 'Guatemala Huehuetenango', 'Gewaschen, Noten von Kakao und Mandel, 250 g'),
+  ('K-1023', 'Sumatra Mandheling', 'Halbgewaschen, würzig und schwer, 250 g'),
+  ('K-1030', 'Rohkaffee Brasilien Santos', 'Zum Selberrösten, 1 kg'),
+  ('T-2001', 'Assam Mokalbari', 'Kräftiger Schwarztee, 100 g'),
+  ('T-2002', 'Darjeeling First Flush', 'Blumiger Schwarztee der ersten Pflückung, 100 g'),
+  ('T-2003', 'Ostfriesenmischung', 'Dunkel und malzig, 250 g'),
+  ('T-2004', 'Sencha Uchiyama', 'Japanischer Grüntee, 100 g'),
+  ('T-2005', 'Rooibos Vanille', 'Ohne Koffein, 100 g'),
+  ('T-2006', 'Pfefferminze', 'Ganze Blätter aus eigenem Anbau, 50 g'),
+  ('G-3001', 'Handmühle Müllers Mahlwerk', 'Keramik, 14 Stufen, für unterwegs'),
+  ('G-3002', 'Elektrische Mühle E 60', 'Stahlmahlwerk 60 mm, 40 Stufen'),
+  ('G-3003', 'Handfilter Größe 02', 'Porzellan, für 1 bis 4 Tassen'),
+  ('G-3004', 'Papierfilter Größe 02', '100 Stück, ungebleicht'),
+  ('G-3005', 'Stempelkanne 1,0 l', 'Glas mit Edelstahlsieb'),
+  ('G-3006', 'Espressokocher 6 Tassen', 'Aluminium, für Gas und Elektro'),
+  ('G-3007', 'Milchkännchen 350 ml', 'Edelstahl, mit Skala'),
+  ('G-3008', 'Teekanne "Deern" 1,2 l', 'Steingut, handglasiert'),
+  ('G-3009', 'Tassen-Set Hafen', 'Vier Tassen 180 ml, spülmaschinenfest'),
+  ('G-3010', 'Feinwaage 2 kg', 'Auf 0,1 g genau, mit Stoppuhr'),
+  ('S-4001', 'Hafenkaramell', 'Sahnekaramell mit Meersalz, 150 g'),
+  ('S-4002', 'Kluntjes weiß', 'Weißer Kandis für Ostfriesentee, 500 g'),
+  ('S-4003', 'Zimtwaffeln', 'Dünn gebacken, 200 g'),
+  ('X-9001', 'Geschenkgutschein 25 Euro', NULL),
+  ('X-9002', 'Röstkurs für zwei', 'Ein Samstagnachmittag in der Rösterei, mit Verkostung');

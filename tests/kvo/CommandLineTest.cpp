@@ -1,0 +1,118 @@
+#include "tests/kvo/Program.h"
+
+namespace kvo::test {
+namespace {
+
+using CommandLine = Program;
+
+constexpr const char* kCommands[] = {"save", "publish", "inspect", "check",
+                                     "new",  "set",     "classes", "picture"};
+
+TEST_F(CommandLine, VersionNamesTheProgram) {
+  const Result result = Kvo({"--version"});
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.out, "kvo 1.0.0\n");
+  EXPECT_EQ(result.err, "");
+}
+
+TEST_F(CommandLine, HelpListsEveryCommandWithExamples) {
+  const Result result = Kvo({"--help"});
+  EXPECT_EQ(result.code, 0);
+  for (const char* command : kCommands)
+    EXPECT_NE(result.out.find("\n  " + std::string(command) + ' '), std::string::npos) << command;
+  EXPECT_NE(result.out.find("Examples:\n  kvo save"), std::string::npos);
+}
+
+TEST_F(CommandLine, EveryCommandExplainsItselfInBothLanguages) {
+  for (const char* command : kCommands) {
+    SCOPED_TRACE(command);
+    const Result english = Kvo({command, "--help"});
+    EXPECT_EQ(english.code, 0);
+    EXPECT_EQ(english.out.find("Usage: kvo " + std::string(command)), 0U);
+    EXPECT_NE(english.out.find("Examples:\n  kvo "), std::string::npos);
+    const Result german = KvoGerman({command, "--help"});
+    EXPECT_EQ(german.code, 0);
+    EXPECT_EQ(german.out.find("Aufruf: kvo " + std::string(command)), 0U);
+    EXPECT_NE(german.out.find("Beispiele:\n  kvo "), std::string::npos);
+    EXPECT_EQ(Kvo({"help", command}).out, english.out);
+  }
+}
+
+TEST_F(CommandLine, LanguageFollowsTheFirstLocaleVariableThatIsSet) {
+  EXPECT_EQ(Kvo({"--help"}, "", {{"LANG", "de_AT.UTF-8"}}).out.find("Aufruf"), 0U);
+  EXPECT_EQ(Kvo({"--help"}, "", {{"LC_ALL", ""}, {"LANG", "de"}}).out.find("Aufruf"), 0U);
+  EXPECT_EQ(Kvo({"--help"}, "", {{"LC_MESSAGES", "en_GB"}, {"LANG", "de_DE"}}).out.find("Usage"),
+            0U);
+  EXPECT_EQ(Kvo({"--help"}, "", {{"LC_ALL", "C"}, {"LANG", "de_DE"}}).out.find("Usage"), 0U);
+  EXPECT_EQ(Kvo({"--help"}, "", {{"LANG", "del"}}).out.find("Usage"), 0U);
+}
+
+TEST_F(CommandLine, NoCommandIsWrongUseAndShowsTheHelp) {
+  const Result result = Kvo({});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_EQ(result.out, "");
+  EXPECT_NE(result.err.find("Usage: kvo COMMAND"), std::string::npos);
+}
+
+TEST_F(CommandLine, UnknownCommandIsWrongUseWithASuggestion) {
+  const Result result = Kvo({"inspekt", "x.html"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_NE(result.err.find("Unknown command \"inspekt\". Did you mean \"inspect\"?"),
+            std::string::npos)
+      << result.err;
+  EXPECT_NE(KvoGerman({"inspekt"}).err.find("Unbekannter Befehl „inspekt“. Meinten Sie „inspect“?"),
+            std::string::npos);
+}
+
+TEST_F(CommandLine, UnknownOptionIsWrongUse) {
+  const Result result = Kvo({"save", "--forse", "x.html"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_NE(result.err.find("Unknown option \"--forse\""), std::string::npos) << result.err;
+  EXPECT_NE(result.err.find("kvo save --help"), std::string::npos) << result.err;
+}
+
+TEST_F(CommandLine, MissingArgumentIsNamed) {
+  EXPECT_NE(Kvo({"save"}).err.find("PAGE is missing"), std::string::npos);
+  EXPECT_NE(Kvo({"set", "x.html", "Preis"}).err.find("NAME=VALUE is missing"), std::string::npos);
+  EXPECT_NE(KvoGerman({"inspect"}).err.find("PAGE fehlt"), std::string::npos);
+  EXPECT_EQ(Kvo({"save"}).code, 2);
+}
+
+TEST_F(CommandLine, OptionWithoutItsValueIsNamed) {
+  const Result result = Kvo({"save", "x.html", "-o"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_NE(result.err.find("needs exactly one value"), std::string::npos) << result.err;
+}
+
+TEST_F(CommandLine, SurplusArgumentIsNamed) {
+  const Result result = Kvo({"classes", "DTCPrint"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_NE(result.err.find("\"DTCPrint\" is too much"), std::string::npos) << result.err;
+}
+
+TEST_F(CommandLine, ArgumentThatIsNotUtf8IsRefused) {
+  for (const char* bytes :
+       {"Value=\xE4", "Value=\xC0\x80", "Value=\xED\xA0\x80", "Value=\xE2\x82"}) {
+    const Result result = Kvo({"new", "DTCPrint", bytes});
+    EXPECT_EQ(result.code, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_NE(result.err.find("Argument 3 is not valid UTF-8"), std::string::npos) << result.err;
+  }
+}
+
+TEST_F(CommandLine, NothingIsColouredOutsideATerminal) {
+  Write("x.html", "<object classid=\"progid:KVOPDesignObjects.DTCNone\"></object>");
+  EXPECT_EQ(Kvo({"check", "x.html"}).out.find('\x1b'), std::string::npos);
+  EXPECT_EQ(Kvo({"nothing"}).err.find('\x1b'), std::string::npos);
+}
+
+TEST_F(CommandLine, OutputThatCannotBeWrittenIsAFailure) {
+  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
+  Write("x.html", PrintElement("x"));
+  const Result result = Kvo({"save", "x.html", "-o", "/dev/full"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_NE(result.err, "");
+}
+
+}  // namespace
+}  // namespace kvo::test

@@ -1,0 +1,216 @@
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+
+#include "host/registration/classes.h"
+#include "tests/kvo/Program.h"
+
+namespace kvo::test {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using InspectCommand = Program;
+using CheckCommand = Program;
+using ClassesCommand = Program;
+using PictureCommand = Program;
+
+std::vector<std::string> Keys(const Json& object) {
+  std::vector<std::string> keys;
+  for (const auto& [key, value] : object.items()) keys.push_back(key);
+  return keys;
+}
+
+const std::string kFailing =
+    "<object classid=\"progid:KVOPDesignObjects.DTCElement\" id=\"Zelle\"><param name=\"value\" "
+    "value=\"td\"><param name=\"attributes\" value=\"align\"></object>";
+
+TEST_F(InspectCommand, JsonHasTheKeysAndValuesOfEachControl) {
+  Write("x.html", "<p>ä" + PrintElement("&#228;&amp;", "Preis") + "\n");
+  const Result result = Kvo({"inspect", "x.html", "--json"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  const Json document = Json::parse(result.out);
+  EXPECT_EQ(Keys(document), std::vector<std::string>{"controls"});
+  ASSERT_EQ(document["controls"].size(), 1U);
+  const Json& control = document["controls"][0];
+  EXPECT_EQ(Keys(control), (std::vector<std::string>{"index", "id", "class", "line", "column",
+                                                     "bag", "properties", "runtimeText", "box"}));
+  EXPECT_EQ(control["index"], 0);
+  EXPECT_EQ(control["id"], "Preis");
+  EXPECT_EQ(control["class"], "DTCPrint");
+  EXPECT_EQ(control["line"], 1);
+  EXPECT_EQ(control["column"], 5);
+  EXPECT_EQ(control["bag"], Json::parse(R"([["value", "ä&"], ["format", ""]])"));
+  EXPECT_EQ(control["properties"], Json::parse(R"({"Namespace": "kv", "basename": "print",
+      "DisplayBasename": "", "Value": "ä&", "DisplayValue": "", "Format": ""})"));
+  EXPECT_EQ(Keys(control["properties"])[0], "Namespace");
+  EXPECT_EQ(control["runtimeText"], "<kv:print value=\"ä&\"/>");
+  const Json& box = control["box"];
+  EXPECT_EQ(Keys(box), (std::vector<std::string>{"width", "height", "elements"}));
+  EXPECT_EQ(box["height"], 390);
+  ASSERT_EQ(box["elements"].size(), 3U);
+  EXPECT_EQ(box["elements"][0]["caption"], "print");
+  EXPECT_EQ(box["elements"][0]["left"], 120);
+  EXPECT_EQ(box["elements"][1]["caption"], "ä&");
+  EXPECT_EQ(box["elements"][2]["name"], "shpBorder");
+  EXPECT_EQ(box["elements"][2]["width"], box["width"].get<int>() - 30);
+  EXPECT_NE(result.out.find("ä&"), std::string::npos) << "UTF-8, not escaped";
+}
+
+TEST_F(InspectCommand, FlagsAndNumbersAreWhatTheyAre) {
+  const Result element = Kvo({"new", "DTCProductList", "DisplayColumns=3", "DisplayPrice=false"});
+  const Json document = Json::parse(Kvo({"inspect", "-", "--json"}, element.out).out);
+  const Json& properties = document["controls"][0]["properties"];
+  EXPECT_EQ(properties["DisplayColumns"], 3);
+  EXPECT_EQ(properties["DisplayPrice"], false);
+  EXPECT_TRUE(properties["Office"].is_null());
+}
+
+TEST_F(InspectCommand, FailingControlsDoNotHideTheOthers) {
+  Write("x.html", kFailing + "<object classid=\"progid:KVOPDesignObjects.DTCNone\"></object>" +
+                      PrintElement("x"));
+  const Result result = Kvo({"inspect", "x.html", "--json"});
+  EXPECT_EQ(result.code, 1);
+  const Json controls = Json::parse(result.out)["controls"];
+  ASSERT_EQ(controls.size(), 3U);
+  EXPECT_EQ(controls[0]["error"]["number"], 9);
+  EXPECT_NE(controls[0]["error"]["message"].get<std::string>(), "");
+  EXPECT_FALSE(controls[0].contains("runtimeText"));
+  EXPECT_EQ(controls[0]["properties"]["Value"], "td");
+  EXPECT_EQ(controls[1]["class"], "DTCNone");
+  EXPECT_TRUE(controls[1]["error"]["number"].is_null());
+  EXPECT_NE(controls[1]["error"]["message"].get<std::string>(), "");
+  EXPECT_EQ(controls[2]["runtimeText"], "<kv:print value=\"x\"/>");
+  const Result text = Kvo({"inspect", "x.html"});
+  EXPECT_EQ(text.code, 1);
+  EXPECT_NE(text.out.find("error 9: Subscript out of range"), std::string::npos) << text.out;
+  EXPECT_NE(text.out.find("=> <kv:print value=\"x\"/>"), std::string::npos) << text.out;
+}
+
+TEST_F(InspectCommand, TextNamesPlaceClassIdStoredKeysAndRuntimeText) {
+  Write("x.html", "\n" + PrintElement("a", "A"));
+  EXPECT_EQ(Kvo({"inspect", "x.html"}).out,
+            "x.html:2:1: DTCPrint \"A\"\n"
+            "    value = a\n"
+            "    format = \n"
+            "    => <kv:print value=\"a\"/>\n");
+}
+
+TEST_F(InspectCommand, PageWithoutControlsIsGood) {
+  const Result text = Kvo({"inspect", "-"}, "<p>");
+  EXPECT_EQ(text.code, 0);
+  EXPECT_EQ(text.out, "<stdin> holds no controls.\n");
+  EXPECT_EQ(Json::parse(Kvo({"inspect", "-", "--json"}, "<p>").out),
+            Json::parse(R"({"controls": []})"));
+}
+
+TEST_F(InspectCommand, EveryClassIsInspected) {
+  std::string page;
+  for (const RegisteredControl& control : RegisteredControls())
+    page += Kvo({"new", std::string(control.contract().name)}).out;
+  const Result result = Kvo({"inspect", "-", "--json"}, page);
+  EXPECT_EQ(result.code, 0) << result.err;
+  const Json controls = Json::parse(result.out)["controls"];
+  ASSERT_EQ(controls.size(), RegisteredControls().size());
+  for (std::size_t i = 0; i < controls.size(); ++i) {
+    const ControlClass& contract = RegisteredControls()[i].contract();
+    EXPECT_EQ(controls[i]["class"], contract.name);
+    EXPECT_EQ(controls[i]["properties"].size(), contract.properties.size());
+    EXPECT_EQ(controls[i]["box"]["elements"].size(), contract.box.labels.size() + 1);
+    EXPECT_TRUE(controls[i].contains("runtimeText")) << contract.name;
+  }
+}
+
+TEST_F(CheckCommand, GoodPageSaysNothing) {
+  const Result result = Kvo({"check", "-"}, PrintElement("x"));
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.out + result.err, "");
+}
+
+TEST_F(CheckCommand, JsonListsProblemsOfAllPages) {
+  Write("a.html", kFailing);
+  Write("b.html", "\n<object classid=\"progid:KVOPDesignObjects.DTCNone\" id=\"N\"></object>");
+  const Result result = Kvo({"check", "a.html", "b.html", "--json"});
+  EXPECT_EQ(result.code, 1);
+  const Json document = Json::parse(result.out);
+  EXPECT_EQ(Keys(document), std::vector<std::string>{"problems"});
+  ASSERT_EQ(document["problems"].size(), 2U);
+  EXPECT_EQ(document["problems"][0]["file"], "a.html");
+  EXPECT_EQ(document["problems"][0]["rule"], "control-fails");
+  const Json& second = document["problems"][1];
+  EXPECT_EQ(Keys(second), (std::vector<std::string>{"file", "line", "column", "severity", "rule",
+                                                    "class", "id", "message"}));
+  EXPECT_EQ(second["line"], 2);
+  EXPECT_EQ(second["column"], 1);
+  EXPECT_EQ(second["severity"], "error");
+  EXPECT_EQ(second["rule"], "unknown-class");
+  EXPECT_EQ(second["id"], "N");
+}
+
+TEST_F(ClassesCommand, JsonCarriesTheWholeContract) {
+  const Json document = Json::parse(Kvo({"classes", "--json"}).out);
+  EXPECT_EQ(document["library"], kLibraryName);
+  ASSERT_EQ(document["classes"].size(), RegisteredControls().size());
+  const Json& print = document["classes"][0];
+  EXPECT_EQ(Keys(print), (std::vector<std::string>{"name", "progId", "classId", "properties",
+                                                   "keys", "pages", "box"}));
+  EXPECT_EQ(print["name"], "DTCPrint");
+  EXPECT_EQ(print["progId"], "KVOPDesignObjects.DTCPrint");
+  EXPECT_EQ(print["properties"][3], Json::parse(R"({"name": "Value", "id": 4, "type": "text"})"));
+  EXPECT_EQ(print["keys"][0], Json::parse(R"({"key": "namespace", "readDefault": "kv",
+      "writeDefault": "kv", "alwaysStored": false})"));
+  EXPECT_EQ(print["keys"][3], Json::parse(R"({"key": "value", "readDefault": "",
+      "writeDefault": null, "alwaysStored": true})"));
+  EXPECT_EQ(print["pages"], Json::parse(R"(["propPrintGeneral", "propGeneralFormat"])"));
+  EXPECT_EQ(print["box"]["elements"][0]["caption"], "Print");
+}
+
+std::string SourceFile(const std::string& path) { return std::string(KVO_SOURCE_DIR) + '/' + path; }
+
+// Compares a checked-in listing with what the program prints now.
+void ExpectCurrent(const std::string& file, const std::string& listing, const std::string& option) {
+  const std::string checkedIn = [&] {
+    std::ifstream stream(SourceFile(file), std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+  }();
+  EXPECT_EQ(checkedIn, listing) << file
+                                << " is out of date. When the change is meant, write it with"
+                                << "\n  LC_ALL=C build/dev/bin/kvo classes" << option << " > "
+                                << file;
+}
+
+TEST_F(ClassesCommand, PublishedContractIsTheCheckedInOne) {
+  ExpectCurrent("tests/golden/classes.txt", Kvo({"classes"}).out, "");
+}
+
+TEST_F(ClassesCommand, DocumentationOfTheControlsIsCurrent) {
+  ExpectCurrent("docs/controls.md", Kvo({"classes", "--markdown"}).out, " --markdown");
+  EXPECT_EQ(Kvo({"classes", "--markdown"}).out, KvoGerman({"classes", "--markdown"}).out);
+}
+
+TEST_F(PictureCommand, DrawsEveryControlOfAPageIntoItsFile) {
+  Write("x.html", PrintElement("a &lt; b", "Prüf/1") + PrintElement("y"));
+  const Result result = Kvo({"picture", "x.html", "-o", "pictures"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_EQ(result.out, "pictures/1-Prüf_1.svg\npictures/2-DTCPrint.svg\n");
+  const std::string svg = Read("pictures/1-Prüf_1.svg");
+  EXPECT_EQ(svg.find("<svg xmlns=\"http://www.w3.org/2000/svg\""), 0U) << svg;
+  EXPECT_NE(svg.find(">a &lt; b</text>"), std::string::npos) << svg;
+  EXPECT_NE(svg.find("Tahoma"), std::string::npos);
+  EXPECT_NE(svg.find("<rect x=\"15\" y=\"15\""), std::string::npos) << svg;
+}
+
+TEST_F(PictureCommand, DrawsAClassWithItsDesignCaptions) {
+  const Result result = Kvo({"picture", "DTCPrint", "-o", "-"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_NE(result.out.find(">&lt;Value&gt;</text>"), std::string::npos) << result.out;
+  EXPECT_NE(result.out.find("font-weight=\"bold\""), std::string::npos);
+}
+
+TEST_F(PictureCommand, AsksForATarget) {
+  const Result result = Kvo({"picture", "DTCPrint"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_NE(result.err.find("-o FOLDER"), std::string::npos) << result.err;
+}
+
+}  // namespace
+}  // namespace kvo::test

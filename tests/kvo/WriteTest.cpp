@@ -1,0 +1,244 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <random>
+
+#include "tests/kvo/Program.h"
+
+namespace kvo::test {
+namespace {
+
+using SaveCommand = Program;
+using PublishCommand = Program;
+using BadPage = Program;
+namespace fs = std::filesystem;
+
+std::string RandomBytes(std::size_t size) {
+  std::mt19937 random(20040423);
+  std::string bytes;
+  while (bytes.size() < size) bytes += static_cast<char>(random());
+  return bytes;
+}
+
+// In every one of these a control cannot be loaded.
+const std::string kUnknownClass = "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\"></object>";
+const std::string kUnknownKey =
+    "<object classid=\"progid:KVOPDesignObjects.DTCPrint\"><param name=\"vlaue\" "
+    "value=\"x\"></object>";
+
+TEST_F(SaveCommand, WritesSpansInPlaceAndKeepsEveryOtherByte) {
+  Write("x.html", "<td>\r\n  " + PrintElement("a&amp;b") + "\n<p>\xE4 broken <");
+  const Result result = Kvo({"save", "x.html"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(Read("x.html"),
+            "<td>\r\n  <!--KVO CONTROL STARTSPAN 1 <object "
+            "classid=\"progid:KVOPDesignObjects.DTCPrint\"><param name=\"value\" "
+            "value=\"a&amp;b\"><param name=\"format\" value=\"\"></object>-->"
+            "<kv:print value=\"a&amp;b\"/><!--KVO CONTROL ENDSPAN 1-->\n<p>\xE4 broken <");
+  EXPECT_EQ(Files(), std::vector<std::string>{"x.html"});
+}
+
+TEST_F(SaveCommand, SavingTwiceGivesTheSameBytes) {
+  Write("x.html", PrintElement("a") + Kvo({"new", "DTCProductList", "CacheObject=true"}).out +
+                      Kvo({"new", "DTCScript", "HTMLContent=-->"}).out);
+  ASSERT_EQ(Kvo({"save", "x.html"}).code, 0);
+  const std::string once = Read("x.html");
+  ASSERT_EQ(Kvo({"save", "x.html"}).code, 0);
+  EXPECT_EQ(Read("x.html"), once);
+}
+
+TEST_F(SaveCommand, RandomBytesWithoutControlsComeBackUnchanged) {
+  const std::string bytes = RandomBytes(100'000);
+  Write("x.html", bytes);
+  EXPECT_EQ(Kvo({"save", "x.html"}).code, 0);
+  EXPECT_EQ(Read("x.html"), bytes);
+  EXPECT_EQ(Kvo({"publish", "x.html", "-o", "y.html"}).code, 0);
+  EXPECT_EQ(Read("y.html"), bytes);
+}
+
+TEST_F(SaveCommand, ReadsStandardInputAndWritesStandardOutput) {
+  const std::string page = PrintElement("x");
+  const Result piped = Kvo({"save", "-"}, page);
+  EXPECT_EQ(piped.code, 0) << piped.err;
+  Write("x.html", page);
+  ASSERT_EQ(Kvo({"save", "x.html"}).code, 0);
+  EXPECT_EQ(piped.out, Read("x.html"));
+}
+
+TEST_F(SaveCommand, OutputOntoTheInputIsSafe) {
+  Write("x.html", PrintElement("x"));
+  EXPECT_EQ(Kvo({"save", "x.html", "-o", "x.html"}).code, 0);
+  EXPECT_NE(Read("x.html").find("<kv:print value=\"x\"/>"), std::string::npos);
+  EXPECT_EQ(Kvo({"publish", "x.html", "-o", "./x.html"}).code, 0);
+  EXPECT_EQ(Read("x.html"), "<kv:print value=\"x\"/>");
+}
+
+TEST_F(SaveCommand, HandEditedRuntimeTextIsRefusedUnlessForced) {
+  Write("x.html", PrintElement("x"));
+  ASSERT_EQ(Kvo({"save", "x.html"}).code, 0);
+  std::string edited = Read("x.html");
+  edited.replace(edited.find("<kv:print value=\"x\""), 19, "<kv:print value=\"y\"");
+  Write("x.html", edited);
+  const Result refused = Kvo({"save", "x.html"});
+  EXPECT_EQ(refused.code, 1);
+  EXPECT_NE(refused.err.find("[edited-by-hand]"), std::string::npos) << refused.err;
+  EXPECT_EQ(Read("x.html"), edited);
+  EXPECT_EQ(Kvo({"check", "x.html"}).code, 1);
+  EXPECT_EQ(Kvo({"save", "--force", "x.html"}).code, 0);
+  EXPECT_NE(Read("x.html").find("<kv:print value=\"x\"/>"), std::string::npos);
+}
+
+TEST_F(SaveCommand, SeveralPagesGoIntoAFolder) {
+  Write("a.html", PrintElement("a"));
+  Write("b.html", PrintElement("b"));
+  fs::create_directory(Folder() / "work" / "out");
+  EXPECT_EQ(Kvo({"save", "a.html", "b.html", "-o", "out"}).code, 0);
+  EXPECT_NE(Read("out/a.html").find("<kv:print value=\"a\"/>"), std::string::npos);
+  EXPECT_NE(Read("out/b.html").find("<kv:print value=\"b\"/>"), std::string::npos);
+  EXPECT_EQ(Read("a.html"), PrintElement("a"));
+}
+
+TEST_F(SaveCommand, SeveralPagesDoNotFitIntoOneFile) {
+  Write("a.html", PrintElement("a"));
+  Write("b.html", PrintElement("b"));
+  const Result result = Kvo({"save", "a.html", "b.html", "-o", "c.html"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_FALSE(Exists("c.html"));
+  EXPECT_EQ(Kvo({"save", "a.html", "b.html", "-o", "-"}).code, 2);
+}
+
+TEST_F(SaveCommand, PagesOfOneNameDoNotOverwriteEachOther) {
+  for (const char* folder : {"1", "2", "out"}) fs::create_directory(Folder() / "work" / folder);
+  Write("1/a.html", PrintElement("a"));
+  Write("2/a.html", PrintElement("b"));
+  const Result result = Kvo({"save", "1/a.html", "2/a.html", "-o", "out"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_FALSE(Exists("out/a.html"));
+}
+
+TEST_F(PublishCommand, WritesRuntimeTextAlone) {
+  Write("x.html", "<b>" + PrintElement("x") + "</b>");
+  EXPECT_EQ(Kvo({"publish", "x.html", "-o", "y.html"}).code, 0);
+  EXPECT_EQ(Read("y.html"), "<b><kv:print value=\"x\"/></b>");
+  EXPECT_EQ(Read("x.html"), "<b>" + PrintElement("x") + "</b>");
+}
+
+TEST_F(PublishCommand, AsksForATargetRatherThanOverwriteThePage) {
+  Write("x.html", PrintElement("x"));
+  const Result result = Kvo({"publish", "x.html"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_NE(result.err.find("-o FILE"), std::string::npos) << result.err;
+  EXPECT_EQ(Read("x.html"), PrintElement("x"));
+}
+
+TEST_F(BadPage, AllBrokenControlsAreNamedAtOnceAndThePageStays) {
+  const std::string page =
+      "<p>" + kUnknownClass + "</p>\n" + PrintElement("fine") + "\n  " + kUnknownKey;
+  Write("x.html", page);
+  for (const char* command : {"save", "check"}) {
+    SCOPED_TRACE(command);
+    const Result result = Kvo({command, "x.html"});
+    EXPECT_EQ(result.code, 1);
+    const std::string said = result.out + result.err;
+    EXPECT_NE(said.find("x.html:1:4: error: DTCPrnt"), std::string::npos) << said;
+    EXPECT_NE(said.find("[unknown-class]"), std::string::npos) << said;
+    EXPECT_NE(said.find("x.html:3:"), std::string::npos) << said;
+    EXPECT_NE(said.find("vlaue"), std::string::npos) << said;
+    EXPECT_NE(said.find("[unknown-key]"), std::string::npos) << said;
+  }
+  EXPECT_EQ(Read("x.html"), page);
+  EXPECT_EQ(Files(), std::vector<std::string>{"x.html"});
+  EXPECT_EQ(Kvo({"publish", "x.html", "-o", "y.html"}).code, 1);
+  EXPECT_FALSE(Exists("y.html"));
+}
+
+TEST_F(BadPage, ProblemsAreToldInGerman) {
+  Write("x.html", kUnknownClass);
+  const Result result = KvoGerman({"check", "x.html"});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_NE(result.out.find("x.html:1:1: Fehler: "), std::string::npos) << result.out;
+}
+
+TEST_F(BadPage, OneBrokenPageDoesNotHideTheOthers) {
+  Write("a.html", kUnknownClass);
+  Write("b.html", PrintElement("b"));
+  Write("c.html", kUnknownKey);
+  const Result result = Kvo({"save", "a.html", "missing.html", "b.html", "c.html"});
+  EXPECT_EQ(result.code, 2);
+  for (const char* file : {"a.html:1:1", "missing.html", "c.html:1:"})
+    EXPECT_NE(result.err.find(file), std::string::npos) << result.err;
+  EXPECT_NE(Read("b.html").find("<kv:print value=\"b\"/>"), std::string::npos);
+}
+
+TEST_F(BadPage, MissingFileFolderAndDirectoryAreFailuresWithTheName) {
+  fs::create_directory(Folder() / "work" / "folder");
+  Write("x.html", PrintElement("x"));
+  for (const auto& arguments :
+       std::vector<std::vector<std::string>>{{"save", "missing.html"},
+                                             {"save", "folder"},
+                                             {"inspect", "folder"},
+                                             {"check", "missing.html"},
+                                             {"save", "x.html", "-o", "gone/x.html"},
+                                             {"set", "missing.html", "A", "Value=x"},
+                                             {"picture", "missing.html", "-o", "pictures"}}) {
+    const Result result = Kvo(arguments);
+    EXPECT_EQ(result.code, 2) << arguments[1];
+    const std::string& name =
+        arguments.size() == 4 && arguments[2] == "-o" && arguments[0] == "save" ? arguments[3]
+                                                                                : arguments[1];
+    EXPECT_NE(result.err.find(name), std::string::npos) << result.err;
+  }
+  EXPECT_EQ(Read("x.html"), PrintElement("x"));
+}
+
+TEST_F(BadPage, ReadOnlyFileIsAFailureAndStays) {
+  Write("x.html", PrintElement("x"));
+  fs::permissions(Folder() / "work" / "x.html", fs::perms::owner_read);
+  const Result result = Kvo({"save", "x.html"});
+  EXPECT_EQ(Read("x.html"), PrintElement("x"));
+  EXPECT_EQ(result.code, 2) << result.err;
+  EXPECT_NE(result.err.find("x.html"), std::string::npos) << result.err;
+}
+
+TEST_F(BadPage, Utf16IsRefusedWithAHint) {
+  const std::string page("\xFF\xFE<\0p\0>\0", 8);
+  Write("x.html", page);
+  const Result result = Kvo({"save", "x.html"});
+  EXPECT_NE(result.code, 0);
+  EXPECT_NE(result.err.find("UTF-8"), std::string::npos) << result.err;
+  EXPECT_EQ(Read("x.html"), page);
+}
+
+TEST_F(BadPage, OneByteEncodingsAreReadAndWrittenAsTheyAre) {
+  const std::string head = "<meta charset=\"windows-1252\"><p>\x80 \xFC</p>";
+  Write("x.html", head + PrintElement("\x80 \xFC"));
+  EXPECT_EQ(Kvo({"publish", "x.html", "-o", "y.html"}).code, 0);
+  EXPECT_EQ(Read("y.html"), head + "<kv:print value=\"\x80 \xFC\"/>");
+}
+
+TEST_F(BadPage, RuntimeTextThatTheEncodingCannotHoldIsNamedWithItsPlace) {
+  const std::string page = "<meta charset=\"iso-8859-1\">\n" + PrintElement("&#x20AC;", "Preis");
+  Write("x.html", page);
+  const Result result = Kvo({"save", "x.html"});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_NE(result.err.find("x.html:2:1: error: DTCPrint \"Preis\""), std::string::npos)
+      << result.err;
+  EXPECT_EQ(Read("x.html"), page);
+}
+
+TEST_F(BadPage, ControlThatFailsNamesPlaceAndControl) {
+  const std::string page =
+      "\n <object classid=\"progid:KVOPDesignObjects.DTCElement\" id=\"Zelle\"><param "
+      "name=\"value\" value=\"td\"><param name=\"attributes\" value=\"align\"></object>";
+  Write("x.html", page);
+  const Result result = Kvo({"save", "x.html"});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_NE(result.err.find("x.html:2:2: error: DTCElement \"Zelle\""), std::string::npos)
+      << result.err;
+  EXPECT_NE(result.err.find("[control-fails]"), std::string::npos) << result.err;
+  EXPECT_EQ(Read("x.html"), page);
+}
+
+}  // namespace
+}  // namespace kvo::test

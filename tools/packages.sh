@@ -1,0 +1,32 @@
+# Sourced by ./run and ./test: installs the Debian packages that are missing.
+
+# need_packages PACKAGE...: returns at once when all are there.
+need_packages() {
+  local package missing=()
+  for package; do
+    dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed ||
+      missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+
+  local as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+      echo "These packages are missing and only root can install them. Run as root, then try again:" >&2
+      echo "  apt-get update && apt-get install ${missing[*]}" >&2
+      exit 2
+    fi
+    as_root=(sudo)
+  fi
+  echo "Installing: ${missing[*]}"
+  local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o Dpkg::Use-Pty=0)
+  if ! { "${apt[@]}" update && "${apt[@]}" install --no-install-recommends -y "${missing[@]}"; } \
+    >build/apt.log 2>&1; then
+    tail -n 20 build/apt.log >&2
+    echo "Installing failed; the lines above say why, build/apt.log has everything." >&2
+    exit 2
+  fi
+}
+
+# What it takes to build the programs.
+build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
