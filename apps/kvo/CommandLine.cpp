@@ -56,14 +56,14 @@ class CommandParts final : public Command {
   }
 
   Command& Argument(const std::string& name, std::string& value, Localized meaning) override {
-    required_.push_back({app_.add_option(name, value), name});
+    required_.emplace_back(app_.add_option(name, value), name);
     arguments_.push_back({name, meaning});
     return *this;
   }
   Command& Arguments(const std::string& name, std::vector<std::string>& values, Localized meaning,
                      bool required) override {
     CLI::Option* option = app_.add_option(name, values);
-    if (required) required_.push_back({option, name});
+    if (required) required_.emplace_back(option, name);
     arguments_.push_back({required ? name + "..." : "[" + name + "...]", meaning});
     return *this;
   }

@@ -1,7 +1,6 @@
 #include "apps/kvo/PageRun.h"
 
-#include <unistd.h>
-
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <map>

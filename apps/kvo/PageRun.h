@@ -1,9 +1,7 @@
 // What the commands that work on page files share.
 #pragma once
 
-#include <signal.h>
-
-#include <chrono>
+#include <csignal>
 #include <functional>
 #include <string>
 #include <vector>

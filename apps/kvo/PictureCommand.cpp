@@ -73,6 +73,7 @@ ExitCode Draw(const Values& values) {
   }
   if (values.output == "-") {
     std::vector<Box> boxes;
+    boxes.reserve(pictures.size());
     for (const Picture& picture : pictures) boxes.push_back(picture.box);
     Print(ToSvg(boxes));
     return code;
