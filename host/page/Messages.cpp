@@ -1,9 +1,7 @@
 #include "host/page/Messages.h"
 
 namespace kvo::page::messages {
-namespace {
 
-// Texts from the page may be of any length; a message shows their beginning.
 std::string Quoted(std::string_view text) {
   constexpr std::size_t kShown = 60;
   std::string quoted = "\"";
@@ -24,8 +22,6 @@ Message WithSuggestion(Message message, std::string_view suggestion) {
   message.english += " Did you mean " + Quoted(suggestion) + "?";
   return message;
 }
-
-}  // namespace
 
 Message UnknownClass(std::string_view className, std::string_view suggestion) {
   const std::string name = Quoted(className);

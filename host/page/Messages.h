@@ -10,6 +10,11 @@
 
 namespace kvo::page::messages {
 
+// A text from a page in quotes. It may be of any length; a message shows its beginning.
+std::string Quoted(std::string_view text);
+// "Meinten Sie ...?" behind the message, unless the suggestion is empty.
+Message WithSuggestion(Message message, std::string_view suggestion);
+
 // `suggestion` may be empty.
 Message UnknownClass(std::string_view className, std::string_view suggestion);
 Message UnknownKey(std::string_view key, std::string_view suggestion);

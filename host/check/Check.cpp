@@ -1,0 +1,72 @@
+#include "host/check/Check.h"
+
+#include <algorithm>
+
+#include "common/RuntimeError.h"
+#include "host/check/Balance.h"
+#include "host/check/ControlRules.h"
+
+namespace kvo::check {
+namespace {
+
+// A failing control has been reported by the page's own check; rules that need no text go on.
+std::string RuntimeTextOrNothing(const Control& control) {
+  try {
+    return control.GetRuntimeText();
+  } catch (const RuntimeError&) {
+    return {};
+  }
+}
+
+void NoteTagOnly(const Checked& checked, Balance& balance) {
+  if (!checked.Has("OpeningTagOnly")) return;
+  const bool opens = checked.Flag("OpeningTagOnly");
+  const bool closes = checked.Flag("ClosingTagOnly");
+  const std::string name = checked.Text("Value");
+  if (opens == closes || name.empty()) return;
+  if (opens)
+    balance.Open(name, checked.found);
+  else
+    balance.Close(name, checked.found);
+}
+
+}  // namespace
+
+std::span<const Rule> Rules() {
+  static const std::vector<Rule> rules = [] {
+    std::vector<Rule> all = {kUnbalanced};
+    for (const ControlRule& rule : ControlRules()) all.push_back(rule.rule);
+    return all;
+  }();
+  return rules;
+}
+
+page::Problems CheckPage(const page::Page& page, const ObjectRef& office) {
+  page::Problems problems = page::Check(page);
+  const page::Inspection inspection = page::Inspect(page);
+  const KnownFields fields = FieldsOf(office);
+  Balance balance;
+  for (const page::FoundControl& found : inspection.controls) {
+    if (found.contract == nullptr || found.broken) continue;
+    std::shared_ptr<Control> control;
+    try {
+      control = page::Load(*found.contract, found.bag);
+    } catch (const RuntimeError&) {
+      continue;  // reported by the page's own check
+    }
+    const Checked checked{found, control, fields, RuntimeTextOrNothing(*control)};
+    NoteTagOnly(checked, balance);
+    for (const ControlRule& rule : ControlRules())
+      rule.check(checked, [&](page::Message message) {
+        problems.push_back({rule.rule.severity, rule.rule.id, found.place, found.className,
+                            found.id, std::move(message)});
+      });
+  }
+  std::ranges::move(balance.Take(), std::back_inserter(problems));
+  std::ranges::stable_sort(problems, {}, [](const page::Problem& problem) {
+    return std::pair(problem.place.line, problem.place.column);
+  });
+  return problems;
+}
+
+}  // namespace kvo::check
