@@ -92,7 +92,8 @@ bool ControlReader::ReadObject(std::size_t at) {
   if (!ours) return false;
   control_.begin = at;
   control_.end = end;
-  if (!stopped_ && !ReadParams(end)) Fail(at, rule::unclosedControl, messages::UnclosedControl());
+  const bool closed = !stopped_ && ReadParams(end);
+  if (!closed && !stopped_) Fail(at, rule::unclosedControl, messages::UnclosedControl());
   control_.end = end;
   scanner_.GoOn(end);
   return true;
@@ -116,11 +117,8 @@ bool ControlReader::ReadSpan(std::size_t at) {
   control_.begin = at;
   control_.isSpan = true;
   control_.number = number;
-  bool closed = false;
-  if (!stopped_) {
-    closed = ReadParams(element);
-    if (!closed && !stopped_) Fail(at, rule::unclosedControl, messages::UnclosedControl());
-  }
+  const bool closed = !stopped_ && ReadParams(element);
+  if (!closed && !stopped_) Fail(at, rule::unclosedControl, messages::UnclosedControl());
   ReadSpanText(element, closed);
   scanner_.GoOn(control_.end);
   // With its end comment lost as well, a broken control must not hide those behind it.
@@ -135,7 +133,7 @@ void ControlReader::ReadSpanText(std::size_t at, bool elementClosed) {
     while (at < page_.size() && IsHtmlSpace(page_[at])) ++at;
     if (page_.substr(at, kCommentEnd.size()) == kCommentEnd) {
       text = at + kCommentEnd.size();
-    } else {
+    } else if (at < page_.size()) {
       Fail(at, rule::malformedSpan, messages::SpanCommentGoesOn());
     }
   }

@@ -129,7 +129,8 @@ class DeclarationFinder {
       } else if (StartsWith("<meta") && at_ + 5 < text_.size() &&
                  (IsSpace(text_[at_ + 5]) || text_[at_ + 5] == '/')) {
         at_ += 5;
-        if (std::string name = Meta(); !name.empty()) return name;
+        std::string name = Meta();
+        if (!name.empty() && at_ < text_.size()) return name;
       } else if (IsTag()) {
         while (at_ < text_.size() && !IsSpace(text_[at_]) && text_[at_] != '>') ++at_;
         while (NextAttribute()) {

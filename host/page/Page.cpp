@@ -153,6 +153,7 @@ class Writer {
       try {
         WriteControl(edited);
       } catch (const RuntimeError& error) {
+        if (changing_) throw;
         Fail(rule::controlFails, messages::ControlFails(error));
       }
     }
@@ -182,7 +183,9 @@ class Writer {
     if (Found().isSpan && !keepsOldText_ && !MayReplaceText(text)) return;
     if (result_ == Result::runtimeText) return Replace(text);
     if (edited) {
+      changing_ = true;
       options_.edit->change(*control);
+      changing_ = false;
       if (!ChooseText(*control, text)) return;
     }
     if (WriteElement(*control, found, text, edited)) WriteSpan(text);
@@ -224,47 +227,70 @@ class Writer {
     BeginElement(element);
     WrittenBag written(Found(), found, element);
     control.WriteProperties(written);
-    element.End();
-    if (element.Failure()) {
-      Fail(rule::notInEncoding,
-           messages::ValueNotInEncoding(element.Failure()->text, encoding_.Name()));
-      return false;
-    }
-    return (!edited && written.ReadsAsFound()) || MakeStable(control, text, edited);
+    if (!EndElement(element)) return false;
+    return (!edited && written.ReadsAsFound()) || Settle(control, text, edited);
   }
 
-  // What is written must give the same text when it is read again, or the next save would take the
-  // text for one edited by hand. A few values do not survive being stored (an empty table border
-  // comes back as "0"). Such a bag stays as it stands in the page; one that was changed is stored
-  // all the same, and the text follows it.
-  bool MakeStable(const Control& control, std::string_view& text, bool edited) {
-    const std::shared_ptr<Control> next = Found().contract->create();
-    MemoryBag stored(StoredBag(control));
-    bool fails = false;
-    try {
-      next->ReadProperties(stored);
-      if (!RuntimeTextOf(*next, next_)) return false;
-    } catch (const RuntimeError&) {
-      if (edited) throw;
-      fails = true;
-    }
-    if (!fails) {
-      if (next_ == text_) return true;
-      if (!RuntimeTextOf(control, again_)) return false;
-      if (EqualButForNewGuids(next_, text_, again_)) return true;
-    }
-    Fail(rule::unstableBag, messages::UnstableBag(), Severity::warning);
-    if (edited) {
-      text_.swap(next_);
-      text = text_;
-      return true;
-    }
+  bool WriteElement(std::span<const MemoryBag::Entry> bag) {
     element_.clear();
     ElementWriter element(encoding_, element_);
     BeginElement(element);
-    for (const ReadControl::Param& param : Found().params) element.Param(param.key, param.value);
+    for (const auto& [key, value] : bag) element.Param(key, value);
+    return EndElement(element);
+  }
+
+  bool EndElement(ElementWriter& element) {
     element.End();
-    return true;
+    if (!element.Failure()) return true;
+    Fail(rule::notInEncoding,
+         messages::ValueNotInEncoding(element.Failure()->text, encoding_.Name()));
+    return false;
+  }
+
+  // What is written must give the same text and the same bag when it is read again, or the next
+  // save would take the text for one edited by hand. A few values do not survive being stored (an
+  // empty table border comes back as "0"). If that changes the text, the bag stays as it stands in
+  // the page; after an edit, where it cannot, the text follows what was stored.
+  bool Settle(const Control& control, std::string_view& text, bool edited) {
+    constexpr int kMostRounds = 4;
+    bool moved = false;
+    bool warned = false;
+    const Control* giver = &control;  // of text_
+    std::shared_ptr<Control> kept;
+    std::vector<MemoryBag::Entry> stored = StoredBag(control);
+    for (int round = 0; round < kMostRounds; ++round) {
+      std::shared_ptr<Control> next;
+      bool sameText = false;
+      try {
+        next = Load(*Found().contract, stored);
+        if (!RuntimeTextOf(*next, next_)) return false;
+        sameText = next_ == text_ ||
+                   (RuntimeTextOf(*giver, again_) && EqualButForNewGuids(next_, text_, again_));
+      } catch (const RuntimeError&) {
+        if (edited) throw;
+      }
+      if (!sameText) {
+        if (!warned) Fail(rule::unstableBag, messages::UnstableBag(), Severity::warning);
+        warned = true;
+        if (!edited) return WriteElement(EntriesInPage());
+        text_.swap(next_);
+        text = text_;
+        kept = next;
+        giver = kept.get();
+      }
+      std::vector<MemoryBag::Entry> again = StoredBag(*next);
+      if (again == stored) break;
+      stored.swap(again);
+      moved = true;
+    }
+    return !moved || WriteElement(stored);
+  }
+
+  std::vector<MemoryBag::Entry> EntriesInPage() const {
+    std::vector<MemoryBag::Entry> entries;
+    for (const ReadControl::Param& param : Found().params)
+      entries.emplace_back(param.key, param.value);
+    return entries;
   }
 
   void WriteSpan(std::string_view text) {
@@ -322,8 +348,9 @@ class Writer {
   // Kept from control to control, so that they need not be allocated anew.
   std::string text_;  // the control's runtime text
   bool keepsOldText_ = false;
-  std::string again_;  // the same, another time
-  std::string next_;   // the same, from what was stored
+  bool changing_ = false;  // the caller's change is being made; its failures are the caller's
+  std::string again_;      // the same, another time
+  std::string next_;       // the same, from what was stored
   std::string element_;
   std::string span_;
 };

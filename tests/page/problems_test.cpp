@@ -1,0 +1,206 @@
+// Every kind of problem, with its place, and that all of them are found at once.
+#include "PageTesting.h"
+
+namespace kvo::page {
+namespace {
+
+struct ProblemCase {
+  const char* name;
+  std::string page;
+  List problems;
+};
+
+void PrintTo(const ProblemCase& c, std::ostream* out) { *out << c.page; }
+
+class Finding : public PageTest, public ::testing::WithParamInterface<ProblemCase> {};
+
+TEST_P(Finding, NamesPlaceAndRuleAndSavesNothing) {
+  EXPECT_EQ(Checked(GetParam().page), GetParam().problems) << GetParam().page;
+  EXPECT_EQ(Saved(GetParam().page), "(not saved)");
+  EXPECT_EQ(Published(GetParam().page), "(not published)");
+  for (const Problem& problem : problems) {
+    EXPECT_NE(problem.message.german, "");
+    EXPECT_NE(problem.message.english, "");
+    EXPECT_NE(problem.message.german, problem.message.english);
+  }
+}
+
+const std::string kStart = "<!--KVO CONTROL STARTSPAN 1 ";
+const std::string kEnd = "<!--KVO CONTROL ENDSPAN 1-->";
+const std::string kOpen = "<object classid=\"progid:KVOPDesignObjects.DTCPrint\">";
+const std::string kPrint = PrintElement("x");
+const std::string kText = "<kv:print value=\"x\"/>";
+
+const ProblemCase kCases[] = {
+    {"UnknownClass", "\n  " + Element("", "DTCPrnt"), {"2:3 unknown-class"}},
+    {"NoClass", "<object classid=progid:KVOPDesignObjects></object>", {"1:1 unknown-class"}},
+    {"UnknownClassInSpan", "x" + Span(Element("", "Nope"), ""), {"1:30 unknown-class"}},
+    {"UnknownKey", Element("\n" + Param("Value", "x")), {"2:1 unknown-key"}},
+    {"DuplicateParam",
+     Element(Param("value", "x") + "\n" + Param("value", "y")),
+     {"2:1 duplicate-param"}},
+    {"ParamWithoutName", Element("\n<param value=x>"), {"2:1 malformed-param"}},
+    {"ParamWithEmptyName", Element("\n<param name='' value=x>"), {"2:1 malformed-param"}},
+    {"ParamWithoutValue", Element("\n<param name=format>"), {"2:1 malformed-param"}},
+    {"ParamWithBareValue", Element("\n<param name=format value>"), {"2:1 malformed-param"}},
+    {"ParamWithAttribute", Element("<param name=format\ntype=a value=x>"), {"2:1 malformed-param"}},
+    {"ParamWithTwoValues",
+     Element("<param name=format value=a\nvalue=x>"),
+     {"2:1 malformed-param"}},
+    {"TwoIds",
+     "<object classid=progid:KVOPDesignObjects.DTCPrint id=a\nid=b></object>",
+     {"2:1 attribute"}},
+    {"TwoClassIds",
+     "<object classid=progid:KVOPDesignObjects.DTCPrint\nCLASSID=b></object>",
+     {"2:1 attribute"}},
+    {"TwoWidths",
+     "<object classid=progid:KVOPDesignObjects.DTCPrint width=1 a=b WIDTH=1></object>",
+     {"1:1 attribute"}},
+    {"AttributeThatIsAQuote",
+     "<object classid=progid:KVOPDesignObjects.DTCPrint \"></object>",
+     {"1:1 attribute"}},
+    {"TextInControl",
+     Element("\n" + Param("value", "x") + "a\n" + Param("Value", "")),
+     {"2:31 unexpected-content", "3:1 unknown-key"}},
+    {"CommentInControl", Element("\n<!-- a --><!-- b -->"), {"2:1 unexpected-content"}},
+    {"TagInControl", Element("\n<b>"), {"2:1 unexpected-content"}},
+    {"AttributeOfEndTag", kOpen + "</object\na>", {"2:1 unexpected-content"}},
+    {"Unclosed", "a" + kOpen, {"1:2 unclosed-control"}},
+    {"UnclosedBeforeNext", kOpen + kPrint, {"1:1 unclosed-control"}},
+    {"UnclosedBeforeSpan", kOpen + Span(kPrint, kText), {"1:1 unclosed-control"}},
+    {"UnclosedStartTag",
+     "a<object classid=progid:KVOPDesignObjects.DTCPrint id='",
+     {"1:2 unclosed-control"}},
+    {"UnclosedParam", kOpen + "<param name='value' value=\"x></object>", {"1:1 unclosed-control"}},
+
+    {"SpanWithoutNumber", "\n<!--KVO CONTROL STARTSPAN " + kPrint + "-->", {"2:1 malformed-span"}},
+    {"SpanWithNumberZero", "<!--KVO CONTROL STARTSPAN 0 " + kPrint + "-->", {"1:1 malformed-span"}},
+    {"SpanWithLeadingZero",
+     "<!--KVO CONTROL STARTSPAN 01 " + kPrint + "-->",
+     {"1:1 malformed-span"}},
+    {"SpanWithLongNumber",
+     "<!--KVO CONTROL STARTSPAN 1234567890 " + kPrint + "-->",
+     {"1:1 malformed-span"}},
+    {"SpanWithoutControl", kStart + "-->", {"1:1 malformed-span"}},
+    {"SpanOfForeignObject", kStart + "<object data=x></object>-->", {"1:1 malformed-span"}},
+    {"SpanOfForeignObjectAndEnd",
+     kStart + "<object data=x></object>-->\n" + kEnd,
+     {"1:1 malformed-span", "2:1 stray-end"}},
+    {"SpanThatGoesOn", kStart + kPrint + "a-->" + kText + kEnd, {"1:120 malformed-span"}},
+    {"SpanWithTextInControl", kStart + Element("\na") + "-->" + kEnd, {"2:1 unexpected-content"}},
+    {"SpanUnclosed", kStart + kOpen + "-->" + kEnd, {"1:1 unclosed-control"}},
+    {"SpanEndsInsideAValue", kStart + PrintElement("\n-->") + "-->" + kEnd, {"2:1 malformed-span"}},
+    {"SpanEndsInsideAValueByBang",
+     kStart + PrintElement("\n--!>") + "-->" + kEnd,
+     {"2:2 malformed-span"}},
+    {"SpanEndsInsideATag",
+     kStart + kOpen + "<param name=value value=x\n-->" + "</object>-->" + kEnd,
+     {"2:1 malformed-param", "2:1 malformed-span"}},
+    {"SpanCommentNeverEnds", "\n" + kStart + kPrint, {"2:1 malformed-span"}},
+    {"SpanCutOffInTag",
+     kStart + "<object classid=progid:KVOPDesignObjects.DTCPrint id='-->",
+     {"1:1 missing-end", "1:29 unclosed-control"}},
+    {"MissingEnd", "\n" + kStart + kPrint + "-->" + kText, {"2:1 missing-end"}},
+    {"OtherEnd",
+     kStart + kPrint + "-->\n" + "<!--KVO CONTROL ENDSPAN 2-->",
+     {"1:1 missing-end", "2:1 stray-end"}},
+    {"EndOfAnotherControl",
+     kStart + kPrint + "-->" + kText + "\n" + Span(kPrint, kText),
+     {"1:1 missing-end"}},
+    {"EndOfAnotherControlAfterABrokenOne",
+     kStart + Element(Param("a", "")) + "-->" + kText + "\n" + Span(Element(Param("b", "")), kText),
+     {"1:81 unknown-key", "2:81 unknown-key"}},
+    {"StrayEnd", "a\n " + kEnd, {"2:2 stray-end"}},
+
+    {"InvalidByteInValue", Element("\n<param name=value value='a\xFF'>"), {"2:27 invalid-bytes"}},
+    {"InvalidByteInId",
+     "<object classid=progid:KVOPDesignObjects.DTCPrint id='\xC3'></object>",
+     {"1:55 invalid-bytes"}},
+    {"Failing",
+     "\n" + Element(Param("value", "td") + Param("attributes", "a"), "DTCElement"),
+     {"2:1 control-fails"}},
+    {"FailingLoad",
+     Element(Param("opening-tag-only", "maybe"), "DTCElement"),
+     {"1:1 control-fails"}},
+    {"SeveralAtOnce",
+     Element("", "Nope") + "\n" + Element(Param("x", "")) + "\n" + kEnd + kOpen,
+     {"1:1 unknown-class", "2:53 unknown-key", "3:1 stray-end", "3:29 unclosed-control"}},
+    {"Utf16", std::string("\xFF\xFE<\0", 4), {"1:1 encoding"}},
+    {"Utf16BigEndian", std::string("\xFE\xFF\0<", 4), {"1:1 encoding"}},
+    {"OtherCharset", "<meta charset=koi8-r>\n" + kPrint + kPrint, {"2:1 encoding"}},
+};
+
+INSTANTIATE_TEST_SUITE_P(Page, Finding, ::testing::ValuesIn(kCases),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+using Messages = PageTest;
+
+TEST_F(Messages, NameFilePlaceControlAndRuleInBothLanguages) {
+  Checked(
+      "\n<object classid=progid:KVOPDesignObjects.DTCPrint id=Preis><param name=vlaue value=x>"
+      "</object>");
+  ASSERT_EQ(problems.size(), 1U);
+  EXPECT_EQ(Describe(problems[0], "a.html", Language::german),
+            "a.html:2:60: Fehler: DTCPrint \"Preis\": Den Schlüssel \"vlaue\" kennt dieses Control "
+            "nicht. Berichtigen oder löschen Sie den param. Meinten Sie \"value\"? [unknown-key]");
+  EXPECT_EQ(Describe(problems[0], "a.html", Language::english),
+            "a.html:2:60: error: DTCPrint \"Preis\": This control does not know the key \"vlaue\". "
+            "Correct or delete the param. Did you mean \"value\"? [unknown-key]");
+}
+
+TEST_F(Messages, SuggestTheNearestClass) {
+  Checked(Element("", "DTCProductlist"));
+  ASSERT_EQ(problems.size(), 0U) << "case does not matter";
+  Checked(Element("", "DTCProdcutList"));
+  ASSERT_EQ(problems.size(), 1U);
+  EXPECT_EQ(problems[0].control, "DTCProdcutList");
+  EXPECT_NE(problems[0].message.german.find("Meinten Sie \"DTCProductList\"?"), std::string::npos);
+}
+
+TEST_F(Messages, SuggestNothingForWhatIsNearToNothing) {
+  Checked(Element("", "Calendar") + Element(Param("colour-of-hair", "")));
+  ASSERT_EQ(problems.size(), 2U);
+  for (const Problem& problem : problems)
+    EXPECT_EQ(problem.message.german.find("Meinten Sie"), std::string::npos)
+        << problem.message.german;
+}
+
+TEST_F(Messages, NameTheRunTimeErrorOfAFailingControl) {
+  Checked(Element(Param("value", "td") + Param("attributes", "a"), "DTCElement"));
+  ASSERT_EQ(problems.size(), 1U);
+  EXPECT_NE(problems[0].message.english.find("Run-time error 9: Subscript out of range"),
+            std::string::npos);
+}
+
+TEST_F(Messages, CutLongTextsBetweenCharacters) {
+  std::string umlauts;
+  for (int i = 0; i < 100; ++i) umlauts += "\xC3\xBC";
+  Checked(Element(Param("a" + umlauts, "")));
+  ASSERT_EQ(problems.size(), 1U);
+  EXPECT_NE(problems[0].message.english.find("\xC3\xBC...\""), std::string::npos)
+      << problems[0].message.english;
+}
+
+using Checking = PageTest;
+
+TEST_F(Checking, WarnsOfAnIdThatStandsTwice) {
+  const std::string control = "<object classid=progid:KVOPDesignObjects.DTCPrint id=a></object>\n";
+  EXPECT_EQ(Checked(control + control), List{"2:1 duplicate-id?"});
+  Saved(control + control);
+  EXPECT_EQ(problems.size(), 0U);
+}
+
+TEST_F(Checking, CountsColumnsInCharactersAndLinesByAnyEnd) {
+  const std::string stray = "<!--KVO CONTROL ENDSPAN 1-->";
+  EXPECT_EQ(Checked("\xEF\xBB\xBF\xC3\xBC\xF0\x9F\x92\x8C" + stray), List{"1:3 stray-end"});
+  EXPECT_EQ(Checked("\r\r\n\n" + stray), List{"4:1 stray-end"});
+  EXPECT_EQ(Checked("\xC3\xBC<meta charset=latin1>" + stray), List{"1:24 stray-end"});
+  EXPECT_EQ(Checked("\xFF" + stray), List{"1:2 stray-end"});
+}
+
+TEST_F(Checking, FindsNothingInAGoodPage) {
+  EXPECT_EQ(Checked("<p>" + Span(StoredPrint("x"), "<kv:print value=\"x\"/>")), List{});
+}
+
+}  // namespace
+}  // namespace kvo::page

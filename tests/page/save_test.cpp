@@ -1,0 +1,321 @@
+// What save and publish make of a page.
+#include <random>
+
+#include "PageTesting.h"
+#include "common/RuntimeError.h"
+#include "host/registration/classes.h"
+
+namespace kvo::page {
+namespace {
+
+using Saving = PageTest;
+using Publishing = PageTest;
+
+TEST_F(Saving, MakesASpanOfAnElement) {
+  EXPECT_EQ(Saved("<p>" + PrintElement("#order.total#") + "</p>\r\n"),
+            "<p><!--KVO CONTROL STARTSPAN 1 <object classid=\"progid:KVOPDesignObjects.DTCPrint\">"
+            "<param name=\"value\" value=\"#order.total#\"><param name=\"format\" value=\"\">"
+            "</object>--><kv:print value=\"#order.total#\"/><!--KVO CONTROL ENDSPAN 1--></p>\r\n");
+}
+
+TEST_F(Saving, LoadsEveryControlAlsoFromAnEmptyBag) {
+  EXPECT_EQ(Saved(Element("", "DTCScript")),
+            Span(Element(Param("html-content", ""), "DTCScript"), "<kv:script></kv:script>"));
+  EXPECT_EQ(problems.size(), 0U);
+}
+
+TEST_F(Saving, StoresTheKeysInTheOrderOfTheClass) {
+  EXPECT_EQ(Saved(Element(Param("format", "0") + Param("value", "v") + Param("namespace", "x"))),
+            Span(Element(Param("namespace", "x") + Param("value", "v") + Param("format", "0")),
+                 "<x:print value=\"v\" format=\"0\"/>"));
+}
+
+TEST_F(Saving, KeepsIdAndAttributesInOrder) {
+  EXPECT_EQ(Saved("<object id=Preis width=1 classid=progid:KVOPDesignObjects.DTCPrint declare "
+                  "style='a: \"b\"' data--x=1 y--></object>"),
+            Span("<object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"Preis\" width=\"1\" "
+                 "declare style=\"a: &quot;b&quot;\" data--x=\"1\" y--=\"\"><param name=\"value\" "
+                 "value=\"\"><param name=\"format\" value=\"\"></object>",
+                 ""));
+}
+
+TEST_F(Saving, TwiceGivesTheSameBytes) {
+  const std::string once = Saved("<b>" + PrintElement("a &amp; b -- &gt;") + "</b>" +
+                                 Element(Param("value", "td"), "DTCElement"));
+  EXPECT_EQ(Saved(once), once);
+  EXPECT_EQ(problems.size(), 0U);
+}
+
+TEST_F(Saving, LeavesAPageWithoutControlsAsItIs) {
+  const std::string page = "\xEF\xBB\xBF<html>\r\n<p>\xFF\xFE <object data=x></object>\0\n\r";
+  EXPECT_EQ(Saved(page), page);
+  EXPECT_EQ(Published(page), page);
+}
+
+TEST_F(Saving, WritesAwkwardCharactersSoThatNothingEndsTheComment) {
+  const std::string saved =
+      Saved(PrintElement("a--b --&gt; --!&gt; - &#13;&#10;&#9;&quot;&lt;&amp;amp;"));
+  EXPECT_NE(saved.find("value=\"a&#45;&#45;b &#45;&#45;&gt; &#45;&#45;!&gt; - "
+                       "&#13;&#10;&#9;&quot;&lt;&amp;amp;\""),
+            std::string::npos)
+      << saved;
+  EXPECT_EQ(ValuesIn(saved), List{"a--b --> --!> - \r\n\t\"<&amp;"});
+}
+
+TEST_F(Saving, KeepsLineBreaksOfAValueAsTheyStand) {
+  EXPECT_EQ(ValuesIn(Saved(PrintElement("a\r\nb\nc\rd"))), List{"a\r\nb\nc\rd"});
+}
+
+TEST_F(Saving, NumbersASpanWithTheFirstEndCommentThatItsTextDoesNotHold) {
+  const auto saved = [&](const std::string& value) {
+    std::string escaped;
+    for (const char c : value) escaped += c == '<' ? "&lt;" : c == '>' ? "&gt;" : std::string(1, c);
+    const std::string page = Saved(PrintElement(escaped));
+    EXPECT_EQ(Saved(page), page);
+    EXPECT_EQ(ValuesIn(page), List{value});
+    return page.substr(0, 27);
+  };
+  const std::string end = "<!--KVO CONTROL ENDSPAN ";
+  EXPECT_EQ(saved(end + "1-->"), "<!--KVO CONTROL STARTSPAN 2");
+  EXPECT_EQ(saved(end + "2-->"), "<!--KVO CONTROL STARTSPAN 1");
+  EXPECT_EQ(saved(end + "1-->" + end + "3-->" + end + "2-->"), "<!--KVO CONTROL STARTSPAN 4");
+  EXPECT_EQ(saved(end + "1" + end + "1 -->" + end + "01-->"), "<!--KVO CONTROL STARTSPAN 1");
+  EXPECT_EQ(saved(end + "99999999999999999999999-->"), "<!--KVO CONTROL STARTSPAN 1");
+}
+
+TEST_F(Saving, RefusesATextEditedByHand) {
+  const std::string page = "\n " + Span(StoredPrint("x"), "<kv:print value=\"y\"/>");
+  EXPECT_EQ(Saved(page), "(not saved)");
+  EXPECT_EQ(Listed(problems), List{"2:2 edited-by-hand"});
+}
+
+TEST_F(Saving, OverwritesATextEditedByHandWhenForced) {
+  const std::string page = Span(StoredPrint("x"), "<kv:print value=\"y\"/>");
+  EXPECT_EQ(Saved(page, {.force = true}), Span(StoredPrint("x"), "<kv:print value=\"x\"/>"));
+}
+
+TEST_F(Publishing, TakesTheControlsOwnTextAndWarnsOfAnEdit) {
+  EXPECT_EQ(Published("a" + Span(StoredPrint("x"), "<kv:print value=\"y\"/>") + "b"),
+            "a<kv:print value=\"x\"/>b");
+  EXPECT_EQ(Listed(problems), List{"1:2 edited-by-hand?"});
+}
+
+TEST_F(Publishing, PutsTheTextAloneInPlaceOfEachControl) {
+  const std::string page =
+      "<td>" + PrintElement("a") + "</td>" + PrintElement("") + "<br>" + PrintElement("a&amp;b");
+  const std::string published = "<td><kv:print value=\"a\"/></td><br><kv:print value=\"a&amp;b\"/>";
+  EXPECT_EQ(Published(page), published);
+  EXPECT_EQ(Published(Saved(page)), published);
+}
+
+TEST_F(Publishing, IsWhatTheNewCommandPrints) {
+  const std::string element = ElementText(*Inspect(Page(PrintElement(""))).controls[0].contract,
+                                          std::nullopt, {{"value", "a&b"}, {"format", "#,##0.00"}});
+  EXPECT_EQ(element,
+            "<object classid=\"progid:KVOPDesignObjects.DTCPrint\"><param name=\"value\" "
+            "value=\"a&amp;b\"><param name=\"format\" value=\"#,##0.00\"></object>");
+  EXPECT_EQ(Published(element), "<kv:print value=\"a&amp;b\" format=\"#,##0.00\"/>");
+}
+
+// Newly made identifiers.
+
+std::string CachedList() {
+  return Element(Param("basename", "products") + Param("in-cache", "yes"), "DTCProductList");
+}
+
+TEST_F(Saving, LeavesASpanAloneThatDiffersOnlyInANewlyMadeGuid) {
+  const std::string once = Saved(CachedList());
+  ASSERT_NE(once.find("in-cache=\"{"), std::string::npos) << once;
+  EXPECT_EQ(Saved(once), once);
+  EXPECT_EQ(problems.size(), 0U);
+  EXPECT_EQ(Published(once), Published(once));
+}
+
+TEST_F(Saving, NoticesAnEditBesideANewlyMadeGuid) {
+  std::string once = Saved(CachedList());
+  const std::size_t at = once.find("products display");
+  ASSERT_NE(at, std::string::npos);
+  once[at] = 'P';
+  Saved(once);
+  EXPECT_EQ(Listed(problems), List{"1:1 edited-by-hand"});
+}
+
+TEST_F(Saving, NoticesAGuidThatIsNoneAnyMore) {
+  std::string once = Saved(CachedList());
+  const std::size_t at = once.rfind("in-cache=\"{");
+  ASSERT_NE(at, std::string::npos);
+  once[at + 11] = 'x';
+  Saved(once);
+  EXPECT_EQ(Listed(problems), List{"1:1 edited-by-hand"});
+}
+
+TEST_F(Saving, ComparesAGuidThatIsPartOfAValue) {
+  const std::string guid = "{01234567-89AB-CDEF-0123-456789ABCDEF}";
+  const std::string other = "{11234567-89AB-CDEF-0123-456789ABCDEF}";
+  Saved(Span(StoredPrint(guid), "<kv:print value=\"" + other + "\"/>"));
+  EXPECT_EQ(Listed(problems), List{"1:1 edited-by-hand"});
+}
+
+// A stored form that reads differently the next time.
+
+TEST_F(Saving, KeepsABagThatWouldNotSurviveBeingStored) {
+  // An empty border is not stored, and would come back as "0".
+  const std::string list =
+      Element(Param("display-desc2", "yes") + Param("table-border", ""), "DTCProductList");
+  const std::string saved = Saved(list);
+  EXPECT_EQ(Listed(problems), List{"1:1 unstable-bag?"});
+  EXPECT_EQ(saved.find(" table-border="), std::string::npos) << "in the runtime text";
+  EXPECT_NE(saved.find("\"table-border\""), std::string::npos) << "in the bag";
+  EXPECT_EQ(Saved(saved), saved);
+}
+
+TEST_F(Saving, WritesTheTextThatAnEditedBagGives) {
+  const std::string list = Saved(Element("", "DTCProductList"));
+  const Edit edit{0, [](Control& control) { control.Let("Border", ""); }};
+  const std::string edited = Saved(list, {.edit = &edit});
+  EXPECT_EQ(Listed(problems), List{"1:1 unstable-bag?"});
+  EXPECT_EQ(edited, list);
+  EXPECT_EQ(Saved(edited), edited);
+}
+
+// Edits.
+
+TEST_F(Saving, ChangesOneControlThroughItsSetters) {
+  const std::string page = PrintElement("a") + "-" + PrintElement("b");
+  const Edit edit{1, [](Control& control) { control.Let("Value", "new"); }};
+  EXPECT_EQ(Saved(page, {.edit = &edit}),
+            Span(StoredPrint("a"), "<kv:print value=\"a\"/>") + "-" +
+                Span(StoredPrint("new"), "<kv:print value=\"new\"/>"));
+  EXPECT_EQ(Saved(page, {.edit = &edit, .editedOnly = true}),
+            PrintElement("a") + "-" + Span(StoredPrint("new"), "<kv:print value=\"new\"/>"));
+}
+
+TEST_F(Saving, RefusesToEditAControlWhoseTextWasEditedByHand) {
+  const std::string page = Span(StoredPrint("x"), "y");
+  const Edit edit{0, [](Control& control) { control.Let("Value", "new"); }};
+  EXPECT_EQ(Saved(page, {.edit = &edit}), "(not saved)");
+  EXPECT_EQ(Saved(page, {.force = true, .edit = &edit}),
+            Span(StoredPrint("new"), "<kv:print value=\"new\"/>"));
+}
+
+TEST_F(Saving, HandsAFailingEditToTheCaller) {
+  const Edit edit{0, [](Control& control) { control.Let("Nope", "new"); }};
+  NullSink sink;
+  EXPECT_THROW(Save(Page(PrintElement("x")), sink, {.edit = &edit}), RuntimeError);
+}
+
+// Random pages.
+
+class RandomPages {
+ public:
+  explicit RandomPages(unsigned seed) : random_(seed) {}
+
+  std::string Make() {
+    std::string page;
+    for (int part = Number(8); part-- > 0;) page += Number(2) == 0 ? Markup() : Control();
+    return page;
+  }
+  std::string Bytes() {
+    std::string bytes;
+    for (int left = Number(200); left-- > 0;) bytes += static_cast<char>(Number(256));
+    return bytes;
+  }
+
+ private:
+  int Number(int below) { return static_cast<int>(random_() % static_cast<unsigned>(below)); }
+  std::string OneOf(std::span<const std::string_view> texts) {
+    return std::string(texts[static_cast<std::size_t>(Number(static_cast<int>(texts.size())))]);
+  }
+
+  std::string Markup() {
+    static constexpr std::string_view parts[] = {"<p>",
+                                                 "</p>",
+                                                 "\r\n",
+                                                 "\xC3\xA4\xE2\x82\xAC",
+                                                 "<!-- c -->",
+                                                 "<td width='1>2'>",
+                                                 "<",
+                                                 "&nbsp",
+                                                 "<img src=a/>",
+                                                 "\xFF\x80",
+                                                 "<script>a<b</script>"};
+    std::string markup;
+    for (int left = Number(5); left-- > 0;) markup += OneOf(parts);
+    return markup;
+  }
+
+  std::string Value() {
+    static constexpr std::string_view parts[] = {"--",
+                                                 "-->",
+                                                 "-",
+                                                 "\"",
+                                                 "'",
+                                                 "\r\n",
+                                                 "\n",
+                                                 "\r",
+                                                 "\t",
+                                                 "<",
+                                                 ">",
+                                                 "&",
+                                                 "&amp;",
+                                                 "&#45;",
+                                                 "&copy=",
+                                                 "--!>",
+                                                 "\xC3\xBC",
+                                                 "\xF0\x9F\x92\x8C",
+                                                 "a b",
+                                                 "",
+                                                 "<!--KVO CONTROL ENDSPAN 1-->",
+                                                 "<!--KVO CONTROL STARTSPAN 1 ",
+                                                 "</object>",
+                                                 std::string_view("\0", 1)};
+    std::string value;
+    for (int left = Number(6); left-- > 0;) value += OneOf(parts);
+    return value;
+  }
+
+  std::string Control() {
+    static constexpr std::string_view keys[] = {"namespace",        "basename",      "value",
+                                                "display-basename", "display-value", "format"};
+    std::vector<MemoryBag::Entry> bag;
+    for (const std::string_view key : keys)
+      if (Number(2) == 0) bag.emplace_back(key, Value());
+    const std::string id = Value();
+    return ElementText(FindControlByName("DTCPrint")->contract(), id, bag);
+  }
+
+  std::mt19937 random_;
+};
+
+TEST_F(Saving, OfRandomPagesSettlesAtOnceAndKeepsEveryValue) {
+  RandomPages random(1);
+  int controls = 0;
+  for (int round = 0; round < 3000; ++round) {
+    const std::string page = random.Make();
+    const std::string once = Saved(page);
+    ASSERT_EQ(problems.size(), 0U) << page << Describe(problems[0], "page", Language::english);
+    ASSERT_EQ(Saved(once), once);
+    ASSERT_EQ(Published(once), Published(page));
+
+    const auto before = Inspect(Page(page)).controls;
+    const auto after = Inspect(Page(once)).controls;
+    ASSERT_EQ(before.size(), after.size()) << page;
+    for (std::size_t i = 0; i < before.size(); ++i, ++controls) {
+      ASSERT_EQ(before[i].id, after[i].id);
+      ASSERT_EQ(StoredBag(*Load(*before[i].contract, before[i].bag)), after[i].bag);
+    }
+  }
+  EXPECT_GT(controls, 3000);
+}
+
+TEST_F(Saving, OfRandomBytesGivesTheSameBytes) {
+  RandomPages random(2);
+  for (int round = 0; round < 3000; ++round) {
+    const std::string bytes = "x" + random.Bytes();  // no byte order mark of UTF-16
+    ASSERT_EQ(Saved(bytes), bytes);
+    ASSERT_EQ(Published(bytes), bytes);
+  }
+}
+
+}  // namespace
+}  // namespace kvo::page
