@@ -63,7 +63,8 @@ std::string Padded(std::string text, std::size_t width) {
 }
 
 std::string WriteDefaultText(const BagKey& row) {
-  return row.writeDefault ? Quoted(*row.writeDefault) : Say({"immer", "always"});
+  return row.writeDefault ? Quoted(*row.writeDefault)
+                          : Say({"keine, immer gespeichert", "none, always stored"});
 }
 
 std::string ClassText(const RegisteredControl& registered) {
@@ -74,8 +75,8 @@ std::string ClassText(const RegisteredControl& registered) {
     text += "    " + Padded(std::to_string(row.id), 4) + Padded(std::string(row.name), 24) +
             std::string(TypeName(row.type)) + '\n';
   text += "  " +
-          Say({"Schlüssel, Vorgabe beim Lesen, nicht gespeichert bei",
-               "keys, read default, not stored when"}) +
+          Say({"Schlüssel: Vorgabe beim Lesen, Vorgabe beim Schreiben",
+               "keys: read default, write default"}) +
           '\n';
   for (const BagKey& row : contract.bag)
     text += "    " + Padded(std::string(row.key), 28) + Padded(Quoted(row.readDefault), 28) +

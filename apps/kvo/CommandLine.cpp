@@ -7,8 +7,8 @@
 
 #include "apps/kvo/Names.h"
 #include "common/RuntimeError.h"
-#include "host/page/Encoding.h"
 #include "host/page/File.h"
+#include "host/page/Utf8.h"
 
 namespace kvo {
 namespace {
@@ -129,7 +129,7 @@ class CommandParts final : public Command {
 
 void CheckArguments(int argc, char** argv) {
   for (int i = 1; i < argc; ++i)
-    if (!IsUtf8(argv[i]))
+    if (page::FindInvalidUtf8(argv[i]) != std::string_view::npos)
       throw Failure(
           Say({"Argument {} ist kein gültiges UTF-8. Ein Terminal mit UTF-8 verwenden, oder eine "
                "Datei mit solchem Namen umbenennen.",

@@ -4,7 +4,6 @@
 #include "common/Ascii.h"
 #include "common/RuntimeError.h"
 #include "common/Suggest.h"
-#include "host/page/Encoding.h"
 #include "host/registration/classes.h"
 
 namespace kvo {
@@ -22,29 +21,6 @@ constexpr std::string_view TypeWords(PropertyType type, bool german) {
 }
 
 }  // namespace
-
-bool IsUtf8(std::string_view bytes) {
-  std::size_t at = 0;
-  while (at < bytes.size()) {
-    const auto lead = static_cast<unsigned char>(bytes[at]);
-    const std::size_t length = lead < 0x80             ? 1
-                               : (lead & 0xE0) == 0xC0 ? 2
-                               : (lead & 0xF0) == 0xE0 ? 3
-                               : (lead & 0xF8) == 0xF0 ? 4
-                                                       : 0;
-    if (length == 0 || at + length > bytes.size()) return false;
-    unsigned code = length == 1 ? lead : lead & (0x7FU >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-      const auto next = static_cast<unsigned char>(bytes[at + i]);
-      if ((next & 0xC0) != 0x80) return false;
-      code = code << 6 | (next & 0x3FU);
-    }
-    constexpr unsigned kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-    if (code < kLeast[length] || code > 0x10FFFF || (code >= 0xD800 && code < 0xE000)) return false;
-    at += length;
-  }
-  return true;
-}
 
 std::string DidYouMean(std::string_view word, const std::vector<std::string_view>& names) {
   const std::string_view name = Suggest(word, names);

@@ -9,8 +9,6 @@
 
 namespace kvo {
 
-bool IsUtf8(std::string_view bytes);
-
 // " Did you mean ...?" in the user's language, or nothing when no name is near.
 std::string DidYouMean(std::string_view word, const std::vector<std::string_view>& names);
 
