@@ -95,9 +95,17 @@ class TreeBuilder {
       error_ = {text_.size(),
                 {"Die Datei endet zu früh: eine Klammer oder ein Anführungszeichen fehlt.",
                  "The file ends too early: a bracket or a quotation mark is missing."}};
+    } else if (text_[at] == '"' ||
+               std::string_view(error.what()).find("invalid string") != std::string_view::npos) {
+      // The text itself is not shown: it may be a connection string with a password.
+      error_ = {at + 1 - std::min(at + 1, Length(token)),
+                {"Dieser Text kann hier nicht stehen oder ist ungültig. Prüfen Sie Kommas und "
+                 "Doppelpunkte davor, sein schließendes Anführungszeichen und jedes \\ in ihm.",
+                 "This text cannot stand here or is not valid. Check commas and colons in front of "
+                 "it, its closing quotation mark and every \\ in it."}};
     } else {
-      const std::size_t start = Offending(at, token, error.what());
-      const std::string shown = Shown(text_.substr(start, at + 1 - start));
+      const std::size_t start = WordStart(at);
+      const std::string shown = '\'' + std::string(text_.substr(start, at + 1 - start)) + '\'';
       error_ = {start,
                 {"Hier kann " + shown +
                      " nicht stehen. Prüfen Sie Kommas, Anführungszeichen und Klammern davor.",
@@ -120,14 +128,11 @@ class TreeBuilder {
     return std::min(start, text_.size());
   }
 
-  // Where the token starts that ends at `last` and cannot stand there. The parser's own idea of it
-  // is right for texts only: in front of others it holds what was read before.
-  std::size_t Offending(std::size_t last, std::string_view token, std::string_view what) const {
-    constexpr std::string_view kStructure = "[]{},:";
-    if (kStructure.find(text_[last]) != std::string_view::npos) return last;
-    if (text_[last] == '"' || what.find("invalid string") != std::string_view::npos)
-      return last + 1 - std::min(last + 1, Length(token));
-    return text_.find_last_of(" \t\r\n[]{},:", last - std::min<std::size_t>(last, 1)) + 1;
+  // Where the word or number starts that ends at `last`; a bracket, comma or colon stands alone.
+  std::size_t WordStart(std::size_t last) const {
+    constexpr std::string_view kEnds = " \t\r\n[]{},:\"";
+    if (last == 0 || kEnds.find(text_[last]) != std::string_view::npos) return last;
+    return text_.find_last_of(kEnds, last - 1) + 1;
   }
 
   // The length of a token in the text: the parser shows each control character as "<U+xxxx>".
@@ -139,18 +144,6 @@ class TreeBuilder {
          at = token.find(kControl, at + kShownAs))
       length -= kShownAs - 1;
     return length;
-  }
-
-  static std::string Shown(std::string_view token) {
-    constexpr std::size_t kShown = 30;
-    std::string shown;
-    for (const char c : token.substr(0, kShown)) shown += c >= 0 && c < ' ' ? ' ' : c;
-    if (token.size() > kShown) {
-      while (!shown.empty() && (static_cast<unsigned char>(shown.back()) & 0x80U) != 0)
-        shown.pop_back();
-      shown += "...";
-    }
-    return '\'' + shown + '\'';
   }
 
   JsonNode& Place(JsonNode node) {
