@@ -11,14 +11,14 @@
 #ifdef KVO_BENCH_BOOST
 #include <boost/algorithm/string/replace.hpp>
 #endif
-#ifdef KVO_BENCH_GLIB
+#ifdef KVO_BENCH_glib_2_0
 #include <glib.h>
 #endif
-#ifdef KVO_BENCH_CTEMPLATE
+#ifdef KVO_BENCH_libctemplate
 #include <ctemplate/template_emitter.h>
 #include <ctemplate/template_modifiers.h>
 #endif
-#ifdef KVO_BENCH_QT
+#ifdef KVO_BENCH_Qt6Core
 #include <QString>
 #endif
 
@@ -73,7 +73,7 @@ void BoostReplaceAll(benchmark::State& state) {
 BENCHMARK(BoostReplaceAll)->Arg(0)->Arg(10)->Arg(100);
 #endif
 
-#ifdef KVO_BENCH_GLIB
+#ifdef KVO_BENCH_glib_2_0
 void GlibMarkupEscape(benchmark::State& state) {
   const std::string text = Text(static_cast<int>(state.range(0)));
   for (auto _ : state) {
@@ -85,7 +85,7 @@ void GlibMarkupEscape(benchmark::State& state) {
 BENCHMARK(GlibMarkupEscape)->Arg(0)->Arg(10)->Arg(100);
 #endif
 
-#ifdef KVO_BENCH_CTEMPLATE
+#ifdef KVO_BENCH_libctemplate
 void CtemplateHtmlEscape(benchmark::State& state) {
   const std::string text = Text(static_cast<int>(state.range(0)));
   const ctemplate::HtmlEscape escape;
@@ -100,7 +100,7 @@ void CtemplateHtmlEscape(benchmark::State& state) {
 BENCHMARK(CtemplateHtmlEscape)->Arg(0)->Arg(10)->Arg(100);
 #endif
 
-#ifdef KVO_BENCH_QT
+#ifdef KVO_BENCH_Qt6Core
 void QtToHtmlEscaped(benchmark::State& state) {
   const QString text = QString::fromStdString(Text(static_cast<int>(state.range(0))));
   for (auto _ : state) {

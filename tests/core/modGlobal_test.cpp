@@ -3,63 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <regex>
 
 #include "common/Object.h"
 #include "common/RuntimeError.h"
+#include "tests/core/Definitions.h"
 #include "tests/core/TestPlatform.h"
 
 namespace kvo {
 namespace {
-
-// The definitions, as slow and plain as they are written.
-
-std::string FixAmpersandsByDefinition(std::string text) {
-  static const std::regex pattern("(.*?)(&)([^a]|a[^m]|am[^p]|amp[^;])(.*?)",
-                                  std::regex::ECMAScript | std::regex::icase);
-  while (std::regex_search(text, pattern)) text = std::regex_replace(text, pattern, "$1&amp;$3$4");
-  return text;
-}
-
-std::string ReplaceAll(std::string text, std::string_view from, std::string_view to) {
-  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at)) {
-    text.replace(at, from.size(), to);
-    at += to.size();
-  }
-  return text;
-}
-
-std::string EncodeByDefinition(std::string text) {
-  for (const auto& [from, to] :
-       std::vector<std::pair<std::string, std::string>>{{"<![CDATA[", ""},
-                                                        {"]]>", ""},
-                                                        {"<", "kv:@lt;"},
-                                                        {">", "kv:@gt;"},
-                                                        {"\"", "kv:@quot;"},
-                                                        {"&", "kv:@amp;"},
-                                                        {"\r\n", "kv:@br;"}})
-    text = ReplaceAll(text, from, to);
-  return text;
-}
-
-std::string DecodeByDefinition(std::string text) {
-  for (const auto& [from, to] :
-       std::vector<std::pair<std::string, std::string>>{{"kv:@lt;", "<"},
-                                                        {"kv:@gt;", ">"},
-                                                        {"kv:@quot;", "\""},
-                                                        {"kv:@amp;", "&"},
-                                                        {"kv:@br;", "\r\n"}})
-    text = ReplaceAll(text, from, to);
-  return text;
-}
-
-std::string TrimByDefinition(std::string text) {
-  while (text.starts_with(' ')) text.erase(0, 1);
-  while (text.ends_with(' ')) text.pop_back();
-  if (text.starts_with("\r\n")) text = TrimByDefinition(text.substr(2));
-  if (text.ends_with("\r\n")) text = TrimByDefinition(text.substr(0, text.size() - 2));
-  return text;
-}
 
 // Calls `check` with every text of up to `length` pieces of the alphabet.
 void ForEveryText(const std::vector<std::string>& alphabet, int length,
