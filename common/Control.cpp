@@ -19,14 +19,13 @@ const BagKey* ControlClass::FindKey(std::string_view key) const {
 
 void Control::ReadProperties(PropertyBag& propertyBag) {
   const ControlClass& contract = Class();
+  Variant value;  // one for all keys, so that its memory is reused
   for (const BagKey& row : contract.bag) {
-    if (contract.readFailure == ReadFailure::endsLoad) {
-      row.way.in(*this, propertyBag.ReadProperty(row.key, row.readDefault));
-      continue;
-    }
     try {
-      row.way.in(*this, propertyBag.ReadProperty(row.key, row.readDefault));
+      propertyBag.ReadProperty(row.key, row.readDefault, value);
+      row.way.in(*this, std::move(value));
     } catch (const std::exception&) {
+      if (contract.readFailure == ReadFailure::endsLoad) throw;
       // The key is skipped: its property keeps the value that it had.
     }
   }

@@ -2,14 +2,15 @@
 
 namespace kvo {
 
-std::optional<Variant> MemoryBag::Find(std::string_view key) {
+bool MemoryBag::Find(std::string_view key, Variant& value) {
   for (std::size_t step = 0; step < entries_.size(); ++step) {
     const std::size_t at = (next_ + step) % entries_.size();
     if (entries_[at].first != key) continue;
     next_ = at + 1;
-    return Variant(entries_[at].second);
+    value.AssignText(entries_[at].second);
+    return true;
   }
-  return std::nullopt;
+  return false;
 }
 
 void MemoryBag::Store(std::string_view key, std::string_view value) {

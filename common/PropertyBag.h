@@ -19,11 +19,10 @@ class PropertyBag {
  public:
   virtual ~PropertyBag() = default;
 
-  // The stored value, or the default when the key is absent. Absent is not empty: a stored empty
-  // text never turns into the default.
-  Variant ReadProperty(std::string_view key, std::string_view readDefault) {
-    if (auto stored = Find(key)) return std::move(*stored);
-    return readDefault;
+  // Reads the stored value, or the default when the key is absent, into `value`. Absent is not
+  // empty: a stored empty text never turns into the default.
+  void ReadProperty(std::string_view key, std::string_view readDefault, Variant& value) {
+    if (!Find(key, value)) value.AssignText(readDefault);
   }
 
   // The one place of the rule: equal to its default is not stored, no default is always stored.
@@ -33,7 +32,8 @@ class PropertyBag {
 
  protected:
   // Either may throw; the failure is the host's and reaches the caller of the load or save.
-  virtual std::optional<Variant> Find(std::string_view key) = 0;
+  // Find puts the value of a stored key into `value` and answers whether there is one.
+  virtual bool Find(std::string_view key, Variant& value) = 0;
   virtual void Store(std::string_view key, std::string_view value) = 0;
 };
 
@@ -48,7 +48,7 @@ class MemoryBag : public PropertyBag {
   const std::vector<Entry>& Entries() const { return entries_; }
 
  protected:
-  std::optional<Variant> Find(std::string_view key) override;
+  bool Find(std::string_view key, Variant& value) override;
   void Store(std::string_view key, std::string_view value) override;
 
  private:

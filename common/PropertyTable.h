@@ -26,14 +26,14 @@ struct PropertyRow {
   int id;  // dispatch id: positive, unique in its class, never reused
   PropertyType type;
   Variant (*get)(const Control&);
-  void (*let)(Control&, Variant);  // converts as an assignment does
+  void (*let)(Control&, Variant&&);  // converts as an assignment does
   // The value as text; `scratch` holds it where the control itself does not.
   std::string_view (*text)(const Control&, std::string& scratch);
 };
 
 // How a key's value gets into the control and out of it.
 struct BagWay {
-  void (*in)(Control&, Variant stored);
+  void (*in)(Control&, Variant&& stored);
   std::string_view (*out)(const Control&, std::string& scratch);
 };
 
@@ -62,7 +62,7 @@ constexpr PropertyType TypeOf() {
 
 // Assigning an empty value to an object property means "no object", not a failed conversion.
 template <class T>
-T Convert(Variant value) {
+T Convert(Variant&& value) {
   if constexpr (std::same_as<T, std::string>) return ToText(std::move(value));
   if constexpr (std::same_as<T, bool>) return ToFlag(value);
   if constexpr (std::same_as<T, std::int32_t>) return ToInteger(value);
@@ -81,7 +81,7 @@ constexpr PropertyRow Row(std::string_view name, int id, Getter, Setter) {
       [](const Control& control) -> Variant {
         return Variant(T(Getter{}(static_cast<const Class&>(control))));
       },
-      [](Control& control, Variant value) {
+      [](Control& control, Variant&& value) {
         Setter{}(static_cast<Class&>(control), Convert<T>(std::move(value)));
       },
       [](const Control& control, std::string& scratch) -> std::string_view {
@@ -136,7 +136,7 @@ std::string_view Held(const Control& control, std::string&) {
 
 // Straight into the held member, past the setter, and straight out of it.
 template <auto member>
-inline constexpr BagWay kDirect = {[](Control& control, Variant stored) {
+inline constexpr BagWay kDirect = {[](Control& control, Variant&& stored) {
                                      static_cast<property_table::Owner<member>&>(control).*member =
                                          ToText(std::move(stored));
                                    },
@@ -144,7 +144,7 @@ inline constexpr BagWay kDirect = {[](Control& control, Variant stored) {
 
 // As kDirect, but without the blanks and line breaks around the stored text.
 template <auto member>
-inline constexpr BagWay kDirectTrimmed = {[](Control& control, Variant stored) {
+inline constexpr BagWay kDirectTrimmed = {[](Control& control, Variant&& stored) {
                                             static_cast<property_table::Owner<member>&>(control).*
                                                 member = TrimCrLf(ToText(std::move(stored)));
                                           },

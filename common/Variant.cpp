@@ -88,8 +88,8 @@ std::optional<double> ParseNumber(std::string_view text) {
   return number;
 }
 
-std::string ToText(Variant value) {
-  if (std::string* text = value.If<std::string>()) return std::move(*text);
+std::string ToText(const Variant& value) {
+  if (const auto* text = value.If<std::string>()) return *text;
   if (const auto* integer = value.If<std::int32_t>()) return std::to_string(*integer);
   if (const auto* flag = value.If<bool>()) return *flag ? "True" : "False";
   if (const auto* number = value.If<double>()) return NumberText(*number);

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace kvo {
@@ -27,6 +28,15 @@ class Variant {
   template <class Pointer>
   requires std::is_pointer_v<Pointer> Variant(Pointer)
   = delete;  // no pointer silently becomes a flag
+
+  // Becomes a text, in the memory that a text held before takes up.
+  void AssignText(std::string_view text) {
+    if (std::string* held = If<std::string>()) {
+      *held = text;
+    } else {
+      held_ = std::string(text);
+    }
+  }
 
   bool IsEmpty() const { return std::holds_alternative<std::monostate>(held_); }
 
@@ -50,7 +60,11 @@ class Variant {
 // RuntimeError: 13 (type mismatch), or 6 (overflow) for a whole number beyond 32 bits.
 
 // Empty is the empty text; a flag is "True" or "False"; a number has a decimal comma.
-std::string ToText(Variant value);
+std::string ToText(const Variant& value);
+inline std::string ToText(Variant&& value) {
+  if (std::string* text = value.If<std::string>()) return std::move(*text);
+  return ToText(std::as_const(value));
+}
 // Texts: "true" and "false" in any case, "#TRUE#" and "#FALSE#", numbers (0 is false).
 bool ToFlag(const Variant& value);
 // Texts: as ParseNumber reads them; halves go to the even neighbour.

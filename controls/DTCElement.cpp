@@ -33,7 +33,7 @@ const ControlClass& DTCElement::Contract() {
         return FlagWord(static_cast<const Self&>(control).closingTagOnly_);
       }};
   // Deliberate: a key without a property, dropped on reading and in practice never stored.
-  constexpr BagWay displayValue = {[](Control&, Variant) {}, &Held<&Self::displayValue_>};
+  constexpr BagWay displayValue = {[](Control&, Variant&&) {}, &Held<&Self::displayValue_>};
   // clang-format off
   static constexpr auto bag = FrameKeys("print", {  // deliberate: not a name of its own
       // key               read default  write default  in and out

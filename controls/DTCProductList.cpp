@@ -28,13 +28,13 @@ std::string_view Word(const Control& control, std::string&) {
 
 // True for every stored word but "no".
 template <auto member>
-constexpr BagWay kUnlessNo = {[](Control& control, Variant stored) {
+constexpr BagWay kUnlessNo = {[](Control& control, Variant&& stored) {
                                 Flag<member>(control) = ToText(std::move(stored)) != kYesNo.no;
                               },
                               &Word<member, kYesNo>};
 // True for the one word alone.
 template <auto member, const Words& words>
-constexpr BagWay kOnlyIf = {[](Control& control, Variant stored) {
+constexpr BagWay kOnlyIf = {[](Control& control, Variant&& stored) {
                               Flag<member>(control) = ToText(std::move(stored)) == words.yes;
                             },
                             &Word<member, words>};
@@ -70,7 +70,7 @@ const ControlClass& DTCProductList::Contract() {
   });
   // Held as it is, persisted in token form.
   constexpr BagWay selectedProducts = {
-      [](Control& control, Variant stored) {
+      [](Control& control, Variant&& stored) {
         static_cast<Self&>(control).selectedProducts_ =
             DecodeMarkupTokens(ToText(std::move(stored)));
       },

@@ -15,6 +15,13 @@ namespace {
 
 constexpr auto npos = std::string_view::npos;
 constexpr std::size_t kObjectTag = std::string_view("<object").size();
+// How we write it ourselves.
+constexpr std::string_view kPlainClassId = " classid=\"";
+constexpr std::string_view kPlainParamName = "<param name=\"";
+constexpr std::string_view kPlainParamValue = "\" value=\"";
+constexpr std::string_view kPlainParamEnd = "\">";
+constexpr std::string_view kPlainElementEnd = "</object>";
+
 constexpr std::size_t kParamTag = std::string_view("<param").size();
 
 std::string_view NearestClass(std::string_view className) {
@@ -162,6 +169,11 @@ bool ControlReader::ReadElement(std::size_t& at) {
   RawAttribute attribute;
   bool isFirst = true;
   bool found = false;
+  if (const std::size_t known = EndOfKnownClassId(begin + kObjectTag); known != npos) {
+    attribute.value = lastClassId_;
+    tag = TagReader(page_, known);
+    found = true;
+  }
   while (!found && NextAttribute(tag, attribute)) {
     found = EqualIgnoringCase(attribute.name, "classid");
     if (!found) isFirst = false;
@@ -190,6 +202,16 @@ bool ControlReader::ReadElement(std::size_t& at) {
     Fail(begin, rule::unknownClass,
          messages::UnknownClass(control_.className, NearestClass(control_.className)));
   return true;
+}
+
+// The class is mostly that of the control before, and stands first.
+std::size_t ControlReader::EndOfKnownClassId(std::size_t at) const {
+  const std::size_t value = at + kPlainClassId.size();
+  const std::size_t end = value + lastClassId_.size();
+  const bool same = lastContract_ != nullptr && end < page_.size() && page_[end] == '"' &&
+                    page_.compare(value, lastClassId_.size(), lastClassId_) == 0 &&
+                    page_.compare(at, kPlainClassId.size(), kPlainClassId) == 0;
+  return same ? end + 1 : npos;
 }
 
 bool ControlReader::ReadClass(const RawAttribute& classId) {
@@ -256,6 +278,11 @@ bool ControlReader::ReadParams(std::size_t& at) {
       ++at;
       continue;
     }
+    if (ReadPlainParam(at)) continue;
+    if (page_.compare(at, kPlainElementEnd.size(), kPlainElementEnd) == 0) {
+      at += kPlainElementEnd.size();
+      return true;
+    }
     if (IsTagAt(page_, at, "<", "param")) {
       ReadParam(at);
       if (stopped_) return false;
@@ -294,6 +321,21 @@ bool ControlReader::ReadParams(std::size_t& at) {
     }
   }
   return false;
+}
+
+bool ControlReader::ReadPlainParam(std::size_t& at) {
+  if (page_.compare(at, kPlainParamName.size(), kPlainParamName) != 0) return false;
+  const std::size_t key = at + kPlainParamName.size();
+  const std::size_t keyEnd = EndOfPlainText(page_, key);
+  if (keyEnd == key || page_.compare(keyEnd, kPlainParamValue.size(), kPlainParamValue) != 0)
+    return false;
+  const std::size_t value = keyEnd + kPlainParamValue.size();
+  const std::size_t valueEnd = EndOfPlainText(page_, value);
+  if (page_.compare(valueEnd, kPlainParamEnd.size(), kPlainParamEnd) != 0) return false;
+  const std::size_t begin = at;
+  at = valueEnd + kPlainParamEnd.size();
+  AddParam(begin, page_.substr(key, keyEnd - key), page_.substr(value, valueEnd - value));
+  return true;
 }
 
 void ControlReader::ReadParam(std::size_t& at) {

@@ -83,11 +83,16 @@ class ControlReader {
   // False when the element is none of ours, or its class cannot be told.
   bool ReadElement(std::size_t& at);
   bool ReadClass(const RawAttribute& classId);
+  // Behind a plain classid of the same class as before; npos when there is none at `at`.
+  std::size_t EndOfKnownClassId(std::size_t at) const;
   void ReadAttributes(TagReader& tag, bool classIdSeen);
   void CheckAttributeNames(std::size_t at);
   // Answers whether "</object>" was found.
   bool ReadParams(std::size_t& at);
   void ReadParam(std::size_t& at);
+  // The same for a param as it is written by us, with nothing in it to decode; false, and nothing
+  // is read, when it is not.
+  bool ReadPlainParam(std::size_t& at);
   void AddParam(std::size_t at, std::string_view key, std::string_view value);
   // Behind the element of a span: the rest of its comment, the text and the end comment.
   void ReadSpanText(std::size_t at, bool elementClosed);

@@ -119,47 +119,70 @@ std::optional<Unwritable> AppendText(std::string_view text, const PageEncoding& 
   }
 }
 
-void ElementWriter::Begin(std::string_view className, std::optional<std::string_view> id) {
-  page_ += "<object classid=\"progid:";
-  page_ += kLibraryName;
-  page_ += '.';
-  page_ += className;
-  page_ += '"';
+void ElementWriter::Begin(const ControlClass& contract, std::optional<std::string_view> id) {
+  text_.clear();
+  failure_.reset();
+  if (contract_ != &contract) {
+    contract_ = &contract;
+    classBegin_ = "<object classid=\"progid:";
+    classBegin_ += kLibraryName;
+    classBegin_ += '.';
+    classBegin_ += contract.name;
+    classBegin_ += '"';
+    paramBegins_.clear();
+    for (const BagKey& row : contract.bag) {
+      BeginParam(row.key);
+      paramBegins_.push_back(text_);
+      text_.clear();
+    }
+  }
+  text_ = classBegin_;
   startTagOpen_ = true;
   if (id) Attribute("id", id);
 }
 
 void ElementWriter::Attribute(std::string_view name, std::optional<std::string_view> value) {
-  page_ += ' ';
-  page_ += name;
+  text_ += ' ';
+  text_ += name;
   // A name that ends in dashes must not stand before the ">" of its tag.
   if (!value && name.find("--") == npos) return;
-  page_ += "=\"";
+  text_ += "=\"";
   Value(value.value_or(std::string_view()));
-  page_ += '"';
+  text_ += '"';
 }
 
 void ElementWriter::Param(std::string_view key, std::string_view value) {
   CloseStartTag();
-  page_ += "<param name=\"";
-  Value(key);
-  page_ += "\" value=\"";
+  BeginParam(key);
   Value(value);
-  page_ += "\">";
+  text_ += "\">";
+}
+
+void ElementWriter::Param(std::size_t row, std::string_view value) {
+  CloseStartTag();
+  text_ += paramBegins_[row];
+  Value(value);
+  text_ += "\">";
 }
 
 void ElementWriter::End() {
   CloseStartTag();
-  page_ += "</object>";
+  text_ += "</object>";
+}
+
+void ElementWriter::BeginParam(std::string_view key) {
+  text_ += "<param name=\"";
+  Value(key);
+  text_ += "\" value=\"";
 }
 
 void ElementWriter::Value(std::string_view value) {
-  if (auto failure = AppendAttributeValue(value, encoding_, page_); failure && !failure_)
+  if (auto failure = AppendAttributeValue(value, encoding_, text_); failure && !failure_)
     failure_ = std::move(failure);
 }
 
 void ElementWriter::CloseStartTag() {
-  if (startTagOpen_) page_ += '>';
+  if (startTagOpen_) text_ += '>';
   startTagOpen_ = false;
 }
 
@@ -183,23 +206,19 @@ std::size_t SpanNumber(std::string_view text) {
   return number;
 }
 
-void AppendSpanStart(std::string& page, std::size_t number) {
-  page += kSpanStart;
-  page += ' ';
-  AppendNumber(page, number);
-  page += ' ';
-}
-
-void AppendSpanEnd(std::string& page, std::size_t number) {
-  page += kSpanEnd;
-  page += ' ';
-  AppendNumber(page, number);
-  page += kCommentEnd;
+std::string SpanBegin(std::size_t number) {
+  std::string comment(kSpanStart);
+  comment += ' ';
+  AppendNumber(comment, number);
+  comment += ' ';
+  return comment;
 }
 
 std::string EndComment(std::size_t number) {
-  std::string comment;
-  AppendSpanEnd(comment, number);
+  std::string comment(kSpanEnd);
+  comment += ' ';
+  AppendNumber(comment, number);
+  comment += kCommentEnd;
   return comment;
 }
 

@@ -5,7 +5,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "common/Control.h"
 #include "host/page/Encoding.h"
 
 namespace kvo::page {
@@ -25,36 +27,45 @@ std::optional<Unwritable> AppendAttributeValue(std::string_view value, const Pag
 std::optional<Unwritable> AppendText(std::string_view text, const PageEncoding& encoding,
                                      std::string& page);
 
-// "<object classid=... id=...", attributes, params, "</object>".
+// Writes elements, one at a time: "<object classid=... id=...", attributes, params, "</object>".
 class ElementWriter {
  public:
-  ElementWriter(const PageEncoding& encoding, std::string& page)
-      : encoding_(encoding), page_(page) {}
+  explicit ElementWriter(const PageEncoding& encoding) : encoding_(encoding) {}
 
-  void Begin(std::string_view className, std::optional<std::string_view> id);
+  void Begin(const ControlClass& contract, std::optional<std::string_view> id);
   // `name` in the page's encoding. All attributes come before the first param.
   void Attribute(std::string_view name, std::optional<std::string_view> value);
   void Param(std::string_view key, std::string_view value);
+  void Param(std::size_t row, std::string_view value);  // of the class's bag
   void End();
 
+  // What was written since Begin, in the page's encoding.
+  const std::string& Text() const { return text_; }
   // The first character that could not be written.
   const std::optional<Unwritable>& Failure() const { return failure_; }
 
  private:
+  void BeginParam(std::string_view key);
   void Value(std::string_view value);
   void CloseStartTag();
 
   const PageEncoding& encoding_;
-  std::string& page_;
+  std::string text_;
   bool startTagOpen_ = false;
+
+  // What is the same for every control of a class: made once, since the next control is mostly of
+  // the same class.
+  const ControlClass* contract_ = nullptr;
+  std::string classBegin_;
+  std::vector<std::string> paramBegins_;  // by row of the class's bag
   std::optional<Unwritable> failure_;
 };
 
 // The smallest number from 1 whose end comment does not occur in the text.
 std::size_t SpanNumber(std::string_view text);
 
-void AppendSpanStart(std::string& page, std::size_t number);  // up to the element
-void AppendSpanEnd(std::string& page, std::size_t number);
+// The start comment up to its element, and the end comment.
+std::string SpanBegin(std::size_t number);
 std::string EndComment(std::size_t number);
 
 }  // namespace kvo::page

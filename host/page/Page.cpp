@@ -1,5 +1,6 @@
 #include "host/page/Page.h"
 
+#include <initializer_list>
 #include <unordered_set>
 #include <utility>
 
@@ -14,6 +15,11 @@
 namespace kvo::page {
 namespace {
 
+// Most keys come from the class's own rows, so comparing addresses settles it.
+bool IsKey(const BagKey& row, std::string_view key) {
+  return row.key.size() == key.size() && (row.key.data() == key.data() || row.key == key);
+}
+
 // What a control reads from: the params found in the page.
 class FoundBag final : public PropertyBag {
  public:
@@ -27,16 +33,15 @@ class FoundBag final : public PropertyBag {
   }
 
  protected:
-  std::optional<Variant> Find(std::string_view key) override {
+  bool Find(std::string_view key, Variant& value) override {
+    // A class reads its keys in the order of its rows.
     const auto rows = control_.contract->bag;
-    for (std::size_t tried = 0; tried < rows.size(); ++tried, ++next_) {
-      if (next_ >= rows.size()) next_ = 0;
-      if (rows[next_].key != key) continue;
-      const std::size_t param = control_.paramOfKey[next_++];
-      if (param == ReadControl::kNoParam) return std::nullopt;
-      return Variant(control_.params[param].value);
-    }
-    return std::nullopt;
+    while (next_ < rows.size() && !IsKey(rows[next_], key)) ++next_;
+    if (next_ == rows.size()) return false;
+    const std::size_t param = control_.paramOfKey[next_++];
+    if (param == ReadControl::kNoParam) return false;
+    value.AssignText(control_.params[param].value);
+    return true;
   }
   void Store(std::string_view, std::string_view) override {}
 
@@ -59,13 +64,13 @@ class WrittenBag final : public PropertyBag {
   }
 
  protected:
-  std::optional<Variant> Find(std::string_view) override { return std::nullopt; }
+  bool Find(std::string_view, Variant&) override { return false; }
   void Store(std::string_view key, std::string_view value) override {
-    element_.Param(key, value);
     std::size_t row = next_;
-    while (row < rows_.size() && rows_[row].key != key) ++row;
+    while (row < rows_.size() && !IsKey(rows_[row], key)) ++row;
     SkipTo(row);
-    if (row == rows_.size()) return;
+    if (row == rows_.size()) return element_.Param(key, value);
+    element_.Param(row, value);
     if (found_.Effective(row) != value) same_ = false;
     next_ = row + 1;
   }
@@ -90,10 +95,10 @@ class PageCopy {
   PageCopy(std::string_view page, Sink& sink) : page_(page), sink_(sink) {}
 
   // Parts are replaced in the order of the page.
-  void Replace(std::size_t begin, std::size_t end, std::string_view with) {
-    if (page_.substr(begin, end - begin) == with) return;
+  void Replace(std::size_t begin, std::size_t end, std::initializer_list<std::string_view> pieces) {
+    if (Consists(page_.substr(begin, end - begin), pieces)) return;
     Append(page_.substr(copied_, begin - copied_));
-    Append(with);
+    for (const std::string_view piece : pieces) Append(piece);
     copied_ = end;
   }
   void Finish() {
@@ -104,6 +109,17 @@ class PageCopy {
 
  private:
   static constexpr std::size_t kBuffer = 1 << 16;
+
+  static bool Consists(std::string_view part, std::initializer_list<std::string_view> pieces) {
+    std::size_t size = 0;
+    for (const std::string_view piece : pieces) size += piece.size();
+    if (part.size() != size) return false;
+    for (const std::string_view piece : pieces) {
+      if (!part.starts_with(piece)) return false;
+      part.remove_prefix(piece.size());
+    }
+    return true;
+  }
 
   void Append(std::string_view piece) {
     if (buffer_.size() + piece.size() > kBuffer) Flush();
@@ -181,7 +197,7 @@ class Writer {
     std::string_view text;
     if (!ChooseText(*control, text)) return;
     if (Found().isSpan && !keepsOldText_ && !MayReplaceText(text)) return;
-    if (result_ == Result::runtimeText) return Replace(text);
+    if (result_ == Result::runtimeText) return Replace({text});
     if (edited) {
       changing_ = true;
       options_.edit->change(*control);
@@ -222,28 +238,24 @@ class Writer {
   // Puts the control's element into element_; `text` may change. False after a problem.
   bool WriteElement(const Control& control, const FoundBag& found, std::string_view& text,
                     bool edited) {
-    element_.clear();
-    ElementWriter element(encoding_, element_);
-    BeginElement(element);
-    WrittenBag written(Found(), found, element);
+    BeginElement();
+    WrittenBag written(Found(), found, element_);
     control.WriteProperties(written);
-    if (!EndElement(element)) return false;
+    if (!EndElement()) return false;
     return (!edited && written.ReadsAsFound()) || Settle(control, text, edited);
   }
 
   bool WriteElement(std::span<const MemoryBag::Entry> bag) {
-    element_.clear();
-    ElementWriter element(encoding_, element_);
-    BeginElement(element);
-    for (const auto& [key, value] : bag) element.Param(key, value);
-    return EndElement(element);
+    BeginElement();
+    for (const auto& [key, value] : bag) element_.Param(key, value);
+    return EndElement();
   }
 
-  bool EndElement(ElementWriter& element) {
-    element.End();
-    if (!element.Failure()) return true;
+  bool EndElement() {
+    element_.End();
+    if (!element_.Failure()) return true;
     Fail(rule::notInEncoding,
-         messages::ValueNotInEncoding(element.Failure()->text, encoding_.Name()));
+         messages::ValueNotInEncoding(element_.Failure()->text, encoding_.Name()));
     return false;
   }
 
@@ -294,25 +306,23 @@ class Writer {
   }
 
   void WriteSpan(std::string_view text) {
-    const std::size_t number = SpanNumber(text);
-    span_.clear();
-    AppendSpanStart(span_, number);
-    span_ += element_;
-    span_ += kCommentEnd;
-    span_ += text;
-    AppendSpanEnd(span_, number);
-    Replace(span_);
+    if (const std::size_t number = SpanNumber(text); number != spanNumber_) {
+      spanNumber_ = number;
+      spanBegin_ = SpanBegin(number);
+      spanEnd_ = EndComment(number);
+    }
+    Replace({spanBegin_, element_.Text(), kCommentEnd, text, spanEnd_});
   }
 
-  void BeginElement(ElementWriter& element) {
-    element.Begin(Found().contract->name, Found().id);
+  void BeginElement() {
+    element_.Begin(*Found().contract, Found().id);
     for (const ReadControl::Attribute& attribute : Found().attributes)
-      element.Attribute(attribute.name,
-                        attribute.hasValue ? std::optional(attribute.value) : std::nullopt);
+      element_.Attribute(attribute.name,
+                         attribute.hasValue ? std::optional(attribute.value) : std::nullopt);
   }
 
-  void Replace(std::string_view with) {
-    if (!problems_.HasErrors()) copy_.Replace(Found().begin, Found().end, with);
+  void Replace(std::initializer_list<std::string_view> pieces) {
+    if (!problems_.HasErrors()) copy_.Replace(Found().begin, Found().end, pieces);
   }
 
   // The control's runtime text in the page's encoding; false when the page cannot hold it.
@@ -351,8 +361,10 @@ class Writer {
   bool changing_ = false;  // the caller's change is being made; its failures are the caller's
   std::string again_;      // the same, another time
   std::string next_;       // the same, from what was stored
-  std::string element_;
-  std::string span_;
+  ElementWriter element_{encoding_};
+  std::size_t spanNumber_ = 0;
+  std::string spanBegin_;
+  std::string spanEnd_;
 };
 
 std::string Utf8Of(std::string_view bytes, const PageEncoding& encoding) {
@@ -438,14 +450,12 @@ Problems Check(const Page& page) {
 std::string ElementText(const ControlClass& contract, std::optional<std::string_view> id,
                         const std::vector<MemoryBag::Entry>& bag) {
   const PageEncoding utf8;
-  std::string text;
-  ElementWriter element(utf8, text);
-  element.Begin(contract.name, id);
+  ElementWriter element(utf8);
+  element.Begin(contract, id);
   for (const auto& [key, value] : bag) element.Param(key, value);
   element.End();
-  if (element.Failure())
-    throw RuntimeError(ErrorNumber::invalidCall, std::string(element.Failure()->text));
-  return text;
+  if (element.Failure()) throw RuntimeError(ErrorNumber::invalidCall, element.Failure()->text);
+  return element.Text();
 }
 
 }  // namespace kvo::page

@@ -4,8 +4,6 @@
 #include <array>
 #include <cstring>
 
-#include "common/Ascii.h"
-
 namespace kvo::page {
 namespace {
 
@@ -159,13 +157,14 @@ void TagReader::Skip() {
 }
 
 bool IsTagAt(std::string_view text, std::size_t at, std::string_view start, std::string_view name) {
-  const std::string_view here = text.substr(at, start.size() + name.size());
-  if (here.size() < start.size() + name.size() || !here.starts_with(start) ||
-      !EqualIgnoringCase(here.substr(start.size()), name))
-    return false;
-  const std::size_t behind = at + here.size();
-  return behind < text.size() &&
-         (IsHtmlSpace(text[behind]) || text[behind] == '/' || text[behind] == '>');
+  const std::size_t behind = at + start.size() + name.size();
+  return behind < text.size() && text.compare(at, start.size(), start) == 0 &&
+         HasNameAt(text.data() + at + start.size(), name) && Is(text[behind], kTagNameEnd);
+}
+
+std::size_t EndOfPlainText(std::string_view text, std::size_t at) {
+  while (!Is(text.data()[at], kQuotedStop | kSpecial)) ++at;
+  return at;
 }
 
 std::size_t EndOfComment(std::string_view text, std::size_t at) {

@@ -53,6 +53,10 @@ class TagReader {
 // follows. The name is given in lower case.
 bool IsTagAt(std::string_view text, std::size_t at, std::string_view start, std::string_view name);
 
+// The first byte at or behind `at` that is not plain inside a quoted value: a quote, "&", ">", a
+// NUL or a byte beyond ASCII. A NUL must follow the text.
+std::size_t EndOfPlainText(std::string_view text, std::size_t at);
+
 // Where the comment ends whose "<!--" is at `at`: behind its ">"; npos when it never ends.
 std::size_t EndOfComment(std::string_view text, std::size_t at);
 
