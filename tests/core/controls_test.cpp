@@ -274,9 +274,9 @@ class FailingBag : public MemoryBag {
       : MemoryBag(std::move(entries)), key_(std::move(key)) {}
 
  protected:
-  std::optional<Variant> Find(std::string_view key) override {
+  bool Find(std::string_view key, Variant& value) override {
     if (key == key_) throw RuntimeError(ErrorNumber::invalidCall);
-    return MemoryBag::Find(key);
+    return MemoryBag::Find(key, value);
   }
 
  private:
