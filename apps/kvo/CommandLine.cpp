@@ -7,6 +7,7 @@
 
 #include "apps/kvo/Names.h"
 #include "common/RuntimeError.h"
+#include "host/office/OfficeFile.h"
 #include "host/page/File.h"
 #include "host/page/Utf8.h"
 
@@ -249,6 +250,8 @@ ExitCode CommandLine::Execute(int argc, char** argv) {
     return code;
   } catch (const page::FileError& error) {
     Complain(error.Text(UserLanguage()));
+  } catch (const office::OfficeFileError& error) {
+    ShowProblems(Stream::error, error.File(), error.Problems());
   } catch (const RuntimeError& error) {
     Complain(error.Description(UserLanguage()));
   } catch (const std::bad_alloc&) {
