@@ -22,10 +22,15 @@ namespace kvo::ado {
 
 // The numbers that the members above are called with.
 inline constexpr std::int32_t kStateClosed = 0;
+inline constexpr std::int32_t kStateOpen = 1;
 inline constexpr std::int32_t kOpenKeyset = 1;  // cursor types
 inline constexpr std::int32_t kOpenDynamic = 2;
+inline constexpr std::int32_t kOpenStatic = 3;
 inline constexpr std::int32_t kLockReadOnly = 1;
 inline constexpr std::int32_t kOptionsUnspecified = -1;
+inline constexpr std::int32_t kOptionsText = 1;
+inline constexpr std::int32_t kBookmarkCurrent = 0;
 inline constexpr std::int32_t kBookmarkFirst = 1;
+inline constexpr std::int32_t kBookmarkLast = 2;
 
 }  // namespace kvo::ado

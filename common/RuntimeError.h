@@ -20,6 +20,16 @@ enum class ErrorNumber : int {
   cannotCreateObject = 429,
   unknownMember = 438,
   keyInUse = 457,
+  // Databases, numbered as ADO and Jet number them.
+  statementRejected = 3000,
+  fileNotOpened = 3002,
+  databaseLocked = 3006,
+  noCurrentRecord = 3021,
+  fieldNotFound = 3265,
+  closed = 3704,
+  alreadyOpen = 3705,
+  driverNotFound = 3706,
+  noConnection = 3709,
 };
 
 // A run-time error: a number, the standing description of that number, and optionally what it was

@@ -1,0 +1,14 @@
+#include "host/shop/Shop.h"
+
+#include "host/shop/Connection.h"
+#include "host/shop/Recordset.h"
+
+namespace kvo::shop {
+
+ObjectRef NewConnection(const std::string& connectionString) {
+  return std::make_shared<Connection>(connectionString);
+}
+
+ObjectRef NewRecordset() { return std::make_shared<Recordset>(); }
+
+}  // namespace kvo::shop
