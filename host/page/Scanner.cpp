@@ -2,7 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace kvo::page {
 namespace {
@@ -66,6 +71,55 @@ const char* SkipSpace(const char* at) {
   while (Is(*at, kSpace)) ++at;
   return at;
 }
+
+// The first of one or two characters in [at, end); `end` when there is none. Meant for the short
+// distances within tags, where a call of the library's search costs more than the search.
+template <char... wanted>
+const char* FindNear(const char* at, const char* end) {
+#if defined(__SSE2__)
+  for (; end - at >= 16; at += 16) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    __m128i found = _mm_setzero_si128();
+    ((found = _mm_or_si128(found, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(wanted)))), ...);
+    if (const int mask = _mm_movemask_epi8(found); mask != 0)
+      return at + std::countr_zero(static_cast<unsigned>(mask));
+  }
+#endif
+  while (at < end && ((*at != wanted) && ...)) ++at;
+  return at;
+}
+
+// Moves from between attributes behind one of them, or to the ">" of the tag; nullptr when the text
+// ends first.
+const char* SkipAttribute(const char* at, const char* end) {
+  while (Is(*at, kSpace) || *at == '/') ++at;
+  if (at >= end) return nullptr;
+  if (*at == '>') return at;
+  at = SkipSpace(RunEnd(at + 1, end, kNameEnd));
+  if (*at != '=') return at;
+  at = SkipSpace(at + 1);
+  if (*at != '"' && *at != '\'') return RunEnd(at, end, kUnquotedEnd);
+  at = static_cast<const char*>(std::memchr(at + 1, *at, static_cast<std::size_t>(end - at - 1)));
+  return at == nullptr ? nullptr : at + 1;
+}
+
+const char* TagNameEnd(const char* name, const char* end) {
+  return RunEnd(name, end, kTagNameEnd | kNul);
+}
+
+// The next "<"; `end` when there is none.
+const char* FindTagStart(const char* at, const char* end) {
+  constexpr std::ptrdiff_t kNear = 64;
+  if (end - at > kNear) {
+    const char* const near = FindNear<'<'>(at, at + kNear);
+    if (near != at + kNear) return near;
+    at = near;
+  }
+  const void* const found = std::memchr(at, '<', static_cast<std::size_t>(end - at));
+  return found == nullptr ? end : static_cast<const char*>(found);
+}
+
+bool IsNameCharacter(char c) { return IsLetter(c) || (c >= '0' && c <= '9') || c == '-'; }
 
 }  // namespace
 
@@ -134,23 +188,24 @@ void TagReader::Skip() {
   const char* const end = begin + text_.size();
   const char* at = begin + at_;
   for (;;) {
-    while (Is(*at, kSpace) || *at == '/') ++at;
-    if (at >= end) break;
-    if (*at == '>') {
-      at_ = static_cast<std::size_t>(at + 1 - begin);
+    // As most tags are written: names that end at "=", values in quotes.
+    const char* next = FindNear<'=', '>'>(at, end);
+    if (next == end) break;
+    if (*next == '>') {
+      at_ = static_cast<std::size_t>(next + 1 - begin);
       return;
     }
-    at = SkipSpace(RunEnd(at + 1, end, kNameEnd));
-    if (*at != '=') continue;
-    at = SkipSpace(at + 1);
-    if (*at == '"' || *at == '\'') {
-      at = static_cast<const char*>(
-          std::memchr(at + 1, *at, static_cast<std::size_t>(end - at - 1)));
-      if (at == nullptr) break;
-      ++at;
-    } else {
-      at = RunEnd(at, end, kUnquotedEnd);
+    if (next == at || !IsNameCharacter(next[-1]) || (next[1] != '"' && next[1] != '\'')) {
+      // Anything else, one attribute at a time.
+      next = SkipAttribute(at, end);
+      if (next == nullptr) break;
+      at = next;
+      continue;
     }
+    const char* const value = next + 2;
+    at = next[1] == '"' ? FindNear<'"'>(value, end) : FindNear<'\''>(value, end);
+    if (at == end) break;
+    ++at;
   }
   at_ = text_.size();
   cutOff_ = true;
@@ -182,47 +237,55 @@ std::size_t EndOfComment(std::string_view text, std::size_t at) {
 Scanner::Kind Scanner::Next() {
   const char* const begin = text_.data();
   const char* const end = begin + text_.size();
-  for (;;) {
-    if (at_ >= text_.size()) break;
-    const void* const found = std::memchr(begin + at_, '<', text_.size() - at_);
-    if (found == nullptr) break;
-    const char* const at = static_cast<const char*>(found);
+  while (at_ < text_.size()) {
+    const char* const at = FindTagStart(begin + at_, end);
     at_ = static_cast<std::size_t>(at - begin);
+    if (at == end) break;
     if (IsLetter(at[1])) {
-      if (HasNameAt(at + 1, "object") && Is(at[7], kTagNameEnd) && at + 7 < end)
-        return Kind::object;
+      if (HasNameAt(at + 1, "object") && Is(at[7], kTagNameEnd)) return Kind::object;
       SkipStartTag();
+    } else if (at[1] == '/') {
+      SkipEndTag();
     } else if (at[1] == '!') {
-      if (text_.substr(at_, 15) == kSpanStart.substr(0, 15)) {
-        if (text_.substr(at_, kSpanStart.size()) == kSpanStart) return Kind::spanStart;
-        if (text_.substr(at_, kSpanEnd.size()) == kSpanEnd) return Kind::spanEnd;
+      if (at[2] == '-' && at[3] == '-' && at[4] == 'K') {
+        if (text_.compare(at_, kSpanStart.size(), kSpanStart) == 0) return Kind::spanStart;
+        if (text_.compare(at_, kSpanEnd.size(), kSpanEnd) == 0) return Kind::spanEnd;
       }
       SkipMarkup();
-    } else if (at[1] == '/' || at[1] == '?') {
+    } else if (at[1] == '?') {
       SkipMarkup();
     } else {
       ++at_;
     }
   }
-  at_ = text_.size();
   return Kind::end;
 }
 
 void Scanner::SkipOne() {
   const char second = at_ + 1 < text_.size() ? text_[at_ + 1] : '\0';
   if (IsLetter(second)) return SkipStartTag();
-  if (second == '!' || second == '/' || second == '?') return SkipMarkup();
+  if (second == '/') return SkipEndTag();
+  if (second == '!' || second == '?') return SkipMarkup();
   ++at_;
 }
 
-void Scanner::SkipStartTag() {
-  const char* const begin = text_.data();
-  const char* const name = begin + at_ + 1;
-  const char* const nameEnd = RunEnd(name, begin + text_.size(), kTagNameEnd | kNul);
-  TagReader tag(text_, static_cast<std::size_t>(nameEnd - begin));
+// The rest of the tag from the end of its name; false when the text ends first.
+bool Scanner::SkipTag(const char* nameEnd) {
+  const std::size_t at = static_cast<std::size_t>(nameEnd - text_.data());
+  if (*nameEnd == '>') {
+    at_ = at + 1;
+    return true;
+  }
+  TagReader tag(text_, at);
   tag.Skip();
   at_ = tag.Position();
-  if (tag.CutOff()) return;
+  return !tag.CutOff();
+}
+
+void Scanner::SkipStartTag() {
+  const char* const name = text_.data() + at_ + 1;
+  const char* const nameEnd = TagNameEnd(name, text_.data() + text_.size());
+  if (!SkipTag(nameEnd)) return;
   const char first = static_cast<char>(*name | 0x20);
   if (first != 's' && first != 't') return;
   const std::size_t length = static_cast<std::size_t>(nameEnd - name);
@@ -234,20 +297,18 @@ void Scanner::SkipStartTag() {
     if (isNamed(rawText)) return SkipRawText(rawText);
 }
 
+void Scanner::SkipEndTag() {
+  const char* const name = text_.data() + at_ + 2;
+  if (!IsLetter(*name)) return SkipMarkup();
+  SkipTag(TagNameEnd(name, text_.data() + text_.size()));
+}
+
 void Scanner::SkipMarkup() {
-  if (text_.substr(at_, kCommentStart.size()) == kCommentStart) {
+  if (text_.compare(at_, kCommentStart.size(), kCommentStart) == 0) {
     at_ = std::min(EndOfComment(text_, at_), text_.size());
     return;
   }
   if (text_.substr(at_, 9) == "<![CDATA[") return SkipCData();
-  if (text_[at_ + 1] == '/' && at_ + 2 < text_.size() && IsLetter(text_[at_ + 2])) {
-    const char* const begin = text_.data();
-    const char* const nameEnd = RunEnd(begin + at_ + 2, begin + text_.size(), kTagNameEnd | kNul);
-    TagReader tag(text_, static_cast<std::size_t>(nameEnd - begin));
-    tag.Skip();
-    at_ = tag.Position();
-    return;
-  }
   // A document type, or what browsers take for a comment: "<?", "</" without a letter, "<!".
   const std::size_t close = text_.find('>', at_ + 2);
   at_ = close == npos ? text_.size() : close + 1;

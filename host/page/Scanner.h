@@ -79,8 +79,10 @@ class Scanner {
  private:
   // Each moves on from the "<" at at_.
   void SkipStartTag();
+  void SkipEndTag();
   void SkipMarkup();
 
+  bool SkipTag(const char* nameEnd);
   void SkipRawText(std::string_view name);
   void SkipScript();
   void SkipCData();
