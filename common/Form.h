@@ -16,6 +16,8 @@ struct Size {
 // A page or dialog. A dialog is shown with ShowModal and closed with Unload.
 class Form : public Container {
  public:
+  ~Form() override = default;
+
   std::string_view Caption() const { return caption_; }
   const Size& FormSize() const { return size_; }
 
@@ -39,7 +41,6 @@ class Form : public Container {
  protected:
   // `caption` has to outlive the form.
   Form(std::string_view caption, Size size) : caption_(caption), size_(size) {}
-  ~Form() override = default;
 
  private:
   friend class FormControl;

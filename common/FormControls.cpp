@@ -46,7 +46,7 @@ EditBox::EditBox(Container& parent, std::string_view name, const Rect& at, const
                  std::string_view text)
     : FormControl(parent, name, at, font), text_(text) {}
 
-void EditBox::Text(std::string sNewText) { TextReplaced(std::move(sNewText), 0); }
+void EditBox::Text(std::string sNewText) { TextReplaced(std::move(sNewText), 0, Source::code); }
 
 void EditBox::SelStart(std::size_t lNewSelStart) {
   selStart_ = std::min(lNewSelStart, CharacterCount(text_));
@@ -78,11 +78,10 @@ void TextBox::BackColor(SystemColor newBackColor) {
   Notify(Aspect::color);
 }
 
-void TextBox::TextReplaced(std::string text, std::size_t caret) {
-  const bool changed = text != Text();
-  if (!changed && caret == 0) return;  // the same again from code moves no caret
+void TextBox::TextReplaced(std::string text, std::size_t caret, Source source) {
+  if (source == Source::code && text == Text()) return;
   HoldText(std::move(text), caret);
-  if (changed) Raise(onChange_, *this);
+  Raise(onChange_, *this);
 }
 
 void TextBox::RaiseGotFocus() { Raise(onGotFocus_, *this); }
@@ -109,14 +108,14 @@ void ComboBox::Clear() {
     rows_.clear();
     Notify(Aspect::choices);
   }
-  Hold(kNoRow, {}, 0);
+  Hold(kNoRow, {}, 0, Source::code);
 }
 
 void ComboBox::ListIndex(int lNewListIndex) {
   if (lNewListIndex < kNoRow || lNewListIndex >= static_cast<int>(rows_.size()))
     throw RuntimeError(ErrorNumber::invalidCall, std::string(Name()) + ".ListIndex");
-  if (lNewListIndex == kNoRow) return Hold(kNoRow, {}, 0);
-  Hold(lNewListIndex, rows_[static_cast<std::size_t>(lNewListIndex)].text, 0);
+  if (lNewListIndex == kNoRow) return Hold(kNoRow, {}, 0, Source::code);
+  Hold(lNewListIndex, rows_[static_cast<std::size_t>(lNewListIndex)].text, 0, Source::code);
 }
 
 const ComboBox::Row* ComboBox::SelectedItem() const {
@@ -130,8 +129,8 @@ bool ComboBox::SelectKey(std::string_view key) {
   return row != rows_.end();
 }
 
-void ComboBox::TextReplaced(std::string text, std::size_t caret) {
-  if (editable_) return Hold(kNoRow, std::move(text), caret);
+void ComboBox::TextReplaced(std::string text, std::size_t caret, Source source) {
+  if (editable_) return Hold(kNoRow, std::move(text), caret, source);
   const auto row =
       std::ranges::find_if(rows_, [&](const Row& candidate) { return candidate.text == text; });
   if (row == rows_.end())
@@ -139,12 +138,11 @@ void ComboBox::TextReplaced(std::string text, std::size_t caret) {
   ListIndex(static_cast<int>(row - rows_.begin()));
 }
 
-void ComboBox::Hold(int row, std::string text, std::size_t caret) {
-  const bool changed = row != listIndex_ || text != Text();
-  if (!changed && caret == 0) return;
+void ComboBox::Hold(int row, std::string text, std::size_t caret, Source source) {
+  if (source == Source::code && row == listIndex_ && text == Text()) return;
   listIndex_ = row;
   HoldText(std::move(text), caret);
-  if (changed) Raise(onChange_, *this);
+  Raise(onChange_, *this);
 }
 
 CheckBox::CheckBox(Container& parent, std::string_view name, Design design)

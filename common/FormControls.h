@@ -49,6 +49,10 @@ class EditBox : public FormControl {
   bool TakesFocus() const override { return true; }
 
  protected:
+  // Text that code assigns raises its event only if it is new. What the user types always does, as
+  // in a real edit box: "0" typed over a selected "0" is a change, too.
+  enum class Source { code, user };
+
   EditBox(Container& parent, std::string_view name, const Rect& at, const Font& font,
           std::string_view text);
 
@@ -60,8 +64,7 @@ class EditBox : public FormControl {
   // Whether the user may edit the text.
   virtual bool IsEditable() const = 0;
   virtual bool HoldsLineBreaks() const = 0;
-  // The new text came from code or from the user.
-  virtual void TextReplaced(std::string text, std::size_t caret) = 0;
+  virtual void TextReplaced(std::string text, std::size_t caret, Source source) = 0;
 
   std::string text_;
   std::size_t selStart_ = 0;
@@ -91,7 +94,7 @@ class TextBox final : public EditBox {
  private:
   bool IsEditable() const override { return true; }
   bool HoldsLineBreaks() const override { return multiLine_; }
-  void TextReplaced(std::string text, std::size_t caret) override;
+  void TextReplaced(std::string text, std::size_t caret, Source source) override;
   void RaiseGotFocus() override;
 
   bool multiLine_;
@@ -144,8 +147,8 @@ class ComboBox final : public EditBox {
   friend class FormRenderer;
   bool IsEditable() const override { return editable_; }
   bool HoldsLineBreaks() const override { return false; }
-  void TextReplaced(std::string text, std::size_t caret) override;
-  void Hold(int row, std::string text, std::size_t caret);
+  void TextReplaced(std::string text, std::size_t caret, Source source) override;
+  void Hold(int row, std::string text, std::size_t caret, Source source);
 
   bool editable_;
   std::vector<Row> rows_;

@@ -19,6 +19,7 @@ void FormRenderer::Edit(EditBox& box, std::size_t start, std::size_t length,
   if (!box.IsEditable()) return;
   if (!box.HoldsLineBreaks())
     typed = typed.substr(0, typed.find_first_of(std::string_view("\r\n\0", 3)));
+  if (length == 0 && typed.empty()) return;
   const std::string& old = box.Text();
   const std::size_t begin = CharacterOffset(old, start);
   const std::size_t end = begin + CharacterOffset(std::string_view(old).substr(begin), length);
@@ -26,7 +27,7 @@ void FormRenderer::Edit(EditBox& box, std::size_t start, std::size_t length,
   text += typed;
   const std::size_t caret = CharacterCount(text);
   text += old.substr(end);
-  box.TextReplaced(std::move(text), caret);
+  box.TextReplaced(std::move(text), caret, EditBox::Source::user);
 }
 
 void FormRenderer::Select(EditBox& box, std::size_t start, std::size_t length) {

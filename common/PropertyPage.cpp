@@ -31,6 +31,14 @@ void PropertyPage::Write(std::string_view property, Variant value) const {
   SelectedControls(0).Let(property, std::move(value));
 }
 
+void PropertyPage::Fill(std::span<const TextField> fields) const {
+  for (const TextField& field : fields) field.box.Text(Read(field.property));
+}
+
+void PropertyPage::Store(std::span<const TextField> fields) const {
+  for (const TextField& field : fields) Write(field.property, field.box.Text());
+}
+
 void PropertyPage::Changed(bool bNewChanged) {
   if (changed_ == bNewChanged) return;
   changed_ = bNewChanged;

@@ -1,6 +1,7 @@
 // A property page: a form over properties of the objects that are selected in the host.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,6 +49,14 @@ class PropertyPage : public Form {
   // A property of the first selected object as text, and its assignment.
   std::string Read(std::string_view property) const;
   void Write(std::string_view property, Variant value) const;
+
+  // Boxes that show a text property each and write it back as it stands.
+  struct TextField {
+    TextBox& box;
+    std::string_view property;
+  };
+  void Fill(std::span<const TextField> fields) const;
+  void Store(std::span<const TextField> fields) const;
 
   // Listeners for events of any control that mark the page changed - always, or only while the
   // page is not being filled (see Loading).

@@ -13,8 +13,19 @@
 #include "controls/DTCScript.h"
 #include "controls/DTCUnsubscriber.h"
 #include "controls/DTCViewtracker.h"
+#include "pages/propClickGeneral.h"
+#include "pages/propContactGeneral.h"
+#include "pages/propElementProperties.h"
+#include "pages/propGeneralAttributes.h"
 #include "pages/propGeneralFormat.h"
+#include "pages/propIfGeneral.h"
+#include "pages/propOrderGeneral.h"
+#include "pages/propPosListDesign.h"
 #include "pages/propPrintGeneral.h"
+#include "pages/propProdListDesign.h"
+#include "pages/propProdListGeneral.h"
+#include "pages/propProdListPicker.h"
+#include "pages/propUnsubGeneral.h"
 
 namespace kvo {
 namespace {
@@ -47,6 +58,17 @@ std::unique_ptr<PropertyPage> Create() {
 constexpr RegisteredPage kPages[] = {
     KVO_PAGE(propPrintGeneral,      "{2F2C2DB2-E3D7-4B72-9AFB-59B73D2ECF8F}"),
     KVO_PAGE(propGeneralFormat,     "{47AB8269-82C0-4347-B8FF-9297004DB169}"),
+    KVO_PAGE(propContactGeneral,    "{0B4915E5-167B-459B-9E59-A34B93D121A1}"),
+    KVO_PAGE(propOrderGeneral,      "{6C56FBA1-DC09-400D-9B04-BD48C6E0D8F7}"),
+    KVO_PAGE(propElementProperties, "{325B556F-2A87-4FB2-9BCF-C9D27AAB6BF6}"),
+    KVO_PAGE(propGeneralAttributes, "{5E64CB28-4470-4D01-9B50-AD0F50311125}"),
+    KVO_PAGE(propIfGeneral,         "{B4D1E142-F86E-46AA-A68D-556874F17D48}"),
+    KVO_PAGE(propProdListGeneral,   "{FFC116BC-EBA0-40BD-9CD0-BE4C842D8C47}"),
+    KVO_PAGE(propProdListDesign,    "{2F9A6323-6F09-45A4-994D-F783FDD38CBF}"),
+    KVO_PAGE(propProdListPicker,    "{372F5931-F937-4ADF-A294-2D97371C3325}"),
+    KVO_PAGE(propPosListDesign,     "{C46F3DC0-F351-4D35-B38A-DD7831F858E1}"),
+    KVO_PAGE(propClickGeneral,      "{35D7E72F-D6D0-40CD-9A8D-17B36A2A02A7}"),
+    KVO_PAGE(propUnsubGeneral,      "{82D18FEA-8E7C-4CC3-A7DA-AAC41BD16ADD}"),
 };
 // clang-format on
 

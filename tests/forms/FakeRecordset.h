@@ -29,9 +29,9 @@ struct FakeTable {
   }
 };
 
-class FakeField final : public Object {
+class FakeCell final : public Object {
  public:
-  explicit FakeField(Variant value) : value_(std::move(value)) {}
+  explicit FakeCell(Variant value) : value_(std::move(value)) {}
   Variant Get(std::string_view name) override {
     return name == "Value" ? value_ : Object::Get(name);
   }
@@ -75,7 +75,7 @@ class FakeRecordset final : public Object {
       return {};
     }
     if (name == "Fields" && arguments.size() == 1)
-      return ObjectRef(std::make_shared<FakeField>(table_.rows.at(at_).at(ToText(arguments[0]))));
+      return ObjectRef(std::make_shared<FakeCell>(table_.rows.at(at_).at(ToText(arguments[0]))));
     return Object::Call(name, arguments);
   }
 

@@ -1,0 +1,42 @@
+#include "pages/FieldPage.h"
+
+#include "common/RuntimeError.h"
+
+namespace kvo {
+namespace {
+
+// Runs one step of which errors are ignored.
+template <class Step>
+void IgnoringErrors(const Step& step) {
+  try {
+    step();
+  } catch (const std::exception&) {
+    // Without an Office, a collection or a readable field, that much of the list is missing.
+  }
+}
+
+}  // namespace
+
+void FieldPage::SelectionChanged() {
+  cboFields.Clear();
+  IgnoringErrors([&] {
+    const ObjectRef office = ToObject(SelectedControls(0).Get("Office"));
+    ForEach(*ToObject(office->Get(difference_.fields)), [&](const Variant& element) {
+      IgnoringErrors([&] {
+        const ObjectRef field = ToObject(element);
+        cboFields.AddItem(ToText(field->Get("SQLName")), ToText(field->Get("DisplayName")));
+      });
+    });
+  });
+  IgnoringErrors([&] { cboFields.SelectKey(Read("Field")); });
+}
+
+void FieldPage::ApplyChanges() {
+  const ComboBox::Row* field = cboFields.SelectedItem();
+  if (field == nullptr)
+    throw RuntimeError(ErrorNumber::objectNotSet, std::string(cboFields.Name()));
+  Write("Field", *field->key);
+  Write("DisplayValue", field->text);
+}
+
+}  // namespace kvo

@@ -1,0 +1,147 @@
+#include "pages/frmExpressionBuilder.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+#include "common/RuntimeError.h"
+
+namespace kvo {
+namespace {
+
+struct Operator {
+  std::string_view key;
+  std::string_view text;
+  std::string_view written;
+};
+
+// Written so that the expression can stand in a quoted attribute of an HTML page.
+constexpr Operator kEquals = {"equals", "=", "=="};
+constexpr Operator kGreaterThan = {"greaterThan", ">", "&gt;"};
+constexpr Operator kLessThan = {"lessThan", "<", "&lt;"};
+constexpr Operator kNotEqual = {"notEqual", "<>", "!="};
+constexpr Operator kYes = {"yes", "ist Wahr", "==true"};
+constexpr Operator kNo = {"no", "ist Falsch", "==false"};
+
+constexpr std::array kEquality = {kEquals, kNotEqual};
+constexpr std::array kOrder = {kEquals, kGreaterThan, kLessThan, kNotEqual};
+constexpr std::array kTruth = {kYes, kNo};
+
+enum class ValueForm { quoted, asTyped, none };
+
+struct FieldType {
+  std::int32_t dataType;
+  std::span<const Operator> operators;
+  bool fieldQuoted;
+  ValueForm value;  // none: the operator carries it, and the value box is disabled
+};
+
+constexpr FieldType kFieldTypes[] = {
+    // clang-format off
+    {0, kEquality, true,  ValueForm::quoted},   // text
+    {1, kOrder,    false, ValueForm::asTyped},  // number
+    {3, kTruth,    false, ValueForm::none},     // yes or no
+    {6, kOrder,    true,  ValueForm::quoted},   // ordered text, such as a date
+    // clang-format on
+};
+// Any other type gets no operators and adds nothing; these are not even listed.
+constexpr std::array kUnlistedTypes = {2, 4, 5};
+
+const FieldType* FindFieldType(std::int32_t dataType) {
+  const auto* type = std::ranges::find(kFieldTypes, dataType, &FieldType::dataType);
+  return type == std::end(kFieldTypes) ? nullptr : type;
+}
+
+const Operator* FindOperator(const ComboBox::Row* row) {
+  if (row == nullptr) return nullptr;
+  for (const std::span<const Operator> operators :
+       {std::span<const Operator>(kOrder), std::span<const Operator>(kTruth)})
+    for (const Operator& candidate : operators)
+      if (candidate.key == row->key) return &candidate;
+  return nullptr;
+}
+
+void AddTo(ComboBox& box, std::span<const Operator> operators) {
+  for (const Operator& added : operators)
+    box.AddItem(std::string(added.key), std::string(added.text));
+}
+
+std::string Quoted(const std::string& text, bool quoted) {
+  return quoted ? '\'' + text + '\'' : text;
+}
+
+}  // namespace
+
+void frmExpressionBuilder::Expression(std::string sNewExpression) {
+  expression_ = std::move(sNewExpression);
+  txtIfExpression.Text(expression_);
+}
+
+void frmExpressionBuilder::Init() {
+  cboFields.Clear();
+  cboOperator.Clear();
+  AddTo(cboOperator, kOrder);
+  if (Office == nullptr) return;
+  ForEach(*ToObject(Office->Get("ContactFields")), [&](const Variant& element) {
+    const ObjectRef field = ToObject(element);
+    const std::int32_t dataType = ToInteger(field->Get("DataType"));
+    if (std::ranges::find(kUnlistedTypes, dataType) != kUnlistedTypes.end()) return;
+    const std::string key = ToText(field->Get("SQLName"));
+    if (std::ranges::find(cboFields.Rows(), key, &ComboBox::Row::key) == cboFields.Rows().end())
+      cboFields.AddItem(key, ToText(field->Get("DisplayName")));
+  });
+  if (!cboFields.Rows().empty()) cboFields.ListIndex(0);
+}
+
+std::int32_t frmExpressionBuilder::DataTypeOf(const std::string& sqlName) const {
+  if (Office == nullptr) throw RuntimeError(ErrorNumber::objectNotSet, "Office");
+  const ObjectRef fields = ToObject(Office->Get("ContactFields"));
+  return ToInteger(ToObject(fields->Item(sqlName))->Get("DataType"));
+}
+
+void frmExpressionBuilder::cboFields_Select() {
+  if (const ComboBox::Row* field = cboFields.SelectedItem()) FillOperators(DataTypeOf(*field->key));
+}
+
+void frmExpressionBuilder::FillOperators(std::int32_t dataType) {
+  cboOperator.Clear();
+  const FieldType* type = FindFieldType(dataType);
+  if (type == nullptr) return;
+  AddTo(cboOperator, type->operators);
+  cboOperator.ListIndex(0);
+  const bool takesValue = type->value != ValueForm::none;
+  txtArgument.Enabled(takesValue);
+  txtArgument.BackColor(takesValue ? SystemColor::windowBackground : SystemColor::buttonFace);
+}
+
+void frmExpressionBuilder::cmdAdd_Click() {
+  const ComboBox::Row* field = cboFields.SelectedItem();
+  if (field == nullptr)
+    throw RuntimeError(ErrorNumber::objectNotSet, std::string(cboFields.Name()));
+  const FieldType* type = FindFieldType(DataTypeOf(*field->key));
+  const Operator* comparison = FindOperator(cboOperator.SelectedItem());
+  if (comparison == nullptr) return;
+  std::string text;
+  if (type != nullptr) text = Quoted("#customer." + *field->key + "#", type->fieldQuoted);
+  text += comparison->written;
+  if (type != nullptr && type->value != ValueForm::none)
+    text += Quoted(txtArgument.Text(), type->value == ValueForm::quoted);
+  Append(text);
+}
+
+void frmExpressionBuilder::Append(std::string_view text) {
+  txtIfExpression.Text(txtIfExpression.Text() + std::string(text));
+}
+
+void frmExpressionBuilder::cmdOk_Click() {
+  expression_ = txtIfExpression.Text();
+  CancelForm = false;
+  Unload();
+}
+
+void frmExpressionBuilder::Closing() {
+  CancelForm = true;
+  Unload();
+}
+
+}  // namespace kvo

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "pages/FieldPage.h"
+
+namespace kvo {
+
+class propContactGeneral final : public FieldPage {
+ public:
+  propContactGeneral() : FieldPage({.list = "cboContactFields", .fields = "ContactFields"}) {}
+};
+
+}  // namespace kvo

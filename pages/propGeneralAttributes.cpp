@@ -1,0 +1,48 @@
+#include "pages/propGeneralAttributes.h"
+
+#include "common/RuntimeError.h"
+
+namespace kvo {
+namespace {
+
+constexpr char kBar = '|';  // between an attribute's name and its value
+
+PropertyGridItem::Design AttributeRow(std::string name, std::string value) {
+  return {.kind = ItemKind::text, .caption = name, .key = name, .value = std::move(value)};
+}
+
+}  // namespace
+
+void propGeneralAttributes::SelectionChanged() {
+  suiAttributes.Clear();
+  ForEach(*ToObject(SelectedControls(0).Get("AttributesCollection")), [&](const Variant& element) {
+    const std::string item = ToText(element);
+    if (item.empty()) return;
+    const std::size_t bar = item.find(kBar);
+    if (bar == std::string::npos)
+      throw RuntimeError(ErrorNumber::subscriptOutOfRange, '"' + item + '"');
+    // What stands behind a second bar is no part of the value.
+    const std::size_t end = item.find(kBar, bar + 1);
+    suiAttributes.Add(AttributeRow(item.substr(0, bar), item.substr(bar + 1, end - bar - 1)));
+  });
+  Changed(true);
+}
+
+void propGeneralAttributes::ApplyChanges() {
+  const auto attributes = std::make_shared<Collection>();
+  for (const auto& row : suiAttributes.Items())
+    attributes->Add(row->Key() + kBar + ToText(row->Value()));
+  Write("AttributesCollection", ObjectRef(attributes));
+}
+
+void propGeneralAttributes::cmdNew_Click() {
+  const auto name =
+      ThePlatform().InputPrompt("Bitte geben Sie einen Namen ein.", "Attribut hinzufügen...");
+  if (name && !name->empty()) suiAttributes.Add(AttributeRow(*name, {}));
+}
+
+void propGeneralAttributes::cmdDelete_Click() {
+  if (const PropertyGridItem* row = suiAttributes.SelectedItem()) suiAttributes.Remove(*row);
+}
+
+}  // namespace kvo

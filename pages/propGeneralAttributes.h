@@ -1,0 +1,30 @@
+#pragma once
+
+#include "common/FormPropertyGrid.h"
+#include "common/PropertyPage.h"
+
+namespace kvo {
+
+// The attributes of an element as rows of name and value. The page counts as changed from the
+// beginning, so that applying always writes the list; later edits do not mark it: deliberate.
+class propGeneralAttributes final : public PropertyPage {
+ public:
+  propGeneralAttributes() : PropertyPage("Attribute") {}
+
+  KVO_CONTROL(PropertyGrid, suiAttributes, .at = {240, 240, 5280, 3600}, .caption = "Attribute");
+  KVO_CONTROL(
+      CommandButton, cmdNew, .caption = "Neu...", .at = {240, 3960, 1500, 360},
+      .onClick = [this](CommandButton&) { cmdNew_Click(); });
+  KVO_CONTROL(
+      CommandButton, cmdDelete, .caption = "Löschen", .at = {1860, 3960, 1500, 360},
+      .onClick = [this](CommandButton&) { cmdDelete_Click(); });
+
+ private:
+  // RuntimeError 9 for an item without "|"; empty items are skipped.
+  void SelectionChanged() override;
+  void ApplyChanges() override;
+  void cmdNew_Click();
+  void cmdDelete_Click();
+};
+
+}  // namespace kvo

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "pages/FieldPage.h"
+
+namespace kvo {
+
+class propOrderGeneral final : public FieldPage {
+ public:
+  propOrderGeneral() : FieldPage({.list = "cboOrderFields", .fields = "OrderFields"}) {}
+};
+
+}  // namespace kvo

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "common/FormGrid.h"
+#include "common/FormPropertyGrid.h"
+#include "common/PropertyPage.h"
+
+namespace kvo {
+
+// The products of the shop beside those that a product list shows. The shop database is reached
+// through the control's `Office`; any failure of it is the page's failure.
+class propProdListPicker final : public PropertyPage {
+ public:
+  propProdListPicker() : PropertyPage("Produkte auswählen") {}
+
+  // Finding products is not built: its button and timer call an empty procedure. Deliberate.
+  KVO_CONTROL(
+      PropertyGrid, suiSearch, .at = {120, 120, 2040, 2400},
+      .onChange = [this](PropertyGridItem& item) { suiSearch_Change(item); },
+      .onButtonClick = [this](PropertyGridItem&) { Search(); });
+  KVO_CONTROL(
+      Grid, gdProducts, .at = {2220, 120, 3420, 2400}, .onDblClick = [this](Grid&) {
+        AddSelectedRows();
+        Changed(true);
+      });
+  // Adds without marking the page changed, unlike the double click: deliberate.
+  KVO_CONTROL(
+      CommandButton, cmdAddProduct, .caption = "Hinzufügen", .at = {120, 2640, 1500, 360},
+      .onClick = [this](CommandButton&) { AddSelectedRows(); });
+  // The picked products. Only their keys are read back.
+  KVO_CONTROL(
+      PropertyGrid, suiPickedProducts, .at = {120, 3120, 5520, 900},
+      .onDeleteKey = [this](PropertyGrid&) { DeletePicked(); });
+  KVO_CONTROL(
+      CommandButton, cmdDelete, .caption = "Löschen", .at = {120, 4080, 1500, 360},
+      .onClick = [this](CommandButton&) { DeletePicked(); });
+  // Keeps ticking while the search text is not empty.
+  KVO_CONTROL(
+      Timer, timerAutomaticSearch, .onTick = [this](Timer&) { Search(); });
+
+ private:
+  void Initialize() override;
+  void SelectionChanged() override;
+  void ApplyChanges() override;
+
+  void AddSelectedRows();
+  void DeletePicked();
+  void LoadProducts(const ObjectRef& connection);
+  void SetUpGrid();
+  void EnableControls(bool enabled);
+  void AddSearchColumn(std::string_view key, std::string_view caption);
+  void Search() {}
+  void suiSearch_Change(const PropertyGridItem& item);
+
+  // Held from the first load until the page ends; the connection is the host's and stays open.
+  ObjectRef connection_;
+  ObjectRef recordset_;
+};
+
+}  // namespace kvo
