@@ -1,0 +1,94 @@
+// Every page and the dialog as a picture.
+#include <gtest/gtest.h>
+
+
+#include "host/headless/FormPicture.h"
+#include "host/registration/classes.h"
+#include "tests/pages/PageTest.h"
+
+namespace kvo {
+namespace {
+
+class FormPictures : public testing::Test {
+ protected:
+  HeadlessPlatform platform;
+  PlatformScope scope{platform};
+};
+
+std::string Escaped(std::string_view text) {
+  std::string escaped;
+  for (const char c : text) {
+    if (c == '&')
+      escaped += "&amp;";
+    else if (c == '<')
+      escaped += "&lt;";
+    else if (c == '>')
+      escaped += "&gt;";
+    else
+      escaped += c;
+  }
+  return escaped;
+}
+
+// Collects the captions that a picture has to show.
+class Captions final : public FormVisitor {
+ public:
+  std::vector<std::string> shown;
+  void Visit(Label& label) override {
+    if (!label.Wraps()) shown.push_back(label.Caption());
+  }
+  void Visit(CheckBox& box) override { shown.emplace_back(box.Caption()); }
+  void Visit(OptionButton& button) override { shown.emplace_back(button.Caption()); }
+  void Visit(CommandButton& button) override { shown.emplace_back(button.Caption()); }
+  void Visit(TabPanel& panel) override { shown.emplace_back(panel.Caption()); }
+  void Visit(TextBox&) override {}
+  void Visit(ComboBox&) override {}
+  void Visit(Frame&) override {}
+  void Visit(PictureBox&) override {}
+  void Visit(TabControl&) override {}
+  void Visit(PropertyGrid&) override {}
+  void Visit(Grid&) override {}
+  void Visit(Timer&) override {}
+};
+
+bool OnOpenTab(const FormControl& control) {
+  const auto* panel = dynamic_cast<const TabPanel*>(control.Parent().AsControl());
+  return panel == nullptr || panel->IsReachable();
+}
+
+TEST_F(FormPictures, ShowEveryCaptionOfEveryPage) {
+  for (const RegisteredPage& registered : RegisteredPages()) {
+    const auto page = registered.create();
+    const std::string svg = FormPicture(*page);
+    EXPECT_TRUE(svg.starts_with("<svg ")) << registered.name;
+    EXPECT_TRUE(svg.ends_with("</svg>\n")) << registered.name;
+    for (FormControl* control : page->AllControls()) {
+      if (!OnOpenTab(*control)) continue;
+      Captions captions;
+      control->Accept(captions);
+      for (const std::string& caption : captions.shown)
+        EXPECT_NE(svg.find('>' + Escaped(caption) + '<'), std::string::npos)
+            << registered.name << ": " << caption;
+    }
+  }
+}
+
+TEST_F(FormPictures, TextIsEscapedAndControlCharactersShowAsBlanks) {
+  const auto page = CreatePage("propPrintGeneral");
+  auto& box = dynamic_cast<TextBox&>(*page->Find("txtValue"));
+  box.Text("a<b>&\"c\"\r\n\x01");
+  const std::string svg = FormPicture(*page);
+  EXPECT_NE(svg.find("a&lt;b&gt;&amp;&quot;c&quot;   <"), std::string::npos);
+}
+
+TEST_F(FormPictures, HiddenControlsAndClosedTabsDoNotShow) {
+  const auto page = CreatePage("propIfGeneral");
+  EXPECT_EQ(FormPicture(*page).find("nicht zutreffender"), std::string::npos);
+  dynamic_cast<TabControl&>(*page->Find("sstOnContent")).SelectedTab(1);
+  EXPECT_NE(FormPicture(*page).find("nicht zutreffender"), std::string::npos);
+  page->Find("lblInfo")->Visible(false);
+  EXPECT_EQ(FormPicture(*page).find("Name (optional):"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace kvo
