@@ -1,0 +1,253 @@
+// Opens every page on every control, with bags made of awkward values: opening changes nothing, and
+// applying without an edit changes nothing but what that page's own rules change.
+#include <random>
+
+#include "common/modGlobal.h"
+#include "host/registration/classes.h"
+#include "tests/forms/FakeRecordset.h"
+#include "tests/pages/FakeOffice.h"
+#include "tests/pages/PageTest.h"
+
+namespace kvo {
+namespace {
+
+using Bag = std::vector<MemoryBag::Entry>;
+
+Bag StoredBy(const Control& control) {
+  MemoryBag bag;
+  control.WriteProperties(bag);
+  return bag.Entries();
+}
+
+// What applying a page does to an untouched control, said by assignments of its properties. A page
+// that is not listed writes nothing; one that fails (nothing) leaves the control as it was.
+class PageRules {
+ public:
+  explicit PageRules(Object& control) : control_(control) {}
+
+  void Apply(std::string_view page) {
+    if (page == "propPrintGeneral") Same({"Value"});
+    if (page == "propGeneralFormat") Same({"Format"});
+    if (page == "propContactGeneral" || page == "propOrderGeneral") Field();
+    if (page == "propElementProperties") Element();
+    if (page == "propGeneralAttributes") Attributes();
+    if (page == "propIfGeneral") If();
+    if (page == "propProdListGeneral") ProductList();
+    if (page == "propProdListDesign") {
+      Same({"FontFamily", "FontSize", "Border", "TableBgColor", "HeaderBgColor", "HeaderCSSStyle"});
+      // A stored text that reads like a choice of the list counts as that choice.
+      if (Text("Border") == "5 Pixel") Set("Border", 5);
+      if (Text("FontSize") == "12 Punkte") Set("FontSize", "12pt");
+    }
+    if (page == "propProdListPicker") Same({"SelectedProducts"});
+    if (page == "propPosListDesign") PositionList();
+    if (page == "propClickGeneral") Same({"Href", "ClickId", "HTMLContent"});
+    if (page == "propUnsubGeneral") {
+      Same({"Recipient", "HTMLContent"});
+      Set("Site", Text("Site").ends_with('/') ? Text("Site") : Text("Site") + "/");
+    }
+  }
+
+ private:
+  std::string Text(std::string_view name) { return ToText(control_.Get(name)); }
+  bool Flag(std::string_view name) { return ToFlag(control_.Get(name)); }
+  void Set(std::string_view name, Variant value) { control_.Let(name, std::move(value)); }
+  // Written back as it was read. Content is thereby encoded anew: what no token stands for, such as
+  // a CDATA marker, does not survive that.
+  void Same(std::initializer_list<std::string_view> names) {
+    for (const std::string_view name : names) Set(name, control_.Get(name));
+  }
+
+  void Field() {
+    const bool contact = Text("Field") == "EMAIL" || Text("Field") == "a&b";
+    if (contact) Set("DisplayValue", "Name von " + Text("Field"));
+  }
+  void Element() {
+    const bool opening = Flag("OpeningTagOnly");
+    const bool closing = Flag("ClosingTagOnly");
+    Same({"Value"});
+    Set("HTMLContent", opening || closing ? "" : Text("HTMLContent"));
+    Set("ClosingTagOnly", closing && !opening);
+  }
+  void Attributes() {
+    const auto kept = std::make_shared<Collection>();
+    bool broken = false;
+    ForEach(*ToObject(control_.Get("AttributesCollection")), [&](const Variant& element) {
+      const std::string item = ToText(element);
+      if (item.empty()) return;
+      const auto bar = item.find('|');
+      broken = broken || bar == std::string::npos;
+      // Behind a second bar the value ends.
+      kept->Add(item.substr(0, item.find('|', broken ? 0 : bar + 1)));
+    });
+    if (!broken) Set("AttributesCollection", ObjectRef(kept));
+  }
+  void If() {
+    std::string test = Text("Test");
+    if (test.starts_with('%')) test.erase(0, 1);
+    if (test.ends_with('%')) test.pop_back();
+    Set("Test", "%" + test + "%");
+    for (const char* name : {"OnTrue", "OnFalse"}) {
+      std::string text = Text(name);
+      while (text.starts_with(' ')) text.erase(0, 1);
+      while (text.ends_with(' ')) text.pop_back();
+      Set(name, text);
+    }
+    Same({"DisplayValue"});
+  }
+  void ProductList() {
+    const std::string thumb = Text("DisplayThumb");
+    const bool known = thumb == "no" || thumb == "right" || thumb == "top" || thumb == "bottom";
+    if (!known) Set("DisplayThumb", "left");
+    if (Text("DefaultExtension").empty()) Set("DefaultExtension", "htm");
+  }
+  void PositionList() {
+    // A page that was never shown for another control has no former value to write.
+    for (const char* name : {"TableBorder", "TableCellSpacing", "TableCellPadding"}) {
+      bool choice = false;
+      for (int n = 0; n <= 10; ++n) choice = choice || Text(name) == std::to_string(n);
+      if (!choice) Set(name, "");
+    }
+    Same({"TableBackground", "HeaderBackground", "HeaderCSSStyle"});
+  }
+
+  Object& control_;
+};
+
+class PageSweep : public testing::TestWithParam<std::string_view> {
+ protected:
+  PageSweep() {
+    for (const char* name : {"EMAIL", "a&b"}) {
+      office->contactFields.push_back({name, std::string("Name von ") + name, 0});
+      office->orderFields.push_back({name, std::string("Name von ") + name, 0});
+    }
+    office->connection = std::make_shared<FakeConnection>();
+    platform.recordsets = [this] { return std::make_shared<FakeRecordset>(table); };
+  }
+
+  Bag RandomBag(const ControlClass& contract) {
+    static const std::string values[] = {"",
+                                         " ",
+                                         "a",
+                                         "a&b",
+                                         "a&amp;b",
+                                         "EMAIL",
+                                         "\"",
+                                         "<b>x</b>",
+                                         "kv:@lt;b kv:@gt;",
+                                         "kv:@br;",
+                                         "\r\n",
+                                         "a\r\nb",
+                                         "a\nb",
+                                         "x|y",
+                                         "a|1||b|2",
+                                         "||a|1",
+                                         "a|b|c",
+                                         "a||b",
+                                         "%",
+                                         "%a%",
+                                         "%%",
+                                         "100",
+                                         "1",
+                                         "12",
+                                         "5 Pixel",
+                                         "12 Punkte",
+                                         "EMAIL",
+                                         "EMAIL",
+                                         "rgb(1,2,3)",
+                                         "#FF0000",
+                                         "dd.mm.yyyy",
+                                         "Primäre Währung",
+                                         "0.000",
+                                         ",",
+                                         "1,2",
+                                         "1,1",
+                                         "s/",
+                                         "s",
+                                         "äöü€😀",
+                                         "]]>",
+                                         "kv:@lt;![CDATA[x",
+                                         "Left",
+                                         "top",
+                                         "yes",
+                                         "no",
+                                         "true",
+                                         "false",
+                                         "stretch",
+                                         "fill",
+                                         std::string("a\0b", 3)};
+    std::uniform_int_distribution<std::size_t> pick(0, std::size(values) - 1);
+    Bag bag;
+    for (const BagKey& row : contract.bag)
+      if (pick(random) % 4 != 0) bag.emplace_back(row.key, values[pick(random)]);
+    return bag;
+  }
+
+  // nullptr when the bag holds what the class cannot load.
+  std::shared_ptr<Control> Load(const ControlClass& contract, const Bag& entries) {
+    const std::shared_ptr<Control> control = contract.create();
+    MemoryBag bag(entries);
+    try {
+      control->ReadProperties(bag);
+    } catch (const RuntimeError&) {
+      return nullptr;
+    }
+    if (contract.FindProperty("Office")) control->Let("Office", ObjectRef(office));
+    return control;
+  }
+
+  HeadlessPlatform platform;
+  PlatformScope scope{platform};
+  std::mt19937 random{20040423};
+  FakeTable table;
+  std::shared_ptr<FakeOffice> office = std::make_shared<FakeOffice>();
+};
+
+TEST_P(PageSweep, ApplyingWithoutAnEditChangesNothingBeyondThePagesOwnRules) {
+  int applied = 0;
+  for (const RegisteredControl& registered : RegisteredControls()) {
+    const ControlClass& contract = registered.contract();
+    for (int round = 0; round < 400; ++round) {
+      const Bag entries = RandomBag(contract);
+      const std::shared_ptr<Control> control = Load(contract, entries);
+      if (control == nullptr) continue;
+      const Bag before = StoredBy(*control);
+      std::string trace = std::string(contract.name) + " with";
+      for (const auto& [key, value] : before) trace += " " + key + "=\"" + value + '"';
+      SCOPED_TRACE(trace);
+
+      const auto page = CreatePage(GetParam());
+      try {
+        page->Select({control});
+      } catch (const RuntimeError&) {
+        EXPECT_EQ(StoredBy(*control), before);
+        continue;  // the page is for other objects, or the control holds what no page can show
+      }
+      ASSERT_EQ(StoredBy(*control), before);
+      Bag expected = before;
+      try {
+        page->Apply();
+        const std::shared_ptr<Control> ruled = Load(contract, entries);
+        PageRules(*ruled).Apply(GetParam());
+        expected = StoredBy(*ruled);
+        ++applied;
+      } catch (const RuntimeError&) {
+        // Nothing is chosen on the page, or the control lacks a property: nothing is written.
+      }
+      ASSERT_EQ(StoredBy(*control), expected);
+    }
+  }
+  EXPECT_GT(applied, 10);
+}
+
+std::vector<std::string_view> AllPages() {
+  std::vector<std::string_view> names;
+  for (const RegisteredPage& page : RegisteredPages()) names.push_back(page.name);
+  return names;
+}
+
+INSTANTIATE_TEST_SUITE_P(AllPages, PageSweep, testing::ValuesIn(AllPages()),
+                         [](const auto& parameter) { return std::string(parameter.param); });
+
+}  // namespace
+}  // namespace kvo
