@@ -12,9 +12,9 @@ namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
 
-// How long a lock of another program is waited for, in milliseconds: as long as a short writing
+// How long a lock of another program is waited for, in seconds: as long as a short writing
 // takes, and not so long that a window seems stuck.
-constexpr std::string_view kLockWait = "500";
+constexpr std::string_view kLockWait = "1";
 // How long a server is waited for, in seconds.
 constexpr std::string_view kConnectWait = "10";
 
@@ -60,7 +60,7 @@ std::string PostgresqlDetails(std::string_view details) {
   constexpr std::string_view kTimeout = "connect_timeout";
   const bool timeout = details.find(kTimeout) != kNone;
   const std::string wait = std::string(kTimeout) + '=' + std::string(kConnectWait);
-  if (IsKeyValueForm(details)) return std::string(details) + (timeout ? "" : ' ' + wait);
+  if (IsKeyValueForm(details)) return (timeout ? "" : wait + ' ') + std::string(details);
   std::string uri = "postgresql://" + std::string(details);
   if (!timeout) uri += (details.find('?') == kNone ? '?' : '&') + wait;
   return uri;

@@ -175,8 +175,13 @@ void ReplaceAll(std::string& text, std::string_view what, bool wholeWords) {
 // A short password may be part of any word, so it is looked for as a word only.
 constexpr std::size_t kShort = 4;
 
-void Hide(std::string& message, std::string_view password) {
-  ReplaceAll(message, password, password.size() < kShort);
+// A password as it stands, and as it reads without quotation marks and escapes.
+std::vector<std::string> FormsOf(std::string_view password) {
+  const std::string bare = WithoutQuotes(password);
+  return {std::string(password), bare, PercentDecoded(bare), Unescaped(bare)};
+}
+
+void HideWords(std::string& message, std::string_view password) {
   for (std::size_t at = 0; at < password.size();) {
     std::size_t end = at;
     while (end < password.size() && IsWordCharacter(password[end])) ++end;
@@ -213,11 +218,10 @@ std::string MessageWithout(const std::vector<std::string>& passwords, std::strin
     shown += blank ? ' ' : c;
   }
   while (shown.ends_with(' ')) shown.pop_back();
-  for (const std::string& password : passwords) {
-    const std::string bare = WithoutQuotes(password);
-    for (const std::string& form : {password, bare, PercentDecoded(bare), Unescaped(bare)})
-      Hide(shown, form);
-  }
+  for (const std::string& password : passwords)
+    for (const std::string& form : FormsOf(password)) ReplaceAll(shown, form, form.size() < kShort);
+  for (const std::string& password : passwords)
+    for (const std::string& form : FormsOf(password)) HideWords(shown, form);
   return shown;
 }
 

@@ -1,0 +1,61 @@
+// Reads and calls members by name, as a page does.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "common/Object.h"
+#include "common/Recordset.h"
+#include "common/RuntimeError.h"
+#include "host/shop/Connection.h"
+#include "host/shop/Recordset.h"
+#include "host/shop/Shop.h"
+
+namespace kvo::shop {
+
+inline constexpr const char* kProducts = "SELECT ProductNo, Desc1, Desc2 FROM Products";
+
+inline void Call(const ObjectRef& object, std::string_view name,
+                 const std::vector<Variant>& arguments = {}) {
+  object->Call(name, arguments);
+}
+
+// As the picker opens it.
+inline ObjectRef OpenRecordset(const Variant& connection, const char* source = kProducts) {
+  const ObjectRef recordset = NewRecordset();
+  Call(recordset, "Open",
+       {source, connection, ado::kOpenDynamic, ado::kLockReadOnly, ado::kOptionsUnspecified});
+  return recordset;
+}
+
+inline Variant FieldOf(const ObjectRef& recordset, const char* field) {
+  const Variant name = field;
+  return ToObject(recordset->Call("Fields", {&name, 1}))->Get("Value");
+}
+
+inline bool IsAtEnd(const ObjectRef& recordset) { return ToFlag(recordset->Get("EOF")); }
+inline bool IsAtStart(const ObjectRef& recordset) { return ToFlag(recordset->Get("BOF")); }
+
+// How much a recordset's connection was asked.
+inline Traffic AskedBy(const ObjectRef& recordset) {
+  return dynamic_cast<Recordset&>(*recordset).Asked();
+}
+
+// The number and the German text of the failure of a call; 0 when it succeeds.
+struct Failure {
+  int number = 0;
+  std::string german;
+  std::string english;
+};
+
+inline Failure FailureOf(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const RuntimeError& error) {
+    return {error.Number(), error.Description(Language::german), error.what()};
+  }
+  return {};
+}
+
+}  // namespace kvo::shop
