@@ -11,5 +11,6 @@ void AddCheckCommand(CommandLine& line);    // check
 void AddEditCommands(CommandLine& line);    // new, set
 void AddClassesCommand(CommandLine& line);  // classes
 void AddPictureCommand(CommandLine& line);  // picture
+void AddPagesCommand(CommandLine& line);    // pages
 
 }  // namespace kvo

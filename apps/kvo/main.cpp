@@ -14,5 +14,6 @@ int main(int argc, char** argv) {
   kvo::AddEditCommands(line);
   kvo::AddClassesCommand(line);
   kvo::AddPictureCommand(line);
+  kvo::AddPagesCommand(line);
   return static_cast<int>(line.Execute(argc, argv));
 }

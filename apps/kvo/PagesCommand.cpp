@@ -1,0 +1,103 @@
+#include <filesystem>
+
+#include "apps/kvo/Commands.h"
+#include "apps/kvo/PageRun.h"
+#include "common/PropertyPage.h"
+#include "common/RuntimeError.h"
+#include "host/headless/FormPicture.h"
+#include "host/office/OfficeFile.h"
+#include "host/page/File.h"
+#include "host/page/Page.h"
+#include "host/registration/classes.h"
+#include "pages/frmExpressionBuilder.h"
+
+namespace kvo {
+namespace {
+
+constexpr std::string_view kExpressionBuilder = "frmExpressionBuilder";
+constexpr std::string_view kIfPage = "propIfGeneral";  // opens the expression builder
+
+struct Values {
+  std::string className;
+  std::string output;
+  std::string office;
+};
+
+void Write(const std::string& folder, std::string_view name, Form& form) {
+  const std::string file = (std::filesystem::path(folder) / (std::string(name) + ".svg")).string();
+  const InterruptionPause pause;
+  const auto output = page::OpenOutput(file);
+  output->append(FormPicture(form));
+  output->Commit();
+  Print(file + '\n');
+}
+
+// A page as it opens on a new control of the class. What it cannot read (a shop database that is
+// not there) leaves it as it was made.
+void DrawPage(const Values& values, const ControlClass& contract, std::string_view name,
+              const ObjectRef& office) {
+  const auto control = page::Load(contract, {});
+  if (office != nullptr && contract.FindProperty("Office") != nullptr)
+    control->Let("Office", office);
+  const auto page = CreatePage(name);
+  try {
+    page->Select({control});
+  } catch (const RuntimeError& error) {
+    Complain(Say({"{} bleibt leer: {}", "{} stays empty: {}"},
+                 {name, error.Description(UserLanguage())}));
+  }
+  Write(values.output, name, *page);
+}
+
+void DrawExpressionBuilder(const Values& values, const ObjectRef& office) {
+  frmExpressionBuilder dialog;
+  dialog.Office = office;
+  dialog.Init();
+  Write(values.output, kExpressionBuilder, dialog);
+}
+
+ExitCode Draw(const Values& values) {
+  const RegisteredControl* control = FindControlByName(values.className);
+  if (control == nullptr)
+    throw Failure(Say({"Die Klasse „{}“ gibt es nicht; „kvo classes“ nennt alle.",
+                       "There is no class \"{}\"; \"kvo classes\" lists them all."},
+                      {values.className}));
+  if (values.output.empty())
+    throw Failure(Say(
+        {"Wohin? Mit -o ORDNER das Ziel angeben.", "Where to? Name the target with -o FOLDER."}));
+  const ControlClass& contract = control->contract();
+  std::error_code failed;
+  std::filesystem::create_directories(values.output, failed);
+  if (failed)
+    throw Failure(Say({"Der Ordner „{}“ lässt sich nicht anlegen: {}. Einen anderen hinter -o "
+                       "angeben.",
+                       "The folder \"{}\" can't be made: {}. Name another one behind -o."},
+                      {values.output, failed.message()}));
+  ObjectRef office;
+  if (!values.office.empty()) office = office::LoadOffice(values.office);
+  for (const std::string_view name : contract.pages) {
+    DrawPage(values, contract, name, office);
+    if (name == kIfPage) DrawExpressionBuilder(values, office);
+  }
+  return ExitCode::good;
+}
+
+}  // namespace
+
+void AddPagesCommand(CommandLine& line) {
+  const auto values = std::make_shared<Values>();
+  line.Add("pages",
+           {"Zeichnet die Eigenschaftenseiten einer Klasse als SVG.",
+            "Draws the property pages of a class as SVG."},
+           {"kvo pages DTCContact --office office.json -o bilder",
+            "kvo pages DTCContact --office office.json -o pictures"})
+      .Argument("CLASS", values->className, {"eine Klasse", "a class"})
+      .Option("-o,--output", "DIR", values->output,
+              {"Ordner für die Bilder", "folder for the pictures"})
+      .Option("--office", "FILE", values->office,
+              {"die Felder des Shops, die die Listen zeigen",
+               "the fields of the shop that the lists show"})
+      .Run([values] { return Draw(*values); });
+}
+
+}  // namespace kvo
