@@ -39,6 +39,8 @@ class PropertyFrame final : private PropertyPageSite {
   // The page of a tab, to show its caption; it has content only after it was shown once.
   PropertyPage& Page(std::size_t tab) const { return *tabs_[tab].page; }
   std::size_t ShownTab() const { return shown_; }
+  // Whether the page was shown and could be filled.
+  bool IsFilled(std::size_t tab) const { return tabs_[tab].filled; }
   // Fills the page when it is shown for the first time, or when that failed before.
   void Show(std::size_t tab);
 

@@ -23,6 +23,12 @@ class MouseDown {
 
 }  // namespace
 
+void FormUser::Choose(ComboBox& box, std::string_view text) {
+  const auto row = std::ranges::find(box.Rows(), text, &ComboBox::Row::text);
+  if (row == box.Rows().end()) Cannot(box, "has no row \"" + std::string(text) + '"');
+  Choose(box, static_cast<int>(row - box.Rows().begin()));
+}
+
 void HeadlessUser::MustBeReachable(const FormControl& control) const {
   if (!control.IsReachable()) Cannot(control, "is disabled or does not show");
 }
@@ -255,12 +261,6 @@ void HeadlessUser::Choose(ComboBox& box, int row) {
   if (row < 0 || row >= static_cast<int>(box.Rows().size()))
     Cannot(box, "has no row " + std::to_string(row));
   FormRenderer::Choose(box, row);
-}
-
-void HeadlessUser::Choose(ComboBox& box, std::string_view text) {
-  const auto row = std::ranges::find(box.Rows(), text, &ComboBox::Row::text);
-  if (row == box.Rows().end()) Cannot(box, "has no row \"" + std::string(text) + '"');
-  Choose(box, static_cast<int>(row - box.Rows().begin()));
 }
 
 void HeadlessUser::SelectTab(TabControl& tabs, std::size_t tab) {

@@ -1,73 +1,38 @@
 // A user without eyes: acts on a form as a person does at real widgets, key by key and click by
-// click. Drives forms in tests and scripts.
+// click, where no widgets are. Drives forms in tests and scripts.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "common/FormRenderer.h"
+#include "host/headless/FormUser.h"
 #include "host/headless/HeadlessPlatform.h"
 
 namespace kvo {
 
-// What a person could not have done either: the control is hidden or disabled, is no such row, ...
-class CannotDo : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-enum class Key {
-  tab,
-  shiftTab,
-  enter,
-  escape,
-  space,
-  backspace,
-  del,
-  home,
-  end,
-  left,
-  right,
-  up,
-  down,
-  selectAll,
-};
-
-// What the page's events throw comes out of the action that raised them.
-class HeadlessUser final : public FormRenderer {
+class HeadlessUser final : public FormUser, public FormRenderer {
  public:
   // The platform is the one that the program runs on; its mouse button goes down with a click.
   HeadlessUser(HeadlessPlatform& platform, Form& form) : FormRenderer(form), platform_(platform) {}
 
-  // --- focus ---
-  // As the tab key does it, straight to the control.
-  void FocusByKeyboard(FormControl& control);
-  // A click into the box, which puts the caret behind that many characters.
-  void ClickInto(EditBox& box, std::size_t caret);
-
-  // --- keyboard, at the focused control ---
-  // Each character by itself; CR LF and LF are the enter key.
-  void Type(std::string_view text);
-  void Press(Key key);
-
-  // --- mouse ---
-  void Click(FormControl& control);
-  void DoubleClick(Grid& grid, std::size_t row);
-  void Choose(ComboBox& box, int row);
-  // By what the row shows.
-  void Choose(ComboBox& box, std::string_view text);
-  void SelectTab(TabControl& tabs, std::size_t tab);
-  void SelectRows(Grid& grid, std::vector<std::size_t> rows);
-  void SelectItem(PropertyGridItem& item);
-  void ClickButton(PropertyGridItem& item);
-  void Choose(PropertyGridItem& item, std::string_view choice);
-  void CloseWindow();
-
-  // Time goes by for a running timer.
-  void Tick(Timer& timer);
+  void FocusByKeyboard(FormControl& control) override;
+  void ClickInto(EditBox& box, std::size_t caret) override;
+  void Type(std::string_view text) override;
+  void Press(Key key) override;
+  void Click(FormControl& control) override;
+  void DoubleClick(Grid& grid, std::size_t row) override;
+  using FormUser::Choose;
+  void Choose(ComboBox& box, int row) override;
+  void SelectTab(TabControl& tabs, std::size_t tab) override;
+  void SelectRows(Grid& grid, std::vector<std::size_t> rows) override;
+  void SelectItem(PropertyGridItem& item) override;
+  void ClickButton(PropertyGridItem& item) override;
+  void Choose(PropertyGridItem& item, std::string_view choice) override;
+  void CloseWindow() override;
+  void Tick(Timer& timer) override;
 
   // What the form told its renderer, in order.
   struct Seen {

@@ -1,0 +1,201 @@
+// The scripted conversations of tests/pages/scripts, and the runner itself.
+#include "host/headless/PageScript.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "host/registration/classes.h"
+#include "tests/forms/FakeRecordset.h"
+#include "tests/pages/FakeOffice.h"
+#include "tests/pages/PageTest.h"
+
+namespace kvo {
+namespace {
+
+// A stage with an office and a shop that scripts furnish by commands of their own:
+//   contact-field SQLNAME "Name" TYPE     order-field SQLNAME "Name" TYPE
+//   product NUMBER "Name" "Description"   connection open|closed|broken
+class Theatre {
+ public:
+  Theatre() {
+    office_->connection = connection_;
+    platform.recordsets = [this] { return std::make_shared<FakeRecordset>(table_); };
+    stage.newControl = [](std::string_view name) -> std::shared_ptr<Control> {
+      const RegisteredControl* registered = FindControlByName(name);
+      return registered == nullptr ? nullptr : registered->contract().create();
+    };
+    stage.office = office_;
+    stage.command = [this](std::span<const std::string> words) { return Command(words); };
+  }
+
+  ScriptOutcome Run(std::string_view script) { return RunPageScript(stage, script); }
+
+  HeadlessPlatform platform;
+  PlatformScope scope{platform};
+  ScriptStage stage{.platform = platform,
+                    .pages = CreatePage,
+                    .newControl = {},
+                    .office = {},
+                    .controls = {},
+                    .user = {},
+                    .command = {}};
+
+ private:
+  bool Command(std::span<const std::string> words) {
+    if (words[0] == "contact-field" && words.size() == 4) {
+      office_->contactFields.push_back({words[1], words[2], std::stoi(words[3])});
+    } else if (words[0] == "order-field" && words.size() == 4) {
+      office_->orderFields.push_back({words[1], words[2], std::stoi(words[3])});
+    } else if (words[0] == "product" && words.size() == 4) {
+      table_.rows.push_back({{"ProductNo", words[1]}, {"Desc1", words[2]}, {"Desc2", words[3]}});
+    } else if (words[0] == "connection" && words.size() == 2) {
+      connection_->state = words[1] == "closed" ? 0 : 1;
+      table_.gone = words[1] == "broken";
+    } else {
+      return false;
+    }
+    return true;
+  }
+
+  FakeTable table_;
+  std::shared_ptr<FakeConnection> connection_ = std::make_shared<FakeConnection>();
+  std::shared_ptr<FakeOffice> office_ = std::make_shared<FakeOffice>();
+};
+
+std::filesystem::path ScriptFolder() {
+  return std::filesystem::path(KVO_SOURCE_DIR) / "tests/pages/scripts";
+}
+
+std::vector<std::string> ScriptNames() {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(ScriptFolder()))
+    if (entry.path().extension() == ".txt") names.push_back(entry.path().stem().string());
+  std::ranges::sort(names);
+  return names;
+}
+
+class Conversation : public testing::TestWithParam<std::string> {};
+
+TEST_P(Conversation, GoesAsWritten) {
+  std::ifstream file(ScriptFolder() / (GetParam() + ".txt"));
+  std::stringstream text;
+  text << file.rdbuf();
+  ASSERT_FALSE(text.str().empty());
+  Theatre theatre;
+  const ScriptOutcome outcome = theatre.Run(text.str());
+  if (outcome.failure)
+    FAIL() << GetParam() << ".txt:" << outcome.failure->line << ": " << outcome.failure->english;
+}
+
+INSTANTIATE_TEST_SUITE_P(Scripts, Conversation, testing::ValuesIn(ScriptNames()),
+                         [](const auto& parameter) { return parameter.param; });
+
+TEST(PageScript, ThereIsAConversationForEveryPageAndTheDialog) {
+  const auto names = ScriptNames();
+  for (const RegisteredPage& page : RegisteredPages())
+    EXPECT_TRUE(std::ranges::binary_search(names, page.name)) << page.name;
+  EXPECT_TRUE(std::ranges::binary_search(names, "frmExpressionBuilder"));
+}
+
+// A script that has to stop: the line, and a piece of the message.
+struct Stopping {
+  std::string script;
+  std::size_t line;
+  std::string message;
+};
+
+TEST(PageScript, StopsAtTheLineThatIsWrongAndSaysWhatIs) {
+  const Stopping cases[] = {
+      {"\n\ntanze", 3, "There is no command \"tanze\"."},
+      {"open preis", 1, "There is no control \"preis\"."},
+      {"control a DTCNichts", 1, "There is no class \"DTCNichts\"."},
+      {"control a", 1, "\"control\" has too many or too few words."},
+      {"bag value \"x\"", 1, "\"bag\" stands only behind \"control\"."},
+      {"control a DTCPrint\nopen a\ntype \"x", 3, "The quote is not closed."},
+      {"control a DTCPrint\nopen a\ntype \"\\x\"", 3, "is followed by n, r, t, 0"},
+      {"control a DTCPrint\nopen a\ntype x", 3, "nothing has the keyboard focus"},
+      {"control a DTCPrint\nopen a\nfocus txtNichts", 3, "There is no \"txtNichts\" on the page."},
+      {"control a DTCPrint\nopen a\nfocus lblPrintInfo", 3, "lblPrintInfo: takes no focus"},
+      {"control a DTCPrint\nopen a\nchoose txtValue x", 3, "is not of the right kind for this"},
+      {"control a DTCPrint\nopen a\npress any-key", 3, "There is no key \"any-key\"."},
+      {"control a DTCPrint\nopen a\nexpect txtValue text \"x\"", 3,
+       "Expected is \"x\", found \"\"."},
+      {"control a DTCPrint\nopen a\nexpect txtValue height 3", 3, "has no value \"height\""},
+      {"control a DTCPrint\nopen a\nexpect bag a namespace \"kv\"", 3, "is not stored"},
+      {"control a DTCPrint\nopen a\nexpect bag a value", 3, "is stored, as \"\""},
+      {"control a DTCPrint\nopen a\nok\napply", 4, "No page is open"},
+      {"control a DTCPrint\nopen a\nfails 13 apply", 3, "should have failed with error 13"},
+      {"control a DTCConfig\nopen a", 2, "\"a\" has no property pages."},
+      {"control a DTCPrint\nopen a\npage propNichts", 3, "Error 429"},
+      {"control a DTCPrint\nopen a\npage propUnsubGeneral", 3, "Error 438"},
+      {"control a DTCElement\nbag opening-tag-only vielleicht\nopen a", 3, "Error 13"},
+      {"control a DTCElement\nbag opening-tag-only vielleicht", 2, "Error 13"},
+      {"reopen", 1, "Nothing was open yet."},
+  };
+  for (const Stopping& stopping : cases) {
+    SCOPED_TRACE(stopping.script);
+    Theatre theatre;
+    const ScriptOutcome outcome = theatre.Run(stopping.script);
+    ASSERT_TRUE(outcome.failure);
+    EXPECT_EQ(outcome.failure->line, stopping.line);
+    EXPECT_NE(outcome.failure->english.find(stopping.message), std::string::npos)
+        << outcome.failure->english;
+    EXPECT_FALSE(outcome.failure->german.empty());
+    EXPECT_EQ(outcome.failure->In(Language::german), outcome.failure->german);
+  }
+}
+
+TEST(PageScript, AnswersWithTheStateOfThePagesThatWereShown) {
+  Theatre theatre;
+  const ScriptOutcome outcome = theatre.Run(
+      "control a DTCPrint\n"
+      "bag format \"hh:mm\"\n"
+      "open a\n"
+      "page propGeneralFormat\n");
+  ASSERT_FALSE(outcome.failure) << outcome.failure->english;
+  EXPECT_EQ(outcome.frameOpen, true);
+  EXPECT_TRUE(outcome.canApply);
+  ASSERT_EQ(outcome.pages.size(), 2U);
+  EXPECT_EQ(outcome.pages[1].className, "propGeneralFormat");
+  EXPECT_EQ(outcome.pages[1].caption, "Datenformat");
+  EXPECT_TRUE(outcome.pages[1].filled);
+  EXPECT_TRUE(outcome.pages[1].changed);
+  const auto& controls = outcome.pages[1].controls;
+  ASSERT_FALSE(controls.empty());
+  EXPECT_EQ(controls[0].kind, "comboBox");
+  EXPECT_EQ(controls[0].name, "cboFormat");
+  EXPECT_EQ(*controls[0].Find("text"), StateValue(std::string("Uhrzeit (16:09)")));
+  EXPECT_EQ(*controls[0].Find("choice"), StateValue(6));
+  EXPECT_EQ(*controls[0].Find("enabled"), StateValue(true));
+}
+
+TEST(PageScript, ControlsOfTheStageKeepWhatTheScriptDid) {
+  Theatre theatre;
+  const auto control = theatre.stage.newControl("DTCPrint");
+  theatre.stage.controls["preis"] = control;
+  const ScriptOutcome outcome = theatre.Run("open preis\nfocus txtValue\ntype \"neu\"\nok\n");
+  ASSERT_FALSE(outcome.failure) << outcome.failure->english;
+  EXPECT_EQ(ToText(control->Get("Value")), "neu");
+  EXPECT_EQ(outcome.frameOpen, false);
+}
+
+TEST(PageScript, WithoutAnOpenFrameThereIsNoState) {
+  Theatre theatre;
+  const ScriptOutcome outcome = theatre.Run("# nur ein Kommentar\n");
+  EXPECT_FALSE(outcome.failure);
+  EXPECT_FALSE(outcome.frameOpen);
+  EXPECT_TRUE(outcome.pages.empty());
+}
+
+TEST(PageScript, ADialogThatTheScriptLeavesOpenIsClosed) {
+  Theatre theatre;
+  const ScriptOutcome outcome =
+      theatre.Run("control a DTCIf\nopen a\nclick cmdShowExpressionBuilder\n");
+  EXPECT_FALSE(outcome.failure);
+  EXPECT_EQ(outcome.pages.size(), 1U);
+}
+
+}  // namespace
+}  // namespace kvo
