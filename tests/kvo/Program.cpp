@@ -50,6 +50,11 @@ Program::~Program() {
 
 Result Program::Kvo(const std::vector<std::string>& arguments, const std::string& input,
                     const std::map<std::string, std::string>& environment) const {
+  return Finish(Start(arguments, input, environment));
+}
+
+pid_t Program::Start(const std::vector<std::string>& arguments, const std::string& input,
+                     const std::map<std::string, std::string>& environment) const {
   const auto in = folder_ / "in";
   const auto out = folder_ / "out";
   const auto err = folder_ / "err";
@@ -70,10 +75,14 @@ Result Program::Kvo(const std::vector<std::string>& arguments, const std::string
     execv(KVO_PROGRAM, pointers.data());
     _exit(127);
   }
+  return child;
+}
+
+Result Program::Finish(pid_t child) const {
   int status = 0;
   waitpid(child, &status, 0);
   const int code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-  return {code, ReadAll(out), ReadAll(err)};
+  return {code, ReadAll(folder_ / "out"), ReadAll(folder_ / "err")};
 }
 
 Result Program::KvoGerman(const std::vector<std::string>& arguments,

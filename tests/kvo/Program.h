@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sys/types.h>
 
 #include <filesystem>
 #include <map>
@@ -27,6 +28,12 @@ class Program : public ::testing::Test {
              const std::map<std::string, std::string>& environment = {}) const;
   // The same in German.
   Result KvoGerman(const std::vector<std::string>& arguments, const std::string& input = "") const;
+
+  // Starts the program and does not wait for it.
+  pid_t Start(const std::vector<std::string>& arguments, const std::string& input = "",
+              const std::map<std::string, std::string>& environment = {}) const;
+  // Waits for it and collects what it said.
+  Result Finish(pid_t child) const;
 
   void Write(const std::string& file, const std::string& bytes) const;
   std::string Read(const std::string& file) const;

@@ -1,0 +1,55 @@
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <thread>
+
+#include "tests/kvo/Program.h"
+
+namespace kvo::test {
+namespace {
+
+// A page that comes through a pipe, so that the test decides when it is there.
+class PipedPage : public Program {
+ protected:
+  PipedPage() { EXPECT_EQ(mkfifo(PipeName().c_str(), 0600), 0); }
+
+  std::string PipeName() const { return (Folder() / "work" / "pipe.html").string(); }
+  // Returns as soon as the program has opened the page.
+  int OpenPipe() const { return open(PipeName().c_str(), O_WRONLY); }
+};
+
+TEST_F(PipedPage, InterruptionLeavesTheTargetAsItWas) {
+  Write("x.html", "old");
+  const pid_t kvo = Start({"save", "pipe.html", "-o", "x.html"});
+  const int pipe = OpenPipe();
+  const std::string half = PrintElement("x").substr(0, 40);
+  ASSERT_EQ(write(pipe, half.data(), half.size()), static_cast<ssize_t>(half.size()));
+  kill(kvo, SIGINT);
+  EXPECT_EQ(Finish(kvo).code, 128 + SIGINT);
+  close(pipe);
+  EXPECT_EQ(Read("x.html"), "old");
+  EXPECT_EQ(Files(), (std::vector<std::string>{"pipe.html", "x.html"}));
+}
+
+TEST_F(PipedPage, RunThatTakesLongTellsHowFarItIs) {
+  Write("x.html", "<p>");
+  const pid_t kvo = Start({"check", "pipe.html", "x.html"});
+  const int pipe = OpenPipe();
+  std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+  close(pipe);
+  const Result result = Finish(kvo);
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.err, "kvo: 2 of 2: x.html\n");
+  EXPECT_EQ(result.out, "");
+}
+
+TEST_F(Program, QuickRunTellsNothingAboutItsProgress) {
+  Write("x.html", "<p>");
+  EXPECT_EQ(Kvo({"check", "x.html", "x.html"}).err, "");
+}
+
+}  // namespace
+}  // namespace kvo::test
