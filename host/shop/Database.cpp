@@ -130,6 +130,9 @@ ErrorNumber NumberOf(const soci::sqlite3_soci_error& error, bool opening) {
 struct Database::Session {
   soci::session soci;
 
+  // What has to run together with the reading of a page.
+  std::string beforePage{};
+
   // Of a database without paging: where the records are just being read.
   std::unique_ptr<Reader> forward{};
   std::string forwardStatement{};
@@ -165,6 +168,8 @@ void Database::Prepare() {
         session_->device = status.st_dev;
         session_->file = status.st_ino;
       }
+      // The way to a page leads over pages that nobody needs again.
+      session << "PRAGMA cache_size = -256";  // in KiB
       // The file has not been looked at yet; this does.
       Reader(session, "PRAGMA schema_version", 1).Next();
       break;
@@ -176,16 +181,13 @@ void Database::Prepare() {
              "set_config('client_encoding', 'UTF8', false)",
              2)
           .Next();
-      // Without an ORDER BY the records come as the table holds them, each time from its start and
-      // read by one process, so that pages fit together.
+      // Without an ORDER BY the records come as the table holds them: each time from its start and
+      // read by one process, so that pages fit together. Counting may be done by several.
       try {
-        Reader(session,
-               "SELECT set_config('synchronize_seqscans', 'off', false), "
-               "set_config('max_parallel_workers_per_gather', '0', false)",
-               2)
-            .Next();
+        Reader(session, "SELECT set_config('synchronize_seqscans', 'off', false)", 1).Next();
+        session_->beforePage = "SET LOCAL max_parallel_workers_per_gather = 0;\n";
       } catch (const soci::soci_error&) {
-        // A server that speaks the protocol but is another one may not know these.
+        // A server that speaks the protocol but is another one may not know this.
       }
       break;
     case Kind::mysql:
@@ -268,7 +270,7 @@ void Database::FindPaging(const Statement& statement, const std::vector<Column>&
 
 std::string Database::PageStatement(const Statement& statement, const std::vector<Column>& columns,
                                     std::int64_t first, std::int64_t count) const {
-  const std::string page = statement.Page(*paging_, first, count);
+  const std::string page = session_->beforePage + statement.Page(*paging_, first, count);
   if (address_.kind != Kind::sqlite3) return page;
   // SOCI reads a value by the declared type of its column and cuts what does not fit, so a file,
   // where any value can stand in any column, is asked for texts.
