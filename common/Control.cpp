@@ -19,11 +19,14 @@ const BagKey* ControlClass::FindKey(std::string_view key) const {
 
 void Control::ReadProperties(PropertyBag& propertyBag) {
   const ControlClass& contract = Class();
-  Variant value;  // one for all keys, so that its memory is reused
+  BagValue value;
   for (const BagKey& row : contract.bag) {
     try {
       propertyBag.ReadProperty(row.key, row.readDefault, value);
-      row.way.in(*this, std::move(value));
+      if (row.way.in != nullptr)
+        row.way.in(*this, value.Take());
+      else
+        row.way.inText(*this, value.Text());
     } catch (const std::exception&) {
       if (contract.readFailure == ReadFailure::endsLoad) throw;
       // The key is skipped: its property keeps the value that it had.

@@ -26,15 +26,17 @@ struct PropertyRow {
   int id;  // dispatch id: positive, unique in its class, never reused
   PropertyType type;
   Variant (*get)(const Control&);
-  void (*let)(Control&, Variant&&);  // converts as an assignment does
+  void (*let)(Control&, Variant&&);             // converts as an assignment does
+  void (*letText)(Control&, std::string_view);  // the same for a text; nullptr: `let` converts it
   // The value as text; `scratch` holds it where the control itself does not.
   std::string_view (*text)(const Control&, std::string& scratch);
 };
 
 // How a key's value gets into the control and out of it.
 struct BagWay {
-  void (*in)(Control&, Variant&& stored);
+  void (*in)(Control&, Variant&& stored);  // nullptr: any value goes in as a text
   std::string_view (*out)(const Control&, std::string& scratch);
+  void (*inText)(Control&, std::string_view stored) = nullptr;
 };
 
 struct BagKey {
@@ -69,6 +71,18 @@ T Convert(Variant&& value) {
   if constexpr (std::same_as<T, ObjectRef>) return value.IsEmpty() ? nullptr : ToObject(value);
 }
 
+// How a text is assigned to a property of type T; none for the types that convert it.
+template <class T, class Class, class Setter>
+constexpr auto LetText() -> void (*)(Control&, std::string_view) {
+  if constexpr (std::same_as<T, std::string>) {
+    return [](Control& control, std::string_view text) {
+      Setter{}(static_cast<Class&>(control), std::string(text));
+    };
+  } else {
+    return nullptr;
+  }
+}
+
 // Accessors are handed over as captureless lambdas, so that a row is made of plain functions.
 template <class Class, class Getter, class Setter>
 constexpr PropertyRow Row(std::string_view name, int id, Getter, Setter) {
@@ -84,6 +98,7 @@ constexpr PropertyRow Row(std::string_view name, int id, Getter, Setter) {
       [](Control& control, Variant&& value) {
         Setter{}(static_cast<Class&>(control), Convert<T>(std::move(value)));
       },
+      LetText<T, Class, Setter>(),
       [](const Control& control, std::string& scratch) -> std::string_view {
         if constexpr (std::same_as<Returned, const std::string&>) {
           return Getter{}(static_cast<const Class&>(control));
@@ -125,7 +140,7 @@ consteval const PropertyRow& Find(std::span<const PropertyRow> properties, std::
 // In through the property's setter and out through its getter.
 consteval BagWay Through(std::span<const PropertyRow> properties, std::string_view name) {
   const PropertyRow& row = property_table::Find(properties, name);
-  return {row.let, row.text};
+  return {row.letText == nullptr ? row.let : nullptr, row.text, row.letText};
 }
 
 // The held member as it stands.
@@ -136,24 +151,24 @@ std::string_view Held(const Control& control, std::string&) {
 
 // Straight into the held member, past the setter, and straight out of it.
 template <auto member>
-inline constexpr BagWay kDirect = {[](Control& control, Variant&& stored) {
-                                     static_cast<property_table::Owner<member>&>(control).*member =
-                                         ToText(std::move(stored));
-                                   },
-                                   &Held<member>};
+inline constexpr BagWay kDirect = {
+    nullptr, &Held<member>, [](Control& control, std::string_view stored) {
+      static_cast<property_table::Owner<member>&>(control).*member = stored;
+    }};
 
 // As kDirect, but without the blanks and line breaks around the stored text.
 template <auto member>
-inline constexpr BagWay kDirectTrimmed = {[](Control& control, Variant&& stored) {
-                                            static_cast<property_table::Owner<member>&>(control).*
-                                                member = TrimCrLf(ToText(std::move(stored)));
-                                          },
-                                          &Held<member>};
+inline constexpr BagWay kDirectTrimmed = {
+    nullptr, &Held<member>, [](Control& control, std::string_view stored) {
+      static_cast<property_table::Owner<member>&>(control).*member = TrimCrLf(std::string(stored));
+    }};
 
 // In through the property's setter, but out of the held member, which differs from the getter.
 template <auto member>
 consteval BagWay InThrough(std::span<const PropertyRow> properties, std::string_view name) {
-  return {property_table::Find(properties, name).let, &Held<member>};
+  BagWay way = Through(properties, name);
+  way.out = &Held<member>;
+  return way;
 }
 
 }  // namespace kvo

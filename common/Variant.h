@@ -29,15 +29,6 @@ class Variant {
   requires std::is_pointer_v<Pointer> Variant(Pointer)
   = delete;  // no pointer silently becomes a flag
 
-  // Becomes a text, in the memory that a text held before takes up.
-  void AssignText(std::string_view text) {
-    if (std::string* held = If<std::string>()) {
-      *held = text;
-    } else {
-      held_ = std::string(text);
-    }
-  }
-
   bool IsEmpty() const { return std::holds_alternative<std::monostate>(held_); }
 
   // The held value, or nullptr when another kind is held. No conversion.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 
 #include "common/Ascii.h"
 #include "common/Suggest.h"
@@ -16,11 +17,24 @@ namespace {
 constexpr auto npos = std::string_view::npos;
 constexpr std::size_t kObjectTag = std::string_view("<object").size();
 // How we write it ourselves.
-constexpr std::string_view kPlainClassId = " classid=\"";
-constexpr std::string_view kPlainParamName = "<param name=\"";
-constexpr std::string_view kPlainParamValue = "\" value=\"";
-constexpr std::string_view kPlainParamEnd = "\">";
-constexpr std::string_view kPlainElementEnd = "</object>";
+constexpr char kPlainClassId[] = " classid=\"";
+constexpr char kPlainId[] = " id=\"";
+constexpr char kPlainParamName[] = "<param name=\"";
+constexpr char kPlainParamValue[] = "\" value=\"";
+constexpr char kPlainTagEnd[] = "\">";
+constexpr char kPlainElementEnd[] = "</object>";
+
+template <std::size_t size>
+constexpr std::size_t LengthOf(const char (&)[size]) {
+  return size - 1;
+}
+
+// The comparison is compiled in place.
+template <std::size_t size>
+bool HasAt(std::string_view text, std::size_t at, const char (&literal)[size]) {
+  return text.size() >= at + LengthOf(literal) &&
+         std::memcmp(text.data() + at, literal, LengthOf(literal)) == 0;
+}
 
 constexpr std::size_t kParamTag = std::string_view("<param").size();
 
@@ -196,8 +210,11 @@ bool ControlReader::ReadElement(std::size_t& at) {
                              ReadControl::kNoParam);
   nextKey_ = 0;
   if (!isFirst) tag = TagReader(page_, begin + kObjectTag);
-  ReadAttributes(tag, isFirst);
   at = tag.Position();
+  if (!isFirst || !ReadPlainId(at)) {
+    ReadAttributes(tag, isFirst);
+    at = tag.Position();
+  }
   if (control_.contract == nullptr)
     Fail(begin, rule::unknownClass,
          messages::UnknownClass(control_.className, NearestClass(control_.className)));
@@ -206,11 +223,11 @@ bool ControlReader::ReadElement(std::size_t& at) {
 
 // The class is mostly that of the control before, and stands first.
 std::size_t ControlReader::EndOfKnownClassId(std::size_t at) const {
-  const std::size_t value = at + kPlainClassId.size();
+  if (lastContract_ == nullptr || !HasAt(page_, at, kPlainClassId)) return npos;
+  const std::size_t value = at + LengthOf(kPlainClassId);
   const std::size_t end = value + lastClassId_.size();
-  const bool same = lastContract_ != nullptr && end < page_.size() && page_[end] == '"' &&
-                    page_.compare(value, lastClassId_.size(), lastClassId_) == 0 &&
-                    page_.compare(at, kPlainClassId.size(), kPlainClassId) == 0;
+  const bool same = end < page_.size() && page_[end] == '"' &&
+                    std::memcmp(page_.data() + value, lastClassId_.data(), end - value) == 0;
   return same ? end + 1 : npos;
 }
 
@@ -233,6 +250,16 @@ bool ControlReader::ReadClass(const RawAttribute& classId) {
   control_.className = Decoded(classId);
   const std::size_t dot = control_.className.find('.');
   control_.className.remove_prefix(dot == npos ? control_.className.size() : dot + 1);
+  return true;
+}
+
+bool ControlReader::ReadPlainId(std::size_t& at) {
+  if (!HasAt(page_, at, kPlainId)) return false;
+  const std::size_t value = at + LengthOf(kPlainId);
+  const std::size_t end = EndOfPlainText(page_, value);
+  if (!HasAt(page_, end, kPlainTagEnd)) return false;
+  control_.id = page_.substr(value, end - value);
+  at = end + LengthOf(kPlainTagEnd);
   return true;
 }
 
@@ -279,8 +306,8 @@ bool ControlReader::ReadParams(std::size_t& at) {
       continue;
     }
     if (ReadPlainParam(at)) continue;
-    if (page_.compare(at, kPlainElementEnd.size(), kPlainElementEnd) == 0) {
-      at += kPlainElementEnd.size();
+    if (HasAt(page_, at, kPlainElementEnd)) {
+      at += LengthOf(kPlainElementEnd);
       return true;
     }
     if (IsTagAt(page_, at, "<", "param")) {
@@ -324,16 +351,15 @@ bool ControlReader::ReadParams(std::size_t& at) {
 }
 
 bool ControlReader::ReadPlainParam(std::size_t& at) {
-  if (page_.compare(at, kPlainParamName.size(), kPlainParamName) != 0) return false;
-  const std::size_t key = at + kPlainParamName.size();
+  if (!HasAt(page_, at, kPlainParamName)) return false;
+  const std::size_t key = at + LengthOf(kPlainParamName);
   const std::size_t keyEnd = EndOfPlainText(page_, key);
-  if (keyEnd == key || page_.compare(keyEnd, kPlainParamValue.size(), kPlainParamValue) != 0)
-    return false;
-  const std::size_t value = keyEnd + kPlainParamValue.size();
+  if (keyEnd == key || !HasAt(page_, keyEnd, kPlainParamValue)) return false;
+  const std::size_t value = keyEnd + LengthOf(kPlainParamValue);
   const std::size_t valueEnd = EndOfPlainText(page_, value);
-  if (page_.compare(valueEnd, kPlainParamEnd.size(), kPlainParamEnd) != 0) return false;
+  if (!HasAt(page_, valueEnd, kPlainTagEnd)) return false;
   const std::size_t begin = at;
-  at = valueEnd + kPlainParamEnd.size();
+  at = valueEnd + LengthOf(kPlainTagEnd);
   AddParam(begin, page_.substr(key, keyEnd - key), page_.substr(value, valueEnd - value));
   return true;
 }

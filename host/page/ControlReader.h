@@ -85,6 +85,8 @@ class ControlReader {
   bool ReadClass(const RawAttribute& classId);
   // Behind a plain classid of the same class as before; npos when there is none at `at`.
   std::size_t EndOfKnownClassId(std::size_t at) const;
+  // The rest of a start tag as we write it, when the id is all that is left of it.
+  bool ReadPlainId(std::size_t& at);
   void ReadAttributes(TagReader& tag, bool classIdSeen);
   void CheckAttributeNames(std::size_t at);
   // Answers whether "</object>" was found.

@@ -80,13 +80,20 @@ void AppendMarkup(char c, bool besideDash, std::string& page) {
   }
 }
 
+// How much of the value goes into an attribute as it stands.
+std::size_t PlainPrefix(std::string_view value) {
+  std::size_t at = 0;
+  while (at < value.size() && kPlain[static_cast<unsigned char>(value[at])]) ++at;
+  return at;
+}
+
 }  // namespace
 
 std::optional<Unwritable> AppendAttributeValue(std::string_view value, const PageEncoding& encoding,
                                                std::string& page) {
   std::size_t copied = 0;
   for (std::size_t at = 0;;) {
-    while (at < value.size() && kPlain[static_cast<unsigned char>(value[at])]) ++at;
+    at += PlainPrefix(value.substr(at));
     page.append(value.data() + copied, at - copied);
     if (at == value.size()) return std::nullopt;
     if (static_cast<unsigned char>(value[at]) < 0x80) {
@@ -177,6 +184,10 @@ void ElementWriter::BeginParam(std::string_view key) {
 }
 
 void ElementWriter::Value(std::string_view value) {
+  if (PlainPrefix(value) == value.size()) {
+    text_ += value;
+    return;
+  }
   if (auto failure = AppendAttributeValue(value, encoding_, text_); failure && !failure_)
     failure_ = std::move(failure);
 }

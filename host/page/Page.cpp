@@ -1,5 +1,6 @@
 #include "host/page/Page.h"
 
+#include <cstring>
 #include <initializer_list>
 #include <unordered_set>
 #include <utility>
@@ -25,22 +26,27 @@ class FoundBag final : public PropertyBag {
  public:
   explicit FoundBag(const ReadControl& control) : control_(control) {}
 
-  // The value that the class reads for a row of its bag.
-  std::string_view Effective(std::size_t row) const {
+  // Whether the class reads this value for a row of its bag.
+  bool Reads(std::size_t row, std::string_view value) const {
     const std::size_t param = control_.paramOfKey[row];
-    return param == ReadControl::kNoParam ? control_.contract->bag[row].readDefault
-                                          : control_.params[param].value;
+    return value == (param == ReadControl::kNoParam ? control_.contract->bag[row].readDefault
+                                                    : control_.params[param].value);
+  }
+  // Whether it reads its default.
+  bool ReadsDefault(std::size_t row) const {
+    return control_.paramOfKey[row] == ReadControl::kNoParam ||
+           Reads(row, control_.contract->bag[row].readDefault);
   }
 
  protected:
-  bool Find(std::string_view key, Variant& value) override {
+  bool Find(std::string_view key, BagValue& value) override {
     // A class reads its keys in the order of its rows.
     const auto rows = control_.contract->bag;
     while (next_ < rows.size() && !IsKey(rows[next_], key)) ++next_;
     if (next_ == rows.size()) return false;
     const std::size_t param = control_.paramOfKey[next_++];
     if (param == ReadControl::kNoParam) return false;
-    value.AssignText(control_.params[param].value);
+    value.Set(control_.params[param].value);
     return true;
   }
   void Store(std::string_view, std::string_view) override {}
@@ -64,14 +70,14 @@ class WrittenBag final : public PropertyBag {
   }
 
  protected:
-  bool Find(std::string_view, Variant&) override { return false; }
+  bool Find(std::string_view, BagValue&) override { return false; }
   void Store(std::string_view key, std::string_view value) override {
     std::size_t row = next_;
     while (row < rows_.size() && !IsKey(rows_[row], key)) ++row;
     SkipTo(row);
     if (row == rows_.size()) return element_.Param(key, value);
     element_.Param(row, value);
-    if (found_.Effective(row) != value) same_ = false;
+    if (!found_.Reads(row, value)) same_ = false;
     next_ = row + 1;
   }
 
@@ -79,7 +85,7 @@ class WrittenBag final : public PropertyBag {
   // The rows before this one were not stored.
   void SkipTo(std::size_t row) {
     for (; next_ < row; ++next_)
-      if (found_.Effective(next_) != rows_[next_].readDefault) same_ = false;
+      if (!found_.ReadsDefault(next_)) same_ = false;
   }
 
   std::span<const BagKey> rows_;
@@ -96,9 +102,16 @@ class PageCopy {
 
   // Parts are replaced in the order of the page.
   void Replace(std::size_t begin, std::size_t end, std::initializer_list<std::string_view> pieces) {
-    if (Consists(page_.substr(begin, end - begin), pieces)) return;
+    std::size_t size = 0;
+    for (const std::string_view piece : pieces) size += piece.size();
+    if (size == end - begin && Consists(page_.data() + begin, pieces)) return;
     Append(page_.substr(copied_, begin - copied_));
-    for (const std::string_view piece : pieces) Append(piece);
+    if (size > kBuffer / 2) {
+      for (const std::string_view piece : pieces) Append(piece);
+    } else {
+      if (size > kBuffer - used_) Flush();
+      for (const std::string_view piece : pieces) Copy(piece);
+    }
     copied_ = end;
   }
   void Finish() {
@@ -110,34 +123,37 @@ class PageCopy {
  private:
   static constexpr std::size_t kBuffer = 1 << 16;
 
-  static bool Consists(std::string_view part, std::initializer_list<std::string_view> pieces) {
-    std::size_t size = 0;
-    for (const std::string_view piece : pieces) size += piece.size();
-    if (part.size() != size) return false;
+  static bool Consists(const char* part, std::initializer_list<std::string_view> pieces) {
     for (const std::string_view piece : pieces) {
-      if (!part.starts_with(piece)) return false;
-      part.remove_prefix(piece.size());
+      if (std::memcmp(part, piece.data(), piece.size()) != 0) return false;
+      part += piece.size();
     }
     return true;
   }
 
   void Append(std::string_view piece) {
-    if (buffer_.size() + piece.size() > kBuffer) Flush();
+    if (piece.size() > kBuffer - used_) Flush();
     if (piece.size() > kBuffer / 2) {
       sink_.append(piece);
     } else {
-      buffer_ += piece;
+      Copy(piece);
     }
   }
+  // There must be room.
+  void Copy(std::string_view piece) {
+    std::memcpy(buffer_.get() + used_, piece.data(), piece.size());
+    used_ += piece.size();
+  }
   void Flush() {
-    if (!buffer_.empty()) sink_.append(buffer_);
-    buffer_.clear();
+    if (used_ != 0) sink_.append({buffer_.get(), used_});
+    used_ = 0;
   }
 
   std::string_view page_;
   Sink& sink_;
   std::size_t copied_ = 0;
-  std::string buffer_;
+  std::unique_ptr<char[]> buffer_{new char[kBuffer]};
+  std::size_t used_ = 0;
 };
 
 struct WriteOptions : SaveOptions {

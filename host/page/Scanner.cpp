@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstdint>
 #include <cstring>
 
 #if defined(__SSE2__)
@@ -23,6 +24,7 @@ enum : unsigned char {
   kQuotedStop = 16,  // quotes: may end a value
   kSpecial = 32,     // see RawAttribute::special
   kNul = 64,
+  kStructure = 128,  // see Structure
 };
 
 constexpr std::array<unsigned char, 256> kMeaning = [] {
@@ -40,6 +42,7 @@ constexpr std::array<unsigned char, 256> kMeaning = [] {
   add('\'', kQuotedStop);
   add('&', kSpecial);
   add('\0', kNul | kNameEnd | kUnquotedEnd | kQuotedStop);
+  for (const char c : {'<', '>', '=', '"', '\''}) add(c, kStructure);
   for (unsigned byte = 0x80; byte < 0x100; ++byte) meaning[byte] = kSpecial;
   return meaning;
 }();
@@ -104,22 +107,148 @@ const char* SkipAttribute(const char* at, const char* end) {
 }
 
 const char* TagNameEnd(const char* name, const char* end) {
-  return RunEnd(name, end, kTagNameEnd | kNul);
+  while (!Is(*name, kTagNameEnd | kNul)) ++name;
+  return *name == '\0' ? RunEnd(name, end, kTagNameEnd | kNul) : name;
 }
 
-// The next "<"; `end` when there is none.
-const char* FindTagStart(const char* at, const char* end) {
-  constexpr std::ptrdiff_t kNear = 64;
-  if (end - at > kNear) {
-    const char* const near = FindNear<'<'>(at, at + kNear);
-    if (near != at + kNear) return near;
-    at = near;
+// Whether a character before "=" is surely the end of an attribute's name.
+bool IsNameCharacter(char c) { return !Is(c, kNameEnd | kQuotedStop | kStructure); }
+
+// Moves behind the ">" of a tag; nullptr when the text ends first.
+[[gnu::noinline]] const char* SkipAttributes(const char* at, const char* end) {
+  for (;;) {
+    // As most tags are written: names that end at "=", values in quotes.
+    const char* const next = FindNear<'=', '>'>(at, end);
+    if (next == end) return nullptr;
+    if (*next == '>') return next + 1;
+    const char quote = next[1];
+    if (next == at || !IsNameCharacter(next[-1]) || (quote != '"' && quote != '\'')) {
+      // Anything else, one attribute at a time.
+      at = SkipAttribute(at, end);
+      if (at == nullptr) return nullptr;
+      continue;
+    }
+    at = quote == '"' ? FindNear<'"'>(next + 2, end) : FindNear<'\''>(next + 2, end);
+    if (at == end) return nullptr;
+    ++at;
   }
-  const void* const found = std::memchr(at, '<', static_cast<std::size_t>(end - at));
-  return found == nullptr ? end : static_cast<const char*>(found);
 }
 
-bool IsNameCharacter(char c) { return IsLetter(c) || (c >= '0' && c <= '9') || c == '-'; }
+// Whether a comment ends at `at`: ">" behind "--", whose dashes may be those of the start
+// ("<!-->"), or behind "--!", whose dashes may not.
+bool EndsComment(const char* body, const char* at) {
+  if (*at != '>') return false;
+  if (at[-1] == '-') return at[-2] == '-';
+  return at[-1] == '!' && at >= body + 3 && at[-2] == '-' && at[-3] == '-';
+}
+
+// The places of "<", ">", "=" and quotes, in order. They are found 64 bytes at a time, so that
+// going from one to the next does not wait for a search.
+class Structure {
+ public:
+  Structure(const char* at, const char* end) : end_(end) { GoOn(at); }
+
+  // The next place; `end` when there is none.
+  [[gnu::always_inline]] const char* Next() {
+    while (places_ == 0) {
+      if (end_ - block_ <= kBlock) return end_;
+      block_ += kBlock;
+      places_ = PlacesIn(block_);
+    }
+    const char* const at = block_ + std::countr_zero(places_);
+    places_ &= places_ - 1;
+    return at;
+  }
+
+  // The next place at or behind `at`, which is not before the last one.
+  void GoOn(const char* at) {
+    if (block_ == nullptr || at - block_ >= kBlock) {
+      block_ = at;
+      places_ = at < end_ ? PlacesIn(at) : 0;
+    } else {
+      places_ &= ~std::uint64_t{0} << static_cast<unsigned>(at - block_);
+    }
+  }
+
+  const char* End() const { return end_; }
+
+ private:
+  static constexpr std::ptrdiff_t kBlock = 64;
+
+  std::uint64_t PlacesIn(const char* at) const {
+    if (end_ - at >= kBlock) return PlacesInBlock(at);
+    std::array<char, kBlock> rest{};
+    std::memcpy(rest.data(), at, static_cast<std::size_t>(end_ - at));
+    return PlacesInBlock(rest.data());
+  }
+
+  static std::uint64_t PlacesInBlock(const char* at) {
+    std::uint64_t places = 0;
+#if defined(__SSE2__)
+    for (unsigned part = 0; part < kBlock; part += 16) {
+      const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + part));
+      const auto are = [&](char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
+      // "<" is 0x3C, "=" 0x3D, ">" 0x3E; the quotes are 0x22 and 0x27.
+      const __m128i found = _mm_or_si128(
+          _mm_or_si128(_mm_or_si128(are('<'), are('=')), _mm_or_si128(are('>'), are('"'))),
+          are('\''));
+      places |= std::uint64_t{static_cast<unsigned>(_mm_movemask_epi8(found))} << part;
+    }
+#else
+    for (unsigned i = 0; i < kBlock; ++i) places |= std::uint64_t{Is(at[i], kStructure)} << i;
+#endif
+    return places;
+  }
+
+  const char* const end_;
+  const char* block_ = nullptr;
+  std::uint64_t places_ = 0;  // in the block, those not handed out yet
+};
+
+// From the start of a tag's name behind its ">", or to the end of the text.
+[[gnu::always_inline]] inline const char* SkipTag(const char* name, Structure& structure) {
+  const char* const end = structure.End();
+  const char* place = structure.Next();
+  if (place == end) return end;
+  if (*place == '>') return place + 1;
+  const char* at = TagNameEnd(name, end);  // behind the last attribute
+  while (place < at) place = structure.Next();
+  for (;; place = structure.Next()) {
+    if (place == end) return end;
+    if (*place == '>') return place + 1;
+    if (*place == '<') continue;
+    // As most attributes are written: a name that ends at "=", a value in quotes.
+    const char quote = place[1];
+    if (*place != '=' || place == at || !IsNameCharacter(place[-1]) ||
+        (quote != '"' && quote != '\''))
+      break;
+    structure.Next();
+    do place = structure.Next();
+    while (place != end && *place != quote);
+    if (place == end) return end;
+    at = place + 1;
+  }
+  // Anything else, attribute by attribute.
+  const char* behind = SkipAttributes(at, end);
+  if (behind == nullptr) behind = end;
+  structure.GoOn(behind);
+  return behind;
+}
+
+// Behind the comment whose "<!--" is at `at`.
+[[gnu::always_inline]] inline void SkipComment(const char* at, Structure& structure) {
+  const char* const body = at + kCommentStart.size();
+  const char* place = structure.Next();
+  while (place != structure.End() && !EndsComment(body, place)) place = structure.Next();
+}
+
+// Whether a tag's name begins as "script", "style", "textarea" or "title" does.
+bool MayHoldRawText(const char* name) {
+  const char first = static_cast<char>(name[0] | 0x20);
+  const char second = static_cast<char>(name[1] | 0x20);
+  return (first == 's' && (second == 'c' || second == 't')) ||
+         (first == 't' && (second == 'e' || second == 'i'));
+}
 
 }  // namespace
 
@@ -184,31 +313,9 @@ bool TagReader::Next(RawAttribute& attribute) {
 }
 
 void TagReader::Skip() {
-  const char* const begin = text_.data();
-  const char* const end = begin + text_.size();
-  const char* at = begin + at_;
-  for (;;) {
-    // As most tags are written: names that end at "=", values in quotes.
-    const char* next = FindNear<'=', '>'>(at, end);
-    if (next == end) break;
-    if (*next == '>') {
-      at_ = static_cast<std::size_t>(next + 1 - begin);
-      return;
-    }
-    if (next == at || !IsNameCharacter(next[-1]) || (next[1] != '"' && next[1] != '\'')) {
-      // Anything else, one attribute at a time.
-      next = SkipAttribute(at, end);
-      if (next == nullptr) break;
-      at = next;
-      continue;
-    }
-    const char* const value = next + 2;
-    at = next[1] == '"' ? FindNear<'"'>(value, end) : FindNear<'\''>(value, end);
-    if (at == end) break;
-    ++at;
-  }
-  at_ = text_.size();
-  cutOff_ = true;
+  const char* const behind = SkipAttributes(text_.data() + at_, text_.data() + text_.size());
+  cutOff_ = behind == nullptr;
+  at_ = cutOff_ ? text_.size() : static_cast<std::size_t>(behind - text_.data());
 }
 
 bool IsTagAt(std::string_view text, std::size_t at, std::string_view start, std::string_view name) {
@@ -223,13 +330,10 @@ std::size_t EndOfPlainText(std::string_view text, std::size_t at) {
 }
 
 std::size_t EndOfComment(std::string_view text, std::size_t at) {
-  const std::size_t body = at + kCommentStart.size();
-  // "-->", whose dashes may be those of the start ("<!-->"), or "--!>", whose dashes may not.
-  for (std::size_t close = body; (close = text.find('>', close)) != npos; ++close) {
-    if (text[close - 1] == '-' && text[close - 2] == '-') return close + 1;
-    if (close >= body + 3 && text[close - 1] == '!' && text[close - 2] == '-' &&
-        text[close - 3] == '-')
-      return close + 1;
+  const char* const end = text.data() + text.size();
+  const char* const body = text.data() + at + kCommentStart.size();
+  for (const char* close = body; (close = FindNear<'>'>(close, end)) != end; ++close) {
+    if (EndsComment(body, close)) return static_cast<std::size_t>(close + 1 - text.data());
   }
   return npos;
 }
@@ -237,70 +341,54 @@ std::size_t EndOfComment(std::string_view text, std::size_t at) {
 Scanner::Kind Scanner::Next() {
   const char* const begin = text_.data();
   const char* const end = begin + text_.size();
-  while (at_ < text_.size()) {
-    const char* const at = FindTagStart(begin + at_, end);
+  Structure structure(begin + at_, end);
+  for (;;) {
+    const char* at = structure.Next();
+    while (at != end && *at != '<') at = structure.Next();
     at_ = static_cast<std::size_t>(at - begin);
-    if (at == end) break;
+    if (at == end) return Kind::end;
+    const char* behind = nullptr;
     if (IsLetter(at[1])) {
       if (HasNameAt(at + 1, "object") && Is(at[7], kTagNameEnd)) return Kind::object;
-      SkipStartTag();
-    } else if (at[1] == '/') {
-      SkipEndTag();
-    } else if (at[1] == '!') {
-      if (at[2] == '-' && at[3] == '-' && at[4] == 'K') {
-        if (text_.compare(at_, kSpanStart.size(), kSpanStart) == 0) return Kind::spanStart;
-        if (text_.compare(at_, kSpanEnd.size(), kSpanEnd) == 0) return Kind::spanEnd;
+      behind = SkipTag(at + 1, structure);
+      if (MayHoldRawText(at + 1)) {
+        at_ = static_cast<std::size_t>(behind - begin);
+        SkipRawText(at + 1);
+        structure.GoOn(begin + at_);
       }
-      SkipMarkup();
-    } else if (at[1] == '?') {
-      SkipMarkup();
-    } else {
-      ++at_;
+    } else if (at[1] == '/' && IsLetter(at[2])) {
+      SkipTag(at + 2, structure);
+    } else if (at[1] == '/' || at[1] == '!' || at[1] == '?') {
+      if (at[1] == '!' && at[2] == '-' && at[3] == '-') {
+        if (at[4] == 'K') {
+          if (text_.compare(at_, kSpanStart.size(), kSpanStart) == 0) return Kind::spanStart;
+          if (text_.compare(at_, kSpanEnd.size(), kSpanEnd) == 0) return Kind::spanEnd;
+        }
+        SkipComment(at, structure);
+      } else {
+        SkipMarkup();
+        structure.GoOn(begin + at_);
+      }
     }
   }
-  return Kind::end;
 }
 
 void Scanner::SkipOne() {
-  const char second = at_ + 1 < text_.size() ? text_[at_ + 1] : '\0';
-  if (IsLetter(second)) return SkipStartTag();
-  if (second == '/') return SkipEndTag();
-  if (second == '!' || second == '?') return SkipMarkup();
-  ++at_;
-}
-
-// The rest of the tag from the end of its name; false when the text ends first.
-bool Scanner::SkipTag(const char* nameEnd) {
-  const std::size_t at = static_cast<std::size_t>(nameEnd - text_.data());
-  if (*nameEnd == '>') {
-    at_ = at + 1;
-    return true;
+  const char* const begin = text_.data();
+  const char* const end = begin + text_.size();
+  const char* const at = begin + at_;
+  if (at == end) return;
+  const bool isEndTag = at[1] == '/' && IsLetter(at[2]);
+  if (IsLetter(at[1]) || isEndTag) {
+    Structure structure(at + 1, end);
+    const char* const name = at + (isEndTag ? 2 : 1);
+    at_ = static_cast<std::size_t>(SkipTag(name, structure) - begin);
+    if (!isEndTag && MayHoldRawText(name)) SkipRawText(name);
+  } else if (at[1] == '/' || at[1] == '!' || at[1] == '?') {
+    SkipMarkup();
+  } else {
+    ++at_;
   }
-  TagReader tag(text_, at);
-  tag.Skip();
-  at_ = tag.Position();
-  return !tag.CutOff();
-}
-
-void Scanner::SkipStartTag() {
-  const char* const name = text_.data() + at_ + 1;
-  const char* const nameEnd = TagNameEnd(name, text_.data() + text_.size());
-  if (!SkipTag(nameEnd)) return;
-  const char first = static_cast<char>(*name | 0x20);
-  if (first != 's' && first != 't') return;
-  const std::size_t length = static_cast<std::size_t>(nameEnd - name);
-  const auto isNamed = [&](std::string_view wanted) {
-    return length == wanted.size() && HasNameAt(name, wanted);
-  };
-  if (isNamed("script")) return SkipScript();
-  for (const std::string_view rawText : {"style", "textarea", "title"})
-    if (isNamed(rawText)) return SkipRawText(rawText);
-}
-
-void Scanner::SkipEndTag() {
-  const char* const name = text_.data() + at_ + 2;
-  if (!IsLetter(*name)) return SkipMarkup();
-  SkipTag(TagNameEnd(name, text_.data() + text_.size()));
 }
 
 void Scanner::SkipMarkup() {
@@ -333,7 +421,18 @@ bool Scanner::IsEndTagOf(std::size_t at, std::string_view name) const {
   return IsTagAt(text_, at, "</", name);
 }
 
-void Scanner::SkipRawText(std::string_view name) {
+void Scanner::SkipRawText(const char* startTag) {
+  const std::size_t length =
+      static_cast<std::size_t>(TagNameEnd(startTag, text_.data() + text_.size()) - startTag);
+  const auto isNamed = [&](std::string_view wanted) {
+    return length == wanted.size() && HasNameAt(startTag, wanted);
+  };
+  if (isNamed("script")) return SkipScript();
+  for (const std::string_view name : {"style", "textarea", "title"})
+    if (isNamed(name)) return SkipRawTextOf(name);
+}
+
+void Scanner::SkipRawTextOf(std::string_view name) {
   while ((at_ = text_.find("</", at_)) != npos) {
     if (IsEndTagOf(at_, name)) return;
     at_ += 2;

@@ -77,13 +77,10 @@ class Scanner {
   void GoOn(std::size_t position) { at_ = position; }
 
  private:
-  // Each moves on from the "<" at at_.
-  void SkipStartTag();
-  void SkipEndTag();
+  // Each moves on from at_.
   void SkipMarkup();
-
-  bool SkipTag(const char* nameEnd);
-  void SkipRawText(std::string_view name);
+  void SkipRawText(const char* startTag);  // its name; nothing when it holds markup
+  void SkipRawTextOf(std::string_view name);
   void SkipScript();
   void SkipCData();
   bool IsEndTagOf(std::size_t at, std::string_view name) const;

@@ -274,7 +274,7 @@ class FailingBag : public MemoryBag {
       : MemoryBag(std::move(entries)), key_(std::move(key)) {}
 
  protected:
-  bool Find(std::string_view key, Variant& value) override {
+  bool Find(std::string_view key, BagValue& value) override {
     if (key == key_) throw RuntimeError(ErrorNumber::invalidCall);
     return MemoryBag::Find(key, value);
   }
