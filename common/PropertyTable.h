@@ -140,7 +140,7 @@ consteval const PropertyRow& Find(std::span<const PropertyRow> properties, std::
 // In through the property's setter and out through its getter.
 consteval BagWay Through(std::span<const PropertyRow> properties, std::string_view name) {
   const PropertyRow& row = property_table::Find(properties, name);
-  return {row.letText == nullptr ? row.let : nullptr, row.text, row.letText};
+  return {row.type == PropertyType::text ? nullptr : row.let, row.text, row.letText};
 }
 
 // The held member as it stands.

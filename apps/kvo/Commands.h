@@ -12,5 +12,6 @@ void AddEditCommands(CommandLine& line);    // new, set
 void AddClassesCommand(CommandLine& line);  // classes
 void AddPictureCommand(CommandLine& line);  // picture
 void AddPagesCommand(CommandLine& line);    // pages
+void AddScriptCommand(CommandLine& line);   // script
 
 }  // namespace kvo

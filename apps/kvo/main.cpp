@@ -15,5 +15,6 @@ int main(int argc, char** argv) {
   kvo::AddClassesCommand(line);
   kvo::AddPictureCommand(line);
   kvo::AddPagesCommand(line);
+  kvo::AddScriptCommand(line);
   return static_cast<int>(line.Execute(argc, argv));
 }

@@ -126,8 +126,9 @@ void MarkerInContent(const Checked& checked, const Report& report) {
   if (!inside.starts_with(kBlockStart) || !inside.ends_with(kBlockEnd)) return;
   inside.remove_prefix(kBlockStart.size());
   inside.remove_suffix(kBlockEnd.size());
-  for (const std::string_view marker : {std::string_view("-->"), std::string_view("--!>"),
-                                        kBlockStart.substr(4), kBlockEnd.substr(0, kBlockEnd.size() - 3)})
+  for (const std::string_view marker :
+       {std::string_view("-->"), std::string_view("--!>"), kBlockStart.substr(4),
+        kBlockEnd.substr(0, kBlockEnd.size() - 3)})
     if (inside.find(marker) != std::string_view::npos)
       return report({"Der Inhalt enthält " + Quoted(marker) +
                          ": Damit endet der Block im HTML-Editor zu früh. Nehmen Sie es heraus.",

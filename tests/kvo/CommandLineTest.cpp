@@ -5,8 +5,8 @@ namespace {
 
 using CommandLine = Program;
 
-constexpr const char* kCommands[] = {"save", "publish", "inspect", "check",
-                                     "new",  "set",     "classes", "picture"};
+constexpr const char* kCommands[] = {"save", "publish", "inspect", "check", "new",
+                                     "set",  "classes", "picture", "pages", "script"};
 
 TEST_F(CommandLine, VersionNamesTheProgram) {
   const Result result = Kvo({"--version"});

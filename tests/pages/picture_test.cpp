@@ -1,7 +1,6 @@
 // Every page and the dialog as a picture.
 #include <gtest/gtest.h>
 
-
 #include "host/headless/FormPicture.h"
 #include "host/registration/classes.h"
 #include "tests/pages/PageTest.h"
