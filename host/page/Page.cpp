@@ -132,12 +132,12 @@ class PageCopy {
   }
 
   void Append(std::string_view piece) {
-    if (piece.size() > kBuffer - used_) Flush();
-    if (piece.size() > kBuffer / 2) {
+    const bool large = piece.size() > kBuffer / 2;
+    if (large || piece.size() > kBuffer - used_) Flush();
+    if (large)
       sink_.append(piece);
-    } else {
+    else
       Copy(piece);
-    }
   }
   // There must be room.
   void Copy(std::string_view piece) {

@@ -39,6 +39,23 @@ TEST_F(Saving, KeepsIdAndAttributesInOrder) {
                  ""));
 }
 
+// Sizes around those at which pieces are gathered, or written past what is being gathered.
+TEST_F(Saving, WritesPiecesOfAnySizeInTheirOrder) {
+  constexpr std::size_t kSizes[] = {0,      100,    32'700, 32'768, 33'000,
+                                    65'400, 65'536, 66'000, 140'000};
+  for (const std::size_t valueSize : kSizes) {
+    for (const std::size_t gapSize : kSizes) {
+      const std::string value(valueSize, 'v');
+      const std::string gap(gapSize, 'g');
+      const std::string text = value.empty() ? "" : "<kv:print value=\"" + value + "\"/>";
+      const std::string saved = Span(StoredPrint(value), text);
+      EXPECT_TRUE(Saved("a" + PrintElement(value) + gap + PrintElement(value) + "b") ==
+                  "a" + saved + gap + saved + "b")
+          << valueSize << " " << gapSize;
+    }
+  }
+}
+
 TEST_F(Saving, TwiceGivesTheSameBytes) {
   const std::string once = Saved("<b>" + PrintElement("a &amp; b -- &gt;") + "</b>" +
                                  Element(Param("value", "td"), "DTCElement"));
