@@ -42,7 +42,7 @@ constexpr std::array<unsigned char, 256> kMeaning = [] {
   add('\'', kQuotedStop);
   add('&', kSpecial);
   add('\0', kNul | kNameEnd | kUnquotedEnd | kQuotedStop);
-  for (const char c : {'<', '>', '=', '"', '\''}) add(c, kStructure);
+  for (const char c : {'<', '>', '"', '\''}) add(c, kStructure);
   for (unsigned byte = 0x80; byte < 0x100; ++byte) meaning[byte] = kSpecial;
   return meaning;
 }();
@@ -142,18 +142,18 @@ bool EndsComment(const char* body, const char* at) {
   return at[-1] == '!' && at >= body + 3 && at[-2] == '-' && at[-3] == '-';
 }
 
-// The places of "<", ">", "=" and quotes, in order. They are found 64 bytes at a time, so that
-// going from one to the next does not wait for a search.
+// The places of "<", ">" and quotes, in order. They are found 64 bytes at a time, so that going
+// from one to the next does not wait for a search.
 class Structure {
  public:
   Structure(const char* at, const char* end) : end_(end) { GoOn(at); }
 
   // The next place; `end` when there is none.
   [[gnu::always_inline]] const char* Next() {
-    while (places_ == 0) {
+    while (places_ == 0) [[unlikely]] {
       if (end_ - block_ <= kBlock) return end_;
       block_ += kBlock;
-      places_ = PlacesIn(block_);
+      places_ = PlacesIn(block_, end_);
     }
     const char* const at = block_ + std::countr_zero(places_);
     places_ &= places_ - 1;
@@ -164,7 +164,7 @@ class Structure {
   void GoOn(const char* at) {
     if (block_ == nullptr || at - block_ >= kBlock) {
       block_ = at;
-      places_ = at < end_ ? PlacesIn(at) : 0;
+      places_ = at < end_ ? PlacesIn(at, end_) : 0;
     } else {
       places_ &= ~std::uint64_t{0} << static_cast<unsigned>(at - block_);
     }
@@ -175,10 +175,12 @@ class Structure {
  private:
   static constexpr std::ptrdiff_t kBlock = 64;
 
-  std::uint64_t PlacesIn(const char* at) const {
-    if (end_ - at >= kBlock) return PlacesInBlock(at);
+  // Not inlined: Next() is, many times over, and has to stay small.
+  [[gnu::noinline]] static std::uint64_t PlacesIn(const char* at, const char* end) {
+    if (end - at >= kBlock) [[likely]]
+      return PlacesInBlock(at);
     std::array<char, kBlock> rest{};
-    std::memcpy(rest.data(), at, static_cast<std::size_t>(end_ - at));
+    std::memcpy(rest.data(), at, static_cast<std::size_t>(end - at));
     return PlacesInBlock(rest.data());
   }
 
@@ -188,10 +190,11 @@ class Structure {
     for (unsigned part = 0; part < kBlock; part += 16) {
       const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + part));
       const auto are = [&](char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
-      // "<" is 0x3C, "=" 0x3D, ">" 0x3E; the quotes are 0x22 and 0x27.
-      const __m128i found = _mm_or_si128(
-          _mm_or_si128(_mm_or_si128(are('<'), are('=')), _mm_or_si128(are('>'), are('"'))),
-          are('\''));
+      // "<" and ">" differ in one bit alone.
+      static_assert(('<' | 2) == '>');
+      const __m128i angles =
+          _mm_cmpeq_epi8(_mm_or_si128(bytes, _mm_set1_epi8(2)), _mm_set1_epi8('>'));
+      const __m128i found = _mm_or_si128(angles, _mm_or_si128(are('"'), are('\'')));
       places |= std::uint64_t{static_cast<unsigned>(_mm_movemask_epi8(found))} << part;
     }
 #else
@@ -204,6 +207,20 @@ class Structure {
   const char* block_ = nullptr;
   std::uint64_t places_ = 0;  // in the block, those not handed out yet
 };
+
+// Whether the first "=" from `at` on is the one at `place`. May answer no when they are far apart.
+[[gnu::always_inline]] inline bool FirstEqualsIs(const char* place, const char* at,
+                                                 const char* end) {
+#if defined(__SSE2__)
+  const std::ptrdiff_t distance = place - at;
+  if (distance >= 16 || end - at < 16) return false;
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+  const int equals = _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('=')));
+  return std::countr_zero(static_cast<unsigned>(equals)) == distance;
+#else
+  return at <= place && FindNear<'='>(at, end) == place;
+#endif
+}
 
 // From the start of a tag's name behind its ">", or to the end of the text.
 [[gnu::always_inline]] inline const char* SkipTag(const char* name, Structure& structure) {
@@ -218,11 +235,8 @@ class Structure {
     if (*place == '>') return place + 1;
     if (*place == '<') continue;
     // As most attributes are written: a name that ends at "=", a value in quotes.
-    const char quote = place[1];
-    if (*place != '=' || place == at || !IsNameCharacter(place[-1]) ||
-        (quote != '"' && quote != '\''))
-      break;
-    structure.Next();
+    if (!FirstEqualsIs(place - 1, at, end) || !IsNameCharacter(place[-2])) break;
+    const char quote = *place;
     do place = structure.Next();
     while (place != end && *place != quote);
     if (place == end) return end;

@@ -5,6 +5,7 @@
 
 #include "PageTesting.h"
 #include "fuzz/page_rules.h"
+#include "fuzz/scanner_rules.h"
 
 namespace kvo::page {
 namespace {
@@ -17,6 +18,7 @@ TEST(PageCorpus, KeepsEveryRule) {
     std::ostringstream page;
     page << file.rdbuf();
     EXPECT_EQ(BrokenRule(page.str()), "") << entry.path();
+    EXPECT_EQ(ScannerDifference(page.str()), "") << entry.path();
     ++files;
   }
   EXPECT_GE(files, 1);

@@ -1,0 +1,52 @@
+// Pages that are made to be slow to read, or read wrongly.
+#include "PageTesting.h"
+#include "fuzz/hostile_pages.h"
+#include "fuzz/page_rules.h"
+
+namespace kvo::page {
+
+void PrintTo(const HostilePage& page, std::ostream* out) { *out << page.name; }
+
+namespace {
+
+class Hostile : public PageTest, public ::testing::WithParamInterface<HostilePage> {};
+
+TEST_P(Hostile, KeepsEveryRule) { EXPECT_EQ(BrokenRule(GetParam().of(200)), ""); }
+
+INSTANTIATE_TEST_SUITE_P(Page, Hostile, ::testing::ValuesIn(kHostilePages),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+// These hold no control at all, so every byte comes back. Read anew for each part, any of them
+// would keep a machine busy for hours.
+using Large = PageTest;
+
+std::string Times(int count, const std::string& part) { return hostile::Times(count, part); }
+
+TEST_F(Large, MegabytesOfUnclosedObjectsComeBack) {
+  const std::string page = Times(100'000, "<object>");
+  EXPECT_TRUE(Saved(page) == page);
+}
+
+TEST_F(Large, MegabytesOfAnglesComeBack) {
+  const std::string page(1 << 20, '<');
+  EXPECT_TRUE(Saved(page) == page);
+}
+
+TEST_F(Large, MegabytesOfCommentsThatNeverEndComeBack) {
+  const std::string page = Times(500'000, "<!--");
+  EXPECT_TRUE(Saved(page) == page);
+}
+
+TEST_F(Large, MegabytesOfQuotesThatNeverCloseComeBack) {
+  const std::string page = Times(200'000, "<a title=\"<a title='");
+  EXPECT_TRUE(Saved(page) == page);
+}
+
+TEST_F(Large, UnclosedControlsAreEachReportedAndNothingIsWritten) {
+  const std::string page = Times(10'000, hostile::kPrint);
+  EXPECT_EQ(Saved(page), "(not saved)");
+  EXPECT_EQ(problems.size(), 10'000U);
+}
+
+}  // namespace
+}  // namespace kvo::page
