@@ -9,11 +9,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <new>
 #include <string>
-#include <vector>
 
+#include "bench/Paired.h"
+#include "fuzz/hostile_pages.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/page/Page.h"
 
@@ -25,18 +25,20 @@ std::size_t g_peak = 0;
 }  // namespace
 
 // Every allocation of the program is counted, in the bytes that the heap really hands out.
-void* operator new(std::size_t size) {
+[[gnu::noinline]] void* operator new(std::size_t size) {
   void* const memory = std::malloc(size);
   if (memory == nullptr) throw std::bad_alloc();
   g_inUse += malloc_usable_size(memory);
   g_peak = std::max(g_peak, g_inUse);
   return memory;
 }
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
   if (memory != nullptr) g_inUse -= malloc_usable_size(memory);
   std::free(memory);
 }
-void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
+  operator delete(memory);
+}
 
 namespace kvo::page {
 namespace {
@@ -115,24 +117,6 @@ std::size_t SaveIt(const Page& page) {
   return sink.Size();
 }
 
-double Median(std::vector<double> values) {
-  std::ranges::sort(values);
-  return values[values.size() / 2];
-}
-
-// Processor time, so that other programs on the machine count less.
-template <class Work>
-double Seconds(Work&& work) {
-  const auto now = [] {
-    timespec time;
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-  };
-  const double begin = now();
-  work();
-  return now() - begin;
-}
-
 struct Measured {
   double ratio;
   double bytesAbovePage;
@@ -143,22 +127,14 @@ Measured Measure(const std::string& bytes) {
   // Small pages are done several times, so that each side of a round takes about a millisecond.
   const std::size_t repeats = 1 + (std::size_t{1} << 20U) / (bytes.size() + 1);
   const int rounds = bytes.size() > (std::size_t{4} << 20U) ? 21 : 101;
-  std::vector<double> ratios;
   SaveIt(page);
-  for (int round = 0; round < rounds; ++round) {
-    const double search = Seconds([&] {
-      for (std::size_t i = 0; i < repeats; ++i)
-        benchmark::DoNotOptimize(CountObjects(page.Bytes()));
-    });
-    const double save = Seconds([&] {
-      for (std::size_t i = 0; i < repeats; ++i) benchmark::DoNotOptimize(SaveIt(page));
-    });
-    ratios.push_back(save / search);
-  }
+  const double ratio =
+      bench::Ratio([&] { benchmark::DoNotOptimize(SaveIt(page)); },
+                   [&] { benchmark::DoNotOptimize(CountObjects(page.Bytes())); }, repeats, rounds);
   const std::size_t before = g_inUse;
   g_peak = before;
   SaveIt(page);
-  return {Median(ratios), static_cast<double>(g_peak - before)};
+  return {ratio, static_cast<double>(g_peak - before)};
 }
 
 void Report(const char* name, const std::string& few, const std::string& many, std::size_t controls,
@@ -171,6 +147,27 @@ void Report(const char* name, const std::string& few, const std::string& many, s
       "%-34s %8.2f %8.2f (at most %2.0f) %6.2f (at most 1.15) %9.0f (%.4f of what is allowed)\n",
       name, small.ratio, large.ratio, most, large.ratio / small.ratio, large.bytesAbovePage,
       large.bytesAbovePage / allowed);
+}
+
+// How much longer ten times a hostile page takes, over ten.
+void ReportGrowth() {
+  constexpr int kParts = 10000;
+  constexpr int kRounds = 5;
+  std::printf("\n%-42s %s\n", "ten times a hostile page", "time / 10 times the time");
+  for (const HostilePage& hostile : kHostilePages) {
+    const Page tenth(hostile.of(kParts));
+    const Page whole(hostile.of(10 * kParts));
+    const auto work = [](const Page& page) {
+      CountingSink sink;
+      benchmark::DoNotOptimize(Save(page, sink).size());
+    };
+    const double growth = bench::Ratio([&] { work(whole); },
+                                       [&] {
+                                         for (int i = 0; i < 10; ++i) work(tenth);
+                                       },
+                                       1, kRounds);
+    std::printf("%-42s %6.2f\n", hostile.name, growth);
+  }
 }
 
 void SavePage(benchmark::State& state, const std::string& bytes) {
@@ -200,6 +197,7 @@ int main(int argc, char** argv) {
   Report("controls and nothing else", ControlsAlone(kFew), ControlsAlone(kMany), kMany, 10);
   Report("the same, saved before", Saved(ControlsAlone(kFew)), Saved(ControlsAlone(kMany)), kMany,
          10);
+  ReportGrowth();
 
   const std::string newsletter = Newsletter(kFew);
   const std::string controls = ControlsAlone(kFew);

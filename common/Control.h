@@ -58,15 +58,15 @@ class Control : public Object {
   virtual void DblClick(WindowHandle /*owner*/) {}
 
   const std::string& Namespace() const { return namespace_; }
-  void Namespace(std::string sNewNamespace) { namespace_ = std::move(sNewNamespace); }
+  void Namespace(std::string_view sNewNamespace) { namespace_ = sNewNamespace; }
   const std::string& basename() const { return basename_; }
-  void basename(std::string sNewBasename) {
-    basename_ = std::move(sNewBasename);
+  void basename(std::string_view sNewBasename) {
+    basename_ = sNewBasename;
     UpdateDisplay();
   }
   const std::string& DisplayBasename() const { return displayBasename_; }
-  void DisplayBasename(std::string sNewDisplayBasename) {
-    displayBasename_ = std::move(sNewDisplayBasename);
+  void DisplayBasename(std::string_view sNewDisplayBasename) {
+    displayBasename_ = sNewDisplayBasename;
     UpdateDisplay();
   }
 

@@ -20,6 +20,13 @@ using WindowHandle = std::intptr_t;
 // A Windows colour number: red in the lowest byte, green in the next, blue in the third.
 using ColorNumber = std::int32_t;
 
+// A globally unique identifier in registry form, upper case, braces included:
+// "{00000000-0000-0000-0000-000000000000}".
+struct GuidText {
+  std::array<char, 38> characters;
+  operator std::string_view() const { return {characters.data(), characters.size()}; }
+};
+
 enum class FontWeight { normal, bold };
 
 class Platform {
@@ -47,8 +54,8 @@ class Platform {
   // The width of one line of text in Tahoma 8.25 point, in twips.
   virtual int TextWidth(std::string_view text, FontWeight weight) = 0;
 
-  // A new globally unique identifier in registry form, upper case, braces included.
-  virtual std::string NewGuid() = 0;
+  // A new globally unique identifier.
+  virtual GuidText NewGuid() = 0;
 
   // A number or a date (as a Variant: a number, or a text that reads as a date and time) in the
   // user's locale, by a format pattern such as "#,##0.00" or "dd. mmmm yyyy".

@@ -71,12 +71,21 @@ T Convert(Variant&& value) {
   if constexpr (std::same_as<T, ObjectRef>) return value.IsEmpty() ? nullptr : ToObject(value);
 }
 
+// How setters take a converted value: texts by view.
+template <class T>
+decltype(auto) Argument(T&& value) {
+  if constexpr (std::same_as<T, std::string>)
+    return std::string_view(value);
+  else
+    return std::forward<T>(value);
+}
+
 // How a text is assigned to a property of type T; none for the types that convert it.
 template <class T, class Class, class Setter>
 constexpr auto LetText() -> void (*)(Control&, std::string_view) {
   if constexpr (std::same_as<T, std::string>) {
     return [](Control& control, std::string_view text) {
-      Setter{}(static_cast<Class&>(control), std::string(text));
+      Setter{}(static_cast<Class&>(control), text);
     };
   } else {
     return nullptr;
@@ -96,7 +105,7 @@ constexpr PropertyRow Row(std::string_view name, int id, Getter, Setter) {
         return Variant(T(Getter{}(static_cast<const Class&>(control))));
       },
       [](Control& control, Variant&& value) {
-        Setter{}(static_cast<Class&>(control), Convert<T>(std::move(value)));
+        Setter{}(static_cast<Class&>(control), Argument(Convert<T>(std::move(value))));
       },
       LetText<T, Class, Setter>(),
       [](const Control& control, std::string& scratch) -> std::string_view {

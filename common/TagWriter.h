@@ -24,22 +24,43 @@ struct AttributeName {
   constexpr std::string_view Begin() const { return {begin, size + 2}; }
 };
 
-// "<ns:name", then attributes, then one of the ends. While a tag is being written, `out` is longer
-// than its text: the writer lets it grow in steps and cuts it when the tag is closed or given up.
+// Gathers short pieces and appends them to a growing text many at a time.
+class TextGatherer {
+ public:
+  explicit TextGatherer(std::string& out) : out_(out) {}
+  TextGatherer(const TextGatherer&) = delete;
+  TextGatherer& operator=(const TextGatherer&) = delete;
+
+  [[gnu::always_inline]] TextGatherer& operator<<(std::string_view text) {
+    if (text.size() > sizeof gathered_ - used_) [[unlikely]]
+      return AppendPast(text);
+    std::memcpy(gathered_ + used_, text.data(), text.size());
+    used_ += text.size();
+    return *this;
+  }
+  // What has not been flushed is lost with the gatherer.
+  void Flush() {
+    out_.append(gathered_, used_);
+    used_ = 0;
+  }
+
+ private:
+  TextGatherer& AppendPast(std::string_view text) {
+    Flush();
+    out_ += text;
+    return *this;
+  }
+
+  std::string& out_;
+  std::size_t used_ = 0;
+  char gathered_[512];
+};
+
+// "<ns:name", then attributes, then one of the ends. `out` has the whole tag only after its end.
 class TagWriter {
  public:
-  TagWriter(std::string& out, std::string_view ns, std::string_view name)
-      : out_(out), used_(out.size()) {
-    MakeRoom(ns.size() + name.size() + 2);
-    Put('<');
-    Put(ns);
-    Put(':');
-    Put(name);
-  }
-  TagWriter(const TagWriter&) = delete;
-  TagWriter& operator=(const TagWriter&) = delete;
-  ~TagWriter() {
-    if (open_) Cut();
+  TagWriter(std::string& out, std::string_view ns, std::string_view name) : out_(out), tag_(out) {
+    tag_ << "<" << ns << ":" << name;
   }
 
   // The one attribute rule: name="value", a bare ampersand in the value escaped, nothing else -
@@ -55,25 +76,18 @@ class TagWriter {
   // For values that follow a rule of their own.
   template <AttributeName name>
   TagWriter& AttributeAsIs(std::string_view value) {
-    MakeRoom(name.Begin().size() + value.size() + 1);
-    Put(name.Begin());
-    Put(value);
-    Put('"');
+    tag_ << name.Begin() << value << "\"";
     return *this;
   }
   template <AttributeName name>
   TagWriter& AttributeWith(std::string_view value,
                            void (*append)(std::string& out, std::string_view value)) {
-    MakeRoom(name.Begin().size());
-    Put(name.Begin());
-    AppendWith(value, append);
-    return *this;
+    tag_ << name.Begin();
+    return AppendWith(value, append);
   }
   // For a name that the author chose. It goes out as it stands.
   TagWriter& NamedAttribute(std::string_view name, std::string_view value) {
-    MakeRoom(name.size() + 1);
-    Put(' ');
-    Put(name);
+    tag_ << " " << name;
     return Begun("=\"", value);
   }
 
@@ -82,51 +96,30 @@ class TagWriter {
 
  private:
   TagWriter& Begun(std::string_view begin, std::string_view value) {
-    MakeRoom(begin.size() + value.size() + 1);
-    Put(begin);
-    if (value.find('&') == std::string_view::npos) {
-      Put(value);
-      Put('"');
-    } else {
-      AppendWith(value, AppendFixAmpersands);
-    }
+    tag_ << begin;
+    if (value.find('&') != std::string_view::npos) return AppendWith(value, AppendFixAmpersands);
+    tag_ << value << "\"";
     return *this;
   }
-  void MakeRoom(std::size_t size) {
-    constexpr std::size_t kStep = 128;
-    if (out_.size() - used_ < size) out_.resize(used_ + size + kStep);
-  }
-  // Room has been made.
-  void Put(char c) { out_[used_++] = c; }
-  void Put(std::string_view text) {
-    std::memcpy(out_.data() + used_, text.data(), text.size());
-    used_ += text.size();
-  }
-  void AppendWith(std::string_view value, void (*append)(std::string&, std::string_view)) {
-    Cut();
+  TagWriter& AppendWith(std::string_view value, void (*append)(std::string&, std::string_view)) {
+    tag_.Flush();
     append(out_, value);
-    out_ += '"';
-    used_ = out_.size();
+    tag_ << "\"";
+    return *this;
   }
   void End(std::string_view end) {
-    MakeRoom(end.size());
-    Put(end);
-    Cut();
-    open_ = false;
+    tag_ << end;
+    tag_.Flush();
   }
-  void Cut() { out_.resize(used_); }
 
   std::string& out_;
-  std::size_t used_;  // length of the text so far
-  bool open_ = true;  // no end yet: afterwards `out` is the caller's alone
+  TextGatherer tag_;
 };
 
 inline void AppendEndTag(std::string& out, std::string_view ns, std::string_view name) {
-  out += "</";
-  out += ns;
-  out += ':';
-  out += name;
-  out += '>';
+  TextGatherer tag(out);
+  tag << "</" << ns << ":" << name << ">";
+  tag.Flush();
 }
 
 }  // namespace kvo

@@ -335,7 +335,7 @@ Variant TrimCrLf(Variant text) {
   return TrimCrLf(ToText(std::move(text)));
 }
 
-std::string CreateGUID() { return ThePlatform().NewGuid(); }
+GuidText CreateGUID() { return ThePlatform().NewGuid(); }
 
 std::string ColorToHex(ColorNumber color) {
   const int blue = color / 65536;

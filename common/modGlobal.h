@@ -40,7 +40,7 @@ std::string TrimCrLf(std::string text);
 Variant TrimCrLf(Variant text);
 
 // A new identifier from the system's generator: "{" 8-4-4-4-12 upper-case digits "}".
-std::string CreateGUID();
+GuidText CreateGUID();
 
 // RRGGBB without a "#": the caller adds it.
 std::string ColorToHex(ColorNumber color);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "common/Control.h"
 
@@ -11,7 +12,7 @@ namespace kvo {
 class ContentControl : public Control {
  public:
   std::string HTMLContent() const { return DecodeMarkupTokens(storedContent_); }
-  void HTMLContent(std::string sNewHTMLContent) {
+  void HTMLContent(std::string_view sNewHTMLContent) {
     storedContent_ = EncodeMarkupTokens(sNewHTMLContent);
   }
 

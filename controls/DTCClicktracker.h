@@ -13,10 +13,10 @@ class DTCClicktracker final : public LinkBlock {
 
   // The target address.
   const std::string& Href() const { return href_; }
-  void Href(std::string sNewHref) { href_ = std::move(sNewHref); }
+  void Href(std::string_view sNewHref) { href_ = sNewHref; }
   // The name under which clicks are counted.
   const std::string& ClickId() const { return clickId_; }
-  void ClickId(std::string sNewClickId) { clickId_ = std::move(sNewClickId); }
+  void ClickId(std::string_view sNewClickId) { clickId_ = sNewClickId; }
 
  private:
   std::string href_;

@@ -12,7 +12,7 @@ class DTCConfig final : public FieldOutput {
   void AppendRuntimeText(std::string& out) const override;
 
   const std::string& Item() const { return MainValue(); }
-  void Item(std::string sNewItem) { MainValue(std::move(sNewItem)); }
+  void Item(std::string_view sNewItem) { MainValue(sNewItem); }
   using Object::Item;
 };
 

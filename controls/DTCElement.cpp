@@ -71,8 +71,8 @@ void DTCElement::AppendRuntimeText(std::string& out) const {
   if (closingTagOnly_) tag.AttributeAsIs<"render-closing-tag-only">("true");
   ForEachAttribute([&tag](std::string_view item) {
     if (item.empty()) return;
-    const std::size_t bar = item.find('|');
-    if (bar == std::string_view::npos)
+    const std::size_t bar = static_cast<std::size_t>(std::ranges::find(item, '|') - item.begin());
+    if (bar == item.size())
       throw RuntimeError(ErrorNumber::subscriptOutOfRange, '"' + std::string(item) + '"');
     const std::string_view name = item.substr(0, bar);
     const std::string_view rest = item.substr(bar + 1);
@@ -95,7 +95,7 @@ std::string DTCElement::Attributes() const {
   return joined;
 }
 
-void DTCElement::Attributes(std::string sNewAttributes) {
+void DTCElement::Attributes(std::string_view sNewAttributes) {
   auto items = std::make_shared<Collection>();
   std::string_view rest = sNewAttributes;
   while (!rest.empty() || items->Count() > 0) {

@@ -17,8 +17,8 @@ class DTCElement final : public ContentControl {
 
   // The HTML element's name, such as "td".
   const std::string& Value() const { return value_; }
-  void Value(std::string sNewValue) {
-    value_ = std::move(sNewValue);
+  void Value(std::string_view sNewValue) {
+    value_ = sNewValue;
     UpdateDisplay();
   }
   bool OpeningTagOnly() const { return openingTagOnly_; }
@@ -28,7 +28,7 @@ class DTCElement final : public ContentControl {
 
   // The attribute list: items "name|value" joined by "||". Empty items at the front get lost.
   std::string Attributes() const;
-  void Attributes(std::string sNewAttributes);
+  void Attributes(std::string_view sNewAttributes);
   // The list itself, a collection of texts: shared with whoever sets it, never null.
   const ObjectRef& AttributesCollection() const { return attributes_; }
   void AttributesCollection(ObjectRef colNewAttributesCollection);

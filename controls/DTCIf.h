@@ -14,16 +14,16 @@ class DTCIf final : public Control, public OfficeHolder {
 
   // The author's description of the condition.
   std::string DisplayValue() const { return DecodeMarkupTokens(storedDisplayValue_); }
-  void DisplayValue(std::string sNewDisplayValue) {
+  void DisplayValue(std::string_view sNewDisplayValue) {
     storedDisplayValue_ = EncodeMarkupTokens(sNewDisplayValue);
     UpdateDisplay();
   }
   const std::string& Test() const { return test_; }
-  void Test(std::string sNewTest) { test_ = std::move(sNewTest); }
+  void Test(std::string_view sNewTest) { test_ = sNewTest; }
   std::string OnTrue() const { return DecodeMarkupTokens(storedOnTrue_); }
-  void OnTrue(std::string sNewOnTrue) { storedOnTrue_ = EncodeMarkupTokens(sNewOnTrue); }
+  void OnTrue(std::string_view sNewOnTrue) { storedOnTrue_ = EncodeMarkupTokens(sNewOnTrue); }
   std::string OnFalse() const { return DecodeMarkupTokens(storedOnFalse_); }
-  void OnFalse(std::string sNewOnFalse) { storedOnFalse_ = EncodeMarkupTokens(sNewOnFalse); }
+  void OnFalse(std::string_view sNewOnFalse) { storedOnFalse_ = EncodeMarkupTokens(sNewOnFalse); }
 
  private:
   std::string test_;

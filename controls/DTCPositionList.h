@@ -12,39 +12,33 @@ class DTCPositionList final : public Control {
   void AppendRuntimeText(std::string& out) const override;
 
   const std::string& OrderId() const { return orderId_; }
-  void OrderId(std::string sNewOrderId) { orderId_ = std::move(sNewOrderId); }
+  void OrderId(std::string_view sNewOrderId) { orderId_ = sNewOrderId; }
   const std::string& TableCellSpacing() const { return tableCellSpacing_; }
-  void TableCellSpacing(std::string sNewTableCellSpacing) {
-    tableCellSpacing_ = std::move(sNewTableCellSpacing);
+  void TableCellSpacing(std::string_view sNewTableCellSpacing) {
+    tableCellSpacing_ = sNewTableCellSpacing;
   }
   const std::string& TableCellPadding() const { return tableCellPadding_; }
-  void TableCellPadding(std::string sNewTableCellPadding) {
-    tableCellPadding_ = std::move(sNewTableCellPadding);
+  void TableCellPadding(std::string_view sNewTableCellPadding) {
+    tableCellPadding_ = sNewTableCellPadding;
   }
   const std::string& TableBorder() const { return tableBorder_; }
-  void TableBorder(std::string sNewTableBorder) { tableBorder_ = std::move(sNewTableBorder); }
+  void TableBorder(std::string_view sNewTableBorder) { tableBorder_ = sNewTableBorder; }
   const std::string& TableBackground() const { return tableBackground_; }
-  void TableBackground(std::string sNewTableBackground) {
-    tableBackground_ = std::move(sNewTableBackground);
+  void TableBackground(std::string_view sNewTableBackground) {
+    tableBackground_ = sNewTableBackground;
   }
   const std::string& TableCssStyle() const { return tableCssStyle_; }
-  void TableCssStyle(std::string sNewTableCssStyle) {
-    tableCssStyle_ = std::move(sNewTableCssStyle);
-  }
+  void TableCssStyle(std::string_view sNewTableCssStyle) { tableCssStyle_ = sNewTableCssStyle; }
   const std::string& HeaderBackground() const { return headerBackground_; }
-  void HeaderBackground(std::string sNewHeaderBackground) {
-    headerBackground_ = std::move(sNewHeaderBackground);
+  void HeaderBackground(std::string_view sNewHeaderBackground) {
+    headerBackground_ = sNewHeaderBackground;
   }
   const std::string& HeaderCSSStyle() const { return headerCSSStyle_; }
-  void HeaderCSSStyle(std::string sNewHeaderCSSStyle) {
-    headerCSSStyle_ = std::move(sNewHeaderCSSStyle);
-  }
+  void HeaderCSSStyle(std::string_view sNewHeaderCSSStyle) { headerCSSStyle_ = sNewHeaderCSSStyle; }
   const std::string& BodyBackground() const { return bodyBackground_; }
-  void BodyBackground(std::string sNewBodyBackground) {
-    bodyBackground_ = std::move(sNewBodyBackground);
-  }
+  void BodyBackground(std::string_view sNewBodyBackground) { bodyBackground_ = sNewBodyBackground; }
   const std::string& BodyCssStyle() const { return bodyCssStyle_; }
-  void BodyCssStyle(std::string sNewBodyCssStyle) { bodyCssStyle_ = std::move(sNewBodyCssStyle); }
+  void BodyCssStyle(std::string_view sNewBodyCssStyle) { bodyCssStyle_ = sNewBodyCssStyle; }
 
  private:
   // Initial value, bag default and "not written" at once.

@@ -12,7 +12,7 @@ class DTCPrint final : public FieldOutput {
   void AppendRuntimeText(std::string& out) const override;
 
   const std::string& Value() const { return MainValue(); }
-  void Value(std::string sNewValue) { MainValue(std::move(sNewValue)); }
+  void Value(std::string_view sNewValue) { MainValue(sNewValue); }
 };
 
 }  // namespace kvo

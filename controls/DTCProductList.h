@@ -17,13 +17,13 @@ class DTCProductList final : public Control, public OfficeHolder {
   std::int32_t DisplayColumns() const { return displayColumns_; }
   void DisplayColumns(std::int32_t lNewDisplayColumns) { displayColumns_ = lNewDisplayColumns; }
   const std::string& TableWidth() const { return tableWidth_; }
-  void TableWidth(std::string sNewTableWidth) {
-    tableWidth_ = std::move(sNewTableWidth);
+  void TableWidth(std::string_view sNewTableWidth) {
+    tableWidth_ = sNewTableWidth;
     Resize();
   }
   const std::string& SelectedProducts() const { return selectedProducts_; }
-  void SelectedProducts(std::string sNewSelectedProducts) {
-    selectedProducts_ = std::move(sNewSelectedProducts);
+  void SelectedProducts(std::string_view sNewSelectedProducts) {
+    selectedProducts_ = sNewSelectedProducts;
   }
   bool DisplayDesc2() const { return displayDesc2_; }
   void DisplayDesc2(bool bNewDisplayDesc2) { displayDesc2_ = bNewDisplayDesc2; }
@@ -32,41 +32,35 @@ class DTCProductList final : public Control, public OfficeHolder {
   bool CacheObject() const { return cacheObject_; }
   void CacheObject(bool bNewCacheObject) { cacheObject_ = bNewCacheObject; }
   const std::string& DisplayThumb() const { return displayThumb_; }
-  void DisplayThumb(std::string sNewDisplayThumb) { displayThumb_ = std::move(sNewDisplayThumb); }
+  void DisplayThumb(std::string_view sNewDisplayThumb) { displayThumb_ = sNewDisplayThumb; }
   bool DisplayAsLink() const { return displayAsLink_; }
   void DisplayAsLink(bool bNewDisplayAsLink) { displayAsLink_ = bNewDisplayAsLink; }
   const std::string& FontFamily() const { return fontFamily_; }
-  void FontFamily(std::string sNewFontFamily) { fontFamily_ = std::move(sNewFontFamily); }
+  void FontFamily(std::string_view sNewFontFamily) { fontFamily_ = sNewFontFamily; }
   const std::string& FontSize() const { return fontSize_; }
-  void FontSize(std::string sNewFontSize) { fontSize_ = std::move(sNewFontSize); }
+  void FontSize(std::string_view sNewFontSize) { fontSize_ = sNewFontSize; }
   bool StretchBreach() const { return stretchBreach_; }
   void StretchBreach(bool bNewStretchBreach) { stretchBreach_ = bNewStretchBreach; }
   const std::string& Border() const { return border_; }
-  void Border(std::string sNewBorder) { border_ = std::move(sNewBorder); }
+  void Border(std::string_view sNewBorder) { border_ = sNewBorder; }
   const std::string& Headline() const { return headline_; }
-  void Headline(std::string sNewHeadline) { headline_ = std::move(sNewHeadline); }
+  void Headline(std::string_view sNewHeadline) { headline_ = sNewHeadline; }
   const std::string& TableBgColor() const { return tableBgColor_; }
-  void TableBgColor(std::string sNewTableBgColor) { tableBgColor_ = std::move(sNewTableBgColor); }
+  void TableBgColor(std::string_view sNewTableBgColor) { tableBgColor_ = sNewTableBgColor; }
   const std::string& HeaderBgColor() const { return headerBgColor_; }
-  void HeaderBgColor(std::string sNewHeaderBgColor) {
-    headerBgColor_ = std::move(sNewHeaderBgColor);
-  }
+  void HeaderBgColor(std::string_view sNewHeaderBgColor) { headerBgColor_ = sNewHeaderBgColor; }
   const std::string& HeaderCSSStyle() const { return headerCSSStyle_; }
-  void HeaderCSSStyle(std::string sNewHeaderCSSStyle) {
-    headerCSSStyle_ = std::move(sNewHeaderCSSStyle);
-  }
+  void HeaderCSSStyle(std::string_view sNewHeaderCSSStyle) { headerCSSStyle_ = sNewHeaderCSSStyle; }
   const std::string& ShopHTTPURL() const { return shopHTTPURL_; }
-  void ShopHTTPURL(std::string sNewShopHTTPURL) { shopHTTPURL_ = std::move(sNewShopHTTPURL); }
+  void ShopHTTPURL(std::string_view sNewShopHTTPURL) { shopHTTPURL_ = sNewShopHTTPURL; }
   const std::string& ImagesHTTPURL() const { return imagesHTTPURL_; }
-  void ImagesHTTPURL(std::string sNewImagesHTTPURL) {
-    imagesHTTPURL_ = std::move(sNewImagesHTTPURL);
-  }
+  void ImagesHTTPURL(std::string_view sNewImagesHTTPURL) { imagesHTTPURL_ = sNewImagesHTTPURL; }
   const std::string& DefaultExtension() const { return defaultExtension_; }
-  void DefaultExtension(std::string sNewDefaultExtension) {
-    defaultExtension_ = std::move(sNewDefaultExtension);
+  void DefaultExtension(std::string_view sNewDefaultExtension) {
+    defaultExtension_ = sNewDefaultExtension;
   }
   const std::string& ClickId() const { return clickId_; }
-  void ClickId(std::string sNewClickId) { clickId_ = std::move(sNewClickId); }
+  void ClickId(std::string_view sNewClickId) { clickId_ = sNewClickId; }
 
  private:
   static void LayOut(Box& box, const Control& control);

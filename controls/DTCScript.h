@@ -12,8 +12,8 @@ class DTCScript final : public ContentControl {
   void AppendRuntimeText(std::string& out) const override;
 
   const std::string& DisplayValue() const { return displayValue_; }
-  void DisplayValue(std::string sNewDisplayValue) {
-    displayValue_ = std::move(sNewDisplayValue);
+  void DisplayValue(std::string_view sNewDisplayValue) {
+    displayValue_ = sNewDisplayValue;
     UpdateDisplay();
   }
 

@@ -13,10 +13,10 @@ class DTCUnsubscriber final : public LinkBlock {
 
   // The mail address that receives the unsubscriptions.
   const std::string& Recipient() const { return recipient_; }
-  void Recipient(std::string sNewRecipient) { recipient_ = std::move(sNewRecipient); }
+  void Recipient(std::string_view sNewRecipient) { recipient_ = sNewRecipient; }
   // The address of the folder of the confirmation page, ending in "/".
   const std::string& Site() const { return site_; }
-  void Site(std::string sNewSite) { site_ = std::move(sNewSite); }
+  void Site(std::string_view sNewSite) { site_ = sNewSite; }
 
  private:
   std::string recipient_;

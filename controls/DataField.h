@@ -12,7 +12,7 @@ class DataField : public FieldOutput, public OfficeHolder {
  public:
   // The field's database name. The readable name stands in DisplayValue.
   const std::string& Field() const { return MainValue(); }
-  void Field(std::string sNewField) { MainValue(std::move(sNewField)); }
+  void Field(std::string_view sNewField) { MainValue(sNewField); }
 
   void AppendRuntimeText(std::string& out) const override { AppendOutputTag<"field">(out); }
 

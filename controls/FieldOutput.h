@@ -13,12 +13,12 @@ namespace kvo {
 class FieldOutput : public Control {
  public:
   const std::string& DisplayValue() const { return displayValue_; }
-  void DisplayValue(std::string sNewDisplayValue) {
-    displayValue_ = std::move(sNewDisplayValue);
+  void DisplayValue(std::string_view sNewDisplayValue) {
+    displayValue_ = sNewDisplayValue;
     UpdateDisplay();
   }
   const std::string& Format() const { return format_; }
-  void Format(std::string sNewFormat) { format_ = std::move(sNewFormat); }
+  void Format(std::string_view sNewFormat) { format_ = sNewFormat; }
 
  protected:
   // `<ns:name attribute="main value" format="..."/>`; nothing at all without a main value.
@@ -32,8 +32,8 @@ class FieldOutput : public Control {
   }
 
   const std::string& MainValue() const { return mainValue_; }
-  void MainValue(std::string newValue) {
-    mainValue_ = std::move(newValue);
+  void MainValue(std::string_view newValue) {
+    mainValue_ = newValue;
     UpdateDisplay();
   }
 

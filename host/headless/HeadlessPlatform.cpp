@@ -43,7 +43,7 @@ int HeadlessPlatform::TextWidth(std::string_view text, FontWeight weight) {
   return TahomaTextWidth(text, weight);
 }
 
-std::string HeadlessPlatform::NewGuid() {
+GuidText HeadlessPlatform::NewGuid() {
   std::random_device source;
   std::array<std::uint8_t, 16> bytes{};
   for (std::size_t at = 0; at < bytes.size(); at += 4) {
@@ -54,13 +54,16 @@ std::string HeadlessPlatform::NewGuid() {
   bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0FU) | 0x40U);  // version 4: random
   bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3FU) | 0x80U);
   constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string text = "{";
+  GuidText guid{};
+  auto to = guid.characters.begin();
+  *to++ = '{';
   for (std::size_t at = 0; at < bytes.size(); ++at) {
-    if (at == 4 || at == 6 || at == 8 || at == 10) text += '-';
-    text += kDigits[bytes[at] >> 4U];
-    text += kDigits[bytes[at] & 15U];
+    if (at == 4 || at == 6 || at == 8 || at == 10) *to++ = '-';
+    *to++ = kDigits[bytes[at] >> 4U];
+    *to++ = kDigits[bytes[at] & 15U];
   }
-  return text + '}';
+  *to = '}';
+  return guid;
 }
 
 std::string HeadlessPlatform::Format(const Variant& value, std::string_view pattern) {

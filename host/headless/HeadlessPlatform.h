@@ -54,7 +54,7 @@ class HeadlessPlatform : public Platform {
   ColorNumber ChooseColor(ColorNumber preset) override;
   KeyStates KeyboardState() override { return keys; }
   int TextWidth(std::string_view text, FontWeight weight) override;
-  std::string NewGuid() override;
+  GuidText NewGuid() override;
   std::string Format(const Variant& value, std::string_view pattern) override;
   void ShowPropertyFrame(WindowHandle owner, std::string_view caption, ObjectRef object,
                          const std::vector<std::string>& pages) override;

@@ -30,10 +30,12 @@ class TestPlatform : public Platform {
     const auto found = widths.find(text);
     return found != widths.end() ? found->second : 100 * static_cast<int>(text.size());
   }
-  std::string NewGuid() override {
+  GuidText NewGuid() override {
     char text[39];
     std::snprintf(text, sizeof text, "{00000000-0000-4000-8000-%012d}", ++guids_);
-    return text;
+    GuidText guid;
+    std::copy_n(text, guid.characters.size(), guid.characters.begin());
+    return guid;
   }
   std::string Format(const Variant&, std::string_view) override { return {}; }
   void ShowPropertyFrame(WindowHandle owner, std::string_view caption, ObjectRef object,

@@ -137,8 +137,8 @@ TEST(TrimCrLf, HasNoDepthLimit) {
 TEST(CreateGUID, ComesFromTheSystemsGenerator) {
   TestPlatform platform;
   const PlatformScope scope(platform);
-  EXPECT_EQ(CreateGUID(), "{00000000-0000-4000-8000-000000000001}");
-  EXPECT_EQ(CreateGUID(), "{00000000-0000-4000-8000-000000000002}");
+  EXPECT_EQ(std::string_view(CreateGUID()), "{00000000-0000-4000-8000-000000000001}");
+  EXPECT_EQ(std::string_view(CreateGUID()), "{00000000-0000-4000-8000-000000000002}");
 }
 
 TEST(ColorToHex, PutsRedFirst) {

@@ -41,7 +41,7 @@ TEST(HeadlessPlatform, MakesRandomIdentifiersInRegistryForm) {
   HeadlessPlatform platform;
   std::set<std::string> made;
   for (int i = 0; i < 100; ++i) {
-    const std::string guid = platform.NewGuid();
+    const std::string guid(std::string_view(platform.NewGuid()));
     ASSERT_EQ(guid.size(), 38U);
     for (std::size_t at = 0; at < guid.size(); ++at) {
       const bool hyphen = at == 9 || at == 14 || at == 19 || at == 24;
