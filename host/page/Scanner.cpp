@@ -151,10 +151,10 @@ class Structure {
   // The next place; `end` when there is none.
   [[gnu::always_inline]] const char* Next() {
     while (places_ == 0) [[unlikely]] {
-      if (end_ - block_ <= kBlock) return end_;
-      block_ += kBlock;
-      places_ = PlacesIn(block_, end_);
-    }
+        if (end_ - block_ <= kBlock) return end_;
+        block_ += kBlock;
+        places_ = PlacesIn(block_, end_);
+      }
     const char* const at = block_ + std::countr_zero(places_);
     places_ &= places_ - 1;
     return at;
