@@ -137,8 +137,9 @@ using Owner = decltype(OwnerOf(member));
 
 namespace property_table {
 
-// The row of a property. A name that the interface does not have does not compile.
-consteval const PropertyRow& Find(std::span<const PropertyRow> properties, std::string_view name) {
+// The row of a property. In a table, which is made by the compiler, a name that the interface does
+// not have does not compile.
+constexpr const PropertyRow& Find(std::span<const PropertyRow> properties, std::string_view name) {
   for (const PropertyRow& row : properties)
     if (row.name == name) return row;
   throw "no property of this name";
@@ -147,7 +148,7 @@ consteval const PropertyRow& Find(std::span<const PropertyRow> properties, std::
 }  // namespace property_table
 
 // In through the property's setter and out through its getter.
-consteval BagWay Through(std::span<const PropertyRow> properties, std::string_view name) {
+constexpr BagWay Through(std::span<const PropertyRow> properties, std::string_view name) {
   const PropertyRow& row = property_table::Find(properties, name);
   return {row.type == PropertyType::text ? nullptr : row.let, row.text, row.letText};
 }
@@ -174,7 +175,7 @@ inline constexpr BagWay kDirectTrimmed = {
 
 // In through the property's setter, but out of the held member, which differs from the getter.
 template <auto member>
-consteval BagWay InThrough(std::span<const PropertyRow> properties, std::string_view name) {
+constexpr BagWay InThrough(std::span<const PropertyRow> properties, std::string_view name) {
   BagWay way = Through(properties, name);
   way.out = &Held<member>;
   return way;

@@ -32,8 +32,7 @@ class TextGatherer {
   TextGatherer& operator=(const TextGatherer&) = delete;
 
   [[gnu::always_inline]] TextGatherer& operator<<(std::string_view text) {
-    if (text.size() > sizeof gathered_ - used_) [[unlikely]]
-      return AppendPast(text);
+    if (text.size() > sizeof gathered_ - used_) return AppendPast(text);
     std::memcpy(gathered_ + used_, text.data(), text.size());
     used_ += text.size();
     return *this;

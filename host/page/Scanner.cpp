@@ -150,11 +150,11 @@ class Structure {
 
   // The next place; `end` when there is none.
   [[gnu::always_inline]] const char* Next() {
-    while (places_ == 0) [[unlikely]] {
-        if (end_ - block_ <= kBlock) return end_;
-        block_ += kBlock;
-        places_ = PlacesIn(block_, end_);
-      }
+    while (__builtin_expect(places_ == 0, 0)) {
+      if (end_ - block_ <= kBlock) return end_;
+      block_ += kBlock;
+      places_ = PlacesIn(block_, end_);
+    }
     const char* const at = block_ + std::countr_zero(places_);
     places_ &= places_ - 1;
     return at;
@@ -177,8 +177,7 @@ class Structure {
 
   // Not inlined: Next() is, many times over, and has to stay small.
   [[gnu::noinline]] static std::uint64_t PlacesIn(const char* at, const char* end) {
-    if (end - at >= kBlock) [[likely]]
-      return PlacesInBlock(at);
+    if (end - at >= kBlock) return PlacesInBlock(at);
     std::array<char, kBlock> rest{};
     std::memcpy(rest.data(), at, static_cast<std::size_t>(end - at));
     return PlacesInBlock(rest.data());
