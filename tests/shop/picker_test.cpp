@@ -1,0 +1,204 @@
+// The product picker over real databases.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "controls/DTCProductList.h"
+#include "host/headless/FormState.h"
+#include "host/headless/HeadlessUser.h"
+#include "host/office/Office.h"
+#include "pages/propProdListPicker.h"
+#include "tests/shop/Members.h"
+#include "tests/shop/support/PostgresqlServer.h"
+#include "tests/shop/support/SqliteFile.h"
+
+namespace kvo::shop {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class ShopPicker : public testing::Test {
+ protected:
+  ShopPicker() {
+    platform.recordsets = [] { return NewRecordset(); };
+  }
+
+  // A product list of an office with this shop, on the page.
+  void Open(const std::string& connectionString, const char* products) {
+    office::Office::Description description;
+    description.shopDatabase = connectionString;
+    list->Let("Office", ObjectRef(std::make_shared<office::Office>(description, NewConnection)));
+    list->Let("SelectedProducts", products);
+    page.Select({list});
+  }
+
+  Texts Picked() const {
+    Texts captions;
+    for (const auto& item : page.suiPickedProducts.Items()) captions.push_back(item->Caption());
+    return captions;
+  }
+
+  // What an author does with a shop of 100,000 products.
+  void PicksProductsFromAllOverTheTable(const std::string& connectionString) {
+    Open(connectionString, "P-0000007");
+    EXPECT_EQ(page.gdProducts.RowCount(), 100'000U);
+    EXPECT_EQ(page.gdProducts.Cell(0, 1), "Artikel 0");
+    EXPECT_EQ(page.gdProducts.Cell(9, 2), "<keine Angabe>");
+    user.DoubleClick(page.gdProducts, 99'999);
+    user.DoubleClick(page.gdProducts, 3);
+    user.SelectRows(page.gdProducts, {50'000, 3, 7});
+    user.Click(page.cmdAddProduct);
+    EXPECT_EQ(Picked(), (Texts{"P-0000007", "P-0099999 (Artikel 99999)", "P-0000003 (Artikel 3)",
+                               "P-0050000 (Artikel 50000)"}));
+    EXPECT_LE(dynamic_cast<Recordset&>(page.gdProducts.Recordset()).Asked().records, 3 * 128U);
+    page.Apply();
+    EXPECT_EQ(list->Get("SelectedProducts"), Variant("P-0000007,P-0099999,P-0000003,P-0050000"));
+  }
+
+  // Returns the text of the page's error in both languages.
+  std::string ExpectErrorAndAnUnharmedControl(const std::string& connectionString, int number) {
+    const Failure failure = FailureOf([&] { Open(connectionString, "1,2"); });
+    EXPECT_EQ(failure.number, number) << failure.english;
+    EXPECT_FALSE(page.Changed());
+    EXPECT_EQ(list->Get("SelectedProducts"), Variant("1,2"));
+    return failure.english + '\n' + failure.german;
+  }
+
+  // Everything that anybody gets to see of the page and the control.
+  std::string Shown() {
+    std::string shown;
+    for (const ControlState& state : StateOf(page)) shown += Text(state);
+    MemoryBag bag;
+    list->WriteProperties(bag);
+    for (const auto& [key, value] : bag.Entries()) shown += key + '=' + value + '\n';
+    return shown + list->GetRuntimeText() + '\n';
+  }
+
+  HeadlessPlatform platform;
+  PlatformScope scope{platform};
+  std::shared_ptr<DTCProductList> list = std::make_shared<DTCProductList>();
+  propProdListPicker page;
+  HeadlessUser user{platform, page};
+
+ private:
+  static std::string Text(const ControlState& state) {
+    std::string text = state.kind + ' ' + state.name + '\n';
+    for (const auto& [name, value] : state.values) {
+      if (const auto* single = std::get_if<std::string>(&value)) text += *single + '\n';
+      if (const auto* several = std::get_if<Texts>(&value))
+        for (const std::string& each : *several) text += each + '\n';
+    }
+    for (const ControlState& part : state.parts) text += Text(part);
+    return text;
+  }
+};
+
+TEST_F(ShopPicker, PicksFromALargeFile) {
+  SqliteFile file;
+  file.FillProducts(100'000);
+  PicksProductsFromAllOverTheTable(file.ConnectionString());
+}
+
+TEST_F(ShopPicker, PicksFromALargePostgresqlServer) {
+  const PostgresqlServer server;
+  server.FillProducts(100'000);
+  PicksProductsFromAllOverTheTable(server.Uri());
+}
+
+TEST_F(ShopPicker, AMissingFileIsThePagesErrorAndLeavesTheControlUnharmed) {
+  SqliteFile file;
+  ExpectErrorAndAnUnharmedControl(file.ConnectionString(), 3002);
+}
+
+TEST_F(ShopPicker, ALockedDatabaseIsThePagesErrorAndLeavesTheControlUnharmed) {
+  SqliteFile file;
+  file.FillProducts(10);
+  file.Run("BEGIN EXCLUSIVE");
+  ExpectErrorAndAnUnharmedControl(file.ConnectionString(), 3006);
+}
+
+TEST_F(ShopPicker, AMissingTableIsThePagesErrorAndLeavesTheControlUnharmed) {
+  SqliteFile file;
+  file.Run("CREATE TABLE Other (a)");
+  ExpectErrorAndAnUnharmedControl(file.ConnectionString(), 3000);
+}
+
+TEST_F(ShopPicker, ADatabaseThatDisappearsSkipsTheRowAndKeepsWhatWasPicked) {
+  SqliteFile file;
+  file.FillProducts(10'000);
+  Open(file.ConnectionString(), "P-0000007");
+  user.DoubleClick(page.gdProducts, 1);
+  file.Close();
+  std::filesystem::remove(file.Path());
+  user.DoubleClick(page.gdProducts, 9'000);
+  EXPECT_EQ(Picked(), (Texts{"P-0000007", "P-0000001 (Artikel 1)"}));
+  page.Apply();
+  EXPECT_EQ(list->Get("SelectedProducts"), Variant("P-0000007,P-0000001"));
+  ExpectErrorAndAnUnharmedControl(file.ConnectionString(), 3002);
+}
+
+TEST_F(ShopPicker, AClosedConnectionDisablesThePageWithoutAnError) {
+  SqliteFile file;
+  file.FillProducts(10);
+  Open(file.ConnectionString(), "");
+  const auto connection = ToObject(ToObject(list->Get("Office"))->Get("ShopDBConnection"));
+  Call(connection, "Close");
+  page.Select({list});
+  EXPECT_FALSE(page.gdProducts.Enabled());
+  Call(connection, "Open");
+  page.Select({list});
+  EXPECT_TRUE(page.gdProducts.Enabled());
+}
+
+// The grid still shows a row whose record was let go meanwhile, so picking it asks the table as it
+// is by then.
+TEST_F(ShopPicker, AProductIsPickedAsItWasShownOrNotAtAll) {
+  constexpr std::size_t kProducts = 6'000;
+  SqliteFile file;
+  file.FillProducts(kProducts);
+  Open(file.ConnectionString(), "");
+  for (std::size_t row = 0; row < kProducts; ++row) page.gdProducts.Cell(row, 0);
+  file.Run("DELETE FROM Products WHERE ProductNo < 'P-0000005' OR ProductNo = 'P-0000020'");
+  user.DoubleClick(page.gdProducts, 5);
+  EXPECT_EQ(Picked(), Texts{"P-0000005 (Artikel 5)"}) << "moved to the front";
+  EXPECT_EQ(page.gdProducts.Cell(20, 0), "P-0000020");
+  user.DoubleClick(page.gdProducts, 20);
+  EXPECT_EQ(Picked(), Texts{"P-0000005 (Artikel 5)"}) << "deleted, and no other taken for it";
+}
+
+TEST_F(ShopPicker, NeitherAnErrorNorThePageNorTheControlShowsThePassword) {
+  PostgresqlServer server;
+  server.FillProducts(10);
+  // Wrong password, wrong user, no server.
+  const std::pair<std::string_view, std::string_view> mistakes[] = {
+      {"geh", "secret"}, {"shop", "nobody"}, {"kvo-pg", "kvo-none"}};
+  // Pieces of the passwords below, however they are spelt.
+  const auto expectNoPassword = [](const std::string& shown) {
+    for (const char* piece : {"eim", "secret"})
+      EXPECT_EQ(shown.find(piece), std::string::npos) << shown;
+  };
+  for (const std::string& good : {server.Uri(), server.Pairs()}) {
+    Open(good, "1,2");
+    EXPECT_EQ(page.gdProducts.RowCount(), 10U);
+    EXPECT_NE(Shown().find("Artikel 3"), std::string::npos);
+    expectNoPassword(Shown());
+
+    for (const auto& [right, wrong] : mistakes) {
+      std::string bad = good;
+      bad.replace(bad.find(right), right.size(), wrong);
+      const std::string error = ExpectErrorAndAnUnharmedControl(bad, 3709);
+      EXPECT_NE(error.find("***"), std::string::npos) << error;
+      expectNoPassword(error);
+      expectNoPassword(Shown());
+    }
+  }
+  server.Run("DROP TABLE Products");
+  const std::string rejected = ExpectErrorAndAnUnharmedControl(server.Pairs(), 3000);
+  EXPECT_NE(rejected.find("products"), std::string::npos) << rejected;
+  expectNoPassword(rejected);
+  server.Stop();
+  expectNoPassword(ExpectErrorAndAnUnharmedControl(server.Uri(), 3709));
+}
+
+}  // namespace
+}  // namespace kvo::shop
