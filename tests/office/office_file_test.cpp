@@ -61,6 +61,19 @@ TEST(OfficeFile, ReadsTheFieldsInTheirOrderAndTheDatabase) {
   EXPECT_EQ(office.shopDatabase, "postgresql://dbname=shop");
 }
 
+TEST(OfficeFile, TheDocumentedFileIsOne) {
+  std::ifstream file(KVO_SOURCE_DIR "/docs/shop.md");
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  const std::string begin = "```json\n";
+  const std::size_t start = text.find(begin);
+  ASSERT_NE(start, std::string::npos);
+  const std::size_t json = start + begin.size();
+  const auto office = ReadOffice(text.substr(json, text.find("```", json) - json), "office.json");
+  EXPECT_EQ(office.contactFields.size(), 1U);
+  EXPECT_EQ(office.orderFields.size(), 1U);
+  EXPECT_TRUE(office.shopDatabase.has_value());
+}
+
 TEST(OfficeFile, AnEmptyObjectIsAnOfficeWithoutFieldsAndDatabase) {
   const auto office = ReadOffice("{}", "office.json");
   EXPECT_TRUE(office.contactFields.empty());
