@@ -2,10 +2,10 @@
 
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/PageRun.h"
+#include "apps/kvo/Shop.h"
 #include "common/PropertyPage.h"
 #include "common/RuntimeError.h"
 #include "host/headless/FormPicture.h"
-#include "host/office/OfficeFile.h"
 #include "host/page/File.h"
 #include "host/page/Page.h"
 #include "host/registration/classes.h"
@@ -57,6 +57,9 @@ void DrawExpressionBuilder(const Values& values, const ObjectRef& office) {
 }
 
 ExitCode Draw(const Values& values) {
+  HeadlessPlatform platform;
+  const PlatformScope scope(platform);
+  const ObjectRef office = LoadOfficeWithShop(values.office, platform);
   const RegisteredControl* control = FindControlByName(values.className);
   if (control == nullptr)
     throw Failure(Say({"Die Klasse „{}“ gibt es nicht; „kvo classes“ nennt alle.",
@@ -73,8 +76,6 @@ ExitCode Draw(const Values& values) {
                        "angeben.",
                        "The folder \"{}\" can't be made: {}. Name another one behind -o."},
                       {values.output, failed.message()}));
-  ObjectRef office;
-  if (!values.office.empty()) office = office::LoadOffice(values.office);
   for (const std::string_view name : contract.pages) {
     DrawPage(values, contract, name, office);
     if (name == kIfPage) DrawExpressionBuilder(values, office);
@@ -95,8 +96,8 @@ void AddPagesCommand(CommandLine& line) {
       .Option("-o,--output", "DIR", values->output,
               {"Ordner für die Bilder", "folder for the pictures"})
       .Option("--office", "FILE", values->office,
-              {"die Felder des Shops, die die Listen zeigen",
-               "the fields of the shop that the lists show"})
+              {"die Felder und Produkte des Shops, die die Seiten zeigen",
+               "the fields and products of the shop that the pages show"})
       .Run([values] { return Draw(*values); });
 }
 

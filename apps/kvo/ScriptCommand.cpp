@@ -1,9 +1,9 @@
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/Json.h"
 #include "apps/kvo/PageRun.h"
+#include "apps/kvo/Shop.h"
 #include "common/RuntimeError.h"
 #include "host/headless/PageScript.h"
-#include "host/office/OfficeFile.h"
 #include "host/page/File.h"
 #include "host/page/Page.h"
 #include "host/registration/classes.h"
@@ -77,7 +77,7 @@ ExitCode Play(const Values& values) {
                     .controls = {},
                     .user = {},
                     .command = {}};
-  if (!values.office.empty()) stage.office = office::LoadOffice(values.office);
+  stage.office = LoadOfficeWithShop(values.office, platform);
   AddControls(stage, values.page);
   const ScriptOutcome outcome = RunPageScript(stage, page::ReadFile(values.script));
 
@@ -113,8 +113,8 @@ void AddScriptCommand(CommandLine& line) {
       .Argument("SCRIPT", values->script,
                 {"das Gespräch, Zeile für Zeile", "the conversation, line by line"})
       .Option("--office", "FILE", values->office,
-              {"die Felder des Shops, die die Listen zeigen",
-               "the fields of the shop that the lists show"})
+              {"die Felder und Produkte des Shops, die die Seiten zeigen",
+               "the fields and products of the shop that the pages show"})
       .Run([values] { return Play(*values); });
 }
 

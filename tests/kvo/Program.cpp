@@ -67,12 +67,12 @@ pid_t Program::Start(const std::vector<std::string>& arguments, const std::strin
     if (chdir((folder_ / "work").c_str()) != 0) _exit(126);
     for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG", "NO_COLOR"}) unsetenv(variable);
     for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
-    std::vector<std::string> words{KVO_PROGRAM};
+    std::vector<std::string> words{program_};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
     for (std::string& word : words) pointers.push_back(word.data());
     pointers.push_back(nullptr);
-    execv(KVO_PROGRAM, pointers.data());
+    execv(program_.c_str(), pointers.data());
     _exit(127);
   }
   return child;

@@ -32,6 +32,8 @@ class Program : public ::testing::Test {
   // Starts the program and does not wait for it.
   pid_t Start(const std::vector<std::string>& arguments, const std::string& input = "",
               const std::map<std::string, std::string>& environment = {}) const;
+  // What is run from now on, instead of the program that was built.
+  void UseProgram(const std::filesystem::path& program) { program_ = program.string(); }
   // Waits for it and collects what it said.
   Result Finish(pid_t child) const;
 
@@ -43,6 +45,7 @@ class Program : public ::testing::Test {
 
  private:
   std::filesystem::path folder_;
+  std::string program_ = KVO_PROGRAM;
 };
 
 // A print control as an element, with the value as it stands in the page.

@@ -1,0 +1,9 @@
+// As kvo-shop finds it: linked.
+#include "apps/kvo/Shop.h"
+#include "host/shop/Shop.h"
+
+namespace kvo {
+
+Shop FindShop() { return {shop::NewConnection, shop::NewRecordset}; }
+
+}  // namespace kvo

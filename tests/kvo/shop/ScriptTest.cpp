@@ -1,0 +1,197 @@
+// Conversations with pages that read the shop's database.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "tests/kvo/Program.h"
+#include "tests/shop/support/PostgresqlServer.h"
+#include "tests/shop/support/SqliteFile.h"
+
+namespace kvo::test {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using shop::PostgresqlServer;
+using shop::SqliteFile;
+
+// Picks three of two hundred products beside the one that the list has.
+constexpr const char* kPicking =
+    "open liste\n"
+    "page propProdListPicker\n"
+    "expect gdProducts rows 200\n"
+    "double-click gdProducts 150\n"
+    "rows gdProducts 3 0\n"
+    "click cmdAddProduct\n"
+    "apply\n";
+
+class ShopScript : public Program {
+ protected:
+  ShopScript() {
+    Write("x.html",
+          "<object classid=\"progid:KVOPDesignObjects.DTCProductList\" id=\"liste\"><param "
+          "name=\"selected-products\" value=\"P-0000007\"></object>");
+    Write("picking.txt", kPicking);
+  }
+
+  void WriteOffice(const std::string& connectionString) const {
+    std::filesystem::create_directory(Folder() / "work/shop");
+    Write("shop/office.json", Json({{"shopDatabase", connectionString}}).dump());
+  }
+
+  // An SQLite file of two hundred products beside the office file.
+  void WriteSqliteShop() const {
+    WriteOffice("sqlite3://shop.db");
+    SqliteFile file;
+    file.FillProducts(200);
+    file.Close();
+    std::filesystem::copy_file(file.Path(), Folder() / "work/shop/shop.db");
+  }
+
+  Result Picking(const std::map<std::string, std::string>& environment = {}) const {
+    return Kvo({"script", "x.html", "picking.txt", "--office", "shop/office.json"}, "",
+               environment);
+  }
+};
+
+// The one whose `key` is `value`; null when there is none.
+Json Named(const Json& list, const char* key, const std::string& value) {
+  for (const Json& each : list)
+    if (each[key] == value) return each;
+  return {};
+}
+
+std::string StoredProducts(const Json& document) {
+  for (const Json& entry : document["controls"][0]["bag"])
+    if (entry[0] == "selected-products") return entry[1];
+  return "nothing";
+}
+
+void ExpectPicked(const Result& result) {
+  EXPECT_EQ(result.code, 0) << result.out;
+  EXPECT_EQ(result.err, "");
+  const Json document = Json::parse(result.out);
+  EXPECT_TRUE(document["failure"].is_null()) << document["failure"];
+  const Json page = Named(document["pages"], "class", "propProdListPicker");
+  EXPECT_EQ(page["filled"], true);
+  EXPECT_EQ(page["changed"], false);
+  const Json products = Named(page["controls"], "name", "gdProducts");
+  EXPECT_EQ(products["rows"], 200);
+  EXPECT_EQ(products["selected"], Json::parse(R"(["0", "3"])"));
+  EXPECT_EQ(products["parts"][9]["cells"],
+            Json::parse(R"(["P-0000009", "Artikel 9", "<keine Angabe>"])"));
+  std::string captions;
+  const Json picked = Named(page["controls"], "name", "suiPickedProducts");
+  for (const Json& item : picked["parts"]) captions += item["caption"].get<std::string>() + '\n';
+  EXPECT_EQ(captions,
+            "P-0000007\nP-0000150 (Artikel 150)\nP-0000000 (Artikel 0)\nP-0000003 (Artikel 3)\n");
+  EXPECT_EQ(StoredProducts(document), "P-0000007,P-0000150,P-0000000,P-0000003");
+  EXPECT_NE(document["controls"][0]["runtimeText"].get<std::string>().find("P-0000150"),
+            std::string::npos);
+}
+
+TEST_F(ShopScript, PicksProductsOfAFileThatLiesBesideTheOfficeFile) {
+  WriteSqliteShop();
+  const std::string page = Read("x.html");
+  ExpectPicked(Picking());
+  EXPECT_EQ(Read("x.html"), page);
+}
+
+TEST_F(ShopScript, PicksProductsForAPageFromStandardInput) {
+  WriteSqliteShop();
+  ExpectPicked(Kvo({"script", "-", "picking.txt", "--office", "shop/office.json"}, Read("x.html")));
+}
+
+TEST_F(ShopScript, PicksProductsOfAPostgresqlServer) {
+  const PostgresqlServer server;
+  server.FillProducts(200);
+  for (const std::string& connectionString : {server.Uri(), server.Pairs()}) {
+    WriteOffice(connectionString);
+    const Result result = Picking();
+    ExpectPicked(result);
+    EXPECT_EQ(result.out.find("eim"), std::string::npos) << result.out;  // of the password
+  }
+}
+
+// The conversation stops where the picker is to show, and the control stays as it is.
+void ExpectStopped(const Result& result, const std::string& message) {
+  EXPECT_EQ(result.code, 1) << result.out << result.err;
+  const Json document = Json::parse(result.out);
+  EXPECT_EQ(document["failure"]["line"], 2);
+  const std::string found = document["failure"]["message"];
+  EXPECT_EQ(found.find(message), 0U) << found;
+  EXPECT_EQ(Named(document["pages"], "class", "propProdListPicker")["filled"], false);
+  EXPECT_EQ(StoredProducts(document), "P-0000007");
+}
+
+TEST_F(ShopScript, AMissingFileStopsItAndIsNamed) {
+  WriteOffice("sqlite3://shop.db");
+  const Result english = Picking();
+  ExpectStopped(english, "Error 3002: The database file cannot be opened");
+  EXPECT_NE(english.out.find("work/shop/shop.db"), std::string::npos) << english.out;
+  EXPECT_EQ(english.err, "");
+  ExpectStopped(Picking({{"LANG", "de_DE.UTF-8"}}),
+                "Fehler 3002: Die Datenbankdatei lässt sich nicht öffnen");
+  EXPECT_FALSE(Exists("shop/shop.db"));
+}
+
+TEST_F(ShopScript, AServerThatRefusesStopsItWithoutShowingThePassword) {
+  const PostgresqlServer server;
+  std::string refused = server.Uri();
+  refused.replace(refused.find("geh"), 3, "nah");
+  WriteOffice(refused);
+  const Result result = Picking();
+  ExpectStopped(result, "Error 3709: There is no connection to the database");
+  EXPECT_NE(result.out.find("***"), std::string::npos) << result.out;
+  EXPECT_EQ((result.out + result.err).find("eim"), std::string::npos) << result.out << result.err;
+}
+
+TEST_F(ShopScript, WithoutAShopDatabaseThePickerFails) {
+  Write("office.json", "{}");
+  const Result result = Kvo({"script", "x.html", "picking.txt", "--office", "office.json"});
+  ExpectStopped(result, "Error 91");
+  EXPECT_EQ(result.err, "");
+}
+
+TEST_F(ShopScript, WithoutTheShopProgramThePickerFailsAndItIsSaidHowToGetIt) {
+  WriteSqliteShop();
+  Write("picking.txt",
+        "open liste\nfails 91 page propProdListPicker\nfails 91 page propProdListPicker\n"
+        "page propProdListGeneral\n");
+  const auto alone = Folder() / "alone";
+  std::filesystem::create_directory(alone);
+  std::filesystem::copy_file(KVO_PROGRAM, alone / "kvo");
+  UseProgram(alone / "kvo");
+
+  const Result english = Picking();
+  EXPECT_EQ(english.code, 0) << english.out;
+  EXPECT_EQ(english.err.find("kvo: error: The shop's products can't be read, because \"" +
+                             (alone / "kvo-shop").string() + "\" can't be started"),
+            0U)
+      << english.err;
+  EXPECT_NE(english.err.find("-DKVO_SHOP=ON"), std::string::npos);
+  EXPECT_EQ(std::ranges::count(english.err, '\n'), 1) << english.err;
+  const std::string german = Picking({{"LANG", "de_DE.UTF-8"}}).err;
+  EXPECT_EQ(german.find("kvo: Fehler: Die Produkte des Shops lassen sich nicht lesen"), 0U)
+      << german;
+
+  Write("picking.txt", "open liste\n");
+  EXPECT_EQ(Picking().err, "") << "nobody asked for the products";
+}
+
+// It would start several times slower, and not at all where there is none.
+TEST_F(ShopScript, KvoItselfLoadsNoDatabaseLibrary) {
+  const std::map<std::string, std::string> listed = {{"LD_TRACE_LOADED_OBJECTS", "1"}};
+  const std::string kvo = Kvo({}, "", listed).out;
+  EXPECT_NE(kvo.find("libc.so"), std::string::npos) << kvo;
+  UseProgram(KVO_PROGRAM "-shop");
+  const std::string shop = Kvo({}, "", listed).out;
+  for (const char* library : {"libsoci_core.so", "libsqlite3.so"}) {
+    EXPECT_EQ(kvo.find(library), std::string::npos) << kvo;
+    EXPECT_NE(shop.find(library), std::string::npos) << shop;
+  }
+}
+
+}  // namespace
+}  // namespace kvo::test
