@@ -19,7 +19,6 @@ constexpr std::string_view kUtf16LittleMark = "\xFF\xFE";
 constexpr std::string_view kUtf16BigMark = "\xFE\xFF";
 
 // How far into the page browsers look for a declaration.
-constexpr std::size_t kDeclarationReach = 1024;
 
 class Converter {
  public:

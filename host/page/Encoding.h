@@ -41,7 +41,13 @@ class PageEncoding {
     other,  // refused when the page holds controls
   };
 
+  static constexpr std::size_t kDeclarationReach = 1024;
+  // No more than these first bytes of the page are looked at.
   static PageEncoding Of(std::string_view page);
+  // Whether both read all bytes alike.
+  bool ReadsAs(const PageEncoding& other) const {
+    return kind_ == other.kind_ && set_ == other.set_;
+  }
 
   Kind kind() const { return kind_; }
   bool IsUtf8() const { return kind_ == Kind::utf8; }

@@ -174,6 +174,15 @@ Message OtherEncoding(std::string_view encoding) {
               "ISO-8859-1 or ISO-8859-15, and change the charset."};
 }
 
+Message EncodingChanges(std::string_view now, std::string_view saved) {
+  return {"Die Seite ist in " + Quoted(now) + ", gespeichert würde sie aber als " + Quoted(saved) +
+              " gelesen: Die Angabe <meta charset> gilt nur in den ersten 1024 Bytes. Setzen Sie "
+              "sie vor alle Controls.",
+          "The page is in " + Quoted(now) + ", but once saved it would be read as " +
+              Quoted(saved) + ": <meta charset> counts within the first 1024 bytes only. Put it " +
+              "in front of all controls."};
+}
+
 Message InvalidBytes(unsigned char byte, std::string_view encoding) {
   constexpr std::string_view digits = "0123456789ABCDEF";
   const std::string hex = {'0', 'x', digits[byte >> 4U], digits[byte & 0xFU]};

@@ -39,6 +39,7 @@ Message StrayEnd();
 
 Message Utf16();
 Message OtherEncoding(std::string_view encoding);
+Message EncodingChanges(std::string_view now, std::string_view saved);
 Message InvalidBytes(unsigned char byte, std::string_view encoding);
 Message ValueNotInEncoding(std::string_view character, std::string_view encoding);
 Message TextNotInEncoding(std::string_view character, std::string_view encoding);

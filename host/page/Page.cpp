@@ -119,6 +119,8 @@ class PageCopy {
     copied_ = page_.size();
     Flush();
   }
+  // As much of the copy as tells its encoding; after Finish().
+  std::string_view Head() const { return head_; }
 
  private:
   static constexpr std::size_t kBuffer = 1 << 16;
@@ -135,7 +137,7 @@ class PageCopy {
     const bool large = piece.size() > kBuffer / 2;
     if (large || piece.size() > kBuffer - used_) Flush();
     if (large)
-      sink_.append(piece);
+      Write(piece);
     else
       Copy(piece);
   }
@@ -145,13 +147,19 @@ class PageCopy {
     used_ += piece.size();
   }
   void Flush() {
-    if (used_ != 0) sink_.append({buffer_.get(), used_});
+    if (used_ != 0) Write({buffer_.get(), used_});
     used_ = 0;
+  }
+  void Write(std::string_view piece) {
+    if (head_.size() < PageEncoding::kDeclarationReach)
+      head_ += piece.substr(0, PageEncoding::kDeclarationReach - head_.size());
+    sink_.append(piece);
   }
 
   std::string_view page_;
   Sink& sink_;
   std::size_t copied_ = 0;
+  std::string head_;
   std::unique_ptr<char[]> buffer_{new char[kBuffer]};
   std::size_t used_ = 0;
 };
@@ -189,7 +197,10 @@ class Writer {
         Fail(rule::controlFails, messages::ControlFails(error));
       }
     }
-    if (!problems_.HasErrors()) copy_.Finish();
+    if (!problems_.HasErrors()) {
+      copy_.Finish();
+      if (result_ == Result::savedSpans) CheckEncoding();
+    }
     return problems_.Take(page_, encoding_);
   }
 
@@ -198,6 +209,14 @@ class Writer {
 
   void Fail(std::string_view rule, Message message, Severity severity = Severity::error) {
     problems_.Add(Found().begin, rule, Found().Subject(), std::move(message), severity);
+  }
+
+  // What controls write may push the page's declaration out of reach, or hold one of its own.
+  void CheckEncoding() {
+    const PageEncoding saved = PageEncoding::Of(copy_.Head());
+    if (!saved.ReadsAs(encoding_))
+      problems_.Add(0, rule::encodingChanges, {},
+                    messages::EncodingChanges(encoding_.Name(), saved.Name()));
   }
 
   void CheckId() {

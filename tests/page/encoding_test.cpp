@@ -113,6 +113,22 @@ TEST_F(Encodings, NotServedPassWhenThePageHasNoControls) {
   EXPECT_EQ(Saved(page), page);
 }
 
+TEST_F(Encodings, PushedOutOfReachByAControlAreAnError) {
+  const std::string page = PrintElement(std::string(400, 'v')) + With("windows-1252", "\xFC");
+  EXPECT_EQ(Saved(page), "(not saved)");
+  EXPECT_EQ(Listed(problems), List{"1:1 encoding-changes"});
+  EXPECT_EQ(Published(page),
+            "<kv:print value=\"" + std::string(400, 'v') + "\"/>" + With("windows-1252", "\xFC"));
+}
+
+TEST_F(Encodings, DeclaredByAControlsTextAreAnErrorUnlessThePageDeclaresTheSame) {
+  const std::string script =
+      Element(Param("html-content", "kv:@lt;meta charset=windows-1252kv:@gt;"), "DTCScript");
+  EXPECT_EQ(Checked(script), List{"1:1 encoding-changes"});
+  EXPECT_EQ(Checked(With("windows-1252", script)), List{});
+  EXPECT_EQ(Checked(With("utf-8", script)), List{});
+}
+
 // Character references.
 
 std::string Resolved(std::string_view text) {
