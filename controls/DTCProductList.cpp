@@ -47,7 +47,8 @@ constexpr int kSmallestPixelWidth = 100;
 int WidthInTwips(std::string_view tableWidth) {
   const auto pixels = ParseNumber(tableWidth);
   if (!pixels || !(*pixels >= kSmallestPixelWidth)) return 0;
-  if (*pixels > std::numeric_limits<int>::max() / kTwipsPerPixel) return 0;
+  constexpr int kMostPixels = std::numeric_limits<int>::max() / kTwipsPerPixel;
+  if (*pixels > kMostPixels) return 0;
   return static_cast<int>(*pixels) * kTwipsPerPixel;
 }
 

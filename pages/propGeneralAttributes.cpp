@@ -7,7 +7,7 @@ namespace {
 
 constexpr char kBar = '|';  // between an attribute's name and its value
 
-PropertyGridItem::Design AttributeRow(std::string name, std::string value) {
+PropertyGridItem::Design AttributeRow(const std::string& name, std::string value) {
   return {.kind = ItemKind::text, .caption = name, .key = name, .value = std::move(value)};
 }
 

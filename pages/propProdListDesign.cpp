@@ -10,6 +10,7 @@ constexpr int kSteps = 11;  // choices of the numeric rows
 std::span<const DesignPage::Row> propProdListDesign::Rows() {
   static constexpr auto fonts = []() -> std::vector<Choice> {
     std::vector<Choice> choices;
+    choices.reserve(kSteps);
     for (const char* family :
          {"Arial, Helvetica, sans-serif", "Times New Roman, Times, serif",
           "Courier New, Courier, mono", "Georgia, Times New Roman, Times, serif",
@@ -19,12 +20,14 @@ std::span<const DesignPage::Row> propProdListDesign::Rows() {
   };
   static constexpr auto sizes = []() -> std::vector<Choice> {
     std::vector<Choice> choices;
+    choices.reserve(kSteps);
     for (int n = 8; n < 8 + kSteps; ++n)
       choices.push_back({std::to_string(n) + " Punkte", std::to_string(n) + "pt"});
     return choices;
   };
   static constexpr auto borders = []() -> std::vector<Choice> {
     std::vector<Choice> choices;
+    choices.reserve(kSteps);
     for (int n = 0; n < kSteps; ++n) choices.push_back({std::to_string(n) + " Pixel", n});
     return choices;
   };

@@ -246,7 +246,10 @@ bool ControlReader::ReadClass(const RawAttribute& classId) {
     return true;
   }
   if (!IsOurProgId(value)) return false;
+  // Decoding may report something, which then is not about the control before.
   control_.contract = nullptr;
+  control_.className = {};
+  control_.id.reset();
   control_.className = Decoded(classId);
   const std::size_t dot = control_.className.find('.');
   control_.className.remove_prefix(dot == npos ? control_.className.size() : dot + 1);

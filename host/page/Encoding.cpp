@@ -18,11 +18,10 @@ constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kUtf16LittleMark = "\xFF\xFE";
 constexpr std::string_view kUtf16BigMark = "\xFE\xFF";
 
-// How far into the page browsers look for a declaration.
-
 class Converter {
  public:
   Converter(const char* to, const char* from) : handle_(iconv_open(to, from)) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): how iconv says that it failed
     if (handle_ == reinterpret_cast<iconv_t>(-1))
       throw std::system_error(errno, std::generic_category(), from);
   }

@@ -41,8 +41,8 @@ class PageEncoding {
     other,  // refused when the page holds controls
   };
 
+  // How far into a page browsers look for a declaration.
   static constexpr std::size_t kDeclarationReach = 1024;
-  // No more than these first bytes of the page are looked at.
   static PageEncoding Of(std::string_view page);
   // Whether both read all bytes alike.
   bool ReadsAs(const PageEncoding& other) const {

@@ -1,7 +1,7 @@
 #include "host/page/File.h"
 
 #include <fcntl.h>
-#include <signal.h>
+#include <signal.h>  // NOLINT(modernize-deprecated-headers): the POSIX part is wanted
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,7 +20,8 @@ std::string Quoted(std::string_view file) { return '"' + std::string(file) + '"'
 
 // What the system says, for failures that have no advice of their own.
 std::string SystemText(int error) {
-  return std::string(strerrordesc_np(error) != nullptr ? strerrordesc_np(error) : "?");
+  const char* const text = strerrordesc_np(error);
+  return text != nullptr ? text : "?";
 }
 
 enum class Doing { reading, writing };

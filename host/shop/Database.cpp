@@ -248,7 +248,7 @@ auto Database::Try(Work work) {
 }
 
 std::vector<Column> Database::Describe(const Statement& statement) {
-  const auto columns = Try([&] {
+  auto columns = Try([&] {
     return ColumnsOf(session_->soci, paging_ ? statement.Page(*paging_, 0, 0) : statement.Text());
   });
   if (!paging_) FindPaging(statement, columns);
@@ -270,7 +270,7 @@ void Database::FindPaging(const Statement& statement, const std::vector<Column>&
 
 std::string Database::PageStatement(const Statement& statement, const std::vector<Column>& columns,
                                     std::int64_t first, std::int64_t count) const {
-  const std::string page = session_->beforePage + statement.Page(*paging_, first, count);
+  std::string page = session_->beforePage + statement.Page(*paging_, first, count);
   if (address_.kind != Kind::sqlite3) return page;
   // SOCI reads a value by the declared type of its column and cuts what does not fit, so a file,
   // where any value can stand in any column, is asked for texts.

@@ -165,6 +165,16 @@ TEST_F(Messages, SuggestNothingForWhatIsNearToNothing) {
         << problem.message.german;
 }
 
+TEST_F(Messages, AboutAnInvalidClassDoNotNameTheControlBefore) {
+  Checked("<object classid=progid:KVOPDesignObjects.DTCViewtracker id=Zaehler></object>" +
+          Element("", "DTC\xFF"));
+  ASSERT_EQ(problems.size(), 2U);
+  EXPECT_EQ(problems[0].rule, rule::unknownClass);
+  EXPECT_EQ(problems[0].id, "");
+  EXPECT_EQ(problems[1].rule, rule::invalidBytes);
+  EXPECT_EQ(problems[1].control + problems[1].id, "");
+}
+
 TEST_F(Messages, NameTheRunTimeErrorOfAFailingControl) {
   Checked(Element(Param("value", "td") + Param("attributes", "a"), "DTCElement"));
   ASSERT_EQ(problems.size(), 1U);
