@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "host/headless/HeadlessPlatform.h"
+
 namespace kvo {
 namespace {
 
@@ -59,6 +61,9 @@ void AppendBox(std::string& out, const Box& box, int top) {
     AppendAttribute(out, "x", label.at.left);
     AppendAttribute(out, "y", label.at.top + kBaseline);
     if (label.weight == FontWeight::bold) out += " font-weight=\"bold\"";
+    // Another font that stands in for Tahoma must not leave the box.
+    AppendAttribute(out, "textLength", TahomaTextWidth(label.caption, label.weight));
+    out += " lengthAdjust=\"spacingAndGlyphs\"";
     out += " xml:space=\"preserve\">";
     AppendEscaped(out, label.caption);
     out += "</text>\n";

@@ -75,6 +75,7 @@ class SvgWriter {
   void Begin(std::string_view name, Attributes attributes) {
     out_ += '<' + std::string(name);
     for (const auto& [key, value] : attributes) {
+      if (value.empty()) continue;
       out_ += ' ' + std::string(key) + "=\"";
       AppendEscaped(out_, value);
       out_ += '"';
@@ -84,6 +85,14 @@ class SvgWriter {
 };
 
 std::string Number(int number) { return std::to_string(number); }
+
+// How long a text in Tahoma is, so that it keeps its place where another font has to stand in.
+std::string LengthOf(std::string_view text, const Font& font) {
+  constexpr double kMeasuredPoints = 8.25;
+  if (font.family != "Tahoma") return {};
+  const int width = TahomaTextWidth(text, font.weight);
+  return Number(static_cast<int>(width * font.points / kMeasuredPoints));
+}
 
 class FormPainter final : public FormVisitor {
  public:
@@ -269,6 +278,7 @@ class FormPainter final : public FormVisitor {
   void Write(int left, int top, std::string_view text, const Font& font, std::string_view ink,
              bool centred = false) {
     if (text.empty()) return;
+    const std::string length = LengthOf(text, font);
     svg_.Content("text",
                  {{"x", Number(left)},
                   {"y", Number(top + kBaseline)},
@@ -277,7 +287,9 @@ class FormPainter final : public FormVisitor {
                   {"font-weight", font.weight == FontWeight::bold ? "bold" : "normal"},
                   {"text-anchor", centred ? "middle" : "start"},
                   {"fill", std::string(ink)},
-                  {"xml:space", "preserve"}},
+                  {"xml:space", "preserve"},
+                  {"textLength", length},
+                  {"lengthAdjust", length.empty() ? "" : "spacingAndGlyphs"}},
                  text);
   }
   void Button(const FormControl& control, const Rect& at, std::string_view caption, bool accepts,
@@ -362,7 +374,9 @@ std::string FormPicture(Form& form) {
                {"y", "240"},
                {"font-family", "Tahoma"},
                {"font-size", "165"},
-               {"font-weight", "bold"}},
+               {"font-weight", "bold"},
+               {"textLength", LengthOf(form.Caption(), kBoldFont)},
+               {"lengthAdjust", "spacingAndGlyphs"}},
               form.Caption());
   svg.Open("g", {{"transform", "translate(0 " + Number(kCaptionHeight) + ')'}});
   FormPainter(svg).Paint(form);
