@@ -44,7 +44,8 @@ class TextGatherer {
   }
 
  private:
-  TextGatherer& AppendPast(std::string_view text) {
+  // Not inlined: seldom needed, and the usual way has to stay small.
+  [[gnu::noinline]] TextGatherer& AppendPast(std::string_view text) {
     Flush();
     out_ += text;
     return *this;
