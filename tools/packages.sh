@@ -31,5 +31,6 @@ need_packages() {
 # What it takes to build the programs.
 build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
 # What it takes to test everything: the shop database is tested on SQLite files and on a PostgreSQL
-# server of the tests' own.
-test_packages=(libgtest-dev clang-format-14 sqlite3 libsoci-dev libsqlite3-dev postgresql)
+# server of the tests' own. SOCI's headers include Boost's.
+test_packages=(libgtest-dev clang-format-14 sqlite3 libsoci-dev libboost-dev
+  libsqlite3-dev postgresql)

@@ -44,11 +44,11 @@ Shop FindShop() {
     if (!std::exchange(said, true))
       Complain(
           Say({"Die Produkte des Shops lassen sich nicht lesen, denn „{}“ lässt sich nicht starten "
-               "({}). Mit libsoci-dev und libsqlite3-dev entsteht das Programm so: cmake --preset "
-               "release -DKVO_SHOP=ON && cmake --build --preset release",
+               "({}). Mit libsoci-dev, libboost-dev und libsqlite3-dev entsteht das Programm so: "
+               "cmake --preset release -DKVO_SHOP=ON && cmake --build --preset release",
                "The shop's products can't be read, because \"{}\" can't be started ({}). With "
-               "libsoci-dev and libsqlite3-dev, the program is made by: cmake --preset release "
-               "-DKVO_SHOP=ON && cmake --build --preset release"},
+               "libsoci-dev, libboost-dev and libsqlite3-dev, the program is made by: "
+               "cmake --preset release -DKVO_SHOP=ON && cmake --build --preset release"},
               {program.string(), reason}));
     return nullptr;
   };
