@@ -103,7 +103,7 @@ void PostgresqlServer::Start() {
     if (!BecomeServerUser()) _exit(126);
     prctl(PR_SET_PDEATHSIG, SIGQUIT);  // it never outlives the test, however that ends
     if (chdir("/") != 0 || freopen(log.c_str(), "a", stderr) == nullptr) _exit(126);
-    execl(program.c_str(), "postgres", "-D", data.c_str(), "-k", folder_.c_str(), "-c",
+    execl(program.c_str(), program.c_str(), "-D", data.c_str(), "-k", folder_.c_str(), "-c",
           "listen_addresses=", "-c", "fsync=off", "-c", "shared_buffers=64MB",
           static_cast<char*>(nullptr));
     _exit(127);
