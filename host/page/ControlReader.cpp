@@ -38,6 +38,12 @@ bool HasAt(std::string_view text, std::size_t at, const char (&literal)[size]) {
 
 constexpr std::size_t kParamTag = std::string_view("<param").size();
 
+constexpr std::size_t kShownBytes = 80;  // in messages, of what stands in the page
+
+std::string_view FirstLine(std::string_view text) {
+  return text.substr(0, text.find_first_of("\r\n"));
+}
+
 std::string_view NearestClass(std::string_view className) {
   std::vector<std::string_view> names;
   for (const RegisteredControl& control : RegisteredControls())
@@ -336,7 +342,7 @@ bool ControlReader::ReadParams(std::size_t& at) {
     // Anything else would be lost. Say so once, then look for more params.
     if (!reported)
       Fail(at, rule::unexpectedContent,
-           messages::UnexpectedContent(ForPeople(rest.substr(0, rest.find_first_of("\r\n")))));
+           messages::UnexpectedContent(ForPeople(FirstLine(rest.substr(0, kShownBytes)))));
     reported = true;
     if (inComment_) {
       stopped_ = true;
@@ -451,8 +457,7 @@ std::string_view ControlReader::Decoded(const RawAttribute& attribute) {
 }
 
 std::string ControlReader::ForPeople(std::string_view bytes) const {
-  constexpr std::size_t kEnough = 80;
-  bytes = bytes.substr(0, kEnough);
+  bytes = bytes.substr(0, kShownBytes);
   std::string text;
   for (;;) {
     const std::size_t invalid = encoding_.Decode(bytes, text);

@@ -48,5 +48,11 @@ TEST_F(Large, UnclosedControlsAreEachReportedAndNothingIsWritten) {
   EXPECT_EQ(problems.size(), 10'000U);
 }
 
+TEST_F(Large, UnclosedControlsWithTextBehindThemAreEachReported) {
+  const std::string page = Times(10'000, hostile::kPrint + "text");
+  EXPECT_EQ(Saved(page), "(not saved)");
+  EXPECT_EQ(problems.size(), 20'000U);
+}
+
 }  // namespace
 }  // namespace kvo::page
