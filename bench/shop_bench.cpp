@@ -81,18 +81,29 @@ std::string ServerShop(int products) {
 
 using Shop = std::string (*)(int products);
 
-// From connecting to the last cell of the first screen, scroll bar included.
+// From connecting to the last cell of the first screen.
 void FirstScreen(benchmark::State& state, Shop shop) {
   const std::string connectionString = shop(static_cast<int>(state.range(0)));
   GridForm(connectionString).Screen(0);  // loads the driver
   HeapPeak heap;
   for (auto _ : state) {
     const GridForm form(connectionString);
-    benchmark::DoNotOptimize(form.grid.RowCount());
     benchmark::DoNotOptimize(form.Screen(0));
     heap.Look();
   }
   state.counters["heap_KB"] = heap.Kilobytes();
+}
+
+// From the first screen to the length of the scroll bar, for which the database counts.
+void ScrollBar(benchmark::State& state, Shop shop) {
+  const std::string connectionString = shop(static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    state.PauseTiming();
+    const GridForm form(connectionString);
+    benchmark::DoNotOptimize(form.Screen(0));
+    state.ResumeTiming();
+    benchmark::DoNotOptimize(form.grid.RowCount());
+  }
 }
 
 // Anywhere in the table, as with the scroll bar.
@@ -134,6 +145,8 @@ BENCHMARK_CAPTURE(FirstScreen, postgresql, ServerShop)
     ->Arg(kSmall)
     ->Arg(kLarge)
     ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ScrollBar, sqlite, FileShop)->Arg(kLarge)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ScrollBar, postgresql, ServerShop)->Arg(kLarge)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Jump, sqlite, FileShop)->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Jump, postgresql, ServerShop)
     ->Arg(kSmall)

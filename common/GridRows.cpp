@@ -48,7 +48,12 @@ Variant FieldValue(Object& recordset, const std::string& field) {
 }
 
 GridRows::GridRows(ObjectRef recordset, std::span<const GridColumn> columns)
-    : recordset_(std::move(recordset)), columns_(columns), count_(CountRecords(*recordset_)) {}
+    : recordset_(std::move(recordset)), columns_(columns) {}
+
+std::size_t GridRows::Count() {
+  if (!count_) count_ = CountRecords(*recordset_);
+  return *count_;
+}
 
 const GridRows::Row& GridRows::At(std::size_t row) {
   const std::size_t number = row / kRowsPerBlock;

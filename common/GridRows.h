@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <list>
+#include <optional>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -24,7 +25,8 @@ class GridRows {
   GridRows(ObjectRef recordset, std::span<const GridColumn> columns);
 
   Object& Recordset() const { return *recordset_; }
-  std::size_t Count() const { return count_; }
+  // Counted when first asked for: in a large table that takes longer than the first screen.
+  std::size_t Count();
   // RuntimeError 9 when there is no such row (any more).
   const Row& At(std::size_t row);
 
@@ -37,7 +39,7 @@ class GridRows {
 
   ObjectRef recordset_;
   std::span<const GridColumn> columns_;
-  std::size_t count_;
+  std::optional<std::size_t> count_;
   std::list<Block> blocks_;  // the last used first
   std::unordered_map<std::size_t, std::list<Block>::iterator> byNumber_;
 };
