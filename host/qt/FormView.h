@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "common/FormRenderer.h"
+#include "host/qt/ControlView.h"
+
+namespace kvo {
+
+// Shows one form with native widgets; ends before it, and not while a user action is on its way
+// (IsBusy). The widgets are named as their controls, and follow each other as those do.
+class FormView final : public QWidget, private FormRenderer, private ViewHost {
+ public:
+  FormView(Form& form, QWidget* parent);
+  ~FormView() override;
+
+  // The widget that shows a control (of a TabPanel its page); nullptr for what has none (timers).
+  QWidget* WidgetOf(const FormControl& control) const override;
+
+  // What a page's event throws when a user action raises it. Must be set; nothing escapes into Qt.
+  // Called where it was caught, so that std::current_exception() is the failure itself.
+  std::function<void(const std::exception&)> onFailure;
+  // The dialog was unloaded (modal forms).
+  std::function<void()> onUnloaded;
+
+  // By the window's own button.
+  void UserClosesWindow();
+
+  // Whether a user action is on its way: a page's event is on the stack, maybe behind a dialog that
+  // it has opened.
+  bool IsBusy() const { return acting_ > 0; }
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  // FormRenderer
+  void ControlChanged(FormControl& control, Aspect aspect) override;
+  void ItemChanged(PropertyGridItem& item) override;
+  void FormUnloaded() override;
+
+  // ViewHost
+  void Act(const std::function<void()>& action) override;
+  void ReportLater(std::exception_ptr failure) override;
+  void Update(const std::function<void()>& change) override;
+
+  void Build(Container& container, QWidget& parent);
+  void SetUp(FormControl& control, QWidget& widget, bool placed);
+  void ShowAll();
+  ControlView& ViewOf(const FormControl& control) const;
+  FormControl* ControlOf(const QWidget* widget) const;
+  void FocusMoved(const QWidget* now);
+  bool PressButton(CommandButton::Role role);
+
+  std::vector<std::pair<FormControl*, std::unique_ptr<ControlView>>> views_;  // in tab order
+  std::unordered_map<const FormControl*, ControlView*> byControl_;
+  std::unordered_map<const QWidget*, FormControl*> byWidget_;
+  int acting_ = 0;
+  int updating_ = 0;
+};
+
+}  // namespace kvo

@@ -1,0 +1,126 @@
+#include "host/qt/GridView.h"
+
+#include <QHeaderView>
+#include <QScrollBar>
+#include <algorithm>
+#include <limits>
+
+#include "host/qt/QtText.h"
+#include "host/qt/Twips.h"
+
+namespace kvo {
+
+// --- records ---
+
+void GridModel::Renew() {
+  beginResetModel();
+  rows_.reset();
+  refused_ = false;
+  endResetModel();
+}
+
+void GridModel::Refused() const {
+  if (!std::exchange(refused_, true)) host_.ReportLater(std::current_exception());
+}
+
+int GridModel::rowCount(const QModelIndex& parent) const {
+  if (parent.isValid()) return 0;
+  if (rows_) return *rows_;
+  rows_ = 0;
+  try {
+    constexpr std::size_t kMost = std::numeric_limits<int>::max();
+    rows_ = static_cast<int>(std::min(grid_.RowCount(), kMost));
+  } catch (const std::exception&) {
+    Refused();
+  }
+  return *rows_;
+}
+
+int GridModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(grid_.Columns().size());
+}
+
+QVariant GridModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || role != Qt::DisplayRole || refused_) return {};
+  try {
+    return ToQt(grid_.Cell(static_cast<std::size_t>(index.row()),
+                           static_cast<std::size_t>(index.column())));
+  } catch (const std::exception&) {
+    Refused();
+  }
+  return {};
+}
+
+QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation == Qt::Vertical) return {};
+  const GridColumn& column = grid_.Columns()[static_cast<std::size_t>(section)];
+  if (role == Qt::DisplayRole) return ToQt(column.caption);
+  if (role == Qt::ToolTipRole) return ToQt(column.sortHint);
+  return {};
+}
+
+// --- the table ---
+
+GridView::GridView(Grid& grid, QWidget& parent, ViewHost& host)
+    : grid_(grid), model_(grid, host), widget_(new QTableView(&parent)) {
+  constexpr int kRowHeight = 270;
+  widget_->setModel(&model_);
+  widget_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  widget_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  widget_->setTabKeyNavigation(false);
+  widget_->setWordWrap(false);
+  widget_->setShowGrid(false);
+  widget_->verticalHeader()->hide();
+  widget_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  widget_->verticalHeader()->setMinimumSectionSize(1);
+  widget_->verticalHeader()->setDefaultSectionSize(ToPixels(kRowHeight, *widget_));
+  widget_->horizontalHeader()->setHighlightSections(false);
+  widget_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  widget_->horizontalHeader()->setStretchLastSection(true);
+  QObject::connect(
+      widget_->selectionModel(), &QItemSelectionModel::selectionChanged, widget_,
+      [this, &host] { host.Act([this] { UserAction::SelectRows(grid_, SelectedRows()); }); });
+  QObject::connect(widget_, &QTableView::doubleClicked, widget_,
+                   [this, &host] { host.Act([this] { UserAction::DoubleClick(grid_); }); });
+  ShowRows();
+}
+
+void GridView::Show(Aspect aspect) {
+  if (aspect == Aspect::rows) ShowRows();
+  if (aspect == Aspect::selection) ShowSelection();
+}
+
+void GridView::ShowRows() {
+  model_.Renew();
+  int shares = 0;
+  for (const GridColumn& column : grid_.Columns()) shares += column.size;
+  if (shares == 0) return;
+  const int room = ToPixels(grid_.At().width, *widget_) - 2 * widget_->frameWidth() -
+                   widget_->verticalScrollBar()->sizeHint().width();
+  for (int column = 0; column < model_.columnCount({}); ++column)
+    widget_->setColumnWidth(column,
+                            room * grid_.Columns()[static_cast<std::size_t>(column)].size / shares);
+}
+
+void GridView::ShowSelection() {
+  if (SelectedRows() == grid_.SelectedRows()) return;
+  QItemSelection selection;
+  for (const std::size_t row : grid_.SelectedRows()) {
+    const QModelIndex index = model_.index(static_cast<int>(row), 0);
+    selection.select(index, index);
+  }
+  widget_->selectionModel()->select(
+      selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+std::vector<std::size_t> GridView::SelectedRows() const {
+  std::vector<std::size_t> rows;
+  for (const QItemSelectionRange& range : widget_->selectionModel()->selection())
+    for (int row = range.top(); row <= range.bottom(); ++row)
+      rows.push_back(static_cast<std::size_t>(row));
+  std::ranges::sort(rows);
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+  return rows;
+}
+
+}  // namespace kvo

@@ -1,0 +1,54 @@
+#include "host/qt/Messages.h"
+
+#include <QLocale>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "common/RuntimeError.h"
+#include "host/qt/QtText.h"
+
+namespace kvo {
+namespace {
+
+void SetUp(QMessageBox& box, const QString& text) {
+  box.setIcon(QMessageBox::Information);
+  box.setWindowTitle(MessageTitle());
+  box.setTextFormat(Qt::PlainText);
+  box.setText(text);
+  box.setStandardButtons(QMessageBox::Ok);
+  box.button(QMessageBox::Ok)->setText(QStringLiteral("OK"));
+}
+
+}  // namespace
+
+Language DesktopLanguage() {
+  return QLocale().language() == QLocale::German ? Language::german : Language::english;
+}
+
+QString InDesktopLanguage(const Localized& text) { return ToQt(text.In(DesktopLanguage())); }
+
+QString MessageTitle() { return QStringLiteral("KVOPDesignObjects"); }
+
+QString FailureText(const std::exception& failure) {
+  if (const auto* numbered = dynamic_cast<const RuntimeError*>(&failure))
+    return ToQt(numbered->Description(DesktopLanguage()));
+  return ToQt(failure.what());
+}
+
+void ShowMessageBox(QWidget* parent, const QString& text) {
+  QMessageBox box(parent);
+  SetUp(box, text);
+  box.exec();
+}
+
+void ShowMessageBoxLater(QWidget& parent, const QString& text) {
+  const auto show = [&parent, text] {
+    auto* box = new QMessageBox(&parent);
+    SetUp(*box, text);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+  };
+  QMetaObject::invokeMethod(&parent, show, Qt::QueuedConnection);
+}
+
+}  // namespace kvo

@@ -1,0 +1,29 @@
+// What the desktop says to the user.
+#pragma once
+
+#include <QString>
+#include <exception>
+
+#include "common/Localized.h"
+
+class QWidget;
+
+namespace kvo {
+
+// German where the user's locale is, English everywhere else.
+Language DesktopLanguage();
+QString InDesktopLanguage(const Localized& text);
+
+// The title of the component's own message boxes.
+QString MessageTitle();
+
+// A failure as it is shown.
+QString FailureText(const std::exception& failure);
+
+// A message box over `parent`; returns when it was answered.
+void ShowMessageBox(QWidget* parent, const QString& text);
+// Shows it as soon as whatever happens now is over, and returns at once. Over a parent that ends
+// before, nothing shows.
+void ShowMessageBoxLater(QWidget& parent, const QString& text);
+
+}  // namespace kvo

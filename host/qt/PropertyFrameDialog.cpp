@@ -1,0 +1,132 @@
+#include "host/qt/PropertyFrameDialog.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "host/qt/Messages.h"
+#include "host/qt/QtText.h"
+#include "host/qt/Twips.h"
+
+namespace kvo {
+namespace {
+
+constexpr Localized kOk = {"OK", "OK"};
+constexpr Localized kCancel = {"Abbrechen", "Cancel"};
+constexpr Localized kApply = {"Übernehmen", "Apply"};
+
+QPushButton* AddButton(QHBoxLayout& row, const Localized& caption, const char* name) {
+  auto* button = new QPushButton(InDesktopLanguage(caption));
+  button->setObjectName(QLatin1String(name));
+  button->setAutoDefault(false);
+  row.addWidget(button);
+  return button;
+}
+
+}  // namespace
+
+PropertyFrameDialog::PropertyFrameDialog(std::string_view caption, std::vector<ObjectRef> objects,
+                                         const std::vector<std::string>& pages,
+                                         const PageFactory& factory, QWidget* parent)
+    : QDialog(parent),
+      frame_(*this, std::string(caption), std::move(objects), pages, factory),
+      tabs_(new QTabWidget),
+      views_(frame_.PageCount()) {
+  setWindowTitle(ToQt(caption));
+  for (std::size_t tab = 0; tab < frame_.PageCount(); ++tab) {
+    const PropertyPage& page = frame_.Page(tab);
+    auto* place = new QWidget;
+    place->setFixedSize(ToPixels(page.FormSize().width, *this),
+                        ToPixels(page.FormSize().height, *this));
+    tabs_->addTab(place, ToQtCaption(page.Caption()));
+  }
+  auto* layout = new QVBoxLayout(this);
+  layout->setSizeConstraint(QLayout::SetFixedSize);
+  layout->addWidget(tabs_);
+  layout->addWidget(MakeButtons());
+  connect(tabs_, &QTabWidget::currentChanged, this, [this](int tab) { ShowTab(tab); });
+  if (frame_.PageCount() > 0) ShowTab(0);
+}
+
+// The views end before their pages.
+PropertyFrameDialog::~PropertyFrameDialog() {
+  for (const FormView* view : views_) delete view;
+}
+
+QWidget* PropertyFrameDialog::MakeButtons() {
+  auto* buttons = new QWidget;
+  auto* row = new QHBoxLayout(buttons);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addStretch();
+  QPushButton* ok = AddButton(*row, kOk, "cmdOk");
+  ok->setDefault(true);
+  QPushButton* cancel = AddButton(*row, kCancel, "cmdCancel");
+  apply_ = AddButton(*row, kApply, "cmdApply");
+  apply_->setEnabled(false);
+  connect(ok, &QPushButton::clicked, this, [this] { accept(); });
+  connect(cancel, &QPushButton::clicked, this, [this] { reject(); });
+  connect(apply_, &QPushButton::clicked, this, [this] { ApplyThen(false); });
+  return buttons;
+}
+
+// --- pages ---
+
+void PropertyFrameDialog::ShowTab(int tab) {
+  const auto shown = static_cast<std::size_t>(tab);
+  frame_.Show(shown);
+  if (views_[shown] == nullptr) {
+    views_[shown] = new FormView(frame_.Page(shown), tabs_->widget(tab));
+    views_[shown]->onFailure = [this](const std::exception& failure) {
+      ShowMessageBoxLater(*this, FailureText(failure));
+    };
+    views_[shown]->show();
+  }
+  // A page that could not be filled shows nothing that could be edited.
+  views_[shown]->setEnabled(frame_.IsFilled(shown));
+}
+
+void PropertyFrameDialog::ShowError(PropertyPage& page, const std::exception& error) {
+  ShowMessageBoxLater(*this, FailureText(error));
+  for (std::size_t tab = 0; tab < views_.size(); ++tab) {
+    if (&frame_.Page(tab) != &page || views_[tab] == nullptr) continue;
+    views_[tab]->setEnabled(frame_.IsFilled(tab));
+    tabs_->setCurrentIndex(static_cast<int>(frame_.ShownTab()));
+  }
+}
+
+// --- buttons ---
+
+void PropertyFrameDialog::ApplyEnabledChanged() { apply_->setEnabled(frame_.CanApply()); }
+
+bool PropertyFrameDialog::IsBusy() const {
+  return std::ranges::any_of(views_, [](const FormView* view) { return view && view->IsBusy(); });
+}
+
+std::size_t PropertyFrameDialog::ChangedPages() const {
+  std::size_t count = 0;
+  for (std::size_t tab = 0; tab < frame_.PageCount(); ++tab)
+    if (frame_.IsFilled(tab) && frame_.Page(tab).Changed()) ++count;
+  return count;
+}
+
+void PropertyFrameDialog::ApplyThen(bool close) {
+  if (IsBusy()) return;
+  const std::size_t changed = ChangedPages();
+  const bool applied = frame_.Apply();
+  if (ChangedPages() < changed && onApplied) onApplied();
+  if (!applied || !close) return;
+  result_ = Accepted;
+  frame_.Ok();
+}
+
+void PropertyFrameDialog::accept() { ApplyThen(true); }
+
+void PropertyFrameDialog::reject() {
+  if (!IsBusy()) frame_.Cancel();
+}
+
+void PropertyFrameDialog::Closed() { done(result_); }
+
+}  // namespace kvo

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <vector>
+
+#include "common/FormPropertyGrid.h"
+
+namespace kvo {
+
+// The rows of a property grid: captions in the first column, values in the second.
+class PropertyGridModel final : public QAbstractTableModel {
+ public:
+  enum Column { caption, value, columns };
+
+  explicit PropertyGridModel(const PropertyGrid& grid) : grid_(grid) {}
+
+  // Brings the model in step with the grid, whose rows have come or gone.
+  void Synchronize();
+  void Changed(const PropertyGridItem& item);
+
+  // nullptr for no row.
+  PropertyGridItem* Item(const QModelIndex& index) const;
+  // An invalid index for nullptr.
+  QModelIndex IndexOf(const PropertyGridItem* item, Column column) const;
+
+  int rowCount(const QModelIndex& parent) const override;
+  int columnCount(const QModelIndex& parent) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  const PropertyGrid& grid_;
+  std::vector<PropertyGridItem*> rows_;
+};
+
+// Whether the row is one line across the grid, without a value.
+bool SpansColumns(const PropertyGridItem& item);
+
+}  // namespace kvo

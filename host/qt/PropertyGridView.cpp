@@ -1,0 +1,251 @@
+#include "host/qt/PropertyGridView.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QPushButton>
+#include <QStyledItemDelegate>
+#include <QTreeView>
+#include <algorithm>
+#include <utility>
+
+#include "common/modGlobal.h"
+#include "host/qt/QtText.h"
+#include "host/qt/Twips.h"
+#include "host/qt/ValueEditor.h"
+
+namespace kvo {
+namespace {
+
+constexpr int kRowHeight = 270;
+
+// Draws the rows: categories on a band, disabled rows gray, colours with a swatch.
+class RowPainter final : public QStyledItemDelegate {
+ public:
+  RowPainter(const PropertyGridModel& model, QObject* parent)
+      : QStyledItemDelegate(parent), model_(model) {}
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return {QStyledItemDelegate::sizeHint(option, index).width(),
+            ToPixels(kRowHeight, *option.widget)};
+  }
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    const PropertyGridItem& item = *model_.Item(index);
+    QStyleOptionViewItem shown = option;
+    if (!item.Enabled()) shown.state &= ~QStyle::State_Enabled;
+    if (index.column() == PropertyGridModel::value) shown.state &= ~QStyle::State_Selected;
+    shown.state &= ~QStyle::State_HasFocus;
+    if (item.Kind() == ItemKind::category)
+      painter->fillRect(option.rect, option.palette.brush(QPalette::AlternateBase));
+    if (const auto color = Swatch(item); color && index.column() == PropertyGridModel::value)
+      PaintSwatch(*painter, shown, *color);
+    QStyledItemDelegate::paint(painter, shown, index);
+    if (SpansColumns(item)) return;
+    painter->save();
+    painter->setPen(option.palette.color(QPalette::Midlight));
+    painter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
+    painter->drawLine(option.rect.topRight(), option.rect.bottomRight());
+    painter->restore();
+  }
+
+ private:
+  static std::optional<QColor> Swatch(const PropertyGridItem& item) {
+    std::uint8_t red = 0;
+    std::uint8_t green = 0;
+    std::uint8_t blue = 0;
+    if (item.Kind() != ItemKind::color || !ParseColor(ToText(item.Value()), red, green, blue))
+      return std::nullopt;
+    return QColor(red, green, blue);
+  }
+
+  // Beside the text, which begins behind it.
+  static void PaintSwatch(QPainter& painter, QStyleOptionViewItem& option, const QColor& color) {
+    const int margin = option.rect.height() / 6;
+    const int size = option.rect.height() - 2 * margin;
+    const QRect swatch(option.rect.left() + margin, option.rect.top() + margin, size - 1, size - 1);
+    painter.save();
+    painter.setPen(option.palette.color(QPalette::Text));
+    painter.setBrush(color);
+    painter.drawRect(swatch);
+    painter.restore();
+    option.rect.setLeft(swatch.right() + 1);
+  }
+
+  const PropertyGridModel& model_;
+};
+
+}  // namespace
+
+class PropertyTree final : public QTreeView {
+ public:
+  PropertyTree(PropertyGrid& grid, PropertyGridModel& model, QWidget* parent, ViewHost& host)
+      : QTreeView(parent), grid_(grid), model_(model), host_(host) {
+    setModel(&model);
+    setItemDelegate(new RowPainter(model, this));
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    setUniformRowHeights(true);
+    setEditTriggers(NoEditTriggers);
+    setAllColumnsShowFocus(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setHeaderHidden(grid.Caption().empty());
+    header()->setSectionResizeMode(QHeaderView::Stretch);
+    header()->setMinimumSectionSize(1);
+    header()->setSectionsClickable(false);
+    connect(selectionModel(), &QItemSelectionModel::currentChanged, this,
+            [this](const QModelIndex& now) { CurrentChanged(now); });
+    connect(this, &QTreeView::clicked, this, [this] { EnterEditor(Qt::MouseFocusReason); });
+  }
+
+  void ShowRows() {
+    model_.Synchronize();
+    // A plain list needs no second column.
+    const bool list = std::ranges::all_of(
+        grid_.Items(), [](const auto& item) { return item->Kind() == ItemKind::entry; });
+    setColumnHidden(PropertyGridModel::value, list);
+    for (int row = 0; !list && row < model_.rowCount({}); ++row) {
+      const QModelIndex index = model_.index(row, PropertyGridModel::caption);
+      PropertyGridItem& item = *model_.Item(index);
+      setFirstColumnSpanned(row, {}, SpansColumns(item));
+      if (item.Kind() == ItemKind::button && indexWidget(index) == nullptr)
+        setIndexWidget(index, MakeButton(item));
+    }
+    ShowSelection();
+  }
+
+  void ShowSelection() {
+    const QModelIndex index = model_.IndexOf(grid_.SelectedItem(), PropertyGridModel::caption);
+    if (index.row() != currentIndex().row() || !index.isValid()) {
+      selectionModel()->setCurrentIndex(
+          index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+      if (!index.isValid()) selectionModel()->clear();
+    }
+    OpenEditor(grid_.SelectedItem());
+  }
+
+  void ShowItem(const PropertyGridItem& item) {
+    model_.Changed(item);
+    if (editor_ != nullptr && edited_ == &item) {
+      editor_->setEnabled(item.Enabled());
+      editor_->ShowValue();
+      SetTabStop();
+    }
+    if (QWidget* button = indexWidget(model_.IndexOf(&item, PropertyGridModel::caption)))
+      button->setEnabled(item.Enabled());
+  }
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override {
+    // A grid that is entered does not put the user on a row by itself.
+    QAbstractScrollArea::focusInEvent(event);
+    viewport()->update();
+    EnterEditor(event->reason());
+  }
+
+  void keyPressEvent(QKeyEvent* event) override {
+    PropertyGridItem* item = grid_.SelectedItem();
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (event->key() == Qt::Key_Delete) {
+      host_.Act([this] { UserAction::PressDelete(grid_); });
+    } else if (item != nullptr && item->Kind() == ItemKind::button &&
+               (enter || event->key() == Qt::Key_Space)) {
+      host_.Act([item] { UserAction::ClickButton(*item); });
+    } else if (editor_ != nullptr && enter) {
+      editor_->SelectValue();  // the value is edited: it does not close the dialog
+    } else {
+      QTreeView::keyPressEvent(event);
+    }
+  }
+
+ private:
+  QPushButton* MakeButton(PropertyGridItem& item) {
+    auto* button = new QPushButton(ToQtCaption(item.Caption()));
+    button->setFocusPolicy(Qt::NoFocus);  // the row has it
+    button->setAutoDefault(false);
+    button->setEnabled(item.Enabled());
+    connect(button, &QPushButton::clicked, this, [this, &item] {
+      setFocus(Qt::MouseFocusReason);
+      setCurrentIndex(model_.IndexOf(&item, PropertyGridModel::caption));
+      host_.Act([&item] { UserAction::ClickButton(item); });
+    });
+    return button;
+  }
+
+  void CurrentChanged(const QModelIndex& now) {
+    host_.Act([&] { UserAction::SelectItem(grid_, model_.Item(now)); });
+  }
+
+  void OpenEditor(PropertyGridItem* item) {
+    const QModelIndex index = model_.IndexOf(item, PropertyGridModel::value);
+    if (editor_ != nullptr && edited_ == item && indexWidget(index) == editor_) return;
+    CloseEditor();
+    if (item == nullptr) return;
+    editor_ = MakeValueEditor(*item, viewport(), host_);
+    if (editor_ == nullptr) return;
+    edited_ = item;
+    editor_->setFont(font());
+    editor_->setAutoFillBackground(true);
+    editor_->setEnabled(item->Enabled());
+    setIndexWidget(index, editor_);
+    // The tab key goes to the editor at the grid's place in the form, and on from there.
+    QWidget* former = this;
+    for (QWidget* part : editor_->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+      if ((part->focusPolicy() & Qt::TabFocus) == 0) continue;
+      setTabOrder(former, part);
+      former = part;
+    }
+    SetTabStop();
+    if (hasFocus()) EnterEditor(Qt::OtherFocusReason);
+  }
+
+  void SetTabStop() {
+    const bool elsewhere = editor_ != nullptr && editor_->isEnabled();
+    setFocusPolicy(elsewhere ? Qt::ClickFocus : Qt::StrongFocus);
+  }
+
+  void CloseEditor() {
+    if (editor_ == nullptr) return;
+    const bool focused = editor_->isAncestorOf(QApplication::focusWidget());
+    const QModelIndex index = model_.IndexOf(edited_, PropertyGridModel::value);
+    QWidget* editor = std::exchange(editor_, nullptr);
+    edited_ = nullptr;
+    SetTabStop();
+    if (focused) setFocus(Qt::OtherFocusReason);
+    if (index.isValid() && indexWidget(index) == editor)
+      setIndexWidget(index, nullptr);
+    else
+      editor->deleteLater();
+  }
+
+  void EnterEditor(Qt::FocusReason reason) {
+    if (editor_ == nullptr || !editor_->isEnabled()) return;
+    editor_->setFocus(reason);
+    editor_->SelectValue();
+  }
+
+  PropertyGrid& grid_;
+  PropertyGridModel& model_;
+  ViewHost& host_;
+  QPointer<ValueEditor> editor_;  // of the row on which the user stands, if it has one
+  const PropertyGridItem* edited_ = nullptr;
+};
+
+PropertyGridView::PropertyGridView(PropertyGrid& grid, QWidget& parent, ViewHost& host)
+    : grid_(grid), model_(grid), widget_(new PropertyTree(grid, model_, &parent, host)) {
+  widget_->ShowRows();
+}
+
+QWidget* PropertyGridView::Widget() const { return widget_; }
+
+void PropertyGridView::Show(Aspect aspect) {
+  if (aspect == Aspect::items) widget_->ShowRows();
+  if (aspect == Aspect::selection) widget_->ShowSelection();
+}
+
+void PropertyGridView::ShowItem(PropertyGridItem& item) { widget_->ShowItem(item); }
+
+}  // namespace kvo

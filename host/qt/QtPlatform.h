@@ -1,0 +1,42 @@
+#pragma once
+
+#include <functional>
+
+#include "common/Platform.h"
+#include "common/PropertyFrame.h"
+
+namespace kvo {
+
+// The platform of programs with a desktop. Needs a QApplication; its dialogs stand over the window
+// that is active.
+class QtPlatform : public Platform {
+ public:
+  // `pages` makes the pages of the property frames that it shows.
+  explicit QtPlatform(PageFactory pages) : pages_(std::move(pages)) {}
+
+  // Who makes recordsets; a program with a database layer sets it. Without: RuntimeError 429.
+  std::function<ObjectRef()> recordsets;
+  // Handed to the property frames.
+  std::function<void()> onApplied;
+
+  void ShowMessage(WindowHandle owner, std::string_view text) override;
+  std::optional<std::string> InputPrompt(std::string_view prompt, std::string_view title) override;
+  void ShowModal(Form& form) override;
+  ColorNumber ChooseColor(ColorNumber preset) override;
+  // Mouse buttons and the shift, control and menu keys; no others.
+  KeyStates KeyboardState() override;
+  // The same on every machine, whether it has the font or not: boxes are stored with their size.
+  int TextWidth(std::string_view text, FontWeight weight) override;
+  GuidText NewGuid() override;
+  // In German, in every locale: the pages that show the samples are German.
+  std::string Format(const Variant& value, std::string_view pattern) override;
+  // An owner is the winId of a widget's window.
+  void ShowPropertyFrame(WindowHandle owner, std::string_view caption, ObjectRef object,
+                         const std::vector<std::string>& pages) override;
+  ObjectRef NewRecordset() override;
+
+ private:
+  PageFactory pages_;
+};
+
+}  // namespace kvo

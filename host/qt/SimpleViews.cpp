@@ -1,0 +1,244 @@
+#include "host/qt/SimpleViews.h"
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStyle>
+#include <QTabBar>
+#include <algorithm>
+
+#include "host/qt/QtText.h"
+#include "host/qt/Twips.h"
+
+namespace kvo {
+namespace {
+
+bool IsEnter(const QKeyEvent& event) {
+  return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+// The enter key presses the button on which it is pressed, not the dialog's.
+class PressedByEnter final : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (IsEnter(*event))
+      click();
+    else
+      QPushButton::keyPressEvent(event);
+  }
+};
+
+// As high as forms plan it, whatever the style likes.
+class FixedTabBar final : public QTabBar {
+ protected:
+  QSize tabSizeHint(int index) const override {
+    return {QTabBar::tabSizeHint(index).width(), ToPixels(kTabRowHeight, *this)};
+  }
+  QSize minimumTabSizeHint(int index) const override { return tabSizeHint(index); }
+};
+
+class TabWidget final : public QTabWidget {
+ public:
+  explicit TabWidget(QWidget* parent) : QTabWidget(parent) {
+    setTabBar(new FixedTabBar);
+    setUsesScrollButtons(false);
+    tabBar()->setElideMode(Qt::ElideNone);
+    tabBar()->setExpanding(false);
+  }
+};
+
+}  // namespace
+
+// --- labels and boxes ---
+
+LabelView::LabelView(Label& label, QWidget& parent) : label_(label), widget_(new QLabel(&parent)) {
+  widget_->setTextFormat(Qt::PlainText);
+  widget_->setWordWrap(label.Wraps());
+  widget_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  Show(Aspect::caption);
+}
+
+QWidget* LabelView::Widget() const { return widget_; }
+
+// Without a buddy, a "&" is a character here already.
+void LabelView::Show(Aspect) { widget_->setText(ToQt(label_.Caption())); }
+
+CheckBoxView::CheckBoxView(CheckBox& box, QWidget& parent, ViewHost& host)
+    : box_(box), widget_(new QCheckBox(ToQtCaption(box.Caption()), &parent)) {
+  Show(Aspect::checked);
+  QObject::connect(widget_, &QCheckBox::clicked, widget_, [this, &host] {
+    host.Act([this] { UserAction::Click(box_); });
+    host.Update([this] { Show(Aspect::checked); });  // the page may have thought otherwise
+  });
+}
+
+QWidget* CheckBoxView::Widget() const { return widget_; }
+
+void CheckBoxView::Show(Aspect) { widget_->setChecked(box_.Value()); }
+
+FrameView::FrameView(const Frame& frame, QWidget& parent) {
+  constexpr int kThickestLine = 60;
+  if (!frame.Caption().empty()) {
+    widget_ = new QGroupBox(ToQtCaption(frame.Caption()), &parent);
+  } else {
+    auto* box = new QFrame(&parent);
+    const bool line = frame.At().height <= kThickestLine;
+    box->setFrameShape(line ? QFrame::HLine : QFrame::Box);
+    box->setFrameShadow(QFrame::Sunken);
+    widget_ = box;
+  }
+  widget_->lower();  // what stands inside is declared beside it
+}
+
+PictureView::PictureView(const PictureBox& picture, QWidget& parent)
+    : widget_(new QLabel(&parent)) {
+  const QIcon icon = widget_->style()->standardIcon(QStyle::SP_MessageBoxInformation);
+  const int size = ToPixels(std::min(picture.At().width, picture.At().height), *widget_);
+  widget_->setPixmap(icon.pixmap(QSize(size, size), widget_->devicePixelRatioF()));
+}
+
+QWidget* PictureView::Widget() const { return widget_; }
+
+// --- buttons ---
+
+CommandButtonView::CommandButtonView(CommandButton& button, QWidget& parent, ViewHost& host)
+    : widget_(new PressedByEnter(ToQtCaption(button.Caption()), &parent)) {
+  widget_->setAutoDefault(false);
+  widget_->setDefault(button.DialogRole() == CommandButton::Role::acceptsDialog);
+  QObject::connect(widget_, &QPushButton::clicked, widget_,
+                   [&button, &host] { host.Act([&button] { UserAction::Click(button); }); });
+}
+
+QWidget* CommandButtonView::Widget() const { return widget_; }
+
+class OptionButtonView::Radio final : public QRadioButton {
+ public:
+  Radio(OptionButton& button, QWidget& parent, ViewHost& host)
+      : QRadioButton(ToQtCaption(button.Caption()), &parent), button_(button), host_(host) {
+    setAutoExclusive(false);  // the form decides
+  }
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    switch (event->key()) {
+      case Qt::Key_Up:
+      case Qt::Key_Left:
+        return Step(-1);
+      case Qt::Key_Down:
+      case Qt::Key_Right:
+        return Step(1);
+      default:
+        QRadioButton::keyPressEvent(event);
+    }
+  }
+
+ private:
+  void Step(int step) {
+    std::vector<OptionButton*> group;
+    for (FormControl* sibling : button_.Parent().Controls())
+      if (auto* option = dynamic_cast<OptionButton*>(sibling); option && option->IsReachable())
+        group.push_back(option);
+    const auto count = static_cast<std::ptrdiff_t>(group.size());
+    const auto at = std::ranges::find(group, &button_) - group.begin();
+    if (at == count) return;
+    OptionButton& next = *group[static_cast<std::size_t>((at + step + count) % count)];
+    host_.WidgetOf(next)->setFocus(Qt::OtherFocusReason);
+    host_.Act([&next] { UserAction::Click(next); });
+  }
+
+  OptionButton& button_;
+  ViewHost& host_;
+};
+
+OptionButtonView::OptionButtonView(OptionButton& button, QWidget& parent, ViewHost& host)
+    : button_(button), host_(host), widget_(new Radio(button, parent, host)) {
+  widget_->setChecked(button.Value());
+  QObject::connect(widget_, &QRadioButton::clicked, widget_, [this] {
+    host_.Act([this] { UserAction::Click(button_); });
+    host_.Update([this] { Show(Aspect::checked); });
+  });
+}
+
+QWidget* OptionButtonView::Widget() const { return widget_; }
+
+void OptionButtonView::Show(Aspect) {
+  widget_->setChecked(button_.Value());
+  SetTabStops();
+}
+
+void OptionButtonView::ShowEnabled(bool enabled) {
+  widget_->setEnabled(enabled);
+  SetTabStops();
+}
+
+void OptionButtonView::ShowVisible(bool visible) {
+  widget_->setVisible(visible);
+  SetTabStops();
+}
+
+void OptionButtonView::SetTabStops() {
+  std::vector<OptionButton*> group;
+  for (FormControl* sibling : button_.Parent().Controls())
+    if (auto* option = dynamic_cast<OptionButton*>(sibling);
+        option && option->Enabled() && option->Visible())
+      group.push_back(option);
+  const auto chosen = std::ranges::find_if(group, [](auto* option) { return option->Value(); });
+  for (OptionButton*& option : group) {
+    const bool stop = chosen == group.end() ? &option == &group.front() : option == *chosen;
+    if (QWidget* widget = host_.WidgetOf(*option))
+      widget->setFocusPolicy(stop ? Qt::StrongFocus : Qt::ClickFocus);
+  }
+}
+
+// --- tabs ---
+
+TabControlView::TabControlView(TabControl& tabs, QWidget& parent, ViewHost& host)
+    : tabs_(tabs), widget_(new TabWidget(&parent)) {
+  QObject::connect(widget_, &QTabWidget::currentChanged, widget_, [this, &host](int tab) {
+    if (tab < 0) return;
+    host.Act([this, tab] { UserAction::SelectTab(tabs_, static_cast<std::size_t>(tab)); });
+  });
+}
+
+void TabControlView::Show(Aspect) {
+  widget_->setCurrentIndex(static_cast<int>(tabs_.SelectedTab()));
+}
+
+TabPanelView::TabPanelView(const TabPanel& panel, ViewHost& host)
+    : tabs_(dynamic_cast<QTabWidget*>(host.WidgetOf(*panel.Parent().AsControl()))),
+      page_(new QWidget(tabs_)) {
+  tabs_->addTab(page_, ToQtCaption(panel.Caption()));
+}
+
+void TabPanelView::ShowEnabled(bool enabled) {
+  tabs_->setTabEnabled(tabs_->indexOf(page_), enabled);
+}
+
+void TabPanelView::ShowVisible(bool visible) {
+  tabs_->setTabVisible(tabs_->indexOf(page_), visible);
+}
+
+// --- timers ---
+
+TimerView::TimerView(Timer& timer, QWidget& parent, ViewHost& host)
+    : timer_(timer), clock_(new QTimer(&parent)) {
+  clock_->setObjectName(ToQt(timer.Name()));
+  QObject::connect(clock_, &QTimer::timeout, clock_,
+                   [this, &host] { host.Act([this] { UserAction::Tick(timer_); }); });
+  Show(Aspect::timer);
+}
+
+void TimerView::Show(Aspect) {
+  if (timer_.IsRunning() && timer_.Enabled())
+    clock_->start(timer_.Interval());
+  else
+    clock_->stop();
+}
+
+}  // namespace kvo

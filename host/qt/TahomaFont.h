@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QFont>
+
+#include "common/FormControl.h"
+
+namespace kvo {
+
+// Forms are set in Tahoma. Where the system has no such family, the files that Wine brings along
+// are loaded, once per process; without them a sans-serif font of about its width stands in.
+void LoadTahoma();
+
+// A form's font. Tahoma has to be loaded already.
+QFont QtFont(const Font& font);
+
+}  // namespace kvo

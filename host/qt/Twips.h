@@ -1,0 +1,11 @@
+#pragma once
+
+class QPaintDevice;
+
+namespace kvo {
+
+// Forms are measured in twips, 1440 to the inch. The inch is the logical one of the screen, by
+// which its fonts are measured as well: 15 twips are a pixel at 96 dots to the inch.
+int ToPixels(int twips, const QPaintDevice& device);
+
+}  // namespace kvo

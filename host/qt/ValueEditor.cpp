@@ -1,0 +1,152 @@
+#include "host/qt/ValueEditor.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QToolButton>
+#include <algorithm>
+#include <limits>
+
+#include "host/qt/EditViews.h"
+#include "host/qt/QtText.h"
+#include "host/qt/ShownText.h"
+
+namespace kvo {
+namespace {
+
+QHBoxLayout* TightLayout(QWidget* of) {
+  auto* layout = new QHBoxLayout(of);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  return layout;
+}
+
+// Keeps a line edit and the value of a row in step.
+class ValueLine {
+ public:
+  ValueLine(QLineEdit& line, PropertyGridItem& item, ViewHost& host)
+      : line_(line), item_(item), host_(host), shown_({}, Lines::one) {
+    line.setMaxLength(std::numeric_limits<int>::max());
+    line.setAccessibleName(ToQt(item.Caption()));
+    Show();
+    QObject::connect(&line, &QLineEdit::textEdited, &line, [this] { Edited(); });
+  }
+  ValueLine(const ValueLine&) = delete;
+  ValueLine& operator=(const ValueLine&) = delete;
+
+  void Show() {
+    shown_ = ShownText(ToText(item_.Value()), Lines::one);
+    if (line_.text() != shown_.Units()) line_.setText(shown_.Units());
+  }
+
+ private:
+  void Edited() {
+    host_.Act([this] {
+      const int caret = line_.cursorPosition();
+      if (const auto edit = FindEdit(shown_, {caret, 0}, line_.text(), caret)) Apply(*edit);
+    });
+    host_.Update([this] { Show(); });
+  }
+
+  void Apply(const TextEdit& edit) {
+    std::string text = ToText(item_.Value());
+    const std::size_t start = CharacterOffset(text, edit.start);
+    const std::size_t end = CharacterOffset(text, edit.start + edit.length);
+    // A value is one line.
+    text.replace(start, end - start,
+                 edit.typed.substr(0, edit.typed.find_first_of(std::string_view("\r\n\0", 3))));
+    UserAction::EditValue(item_, text);
+  }
+
+  QLineEdit& line_;
+  PropertyGridItem& item_;
+  ViewHost& host_;
+  ShownText shown_;
+};
+
+class TextEditor final : public ValueEditor {
+ public:
+  TextEditor(PropertyGridItem& item, QWidget* parent, ViewHost& host)
+      : ValueEditor(parent), line_(new QLineEdit(this)), value_(*line_, item, host) {
+    line_->setFrame(false);
+    QHBoxLayout* layout = TightLayout(this);
+    layout->addWidget(line_);
+    if (item.Kind() == ItemKind::color) layout->addWidget(MakeButton(item, host));
+    setFocusProxy(line_);
+  }
+  void ShowValue() override { value_.Show(); }
+  void SelectValue() override { line_->selectAll(); }
+
+ private:
+  QToolButton* MakeButton(PropertyGridItem& item, ViewHost& host) {
+    auto* button = new QToolButton(this);
+    button->setText(QStringLiteral("..."));
+    button->setAccessibleName(ToQt(item.Caption()) + QLatin1String(" ..."));
+    button->setFocusPolicy(Qt::TabFocus);
+    button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
+    QObject::connect(button, &QToolButton::clicked, button,
+                     [&item, &host] { host.Act([&item] { UserAction::ClickButton(item); }); });
+    return button;
+  }
+
+  QLineEdit* line_;
+  ValueLine value_;
+};
+
+class ListEditor final : public ValueEditor {
+ public:
+  ListEditor(PropertyGridItem& item, QWidget* parent, ViewHost& host)
+      : ValueEditor(parent), item_(item), list_(new QComboBox(this)) {
+    if (item.Editable()) MakeFreeText(*list_);
+    list_->setFrame(false);
+    list_->setAccessibleName(ToQt(item.Caption()));
+    ListEditor::ShowValue();
+    if (item.Editable()) value_ = std::make_unique<ValueLine>(*list_->lineEdit(), item, host);
+    TightLayout(this)->addWidget(list_);
+    setFocusProxy(list_);
+    QObject::connect(list_, &QComboBox::activated, list_, [this, &host](int row) {
+      host.Act(
+          [&] { UserAction::ChooseValue(item_, *item_.Choices()[static_cast<std::size_t>(row)]); });
+      host.Update([this] { ShowValue(); });
+    });
+  }
+  void ShowValue() override {
+    const std::string value = ToText(item_.Value());
+    const auto& choices = item_.Choices();
+    const int caret = value_ ? list_->lineEdit()->cursorPosition() : 0;
+    for (auto row = static_cast<std::size_t>(list_->count()); row < choices.size(); ++row)
+      list_->addItem(ToQt(choices[row]->Caption()));
+    const auto chosen = std::ranges::find_if(
+        choices, [&](const auto& choice) { return choice->Caption() == value; });
+    const auto row = chosen == choices.end() ? -1 : static_cast<int>(chosen - choices.begin());
+    if (list_->currentIndex() != row) list_->setCurrentIndex(row);
+    list_->setPlaceholderText(ToQt(value));  // a value that is no choice still shows
+    if (!value_) return;
+    value_->Show();
+    list_->lineEdit()->setCursorPosition(caret);
+  }
+  void SelectValue() override {
+    if (list_->lineEdit() != nullptr) list_->lineEdit()->selectAll();
+  }
+
+ private:
+  PropertyGridItem& item_;
+  QComboBox* list_;
+  std::unique_ptr<ValueLine> value_;
+};
+
+}  // namespace
+
+ValueEditor* MakeValueEditor(PropertyGridItem& item, QWidget* parent, ViewHost& host) {
+  switch (item.Kind()) {
+    case ItemKind::text:
+    case ItemKind::color:
+      return new TextEditor(item, parent, host);
+    case ItemKind::list:
+      return new ListEditor(item, parent, host);
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace kvo
