@@ -4,8 +4,8 @@
 
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/PageRun.h"
-#include "apps/kvo/Svg.h"
 #include "common/RuntimeError.h"
+#include "host/headless/BoxPicture.h"
 #include "host/page/File.h"
 #include "host/registration/classes.h"
 
@@ -75,7 +75,7 @@ ExitCode Draw(const Values& values) {
     std::vector<Box> boxes;
     boxes.reserve(pictures.size());
     for (const Picture& picture : pictures) boxes.push_back(picture.box);
-    Print(ToSvg(boxes));
+    Print(BoxPicture(boxes));
     return code;
   }
   if (values.output.empty())
@@ -92,7 +92,7 @@ ExitCode Draw(const Values& values) {
   for (const Picture& picture : pictures) {
     const std::string file =
         (std::filesystem::path(values.output) / (picture.name + ".svg")).string();
-    Write(file, ToSvg({picture.box}));
+    Write(file, BoxPicture({picture.box}));
     Print(file + '\n');
   }
   return code;

@@ -8,6 +8,7 @@
 #include "common/FormPropertyGrid.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/headless/TextLines.h"
+#include "host/headless/Xml.h"
 
 namespace kvo {
 namespace {
@@ -29,27 +30,6 @@ constexpr std::string_view kHead = "#dcdcdc";
 constexpr std::string_view kWhite = "#ffffff";
 constexpr std::string_view kAccent = "#0a5fb4";
 
-void AppendEscaped(std::string& out, std::string_view text) {
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;  // XML holds no control characters
-    }
-  }
-}
-
 class SvgWriter {
  public:
   using Attributes = std::initializer_list<std::pair<std::string_view, std::string>>;
@@ -66,7 +46,7 @@ class SvgWriter {
   void Content(std::string_view name, Attributes attributes, std::string_view text) {
     Begin(name, attributes);
     out_ += '>';
-    AppendEscaped(out_, text);
+    AppendXml(out_, text);
     Close(name);
   }
   std::string Take() { return std::move(out_); }
@@ -77,7 +57,7 @@ class SvgWriter {
     for (const auto& [key, value] : attributes) {
       if (value.empty()) continue;
       out_ += ' ' + std::string(key) + "=\"";
-      AppendEscaped(out_, value);
+      AppendXml(out_, value);
       out_ += '"';
     }
   }
@@ -88,10 +68,10 @@ std::string Number(int number) { return std::to_string(number); }
 
 // How long a text in Tahoma is, so that it keeps its place where another font has to stand in.
 std::string LengthOf(std::string_view text, const Font& font) {
-  constexpr double kMeasuredPoints = 8.25;
-  if (font.family != "Tahoma") return {};
+  constexpr Font kMeasured;
+  if (font.family != kMeasured.family) return {};
   const int width = TahomaTextWidth(text, font.weight);
-  return Number(static_cast<int>(width * font.points / kMeasuredPoints));
+  return Number(static_cast<int>(width * font.points / kMeasured.points));
 }
 
 class FormPainter final : public FormVisitor {

@@ -1,41 +1,21 @@
-#include "apps/kvo/Svg.h"
+#include "host/headless/BoxPicture.h"
 
 #include <algorithm>
 
 #include "host/headless/HeadlessPlatform.h"
+#include "host/headless/Xml.h"
 
 namespace kvo {
 namespace {
 
 constexpr int kGap = 120;
 constexpr int kTwipsPerPoint = 20;
-constexpr int kFontSize = 165;    // 8.25 point
+constexpr int kFontSize = 165;  // 8.25 point
+constexpr std::string_view kFontFamily = "Tahoma, Verdana, sans-serif";
 constexpr int kBaseline = 165;    // of a label, below its top: Tahoma's ascent is one em
 constexpr int kBorderWidth = 15;  // one pixel
 // The highlight colour of the system where the picture is looked at, else a common one.
 constexpr std::string_view kHighlight = "stroke:#0078d7;stroke:Highlight";
-
-void AppendEscaped(std::string& out, std::string_view text) {
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        // Control characters can't stand in XML at all; a line break shows as a blank.
-        out += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
-    }
-  }
-}
 
 void AppendAttribute(std::string& out, std::string_view name, int value) {
   out += ' ';
@@ -43,21 +23,20 @@ void AppendAttribute(std::string& out, std::string_view name, int value) {
   out += "=\"" + std::to_string(value) + '"';
 }
 
-void AppendBox(std::string& out, const Box& box, int top) {
-  out += "  <svg";
-  AppendAttribute(out, "y", top);
-  AppendAttribute(out, "width", box.width);
-  AppendAttribute(out, "height", box.height);
-  out += ">\n    <rect";
+// The border and the labels; `indent` stands before each element.
+void AppendParts(std::string& out, const Box& box, std::string_view indent) {
+  out += indent;
+  out += "<rect";
   AppendAttribute(out, "x", box.border.left);
   AppendAttribute(out, "y", box.border.top);
   AppendAttribute(out, "width", std::max(0, box.border.width));
   AppendAttribute(out, "height", std::max(0, box.border.height));
   AppendAttribute(out, "stroke-width", kBorderWidth);
-  out += " fill=\"white\" style=\"" + std::string(kHighlight) + "\"/>\n";
+  out += " fill=\"white\" style=\"" + std::string(kHighlight) + "\"/>";
   for (const Box::Label& label : box.labels) {
     if (label.caption.empty()) continue;
-    out += "    <text";
+    out += indent;
+    out += "<text";
     AppendAttribute(out, "x", label.at.left);
     AppendAttribute(out, "y", label.at.top + kBaseline);
     if (label.weight == FontWeight::bold) out += " font-weight=\"bold\"";
@@ -65,10 +44,9 @@ void AppendBox(std::string& out, const Box& box, int top) {
     AppendAttribute(out, "textLength", TahomaTextWidth(label.caption, label.weight));
     out += " lengthAdjust=\"spacingAndGlyphs\"";
     out += " xml:space=\"preserve\">";
-    AppendEscaped(out, label.caption);
-    out += "</text>\n";
+    AppendXml(out, label.caption);
+    out += "</text>";
   }
-  out += "  </svg>\n";
 }
 
 std::string Points(int twips) {
@@ -78,7 +56,7 @@ std::string Points(int twips) {
 
 }  // namespace
 
-std::string ToSvg(const std::vector<Box>& boxes) {
+std::string BoxPicture(const std::vector<Box>& boxes) {
   int width = 0;
   int height = -kGap;
   for (const Box& box : boxes) {
@@ -88,15 +66,32 @@ std::string ToSvg(const std::vector<Box>& boxes) {
   height = std::max(height, 0);
   std::string out = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + Points(width) +
                     "\" height=\"" + Points(height) + "\" viewBox=\"0 0 " + std::to_string(width) +
-                    ' ' + std::to_string(height) +
-                    "\" font-family=\"Tahoma, Verdana, sans-serif\" font-size=\"" +
-                    std::to_string(kFontSize) + "\">\n";
+                    ' ' + std::to_string(height) + "\" font-family=\"" + std::string(kFontFamily) +
+                    "\" font-size=\"" + std::to_string(kFontSize) + "\">\n";
   int top = 0;
   for (const Box& box : boxes) {
-    AppendBox(out, box, top);
+    out += "  <svg";
+    AppendAttribute(out, "y", top);
+    AppendAttribute(out, "width", box.width);
+    AppendAttribute(out, "height", box.height);
+    out += '>';
+    AppendParts(out, box, "\n    ");
+    out += "\n  </svg>\n";
     top += box.height + kGap;
   }
   return out + "</svg>\n";
+}
+
+void AppendInlineBox(std::string& html, const Box& box, std::string_view attributes) {
+  html += "<svg ";
+  html += attributes;
+  AppendAttribute(html, "width", box.width / kTwipsPerPixel);
+  AppendAttribute(html, "height", box.height / kTwipsPerPixel);
+  html += " viewBox=\"0 0 " + std::to_string(box.width) + ' ' + std::to_string(box.height) +
+          "\" style=\"vertical-align:middle;font:" + std::to_string(kFontSize) + "px " +
+          std::string(kFontFamily) + "\">";
+  AppendParts(html, box, {});
+  html += "</svg>";
 }
 
 }  // namespace kvo
