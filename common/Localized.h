@@ -1,6 +1,8 @@
 // Texts for people, in the two languages that the programs speak.
 #pragma once
 
+#include <initializer_list>
+#include <string>
 #include <string_view>
 
 namespace kvo {
@@ -16,5 +18,12 @@ struct Localized {
     return language == Language::german ? german : english;
   }
 };
+
+// The user's language: the first of LC_ALL, LC_MESSAGES and LANG that is set decides; "de..." is
+// German, everything else English.
+Language UserLanguage();
+
+// A text in the user's language, each "{}" replaced by the next of `values`.
+std::string Say(const Localized& text, std::initializer_list<std::string_view> values = {});
 
 }  // namespace kvo

@@ -15,17 +15,6 @@ std::string_view Environment(const char* name) {
   return value == nullptr ? std::string_view() : value;
 }
 
-Language ReadLanguage() {
-  for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-    const std::string_view value = Environment(variable);
-    if (value.empty()) continue;
-    const bool german =
-        value.starts_with("de") && (value.size() == 2 || std::strchr("_.@-", value[2]) != nullptr);
-    return german ? Language::german : Language::english;
-  }
-  return Language::english;
-}
-
 bool HasColour(int descriptor) {
   return Environment("NO_COLOR").empty() && Environment("TERM") != "dumb" &&
          isatty(descriptor) == 1;
@@ -52,24 +41,6 @@ void OutputFailed() {
 }
 
 }  // namespace
-
-Language UserLanguage() {
-  static const Language language = ReadLanguage();
-  return language;
-}
-
-std::string Say(const Localized& text, std::initializer_list<std::string_view> values) {
-  std::string_view rest = text.In(UserLanguage());
-  std::string said;
-  for (const std::string_view value : values) {
-    const std::size_t at = rest.find("{}");
-    said += rest.substr(0, at);
-    said += value;
-    rest = rest.substr(at + 2);
-  }
-  said += rest;
-  return said;
-}
 
 void Complain(std::string_view message) {
   constexpr std::string_view program = "kvo: ";

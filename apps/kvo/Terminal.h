@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <initializer_list>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -24,13 +23,6 @@ class Failure : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
-
-// The user's language: the first of LC_ALL, LC_MESSAGES and LANG that is set decides; "de..." is
-// German, everything else English.
-Language UserLanguage();
-
-// A text in the user's language, each "{}" replaced by the next of `values`.
-std::string Say(const Localized& text, std::initializer_list<std::string_view> values = {});
 
 // A message on standard error behind "kvo: " and the word for an error, coloured on a terminal.
 void Complain(std::string_view message);
