@@ -55,7 +55,8 @@ class Control : public Object {
   Box DesignTimeBox() const;
   // The host's resize event.
   virtual void Resize() { laidOut_ = true; }
-  virtual void DblClick(WindowHandle /*owner*/) {}
+  // The user's double click. False: not handled, and the host shows the property pages.
+  virtual bool DblClick(WindowHandle /*owner*/) { return false; }
 
   const std::string& Namespace() const { return namespace_; }
   void Namespace(std::string_view sNewNamespace) { namespace_ = sNewNamespace; }

@@ -18,9 +18,10 @@ const ControlClass& DTCContact::Contract() {
   return contract;
 }
 
-void DTCContact::DblClick(WindowHandle owner) {
+bool DTCContact::DblClick(WindowHandle owner) {
   ThePlatform().ShowMessage(owner, "yo");  // deliberate: the notice comes before the pages
   ShowPropertyPages(shared_from_this(), "Kontaktfeld", owner);
+  return true;
 }
 
 }  // namespace kvo

@@ -9,7 +9,7 @@ class DTCContact final : public DataField {
  public:
   static const ControlClass& Contract();
   const ControlClass& Class() const override { return Contract(); }
-  void DblClick(WindowHandle owner) override;
+  bool DblClick(WindowHandle owner) override;
 };
 
 }  // namespace kvo
