@@ -12,8 +12,8 @@ std::string PlaceText(const page::FoundControl& control) {
 }
 
 page::Problem Unbalanced(const page::FoundControl& control, page::Message message) {
-  return {kUnbalanced.severity, kUnbalanced.id, control.place,
-          control.className,    control.id,     std::move(message)};
+  return {kUnbalanced.severity, kUnbalanced.id,     control.place, control.className,
+          control.id,           std::move(message), control.begin};
 }
 
 }  // namespace

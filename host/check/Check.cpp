@@ -59,13 +59,11 @@ page::Problems CheckPage(const page::Page& page, const ObjectRef& office) {
     for (const ControlRule& rule : ControlRules())
       rule.check(checked, [&](page::Message message) {
         problems.push_back({rule.rule.severity, rule.rule.id, found.place, found.className,
-                            found.id, std::move(message)});
+                            found.id, std::move(message), found.begin});
       });
   }
   std::ranges::move(balance.Take(), std::back_inserter(problems));
-  std::ranges::stable_sort(problems, {}, [](const page::Problem& problem) {
-    return std::pair(problem.place.line, problem.place.column);
-  });
+  std::ranges::stable_sort(problems, {}, &page::Problem::offset);
   return problems;
 }
 

@@ -483,10 +483,16 @@ Problems Check(const Page& page) {
 }
 
 std::string ElementText(const ControlClass& contract, std::optional<std::string_view> id,
-                        const std::vector<MemoryBag::Entry>& bag) {
-  const PageEncoding utf8;
-  ElementWriter element(utf8);
+                        const std::vector<MemoryBag::Entry>& bag,
+                        const std::vector<Attribute>& attributes, const PageEncoding& encoding) {
+  ElementWriter element(encoding);
   element.Begin(contract, id);
+  for (const auto& [name, value] : attributes) {
+    std::string encoded;
+    if (const auto unwritable = AppendText(name, encoding, encoded))
+      throw RuntimeError(ErrorNumber::invalidCall, unwritable->text);
+    element.Attribute(encoded, value);
+  }
   for (const auto& [key, value] : bag) element.Param(key, value);
   element.End();
   if (element.Failure()) throw RuntimeError(ErrorNumber::invalidCall, element.Failure()->text);

@@ -102,8 +102,11 @@ Problems Publish(const Page& page, Sink& sink);
 // What Save would complain about, and what is odd beyond that.
 Problems Check(const Page& page);
 
-// A control's element, as Save writes it, in UTF-8. Without a value no id is written.
+// A control's element, as Save writes it, in the page's encoding. Without a value no id is written.
+// RuntimeError 5 when the encoding cannot hold it, not even by character references.
 std::string ElementText(const ControlClass& contract, std::optional<std::string_view> id,
-                        const std::vector<MemoryBag::Entry>& bag);
+                        const std::vector<MemoryBag::Entry>& bag,
+                        const std::vector<Attribute>& attributes = {},
+                        const PageEncoding& encoding = {});
 
 }  // namespace kvo::page

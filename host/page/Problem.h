@@ -39,6 +39,7 @@ struct Problem {
   std::string control;  // the class name as it stands in the page; may be empty
   std::string id;       // the control's id; may be empty
   Message message;
+  std::size_t offset = 0;  // of the place, in bytes of the page
 };
 
 // In the order of their places.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 namespace kvo::page {
 
@@ -28,27 +29,21 @@ Place PlaceFinder::At(std::size_t offset) {
 void ProblemList::Add(std::size_t offset, std::string_view rule, Subject subject, Message message,
                       Severity severity) {
   if (severity == Severity::error) ++errors_;
-  entries_.push_back({offset,
-                      {severity,
+  problems_.push_back({severity,
                        rule,
                        {},
                        std::string(subject.control),
                        std::string(subject.id),
-                       std::move(message)}});
+                       std::move(message),
+                       offset});
 }
 
 Problems ProblemList::Take(std::string_view page, const PageEncoding& encoding) {
-  std::ranges::stable_sort(entries_, {}, &Entry::offset);
+  std::ranges::stable_sort(problems_, {}, &Problem::offset);
   PlaceFinder places(page, encoding);
-  Problems problems;
-  problems.reserve(entries_.size());
-  for (Entry& entry : entries_) {
-    entry.problem.place = places.At(entry.offset);
-    problems.push_back(std::move(entry.problem));
-  }
-  entries_.clear();
+  for (Problem& problem : problems_) problem.place = places.At(problem.offset);
   errors_ = 0;
-  return problems;
+  return std::exchange(problems_, {});
 }
 
 }  // namespace kvo::page

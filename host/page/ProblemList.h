@@ -45,11 +45,7 @@ class ProblemList {
   Problems Take(std::string_view page, const PageEncoding& encoding);
 
  private:
-  struct Entry {
-    std::size_t offset;
-    Problem problem;
-  };
-  std::vector<Entry> entries_;
+  Problems problems_;  // their places are not worked out yet
   std::size_t errors_ = 0;
 };
 
