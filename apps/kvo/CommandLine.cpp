@@ -250,7 +250,7 @@ ExitCode CommandLine::Execute(int argc, char** argv) {
     return code;
   } catch (const page::FileError& error) {
     Complain(error.Text(UserLanguage()));
-  } catch (const office::OfficeFileError& error) {
+  } catch (const office::JsonFileError& error) {
     ShowProblems(Stream::error, error.File(), error.Problems());
   } catch (const RuntimeError& error) {
     Complain(error.Description(UserLanguage()));

@@ -14,7 +14,7 @@ namespace {
 std::vector<std::string> ProblemsOf(std::string_view contents, Language language) {
   try {
     ReadOffice(contents, "/offices/office.json");
-  } catch (const OfficeFileError& error) {
+  } catch (const JsonFileError& error) {
     std::vector<std::string> lines;
     for (const page::Problem& problem : error.Problems())
       lines.push_back(page::Describe(problem, "office.json", language));
@@ -285,7 +285,7 @@ TEST_F(OfficeOnDisk, ABrokenFileIsNamedInTheError) {
   try {
     LoadOffice(file);
     FAIL() << "loaded";
-  } catch (const OfficeFileError& error) {
+  } catch (const JsonFileError& error) {
     EXPECT_EQ(error.File(), file);
     EXPECT_EQ(error.Text(Language::english),
               file +
