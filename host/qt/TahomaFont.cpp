@@ -2,6 +2,8 @@
 
 #include <QFileInfo>
 #include <QFontDatabase>
+#include <QPainterPath>
+#include <QRawFont>
 
 #include "host/qt/QtText.h"
 
@@ -10,11 +12,24 @@ namespace {
 
 constexpr std::string_view kTahoma = "Tahoma";
 
+constexpr char kFolder[] = "/usr/share/wine/fonts/";
+constexpr char kRegular[] = "tahoma.ttf";
+constexpr char kBold[] = "tahomabd.ttf";
+
+double StemWidth(const QString& file) {
+  constexpr double kSize = 1000;
+  const QRawFont font(file, kSize);
+  const auto glyphs = font.glyphIndexesForString("l");
+  return glyphs.isEmpty() ? 0 : font.pathForGlyph(glyphs[0]).boundingRect().width();
+}
+
 void LoadFromWine() {
-  for (const char* file : {"tahoma.ttf", "tahomabd.ttf"}) {
-    const QString path = QLatin1String("/usr/share/wine/fonts/") + QLatin1String(file);
-    if (QFileInfo::exists(path)) QFontDatabase::addApplicationFont(path);
-  }
+  const QString regular = QString(kFolder) + kRegular;
+  const QString bold = QString(kFolder) + kBold;
+  if (!QFileInfo::exists(regular)) return;
+  QFontDatabase::addApplicationFont(regular);
+  // Some packages' bold file has the regular outlines, only set wider. Without it, Qt emboldens.
+  if (StemWidth(bold) > StemWidth(regular)) QFontDatabase::addApplicationFont(bold);
 }
 
 }  // namespace

@@ -1,0 +1,60 @@
+#include "host/qt/BoxPainter.h"
+
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QPalette>
+
+#include "host/qt/QtText.h"
+#include "host/qt/TahomaFont.h"
+
+namespace kvo {
+namespace {
+
+constexpr double kTwipsPerInch = 1440;
+constexpr double kTwipsPerPoint = 20;
+
+// `scale` is pixels per twip. Fonts are set in pixels and not by scaling the painter, so that they
+// are hinted, and emboldened where there is no bold one.
+void DrawLabel(QPainter& painter, const Box::Label& label, const Box& box, double scale) {
+  QString caption = ToQt(label.caption);
+  for (QChar& c : caption)
+    if (c.unicode() < 0x20) c = u' ';
+  if (caption.isEmpty()) return;
+  QFont font = QtFont({.weight = label.weight});
+  font.setPixelSize(std::max(1, qRound(Font().points * kTwipsPerPoint * scale)));
+  // The width was measured in Tahoma; a font that stands in must not leave the box.
+  const double width = ThePlatform().TextWidth(label.caption, label.weight) * scale;
+  const double slack = width - QFontMetricsF(font).horizontalAdvance(caption);
+  font.setLetterSpacing(QFont::AbsoluteSpacing, slack / static_cast<double>(caption.size()));
+  painter.setFont(font);
+  painter.drawText(QRectF(label.at.left * scale, label.at.top * scale,
+                          (box.width - label.at.left) * scale, (box.height - label.at.top) * scale),
+                   Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, caption);
+}
+
+}  // namespace
+
+QSizeF BoxSize(const Box& box, const QPaintDevice* device) {
+  const double dots = device == nullptr ? kTwipsPerInch / kTwipsPerPixel : device->logicalDpiX();
+  return QSizeF(box.width, box.height) * (dots / kTwipsPerInch);
+}
+
+void PaintBox(QPainter& painter, const Box& box, const QRectF& target, bool selected) {
+  if (box.width <= 0 || box.height <= 0) return;
+  const QPalette palette = QGuiApplication::palette();
+  painter.save();
+  painter.translate(target.topLeft());
+  const double scale = target.width() / box.width;
+  QPen pen(palette.color(QPalette::Highlight), kTwipsPerPixel * scale * (selected ? 2 : 1));
+  pen.setJoinStyle(Qt::MiterJoin);
+  painter.setPen(pen);
+  painter.setBrush(palette.color(QPalette::Window));
+  painter.drawRect(QRectF(box.border.left * scale, box.border.top * scale,
+                          std::max(0, box.border.width) * scale,
+                          std::max(0, box.border.height) * scale));
+  painter.setPen(palette.color(QPalette::WindowText));
+  for (const Box::Label& label : box.labels) DrawLabel(painter, label, box, scale);
+  painter.restore();
+}
+
+}  // namespace kvo
