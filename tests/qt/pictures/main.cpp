@@ -10,6 +10,7 @@
 #include <QStyleFactory>
 #include <QTabWidget>
 #include <QTimer>
+#include <QTreeView>
 #include <algorithm>
 #include <cstdio>
 
@@ -33,6 +34,8 @@ QPalette DarkPalette() {
   palette.setColor(QPalette::AlternateBase, QColor(55, 55, 60));
   palette.setColor(QPalette::Highlight, QColor(38, 79, 120));
   palette.setColor(QPalette::HighlightedText, Qt::white);
+  for (const auto text : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    palette.setColor(QPalette::Disabled, text, Qt::gray);
   return palette;
 }
 
@@ -109,6 +112,17 @@ void DrawPages(Studio& studio, const ObjectRef& office) {
       PropertyFrameDialog dialog(contract.name, {control}, pages, CreatePage, nullptr);
       dialog.findChild<QTabWidget*>()->setCurrentIndex(static_cast<int>(tab - pages.begin()));
       studio.Draw(dialog, page.name);
+      // With the user on a row, whose editor is open then.
+      if (auto* grid = dialog.View(static_cast<std::size_t>(tab - pages.begin()))
+                           .findChild<QTreeView*>(QStringLiteral("suiDesign"))) {
+        constexpr int kColorRow = 4;
+        constexpr int kListRow = 2;
+        for (const int row : {kColorRow, kListRow}) {
+          grid->setFocus();
+          grid->setCurrentIndex(grid->model()->index(row, 0));
+          studio.Draw(dialog, std::string(page.name) + (row == kColorRow ? "-color" : "-list"));
+        }
+      }
       break;
     }
   }
