@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "host/qt/QtText.h"
+#include "host/qt/TahomaFont.h"
 #include "host/qt/Twips.h"
 
 namespace kvo {
@@ -74,6 +75,7 @@ GridView::GridView(Grid& grid, QWidget& parent, ViewHost& host)
   widget_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   widget_->verticalHeader()->setMinimumSectionSize(1);
   widget_->verticalHeader()->setDefaultSectionSize(ToPixels(kRowHeight, *widget_));
+  widget_->horizontalHeader()->setFont(QtFont(grid.TextFont()));
   widget_->horizontalHeader()->setHighlightSections(false);
   widget_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   widget_->horizontalHeader()->setStretchLastSection(true);

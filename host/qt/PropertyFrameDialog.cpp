@@ -8,6 +8,7 @@
 
 #include "host/qt/Messages.h"
 #include "host/qt/QtText.h"
+#include "host/qt/TahomaFont.h"
 #include "host/qt/Twips.h"
 
 namespace kvo {
@@ -34,6 +35,8 @@ PropertyFrameDialog::PropertyFrameDialog(std::string_view caption, std::vector<O
       frame_(*this, std::string(caption), std::move(objects), pages, factory),
       tabs_(new QTabWidget),
       views_(frame_.PageCount()) {
+  LoadTahoma();
+  setFont(QtFont({}));
   setWindowTitle(ToQt(caption));
   for (std::size_t tab = 0; tab < frame_.PageCount(); ++tab) {
     const PropertyPage& page = frame_.Page(tab);

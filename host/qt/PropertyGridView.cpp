@@ -11,8 +11,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "common/modGlobal.h"
 #include "host/qt/QtText.h"
+#include "host/qt/Swatch.h"
 #include "host/qt/Twips.h"
 #include "host/qt/ValueEditor.h"
 
@@ -41,7 +41,7 @@ class RowPainter final : public QStyledItemDelegate {
     shown.state &= ~QStyle::State_HasFocus;
     if (item.Kind() == ItemKind::category)
       painter->fillRect(option.rect, option.palette.brush(QPalette::AlternateBase));
-    if (const auto color = Swatch(item); color && index.column() == PropertyGridModel::value)
+    if (const auto color = SwatchOf(item); color && index.column() == PropertyGridModel::value)
       PaintSwatch(*painter, shown, *color);
     QStyledItemDelegate::paint(painter, shown, index);
     if (SpansColumns(item)) return;
@@ -53,26 +53,13 @@ class RowPainter final : public QStyledItemDelegate {
   }
 
  private:
-  static std::optional<QColor> Swatch(const PropertyGridItem& item) {
-    std::uint8_t red = 0;
-    std::uint8_t green = 0;
-    std::uint8_t blue = 0;
-    if (item.Kind() != ItemKind::color || !ParseColor(ToText(item.Value()), red, green, blue))
-      return std::nullopt;
-    return QColor(red, green, blue);
-  }
-
   // Beside the text, which begins behind it.
   static void PaintSwatch(QPainter& painter, QStyleOptionViewItem& option, const QColor& color) {
-    const int margin = option.rect.height() / 6;
-    const int size = option.rect.height() - 2 * margin;
-    const QRect swatch(option.rect.left() + margin, option.rect.top() + margin, size - 1, size - 1);
-    painter.save();
-    painter.setPen(option.palette.color(QPalette::Text));
-    painter.setBrush(color);
-    painter.drawRect(swatch);
-    painter.restore();
-    option.rect.setLeft(swatch.right() + 1);
+    const QPixmap swatch = SwatchPicture(color, *option.widget);
+    const int size = SwatchSize(*option.widget);
+    const int margin = (option.rect.height() - size) / 2;
+    painter.drawPixmap(option.rect.left() + margin, option.rect.top() + margin, swatch);
+    option.rect.setLeft(option.rect.left() + margin + size);
   }
 
   const PropertyGridModel& model_;
@@ -98,6 +85,8 @@ class PropertyTree final : public QTreeView {
     header()->setSectionsClickable(false);
     connect(selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& now) { CurrentChanged(now); });
+    // Editors and buttons in rows follow the width of the columns.
+    connect(header(), &QHeaderView::sectionResized, this, [this] { updateEditorGeometries(); });
     connect(this, &QTreeView::clicked, this, [this] { EnterEditor(Qt::MouseFocusReason); });
   }
 
@@ -215,6 +204,7 @@ class PropertyTree final : public QTreeView {
     edited_ = nullptr;
     SetTabStop();
     if (focused) setFocus(Qt::OtherFocusReason);
+    editor->hide();  // it ends once its own events are over
     if (index.isValid() && indexWidget(index) == editor)
       setIndexWidget(index, nullptr);
     else

@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QToolButton>
 #include <algorithm>
@@ -10,6 +11,8 @@
 #include "host/qt/EditViews.h"
 #include "host/qt/QtText.h"
 #include "host/qt/ShownText.h"
+#include "host/qt/Swatch.h"
+#include "host/qt/Twips.h"
 
 namespace kvo {
 namespace {
@@ -67,14 +70,25 @@ class ValueLine {
 class TextEditor final : public ValueEditor {
  public:
   TextEditor(PropertyGridItem& item, QWidget* parent, ViewHost& host)
-      : ValueEditor(parent), line_(new QLineEdit(this)), value_(*line_, item, host) {
+      : ValueEditor(parent),
+        item_(item),
+        swatch_(new QLabel(this)),
+        line_(new QLineEdit(this)),
+        value_(*line_, item, host) {
+    constexpr int kBeforeSwatch = 45;
+    swatch_->setContentsMargins(ToPixels(kBeforeSwatch, *this), 0, 0, 0);
     line_->setFrame(false);
     QHBoxLayout* layout = TightLayout(this);
+    layout->addWidget(swatch_);
     layout->addWidget(line_);
+    ShowSwatch();
     if (item.Kind() == ItemKind::color) layout->addWidget(MakeButton(item, host));
     setFocusProxy(line_);
   }
-  void ShowValue() override { value_.Show(); }
+  void ShowValue() override {
+    value_.Show();
+    ShowSwatch();
+  }
   void SelectValue() override { line_->selectAll(); }
 
  private:
@@ -89,6 +103,14 @@ class TextEditor final : public ValueEditor {
     return button;
   }
 
+  void ShowSwatch() {
+    const auto color = SwatchOf(item_);
+    swatch_->setVisible(color.has_value());
+    if (color) swatch_->setPixmap(SwatchPicture(*color, *this));
+  }
+
+  PropertyGridItem& item_;
+  QLabel* swatch_;
   QLineEdit* line_;
   ValueLine value_;
 };

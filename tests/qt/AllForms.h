@@ -1,0 +1,26 @@
+// Every registered page and the dialog.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/registration/classes.h"
+#include "pages/frmExpressionBuilder.h"
+
+namespace kvo {
+
+struct NamedForm {
+  std::string name;
+  std::unique_ptr<Form> form;
+};
+
+inline std::vector<NamedForm> AllForms() {
+  std::vector<NamedForm> forms;
+  for (const RegisteredPage& page : RegisteredPages())
+    forms.push_back({std::string(page.name), page.create()});
+  forms.push_back({"frmExpressionBuilder", std::make_unique<frmExpressionBuilder>()});
+  return forms;
+}
+
+}  // namespace kvo
