@@ -130,8 +130,10 @@ class PropertyTree final : public QTreeView {
  protected:
   void focusInEvent(QFocusEvent* event) override {
     // A grid that is entered does not put the user on a row by itself.
-    QAbstractScrollArea::focusInEvent(event);
-    viewport()->update();
+    host_.Update([&] {
+      QTreeView::focusInEvent(event);
+      if (grid_.SelectedItem() == nullptr) selectionModel()->clear();
+    });
     EnterEditor(event->reason());
   }
 
@@ -225,7 +227,7 @@ class PropertyTree final : public QTreeView {
 };
 
 PropertyGridView::PropertyGridView(PropertyGrid& grid, QWidget& parent, ViewHost& host)
-    : grid_(grid), model_(grid), widget_(new PropertyTree(grid, model_, &parent, host)) {
+    : model_(grid), widget_(new PropertyTree(grid, model_, &parent, host)) {
   widget_->ShowRows();
 }
 
