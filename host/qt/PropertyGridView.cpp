@@ -85,8 +85,10 @@ class PropertyTree final : public QTreeView {
     header()->setSectionsClickable(false);
     connect(selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& now) { CurrentChanged(now); });
-    // Editors and buttons in rows follow the width of the columns.
-    connect(header(), &QHeaderView::sectionResized, this, [this] { updateEditorGeometries(); });
+    // Editors and buttons in rows follow the columns once all of them have their widths.
+    connect(
+        header(), &QHeaderView::sectionResized, this, [this] { updateEditorGeometries(); },
+        Qt::QueuedConnection);
     connect(this, &QTreeView::clicked, this, [this] { EnterEditor(Qt::MouseFocusReason); });
   }
 
