@@ -32,6 +32,12 @@ class RowPainter final : public QStyledItemDelegate {
             ToPixels(kRowHeight, *option.widget)};
   }
 
+  // However much an editor would like to have.
+  void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                            const QModelIndex&) const override {
+    editor->setGeometry(option.rect);
+  }
+
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
     const PropertyGridItem& item = *model_.Item(index);
@@ -80,6 +86,7 @@ class PropertyTree final : public QTreeView {
     setAllColumnsShowFocus(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setHeaderHidden(grid.Caption().empty());
+    header()->setStretchLastSection(false);  // both share the width
     header()->setSectionResizeMode(QHeaderView::Stretch);
     header()->setMinimumSectionSize(1);
     header()->setSectionsClickable(false);
