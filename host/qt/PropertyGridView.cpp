@@ -32,6 +32,12 @@ class RowPainter final : public QStyledItemDelegate {
             ToPixels(kRowHeight, *option.widget)};
   }
 
+  // However much an editor would like to have.
+  void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                            const QModelIndex&) const override {
+    editor->setGeometry(option.rect);
+  }
+
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
     const PropertyGridItem& item = *model_.Item(index);
@@ -80,13 +86,16 @@ class PropertyTree final : public QTreeView {
     setAllColumnsShowFocus(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setHeaderHidden(grid.Caption().empty());
+    header()->setStretchLastSection(false);  // both share the width
     header()->setSectionResizeMode(QHeaderView::Stretch);
     header()->setMinimumSectionSize(1);
     header()->setSectionsClickable(false);
     connect(selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& now) { CurrentChanged(now); });
-    // Editors and buttons in rows follow the width of the columns.
-    connect(header(), &QHeaderView::sectionResized, this, [this] { updateEditorGeometries(); });
+    // Editors and buttons in rows follow the columns once all of them have their widths.
+    connect(
+        header(), &QHeaderView::sectionResized, this, [this] { updateEditorGeometries(); },
+        Qt::QueuedConnection);
     connect(this, &QTreeView::clicked, this, [this] { EnterEditor(Qt::MouseFocusReason); });
   }
 
@@ -130,8 +139,10 @@ class PropertyTree final : public QTreeView {
  protected:
   void focusInEvent(QFocusEvent* event) override {
     // A grid that is entered does not put the user on a row by itself.
-    QAbstractScrollArea::focusInEvent(event);
-    viewport()->update();
+    host_.Update([&] {
+      QTreeView::focusInEvent(event);
+      if (grid_.SelectedItem() == nullptr) selectionModel()->clear();
+    });
     EnterEditor(event->reason());
   }
 
@@ -225,7 +236,7 @@ class PropertyTree final : public QTreeView {
 };
 
 PropertyGridView::PropertyGridView(PropertyGrid& grid, QWidget& parent, ViewHost& host)
-    : grid_(grid), model_(grid), widget_(new PropertyTree(grid, model_, &parent, host)) {
+    : model_(grid), widget_(new PropertyTree(grid, model_, &parent, host)) {
   widget_->ShowRows();
 }
 

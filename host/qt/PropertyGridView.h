@@ -17,7 +17,6 @@ class PropertyGridView final : public ControlView {
   void ShowItem(PropertyGridItem& item) override;
 
  private:
-  PropertyGrid& grid_;
   PropertyGridModel model_;
   PropertyTree* widget_;
 };

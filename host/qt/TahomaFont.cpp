@@ -72,11 +72,14 @@ void LoadTahoma() {
 }
 
 QFont QtFont(const Font& font) {
+  static const bool hasTahoma = QFontDatabase::hasFamily(ToQt(kTahoma));
+  constexpr qreal kTighter = 96;  // percent; what stands in is a little wider
   QFont result;
   if (font.family == kTahoma) {
     result.setFamilies({ToQt(kTahoma), QStringLiteral("DejaVu Sans Condensed"),
                         QStringLiteral("Noto Sans"), QStringLiteral("Liberation Sans")});
     result.setStyleHint(QFont::SansSerif);
+    if (!hasTahoma) result.setLetterSpacing(QFont::PercentageSpacing, kTighter);
   } else {
     result.setFamilies(
         {ToQt(font.family), QStringLiteral("Liberation Mono"), QStringLiteral("DejaVu Sans Mono")});

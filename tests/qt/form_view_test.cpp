@@ -18,6 +18,7 @@
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
+#include <QTreeView>
 
 #include "common/RuntimeError.h"
 #include "host/qt/AccessibleName.h"
@@ -57,11 +58,13 @@ class Sample final : public Form {
   KVO_CONTROL_IN(panB, CheckBox, chkInner, .caption = "c", .at = {0, 0, 900, 300});
   KVO_CONTROL(ComboBox, cboRows, .at = {3200, 0, 1500, 300});
   KVO_CONTROL(
-      PropertyGrid, suiRows, .at = {3200, 400, 2400, 1500},
+      PropertyGrid, suiRows, .at = {3200, 400, 1500, 1500},
+      .onButtonClick = [this](PropertyGridItem&) { onButton(); },
       .onDeleteKey = [this](PropertyGrid&) { log.emplace_back("delete"); });
   KVO_CONTROL(
       Timer, tmr, .onTick = [this](Timer&) { log.emplace_back("tick"); });
   std::vector<std::string> log;
+  std::function<void()> onButton;
 };
 
 class Forms : public testing::Test {
@@ -201,6 +204,27 @@ TEST_F(Forms, ArrowKeysGoThroughTheRowsOfAPropertyGrid) {
   form.suiRows.Clear();
   QCoreApplication::processEvents();
   EXPECT_EQ(form.suiRows.SelectedItem(), nullptr);
+}
+
+TEST_F(Forms, AButtonInARowIsAsWideAsTheGrid) {
+  int clicks = 0;
+  auto& row = form.suiRows.Add({.kind = ItemKind::button, .caption = "Los & weg", .key = "b"});
+  form.suiRows.Add({.caption = "Text", .key = "t"});
+  QCoreApplication::processEvents();
+  auto& tree = Shown<QTreeView>(form.suiRows);
+  const auto* button = dynamic_cast<QPushButton*>(tree.indexWidget(tree.model()->index(0, 0)));
+  ASSERT_NE(button, nullptr);
+  EXPECT_EQ(button->text(), u"Los && weg"_s);
+  EXPECT_EQ(button->width(), tree.viewport()->width());  // though columns begin wider
+  form.onButton = [&] { ++clicks; };
+  user.ClickButton(row);
+  EXPECT_EQ(clicks, 1);
+  user.Press(Key::space);
+  EXPECT_EQ(clicks, 2);
+  row.Enabled(false);
+  EXPECT_FALSE(button->isEnabled());
+  user.Press(Key::space);
+  EXPECT_EQ(clicks, 2);
 }
 
 TEST_F(Forms, AnEditableListOfARowTakesTextAndChoices) {

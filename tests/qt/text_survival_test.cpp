@@ -137,13 +137,34 @@ TEST_F(TextSurvival, TypingOverTheSameIsAChange) {
 }
 
 TEST_F(TextSurvival, WhatIsUndoneIsUndoneInTheForm) {
-  form.txtLine.Text("ab");
-  user.FocusByKeyboard(form.txtLine);
-  user.Press(Key::end);
-  user.Type("c");
-  EXPECT_EQ(form.txtLine.Text(), "abc");
-  QTest::keyClick(user.View().WidgetOf(form.txtLine), Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_EQ(form.txtLine.Text(), "ab");
+  for (TextBox* box : {&form.txtLine, &form.txtLines}) {
+    SCOPED_TRACE(box->Name());
+    box->Text("a\r\nb");
+    user.FocusByKeyboard(*box);
+    box->SelStart(4);
+    user.Type("c");
+    EXPECT_EQ(box->Text(), "a\r\nbc");
+    QTest::keyClick(user.View().WidgetOf(*box), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(box->Text(), "a\r\nb");
+  }
+}
+
+TEST_F(TextSurvival, WhatIsCutIsWhatWasSelected) {
+  form.txtLines.Text("a\r\n\n" + kNul + "b");
+  user.FocusByKeyboard(form.txtLines);
+  form.txtLines.SelStart(1);
+  form.txtLines.SelLength(3);
+  QTest::keyClick(user.View().WidgetOf(form.txtLines), Qt::Key_X, Qt::ControlModifier);
+  EXPECT_EQ(form.txtLines.Text(), "a" + kNul + "b");
+  EXPECT_EQ(FromQt(QApplication::clipboard()->text()), "\r\n\n");
+}
+
+TEST_F(TextSurvival, TheShiftedEnterKeyIsCrLfAsWell) {
+  form.txtLines.Text("ab");
+  user.FocusByKeyboard(form.txtLines);
+  form.txtLines.SelStart(1);
+  QTest::keyClick(user.View().WidgetOf(form.txtLines), Qt::Key_Return, Qt::ShiftModifier);
+  EXPECT_EQ(form.txtLines.Text(), "a\r\nb");
 }
 
 TEST_F(TextSurvival, OfARowsValue) {
