@@ -193,6 +193,12 @@ void FormView::UserClosesWindow() {
   Act([this] { CloseWindow(); });
 }
 
+void FormView::FocusFirst() {
+  for (const auto& [control, view] : views_)
+    if (control->TakesFocus() && control->IsReachable() && view->Widget() != nullptr)
+      return view->Widget()->setFocus(Qt::TabFocusReason);
+}
+
 void FormView::FocusMoved(const QWidget* now) {
   // The focus stays in the form while a popup has the keyboard, or another window.
   if (now == nullptr || now->window() != window()) return;

@@ -27,6 +27,8 @@ class FormView final : public QWidget, private FormRenderer, private ViewHost {
   // The dialog was unloaded (modal forms).
   std::function<void()> onUnloaded;
 
+  // The first input that can take the keyboard.
+  void FocusFirst();
   // By the window's own button.
   void UserClosesWindow();
 

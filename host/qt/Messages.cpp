@@ -1,6 +1,5 @@
 #include "host/qt/Messages.h"
 
-#include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -21,17 +20,13 @@ void SetUp(QMessageBox& box, const QString& text) {
 
 }  // namespace
 
-Language DesktopLanguage() {
-  return QLocale().language() == QLocale::German ? Language::german : Language::english;
-}
-
-QString InDesktopLanguage(const Localized& text) { return ToQt(text.In(DesktopLanguage())); }
+QString InUserLanguage(const Localized& text) { return ToQt(text.In(UserLanguage())); }
 
 QString MessageTitle() { return QStringLiteral("KVOPDesignObjects"); }
 
 QString FailureText(const std::exception& failure) {
   if (const auto* numbered = dynamic_cast<const RuntimeError*>(&failure))
-    return ToQt(numbered->Description(DesktopLanguage()));
+    return ToQt(numbered->Description(UserLanguage()));
   return ToQt(failure.what());
 }
 

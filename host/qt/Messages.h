@@ -10,9 +10,7 @@ class QWidget;
 
 namespace kvo {
 
-// German where the user's locale is, English everywhere else.
-Language DesktopLanguage();
-QString InDesktopLanguage(const Localized& text);
+QString InUserLanguage(const Localized& text);
 
 // The title of the component's own message boxes.
 QString MessageTitle();

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -19,7 +20,7 @@ constexpr Localized kCancel = {"Abbrechen", "Cancel"};
 constexpr Localized kApply = {"Übernehmen", "Apply"};
 
 QPushButton* AddButton(QHBoxLayout& row, const Localized& caption, const char* name) {
-  auto* button = new QPushButton(InDesktopLanguage(caption));
+  auto* button = new QPushButton(InUserLanguage(caption));
   button->setObjectName(QLatin1String(name));
   button->setAutoDefault(false);
   row.addWidget(button);
@@ -51,6 +52,13 @@ PropertyFrameDialog::PropertyFrameDialog(std::string_view caption, std::vector<O
   layout->addWidget(MakeButtons());
   connect(tabs_, &QTabWidget::currentChanged, this, [this](int tab) { ShowTab(tab); });
   if (frame_.PageCount() > 0) ShowTab(0);
+  // By shortcut, because some widgets keep these keys to themselves.
+  for (const auto& [keys, step] : {std::pair("Ctrl+Tab", 1), std::pair("Ctrl+Shift+Tab", -1)})
+    connect(new QShortcut(QKeySequence(QLatin1String(keys)), this), &QShortcut::activated, this,
+            [this, step = step] {
+              const int count = tabs_->count();
+              if (count > 0) tabs_->setCurrentIndex((tabs_->currentIndex() + step + count) % count);
+            });
 }
 
 // The views end before their pages.
@@ -88,6 +96,9 @@ void PropertyFrameDialog::ShowTab(int tab) {
   }
   // A page that could not be filled shows nothing that could be edited.
   views_[shown]->setEnabled(frame_.IsFilled(shown));
+  // The keyboard goes along to the page, unless it is on the tabs or a button.
+  const QWidget* focused = focusWidget();
+  if (focused == nullptr || !focused->isVisibleTo(this)) views_[shown]->FocusFirst();
 }
 
 void PropertyFrameDialog::ShowError(PropertyPage& page, const std::exception& error) {

@@ -56,8 +56,8 @@ std::optional<std::string> QtPlatform::InputPrompt(std::string_view prompt,
   QInputDialog dialog(TopWindow());
   dialog.setWindowTitle(ToQt(title));
   dialog.setLabelText(ToQtCaption(prompt));
-  dialog.setOkButtonText(InDesktopLanguage(kOk));
-  dialog.setCancelButtonText(InDesktopLanguage(kCancel));
+  dialog.setOkButtonText(InUserLanguage(kOk));
+  dialog.setCancelButtonText(InUserLanguage(kCancel));
   if (auto* label = dialog.findChild<QLabel*>()) label->setTextFormat(Qt::PlainText);
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;
   return FromQt(dialog.textValue());

@@ -16,6 +16,8 @@ void HandleMessage(QtMsgType, const QMessageLogContext&, const QString& message)
 
 int main(int argc, char** argv) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  // German, unless a test asks for another language.
+  qputenv("LC_ALL", qEnvironmentVariable("KVO_TEST_LOCALE", "de_DE.UTF-8").toUtf8());
   testing::InitGoogleTest(&argc, argv);
   qInstallMessageHandler(HandleMessage);
   const QApplication application(argc, argv);

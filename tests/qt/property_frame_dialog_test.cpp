@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QLineEdit>
-#include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTabBar>
@@ -86,7 +85,6 @@ class FrameDialogs : public testing::Test {
 };
 
 TEST_F(FrameDialogs, ShowThePagesAsTabsWithButtonsInTheUsersLanguage) {
-  QLocale::setDefault(QLocale(QLocale::German));
   Open({{"Value", "alt"}, {"Format", ""}}, {"propPrintGeneral", "propGeneralFormat"});
   EXPECT_EQ(dialog->windowTitle(), u"preis"_s);
   const auto* tabs = dialog->findChild<QTabWidget*>();
@@ -96,11 +94,13 @@ TEST_F(FrameDialogs, ShowThePagesAsTabsWithButtonsInTheUsersLanguage) {
   EXPECT_EQ(Button("cmdCancel").text(), u"Abbrechen"_s);
   EXPECT_EQ(Button("cmdApply").text(), u"Übernehmen"_s);
   EXPECT_EQ(Line("txtValue").text(), u"alt"_s);
-  QLocale::setDefault(QLocale(QLocale::English));
+}
+
+// Run by itself under an English locale; see CMakeLists.txt.
+TEST_F(FrameDialogs, DISABLED_SpeakEnglishUnderAnEnglishLocale) {
   Open({{"Value", "alt"}}, {"propPrintGeneral"});
   EXPECT_EQ(Button("cmdCancel").text(), u"Cancel"_s);
   EXPECT_EQ(Button("cmdApply").text(), u"Apply"_s);
-  QLocale::setDefault(QLocale::system());
 }
 
 TEST_F(FrameDialogs, ApplyIsEnabledByAChange) {
@@ -166,8 +166,7 @@ TEST_F(FrameDialogs, APageThatCannotBeAppliedIsShownAndKeepsTheFrameOpen) {
   EXPECT_EQ(applied, 1);  // the first page reached the control
   EXPECT_EQ(tabs->currentIndex(), 1);
   EXPECT_TRUE(Button("cmdApply").isEnabled());
-  EXPECT_EQ(Message(),
-            ToQt(RuntimeError(ErrorNumber::typeMismatch).Description(DesktopLanguage())));
+  EXPECT_EQ(Message(), ToQt(RuntimeError(ErrorNumber::typeMismatch).Description(UserLanguage())));
 }
 
 TEST_F(FrameDialogs, APageThatIsNotKnownThrows) {

@@ -4,7 +4,6 @@
 #include <QColorDialog>
 #include <QDir>
 #include <QInputDialog>
-#include <QLocale>
 #include <QMessageBox>
 #include <QPixmap>
 #include <QStyleFactory>
@@ -148,7 +147,6 @@ int Run(const QStringList& arguments) {
   const bool dark = arguments[2] == QLatin1String("dark");
   QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
   if (dark) QApplication::setPalette(DarkPalette());
-  QLocale::setDefault(QLocale(QLocale::German));
   const bool large = qEnvironmentVariable("QT_SCALE_FACTOR") == QLatin1String("2");
   Studio studio(arguments[1],
                 QLatin1String(dark ? "-dark" : "") + QLatin1String(large ? "-200" : ""));
@@ -169,6 +167,7 @@ int Run(const QStringList& arguments) {
 }  // namespace kvo
 
 int main(int argc, char** argv) {
+  qputenv("LC_ALL", "de_DE.UTF-8");
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const QApplication application(argc, argv);
   return kvo::Run(QApplication::arguments());
