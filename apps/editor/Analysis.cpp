@@ -1,0 +1,195 @@
+#include "apps/editor/Analysis.h"
+
+#include <QMetaObject>
+#include <QObject>
+#include <algorithm>
+
+#include "common/RuntimeError.h"
+#include "host/check/Check.h"
+#include "host/headless/BoxPicture.h"
+#include "host/headless/Xml.h"
+#include "host/page/Page.h"
+#include "host/qt/QtText.h"
+
+namespace kvo::editor {
+namespace {
+
+// What stands in the design view for a control that cannot be loaded.
+Box BrokenBox(const std::string& className) {
+  constexpr int kMargin = 90;
+  constexpr int kHeight = 390;
+  const std::string caption = className + " ?";
+  const int width = ThePlatform().TextWidth(caption, FontWeight::bold) + 2 * kMargin;
+  Box box{
+      width,
+      kHeight,
+      {kTwipsPerPixel, kTwipsPerPixel, width - 2 * kTwipsPerPixel, kHeight - 2 * kTwipsPerPixel},
+      {}};
+  box.labels.push_back({"lblBasename",
+                        caption,
+                        FontWeight::bold,
+                        {kMargin, kMargin, width - 2 * kMargin, kHeight - 2 * kMargin}});
+  return box;
+}
+
+Box BoxOf(const page::FoundControl& found) {
+  if (found.contract != nullptr && !found.broken) {
+    try {
+      return page::Load(*found.contract, found.bag)->DesignTimeBox();
+    } catch (const RuntimeError&) {
+    }
+  }
+  return BrokenBox(found.className);
+}
+
+QString CaptionOf(const Box& box) {
+  QString caption;
+  for (const Box::Label& label : box.labels) {
+    if (label.caption.empty()) continue;
+    if (!caption.isEmpty()) caption += ' ';
+    caption += ToQt(label.caption);
+  }
+  return caption;
+}
+
+void AppendUtf8Of(std::string_view bytes, const page::PageEncoding& encoding, std::string& utf8) {
+  while (!bytes.empty()) {
+    const std::size_t bad = encoding.Decode(bytes, utf8);
+    if (bad == std::string_view::npos) return;
+    utf8 += "\xEF\xBF\xBD";
+    bytes.remove_prefix(bad + 1);
+  }
+}
+
+// The page with every control as its box.
+class DesignWriter {
+ public:
+  explicit DesignWriter(const page::Page& page)
+      : page_(page), at_(page::PageEncoding::Mark(page.Bytes())) {}
+
+  void Replace(const page::FoundControl& found, const Box& box) {
+    CopyTo(found.begin);
+    std::string attributes =
+        "data-kvo=\"" + std::to_string(found.index) + "\" role=\"img\" " + "aria-label=\"";
+    AppendXml(attributes, found.className + ' ' + found.id);
+    AppendInlineBox(html_, box, attributes + '"');
+    at_ = found.end;
+  }
+  QString Take() {
+    CopyTo(page_.Bytes().size());
+    return ToQt(html_);
+  }
+
+ private:
+  void CopyTo(std::size_t end) {
+    AppendUtf8Of(page_.Bytes().substr(at_, end - at_), page_.Encoding(), html_);
+    at_ = end;
+  }
+
+  const page::Page& page_;
+  std::size_t at_;
+  std::string html_;
+};
+
+}  // namespace
+
+Splice Difference(const QString& before, const QString& after) {
+  const auto shorter = std::min(before.size(), after.size());
+  qsizetype begin =
+      std::mismatch(before.begin(), before.begin() + shorter, after.begin()).first - before.begin();
+  if (begin > 0 && before[begin - 1].isHighSurrogate()) --begin;
+  qsizetype tail = 0;
+  while (tail < shorter - begin &&
+         before[before.size() - 1 - tail] == after[after.size() - 1 - tail])
+    ++tail;
+  if (tail > 0 && before[before.size() - tail].isLowSurrogate()) --tail;
+  return {begin, before.size() - tail - begin, after.mid(begin, after.size() - tail - begin)};
+}
+
+QString DesignHtml(const std::string& bytes) {
+  const page::Page page(bytes);
+  DesignWriter design(page);
+  for (const page::FoundControl& found : page::Inspect(page).controls)
+    design.Replace(found, BoxOf(found));
+  return design.Take();
+}
+
+Analysis Analyse(const AnalysisRequest& request) {
+  Analysis analysis;
+  analysis.revision = request.revision;
+  PageText::Places places;
+  const page::Page page(request.text.Bytes(places));
+  DesignWriter design(page);
+  for (const page::FoundControl& found : page::Inspect(page).controls) {
+    const Box box = BoxOf(found);
+    design.Replace(found, box);
+    const int position = places.PositionOf(found.begin);
+    const Embedded* part = request.text.At(position);
+    analysis.outline.push_back({position, part != nullptr && part->kind == Embedded::Kind::control,
+                                ToQt(found.className), ToQt(found.id), CaptionOf(box)});
+  }
+  analysis.design = design.Take();
+
+  ObjectRef office;
+  if (request.office != nullptr) office = std::make_shared<office::Office>(*request.office);
+  for (page::Problem& problem : check::CheckPage(page, office)) {
+    const int position = places.PositionOf(problem.offset);
+    analysis.hasErrors |= problem.severity == page::Severity::error;
+    analysis.problems.push_back({position, std::move(problem)});
+  }
+
+  page::StringSink sink;
+  if (!page::HasErrors(page::Publish(page, sink))) {
+    std::string output;
+    AppendUtf8Of(sink.Text(), page.Encoding(), output);
+    analysis.output = ToQt(output);
+  }
+  return analysis;
+}
+
+Analyst::Analyst(std::function<void(const std::shared_ptr<const Analysis>&)> done)
+    : done_(std::move(done)), receiver_(std::make_unique<QObject>()), thread_([this] { Run(); }) {}
+
+Analyst::~Analyst() {
+  {
+    const std::lock_guard lock(mutex_);
+    stop_ = true;
+  }
+  wake_.notify_one();
+  thread_.join();
+}
+
+void Analyst::Request(AnalysisRequest request) {
+  {
+    const std::lock_guard lock(mutex_);
+    // A request that is dropped may have been the first of its page.
+    if (next_ && next_->newPage) request.newPage = true;
+    next_ = std::move(request);
+  }
+  wake_.notify_one();
+}
+
+void Analyst::Run() {
+  std::shared_ptr<const Analysis> before;
+  for (;;) {
+    AnalysisRequest request;
+    {
+      std::unique_lock lock(mutex_);
+      wake_.wait(lock, [this] { return stop_ || next_; });
+      if (stop_) return;
+      request = std::move(*next_);
+      next_.reset();
+    }
+    auto analysis = std::make_shared<Analysis>(Analyse(request));
+    analysis->first = before == nullptr || request.newPage;
+    analysis->designChange =
+        Difference(analysis->first ? QString() : before->design, analysis->design);
+    analysis->outputChange =
+        Difference(analysis->first ? QString() : before->output, analysis->output);
+    before = analysis;
+    QMetaObject::invokeMethod(
+        receiver_.get(), [this, before] { done_(before); }, Qt::QueuedConnection);
+  }
+}
+
+}  // namespace kvo::editor

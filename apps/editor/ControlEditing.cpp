@@ -1,0 +1,102 @@
+#include "apps/editor/ControlEditing.h"
+
+#include "apps/editor/Ask.h"
+#include "apps/editor/Words.h"
+#include "common/RuntimeError.h"
+#include "host/page/Page.h"
+#include "host/qt/Messages.h"
+#include "host/qt/PropertyFrameDialog.h"
+#include "host/registration/classes.h"
+
+namespace kvo::editor {
+
+std::shared_ptr<Control> ControlEditing::Load(int position) const {
+  std::shared_ptr<Control> control = page_.SourceAt(position).Load();
+  if (office_ != nullptr && control->Class().FindProperty("Office") != nullptr)
+    control->Let("Office", office_);
+  return control;
+}
+
+std::shared_ptr<Control> ControlEditing::Fresh(const ControlClass& contract) const {
+  return page::Load(contract, {});
+}
+
+QString ControlEditing::NameAt(int position) const {
+  const auto look = page_.LookAt(position);
+  return ToQt(look->id.empty() ? look->contract->name : std::string_view(look->id));
+}
+
+void ControlEditing::OpenPages(int position, bool doubleClicked) {
+  try {
+    const std::shared_ptr<Control> control = Load(position);
+    const QString step = Said(words::kPagesStep, {NameAt(position)});
+    const auto applied = [this, position, control, step] { Store(position, *control, step); };
+    platform_.onApplied = applied;
+    const auto handled =
+        doubleClicked && control->DblClick(static_cast<WindowHandle>(window_.winId()));
+    platform_.onApplied = nullptr;
+    if (handled) return;
+    const auto pages = control->PropertyPages();
+    if (!pages || pages->empty()) {
+      ShowMessageBox(&window_, Said(words::kNoPages, {NameAt(position)}));
+      return;
+    }
+    PropertyFrameDialog frame(FromQt(step), {control}, *pages, CreatePage, &window_);
+    frame.onApplied = applied;
+    frame.exec();
+  } catch (const std::exception& failure) {
+    platform_.onApplied = nullptr;
+    Complain(failure);
+  }
+}
+
+void ControlEditing::Let(int position, const std::string& property, const Variant& value) {
+  try {
+    const std::shared_ptr<Control> control = Load(position);
+    control->Let(property, value);
+    Store(position, *control, Said(words::kPropertyStep, {ToQt(property), NameAt(position)}));
+  } catch (const std::exception& failure) {
+    Complain(failure);
+  }
+}
+
+void ControlEditing::Store(int position, const Control& control, const QString& step) {
+  const ControlSource source = page_.SourceAt(position);
+  if (page::StoredBag(control) == page::StoredBag(*source.Load())) return;
+  auto bytes = source.Edited(control, false);
+  if (!bytes) {
+    if (!Confirm(&window_, Said(words::kOverwriteHandEdited, {NameAt(position)}),
+                 words::kOverwriteAnyway, words::kCancel, Default::no))
+      return;
+    bytes = source.Edited(control, true);
+  }
+  const bool selected = source_.CurrentControl() == position;
+  page_.ReplaceControl(position, *bytes, step);
+  if (selected) source_.SelectControl(position);
+}
+
+void ControlEditing::Insert(const Tool& tool) {
+  try {
+    constexpr std::string_view kPrefix = "DTC";
+    std::string_view name = tool.contract->name;
+    if (name.starts_with(kPrefix)) name.remove_prefix(kPrefix.size());
+    const QByteArray element =
+        ControlSource::Element(*page::Load(*tool.contract, tool.bag),
+                               page_.FreeId(std::string(name)), page_.Content().Encoding());
+    PageText control;
+    control.Replace(0, 0, QStringView(&kEmbeddedCharacter, 1),
+                    {{Embedded::Kind::control, 0, element}});
+    QTextCursor cursor = source_.textCursor();
+    page_.Insert(cursor, control, Said(words::kInsertStep, {ToQt(tool.caption)}));
+    source_.SelectControl(cursor.position() - 1);
+    source_.setFocus();
+  } catch (const std::exception& failure) {
+    Complain(failure);
+  }
+}
+
+void ControlEditing::Complain(const std::exception& failure) const {
+  ShowMessageBox(&window_, FailureText(failure));
+}
+
+}  // namespace kvo::editor

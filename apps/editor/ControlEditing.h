@@ -1,0 +1,47 @@
+// What is done to single controls: their property pages, their properties, new ones.
+#pragma once
+
+#include <QWidget>
+#include <memory>
+#include <string>
+
+#include "apps/editor/PageDocument.h"
+#include "apps/editor/SourceEdit.h"
+#include "apps/editor/ToolboxFile.h"
+#include "host/qt/QtPlatform.h"
+
+namespace kvo::editor {
+
+class ControlEditing {
+ public:
+  ControlEditing(PageDocument& page, SourceEdit& source, QtPlatform& platform, QWidget& window)
+      : page_(page), source_(source), platform_(platform), window_(window) {}
+
+  // Given to every control that holds one.
+  void Office(ObjectRef office) { office_ = std::move(office); }
+
+  // An instance of the control at a position, and a new one of a class.
+  std::shared_ptr<Control> Load(int position) const;
+  std::shared_ptr<Control> Fresh(const ControlClass& contract) const;
+
+  // Shows the property pages; a double click goes to the control first. What is applied is stored
+  // in the page as one step each time.
+  void OpenPages(int position, bool doubleClicked);
+  void Let(int position, const std::string& property, const Variant& value);
+  // At the caret, or in place of what is selected; the new control is selected then.
+  void Insert(const Tool& tool);
+
+  QString NameAt(int position) const;
+
+ private:
+  void Store(int position, const Control& control, const QString& step);
+  void Complain(const std::exception& failure) const;
+
+  PageDocument& page_;
+  SourceEdit& source_;
+  QtPlatform& platform_;
+  QWidget& window_;
+  ObjectRef office_;
+};
+
+}  // namespace kvo::editor

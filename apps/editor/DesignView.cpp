@@ -1,0 +1,219 @@
+#include "apps/editor/DesignView.h"
+
+#include <unistd.h>
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QMimeDatabase>
+#include <QVBoxLayout>
+#include <QWebChannel>
+#include <QWebEngineNewWindowRequest>
+#include <QWebEnginePage>
+#include <QWebEngineProfile>
+#include <QWebEngineScript>
+#include <QWebEngineSettings>
+#include <QWebEngineUrlRequestInfo>
+#include <QWebEngineUrlRequestInterceptor>
+#include <QWebEngineUrlRequestJob>
+#include <QWebEngineUrlScheme>
+#include <QWebEngineUrlSchemeHandler>
+
+#include "apps/editor/Words.h"
+
+namespace kvo::editor {
+namespace {
+
+constexpr char kScheme[] = "kvo-page";
+// The page itself; everything else under the scheme is a file beside it.
+constexpr char kPagePath[] = "/";
+// Our own script runs in a world of its own, where scripts are allowed although the page's are not.
+constexpr quint32 kWorld = QWebEngineScript::ApplicationWorld;
+
+// A text as a literal of the script.
+QString Literal(const QString& text) {
+  const QByteArray list = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+  return QString::fromUtf8(list.sliced(1, list.size() - 2));
+}
+
+QString Resource(const QString& name) {
+  QFile file(name);
+  file.open(QIODevice::ReadOnly);
+  return QString::fromUtf8(file.readAll());
+}
+
+// Only a new document takes another one.
+QStringView DoctypeOf(const QString& html) {
+  const QStringView text = QStringView(html).trimmed();
+  return text.startsWith(u"<!doctype", Qt::CaseInsensitive) ? text.left(text.indexOf(u'>'))
+                                                            : QStringView();
+}
+
+class OnlyThePage final : public QWebEngineUrlRequestInterceptor {
+ public:
+  void interceptRequest(QWebEngineUrlRequestInfo& info) override {
+    const QString scheme = info.requestUrl().scheme();
+    info.block(scheme != kScheme && scheme != "data");
+  }
+};
+
+}  // namespace
+
+void PrepareDesignView() {
+  // The browser's sandbox cannot be built by root; without it, it would not start at all.
+  if (geteuid() == 0) qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+  QWebEngineUrlScheme scheme(kScheme);
+  scheme.setSyntax(QWebEngineUrlScheme::Syntax::Path);
+  scheme.setFlags(QWebEngineUrlScheme::LocalScheme | QWebEngineUrlScheme::LocalAccessAllowed);
+  QWebEngineUrlScheme::registerScheme(scheme);
+}
+
+// Answers the view's requests: the page, and pictures and style sheets from its folder.
+class DesignView::Source final : public QWebEngineUrlSchemeHandler {
+ public:
+  void requestStarted(QWebEngineUrlRequestJob* job) override {
+    const QString path = job->requestUrl().path();
+    if (path == kPagePath) {
+      // The mark tells the encoding, whatever the page itself says about the file's.
+      return Reply(job, "text/html", "\xEF\xBB\xBF" + html.toUtf8());
+    }
+    const QString file = FileOf(path);
+    const QString type = QMimeDatabase().mimeTypeForFile(file).name();
+    QFile content(file);
+    if (file.isEmpty() || !(type.startsWith("image/") || type == "text/css") ||
+        !content.open(QIODevice::ReadOnly))
+      return job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+    Reply(job, type.toUtf8(), content.readAll());
+  }
+
+  QString html;
+  QString folder;
+
+ private:
+  // Empty for what does not lie in the folder.
+  QString FileOf(const QString& path) const {
+    if (folder.isEmpty()) return {};
+    const QString root = QFileInfo(folder).canonicalFilePath() + '/';
+    const QString file = QFileInfo(root + path.mid(1)).canonicalFilePath();
+    return file.startsWith(root) ? file : QString();
+  }
+  static void Reply(QWebEngineUrlRequestJob* job, const QByteArray& type, const QByteArray& bytes) {
+    auto* buffer = new QBuffer(job);
+    buffer->setData(bytes);
+    buffer->open(QIODevice::ReadOnly);
+    job->reply(type, buffer);
+  }
+};
+
+class DesignView::Page final : public QWebEnginePage {
+ public:
+  Page(QWebEngineProfile* profile, QObject* parent) : QWebEnginePage(profile, parent) {
+    connect(this, &QWebEnginePage::newWindowRequested, this, [](QWebEngineNewWindowRequest&) {});
+  }
+
+ protected:
+  bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override {
+    return isMainFrame && type == NavigationTypeTyped && url.scheme() == kScheme &&
+           url.path() == kPagePath;
+  }
+  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int,
+                                const QString&) override {}
+};
+
+// What the script in the view calls.
+class DesignView::Bridge final : public QObject {
+  Q_OBJECT
+ public:
+  explicit Bridge(DesignView& view) : view_(view) {}
+
+ public Q_SLOTS:
+  void Clicked(int index) {
+    if (view_.onBoxClicked) view_.onBoxClicked(index);
+  }
+  void DoubleClicked(int index) {
+    if (view_.onBoxDoubleClicked) view_.onBoxDoubleClicked(index);
+  }
+  void Shown(int revision) { view_.shownRevision_ = revision; }
+
+ private:
+  DesignView& view_;
+};
+
+DesignView::DesignView(QWidget* parent)
+    : QWidget(parent),
+      source_(std::make_unique<Source>()),
+      profile_(std::make_unique<QWebEngineProfile>()),
+      bridge_(std::make_unique<Bridge>(*this)),
+      view_(new QWebEngineView(this)) {
+  profile_->installUrlSchemeHandler(kScheme, source_.get());
+  profile_->setUrlRequestInterceptor(new OnlyThePage);
+  auto* page = new Page(profile_.get(), view_);
+  QWebEngineSettings* settings = page->settings();
+  for (const auto off :
+       {QWebEngineSettings::JavascriptEnabled, QWebEngineSettings::PluginsEnabled,
+        QWebEngineSettings::PdfViewerEnabled, QWebEngineSettings::LocalStorageEnabled,
+        QWebEngineSettings::AutoLoadIconsForPage, QWebEngineSettings::NavigateOnDropEnabled,
+        QWebEngineSettings::FullScreenSupportEnabled, QWebEngineSettings::ErrorPageEnabled})
+    settings->setAttribute(off, false);
+  auto* channel = new QWebChannel(page);
+  channel->registerObject("kvo", bridge_.get());
+  page->setWebChannel(channel, kWorld);
+  connect(page, &QWebEnginePage::loadFinished, this, [this] { Loaded(); });
+  view_->setPage(page);
+  view_->setContextMenuPolicy(Qt::NoContextMenu);
+  view_->setAccessibleName(Said(words::kDesign));
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(view_);
+  setFocusProxy(view_);
+}
+
+DesignView::~DesignView() {
+  // The page has to go before its profile.
+  delete view_;
+}
+
+void DesignView::Folder(const QString& folder) { source_->folder = folder; }
+
+void DesignView::Show(const Analysis& analysis) {
+  design_ = analysis.design;
+  revision_ = analysis.revision;
+  if (analysis.first || DoctypeOf(design_) != DoctypeOf(source_->html)) return Reload();
+  if (!loaded_) return;  // Loaded() shows what is the latest then
+  const Splice& change = analysis.designChange;
+  Run(QString("kvo.splice(%1,%2,%3,%4)")
+          .arg(change.at)
+          .arg(change.removed)
+          .arg(revision_)
+          .arg(Literal(change.added)));
+}
+
+void DesignView::Reload() {
+  loaded_ = false;
+  source_->html = design_;
+  view_->load(QUrl(QString(kScheme) + ':' + kPagePath));
+}
+
+void DesignView::Loaded() {
+  loaded_ = true;
+  Run(Resource(":/qtwebchannel/qwebchannel.js") + Resource(":/editor/design.js"));
+  Run(QString("kvo.begin(%1,%2,%3)")
+          .arg(source_->html == design_ ? "true" : "false")
+          .arg(revision_)
+          .arg(Literal(design_)));
+  if (marked_ >= 0) Mark(marked_);
+}
+
+void DesignView::Mark(int index) {
+  marked_ = index;
+  if (loaded_) Run(QString("kvo.mark(%1)").arg(index));
+}
+
+void DesignView::Run(const QString& script) { view_->page()->runJavaScript(script, kWorld); }
+
+}  // namespace kvo::editor
+
+#include "DesignView.moc"

@@ -1,0 +1,208 @@
+#include "apps/editor/FindBar.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <algorithm>
+
+#include "apps/editor/SourceEdit.h"
+#include "apps/editor/Words.h"
+
+namespace kvo::editor {
+
+FindBar::FindBar(SourceEdit& source, QWidget* parent)
+    : QWidget(parent),
+      source_(source),
+      find_(new QLineEdit(this)),
+      replace_(new QLineEdit(this)),
+      matchCase_(new QCheckBox(Said(words::kMatchCase), this)),
+      expression_(new QCheckBox(Said(words::kExpression), this)),
+      message_(new QLabel(this)),
+      replaceRow_(new QWidget(this)) {
+  find_->setObjectName("find");
+  replace_->setObjectName("replace");
+  find_->setPlaceholderText(Said(words::kFind));
+  find_->setAccessibleName(Said(words::kFind));
+  replace_->setPlaceholderText(Said(words::kReplaceWith));
+  replace_->setAccessibleName(Said(words::kReplaceWith));
+  message_->setTextFormat(Qt::PlainText);
+  const auto button = [this](const Localized& caption, auto action) {
+    auto* made = new QPushButton(Said(caption), this);
+    connect(made, &QPushButton::clicked, this, action);
+    return made;
+  };
+  auto* findRow = new QHBoxLayout;
+  findRow->setContentsMargins(4, 2, 4, 2);
+  findRow->addWidget(find_, 1);
+  findRow->addWidget(button(words::kNext, [this] { Next(); }));
+  findRow->addWidget(button(words::kPrevious, [this] { Previous(); }));
+  findRow->addWidget(matchCase_);
+  findRow->addWidget(expression_);
+  findRow->addWidget(message_);
+  auto* second = new QHBoxLayout(replaceRow_);
+  second->setContentsMargins(4, 2, 4, 2);
+  second->addWidget(replace_, 1);
+  second->addWidget(button(words::kReplaceOne, [this] { ReplaceOne(); }));
+  second->addWidget(button(words::kReplaceAll, [this] { ReplaceAll(); }));
+  auto* rows = new QVBoxLayout(this);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setSpacing(0);
+  rows->addLayout(findRow);
+  rows->addWidget(replaceRow_);
+  connect(find_, &QLineEdit::textChanged, message_, &QLabel::clear);
+  hide();
+}
+
+void FindBar::Open(bool withReplace) {
+  const QString selected = Selected();
+  if (!selected.isEmpty() && !selected.contains(kLineBreakCharacter) &&
+      !selected.contains(kEmbeddedCharacter))
+    find_->setText(selected);
+  replaceRow_->setVisible(withReplace);
+  show();
+  find_->setFocus();
+  find_->selectAll();
+}
+
+void FindBar::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {
+    hide();
+    source_.setFocus();
+  } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    if (replace_->hasFocus())
+      ReplaceOne();
+    else
+      Step(event->modifiers().testFlag(Qt::ShiftModifier));
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+QString FindBar::Selected() const { return source_.textCursor().selectedText(); }
+
+std::optional<std::vector<FindBar::Match>> FindBar::Matches() {
+  std::vector<Match> matches;
+  const QString wanted = find_->text();
+  if (wanted.isEmpty()) return matches;
+  QRegularExpression pattern(expression_->isChecked() ? wanted : QRegularExpression::escape(wanted),
+                             QRegularExpression::MultilineOption);
+  if (!matchCase_->isChecked())
+    pattern.setPatternOptions(pattern.patternOptions() | QRegularExpression::CaseInsensitiveOption);
+  if (!pattern.isValid()) {
+    message_->setText(
+        Said(words::kWrongExpression,
+             {QString::number(pattern.patternErrorOffset() + 1), pattern.errorString()}));
+    return std::nullopt;
+  }
+  QString text = source_.Page().Content().Text();
+  text.replace(kLineBreakCharacter, u'\n');
+  for (auto found = pattern.globalMatch(text); found.hasNext();) {
+    const QRegularExpressionMatch match = found.next();
+    if (match.capturedLength() == 0) continue;
+    matches.push_back({static_cast<int>(match.capturedStart()),
+                       static_cast<int>(match.capturedLength()), ReplacementOf(match)});
+  }
+  return matches;
+}
+
+PageText FindBar::ReplacementOf(const QRegularExpressionMatch& match) const {
+  PageText replacement;
+  const auto append = [&](QStringView text, std::vector<Embedded> parts = {}) {
+    replacement.Replace(static_cast<int>(replacement.Text().size()), 0, text, std::move(parts));
+  };
+  const QString pattern = replace_->text();
+  if (!expression_->isChecked()) {
+    append(pattern);
+    return replacement;
+  }
+  // A backslash with a digit stands for what that group found, controls included.
+  static const QRegularExpression kGroup(R"(\\([0-9]))");
+  const PageText& page = source_.Page().Content();
+  qsizetype at = 0;
+  for (auto group = kGroup.globalMatch(pattern); group.hasNext();) {
+    const QRegularExpressionMatch reference = group.next();
+    append(QStringView(pattern).sliced(at, reference.capturedStart() - at));
+    at = reference.capturedEnd();
+    const int number = reference.captured(1).toInt();
+    const auto begin = static_cast<int>(match.capturedStart(number));
+    if (begin < 0) continue;
+    const auto length = static_cast<int>(match.capturedLength(number));
+    std::vector<Embedded> parts;
+    for (int position = begin; position < begin + length; ++position)
+      if (const Embedded* part = page.At(position))
+        parts.push_back({part->kind, position - begin, part->bytes});
+    append(QStringView(page.Text()).sliced(begin, length), std::move(parts));
+  }
+  append(QStringView(pattern).sliced(at));
+  return replacement;
+}
+
+void FindBar::Select(const Match& match) {
+  QTextCursor cursor = source_.textCursor();
+  cursor.setPosition(match.begin);
+  cursor.setPosition(match.begin + match.length, QTextCursor::KeepAnchor);
+  source_.setTextCursor(cursor);
+  source_.centerCursor();
+}
+
+void FindBar::Next() { Step(false); }
+void FindBar::Previous() { Step(true); }
+
+void FindBar::Step(bool backwards) {
+  if (find_->text().isEmpty()) return Open(false);
+  const auto matches = Matches();
+  if (!matches) return;
+  if (matches->empty()) return message_->setText(Said(words::kNotFound));
+  const QTextCursor cursor = source_.textCursor();
+  // The one behind the selection, or before it; from the other end of the page where there is none.
+  auto next = backwards
+                  ? std::ranges::lower_bound(*matches, cursor.selectionStart(), {}, &Match::begin)
+                  : std::ranges::lower_bound(*matches, cursor.selectionEnd(), {}, &Match::begin);
+  if (backwards)
+    next = next == matches->begin() ? matches->end() - 1 : next - 1;
+  else if (next == matches->end())
+    next = matches->begin();
+  Select(*next);
+  message_->setText(Said(words::kMatchOf, {QString::number(next - matches->begin() + 1),
+                                           QString::number(matches->size())}));
+}
+
+void FindBar::ReplaceOne() {
+  const auto matches = Matches();
+  if (!matches) return;
+  const QTextCursor cursor = source_.textCursor();
+  for (const Match& match : *matches) {
+    if (match.begin != cursor.selectionStart() ||
+        match.begin + match.length != cursor.selectionEnd())
+      continue;
+    QTextCursor place(cursor);
+    source_.Page().Insert(place, match.replacement, Said(words::kReplaceStep));
+    break;
+  }
+  Next();
+}
+
+void FindBar::ReplaceAll() {
+  const auto matches = Matches();
+  if (!matches) return;
+  const QString count = QString::number(matches->size());
+  if (!matches->empty()) {
+    const QString step = Said(words::kReplaceAllStep, {count});
+    const PageDocument::Step named(source_.Page(), step);
+    QTextCursor cursor(source_.document());
+    cursor.beginEditBlock();
+    for (auto match = matches->rbegin(); match != matches->rend(); ++match) {
+      cursor.setPosition(match->begin);
+      cursor.setPosition(match->begin + match->length, QTextCursor::KeepAnchor);
+      source_.Page().Insert(cursor, match->replacement, step);
+    }
+    cursor.endEditBlock();
+  }
+  message_->setText(Said(words::kReplaced, {count}));
+}
+
+}  // namespace kvo::editor

@@ -1,0 +1,311 @@
+// The window's menus, and what they do that no other part does.
+#include <QApplication>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMenuBar>
+#include <QSettings>
+#include <QSplitter>
+#include <QStatusBar>
+
+#include "apps/editor/DesignView.h"
+#include "apps/editor/FindBar.h"
+#include "apps/editor/MainWindow.h"
+#include "apps/editor/Panels.h"
+#include "apps/editor/PropertyBrowser.h"
+#include "apps/editor/Toolbox.h"
+#include "apps/editor/Words.h"
+#include "host/office/OfficeFile.h"
+#include "host/page/File.h"
+#include "host/qt/Messages.h"
+
+namespace kvo::editor {
+namespace {
+
+constexpr char kRecent[] = "recent";
+constexpr char kOffices[] = "offices";  // a chosen office file for each folder of pages
+constexpr char kToolbox[] = "toolbox";
+constexpr int kMostRecent = 10;
+
+constexpr char kOfficeName[] = "office.json";
+constexpr char kToolboxName[] = "toolbox.json";
+constexpr char kBuiltInToolbox[] = ":/editor/toolbox.json";
+
+QString Companion(const QString& folder, const char* name) {
+  const QString file = folder + '/' + name;
+  return !folder.isEmpty() && QFileInfo::exists(file) ? file : QString();
+}
+
+// Folder names are keys here, and "/" means something in those.
+QString SettingOf(QString folder) { return QString(kOffices) + '/' + folder.replace('/', '|'); }
+
+}  // namespace
+
+QAction* MainWindow::Action(QMenu& menu, const Localized& text, const QKeySequence& keys,
+                            std::function<void()> run) {
+  QAction* action = menu.addAction(Said(text));
+  action->setShortcut(keys);
+  connect(action, &QAction::triggered, this, std::move(run));
+  return action;
+}
+
+void MainWindow::MakeMenus() {
+  MakeFileMenu();
+  MakeEditMenu();
+  MakeControlMenu();
+  MakeViewMenu();
+}
+
+void MainWindow::MakeFileMenu() {
+  QMenu& menu = *menuBar()->addMenu(Said(words::kFileMenu));
+  const QString pages = Said(words::kPageFiles);
+  Action(menu, words::kNew, QKeySequence::New, [this] { New(); });
+  Action(menu, words::kOpen, QKeySequence::Open, [this, pages] {
+    const QString file =
+        QFileDialog::getOpenFileName(this, Said(words::kOpenTitle), file_.Folder(), pages);
+    if (!file.isEmpty()) Open(file);
+  });
+  recent_ = menu.addMenu(Said(words::kRecent));
+  connect(recent_, &QMenu::aboutToShow, this, [this] { ShowRecent(); });
+  menu.addSeparator();
+  Action(menu, words::kSaveAction, QKeySequence::Save, [this] { Save(); });
+  Action(menu, words::kSaveAs, QKeySequence("Ctrl+Shift+S"), [this] { SaveAs({}); });
+  Action(menu, words::kPublish, QKeySequence("Ctrl+Shift+P"), [this] { Publish({}); });
+  menu.addSeparator();
+  Action(menu, words::kChooseOffice, {}, [this] {
+    const QString file = QFileDialog::getOpenFileName(this, Said(words::kOfficeTitle),
+                                                      file_.Folder(), "JSON (*.json)");
+    if (!file.isEmpty() && UseOffice(file)) QSettings().setValue(SettingOf(file_.Folder()), file);
+  });
+  Action(menu, words::kChooseToolbox, {}, [this] {
+    const QString file = QFileDialog::getOpenFileName(this, Said(words::kToolboxTitle),
+                                                      file_.Folder(), "JSON (*.json)");
+    if (!file.isEmpty() && UseToolbox(file)) QSettings().setValue(kToolbox, file);
+  });
+  Action(menu, words::kBuiltInToolbox, {}, [this] {
+    QSettings().remove(kToolbox);
+    UseToolbox(kBuiltInToolbox);
+  });
+  menu.addSeparator();
+  Action(menu, words::kQuit, QKeySequence("Ctrl+Q"), [this] { close(); });
+}
+
+void MainWindow::MakeEditMenu() {
+  QMenu& menu = *menuBar()->addMenu(Said(words::kEditMenu));
+  undo_ = Action(menu, words::kUndo, QKeySequence::Undo, [this] { page_->Undo(); });
+  redo_ = Action(menu, words::kRedo, QKeySequence::Redo, [this] { page_->Redo(); });
+  menu.addSeparator();
+  Action(menu, words::kCut, QKeySequence::Cut, [this] {
+    const PageDocument::Step step(*page_, Said(words::kCutStep));
+    source_->cut();
+  });
+  Action(menu, words::kCopy, QKeySequence::Copy, [this] { source_->copy(); });
+  Action(menu, words::kPaste, QKeySequence::Paste, [this] { source_->paste(); });
+  Action(menu, words::kSelectAll, QKeySequence::SelectAll, [this] { source_->selectAll(); });
+  menu.addSeparator();
+  source_->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(source_, &QWidget::customContextMenuRequested, this, [this, &menu](const QPoint& point) {
+    QMenu context;
+    context.addAction(openPages_);
+    context.addSeparator();
+    context.addActions(menu.actions());
+    context.exec(source_->viewport()->mapToGlobal(point));
+  });
+  Action(menu, words::kFindAction, QKeySequence::Find, [this] { find_->Open(false); });
+  Action(menu, words::kReplaceAction, QKeySequence("Ctrl+H"), [this] { find_->Open(true); });
+  Action(menu, words::kFindNext, QKeySequence("F3"), [this] { find_->Next(); });
+  Action(menu, words::kFindPrevious, QKeySequence("Shift+F3"), [this] { find_->Previous(); });
+}
+
+void MainWindow::MakeControlMenu() {
+  QMenu& menu = *menuBar()->addMenu(Said(words::kControlMenu));
+  openPages_ = Action(menu, words::kOpenPages, QKeySequence("Alt+Return"), [this] {
+    if (const auto control = source_->CurrentControl()) controls_->OpenPages(*control, false);
+  });
+  Action(menu, words::kNextControl, QKeySequence("F4"), [this] { StepControl(false); });
+  Action(menu, words::kPreviousControl, QKeySequence("Shift+F4"), [this] { StepControl(true); });
+  menu.addSeparator();
+  Action(menu, words::kInsertControl, QKeySequence("Ctrl+T"), [this] { ShowPanel(*toolbox_); });
+  Action(menu, words::kRecognize, {}, [this] { RecognizeControls(); });
+  Action(menu, words::kWriteTexts, {}, [this] { WriteRuntimeTexts(); });
+}
+
+void MainWindow::MakeViewMenu() {
+  QMenu& menu = *menuBar()->addMenu(Said(words::kViewMenu));
+  const auto toggle = [this, &menu](const Localized& text, const char* keys, QWidget* side) {
+    QAction* action = menu.addAction(Said(text));
+    action->setShortcut(QKeySequence(keys));
+    action->setCheckable(true);
+    action->setChecked(true);
+    connect(action, &QAction::toggled, side, &QWidget::setVisible);
+  };
+  toggle(words::kSource, "Ctrl+1", splitter_->widget(0));
+  toggle(words::kDesign, "Ctrl+2", splitter_->widget(1));
+  menu.addSeparator();
+  int number = 3;
+  for (const Panel& panel : panels_) {
+    if (panel.dock == nullptr) continue;
+    QAction* action = menu.addAction(panel.dock->windowTitle());
+    action->setShortcut(QKeySequence("Ctrl+" + QString::number(number++)));
+    action->setCheckable(true);
+    connect(action, &QAction::triggered, this, [this, panel, action] {
+      // A panel behind another one comes to the front.
+      if (action->isChecked())
+        ShowPanel(*panel.widget);
+      else
+        panel.dock->hide();
+    });
+    connect(panel.dock, &QDockWidget::visibilityChanged, this, [this, action](bool shows) {
+      action->setChecked(shows);
+      if (analysis_ && output_->isVisible()) output_->Show(analysis_->output);
+    });
+  }
+  menu.addSeparator();
+  Action(menu, words::kNextPanel, QKeySequence("F6"), [this] { NextPanel(false); });
+  Action(menu, words::kPreviousPanel, QKeySequence("Shift+F6"), [this] { NextPanel(true); });
+}
+
+void MainWindow::ShowPanel(QWidget& panel) {
+  panel.parentWidget()->show();
+  panel.parentWidget()->raise();
+  panel.setFocus();
+}
+
+void MainWindow::NextPanel(bool backwards) {
+  std::vector<QWidget*> stops;
+  for (const Panel& panel : panels_)
+    if (panel.widget->isVisible() && panel.widget->isEnabled()) stops.push_back(panel.widget);
+  if (stops.empty()) return;
+  if (backwards) std::ranges::reverse(stops);
+  const QWidget* focused = QApplication::focusWidget();
+  auto now = std::ranges::find_if(stops, [focused](QWidget* stop) {
+    return focused != nullptr && (stop == focused || stop->isAncestorOf(focused));
+  });
+  if (now != stops.end()) ++now;
+  (now == stops.end() ? stops.front() : *now)->setFocus(Qt::TabFocusReason);
+}
+
+void MainWindow::StepControl(bool backwards) {
+  const auto& parts = page_->Content().EmbeddedParts();
+  const QTextCursor cursor = source_->textCursor();
+  std::optional<int> next;
+  for (const Embedded& part : parts) {
+    if (part.kind != Embedded::Kind::control) continue;
+    if (backwards) {
+      if (part.position < cursor.selectionStart()) next = part.position;
+    } else if (part.position >= cursor.selectionEnd()) {
+      next = part.position;
+      break;
+    }
+  }
+  if (next) source_->GoTo(*next);
+}
+
+void MainWindow::RecognizeControls() {
+  page_->ReplaceAll(PageText(page_->Content().Bytes(), page_->Content().LineBreak()),
+                    Said(words::kRecognizeStep));
+}
+
+bool MainWindow::SaveAs(const QString& file) {
+  QString chosen = file;
+  if (chosen.isEmpty())
+    chosen = QFileDialog::getSaveFileName(
+        this, Said(words::kSaveTitle),
+        file_.Name().isEmpty() ? Said(words::kUntitled) + ".html" : file_.Name(),
+        Said(words::kPageFiles));
+  if (chosen.isEmpty()) return false;
+  chosen = QFileInfo(chosen).absoluteFilePath();
+  const QString folder = file_.Folder();
+  if (!WriteTo(chosen)) return false;
+  if (file_.Folder() != folder) FindCompanions();
+  design_->Folder(file_.Folder());
+  return true;
+}
+
+bool MainWindow::Publish(const QString& file) {
+  return Guarded([&] {
+    page::StringSink sink;
+    const page::Problems problems = page::Publish(page::Page(page_->Content().Bytes()), sink);
+    if (page::HasErrors(problems)) {
+      Complain(Said(words::kCannotPublish));
+      return false;
+    }
+    QString chosen = file;
+    if (chosen.isEmpty())
+      chosen = QFileDialog::getSaveFileName(this, Said(words::kPublishTitle), file_.Folder(),
+                                            Said(words::kPageFiles));
+    if (chosen.isEmpty()) return false;
+    if (QFileInfo(chosen) == QFileInfo(file_.Name())) {
+      Complain(Said(words::kPublishOverPage));
+      return false;
+    }
+    PageFile().Write(chosen, sink.Text());
+    statusBar()->showMessage(Said(words::kPublished, {QFileInfo(chosen).fileName()}), 5000);
+    return true;
+  });
+}
+
+void MainWindow::Remember(const QString& file) {
+  QSettings settings;
+  QStringList files = settings.value(kRecent).toStringList();
+  files.removeAll(file);
+  files.prepend(file);
+  settings.setValue(kRecent, files.mid(0, kMostRecent));
+}
+
+void MainWindow::ShowRecent() {
+  recent_->clear();
+  const QStringList files = QSettings().value(kRecent).toStringList();
+  for (const QString& file : files) {
+    QString shown = file;
+    Action(*recent_, {}, {}, [this, file] { Open(file); })->setText(shown.replace('&', "&&"));
+  }
+  recent_->setEnabled(true);
+  if (files.isEmpty()) recent_->addAction(Said(words::kNothingRecent))->setEnabled(false);
+}
+
+bool MainWindow::UseOffice(const QString& file) {
+  return Guarded([&] {
+    if (file.isEmpty()) {
+      // Pages that list fields then list none.
+      office_ = std::make_shared<office::Office>(office::Office::Description());
+    } else {
+      office_ = office::LoadOffice(FileName(file), places_.connections);
+    }
+    officeFile_ = file;
+    controls_->Office(office_);
+    PageChanged();
+    ShowControl();
+    return true;
+  });
+}
+
+bool MainWindow::UseToolbox(const QString& file) {
+  return Guarded([&] {
+    QFile built(file);
+    std::string contents;
+    if (file.startsWith(':')) {
+      built.open(QIODevice::ReadOnly);
+      contents = built.readAll().toStdString();
+    } else {
+      contents = page::ReadFile(FileName(file));
+    }
+    toolbox_->Tools(ReadToolbox(contents, FileName(file)));
+    return true;
+  });
+}
+
+void MainWindow::FindCompanions() {
+  // A new page belongs to no folder yet; it goes on with what is there.
+  if (file_.Folder().isEmpty() && office_ != nullptr) return;
+  const QSettings settings;
+  const QString chosen = settings.value(SettingOf(file_.Folder())).toString();
+  const QString beside = Companion(file_.Folder(), kOfficeName);
+  if (!UseOffice(QFileInfo::exists(chosen) ? chosen : beside)) UseOffice({});
+  QString toolbox = Companion(file_.Folder(), kToolboxName);
+  if (toolbox.isEmpty()) toolbox = settings.value(kToolbox).toString();
+  if (toolbox.isEmpty() || !QFileInfo::exists(toolbox)) toolbox = kBuiltInToolbox;
+  if (!UseToolbox(toolbox)) UseToolbox(kBuiltInToolbox);
+}
+
+}  // namespace kvo::editor

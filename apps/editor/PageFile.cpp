@@ -1,0 +1,89 @@
+#include "apps/editor/PageFile.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QFileInfo>
+#include <algorithm>
+
+#include "host/page/File.h"
+
+namespace kvo::editor {
+namespace {
+
+bool IsError(const page::Problem& problem) { return problem.severity == page::Severity::error; }
+
+QByteArray FingerprintOf(const std::string& bytes) {
+  return QCryptographicHash::hash(
+             QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())),
+             QCryptographicHash::Sha256)
+      .toHex();
+}
+
+}  // namespace
+
+std::string FileName(const QString& file) { return QFile::encodeName(file).toStdString(); }
+
+QString PageFile::Folder() const {
+  return name_.isEmpty() ? QString() : QFileInfo(name_).absolutePath();
+}
+
+void PageFile::Forget() {
+  name_.clear();
+  known_.clear();
+}
+
+std::string PageFile::Read(const QString& name) {
+  std::string bytes = page::ReadFile(FileName(name));
+  name_ = name;
+  known_ = FingerprintOf(bytes);
+  return bytes;
+}
+
+void PageFile::Take(const QString& name, const QByteArray& known) {
+  name_ = name;
+  known_ = known;
+}
+
+void PageFile::Write(const QString& name, const std::string& bytes) {
+  const auto output = page::OpenOutput(FileName(name));
+  output->append(bytes);
+  output->Commit();
+  name_ = name;
+  known_ = FingerprintOf(bytes);
+}
+
+bool PageFile::IsChangedOutside() const {
+  if (name_.isEmpty() || !QFileInfo::exists(name_)) return false;
+  try {
+    return FingerprintOf(page::ReadFile(FileName(name_))) != known_;
+  } catch (const page::FileError&) {
+    return false;
+  }
+}
+
+void PageFile::AcceptOutside() {
+  known_.clear();
+  try {
+    if (QFileInfo::exists(name_)) known_ = FingerprintOf(page::ReadFile(FileName(name_)));
+  } catch (const page::FileError&) {
+    // Saving will say what is wrong with the file.
+  }
+}
+
+bool SavedPage::OnlyEditedByHand() const {
+  return std::ranges::all_of(problems, [](const page::Problem& problem) {
+    return !IsError(problem) || problem.rule == page::rule::editedByHand;
+  });
+}
+
+SavedPage SavePage(const std::string& bytes, bool overwriteHandEdited) {
+  page::SaveOptions options;
+  options.force = overwriteHandEdited;
+  page::StringSink sink;
+  SavedPage saved;
+  saved.problems = page::Save(page::Page(bytes), sink, options);
+  if (saved.IsGood()) saved.bytes = sink.Text();
+  return saved;
+}
+
+}  // namespace kvo::editor

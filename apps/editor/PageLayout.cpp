@@ -1,0 +1,67 @@
+#include "apps/editor/PageLayout.h"
+
+#include <QPainter>
+#include <QTextInlineObject>
+
+#include "host/qt/BoxPainter.h"
+
+namespace kvo::editor {
+namespace {
+
+constexpr double kOddMargin = 2;
+
+QFont OddFont(const QTextDocument& document) {
+  QFont font = document.defaultFont();
+  font.setPointSizeF(font.pointSizeF() * 0.75);
+  return font;
+}
+
+}  // namespace
+
+QString OddText(const QByteArray& bytes) {
+  const QString text = QString::fromUtf8(bytes);
+  if (text.size() == 1 && text[0] != QChar::ReplacementCharacter)
+    return "U+" + QString::number(text[0].unicode(), 16).toUpper().rightJustified(4, '0');
+  return QString::fromLatin1(bytes.toHex(' ').toUpper());
+}
+
+PageLayout::PageLayout(const PageDocument& document)
+    : QPlainTextDocumentLayout(const_cast<PageDocument&>(document).Document()), page_(document) {}
+
+void PageLayout::resizeInlineObject(QTextInlineObject item, int, const QTextFormat& format) {
+  const QFontMetricsF metrics(document()->defaultFont());
+  if (const auto look = page_.LookOf(format)) {
+    const QSizeF size = BoxSize(look->box, device_);
+    item.setWidth(size.width() + 2);
+    // The box stands in the middle of its line.
+    const double below = (size.height() - metrics.xHeight()) / 2;
+    item.setAscent(size.height() - below + 1);
+    item.setDescent(below + 1);
+    return;
+  }
+  const QFontMetricsF odd(OddFont(*document()));
+  item.setWidth(odd.horizontalAdvance(OddText(PageDocument::BytesOf(format))) + 4 * kOddMargin);
+  item.setAscent(metrics.ascent());
+  item.setDescent(metrics.descent());
+}
+
+void PageLayout::drawInlineObject(QPainter* painter, const QRectF& rect, QTextInlineObject, int,
+                                  const QTextFormat& format) {
+  painter->save();
+  const QBrush selection = format.background();
+  if (selection.style() != Qt::NoBrush) painter->fillRect(rect, selection);
+  if (const auto look = page_.LookOf(format)) {
+    const QSizeF size = BoxSize(look->box, device_);
+    const QPointF corner = rect.center() - QPointF(size.width(), size.height()) / 2;
+    PaintBox(*painter, look->box, {corner, size}, selection.style() != Qt::NoBrush);
+  } else {
+    painter->setFont(OddFont(*document()));
+    painter->setPen(Qt::darkRed);
+    const QRectF frame = rect.adjusted(1, 1, -1, -1);
+    painter->drawRoundedRect(frame, 2, 2);
+    painter->drawText(frame, Qt::AlignCenter, OddText(PageDocument::BytesOf(format)));
+  }
+  painter->restore();
+}
+
+}  // namespace kvo::editor

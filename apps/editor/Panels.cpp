@@ -1,0 +1,169 @@
+#include "apps/editor/Panels.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QStyle>
+#include <QTextCursor>
+
+#include "apps/editor/Toolbox.h"
+#include "apps/editor/Words.h"
+#include "host/registration/classes.h"
+
+namespace kvo::editor {
+
+PlaceList::PlaceList(QAbstractTableModel* model, const QString& name, QWidget* parent)
+    : QTreeView(parent) {
+  setModel(model);
+  setRootIsDecorated(false);
+  setUniformRowHeights(true);
+  setAllColumnsShowFocus(true);
+  setAccessibleName(name);
+  connect(this, &QTreeView::activated, this, [this](const QModelIndex& index) {
+    if (onGoTo) onGoTo(PositionOf(index.row()));
+  });
+  connect(this, &QTreeView::clicked, this, [this](const QModelIndex& index) {
+    if (onGoTo) onGoTo(PositionOf(index.row()));
+  });
+}
+
+void PlaceList::Refreshed(int rowsBefore) {
+  if (rowsBefore == 0)
+    for (int column = 0; column + 1 < model()->columnCount(); ++column)
+      resizeColumnToContents(column);
+}
+
+// Both lists: the rows of the latest analysis.
+template <class Row>
+class RowModel : public QAbstractTableModel {
+ public:
+  using Rows = std::vector<Row> Analysis::*;
+  RowModel(QObject* parent, Rows rows, std::vector<QString> heads)
+      : QAbstractTableModel(parent), rows_(rows), heads_(std::move(heads)) {}
+
+  // Answers how many rows there were.
+  int Show(std::shared_ptr<const Analysis> analysis) {
+    const int before = rowCount({});
+    const bool sameCount = analysis && static_cast<int>(((*analysis).*rows_).size()) == before;
+    if (!sameCount) beginResetModel();
+    analysis_ = std::move(analysis);
+    if (!sameCount)
+      endResetModel();
+    else if (before > 0)
+      Q_EMIT dataChanged(index(0, 0), index(before - 1, columnCount({}) - 1));
+    return before;
+  }
+  const Row& At(int row) const { return ((*analysis_).*rows_)[static_cast<std::size_t>(row)]; }
+
+  int rowCount(const QModelIndex& parent) const override {
+    return parent.isValid() || !analysis_ ? 0 : static_cast<int>(((*analysis_).*rows_).size());
+  }
+  int columnCount(const QModelIndex&) const override { return static_cast<int>(heads_.size()); }
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+    return heads_[static_cast<std::size_t>(section)];
+  }
+
+ private:
+  std::shared_ptr<const Analysis> analysis_;
+  Rows rows_;
+  std::vector<QString> heads_;
+};
+
+class OutlinePanel::Model final : public RowModel<OutlineEntry> {
+ public:
+  explicit Model(QObject* parent)
+      : RowModel(parent, &Analysis::outline,
+                 {Said(words::kId), Said(words::kCaption), Said(words::kClass)}) {}
+  QVariant data(const QModelIndex& index, int role) const override {
+    const OutlineEntry& entry = At(index.row());
+    if (role == Qt::DecorationRole && index.column() == 0) {
+      const RegisteredControl* control = FindControlByName(FromQt(entry.className));
+      return control == nullptr ? QVariant() : QVariant(IconOf(control->contract()));
+    }
+    if (role != Qt::DisplayRole) return {};
+    return index.column() == 0 ? entry.id : index.column() == 1 ? entry.caption : entry.className;
+  }
+};
+
+OutlinePanel::OutlinePanel(QWidget* parent)
+    : PlaceList(new Model(parent), Said(words::kOutline), parent),
+      model_(static_cast<Model*>(model())) {}
+
+void OutlinePanel::Show(std::shared_ptr<const Analysis> analysis) {
+  Refreshed(model_->Show(std::move(analysis)));
+}
+
+void OutlinePanel::Mark(int row) {
+  if (row < 0 || row >= model_->rowCount({}))
+    clearSelection();
+  else if (currentIndex().row() != row || !selectionModel()->hasSelection())
+    setCurrentIndex(model_->index(row, 0));
+}
+
+int OutlinePanel::PositionOf(int row) const { return model_->At(row).position; }
+
+class ProblemsPanel::Model final : public RowModel<ProblemEntry> {
+ public:
+  explicit Model(QObject* parent)
+      : RowModel(parent, &Analysis::problems,
+                 {Said(words::kPlace), Said(words::kProblemControl), Said(words::kMessage)}) {}
+  QVariant data(const QModelIndex& index, int role) const override {
+    const page::Problem& problem = At(index.row()).problem;
+    const bool error = problem.severity == page::Severity::error;
+    if (role == Qt::DecorationRole && index.column() == 0)
+      return QApplication::style()->standardIcon(error ? QStyle::SP_MessageBoxCritical
+                                                       : QStyle::SP_MessageBoxWarning);
+    if (role == Qt::AccessibleDescriptionRole) return Said(error ? words::kError : words::kWarning);
+    if (role == Qt::ToolTipRole)
+      return ToQt(problem.message.In(UserLanguage())) + " [" + ToQt(problem.rule) + ']';
+    if (role != Qt::DisplayRole) return {};
+    switch (index.column()) {
+      case 0:
+        return QString("%1:%2").arg(problem.place.line).arg(problem.place.column);
+      case 1:
+        return ToQt(problem.id.empty() ? problem.control : problem.id);
+      default:
+        return ToQt(problem.message.In(UserLanguage())) + " [" + ToQt(problem.rule) + ']';
+    }
+  }
+};
+
+ProblemsPanel::ProblemsPanel(QWidget* parent)
+    : PlaceList(new Model(parent), Said(words::kProblems), parent),
+      model_(static_cast<Model*>(model())) {}
+
+void ProblemsPanel::Show(std::shared_ptr<const Analysis> analysis) {
+  Refreshed(model_->Show(std::move(analysis)));
+}
+
+int ProblemsPanel::PositionOf(int row) const { return model_->At(row).position; }
+
+TextPanel::TextPanel(const QString& name, QWidget* parent) : QPlainTextEdit(parent) {
+  setReadOnly(true);
+  setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  setUndoRedoEnabled(false);
+  QFont font("Monospace");
+  font.setStyleHint(QFont::Monospace);
+  setFont(font);
+  setAccessibleName(name);
+}
+
+void TextPanel::Show(const QString& text) {
+  QString shown = text;
+  shown.replace("\r\n", "\n");  // each is one character of a text widget
+  const Splice change = Difference(shown_, shown);
+  if (change.IsEmpty()) return;
+  QTextCursor cursor(document());
+  const bool same = document()->characterCount() - 1 == shown_.size();
+  if (same) {
+    cursor.setPosition(static_cast<int>(change.at));
+    cursor.setPosition(static_cast<int>(change.at + change.removed), QTextCursor::KeepAnchor);
+    cursor.insertText(change.added);
+  } else {
+    setPlainText(shown);
+  }
+  shown_ = shown;
+}
+
+}  // namespace kvo::editor

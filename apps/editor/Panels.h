@@ -1,0 +1,63 @@
+// The panels that show what the analysis found: outline and problems as lists, texts as they are.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QPlainTextEdit>
+#include <QTreeView>
+#include <functional>
+#include <memory>
+
+#include "apps/editor/Analysis.h"
+
+namespace kvo::editor {
+
+// A list of places in the page: activating a row leads there. Long lists cost nothing but their
+// visible rows.
+class PlaceList : public QTreeView {
+ public:
+  PlaceList(QAbstractTableModel* model, const QString& name, QWidget* parent);
+
+  std::function<void(int position)> onGoTo;
+
+ protected:
+  // After the model's rows are new: keeps the user where she was.
+  void Refreshed(int rowsBefore);
+  virtual int PositionOf(int row) const = 0;
+};
+
+class OutlinePanel final : public PlaceList {
+ public:
+  explicit OutlinePanel(QWidget* parent);
+  void Show(std::shared_ptr<const Analysis> analysis);
+  // Marks the row of a control; -1: none.
+  void Mark(int row);
+
+ private:
+  class Model;
+  int PositionOf(int row) const override;
+  Model* model_;
+};
+
+class ProblemsPanel final : public PlaceList {
+ public:
+  explicit ProblemsPanel(QWidget* parent);
+  void Show(std::shared_ptr<const Analysis> analysis);
+
+ private:
+  class Model;
+  int PositionOf(int row) const override;
+  Model* model_;
+};
+
+// A text that is only shown.
+class TextPanel final : public QPlainTextEdit {
+ public:
+  TextPanel(const QString& name, QWidget* parent);
+  // Only what differs from the text before is laid out anew.
+  void Show(const QString& text);
+
+ private:
+  QString shown_;
+};
+
+}  // namespace kvo::editor

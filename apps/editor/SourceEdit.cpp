@@ -1,0 +1,324 @@
+#include "apps/editor/SourceEdit.h"
+
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QToolTip>
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+#include "apps/editor/Highlighter.h"
+#include "apps/editor/MimeTypes.h"
+#include "apps/editor/SourceAccessibility.h"
+#include "apps/editor/Words.h"
+#include "host/page/Page.h"
+
+namespace kvo::editor {
+namespace {
+
+constexpr int kNumberMargin = 6;
+
+class LineNumbers final : public QWidget {
+ public:
+  explicit LineNumbers(SourceEdit& edit) : QWidget(&edit), edit_(edit) {}
+
+ protected:
+  void paintEvent(QPaintEvent* event) override { edit_.PaintLineNumbers(event, *this); }
+
+ private:
+  SourceEdit& edit_;
+};
+
+std::string Published(const std::string& fragment) {
+  page::StringSink sink;
+  page::Publish(page::Page(fragment), sink);
+  return sink.Text();
+}
+
+constexpr std::string_view kUtf8Declaration = "<meta charset=utf-8>";
+
+}  // namespace
+
+SourceEdit::SourceEdit(PageDocument& document, QWidget* parent)
+    : QPlainTextEdit(parent),
+      page_(document),
+      layout_(new PageLayout(document)),
+      lineNumbers_(new LineNumbers(*this)) {
+  InstallSourceAccessibility();
+  QFont font("Monospace");
+  font.setStyleHint(QFont::Monospace);
+  page_.Document()->setDefaultFont(font);
+  setFont(font);
+  layout_->Device(viewport());
+  page_.Document()->setDocumentLayout(layout_);
+  setDocument(page_.Document());
+  highlighter_ = new Highlighter(page_.Document(), palette());
+  setLineWrapMode(QPlainTextEdit::NoWrap);
+  setCursorWidth(2);
+  setAccessibleName(Said(words::kSource));
+  connect(this, &QPlainTextEdit::blockCountChanged, this, [this] { PlaceLineNumbers(); });
+  connect(this, &QPlainTextEdit::updateRequest, this, [this](const QRect& rect, int dy) {
+    if (dy != 0)
+      lineNumbers_->scroll(0, dy);
+    else
+      lineNumbers_->update(0, rect.y(), lineNumbers_->width(), rect.height());
+  });
+  connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] { ShowCurrentLine(); });
+  PlaceLineNumbers();
+  ShowCurrentLine();
+}
+
+std::optional<int> SourceEdit::CurrentControl() const {
+  const QTextCursor cursor = textCursor();
+  if (cursor.hasSelection()) {
+    const int begin = cursor.selectionStart();
+    if (cursor.selectionEnd() == begin + 1 && page_.IsControl(begin)) return begin;
+    return std::nullopt;
+  }
+  for (const int position : {cursor.position() - 1, cursor.position()})
+    if (page_.IsControl(position)) return position;
+  return std::nullopt;
+}
+
+void SourceEdit::SelectControl(int position) {
+  QTextCursor cursor = textCursor();
+  cursor.setPosition(position);
+  cursor.setPosition(position + 1, QTextCursor::KeepAnchor);
+  setTextCursor(cursor);
+  // The line from its start, as far as the box then shows.
+  horizontalScrollBar()->setValue(0);
+  ensureCursorVisible();
+}
+
+void SourceEdit::GoTo(int position) {
+  if (page_.IsControl(position)) {
+    SelectControl(position);
+  } else {
+    QTextCursor cursor = textCursor();
+    cursor.setPosition(std::min(position, page_.Document()->characterCount() - 1));
+    setTextCursor(cursor);
+    centerCursor();
+  }
+  setFocus();
+}
+
+std::optional<int> SourceEdit::BoxAt(const QPoint& point) const {
+  const QTextCursor near = cursorForPosition(point);
+  for (const int position : {near.position(), near.position() - 1}) {
+    if (!page_.IsControl(position)) continue;
+    QTextCursor edge(page_.Document());
+    edge.setPosition(position);
+    const QRect begin = cursorRect(edge);
+    edge.setPosition(position + 1);
+    const QRect end = cursorRect(edge);
+    if (point.x() >= begin.left() && point.x() < end.left() && point.y() >= begin.top() &&
+        point.y() <= begin.bottom())
+      return position;
+  }
+  return std::nullopt;
+}
+
+void SourceEdit::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  const auto control = CurrentControl();
+  const bool alt = event->modifiers().testFlag(Qt::AltModifier);
+  const bool plain = !(event->modifiers() & ~Qt::KeypadModifier);
+  if (enter && control && (alt || (plain && textCursor().hasSelection()))) {
+    if (onOpenControl) onOpenControl(*control, false);
+    return;
+  }
+  // The widget's own undo knows nothing of steps that belong together.
+  if (event->matches(QKeySequence::Undo)) return page_.Undo();
+  if (event->matches(QKeySequence::Redo)) return page_.Redo();
+  if (event->matches(QKeySequence::Cut)) {
+    const PageDocument::Step step(page_, Said(words::kCutStep));
+    return cut();
+  }
+  const bool deletes = event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace;
+  if (deletes) {
+    const PageDocument::Step step(page_, Said(words::kDeleteStep));
+    return QPlainTextEdit::keyPressEvent(event);
+  }
+  QPlainTextEdit::keyPressEvent(event);
+}
+
+void SourceEdit::mousePressEvent(QMouseEvent* event) {
+  const auto box = BoxAt(event->pos());
+  const QTextCursor cursor = textCursor();
+  pressedBox_.reset();
+  const bool inSelection = box && cursor.hasSelection() && cursor.selectionStart() <= *box &&
+                           *box < cursor.selectionEnd();
+  if (box && event->button() == Qt::LeftButton && !inSelection &&
+      event->modifiers() == Qt::NoModifier) {
+    SelectControl(*box);
+    // From here on the press is one into the selection: a drag takes the control along.
+    pressedBox_ = box;
+  }
+  QPlainTextEdit::mousePressEvent(event);
+}
+
+void SourceEdit::mouseReleaseEvent(QMouseEvent* event) {
+  QPlainTextEdit::mouseReleaseEvent(event);
+  // No drag came of it; the widget then puts the caret beside what was selected.
+  if (const auto box = std::exchange(pressedBox_, std::nullopt); box && page_.IsControl(*box))
+    SelectControl(*box);
+}
+
+void SourceEdit::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (const auto box = BoxAt(event->pos()); box && event->button() == Qt::LeftButton) {
+    SelectControl(*box);
+    if (onOpenControl) onOpenControl(*box, true);
+    return;
+  }
+  QPlainTextEdit::mouseDoubleClickEvent(event);
+}
+
+bool SourceEdit::event(QEvent* event) {
+  if (event->type() == QEvent::ToolTip) {
+    const auto* help = static_cast<QHelpEvent*>(event);
+    if (const auto box = BoxAt(viewport()->mapFrom(this, help->pos()))) {
+      QToolTip::showText(help->globalPos(), page_.LookAt(*box)->description, this);
+      return true;
+    }
+    QToolTip::hideText();
+  }
+  return QPlainTextEdit::event(event);
+}
+
+void SourceEdit::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange && highlighter_ != nullptr) {
+    delete highlighter_;
+    highlighter_ = new Highlighter(page_.Document(), palette());
+    ShowCurrentLine();
+  }
+  QPlainTextEdit::changeEvent(event);
+}
+
+void SourceEdit::dropEvent(QDropEvent* event) {
+  pressedBox_.reset();
+  moving_ = event->source() == viewport() && event->proposedAction() == Qt::MoveAction;
+  const PageDocument::Step step(page_, Said(moving_ ? words::kMoveStep : words::kPasteStep));
+  QPlainTextEdit::dropEvent(event);
+  moving_ = false;
+}
+
+std::string SourceEdit::SelectedFragment() const {
+  const QTextCursor cursor = textCursor();
+  PageText selected = page_.Content();
+  const int size = static_cast<int>(selected.Text().size());
+  selected.Replace(cursor.selectionEnd(), size - cursor.selectionEnd(), {}, {});
+  selected.Replace(0, cursor.selectionStart(), {}, {});
+  return selected.Fragment();
+}
+
+QMimeData* SourceEdit::createMimeDataFromSelection() const {
+  const std::string fragment = SelectedFragment();
+  auto* mime = new QMimeData;
+  mime->setData(kFragmentType, QByteArray::fromStdString(fragment));
+  const std::string published = Published(std::string(kUtf8Declaration) + fragment);
+  mime->setText(ToQt(std::string_view(published).substr(kUtf8Declaration.size())));
+  return mime;
+}
+
+bool SourceEdit::canInsertFromMimeData(const QMimeData* source) const {
+  return source->hasFormat(kFragmentType) || source->hasFormat(kToolType) || source->hasText();
+}
+
+void SourceEdit::insertFromMimeData(const QMimeData* source) {
+  if (source->hasFormat(kToolType)) {
+    if (onToolDropped) onToolDropped(source->data(kToolType).toInt());
+    return;
+  }
+  const QByteArray fragment =
+      source->hasFormat(kFragmentType) ? source->data(kFragmentType) : source->text().toUtf8();
+  InsertFragment({fragment.constData(), static_cast<std::size_t>(fragment.size())},
+                 Said(moving_ ? words::kMoveStep : words::kPasteStep));
+  ensureCursorVisible();
+}
+
+void SourceEdit::InsertFragment(std::string_view fragment, const QString& step) {
+  PageText text = PageText::OfFragment(fragment, page_.Content().Encoding());
+  if (!moving_) {
+    std::unordered_set<std::string> taken;
+    for (const Embedded& part : std::vector<Embedded>(text.EmbeddedParts())) {
+      if (part.kind != Embedded::Kind::control) continue;
+      const ControlSource control(part.bytes, text.Encoding());
+      const std::string& id = control.Id();
+      if (id.empty() || (!page_.HasId(id) && taken.insert(id).second)) continue;
+      const auto name = std::string_view(id).substr(0, id.find_last_not_of("0123456789") + 1);
+      std::size_t number = 1;
+      std::string fresh;
+      do fresh = std::string(name) + std::to_string(++number);
+      while (page_.HasId(fresh) || taken.contains(fresh));
+      taken.insert(fresh);
+      text.Replace(part.position, 1, QStringView(&kEmbeddedCharacter, 1),
+                   {{Embedded::Kind::control, 0, control.WithId(fresh)}});
+    }
+  }
+  QTextCursor cursor = textCursor();
+  page_.Insert(cursor, text, step);
+  setTextCursor(cursor);
+}
+
+QString SourceEdit::SpokenText(int begin, int end) const {
+  const QString& text = page_.Content().Text();
+  QString spoken;
+  for (int at = begin; at < std::min(end, static_cast<int>(text.size())); ++at) {
+    const Embedded* part = page_.Content().At(at);
+    if (part == nullptr || part->kind == Embedded::Kind::lineBreak)
+      spoken += text[at] == kLineBreakCharacter ? u'\n' : text[at];
+    else if (part->kind == Embedded::Kind::control)
+      spoken += page_.LookAt(at)->description;
+    else
+      spoken += Said(words::kBytesSpoken, {OddText(part->bytes)});
+  }
+  return spoken;
+}
+
+int SourceEdit::LineNumberWidth() const {
+  const auto digits = QString::number(std::max(blockCount(), 99)).size();
+  return fontMetrics().horizontalAdvance(u'9') * static_cast<int>(digits) + 2 * kNumberMargin;
+}
+
+void SourceEdit::PlaceLineNumbers() {
+  const int width = LineNumberWidth();
+  setViewportMargins(width, 0, 0, 0);
+  const QRect inside = contentsRect();
+  lineNumbers_->setGeometry(inside.left(), inside.top(), width, inside.height());
+}
+
+void SourceEdit::resizeEvent(QResizeEvent* event) {
+  QPlainTextEdit::resizeEvent(event);
+  PlaceLineNumbers();
+}
+
+void SourceEdit::PaintLineNumbers(QPaintEvent* event, QWidget& area) {
+  QPainter painter(&area);
+  painter.fillRect(event->rect(), palette().color(QPalette::Window));
+  painter.setFont(font());
+  const int current = textCursor().blockNumber();
+  QTextBlock block = firstVisibleBlock();
+  double top = blockBoundingGeometry(block).translated(contentOffset()).top();
+  for (; block.isValid() && top <= event->rect().bottom(); block = block.next()) {
+    const double height = blockBoundingRect(block).height();
+    painter.setPen(palette().color(block.blockNumber() == current ? QPalette::WindowText
+                                                                  : QPalette::PlaceholderText));
+    painter.drawText(QRectF(0, top, area.width() - kNumberMargin, height),
+                     Qt::AlignRight | Qt::AlignVCenter, QString::number(block.blockNumber() + 1));
+    top += height;
+  }
+}
+
+void SourceEdit::ShowCurrentLine() {
+  QTextEdit::ExtraSelection line;
+  line.format.setBackground(palette().color(QPalette::AlternateBase));
+  line.format.setProperty(QTextFormat::FullWidthSelection, true);
+  line.cursor = textCursor();
+  line.cursor.clearSelection();
+  setExtraSelections({line});
+}
+
+}  // namespace kvo::editor

@@ -1,0 +1,70 @@
+// The source view: the page's text with its controls as boxes, and line numbers.
+#pragma once
+
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <functional>
+#include <optional>
+
+#include "apps/editor/Highlighter.h"
+#include "apps/editor/PageDocument.h"
+#include "apps/editor/PageLayout.h"
+
+namespace kvo::editor {
+
+class SourceEdit final : public QPlainTextEdit {
+  Q_OBJECT  // for qobject_cast: some objects of the browser have no other type information
+      public : SourceEdit(PageDocument& document, QWidget* parent);
+
+  // The position of the control that the user means: the one that alone is selected, else the one
+  // at the caret, before it first.
+  std::optional<int> CurrentControl() const;
+  // Selects a control and scrolls it into view.
+  void SelectControl(int position);
+  void GoTo(int position);
+
+  // The user wants to edit a control: Enter on it, Alt+Enter, or a double click.
+  std::function<void(int position, bool doubleClicked)> onOpenControl;
+  // An entry of the toolbox was dropped; the caret stands at the place.
+  std::function<void(int entry)> onToolDropped;
+
+  // Replaces the selection by a part of a page; controls get new ids where theirs are taken.
+  void InsertFragment(std::string_view fragment, const QString& step);
+  // The selection as a part of a page in UTF-8, controls as elements.
+  std::string SelectedFragment() const;
+
+  // For accessibility: the text of a range, embedded characters described.
+  QString SpokenText(int begin, int end) const;
+  PageDocument& Page() const { return page_; }
+
+  int LineNumberWidth() const;
+  void PaintLineNumbers(QPaintEvent* event, QWidget& area);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  bool event(QEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  QMimeData* createMimeDataFromSelection() const override;
+  bool canInsertFromMimeData(const QMimeData* source) const override;
+  void insertFromMimeData(const QMimeData* source) override;
+
+ private:
+  // The position of the box under a point of the viewport.
+  std::optional<int> BoxAt(const QPoint& point) const;
+  void ShowCurrentLine();
+  void PlaceLineNumbers();
+
+  PageDocument& page_;
+  PageLayout* layout_;
+  QWidget* lineNumbers_;
+  QPointer<Highlighter> highlighter_;  // the document is its owner
+  std::optional<int> pressedBox_;
+  bool moving_ = false;  // a drag inside the view: ids stay as they are
+};
+
+}  // namespace kvo::editor

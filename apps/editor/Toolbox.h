@@ -1,0 +1,38 @@
+// The list of tools, with a search: double click or Enter inserts at the caret, dragging anywhere.
+#pragma once
+
+#include <QIcon>
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+#include "apps/editor/ToolboxFile.h"
+
+class QLineEdit;
+class QListWidget;
+
+namespace kvo::editor {
+
+QIcon IconOf(const ControlClass& contract);
+
+class Toolbox final : public QWidget {
+ public:
+  explicit Toolbox(QWidget* parent);
+
+  void Tools(std::vector<Tool> tools);
+  const std::vector<Tool>& Tools() const { return tools_; }
+
+  std::function<void(int tool)> onInsert;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void Filter(const QString& words);
+
+  std::vector<Tool> tools_;
+  QLineEdit* search_;
+  QListWidget* list_;
+};
+
+}  // namespace kvo::editor

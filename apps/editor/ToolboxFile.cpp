@@ -1,0 +1,142 @@
+#include "apps/editor/ToolboxFile.h"
+
+#include <array>
+#include <filesystem>
+
+#include "common/RuntimeError.h"
+#include "common/Suggest.h"
+#include "host/page/Page.h"
+#include "host/registration/classes.h"
+
+namespace kvo::editor {
+namespace {
+
+using office::JsonNode;
+using office::PathTo;
+using Kind = JsonNode::Kind;
+
+constexpr std::string_view kTools = "tools";
+constexpr std::string_view kClass = "class";
+constexpr std::string_view kCaption = "caption";
+constexpr std::string_view kDescription = "description";
+constexpr std::string_view kIcon = "icon";
+constexpr std::string_view kBag = "bag";
+constexpr std::string_view kGerman = "de";
+constexpr std::string_view kEnglish = "en";
+
+constexpr std::array kFileKeys = {kTools};
+constexpr std::array kToolKeys = {kClass, kCaption, kDescription, kIcon, kBag};
+constexpr std::array kLanguages = {kGerman, kEnglish};
+
+const JsonNode* Find(const JsonNode& object, std::string_view key) {
+  for (const JsonNode& member : object.children)
+    if (member.key == key) return &member;
+  return nullptr;
+}
+
+class Reader : private office::JsonFileReader {
+ public:
+  Reader(const std::filesystem::path& folder, page::ProblemList& problems)
+      : JsonFileReader(kToolboxFileRule, problems), folder_(folder) {}
+
+  std::vector<Tool> Read(const JsonNode& root) {
+    std::vector<Tool> tools;
+    if (!Is(root, Kind::object, office::kObjectWanted, "")) return tools;
+    CheckKeys(root, kFileKeys, "");
+    const JsonNode* list = Required(root, kTools, Kind::list, office::kListWanted, "");
+    if (list == nullptr) return tools;
+    for (const JsonNode& item : list->children)
+      tools.push_back(
+          ReadTool(item, PathTo("", kTools) + '[' + std::to_string(tools.size()) + ']'));
+    return tools;
+  }
+
+ private:
+  Tool ReadTool(const JsonNode& object, const std::string& path) {
+    Tool tool;
+    if (!Is(object, Kind::object, office::kObjectWanted, path)) return tool;
+    CheckKeys(object, kToolKeys, path);
+    if (const JsonNode* name = Required(object, kClass, Kind::text, office::kTextWanted, path))
+      tool.contract = ClassNamed(*name, PathTo(path, kClass));
+    if (const JsonNode* caption = Find(object, kCaption))
+      tool.caption = ReadText(*caption, PathTo(path, kCaption));
+    else
+      Required(object, kCaption, Kind::text, office::kTextWanted, path);
+    if (const JsonNode* description = Find(object, kDescription))
+      tool.description = ReadText(*description, PathTo(path, kDescription));
+    if (const JsonNode* icon = Find(object, kIcon))
+      if (Is(*icon, Kind::text, office::kTextWanted, PathTo(path, kIcon)))
+        tool.icon = (folder_ / icon->text).lexically_normal().string();
+    if (const JsonNode* bag = Find(object, kBag)) ReadBag(*bag, PathTo(path, kBag), tool);
+    return tool;
+  }
+
+  // A text, or one for each language.
+  std::string ReadText(const JsonNode& node, const std::string& path) {
+    if (node.kind != Kind::object) {
+      Is(node, Kind::text, office::kTextWanted, path);
+      return node.text;
+    }
+    CheckKeys(node, kLanguages, path);
+    const JsonNode* german = Required(node, kGerman, Kind::text, office::kTextWanted, path);
+    const JsonNode* english = Required(node, kEnglish, Kind::text, office::kTextWanted, path);
+    const JsonNode* mine = UserLanguage() == Language::german ? german : english;
+    return mine == nullptr ? std::string() : mine->text;
+  }
+
+  const ControlClass* ClassNamed(const JsonNode& name, const std::string& path) {
+    if (const RegisteredControl* control = FindControlByName(name.text))
+      return &control->contract();
+    std::vector<std::string_view> names;
+    for (const RegisteredControl& control : RegisteredControls())
+      names.push_back(control.contract().name);
+    AddUnknownName(name, path, names,
+                   {"Die Klasse \"{}\" gibt es nicht.", "There is no class \"{}\"."});
+    return nullptr;
+  }
+
+  void ReadBag(const JsonNode& bag, const std::string& path, Tool& tool) {
+    if (!Is(bag, Kind::object, office::kObjectWanted, path) || tool.contract == nullptr) return;
+    std::vector<std::string_view> keys;
+    for (const BagKey& row : tool.contract->bag) keys.push_back(row.key);
+    CheckKeys(bag, keys, path);
+    for (const JsonNode& entry : bag.children)
+      if (Is(entry, Kind::text, office::kTextWanted, PathTo(path, entry.key)))
+        tool.bag.emplace_back(entry.key, entry.text);
+    try {
+      page::Load(*tool.contract, tool.bag);
+    } catch (const RuntimeError& error) {
+      Add(bag.at,
+          {path +
+               ": Das Control lässt sich damit nicht laden: " + error.Description(Language::german),
+           path +
+               ": the control cannot be loaded from it: " + error.Description(Language::english)});
+    }
+  }
+
+  void AddUnknownName(const JsonNode& name, const std::string& path,
+                      std::span<const std::string_view> known, const Localized& text) {
+    const auto fill = [&](std::string_view words, const char* meant) {
+      std::string message = path + ": " + std::string(words);
+      message.replace(message.rfind("{}"), 2, name.text);
+      if (const auto near = Suggest(name.text, known); !near.empty())
+        message += meant + std::string(" \"") + std::string(near) + "\"?";
+      return message;
+    };
+    Add(name.at, {fill(text.german, " Meinten Sie"), fill(text.english, " Did you mean")});
+  }
+
+  const std::filesystem::path& folder_;
+};
+
+}  // namespace
+
+std::vector<Tool> ReadToolbox(std::string_view contents, const std::string& file) {
+  const std::filesystem::path folder = std::filesystem::absolute(file).parent_path();
+  return office::ReadJsonFile(contents, file, kToolboxFileRule,
+                              [&](const JsonNode& root, page::ProblemList& problems) {
+                                return Reader(folder, problems).Read(root);
+                              });
+}
+
+}  // namespace kvo::editor

@@ -1,0 +1,38 @@
+// The toolbox from a file: one JSON object with
+//
+//   tools  list of objects:
+//     class        a class of the library
+//     caption      the tool's name: a text, or an object with "de" and "en"
+//     description  one line about it, in the same way; may be missing
+//     icon         a picture file, relative to the toolbox file; missing: that of the class
+//     bag          an object of keys and texts from which a new control is loaded; what is missing
+//                  in it gets the class's own defaults
+//
+// Any other key is an error; so is a key that stands twice, a bag key that the class does not have,
+// and a bag with which the control cannot be loaded.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/Control.h"
+#include "common/Localized.h"
+#include "host/office/JsonFile.h"
+
+namespace kvo::editor {
+
+inline constexpr std::string_view kToolboxFileRule = "toolbox-file";
+
+struct Tool {
+  const ControlClass* contract = nullptr;
+  std::string caption;  // in the user's language
+  std::string description;
+  std::string icon;  // a file; empty: that of the class
+  std::vector<MemoryBag::Entry> bag;
+};
+
+// Reads the contents of a file; `file` is its name. Throws office::JsonFileError.
+std::vector<Tool> ReadToolbox(std::string_view contents, const std::string& file);
+
+}  // namespace kvo::editor

@@ -1,0 +1,191 @@
+// What the editor says, each text in both languages, in one place.
+#pragma once
+
+#include <QString>
+#include <initializer_list>
+
+#include "common/Localized.h"
+#include "host/qt/QtText.h"
+
+namespace kvo::editor {
+
+// In the user's language, each "{}" replaced by the next of `values`.
+inline QString Said(const Localized& text, std::initializer_list<QString> values = {}) {
+  QString rest = ToQt(text.In(UserLanguage()));
+  QString said;
+  for (const QString& value : values) {
+    const auto at = rest.indexOf("{}");
+    said += rest.left(at) + value;
+    rest = rest.mid(at + 2);
+  }
+  return said + rest;
+}
+
+namespace words {
+
+// --- steps, as they stand behind "Undo:" ---
+inline constexpr Localized kTyping = {"Eingabe", "Typing"};
+inline constexpr Localized kInsertStep = {"{} einfügen", "Insert {}"};
+inline constexpr Localized kPasteStep = {"Einfügen", "Paste"};
+inline constexpr Localized kCutStep = {"Ausschneiden", "Cut"};
+inline constexpr Localized kDeleteStep = {"Löschen", "Delete"};
+inline constexpr Localized kMoveStep = {"Verschieben", "Move"};
+inline constexpr Localized kPropertyStep = {"{} von {} ändern", "Change {} of {}"};
+inline constexpr Localized kPagesStep = {"Eigenschaften von {}", "Properties of {}"};
+inline constexpr Localized kReplaceStep = {"Ersetzen", "Replace"};
+inline constexpr Localized kReplaceAllStep = {"{} Stellen ersetzen", "Replace {} places"};
+inline constexpr Localized kTextsStep = {"Laufzeittexte schreiben", "Write runtime texts"};
+inline constexpr Localized kRecognizeStep = {"Controls im Text erkennen",
+                                             "Recognize controls in text"};
+
+// --- controls ---
+inline constexpr Localized kControlSpoken = {"Control {}", "Control {}"};
+inline constexpr Localized kBytesSpoken = {"Zeichen {}", "Character {}"};
+
+// --- the window ---
+inline constexpr Localized kUntitled = {"Unbenannt", "Untitled"};
+inline constexpr Localized kSource = {"Quelltext", "Source"};
+inline constexpr Localized kDesign = {"Entwurf", "Design"};
+inline constexpr Localized kToolbox = {"Werkzeuge", "Toolbox"};
+inline constexpr Localized kOutline = {"Gliederung", "Outline"};
+inline constexpr Localized kProperties = {"Eigenschaften", "Properties"};
+inline constexpr Localized kRuntimeText = {"Laufzeittext", "Runtime text"};
+inline constexpr Localized kProblems = {"Probleme", "Problems"};
+inline constexpr Localized kOutput = {"Ausgabe", "Output"};
+inline constexpr Localized kSearchTools = {"Werkzeug suchen", "Search tools"};
+inline constexpr Localized kNoControl = {"Kein Control gewählt", "No control selected"};
+inline constexpr Localized kProperty = {"Eigenschaft", "Property"};
+inline constexpr Localized kValue = {"Wert", "Value"};
+inline constexpr Localized kReset = {"Zurücksetzen", "Reset"};
+inline constexpr Localized kEditText = {"Als Text bearbeiten …", "Edit as text …"};
+inline constexpr Localized kChangedProperty = {"geändert", "changed"};
+inline constexpr Localized kId = {"Id", "Id"};
+inline constexpr Localized kClass = {"Klasse", "Class"};
+inline constexpr Localized kCaption = {"Beschriftung", "Caption"};
+inline constexpr Localized kPlace = {"Stelle", "Place"};
+inline constexpr Localized kProblemControl = {"Control", "Control"};
+inline constexpr Localized kMessage = {"Meldung", "Message"};
+inline constexpr Localized kError = {"Fehler", "Error"};
+inline constexpr Localized kWarning = {"Warnung", "Warning"};
+inline constexpr Localized kCaretPlace = {"Zeile {}, Zeichen {}", "Line {}, character {}"};
+inline constexpr Localized kProblemCount = {"Fehler: {}  Warnungen: {}",
+                                            "Errors: {}  Warnings: {}"};
+
+// --- menus; the letter behind "&" is the access key ---
+inline constexpr Localized kFileMenu = {"&Datei", "&File"};
+inline constexpr Localized kNew = {"&Neu", "&New"};
+inline constexpr Localized kOpen = {"Ö&ffnen …", "&Open …"};
+inline constexpr Localized kRecent = {"&Zuletzt geöffnet", "Open &recent"};
+inline constexpr Localized kNothingRecent = {"Noch nichts", "Nothing yet"};
+inline constexpr Localized kSaveAction = {"&Speichern", "&Save"};
+inline constexpr Localized kSaveAs = {"Speichern &unter …", "Save &as …"};
+inline constexpr Localized kPublish = {"&Veröffentlichen …", "&Publish …"};
+inline constexpr Localized kChooseOffice = {"&Office-Datei wählen …", "Choose o&ffice file …"};
+inline constexpr Localized kChooseToolbox = {"&Werkzeug-Datei wählen …", "Choose &toolbox file …"};
+inline constexpr Localized kBuiltInToolbox = {"&Eingebaute Werkzeuge", "&Built-in toolbox"};
+inline constexpr Localized kQuit = {"&Beenden", "&Quit"};
+inline constexpr Localized kEditMenu = {"&Bearbeiten", "&Edit"};
+inline constexpr Localized kUndo = {"&Rückgängig", "&Undo"};
+inline constexpr Localized kUndoStep = {"&Rückgängig: {}", "&Undo: {}"};
+inline constexpr Localized kRedo = {"&Wiederholen", "&Redo"};
+inline constexpr Localized kRedoStep = {"&Wiederholen: {}", "&Redo: {}"};
+inline constexpr Localized kCut = {"&Ausschneiden", "Cu&t"};
+inline constexpr Localized kCopy = {"&Kopieren", "&Copy"};
+inline constexpr Localized kPaste = {"&Einfügen", "&Paste"};
+inline constexpr Localized kSelectAll = {"A&lles auswählen", "Select &all"};
+inline constexpr Localized kFindAction = {"&Suchen …", "&Find …"};
+inline constexpr Localized kReplaceAction = {"E&rsetzen …", "&Replace …"};
+inline constexpr Localized kFindNext = {"&Weitersuchen", "Find &next"};
+inline constexpr Localized kFindPrevious = {"&Rückwärts suchen", "Find &previous"};
+inline constexpr Localized kControlMenu = {"&Control", "&Control"};
+inline constexpr Localized kOpenPages = {"&Eigenschaftenseiten …", "Property &pages …"};
+inline constexpr Localized kNextControl = {"&Nächstes Control", "&Next control"};
+inline constexpr Localized kPreviousControl = {"&Voriges Control", "P&revious control"};
+inline constexpr Localized kInsertControl = {"Control e&infügen", "&Insert control"};
+inline constexpr Localized kRecognize = {"Controls im Text e&rkennen",
+                                         "Re&cognize controls in text"};
+inline constexpr Localized kWriteTexts = {"&Laufzeittexte schreiben", "&Write runtime texts"};
+inline constexpr Localized kViewMenu = {"&Ansicht", "&View"};
+inline constexpr Localized kNextPanel = {"&Nächster Bereich", "&Next panel"};
+inline constexpr Localized kPreviousPanel = {"&Voriger Bereich", "&Previous panel"};
+
+// --- find and replace ---
+inline constexpr Localized kFind = {"Suchen", "Find"};
+inline constexpr Localized kReplaceWith = {"Ersetzen durch", "Replace with"};
+inline constexpr Localized kNext = {"Weiter", "Next"};
+inline constexpr Localized kPrevious = {"Zurück", "Previous"};
+inline constexpr Localized kReplaceOne = {"Ersetzen", "Replace"};
+inline constexpr Localized kReplaceAll = {"Alle ersetzen", "Replace all"};
+inline constexpr Localized kMatchCase = {"Groß/klein", "Match case"};
+inline constexpr Localized kExpression = {"Regulärer Ausdruck", "Regular expression"};
+inline constexpr Localized kNotFound = {"Nicht gefunden", "Not found"};
+inline constexpr Localized kMatchOf = {"{} von {}", "{} of {}"};
+inline constexpr Localized kReplaced = {"{} ersetzt", "{} replaced"};
+inline constexpr Localized kWrongExpression = {"Zeichen {}: {}", "Character {}: {}"};
+
+// --- questions and messages ---
+inline constexpr Localized kOk = {"OK", "OK"};
+inline constexpr Localized kCancel = {"Abbrechen", "Cancel"};
+inline constexpr Localized kSave = {"Speichern", "Save"};
+inline constexpr Localized kDiscard = {"Verwerfen", "Discard"};
+inline constexpr Localized kRecover = {"Wiederherstellen", "Recover"};
+inline constexpr Localized kLater = {"Später", "Later"};
+inline constexpr Localized kOverwrite = {"Von Hand Geändertes überschreiben",
+                                         "Overwrite hand edits"};
+inline constexpr Localized kOverwriteAnyway = {"Überschreiben", "Overwrite"};
+inline constexpr Localized kReload = {"Neu laden", "Reload"};
+inline constexpr Localized kKeep = {"Behalten", "Keep"};
+inline constexpr Localized kSaveAsItStands = {"Ohne neue Laufzeittexte speichern",
+                                              "Save without new runtime texts"};
+inline constexpr Localized kShowProblems = {"Probleme zeigen", "Show problems"};
+inline constexpr Localized kUnsaved = {"„{}“ wurde geändert. Vorher speichern?",
+                                       "\"{}\" was changed. Save it first?"};
+inline constexpr Localized kCannotSave = {
+    "Die Seite hat Fehler; die Laufzeittexte lassen sich nicht schreiben.",
+    "The page has errors; the runtime texts can't be written."};
+inline constexpr Localized kCannotPublish = {
+    "Die Seite hat Fehler und lässt sich nicht veröffentlichen. Das Feld „Probleme“ nennt sie.",
+    "The page has errors and can't be published. The \"Problems\" panel lists them."};
+inline constexpr Localized kPublishOverPage = {
+    "Das ist die Seite selbst: Veröffentlicht verlöre sie ihre Controls. Wählen Sie eine andere "
+    "Datei.",
+    "That is the page itself: published, it would lose its controls. Choose another file."};
+inline constexpr Localized kUtf16 = {
+    "„{}“ ist in UTF-16 geschrieben. Speichern Sie die Seite in einem anderen Editor als UTF-8.",
+    "\"{}\" is written in UTF-16. Save the page as UTF-8 in another editor."};
+inline constexpr Localized kSaved = {"„{}“ gespeichert", "\"{}\" saved"};
+inline constexpr Localized kPublished = {"„{}“ veröffentlicht", "\"{}\" published"};
+inline constexpr Localized kChangedOutside = {
+    "„{}“ wurde außerhalb des Editors geändert. Neu laden?",
+    "\"{}\" was changed outside of the editor. Reload it?"};
+inline constexpr Localized kChangedOutsideModified = {
+    "„{}“ wurde außerhalb des Editors geändert. Neu laden? Ihre eigenen Änderungen gehen dann "
+    "verloren.",
+    "\"{}\" was changed outside of the editor. Reload it? Your own changes are lost then."};
+inline constexpr Localized kOverwriteOutside = {
+    "„{}“ wurde außerhalb des Editors geändert. Trotzdem überschreiben?",
+    "\"{}\" was changed outside of the editor. Overwrite it?"};
+inline constexpr Localized kOverwriteHandEdited = {
+    "Der Laufzeittext von „{}“ wurde in der Seite von Hand geändert. Überschreiben?",
+    "The runtime text of \"{}\" was edited in the page by hand. Overwrite it?"};
+inline constexpr Localized kNoPages = {
+    "„{}“ hat keine Eigenschaftenseiten. Das Feld „Eigenschaften“ zeigt alle Werte.",
+    "\"{}\" has no property pages. The \"Properties\" panel shows all values."};
+inline constexpr Localized kDraftFound = {
+    "Der Editor wurde nicht ordentlich beendet. Es gibt einen Entwurf von „{}“ vom {}.",
+    "The editor did not end properly. There is a draft of \"{}\" from {}."};
+inline constexpr Localized kNoDraft = {"Der Entwurf lässt sich nicht sichern: {}",
+                                       "The draft can't be kept: {}"};
+inline constexpr Localized kOpenTitle = {"Seite öffnen", "Open a page"};
+inline constexpr Localized kSaveTitle = {"Seite speichern", "Save the page"};
+inline constexpr Localized kOfficeTitle = {"Office-Datei wählen", "Choose an office file"};
+inline constexpr Localized kToolboxTitle = {"Werkzeug-Datei wählen", "Choose a toolbox file"};
+inline constexpr Localized kPublishTitle = {"Seite veröffentlichen", "Publish the page"};
+inline constexpr Localized kPageFiles = {"Seiten (*.html *.htm);;Alle Dateien (*)",
+                                         "Pages (*.html *.htm);;All files (*)"};
+inline constexpr Localized kAbout = {"Editor für HTML-Vorlagen mit Controls.",
+                                     "Editor for HTML templates with controls."};
+inline constexpr Localized kPageArgument = {"die Seite, die geöffnet wird", "the page to open"};
+
+}  // namespace words
+}  // namespace kvo::editor

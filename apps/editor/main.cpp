@@ -1,0 +1,47 @@
+// kvo-editor: the desktop editor for pages with design-time controls.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QLibraryInfo>
+#include <QTimer>
+#include <QTranslator>
+
+#include "apps/editor/DesignView.h"
+#include "apps/editor/Drafts.h"
+#include "apps/editor/MainWindow.h"
+#include "apps/editor/Shop.h"
+#include "apps/editor/Words.h"
+#include "host/qt/QtPlatform.h"
+#include "host/qt/TahomaFont.h"
+#include "host/registration/classes.h"
+
+int main(int argc, char** argv) {
+  using namespace kvo;
+  editor::PrepareDesignView();
+  QApplication application(argc, argv);
+  QApplication::setOrganizationName("KVOPDesignObjects");
+  QApplication::setApplicationName("kvo-editor");
+  QApplication::setApplicationVersion(KVO_VERSION);
+  QTranslator translator;  // of Qt's own dialogs
+  if (UserLanguage() == Language::german &&
+      translator.load("qtbase_de", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    QApplication::installTranslator(&translator);
+
+  QCommandLineParser line;
+  line.setApplicationDescription(editor::Said(editor::words::kAbout));
+  line.addHelpOption();
+  line.addVersionOption();
+  line.addPositionalArgument("PAGE", editor::Said(editor::words::kPageArgument), "[PAGE]");
+  line.process(application);
+
+  LoadTahoma();
+  QtPlatform platform(CreatePage);
+  const PlatformScope scope(platform);
+  platform.recordsets = editor::ShopRecordsets();
+  editor::MainWindow window(platform, {editor::DraftFolder(), editor::ShopConnections()});
+  window.show();
+  QTimer::singleShot(0, &window, [&] {
+    const QStringList files = line.positionalArguments();
+    if (!window.OfferDrafts() && !files.isEmpty()) window.Open(files.front());
+  });
+  return QApplication::exec();
+}

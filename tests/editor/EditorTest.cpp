@@ -1,0 +1,84 @@
+#include "tests/editor/EditorTest.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QMessageBox>
+#include <QPointer>
+#include <QTimer>
+
+#include "host/registration/classes.h"
+
+namespace kvo::editor {
+
+Desk::Desk() : platform(CreatePage), scope_(platform) {
+  QSettings::setDefaultFormat(QSettings::IniFormat);
+  QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder_.path());
+}
+
+QString Desk::Put(const QString& name, const std::string& bytes) const {
+  QFile file(Path(name));
+  if (!file.open(QIODevice::WriteOnly) ||
+      file.write(bytes.data(), static_cast<qint64>(bytes.size())) !=
+          static_cast<qint64>(bytes.size()))
+    ADD_FAILURE() << "cannot write " << name.toStdString();
+  return Path(name);
+}
+
+std::string Desk::Bytes(const QString& name) const {
+  QFile file(Path(name));
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
+  return file.readAll().toStdString();
+}
+
+std::unique_ptr<MainWindow> Desk::NewWindow() {
+  auto window = std::make_unique<MainWindow>(platform, MainWindow::Places{Path("drafts"), {}});
+  window->show();
+  window->activateWindow();
+  EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  return window;
+}
+
+bool WaitFor(const std::function<bool()>& holds) {
+  QElapsedTimer timer;
+  timer.start();
+  while (!holds()) {
+    if (timer.elapsed() > 10000) return false;
+    QTest::qWait(10);
+  }
+  return true;
+}
+
+bool WaitForViews(MainWindow& window) {
+  return WaitFor([&] {
+    return window.Analysed() != nullptr &&
+           window.Analysed()->revision == window.Page().Revision() &&
+           window.Design().ShownRevision() == window.Page().Revision();
+  });
+}
+
+void WithDialogs(const std::function<void(QWidget&)>& answer, const std::function<void()>& during) {
+  QObject end;
+  QList<QPointer<QWidget>> answered;
+  // A new timer each time: one that is on its way does not come again, and an answer may open the
+  // next dialog.
+  std::function<void()> look = [&] {
+    QTimer::singleShot(20, &end, look);
+    QWidget* dialog = QApplication::activeModalWidget();
+    if (dialog == nullptr || answered.contains(dialog) || !dialog->isActiveWindow()) return;
+    answered.append(dialog);
+    answer(*dialog);
+  };
+  look();
+  during();
+}
+
+void PressButton(QWidget& dialog, const QString& caption) {
+  for (QAbstractButton* button : dialog.findChildren<QAbstractButton*>())
+    if (button->text().remove('&') == caption) return button->click();
+  ADD_FAILURE() << "there is no button \"" << caption.toStdString() << '"';
+  dialog.close();
+}
+
+}  // namespace kvo::editor

@@ -1,0 +1,491 @@
+// The window: files, edits, panels, and the views that follow.
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDockWidget>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTreeWidget>
+
+#include "apps/editor/FindBar.h"
+#include "apps/editor/MimeTypes.h"
+#include "apps/editor/Panels.h"
+#include "host/page/Page.h"
+#include "host/qt/PropertyFrameDialog.h"
+#include "tests/editor/EditorTest.h"
+
+namespace kvo::editor {
+namespace {
+
+std::string Print(const std::string& id, const std::string& value) {
+  return "<object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"" + id +
+         "\"><param name=\"value\" value=\"" + value + "\"></object>";
+}
+
+std::string SavedPrint(const std::string& id, const std::string& value) {
+  return "<!--KVO CONTROL STARTSPAN 1 <object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"" +
+         id + "\"><param name=\"value\" value=\"" + value +
+         "\"><param name=\"format\" value=\"\"></object>--><kv:print value=\"" + value +
+         "\"/><!--KVO CONTROL ENDSPAN 1-->";
+}
+
+class WindowTest : public testing::Test {
+ protected:
+  WindowTest() : window(desk.NewWindow()) {}
+
+  // Opens a page with these bytes.
+  void Open(const std::string& bytes, const QString& name = "seite.html") {
+    ASSERT_TRUE(window->Open(desk.Put(name, bytes)));
+  }
+  std::string Bytes() const { return window->Page().Content().Bytes(); }
+  SourceEdit& Source() { return window->Source(); }
+  void Type(const QString& text) { QTest::keyClicks(&Source(), text); }
+  void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(&Source(), static_cast<Qt::Key>(key), modifiers);
+  }
+  // Runs `edit` with the property frame that Enter on the selected control opens.
+  void InPages(const std::function<void(PropertyFrameDialog& frame)>& edit) {
+    bool seen = false;
+    WithDialogs(
+        [&](QWidget& dialog) {
+          auto* frame = dynamic_cast<PropertyFrameDialog*>(&dialog);
+          ASSERT_NE(frame, nullptr);
+          seen = true;
+          edit(*frame);
+        },
+        [&] { Press(Qt::Key_Return); });
+    EXPECT_TRUE(seen);
+  }
+
+  Desk desk;
+  std::unique_ptr<MainWindow> window;
+};
+
+// --- files ---
+
+TEST_F(WindowTest, APageThatNobodyTouchedIsSavedAsItStands) {
+  const std::string pages[] = {"",
+                               "a\r\nb\nc\r",
+                               "\xEF\xBB\xBFx\xFF\n" + Print("a", "1") + "\r\n",
+                               "<meta charset=\"windows-1252\">\xE4\x81" + Print("a", "\x80"),
+                               SavedPrint("a", "1") + "<!--KVO CONTROL ENDSPAN 7-->",
+                               std::string("\0\0", 2)};
+  for (const std::string& page : pages) {
+    Open(page);
+    EXPECT_TRUE(window->Save());
+    EXPECT_EQ(desk.Bytes("seite.html"), page);
+    EXPECT_TRUE(window->SaveAs(desk.Path("kopie.html")));
+    EXPECT_EQ(desk.Bytes("kopie.html"), page);
+  }
+}
+
+TEST_F(WindowTest, SavingWritesTheRuntimeTextAndNothingElse) {
+  Open("<p>\r\n" + Print("a", "1") + "\n\xFF</p>");
+  Type("!");
+  EXPECT_TRUE(window->isWindowModified());
+  Press(Qt::Key_S, Qt::ControlModifier);
+  EXPECT_EQ(desk.Bytes("seite.html"), "!<p>\r\n" + SavedPrint("a", "1") + "\n\xFF</p>");
+  EXPECT_EQ(Bytes(), desk.Bytes("seite.html"));
+  EXPECT_FALSE(window->isWindowModified());
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Bytes(), "<p>\r\n" + Print("a", "1") + "\n\xFF</p>");
+  EXPECT_TRUE(window->isWindowModified());
+}
+
+TEST_F(WindowTest, PublishingWritesTheRuntimeTextAlone) {
+  Open("<p>" + Print("a", "1") + "</p>");
+  EXPECT_TRUE(window->Publish(desk.Path("fertig.html")));
+  EXPECT_EQ(desk.Bytes("fertig.html"), "<p><kv:print value=\"1\"/></p>");
+  WithDialogs([](QWidget& dialog) { dialog.close(); },
+              [&] { EXPECT_FALSE(window->Publish(desk.Path("seite.html"))); });
+  EXPECT_EQ(desk.Bytes("seite.html"), "<p>" + Print("a", "1") + "</p>");
+}
+
+TEST_F(WindowTest, AFileThatCannotBeReadIsSaidAndThePageStays) {
+  Open("alt");
+  QString said;
+  WithDialogs(
+      [&](QWidget& dialog) {
+        said = static_cast<QMessageBox&>(dialog).text();
+        dialog.close();
+      },
+      [&] { EXPECT_FALSE(window->Open(desk.Path("fehlt.html"))); });
+  EXPECT_TRUE(said.contains("fehlt.html")) << said.toStdString();
+  EXPECT_EQ(Bytes(), "alt");
+  WithDialogs(
+      [&](QWidget& dialog) { dialog.close(); },
+      [&] { EXPECT_FALSE(window->Open(desk.Put("utf16.html", std::string("\xFF\xFEx\0", 4)))); });
+  EXPECT_EQ(Bytes(), "alt");
+}
+
+TEST_F(WindowTest, ErrorsKeepTheRuntimeTextsFromBeingWrittenButNotTheWorkFromBeingSaved) {
+  const std::string broken =
+      "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\"></object>" + Print("a", "1");
+  Open(broken);
+  Type("!");
+  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Probleme zeigen"); },
+              [&] { EXPECT_FALSE(window->Save()); });
+  EXPECT_EQ(desk.Bytes("seite.html"), broken);
+  EXPECT_TRUE(window->isWindowModified());
+  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Ohne neue Laufzeittexte speichern"); },
+              [&] { EXPECT_TRUE(window->Save()); });
+  EXPECT_EQ(desk.Bytes("seite.html"), "!" + broken);
+  EXPECT_FALSE(window->isWindowModified());
+}
+
+TEST_F(WindowTest, HandEditedTextIsOverwrittenOnlyWithConsent) {
+  std::string page = SavedPrint("a", "1");
+  page.replace(page.find("<kv:print"), 9, "<xy:print");
+  Open(page);
+  Press(Qt::Key_End);
+  Type("!");
+  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Von Hand Geändertes überschreiben"); },
+              [&] { EXPECT_TRUE(window->Save()); });
+  EXPECT_EQ(desk.Bytes("seite.html"), SavedPrint("a", "1") + "!");
+}
+
+TEST_F(WindowTest, UnsavedChangesAreNotGivenUpUnasked) {
+  Open("alt");
+  Type("neu ");
+  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Abbrechen"); }, [&] { window->New(); });
+  EXPECT_EQ(Bytes(), "neu alt");
+  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Speichern"); }, [&] { window->New(); });
+  EXPECT_EQ(desk.Bytes("seite.html"), "neu alt");
+  EXPECT_TRUE(window->File().Name().isEmpty());
+}
+
+TEST_F(WindowTest, AFileThatChangedOutsideIsNoticed) {
+  Open("eins");
+  desk.Put("seite.html", "zwei");
+  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Neu laden"); },
+              [&] { EXPECT_TRUE(WaitFor([&] { return Bytes() == "zwei"; })); });
+  Type("!");
+  desk.Put("seite.html", "drei");
+  bool asked = false;
+  WithDialogs(
+      [&](QWidget& dialog) {
+        asked = true;
+        PressButton(dialog, "Behalten");
+      },
+      [&] { EXPECT_TRUE(WaitFor([&] { return asked; })); });
+  EXPECT_EQ(Bytes(), "!zwei");
+  EXPECT_TRUE(window->Save());  // that has been answered
+  EXPECT_EQ(desk.Bytes("seite.html"), "!zwei");
+}
+
+// --- controls in the source ---
+
+TEST_F(WindowTest, AControlIsAtomicForCaretAndDeletion) {
+  Open("a" + Print("x", "1") + "b" + Print("y", "2"));
+  Press(Qt::Key_Right);
+  Press(Qt::Key_Right);
+  EXPECT_EQ(Source().textCursor().position(), 2);
+  Press(Qt::Key_Backspace);
+  EXPECT_EQ(Bytes(), "ab" + Print("y", "2"));
+  EXPECT_EQ(window->Page().UndoName(), "Löschen");
+  Press(Qt::Key_End);
+  Press(Qt::Key_Left, Qt::ShiftModifier);
+  EXPECT_EQ(Source().CurrentControl(), 2);
+  Press(Qt::Key_Delete);
+  EXPECT_EQ(Bytes(), "ab");
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Bytes(), "a" + Print("x", "1") + "b" + Print("y", "2"));
+}
+
+TEST_F(WindowTest, AClickSelectsABox) {
+  Open("Text " + Print("x", "1") + " Text");
+  QTextCursor cursor(Source().document());
+  cursor.setPosition(5);
+  const QPoint point = Source().cursorRect(cursor).center() + QPoint(15, 0);
+  QTest::mouseClick(Source().viewport(), Qt::LeftButton, {}, point);
+  EXPECT_EQ(Source().textCursor().selectionStart(), 5);
+  EXPECT_EQ(Source().textCursor().selectionEnd(), 6);
+}
+
+TEST_F(WindowTest, EnterOpensThePagesAndOkIsOneNamedStep) {
+  Open("x" + Print("Preis", "alt"));
+  Source().SelectControl(1);
+  InPages([&](PropertyFrameDialog& frame) {
+    auto* value = frame.findChild<QLineEdit*>("txtValue");
+    ASSERT_NE(value, nullptr);
+    value->setFocus();
+    value->selectAll();
+    QTest::keyClicks(value, "neu");
+    PressButton(frame, "Übernehmen");
+    EXPECT_EQ(window->Page().UndoName(), "Eigenschaften von Preis");
+    QTest::keyClicks(value, "er");
+    PressButton(frame, "OK");
+  });
+  EXPECT_EQ(Bytes(), "x" + SavedPrint("Preis", "neuer"));
+  EXPECT_EQ(Source().CurrentControl(), 1);
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Bytes(), "x" + SavedPrint("Preis", "neu"));
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Bytes(), "x" + Print("Preis", "alt"));
+}
+
+TEST_F(WindowTest, PagesThatAreCancelledChangeNothing) {
+  Open(Print("Preis", "alt"));
+  Source().SelectControl(0);
+  InPages([&](PropertyFrameDialog& frame) {
+    QTest::keyClicks(frame.findChild<QLineEdit*>("txtValue"), "verworfen");
+    PressButton(frame, "Abbrechen");
+  });
+  EXPECT_EQ(Bytes(), Print("Preis", "alt"));
+  EXPECT_FALSE(window->isWindowModified());
+}
+
+TEST_F(WindowTest, ADoubleClickGoesToTheControlFirst) {
+  desk.Put("office.json",
+           R"({"contactFields":[{"sqlName":"City","displayName":"Ort","dataType":0}]})");
+  Open("<object classid=\"progid:KVOPDesignObjects.DTCContact\" id=\"Ort\"></object>");
+  std::vector<QString> shown;
+  WithDialogs(
+      [&](QWidget& dialog) {
+        if (auto* box = qobject_cast<QMessageBox*>(&dialog)) {
+          shown.push_back(box->text());
+          return PressButton(dialog, "OK");
+        }
+        shown.push_back(dialog.windowTitle());
+        auto* fields = dialog.findChild<QComboBox*>();
+        ASSERT_NE(fields, nullptr);
+        ASSERT_EQ(fields->count(), 1);
+        fields->setFocus();
+        QTest::keyClick(fields, Qt::Key_Down);
+        PressButton(dialog, "OK");
+      },
+      [&] { Source().onOpenControl(0, true); });
+  EXPECT_EQ(shown, (std::vector<QString>{"yo", "Kontaktfeld"}));
+  EXPECT_NE(Bytes().find("<param name=\"field\" value=\"City\">"), std::string::npos) << Bytes();
+  EXPECT_EQ(window->Page().UndoName(), "Eigenschaften von Ort");
+}
+
+TEST_F(WindowTest, CopiesGetNewIdsAndOtherProgramsTheRuntimeText) {
+  Open("<b>" + Print("Preis", "1") + "</b>\r\n");
+  Press(Qt::Key_End, Qt::ShiftModifier);
+  Press(Qt::Key_C, Qt::ControlModifier);
+  const QMimeData* copied = QApplication::clipboard()->mimeData();
+  EXPECT_EQ(copied->text(), "<b><kv:print value=\"1\"/></b>");
+  Press(Qt::Key_End);
+  Press(Qt::Key_V, Qt::ControlModifier);
+  Press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Bytes(), "<b>" + Print("Preis", "1") + "</b><b>" + Print("Preis2", "1") + "</b><b>" +
+                         Print("Preis3", "1") + "</b>\r\n");
+  EXPECT_EQ(window->Page().UndoName(), "Einfügen");
+  const auto other = desk.NewWindow();
+  other->Source().selectAll();
+  other->Source().paste();
+  EXPECT_EQ(other->Page().Content().Bytes(), "<b>" + Print("Preis", "1") + "</b>");
+}
+
+TEST_F(WindowTest, WhatIsCutAndPastedAgainKeepsItsId) {
+  Open("a" + Print("Preis", "1") + "b");
+  Source().SelectControl(1);
+  Press(Qt::Key_X, Qt::ControlModifier);
+  EXPECT_EQ(Bytes(), "ab");
+  EXPECT_EQ(window->Page().UndoName(), "Ausschneiden");
+  Press(Qt::Key_End);
+  Press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Bytes(), "ab" + Print("Preis", "1"));
+}
+
+TEST_F(WindowTest, PastedMarkupBecomesAControl) {
+  Open("");
+  QApplication::clipboard()->setText(QString::fromStdString("x" + Print("p", "1")));
+  Press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_TRUE(window->Page().IsControl(1));
+}
+
+TEST_F(WindowTest, TypedMarkupBecomesAControlOnRequest) {
+  Open("ä\r\n");
+  Type(QString::fromStdString(Print("p", "1")));
+  EXPECT_FALSE(window->Page().IsControl(0));
+  for (QAction* action : window->findChildren<QAction*>())
+    if (action->text().remove('&') == "Controls im Text erkennen") action->trigger();
+  EXPECT_TRUE(window->Page().IsControl(0));
+  EXPECT_EQ(Bytes(), Print("p", "1") + "ä\r\n");
+  EXPECT_EQ(window->Page().UndoName(), "Controls im Text erkennen");
+}
+
+// --- the panels ---
+
+TEST_F(WindowTest, TheToolboxInsertsAtTheCaretWithAnIdOfItsOwn) {
+  Open("ab");
+  Press(Qt::Key_Right);
+  Press(Qt::Key_T, Qt::ControlModifier);
+  auto* search = window->Tools().findChild<QLineEdit*>();
+  ASSERT_TRUE(search->hasFocus());
+  QTest::keyClicks(search, "ausdr");
+  QTest::keyClick(search, Qt::Key_Return);
+  EXPECT_TRUE(Source().hasFocus());
+  EXPECT_EQ(Source().CurrentControl(), 1);
+  EXPECT_EQ(window->Page().UndoName(), "Ausdruck einfügen");
+  const auto look = window->Page().LookAt(1);
+  ASSERT_NE(look, nullptr);
+  EXPECT_EQ(look->contract->name, "DTCPrint");
+  EXPECT_EQ(look->id, "Print1");
+}
+
+TEST_F(WindowTest, EveryClassHasItsTool) {
+  const auto& tools = window->Tools().Tools();
+  EXPECT_EQ(tools.size(), 12U);
+  for (std::size_t tool = 0; tool < tools.size(); ++tool) {
+    EXPECT_FALSE(tools[tool].description.empty());
+    EXPECT_FALSE(IconOf(*tools[tool].contract).pixmap(24).isNull()) << tools[tool].caption;
+    window->Tools().onInsert(static_cast<int>(tool));
+  }
+  EXPECT_FALSE(page::HasErrors(page::Check(page::Page(Bytes()))));
+}
+
+TEST_F(WindowTest, AToolDroppedOnTheSourceIsInsertedThere) {
+  Open("abc");
+  Press(Qt::Key_Right);
+  auto* data = new QMimeData;
+  data->setData(kToolType, "0");
+  QTextCursor cursor(Source().document());
+  cursor.setPosition(3);
+  const QPoint point = Source().cursorRect(cursor).center();
+  QDragEnterEvent enter(point, Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(Source().viewport(), &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QDropEvent drop(point, Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(Source().viewport(), &drop);
+  EXPECT_TRUE(window->Page().IsControl(3));
+  delete data;
+}
+
+TEST_F(WindowTest, AShopBringsItsOwnTools) {
+  desk.Put("toolbox.json", R"({"tools":[{"class":"DTCPrint","caption":"Preis brutto",
+    "bag":{"namespace":"shop","value":"#order.total#"}}]})");
+  Open("");
+  ASSERT_EQ(window->Tools().Tools().size(), 1U);
+  window->Tools().onInsert(0);
+  EXPECT_NE(Bytes().find("<param name=\"namespace\" value=\"shop\">"), std::string::npos);
+  EXPECT_NE(Bytes().find("value=\"#order.total#\""), std::string::npos);
+}
+
+QTreeWidget& Rows(PropertyBrowser& browser) { return *browser.findChild<QTreeWidget*>(); }
+
+QTreeWidgetItem& Row(PropertyBrowser& browser, const QString& name) {
+  return *Rows(browser).findItems(name, Qt::MatchExactly).at(0);
+}
+
+TEST_F(WindowTest, ThePropertyBrowserEditsAnyProperty) {
+  Open(Print("Preis", "1"));
+  Source().SelectControl(0);
+  QTreeWidget& rows = Rows(window->Properties());
+  QTreeWidgetItem& value = Row(window->Properties(), "Value");
+  EXPECT_EQ(value.text(1), "1");
+  EXPECT_TRUE(value.font(1).bold());
+  QTreeWidgetItem& display = Row(window->Properties(), "DisplayValue");
+  EXPECT_FALSE(display.font(1).bold());
+  rows.setFocus();
+  rows.setCurrentItem(&display);
+  QTest::keyClick(&rows, Qt::Key_Return);
+  auto* line = rows.findChild<QLineEdit*>();
+  ASSERT_NE(line, nullptr);
+  EXPECT_EQ(line->accessibleName(), "DisplayValue");
+  QTest::keyClicks(line, "Gesamt");
+  QTest::keyClick(line, Qt::Key_Return);
+  EXPECT_TRUE(
+      WaitFor([&] { return window->Page().UndoName() == "DisplayValue von Preis ändern"; }));
+  EXPECT_TRUE(Row(window->Properties(), "DisplayValue").font(1).bold());
+  PressButton(window->Properties(), "Zurücksetzen");
+  EXPECT_EQ(Bytes(), SavedPrint("Preis", "1"));
+  EXPECT_FALSE(Row(window->Properties(), "DisplayValue").font(1).bold());
+}
+
+TEST_F(WindowTest, AValueThatIsRefusedIsSaidAndTheOldOneStays) {
+  Open("<object classid=\"progid:KVOPDesignObjects.DTCProductList\" id=\"l\"></object>");
+  Source().SelectControl(0);
+  QString said;
+  WithDialogs(
+      [&](QWidget& dialog) {
+        said = static_cast<QMessageBox&>(dialog).text();
+        dialog.close();
+      },
+      [&] { window->Properties().onLet("DisplayColumns", "viele"); });
+  EXPECT_TRUE(said.contains("viele")) << said.toStdString();
+  EXPECT_FALSE(window->isWindowModified());
+}
+
+TEST_F(WindowTest, RuntimeTextAndProblemsFollow) {
+  Open(Print("a", "1") + "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\"></object>");
+  Source().SelectControl(0);
+  EXPECT_EQ(window->RuntimeText().toPlainText(), "<kv:print value=\"1\"/>");
+  ASSERT_TRUE(WaitForViews(*window));
+  ASSERT_EQ(window->Analysed()->problems.size(), 1U);
+  EXPECT_EQ(window->Analysed()->problems[0].position, 1);
+  ASSERT_EQ(window->Analysed()->outline.size(), 2U);
+  EXPECT_TRUE(window->Analysed()->outline[0].boxed);
+  EXPECT_FALSE(window->Analysed()->outline[1].boxed);
+  ProblemsPanel* problems = &window->Problems();
+  Q_EMIT problems->activated(problems->model()->index(0, 0));
+  EXPECT_EQ(Source().textCursor().position(), 1);
+  EXPECT_TRUE(Source().hasFocus());
+}
+
+TEST_F(WindowTest, TheOutputIsWhatPublishingWrites) {
+  Open("<p>ä\r\n" + Print("a", "1"));
+  TextPanel* output = &window->Output();
+  window->findChild<QDockWidget*>("output")->raise();
+  ASSERT_TRUE(WaitForViews(*window));
+  EXPECT_TRUE(WaitFor([&] { return output->toPlainText() == "<p>ä\n<kv:print value=\"1\"/>"; }));
+  Type("<b>");
+  EXPECT_TRUE(WaitFor([&] { return output->toPlainText() == "<b><p>ä\n<kv:print value=\"1\"/>"; }));
+}
+
+TEST_F(WindowTest, FindsAndReplaces) {
+  Open("Tee tee TEE " + Print("a", "Tee") + " tee");
+  Press(Qt::Key_H, Qt::ControlModifier);
+  FindBar* bar = &window->Finder();
+  QLineEdit* find = bar->findChild<QLineEdit*>("find");
+  QLineEdit* replace = bar->findChild<QLineEdit*>("replace");
+  ASSERT_TRUE(find->hasFocus());
+  QTest::keyClicks(find, "tee");
+  QTest::keyClick(find, Qt::Key_Return);
+  EXPECT_EQ(Source().textCursor().selectionStart(), 0);
+  QTest::keyClick(find, Qt::Key_Return);
+  EXPECT_EQ(Source().textCursor().selectionStart(), 4);
+  QTest::keyClicks(replace, "Kaffee");
+  PressButton(*bar, "Alle ersetzen");
+  EXPECT_EQ(Bytes(), "Kaffee Kaffee Kaffee " + Print("a", "Tee") + " Kaffee");
+  EXPECT_EQ(window->Page().UndoName(), "4 Stellen ersetzen");
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Bytes(), "Tee tee TEE " + Print("a", "Tee") + " tee");
+}
+
+TEST_F(WindowTest, AReplacementKeepsTheControlsThatItsGroupsFound) {
+  Open("<b>" + Print("a", "1") + "</b>");
+  Press(Qt::Key_H, Qt::ControlModifier);
+  FindBar* bar = &window->Finder();
+  QTest::keyClicks(bar->findChild<QLineEdit*>("find"), "<b>(.*)</b>");
+  QTest::keyClicks(bar->findChild<QLineEdit*>("replace"), "<i>\\1!\\1</i>");
+  for (QCheckBox* box : bar->findChildren<QCheckBox*>()) box->setChecked(true);
+  PressButton(*bar, "Alle ersetzen");
+  EXPECT_EQ(Bytes(), "<i>" + Print("a", "1") + "!" + Print("a", "1") + "</i>");
+}
+
+TEST_F(WindowTest, EveryPanelIsReachedByKeyboard) {
+  Open(Print("a", "1"));
+  Source().SelectControl(0);
+  Source().setFocus();
+  std::set<const QWidget*> reached;
+  for (int press = 0; press < 8; ++press) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6);
+    for (const QWidget* at = QApplication::focusWidget(); at; at = at->parentWidget())
+      reached.insert(at);
+  }
+  for (const QWidget* panel : std::initializer_list<const QWidget*>{
+           &Source(), &window->Design(), &window->Tools(), &window->Properties()})
+    EXPECT_TRUE(reached.contains(panel)) << panel->accessibleName().toStdString();
+}
+
+}  // namespace
+}  // namespace kvo::editor
