@@ -30,6 +30,10 @@ need_packages() {
 
 # What it takes to build the programs.
 build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
+# What it takes to build the editor with the shop database. fonts-wine brings the pages' font; the
+# translations are those of Qt's own dialogs.
+editor_packages=(qt6-base-dev qt6-webengine-dev libqt6svg6 qt6-translations-l10n fonts-wine
+  libsoci-dev libboost-dev libsqlite3-dev)
 # What it takes to test everything: the shop database is tested on SQLite files and on a PostgreSQL
 # server of the tests' own. SOCI's headers include Boost's.
 test_packages=(libgtest-dev clang-format-14 sqlite3 libsoci-dev libboost-dev
