@@ -1,5 +1,8 @@
 #include "apps/editor/Analysis.h"
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <QMetaObject>
 #include <QObject>
 #include <algorithm>
@@ -91,6 +94,8 @@ class DesignWriter {
   std::string html_;
 };
 
+constexpr int kNiceness = 10;
+
 }  // namespace
 
 Splice Difference(const QString& before, const QString& after) {
@@ -170,6 +175,8 @@ void Analyst::Request(AnalysisRequest request) {
 }
 
 void Analyst::Run() {
+  // Typing comes first, where both want the processor.
+  setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), kNiceness);
   std::shared_ptr<const Analysis> before;
   for (;;) {
     AnalysisRequest request;

@@ -54,6 +54,7 @@ QStringView DoctypeOf(const QString& html) {
 
 class OnlyThePage final : public QWebEngineUrlRequestInterceptor {
  public:
+  using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
   void interceptRequest(QWebEngineUrlRequestInfo& info) override {
     const QString scheme = info.requestUrl().scheme();
     info.block(scheme != kScheme && scheme != "data");
@@ -149,7 +150,7 @@ DesignView::DesignView(QWidget* parent)
       bridge_(std::make_unique<Bridge>(*this)),
       view_(new QWebEngineView(this)) {
   profile_->installUrlSchemeHandler(kScheme, source_.get());
-  profile_->setUrlRequestInterceptor(new OnlyThePage);
+  profile_->setUrlRequestInterceptor(new OnlyThePage(profile_.get()));
   auto* page = new Page(profile_.get(), view_);
   QWebEngineSettings* settings = page->settings();
   for (const auto off :

@@ -10,6 +10,15 @@
 
 #include "host/registration/classes.h"
 
+// The browser gives some objects back by the size of their base class.
+extern "C" const char* __asan_default_options();
+extern "C" const char* __asan_default_options() { return "new_delete_type_mismatch=0"; }
+// What the browser and the font library never give back at the end is not ours.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() {
+  return "leak:libQt6WebEngineCore\nleak:libfontconfig\n";
+}
+
 namespace kvo::editor {
 
 Desk::Desk() : platform(CreatePage), scope_(platform) {

@@ -19,6 +19,7 @@ class DesignViewTest : public testing::Test {
   DesignViewTest() : window(desk.NewWindow()) {}
 
   void Open(const std::string& bytes) {
+    window->Page().Document()->setModified(false);
     ASSERT_TRUE(window->Open(desk.Put("seite.html", bytes)));
     ASSERT_TRUE(WaitForViews(*window));
   }
@@ -78,6 +79,35 @@ TEST_F(DesignViewTest, ShowsAsABrowserWouldWhateverWasEdited) {
                        QString::fromStdString(testing::PrintToString(step)) +
                        ", 'text/html').documentElement.outerHTML"))
         << step;
+  }
+}
+
+TEST_F(DesignViewTest, ShowsAsABrowserWouldWhatIsTypedIntoTables) {
+  const std::string page =
+      "<!DOCTYPE html><table><tr><td>eins</td><td id=x>zwei<table><tr><td>innen</td></tr></table>"
+      "</td><td>ohne Ende<td>vier</tr></table><p>hinten <b>fett</b></p>" +
+      Print("a", "1");
+  const std::string edits[][2] = {
+      {"zw", "<b>"},           {"zw", "</td><td>"}, {"innen", "x<i>y</i>"},
+      {"eins", "<p><table>"},  {"vier", "&lt;"},    {"ohne", "<script>"},
+      {"hint", "<td>"},        {"eins", "<!--"},    {"innen", "</table>"},
+      {"eins", "</b>&amp;ö😀"}, {"zwei", "<td"},     {"fett", "</b>"},
+  };
+  for (const auto& [place, typed] : edits) {
+    Open(page);
+    QTextCursor cursor = window->Source().textCursor();
+    cursor.setPosition(
+        static_cast<int>(window->Page().Content().Text().indexOf(QString::fromStdString(place))));
+    for (const QChar c : QString::fromStdString(typed)) {
+      cursor.insertText(QString(c));
+      if (c.isHighSurrogate()) continue;
+      ASSERT_TRUE(WaitForViews(*window));
+      EXPECT_EQ(Evaluate("document.documentElement.outerHTML"),
+                Evaluate("new DOMParser().parseFromString(kvo.text(), 'text/html')"
+                         ".documentElement.outerHTML"))
+          << place << ' ' << typed;
+      EXPECT_EQ(Evaluate("kvo.text()").toString(), window->Analysed()->design);
+    }
   }
 }
 

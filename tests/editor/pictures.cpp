@@ -3,9 +3,13 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QLineEdit>
+#include <QPainter>
 #include <QStyleFactory>
 #include <iostream>
 
+#include "apps/editor/FindBar.h"
+#include "apps/editor/TextDialog.h"
 #include "host/qt/TahomaFont.h"
 #include "tests/editor/EditorTest.h"
 
@@ -31,33 +35,109 @@ QPalette DarkPalette() {
   return palette;
 }
 
-int TakePictures(const QString& folder, const QString& suffix) {
-  Desk desk;
-  for (const QString name : {"newsletter.html", "office.json"}) {
-    QFile file(QString(KVO_SOURCE_DIR) + "/examples/newsletter/" + name);
-    if (!file.open(QIODevice::ReadOnly)) return 2;
-    desk.Put(name, file.readAll().toStdString());
+// Takes its pictures one after the other, each under its name.
+class Studio {
+ public:
+  Studio(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {
+    for (const QString name : {"newsletter.html", "office.json"}) {
+      QFile file(QString(KVO_SOURCE_DIR) + "/examples/newsletter/" + name);
+      if (file.open(QIODevice::ReadOnly)) desk_.Put(name, file.readAll().toStdString());
+    }
+    window_ = desk_.NewWindow();
+    window_->resize(1400, 860);
   }
-  const auto window = desk.NewWindow();
-  window->resize(1400, 860);
-  const auto shoot = [&](const QString& name) {
-    if (!WaitForViews(*window)) std::cerr << "the views do not follow\n";
+
+  bool TakeAll() {
+    if (!window_->Open(desk_.Path("newsletter.html"))) return false;
+    GoTo("Datum");
+    Shoot("window");
+    GoTo("Anrede");
+    ShootDialog("pages", [&] { window_->Controls().OpenPages(Position(), false); });
+    ShootDialog("text", [&] { EditText("HTMLContent", "Zeile\r\n<b>zweite</b>", window_.get()); });
+    window_->Finder().Open(true);
+    QTest::keyClicks(window_->Finder().findChild<QLineEdit*>("find"), "td");
+    window_->Finder().Next();
+    Shoot("find");
+    window_->Finder().hide();
+    ShootDialog("unsaved", [&] {
+      window_->Page().Document()->setModified(true);
+      window_->New();
+    });
+    ShootDialog("outside", [&] {
+      desk_.Put("newsletter.html", "neu");
+      for (int wait = 0; wait < 20; ++wait) QTest::qWait(50);
+    });
+    window_->Source().selectAll();
+    window_->Source().InsertFragment(kFaulty, "Bild");
+    window_->Source().GoTo(1);
+    Shoot("problems");
+    ShootDialog("cannot-save", [&] { window_->Save(); });
+    { Draft(desk_.Path("drafts")).Write("x", desk_.Path("newsletter.html"), ""); }
+    ShootDialog("draft", [&] { window_->OfferDrafts(); });
+    window_->Page().Document()->setModified(false);
+    return good_;
+  }
+
+ private:
+  static constexpr char kFaulty[] =
+      "<p>Guten Tag <object classid=\"progid:KVOPDesignObjects.DTCContact\" id=\"Name\"><param "
+      "name=\"field\" value=\"LastNam\"></object>,</p>\n<p>Ihre Bestellung: <object "
+      "classid=\"progid:KVOPDesignObjects.DTCPrnt\" id=\"Summe\"></object></p>\n<object "
+      "classid=\"progid:KVOPDesignObjects.DTCUnsubscriber\" id=\"Ab\"></object>\n";
+
+  void GoTo(const std::string& id) {
+    for (const Embedded& part : window_->Page().Content().EmbeddedParts())
+      if (const auto look = window_->Page().LookAt(part.position); look && look->id == id)
+        window_->Source().GoTo(part.position);
+  }
+  int Position() const { return window_->Source().CurrentControl().value_or(0); }
+
+  void Shoot(const QString& name) {
+    good_ &= WaitForViews(*window_);
     QTest::qWait(300);
-    const QString file = folder + '/' + name + suffix + ".png";
-    if (!window->grab().save(file)) std::cerr << "cannot write " << file.toStdString() << '\n';
-  };
-  window->Open(desk.Path("newsletter.html"));
-  window->Source().GoTo(window->Page().Content().EmbeddedParts()[2].position);
-  shoot("window");
-  return 0;
-}
+    Save(name, window_->grab());
+  }
+  // The dialog over the window, which closes it again.
+  void ShootDialog(const QString& name, const std::function<void()>& open) {
+    bool seen = false;
+    WithDialogs(
+        [&](QWidget& dialog) {
+          QTest::qWait(100);
+          QPixmap picture = window_->grab();
+          const QPixmap top = dialog.grab();
+          const QSize size = dialog.size();
+          QPainter painter(&picture);
+          const QRect place(
+              QPoint(window_->width() - size.width(), window_->height() - size.height()) / 2, size);
+          painter.drawPixmap(place.topLeft(), top);
+          painter.setPen(QPen(dialog.palette().color(QPalette::Highlight), 2));
+          painter.drawRect(place.adjusted(-1, -1, 1, 1));
+          painter.end();
+          Save(name, picture);
+          seen = true;
+          dialog.close();
+        },
+        open);
+    good_ &= seen;
+  }
+  void Save(const QString& name, const QPixmap& picture) {
+    good_ &= picture.save(folder_ + '/' + name + suffix_ + ".png");
+  }
+
+  Desk desk_;
+  QString folder_;
+  QString suffix_;
+  std::unique_ptr<MainWindow> window_;
+  bool good_ = true;
+};
 
 }  // namespace
 }  // namespace kvo::editor
 
 int main(int argc, char** argv) {
   using namespace kvo::editor;
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("LC_ALL", "de_DE.UTF-8");
   PrepareDesignView();
   QApplication application(argc, argv);
   QApplication::setStyle(QStyleFactory::create("Fusion"));
@@ -69,5 +149,7 @@ int main(int argc, char** argv) {
   kvo::LoadTahoma();
   QString suffix = dark ? "-dark" : "";
   if (application.devicePixelRatio() > 1) suffix += "-200";
-  return TakePictures(folder, suffix);
+  if (Studio(folder, suffix).TakeAll()) return 0;
+  std::cerr << "Not every picture could be taken.\n";
+  return 1;
 }

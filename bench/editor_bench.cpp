@@ -1,0 +1,183 @@
+// The editor on a large page: 2,000 controls in 2 MB of text. Opening until the source is painted,
+// one key until it is painted, and until the design view shows it.
+//
+// Times are the wall clock's, of the window as a user has it, with the analysis at work beside it;
+// there is no display, so what the graphics card would do is not in them.
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "apps/editor/DesignView.h"
+#include "apps/editor/MainWindow.h"
+#include "host/qt/TahomaFont.h"
+#include "host/registration/classes.h"
+
+namespace kvo::editor {
+namespace {
+
+constexpr int kControls = 2000;
+constexpr std::size_t kPageSize = 2000000;
+
+std::string LargePage() {
+  const std::string line =
+      "  <td class=\"text\">Aus Kenia und &Auml;thiopien, frisch <b>ger&ouml;stet</b> im "
+      "Hafen</td>\n";
+  std::string page = "<html><body><table>\n";
+  const std::size_t perControl = kPageSize / kControls;
+  for (int control = 0; control < kControls; ++control) {
+    const std::size_t begin = page.size();
+    const std::string number = std::to_string(control);
+    page += "<tr><td><object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"P" + number +
+            "\"><param name=\"value\" value=\"#order.total" + number + "#\"></object></td>\n";
+    while (page.size() - begin + line.size() < perControl) page += line;
+    page += "</tr>\n";
+  }
+  return page + "</table></body></html>\n";
+}
+
+// One window for all, since a process begins with one, too.
+class Bench {
+ public:
+  Bench() : platform_(CreatePage), scope_(platform_) {
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder_.path());
+    QFile file(page);
+    if (file.open(QIODevice::WriteOnly)) file.write(QByteArray::fromStdString(LargePage()));
+    file.close();
+    window =
+        std::make_unique<MainWindow>(platform_, MainWindow::Places{folder_.filePath("drafts"), {}});
+    window->resize(1400, 900);
+    window->show();
+    window->activateWindow();
+    static_cast<void>(QTest::qWaitForWindowActive(window.get()));
+  }
+  ~Bench() { window->Page().Document()->setModified(false); }
+
+  bool Follows() const { return window->Design().ShownRevision() == window->Page().Revision(); }
+  void Settle() {
+    while (!Follows()) QTest::qWait(5);
+    QTest::qWait(100);
+  }
+
+ private:
+  QTemporaryDir folder_;
+  QtPlatform platform_;
+  PlatformScope scope_;
+
+ public:
+  const QString page = folder_.filePath("large.html");
+  std::unique_ptr<MainWindow> window;
+};
+
+Bench* bench = nullptr;
+
+// The times of one benchmark; their median and their longest become counters, in milliseconds.
+class Times {
+ public:
+  explicit Times(benchmark::State& state) : state_(state) {}
+  ~Times() {
+    std::ranges::sort(milliseconds_);
+    if (milliseconds_.empty()) return;
+    state_.counters["median_ms"] = milliseconds_[milliseconds_.size() / 2];
+    state_.counters["longest_ms"] = milliseconds_.back();
+  }
+  void Add(const QElapsedTimer& timer) {
+    const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+    state_.SetIterationTime(seconds);
+    milliseconds_.push_back(seconds * 1000);
+  }
+
+ private:
+  benchmark::State& state_;
+  std::vector<double> milliseconds_;
+};
+
+void Open(benchmark::State& state) {
+  Times times(state);
+  for (auto _ : state) {
+    bench->window->Page().Document()->setModified(false);
+    QElapsedTimer timer;
+    timer.start();
+    if (!bench->window->Open(bench->page)) state.SkipWithError("the page does not open");
+    QCoreApplication::processEvents();
+    bench->window->Source().repaint();
+    times.Add(timer);
+    bench->Settle();
+  }
+}
+BENCHMARK(Open)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// Notes that a widget was painted.
+class PaintWatch final : public QObject {
+ public:
+  explicit PaintWatch(QWidget& widget) { widget.installEventFilter(this); }
+  bool painted = false;
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    painted |= event->type() == QEvent::Paint;
+    return false;
+  }
+};
+
+void Key(benchmark::State& state) {
+  SourceEdit& source = bench->window->Source();
+  const QString& text = bench->window->Page().Content().Text();
+  PaintWatch watch(*source.viewport());
+  source.GoTo(static_cast<int>(text.indexOf("frisch", text.size() / 2)));
+  bench->Settle();
+  Times times(state);
+  for (auto _ : state) {
+    QElapsedTimer timer;
+    timer.start();
+    watch.painted = false;
+    QTest::keyClick(&source, Qt::Key_X);
+    while (!watch.painted) QCoreApplication::processEvents();
+    times.Add(timer);
+    // As somebody types who types fast: the analysis and the views come in between.
+    QTest::qWait(60);
+  }
+  bench->Settle();
+}
+BENCHMARK(Key)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(50);
+
+void Follow(benchmark::State& state) {
+  SourceEdit& source = bench->window->Source();
+  bench->Settle();
+  Times times(state);
+  for (auto _ : state) {
+    QElapsedTimer timer;
+    timer.start();
+    QTest::keyClick(&source, Qt::Key_X);
+    while (!bench->Follows()) QTest::qWait(1);
+    times.Add(timer);
+    QTest::qWait(100);
+  }
+}
+BENCHMARK(Follow)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(10);
+
+}  // namespace
+}  // namespace kvo::editor
+
+int main(int argc, char** argv) {
+  using namespace kvo::editor;
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  PrepareDesignView();
+  QApplication application(argc, argv);
+  QApplication::setOrganizationName("KVOPDesignObjects");
+  QApplication::setApplicationName("kvo-editor-bench");
+  kvo::LoadTahoma();
+  benchmark::Initialize(&argc, argv);
+  Bench bench_;
+  bench = &bench_;
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
