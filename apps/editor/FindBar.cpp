@@ -36,23 +36,26 @@ FindBar::FindBar(SourceEdit& source, QWidget* parent)
     return made;
   };
   auto* findRow = new QHBoxLayout;
-  findRow->setContentsMargins(4, 2, 4, 2);
   findRow->addWidget(find_, 1);
   findRow->addWidget(button(words::kNext, [this] { Next(); }));
   findRow->addWidget(button(words::kPrevious, [this] { Previous(); }));
-  findRow->addWidget(matchCase_);
-  findRow->addWidget(expression_);
-  findRow->addWidget(message_);
-  auto* second = new QHBoxLayout(replaceRow_);
-  second->setContentsMargins(4, 2, 4, 2);
-  second->addWidget(replace_, 1);
-  second->addWidget(button(words::kReplaceOne, [this] { ReplaceOne(); }));
-  second->addWidget(button(words::kReplaceAll, [this] { ReplaceAll(); }));
+  auto* replaceRow = new QHBoxLayout(replaceRow_);
+  replaceRow->addWidget(replace_, 1);
+  replaceRow->addWidget(button(words::kReplaceOne, [this] { ReplaceOne(); }));
+  replaceRow->addWidget(button(words::kReplaceAll, [this] { ReplaceAll(); }));
+  auto* optionRow = new QHBoxLayout;
+  optionRow->addWidget(matchCase_);
+  optionRow->addWidget(expression_);
+  optionRow->addStretch();
+  optionRow->addWidget(message_);
   auto* rows = new QVBoxLayout(this);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(0);
+  for (QLayout* row : std::initializer_list<QLayout*>{findRow, replaceRow, optionRow})
+    row->setContentsMargins(4, 2, 4, 2);
   rows->addLayout(findRow);
   rows->addWidget(replaceRow_);
+  rows->addLayout(optionRow);
   connect(find_, &QLineEdit::textChanged, message_, &QLabel::clear);
   hide();
 }

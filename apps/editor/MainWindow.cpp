@@ -38,6 +38,8 @@ constexpr milliseconds kAnalysisDelay(40);
 constexpr milliseconds kDraftDelay(800);
 constexpr milliseconds kOutsideDelay(300);
 
+constexpr qsizetype kProblemsNamed = 3;  // in a question; the panel has them all
+
 constexpr char kGeometry[] = "geometry";
 constexpr char kState[] = "state";
 constexpr char kSplitter[] = "splitter";
@@ -151,6 +153,8 @@ MainWindow::~MainWindow() {
   page_->onChanged = nullptr;
   page_->Document()->disconnect(this);
   source_->disconnect(this);
+  for (const Panel& panel : panels_)  // docks tell that they hide while they are given up
+    if (panel.dock != nullptr) panel.dock->disconnect(this);
   delete takeCentralWidget();  // the views end before the page
 }
 
@@ -380,13 +384,14 @@ std::optional<std::string> MainWindow::BytesToSave() {
   if (!page_->Document()->isModified()) return bytes;
   SavedPage saved = SavePage(bytes, false);
   if (saved.IsGood()) return saved.bytes;
-  QString list;
+  QStringList lines = {Said(words::kCannotSave)};
   for (const page::Problem& problem : saved.problems)
-    if (problem.severity == page::Severity::error)
-      list += ToQt(page::Describe(problem, "", UserLanguage())).mid(1) + '\n';
-  QMessageBox box(QMessageBox::Warning, MessageTitle(), Said(words::kCannotSave),
-                  QMessageBox::NoButton, this);
-  box.setDetailedText(list);
+    if (problem.severity == page::Severity::error && lines.size() <= kProblemsNamed)
+      lines += ToQt(page::Describe(problem, "", UserLanguage())).mid(1);
+  lines += Said(words::kSaveAnywayMeans);
+  QMessageBox box(QMessageBox::Warning, MessageTitle(), lines.join("\n\n"), QMessageBox::NoButton,
+                  this);
+  box.setTextFormat(Qt::PlainText);
   QPushButton* overwrite = nullptr;
   if (saved.OnlyEditedByHand())
     overwrite = box.addButton(Said(words::kOverwrite), QMessageBox::DestructiveRole);
@@ -499,12 +504,13 @@ void MainWindow::DiscardDraft() {
 }
 
 bool MainWindow::OfferDrafts() {
+  const QLocale locale(UserLanguage() == Language::german ? QLocale::German : QLocale::English);
   for (const LeftDraft& left : Draft::LeftIn(places_.drafts)) {
     const QString name =
         left.pageFile.isEmpty() ? Said(words::kUntitled) : QFileInfo(left.pageFile).fileName();
     QMessageBox box(
         QMessageBox::Question, MessageTitle(),
-        Said(words::kDraftFound, {name, QLocale().toString(left.time, QLocale::ShortFormat)}),
+        Said(words::kDraftFound, {name, locale.toString(left.time, QLocale::ShortFormat)}),
         QMessageBox::NoButton, this);
     auto* recover = box.addButton(Said(words::kRecover), QMessageBox::AcceptRole);
     auto* discard = box.addButton(Said(words::kDiscard), QMessageBox::DestructiveRole);

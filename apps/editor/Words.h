@@ -130,13 +130,14 @@ inline constexpr Localized kSave = {"Speichern", "Save"};
 inline constexpr Localized kDiscard = {"Verwerfen", "Discard"};
 inline constexpr Localized kRecover = {"Wiederherstellen", "Recover"};
 inline constexpr Localized kLater = {"Später", "Later"};
-inline constexpr Localized kOverwrite = {"Von Hand Geändertes überschreiben",
-                                         "Overwrite hand edits"};
+inline constexpr Localized kOverwrite = {"Handgeändertes überschreiben", "Overwrite hand edits"};
 inline constexpr Localized kOverwriteAnyway = {"Überschreiben", "Overwrite"};
 inline constexpr Localized kReload = {"Neu laden", "Reload"};
 inline constexpr Localized kKeep = {"Behalten", "Keep"};
-inline constexpr Localized kSaveAsItStands = {"Ohne neue Laufzeittexte speichern",
-                                              "Save without new runtime texts"};
+inline constexpr Localized kSaveAsItStands = {"Trotzdem speichern", "Save anyway"};
+inline constexpr Localized kSaveAnywayMeans = {
+    "„Trotzdem speichern“ schreibt die Seite, wie sie dasteht, ohne neue Laufzeittexte.",
+    "\"Save anyway\" writes the page as it stands, without new runtime texts."};
 inline constexpr Localized kShowProblems = {"Probleme zeigen", "Show problems"};
 inline constexpr Localized kUnsaved = {"„{}“ wurde geändert. Vorher speichern?",
                                        "\"{}\" was changed. Save it first?"};

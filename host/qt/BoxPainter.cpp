@@ -43,6 +43,7 @@ void PaintBox(QPainter& painter, const Box& box, const QRectF& target, bool sele
   if (box.width <= 0 || box.height <= 0) return;
   const QPalette palette = QGuiApplication::palette();
   painter.save();
+  painter.setClipRect(target, Qt::IntersectClip);  // nothing of a control shows beyond it
   painter.translate(target.topLeft());
   const double scale = target.width() / box.width;
   QPen pen(palette.color(QPalette::Highlight), kTwipsPerPixel * scale * (selected ? 2 : 1));

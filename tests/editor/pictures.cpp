@@ -49,9 +49,8 @@ class Studio {
 
   bool TakeAll() {
     if (!window_->Open(desk_.Path("newsletter.html"))) return false;
-    GoTo("Datum");
-    Shoot("window");
     GoTo("Anrede");
+    Shoot("window");
     ShootDialog("pages", [&] { window_->Controls().OpenPages(Position(), false); });
     ShootDialog("text", [&] { EditText("HTMLContent", "Zeile\r\n<b>zweite</b>", window_.get()); });
     window_->Finder().Open(true);

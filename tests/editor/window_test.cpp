@@ -132,7 +132,7 @@ TEST_F(WindowTest, ErrorsKeepTheRuntimeTextsFromBeingWrittenButNotTheWorkFromBei
               [&] { EXPECT_FALSE(window->Save()); });
   EXPECT_EQ(desk.Bytes("seite.html"), broken);
   EXPECT_TRUE(window->isWindowModified());
-  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Ohne neue Laufzeittexte speichern"); },
+  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Trotzdem speichern"); },
               [&] { EXPECT_TRUE(window->Save()); });
   EXPECT_EQ(desk.Bytes("seite.html"), "!" + broken);
   EXPECT_FALSE(window->isWindowModified());
@@ -144,7 +144,7 @@ TEST_F(WindowTest, HandEditedTextIsOverwrittenOnlyWithConsent) {
   Open(page);
   Press(Qt::Key_End);
   Type("!");
-  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Von Hand Geändertes überschreiben"); },
+  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Handgeändertes überschreiben"); },
               [&] { EXPECT_TRUE(window->Save()); });
   EXPECT_EQ(desk.Bytes("seite.html"), SavedPrint("a", "1") + "!");
 }
