@@ -27,7 +27,8 @@ void Control::ReadProperties(PropertyBag& propertyBag) {
         row.way.in(*this, value.Take());
       else
         row.way.inText(*this, value.Text());
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+      propertyBag.KeyFailed(row.key, error);
       if (contract.readFailure == ReadFailure::endsLoad) throw;
       // The key is skipped: its property keeps the value that it had.
     }
@@ -72,7 +73,7 @@ void Control::Let(std::string_view name, Variant value) {
 }
 
 Variant Control::Call(std::string_view name, std::span<const Variant> arguments) {
-  if (EqualIgnoringCase(name, "GetRuntimeText") && arguments.empty()) return GetRuntimeText();
+  if (EqualIgnoringCase(name, kRuntimeTextMethod) && arguments.empty()) return GetRuntimeText();
   return Object::Call(name, arguments);
 }
 

@@ -17,6 +17,9 @@ namespace kvo {
 
 class Control;
 
+// The one method of every control, beside its properties.
+inline constexpr std::string_view kRuntimeTextMethod = "GetRuntimeText";
+
 // A failing bag call or assignment while loading ends the load - or, in one class, that key only.
 enum class ReadFailure { endsLoad, skipsKey };
 

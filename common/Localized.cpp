@@ -22,12 +22,15 @@ Language ReadLanguage() {
   return Language::english;
 }
 
-}  // namespace
-
-Language UserLanguage() {
-  static const Language language = ReadLanguage();
+Language& TheLanguage() {
+  static Language language = ReadLanguage();
   return language;
 }
+
+}  // namespace
+
+Language UserLanguage() { return TheLanguage(); }
+void UserLanguage(Language newLanguage) { TheLanguage() = newLanguage; }
 
 std::string Say(const Localized& text, std::initializer_list<std::string_view> values) {
   std::string_view rest = text.In(UserLanguage());

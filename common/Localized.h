@@ -22,6 +22,8 @@ struct Localized {
 // The user's language: the first of LC_ALL, LC_MESSAGES and LANG that is set decides; "de..." is
 // German, everything else English.
 Language UserLanguage();
+// For hosts that know the user's language from elsewhere. Takes the place of the above from now on.
+void UserLanguage(Language newLanguage);
 
 // A text in the user's language, each "{}" replaced by the next of `values`.
 std::string Say(const Localized& text, std::initializer_list<std::string_view> values = {});

@@ -1,6 +1,7 @@
 // The host's property bag of one control instance: texts under keys.
 #pragma once
 
+#include <exception>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -56,6 +57,10 @@ class PropertyBag {
   void WriteProperty(std::string_view key, std::string_view value, WriteDefault writeDefault) {
     if (writeDefault != value) Store(key, value);
   }
+
+  // A key could not be read or assigned. Told before the load ends or, in the class that skips such
+  // keys, goes on; a host that keeps a log of errors writes it down.
+  virtual void KeyFailed(std::string_view /*key*/, const std::exception& /*error*/) {}
 
  protected:
   // Either may throw; the failure is the host's and reaches the caller of the load or save.

@@ -17,7 +17,9 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 std::optional<double> ParseHexadecimal(std::string_view digits) {
   std::uint32_t bits = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), bits, 16);
-  if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
+  if (end != digits.data() + digits.size()) return std::nullopt;
+  if (error == std::errc::result_out_of_range) return std::numeric_limits<double>::infinity();
+  if (error != std::errc()) return std::nullopt;
   return static_cast<std::int32_t>(bits);
 }
 

@@ -65,7 +65,7 @@ ObjectRef ToObject(const Variant& value);
 
 // A number as written in German: surrounding blanks, a sign, "." between digits as grouping, ","
 // as decimal mark, an exponent ("1e2"), or "&H" and up to eight hexadecimal digits (32 bits,
-// signed). Nothing for any other text.
+// signed; with more it is beyond every whole number). Nothing for any other text.
 std::optional<double> ParseNumber(std::string_view text);
 
 }  // namespace kvo

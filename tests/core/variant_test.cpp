@@ -4,21 +4,14 @@
 
 #include "common/Object.h"
 #include "common/RuntimeError.h"
+#include "tests/core/Conversions.h"
 
 namespace kvo {
 namespace {
 
-constexpr int kMismatch = 13;
-constexpr int kOverflow = 6;
-
-struct IntegerCase {
-  const char* text;
-  int error;
-  int value;
-};
-class WholeNumber : public testing::TestWithParam<IntegerCase> {};
+class WholeNumber : public testing::TestWithParam<Conversion<std::int32_t>> {};
 TEST_P(WholeNumber, FromGermanText) {
-  const IntegerCase& expected = GetParam();
+  const Conversion<std::int32_t>& expected = GetParam();
   try {
     EXPECT_EQ(ToInteger(Variant(expected.text)), expected.value) << expected.text;
     EXPECT_EQ(expected.error, 0) << expected.text;
@@ -26,33 +19,11 @@ TEST_P(WholeNumber, FromGermanText) {
     EXPECT_EQ(error.Number(), expected.error) << expected.text;
   }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Table, WholeNumber,
-    testing::Values(
-        IntegerCase{" 5 ", 0, 5}, IntegerCase{"5,5", 0, 6}, IntegerCase{"4,5", 0, 4},
-        IntegerCase{"-4,5", 0, -4}, IntegerCase{"-5,5", 0, -6}, IntegerCase{"5.5", 0, 55},
-        IntegerCase{"1.000", 0, 1000}, IntegerCase{"&H10", 0, 16}, IntegerCase{"&hFFFFFFFF", 0, -1},
-        IntegerCase{"1e2", 0, 100}, IntegerCase{"1E+2", 0, 100}, IntegerCase{"25e-1", 0, 2},
-        IntegerCase{"1e-400", 0, 0}, IntegerCase{"+7", 0, 7}, IntegerCase{"-7", 0, -7},
-        IntegerCase{",5", 0, 0}, IntegerCase{"7,", 0, 7}, IntegerCase{"2147483647", 0, 2147483647},
-        IntegerCase{"-2147483648", 0, INT32_MIN}, IntegerCase{"2147483648", kOverflow, 0},
-        IntegerCase{"99999999999", kOverflow, 0}, IntegerCase{"1e999", kOverflow, 0},
-        IntegerCase{"&H123456789", kMismatch, 0}, IntegerCase{"", kMismatch, 0},
-        IntegerCase{" ", kMismatch, 0}, IntegerCase{"abc", kMismatch, 0},
-        IntegerCase{"1 2", kMismatch, 0}, IntegerCase{"1,2,3", kMismatch, 0},
-        IntegerCase{"--1", kMismatch, 0}, IntegerCase{"1e", kMismatch, 0},
-        IntegerCase{",", kMismatch, 0}, IntegerCase{"50%", kMismatch, 0},
-        IntegerCase{"inf", kMismatch, 0}, IntegerCase{"nan", kMismatch, 0},
-        IntegerCase{"0x10", kMismatch, 0}));
+INSTANTIATE_TEST_SUITE_P(Table, WholeNumber, testing::ValuesIn(kWholeNumbers));
 
-struct FlagCase {
-  const char* text;
-  int error;
-  bool value;
-};
-class Flag : public testing::TestWithParam<FlagCase> {};
+class Flag : public testing::TestWithParam<Conversion<bool>> {};
 TEST_P(Flag, FromText) {
-  const FlagCase& expected = GetParam();
+  const Conversion<bool>& expected = GetParam();
   try {
     EXPECT_EQ(ToFlag(Variant(expected.text)), expected.value) << expected.text;
     EXPECT_EQ(expected.error, 0) << expected.text;
@@ -60,14 +31,7 @@ TEST_P(Flag, FromText) {
     EXPECT_EQ(error.Number(), expected.error) << expected.text;
   }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Table, Flag,
-    testing::Values(FlagCase{"true", 0, true}, FlagCase{"TRUE", 0, true},
-                    FlagCase{"False", 0, false}, FlagCase{"#TRUE#", 0, true},
-                    FlagCase{"#FALSE#", 0, false}, FlagCase{"0", 0, false}, FlagCase{"1", 0, true},
-                    FlagCase{"-1", 0, true}, FlagCase{"0,5", 0, true}, FlagCase{"0,0", 0, false},
-                    FlagCase{"", kMismatch, false}, FlagCase{"yes", kMismatch, false},
-                    FlagCase{"wahr", kMismatch, false}, FlagCase{" true", kMismatch, false}));
+INSTANTIATE_TEST_SUITE_P(Table, Flag, testing::ValuesIn(kFlags));
 
 TEST(VariantText, OfEachKind) {
   EXPECT_EQ(ToText(Variant()), "");
