@@ -64,6 +64,8 @@ class Reader : private office::JsonFileReader {
       Required(object, kCaption, Kind::text, office::kTextWanted, path);
     if (const JsonNode* description = Find(object, kDescription))
       tool.description = ReadText(*description, PathTo(path, kDescription));
+    else if (tool.contract != nullptr)
+      tool.description = FindControlByName(tool.contract->name)->description.In(UserLanguage());
     if (const JsonNode* icon = Find(object, kIcon))
       if (Is(*icon, Kind::text, office::kTextWanted, PathTo(path, kIcon)))
         tool.icon = (folder_ / icon->text).lexically_normal().string();

@@ -3,7 +3,7 @@
 //   tools  list of objects:
 //     class        a class of the library
 //     caption      the tool's name: a text, or an object with "de" and "en"
-//     description  one line about it, in the same way; may be missing
+//     description  one line about it, in the same way; without it, the class's own
 //     icon         a picture file, relative to the toolbox file; missing: that of the class
 //     bag          an object of keys and texts from which a new control is loaded; what is missing
 //                  in it gets the class's own defaults
