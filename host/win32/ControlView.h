@@ -1,0 +1,111 @@
+// What FormWindow is made of: one view for each control, with the window that shows it.
+#pragma once
+
+#include <windows.h>
+
+#include <exception>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "common/FormRenderer.h"
+
+namespace kvo {
+
+// What the user does to a form, for the windows' side.
+struct UserAction : FormRenderer {
+  using FormRenderer::Choose;
+  using FormRenderer::ChooseValue;
+  using FormRenderer::Click;
+  using FormRenderer::ClickButton;
+  using FormRenderer::DoubleClick;
+  using FormRenderer::Edit;
+  using FormRenderer::EditValue;
+  using FormRenderer::PressDelete;
+  using FormRenderer::Select;
+  using FormRenderer::SelectItem;
+  using FormRenderer::SelectRows;
+  using FormRenderer::SelectTab;
+  using FormRenderer::Tick;
+};
+
+// The form around a view.
+class ViewHost {
+ public:
+  // Performs what the user did. What the page throws is reported and goes no further. Does nothing
+  // while a window is being brought in step with the form: its messages are no user's then.
+  virtual void Act(const std::function<void()>& action) = 0;
+  // Reports a failure once the windows have come to rest: for what fails while they paint.
+  virtual void ReportLater(std::exception_ptr failure) = 0;
+  // Brings a window in step with the form.
+  virtual void Update(const std::function<void()>& change) = 0;
+  virtual bool IsUpdating() const = 0;
+  // Whether a window is just being given the keyboard. Option buttons say that they were clicked
+  // then.
+  virtual bool IsEntering() const = 0;
+  // Has FormWindow follow the keyboard focus into a window.
+  virtual void Watch(HWND window) = 0;
+  // Has `Later` called for the view of a window as soon as whatever happens now is over.
+  virtual void CallLater(HWND window) = 0;
+  // The form's own window.
+  virtual HWND Window() const = 0;
+  // nullptr for what has none.
+  virtual HWND WindowOf(const FormControl& control) const = 0;
+
+ protected:
+  ~ViewHost() = default;
+};
+
+class ControlView {
+ public:
+  ControlView() = default;
+  ControlView(const ControlView&) = delete;
+  ControlView& operator=(const ControlView&) = delete;
+  virtual ~ControlView() = default;
+
+  // nullptr for what nobody sees. It ends with its parent.
+  virtual HWND Window() const = 0;
+  // Brings an aspect of the control to its window; called within ViewHost::Update.
+  virtual void Show(Aspect aspect) = 0;
+  virtual void ShowItem(PropertyGridItem& /*item*/) {}
+  virtual void ShowEnabled(bool enabled) { EnableWindow(Window(), enabled); }
+  virtual void ShowVisible(bool visible) { ShowWindow(Window(), visible ? SW_SHOWNA : SW_HIDE); }
+
+  // --- what the window tells ---
+  virtual void Command(WORD /*notification*/) {}
+  virtual LRESULT Notify(NMHDR& /*notification*/) { return 0; }
+  virtual void Later() {}
+  virtual void Ticked() {}
+  // How its background is drawn; nullptr: as usual.
+  virtual HBRUSH Color(HDC /*device*/) { return nullptr; }
+
+  // --- keyboard ---
+  // Takes the keyboard focus as the tab key brings it.
+  virtual void Enter(bool /*backwards*/) { SetFocus(Window()); }
+  // The tab key goes on inside; false when it leaves.
+  virtual bool MoveInside(bool /*backwards*/) { return false; }
+  enum class KeyUse {
+    none,    // nothing of the view's: it may mean something to the form
+    window,  // its window's
+    done,
+  };
+  // A key on its window or inside, before anybody else gets it.
+  virtual KeyUse Key(WPARAM /*key*/, HWND /*window*/) { return KeyUse::none; }
+
+  // What belongs below all others, because they stand inside.
+  virtual bool IsBackground() const { return false; }
+  // Where the point 0, 0 of what it holds lies in its window.
+  virtual POINT Origin() const { return {0, 0}; }
+};
+
+// Makes a window of one of Windows' own classes for a control, hidden, where the form has it.
+HWND MakeWindow(const FormControl& control, HWND parent, const wchar_t* className,
+                const std::wstring& text, DWORD style, DWORD exStyle = 0);
+
+// A rectangle of twips in pixels.
+RECT PlaceOf(const Rect& at);
+
+// A view of `control` with its window in `parent`, filled.
+std::unique_ptr<ControlView> MakeView(FormControl& control, HWND parent, ViewHost& host);
+
+}  // namespace kvo

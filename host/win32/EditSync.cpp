@@ -1,0 +1,215 @@
+#include "host/win32/EditSync.h"
+
+#include <algorithm>
+
+#include "host/win32/WideText.h"
+#include "host/win32/WindowText.h"
+
+namespace kvo {
+namespace {
+
+constexpr WPARAM kControlA = 1;  // as a character
+
+bool IsDown(int key) { return GetKeyState(key) < 0; }
+
+// What may move the caret, or be about to replace what is selected.
+bool ConcernsSelection(UINT message) {
+  switch (message) {
+    case WM_KEYDOWN:
+    case WM_KEYUP:
+    case WM_CHAR:
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONUP:
+    case WM_LBUTTONDBLCLK:
+    case WM_MOUSEMOVE:
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS:
+    case WM_CUT:
+    case WM_CLEAR:
+    case WM_PASTE:
+    case WM_UNDO:
+    case EM_UNDO:
+    case EM_SETSEL:
+    case EM_REPLACESEL:
+    case WM_IME_CHAR:
+    case WM_IME_COMPOSITION:
+      return true;
+    default:
+      return false;
+  }
+}
+
+void PutOnClipboard(HWND owner, std::wstring_view text) {
+  const std::size_t size = (text.size() + 1) * sizeof(wchar_t);
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, size);
+  if (memory == nullptr) return;
+  auto* to = static_cast<wchar_t*>(GlobalLock(memory));
+  std::ranges::copy(text, to);
+  to[text.size()] = 0;
+  GlobalUnlock(memory);
+  bool taken = false;
+  if (OpenClipboard(owner)) {
+    EmptyClipboard();
+    taken = SetClipboardData(CF_UNICODETEXT, memory) != nullptr;
+    CloseClipboard();
+  }
+  if (!taken) GlobalFree(memory);
+}
+
+std::wstring FromClipboard(HWND owner) {
+  std::wstring text;
+  if (!OpenClipboard(owner)) return text;
+  if (const HGLOBAL memory = GetClipboardData(CF_UNICODETEXT)) {
+    if (const auto* from = static_cast<const wchar_t*>(GlobalLock(memory))) {
+      const std::size_t size = GlobalSize(memory) / sizeof(wchar_t);
+      text.assign(from, std::find(from, from + size, L'\0'));
+      GlobalUnlock(memory);
+    }
+  }
+  CloseClipboard();
+  return text;
+}
+
+}  // namespace
+
+EditSync::EditSync(HWND edit, EditedText& text, Lines lines, ViewHost& host)
+    : edit_(edit),
+      text_(text),
+      host_(host),
+      shown_({}, lines),
+      hook_(edit, [this](UINT message, WPARAM wParam, LPARAM lParam) {
+        return Message(message, wParam, lParam);
+      }) {
+  SendMessageW(edit_, EM_SETLIMITTEXT, 0, 0);
+  SendMessageW(edit_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(1, 1));
+}
+
+// --- from the form to the window ---
+
+void EditSync::ShowText() {
+  shown_ = ShownText(text_.Text(), shown_.Kind());
+  if (TextOf(edit_) != shown_.Units()) SetWindowTextW(edit_, shown_.Units().c_str());
+  ShowSelection();
+}
+
+void EditSync::ShowSelection() {
+  const UnitRange selected = InForm();
+  if (InWindow() == selected) return;
+  SendMessageW(edit_, EM_SETSEL, static_cast<WPARAM>(selected.start),
+               selected.start + selected.length);
+  SendMessageW(edit_, EM_SCROLLCARET, 0, 0);
+}
+
+UnitRange EditSync::InWindow() const {
+  DWORD start = 0;
+  DWORD end = 0;
+  SendMessageW(edit_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+  return {static_cast<int>(start), static_cast<int>(end - start)};
+}
+
+UnitRange EditSync::InForm() const {
+  const EditedText::Selection selected = text_.Selected();
+  const int start = shown_.ToWindow(selected.start);
+  return {start, shown_.ToWindow(selected.start + selected.length) - start};
+}
+
+EditedText::Selection EditSync::ToForm(const UnitRange& units) const {
+  const std::size_t start = shown_.ToForm(units.start);
+  return {start, shown_.ToForm(units.start + units.length) - start};
+}
+
+// --- from the user to the form ---
+
+void EditSync::Edited() {
+  if (host_.IsUpdating()) return;
+  host_.Act([this] {
+    const UnitRange now = InWindow();
+    const auto edit = FindEdit(shown_, InForm(), TextOf(edit_), now.start + now.length);
+    if (edit) text_.Edit({edit->start, edit->length}, edit->typed);
+  });
+  // What the form did not take goes from the window as well.
+  host_.Update([this] { ShowText(); });
+}
+
+// Windows does not tell of it.
+void EditSync::SelectionMayHaveMoved() {
+  // A text that is ahead of the form's is being edited, and its caret comes with it.
+  if (host_.IsUpdating() || InWindow() == InForm() || TextOf(edit_) != shown_.Units()) return;
+  host_.Act([this] { text_.Select(ToForm(InWindow())); });
+}
+
+LRESULT EditSync::Message(UINT message, WPARAM wParam, LPARAM lParam) {
+  const bool concerns = ConcernsSelection(message) && !host_.IsUpdating();
+  if (concerns) SelectionMayHaveMoved();
+  LRESULT result = 0;
+  switch (message) {
+    case WM_GETDLGCODE:
+      // Being entered leaves the selection to the form.
+      result = hook_.Next(message, wParam, lParam) & ~static_cast<LRESULT>(DLGC_HASSETSEL);
+      break;
+    case WM_CHAR:
+      result = Character(wParam, lParam);
+      break;
+    case WM_KEYDOWN:
+      if (wParam == 'A' && IsDown(VK_CONTROL) && !IsDown(VK_MENU))
+        SendMessageW(edit_, EM_SETSEL, 0, -1);
+      else
+        result = hook_.Next(message, wParam, lParam);
+      break;
+    case WM_COPY:
+      Copy();
+      break;
+    case WM_CUT:
+      Copy();
+      hook_.Next(WM_CLEAR, 0, 0);
+      break;
+    case WM_PASTE:
+      Paste();
+      break;
+    case WM_SETTEXT:
+      result = hook_.Next(message, wParam, lParam);
+      // By another program, for the user; a single line tells of it by itself.
+      if (shown_.Kind() == Lines::many) Edited();
+      break;
+    default:
+      result = hook_.Next(message, wParam, lParam);
+  }
+  if (concerns) SelectionMayHaveMoved();
+  return result;
+}
+
+// A character beyond the first 65,536 is typed as two, and reaches the form as one.
+LRESULT EditSync::Character(WPARAM unit, LPARAM lParam) {
+  if (unit == kControlA) return 0;
+  const auto typed = static_cast<wchar_t>(unit);
+  const wchar_t first = std::exchange(firstHalf_, wchar_t{0});
+  if (IS_HIGH_SURROGATE(typed)) {
+    firstHalf_ = typed;
+    return 0;
+  }
+  if (!IS_LOW_SURROGATE(typed) || first == 0) return hook_.Next(WM_CHAR, unit, lParam);
+  const wchar_t whole[] = {first, typed, 0};
+  return hook_.Next(EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(whole));
+}
+
+// What is copied is the form's text, not what stands for it.
+void EditSync::Copy() const {
+  const EditedText::Selection selected = ToForm(InWindow());
+  if (selected.length == 0) return;
+  const std::string text = text_.Text();
+  const std::size_t start = CharacterOffset(text, selected.start);
+  const std::size_t end = CharacterOffset(text, selected.start + selected.length);
+  PutOnClipboard(edit_, ToWide(std::string_view(text).substr(start, end - start)));
+}
+
+void EditSync::Paste() const {
+  std::wstring text = FromClipboard(edit_);
+  if (text.empty()) return;
+  if (shown_.Kind() == Lines::many)
+    text = WithWindowsBreaks(text);
+  else
+    text.resize(std::min(text.size(), text.find_first_of(L"\r\n")));
+  hook_.Next(EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+}  // namespace kvo

@@ -1,0 +1,157 @@
+#include "host/win32/EditViews.h"
+
+#include "host/win32/Fonts.h"
+#include "host/win32/Twips.h"
+#include "host/win32/WindowText.h"
+
+namespace kvo {
+namespace {
+
+DWORD EditStyle(const TextBox& box) {
+  constexpr int kTwoLines = 600;
+  if (!box.MultiLine()) return ES_AUTOHSCROLL | WS_TABSTOP;
+  const DWORD bar = box.At().height < kTwoLines ? 0 : WS_VSCROLL;
+  return ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN | WS_TABSTOP | bar;
+}
+
+DWORD ListStyle(const ComboBox& box) {
+  return (box.Editable() ? CBS_DROPDOWN | CBS_AUTOHSCROLL : CBS_DROPDOWNLIST) | WS_VSCROLL |
+         WS_TABSTOP;
+}
+
+}  // namespace
+
+// --- text boxes ---
+
+TextBoxView::TextBoxView(TextBox& box, HWND parent, ViewHost& host)
+    : box_(box),
+      text_(box),
+      window_(MakeWindow(box, parent, WC_EDITW, {}, EditStyle(box), WS_EX_CLIENTEDGE)),
+      sync_(window_, text_, box.MultiLine() ? Lines::many : Lines::one, host) {
+  sync_.ShowText();
+  host.Watch(window_);
+}
+
+void TextBoxView::Show(Aspect aspect) {
+  if (aspect == Aspect::text) sync_.ShowText();
+  if (aspect == Aspect::selection) sync_.ShowSelection();
+  if (aspect == Aspect::color) InvalidateRect(window_, nullptr, TRUE);
+}
+
+void TextBoxView::Command(WORD notification) {
+  if (notification == EN_CHANGE) sync_.Edited();
+}
+
+HBRUSH TextBoxView::Color(HDC device) {
+  if (box_.BackColor() == SystemColor::windowBackground) return nullptr;
+  SetBkColor(device, GetSysColor(COLOR_BTNFACE));
+  return GetSysColorBrush(COLOR_BTNFACE);
+}
+
+ControlView::KeyUse TextBoxView::Key(WPARAM key, HWND) {
+  return box_.MultiLine() && key == VK_RETURN ? KeyUse::window : KeyUse::none;
+}
+
+// --- lists ---
+
+void SetListHeight(HWND list, int height) {
+  // What a list adds to the height of its line differs; it is found by trying.
+  constexpr int kUsual = 6;
+  int line = height - kUsual;
+  for (int turn = 0; turn < 3; ++turn) {
+    SendMessageW(list, CB_SETITEMHEIGHT, WPARAM(-1), line);
+    RECT now{};
+    GetWindowRect(list, &now);
+    const auto missing = height - static_cast<int>(now.bottom - now.top);
+    if (missing == 0) break;
+    line += missing;
+  }
+}
+
+HWND EditOf(HWND list) { return FindWindowExW(list, nullptr, WC_EDITW, nullptr); }
+
+ControlView::KeyUse KeyOfList(HWND list, WPARAM key) {
+  const bool closes = key == VK_RETURN || key == VK_ESCAPE;
+  return closes && SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) ? ControlView::KeyUse::window
+                                                                : ControlView::KeyUse::none;
+}
+
+ComboBoxView::ComboBoxView(ComboBox& box, HWND parent, ViewHost& host)
+    : box_(box),
+      host_(host),
+      window_(MakeWindow(box, parent, WC_COMBOBOXW, {}, ListStyle(box))),
+      text_(box) {
+  const RECT place = PlaceOf(box.At());
+  SetWindowPos(window_, nullptr, 0, 0, place.right - place.left, ToPixels(kDropHeight),
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  SetListHeight(window_, static_cast<int>(place.bottom - place.top));
+  host.Watch(window_);
+  if (box.Editable()) {
+    sync_ = std::make_unique<EditSync>(EditOf(window_), text_, Lines::one, host);
+    host.Watch(EditOf(window_));
+  }
+  ShowChoices();
+}
+
+void ComboBoxView::Show(Aspect aspect) {
+  if (aspect == Aspect::choices) ShowChoices();
+  if (aspect == Aspect::text) ShowChoice();
+  if (aspect == Aspect::selection && sync_) sync_->ShowSelection();
+}
+
+// Rows are only ever added at the end, or all removed.
+void ComboBoxView::ShowChoices() {
+  const auto& rows = box_.Rows();
+  const auto shown = static_cast<std::size_t>(SendMessageW(window_, CB_GETCOUNT, 0, 0));
+  if (rows.size() < shown) SendMessageW(window_, CB_RESETCONTENT, 0, 0);
+  for (auto row = rows.size() < shown ? 0 : shown; row < rows.size(); ++row)
+    SendMessageW(window_, CB_ADDSTRING, 0,
+                 reinterpret_cast<LPARAM>(ToWindowText(rows[row].text).c_str()));
+  ShowChoice();
+}
+
+void ComboBoxView::ShowChoice() {
+  if (SendMessageW(window_, CB_GETCURSEL, 0, 0) != box_.ListIndex())
+    SendMessageW(window_, CB_SETCURSEL, static_cast<WPARAM>(box_.ListIndex()), 0);
+  if (sync_) sync_->ShowText();
+}
+
+void ComboBoxView::Command(WORD notification) {
+  switch (notification) {
+    case CBN_EDITCHANGE:
+      sync_->Edited();
+      break;
+    case CBN_SELENDOK:
+      accepted_ = true;
+      host_.CallLater(window_);
+      break;
+    case CBN_SELENDCANCEL:
+      accepted_ = false;
+      host_.CallLater(window_);
+      break;
+    case CBN_SELCHANGE:  // by a key in the closed list, or on the way through the open one
+      if (!SendMessageW(window_, CB_GETDROPPEDSTATE, 0, 0)) {
+        accepted_ = true;
+        host_.CallLater(window_);
+      }
+      break;
+    default:
+      break;
+  }
+}
+
+void ComboBoxView::Later() {
+  const auto row = static_cast<int>(SendMessageW(window_, CB_GETCURSEL, 0, 0));
+  if (std::exchange(accepted_, false) && row >= 0 && row < static_cast<int>(box_.Rows().size()))
+    host_.Act([&] { UserAction::Choose(box_, row); });
+  host_.Update([this] { ShowChoice(); });
+}
+
+void ComboBoxView::Enter(bool) {
+  SetFocus(window_);
+  if (sync_) SendMessageW(EditOf(window_), EM_SETSEL, 0, -1);
+}
+
+ControlView::KeyUse ComboBoxView::Key(WPARAM key, HWND) { return KeyOfList(window_, key); }
+
+}  // namespace kvo

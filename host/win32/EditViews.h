@@ -1,0 +1,66 @@
+// The views of what can be typed into.
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <memory>
+
+#include "host/win32/ControlView.h"
+#include "host/win32/EditSync.h"
+
+namespace kvo {
+
+class TextBoxView final : public ControlView {
+ public:
+  TextBoxView(TextBox& box, HWND parent, ViewHost& host);
+  HWND Window() const override { return window_; }
+  void Show(Aspect aspect) override;
+  void Command(WORD notification) override;
+  HBRUSH Color(HDC device) override;
+  KeyUse Key(WPARAM key, HWND window) override;
+
+ private:
+  TextBox& box_;
+  BoxText text_;
+  HWND window_;
+  EditSync sync_;
+};
+
+class ComboBoxView final : public ControlView {
+ public:
+  ComboBoxView(ComboBox& box, HWND parent, ViewHost& host);
+  HWND Window() const override { return window_; }
+  void Show(Aspect aspect) override;
+  void Command(WORD notification) override;
+  void Enter(bool backwards) override;
+  KeyUse Key(WPARAM key, HWND window) override;
+  // The user has chosen a row, or thought better of it.
+  void Later() override;
+
+ private:
+  void ShowChoices();
+  void ShowChoice();
+
+  ComboBox& box_;
+  ViewHost& host_;
+  HWND window_;
+  BoxText text_;
+  std::unique_ptr<EditSync> sync_;  // of a box that can be typed into
+  bool accepted_ = false;
+};
+
+// --- lists that drop down ---
+
+// How much of the screen a list takes while it is dropped down.
+inline constexpr int kDropHeight = 3000;
+
+// Makes a list as high as forms plan it, whatever Windows likes.
+void SetListHeight(HWND list, int height);
+// The edit box of a list that can be typed into; nullptr of others.
+HWND EditOf(HWND list);
+// What a key means to a list: while it is dropped down, the enter and the escape key close it.
+ControlView::KeyUse KeyOfList(HWND list, WPARAM key);
+
+}  // namespace kvo

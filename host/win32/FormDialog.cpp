@@ -1,0 +1,104 @@
+#include "host/win32/FormDialog.h"
+
+#include "host/win32/Messages.h"
+#include "host/win32/ModalLoop.h"
+#include "host/win32/WindowText.h"
+
+namespace kvo {
+namespace {
+
+// A failure is shown once what failed is over; lParam is its text.
+constexpr UINT kShowFailure = WM_APP + 0x4C0;
+
+}  // namespace
+
+FormDialog::FormDialog(Form& form, HWND owner)
+    : owner_(owner == nullptr ? nullptr : GetAncestor(owner, GA_ROOT)) {
+  const SIZE size = AroundInside(FormWindow::PixelSize(form), kDialogStyle, kDialogExStyle);
+  const POINT at = InTheMiddle(size, owner_);
+  Begin(owner_, {.text = ToWindowText(form.Caption()),
+                 .style = kDialogStyle,
+                 .exStyle = kDialogExStyle,
+                 .place = {at.x, at.y, at.x + size.cx, at.y + size.cy}});
+  view_ = std::make_unique<FormWindow>(form, Handle());
+  view_->onFailure = [this](const std::exception& failure) {
+    auto text = std::make_unique<std::string>(FailureText(failure));
+    if (PostMessageW(Handle(), kShowFailure, 0, reinterpret_cast<LPARAM>(text.get())))
+      text.release();
+  };
+  view_->onUnloaded = [this] { EndRun(); };
+}
+
+FormDialog::~FormDialog() {
+  MSG message{};  // failures that nobody will see any more
+  while (Handle() != nullptr &&
+         PeekMessageW(&message, Handle(), kShowFailure, kShowFailure, PM_REMOVE))
+    delete reinterpret_cast<std::string*>(message.lParam);
+  view_.reset();
+  End();
+}
+
+void FormDialog::Show() {
+  ShowWindow(view_->Window(), SW_SHOWNA);
+  ShowWindow(Handle(), SW_SHOW);
+  view_->FocusFirst();
+}
+
+void FormDialog::Run() {
+  Show();
+  const DisabledOwner disabled(owner_);
+  RunUntil([this] { return ended_ || Handle() == nullptr; },
+           [this](MSG& message) { return Translate(message); });
+}
+
+bool FormDialog::Translate(MSG& message) {
+  if (view_->TranslateKey(message)) return true;
+  const bool here = message.hwnd == Handle() || IsChild(Handle(), message.hwnd);
+  if (!here || message.message != WM_KEYDOWN) return false;
+  if (message.wParam == VK_TAB) {  // beyond the last input comes the first
+    if (GetKeyState(VK_SHIFT) < 0)
+      view_->FocusLast();
+    else
+      view_->FocusFirst();
+    return true;
+  }
+  if (message.wParam != VK_ESCAPE || message.hwnd != GetFocus()) return false;
+  // A list that is dropped down has the key for itself.
+  const HWND list = GetParent(message.hwnd);
+  if (SendMessageW(message.hwnd, CB_GETDROPPEDSTATE, 0, 0) ||
+      SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0))
+    return false;
+  view_->UserClosesWindow();
+  return true;
+}
+
+LRESULT FormDialog::Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  switch (message) {
+    case WM_CLOSE:
+      view_->UserClosesWindow();
+      return 0;
+    case WM_ACTIVATE:
+      // The focus comes back to where it was.
+      if (LOWORD(wParam) == WA_INACTIVE) {
+        if (IsChild(Handle(), GetFocus())) focused_ = GetFocus();
+      } else if (focused_ != nullptr && IsChild(Handle(), focused_)) {
+        SetFocus(focused_);
+      }
+      return 0;
+    case kShowFailure: {
+      const std::unique_ptr<std::string> text(reinterpret_cast<std::string*>(lParam));
+      ShowMessageBox(Handle(), *text);
+      return 0;
+    }
+    default:
+      break;
+  }
+  return Default(message, wParam, lParam);
+}
+
+void ShowFormDialog(Form& form, HWND owner) {
+  FormDialog dialog(form, owner);
+  if (form.IsLoaded()) dialog.Run();
+}
+
+}  // namespace kvo

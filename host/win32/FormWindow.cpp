@@ -1,0 +1,393 @@
+#include "host/win32/FormWindow.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "host/win32/EditViews.h"
+#include "host/win32/Fonts.h"
+#include "host/win32/GridView.h"
+#include "host/win32/PropertyGridView.h"
+#include "host/win32/SimpleViews.h"
+#include "host/win32/Twips.h"
+#include "host/win32/WindowText.h"
+
+namespace kvo {
+namespace {
+
+// The messages that a form sends itself.
+enum : UINT {
+  kReport = WM_APP + 0x4B0,  // failures wait
+  kCallLater,                // for the view of the window wParam
+  kFocusMoved,               // while windows were brought in step
+  kHandFocusOn,              // what has the focus may be disabled or hidden
+};
+
+// Counts up as long as it lives.
+class Counted {
+ public:
+  explicit Counted(int& count) : count_(count) { ++count_; }
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+  ~Counted() { --count_; }
+
+ private:
+  int& count_;
+};
+
+class ViewMaker final : public FormVisitor {
+ public:
+  ViewMaker(HWND parent, ViewHost& host) : parent_(parent), host_(host) {}
+  std::unique_ptr<ControlView> made;
+
+  void Visit(Label& label) override { made = std::make_unique<LabelView>(label, parent_); }
+  void Visit(TextBox& box) override { Make<TextBoxView>(box); }
+  void Visit(ComboBox& box) override { Make<ComboBoxView>(box); }
+  void Visit(CheckBox& box) override { Make<CheckBoxView>(box); }
+  void Visit(OptionButton& button) override { Make<OptionButtonView>(button); }
+  void Visit(CommandButton& button) override { Make<CommandButtonView>(button); }
+  void Visit(Frame& frame) override { made = std::make_unique<FrameView>(frame, parent_); }
+  void Visit(PictureBox& box) override { made = std::make_unique<PictureView>(box, parent_); }
+  void Visit(TabControl& tabs) override { Make<TabControlView>(tabs); }
+  void Visit(TabPanel& panel) override { Make<TabPanelView>(panel); }
+  void Visit(PropertyGrid& grid) override { Make<PropertyGridView>(grid); }
+  void Visit(Grid& grid) override { Make<GridView>(grid); }
+  void Visit(Timer& timer) override { made = std::make_unique<TimerView>(timer, host_); }
+
+ private:
+  template <class View, class Control>
+  void Make(Control& control) {
+    made = std::make_unique<View>(control, parent_, host_);
+  }
+
+  HWND parent_;
+  ViewHost& host_;
+};
+
+bool IsUsable(HWND window) { return IsWindowVisible(window) && IsWindowEnabled(window); }
+
+bool IsShiftDown() { return GetKeyState(VK_SHIFT) < 0; }
+bool IsPlainOrShifted() { return GetKeyState(VK_CONTROL) >= 0 && GetKeyState(VK_MENU) >= 0; }
+
+}  // namespace
+
+RECT PlaceOf(const Rect& at) {
+  return {ToPixels(at.left), ToPixels(at.top), ToPixels(at.left + at.width),
+          ToPixels(at.top + at.height)};
+}
+
+HWND MakeWindow(const FormControl& control, HWND parent, const wchar_t* className,
+                const std::wstring& text, DWORD style, DWORD exStyle) {
+  const RECT at = PlaceOf(control.At());
+  const HWND window = CreateWindowExW(
+      exStyle, className, text.c_str(), style | WS_CHILD | WS_CLIPSIBLINGS, at.left, at.top,
+      at.right - at.left, at.bottom - at.top, parent, nullptr, ThisModule(), nullptr);
+  SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(FontOf(control.TextFont())), FALSE);
+  return window;
+}
+
+std::unique_ptr<ControlView> MakeView(FormControl& control, HWND parent, ViewHost& host) {
+  ViewMaker maker(parent, host);
+  control.Accept(maker);
+  return std::move(maker.made);
+}
+
+SIZE FormWindow::PixelSize(const Form& form) {
+  return {ToPixels(form.FormSize().width), ToPixels(form.FormSize().height)};
+}
+
+FormWindow::FormWindow(Form& form, HWND parent) : FormRenderer(form) {
+  constexpr DWORD kClasses = ICC_STANDARD_CLASSES | ICC_TAB_CLASSES | ICC_LISTVIEW_CLASSES;
+  const INITCOMMONCONTROLSEX classes{sizeof(classes), kClasses};
+  InitCommonControlsEx(&classes);
+  const SIZE size = PixelSize(form);
+  Begin(parent, {.text = ToWindowText(form.Caption()),
+                 .style = WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
+                 .exStyle = WS_EX_CONTROLPARENT,
+                 .place = {0, 0, size.cx, size.cy}});
+  Update([&] {
+    Build(form, Handle(), {0, 0});
+    ShowAll();
+  });
+}
+
+FormWindow::~FormWindow() {
+  // Windows that end still move the focus and tell things; nobody listens any more.
+  ++updating_;
+  watched_.clear();
+  End();
+}
+
+// --- making the windows ---
+
+void FormWindow::Build(Container& container, HWND parent, POINT origin) {
+  for (FormControl* control : container.Controls()) {
+    auto view = MakeView(*control, parent, *this);
+    ControlView& made = *view;
+    byControl_[control] = &made;
+    views_.emplace_back(control, std::move(view));
+    const HWND window = made.Window();
+    if (window == nullptr) continue;
+    byWindow_[window] = control;
+    if (origin.x != 0 || origin.y != 0) {
+      const RECT at = PlaceInParent(window);
+      SetWindowPos(window, nullptr, at.left + origin.x, at.top + origin.y, 0, 0,
+                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    if (auto* inner = dynamic_cast<Container*>(control)) Build(*inner, window, made.Origin());
+  }
+}
+
+void FormWindow::ShowAll() {
+  for (const auto& [control, view] : views_) {
+    if (view->IsBackground())
+      SetWindowPos(view->Window(), HWND_BOTTOM, 0, 0, 0, 0,
+                   SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    view->ShowEnabled(control->Enabled());
+    view->ShowVisible(control->Visible());
+    view->Show(Aspect::selection);
+  }
+}
+
+HWND FormWindow::WindowOf(const FormControl& control) const {
+  const auto found = byControl_.find(&control);
+  return found == byControl_.end() || Handle() == nullptr ? nullptr : found->second->Window();
+}
+
+ControlView& FormWindow::ViewOf(const FormControl& control) const {
+  return *byControl_.at(&control);
+}
+
+FormControl* FormWindow::ControlOf(HWND window) const {
+  for (; window != nullptr && window != Handle(); window = GetAncestor(window, GA_PARENT))
+    if (const auto found = byWindow_.find(window); found != byWindow_.end()) return found->second;
+  return nullptr;
+}
+
+ControlView* FormWindow::ViewAt(HWND window) const {
+  const FormControl* control = ControlOf(window);
+  return control == nullptr ? nullptr : &ViewOf(*control);
+}
+
+// --- from the form to the windows ---
+
+void FormWindow::Update(const std::function<void()>& change) {
+  if (Handle() == nullptr) return;
+  const Counted updating(updating_);
+  change();
+}
+
+void FormWindow::ControlChanged(FormControl& control, Aspect aspect) {
+  ControlView& view = ViewOf(control);
+  const bool hadFocus = IsChild(Handle(), GetFocus());
+  Update([&] {
+    if (aspect == Aspect::enabled)
+      view.ShowEnabled(control.Enabled());
+    else if (aspect == Aspect::visible)
+      view.ShowVisible(control.Visible());
+    else
+      view.Show(aspect);
+  });
+  const bool mayHide = aspect == Aspect::enabled || aspect == Aspect::visible ||
+                       (aspect == Aspect::selection && dynamic_cast<TabControl*>(&control));
+  if (mayHide && hadFocus) PostMessageW(Handle(), kHandFocusOn, 0, 0);
+}
+
+void FormWindow::ItemChanged(PropertyGridItem& item) {
+  Update([&] { ViewOf(item.Grid()).ShowItem(item); });
+}
+
+void FormWindow::FormUnloaded() {
+  if (onUnloaded) onUnloaded();
+}
+
+// --- from the user to the form ---
+
+void FormWindow::Act(const std::function<void()>& action) {
+  if (updating_ > 0) return;
+  const Counted acting(acting_);
+  try {
+    action();
+  } catch (const std::exception& failure) {
+    onFailure(failure);
+  }
+}
+
+void FormWindow::ReportLater(std::exception_ptr failure) {
+  failures_.push_back(std::move(failure));
+  PostMessageW(Handle(), kReport, 0, 0);
+}
+
+void FormWindow::ReportFailures() {
+  for (const std::exception_ptr& failure : std::exchange(failures_, {}))
+    Act([&failure] { std::rethrow_exception(failure); });
+}
+
+void FormWindow::CallLater(HWND window) {
+  PostMessageW(Handle(), kCallLater, reinterpret_cast<WPARAM>(window), 0);
+}
+
+void FormWindow::UserClosesWindow() {
+  Act([this] { CloseWindow(); });
+}
+
+LRESULT FormWindow::Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  switch (message) {
+    case WM_COMMAND:
+      if (ControlView* view = ViewAt(reinterpret_cast<HWND>(lParam)); view && updating_ == 0)
+        view->Command(HIWORD(wParam));
+      return 0;
+    case WM_NOTIFY:
+      if (ControlView* view = ViewAt(reinterpret_cast<NMHDR*>(lParam)->hwndFrom))
+        return view->Notify(*reinterpret_cast<NMHDR*>(lParam));
+      break;
+    case WM_CTLCOLOREDIT:
+      if (ControlView* view = ViewAt(reinterpret_cast<HWND>(lParam)))
+        if (const HBRUSH brush = view->Color(reinterpret_cast<HDC>(wParam)))
+          return reinterpret_cast<LRESULT>(brush);
+      break;
+    case WM_TIMER:
+      for (const auto& [control, view] : views_)
+        if (reinterpret_cast<WPARAM>(view.get()) == wParam) view->Ticked();
+      return 0;
+    case kReport:
+      ReportFailures();
+      return 0;
+    case kCallLater:
+      if (ControlView* view = ViewAt(reinterpret_cast<HWND>(wParam))) view->Later();
+      return 0;
+    case kFocusMoved:
+      if (IsChild(Handle(), GetFocus())) FocusEntered(GetFocus());
+      return 0;
+    case kHandFocusOn:
+      HandFocusOn();
+      return 0;
+    default:
+      break;
+  }
+  return Default(message, wParam, lParam);
+}
+
+// --- the keyboard focus ---
+
+void FormWindow::Watch(HWND window) {
+  auto hook = [this, at = watched_.size(), window](UINT message, WPARAM wParam, LPARAM lParam) {
+    const WindowHook& self = *watched_[at];
+    if (message == WM_SETFOCUS) {
+      LRESULT result = 0;
+      {
+        const Counted entering(entering_);
+        result = self.Next(message, wParam, lParam);
+      }
+      FocusEntered(window);
+      return result;
+    }
+    const LRESULT result = self.Next(message, wParam, lParam);
+    if (message == WM_KILLFOCUS) FocusLeft(reinterpret_cast<HWND>(wParam));
+    return result;
+  };
+  watched_.push_back(std::make_unique<WindowHook>(window, std::move(hook)));
+}
+
+void FormWindow::FocusEntered(HWND window) {
+  FormControl* control = ControlOf(window);
+  if (control == nullptr || !control->TakesFocus() || control == Shown().Focused()) return;
+  if (updating_ > 0)
+    PostMessageW(Handle(), kFocusMoved, 0, 0);
+  else
+    Act([&] { Focus(control); });
+}
+
+// The focus stays in the form while another window has the keyboard.
+void FormWindow::FocusLeft(HWND to) {
+  if (to == nullptr || Handle() == nullptr || to == Handle() || IsChild(Handle(), to)) return;
+  if (GetAncestor(to, GA_ROOT) == GetAncestor(Handle(), GA_ROOT)) Act([this] { Focus(nullptr); });
+}
+
+// What had the focus and can no longer be used hands it on. Windows has given it to nobody by now,
+// or to a window around the form.
+void FormWindow::HandFocusOn() {
+  const HWND focused = GetFocus();
+  const bool here = IsChild(Handle(), focused);
+  if (here ? IsUsable(focused)
+           : focused != nullptr && focused != Handle() && !IsChild(focused, Handle()))
+    return;
+  if (!MoveFocus(false)) FocusFirst();
+}
+
+bool FormWindow::IsTabStop(const FormControl& control) const {
+  if (!control.TakesFocus() || !control.IsReachable()) return false;
+  const auto* option = dynamic_cast<const OptionButton*>(&control);
+  if (option == nullptr || option->Value()) return true;
+  // A group is entered at its chosen button, or at the first one while none is chosen.
+  const OptionButton* first = nullptr;
+  for (const FormControl* sibling : option->Parent().Controls()) {
+    const auto* other = dynamic_cast<const OptionButton*>(sibling);
+    if (other == nullptr || !other->IsReachable()) continue;
+    if (other->Value()) return false;
+    if (first == nullptr) first = other;
+  }
+  return first == option;
+}
+
+std::vector<FormControl*> FormWindow::TabStops(const FormControl* also) const {
+  std::vector<FormControl*> stops;
+  for (const auto& [control, view] : views_)
+    if (control == also || IsTabStop(*control)) stops.push_back(control);
+  return stops;
+}
+
+void FormWindow::Enter(const FormControl& control) { ViewOf(control).Enter(false); }
+
+void FormWindow::FocusFirst() {
+  if (const auto stops = TabStops(nullptr); !stops.empty()) Enter(*stops.front());
+}
+
+void FormWindow::FocusLast() {
+  if (const auto stops = TabStops(nullptr); !stops.empty()) ViewOf(*stops.back()).Enter(true);
+}
+
+bool FormWindow::MoveFocus(bool backwards) {
+  FormControl* now = ControlOf(GetFocus());
+  if (now == nullptr) now = Shown().Focused();
+  if (now != nullptr && ViewOf(*now).MoveInside(backwards)) return true;
+  std::vector<FormControl*> stops = TabStops(now);
+  if (backwards) std::ranges::reverse(stops);
+  auto next = stops.begin();
+  if (now != nullptr) next = std::next(std::ranges::find(stops, now));
+  if (next == stops.end()) return false;
+  ViewOf(**next).Enter(backwards);
+  return true;
+}
+
+bool FormWindow::TranslateKey(MSG& message) {
+  const bool inside = message.hwnd == Handle() || IsChild(Handle(), message.hwnd);
+  if (message.message != WM_KEYDOWN || Handle() == nullptr || !inside) return false;
+  if (ControlView* view = ViewAt(message.hwnd)) {
+    const ControlView::KeyUse use = view->Key(message.wParam, message.hwnd);
+    if (use != ControlView::KeyUse::none) return use == ControlView::KeyUse::done;
+  }
+  switch (message.wParam) {
+    case VK_TAB:
+      return IsPlainOrShifted() && MoveFocus(IsShiftDown());
+    case VK_RETURN:
+      return PressButton(CommandButton::Role::acceptsDialog);
+    case VK_ESCAPE:
+      return PressButton(CommandButton::Role::cancelsDialog);
+    default:
+      return false;
+  }
+}
+
+bool FormWindow::PressButton(CommandButton::Role role) {
+  for (const auto& [control, view] : views_) {
+    auto* button = dynamic_cast<CommandButton*>(control);
+    if (button == nullptr || button->DialogRole() != role || !button->IsReachable()) continue;
+    Act([button] { Click(*button); });
+    return true;
+  }
+  return false;
+}
+
+}  // namespace kvo

@@ -1,0 +1,166 @@
+#include "host/win32/GridView.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "host/win32/OwnWindow.h"
+#include "host/win32/Twips.h"
+#include "host/win32/WindowText.h"
+
+namespace kvo {
+namespace {
+
+// The common controls' messages.
+LRESULT Send(HWND window, UINT message, WPARAM wParam = 0, const void* lParam = nullptr) {
+  return SendMessageW(window, message, wParam, reinterpret_cast<LPARAM>(lParam));
+}
+
+HWND HeadOf(HWND list) { return reinterpret_cast<HWND>(Send(list, LVM_GETHEADER)); }
+
+}  // namespace
+
+GridView::GridView(Grid& grid, HWND parent, ViewHost& host)
+    : grid_(grid),
+      host_(host),
+      window_(
+          MakeWindow(grid, parent, WC_LISTVIEWW, {},
+                     LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS | LVS_NOSORTHEADER | WS_TABSTOP,
+                     WS_EX_CLIENTEDGE)),
+      hints_(CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
+                             WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, window_, nullptr,
+                             ThisModule(), nullptr)) {
+  SendMessageW(window_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
+  host.Watch(window_);
+  ShowRows();
+}
+
+void GridView::Show(Aspect aspect) {
+  if (aspect == Aspect::rows) ShowRows();
+  if (aspect == Aspect::selection) ShowSelection();
+}
+
+// --- records ---
+
+void GridView::ShowRows() {
+  ShowColumns();
+  refused_ = false;
+  std::size_t rows = 0;
+  try {
+    constexpr std::size_t kMost = 100'000'000;  // a list of Windows holds no more
+    rows = std::min(grid_.RowCount(), kMost);
+  } catch (const std::exception&) {
+    Refused();
+  }
+  LVITEMW none{};
+  none.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+  Send(window_, LVM_SETITEMSTATE, WPARAM(-1), &none);
+  SendMessageW(window_, LVM_SETITEMCOUNT, rows, 0);
+  InvalidateRect(window_, nullptr, TRUE);
+  ShowSelection();
+}
+
+void GridView::Refused() {
+  if (!std::exchange(refused_, true)) host_.ReportLater(std::current_exception());
+}
+
+void GridView::Fetch(LVITEMW& item) {
+  if (!(item.mask & LVIF_TEXT) || item.pszText == nullptr || item.cchTextMax <= 0) return;
+  cell_.clear();
+  try {
+    if (!refused_)
+      cell_ = ToWindowText(grid_.Cell(static_cast<std::size_t>(item.iItem),
+                                      static_cast<std::size_t>(item.iSubItem)));
+  } catch (const std::exception&) {
+    Refused();
+  }
+  const std::size_t shown = std::min(cell_.size(), static_cast<std::size_t>(item.cchTextMax) - 1);
+  std::copy_n(cell_.begin(), shown, item.pszText);
+  item.pszText[shown] = 0;
+}
+
+// --- columns ---
+
+void GridView::ShowColumns() {
+  const auto& columns = grid_.Columns();
+  const auto shown = static_cast<std::size_t>(Send(HeadOf(window_), HDM_GETITEMCOUNT));
+  for (std::size_t column = shown; column > columns.size(); --column)
+    Send(window_, LVM_DELETECOLUMN, column - 1);
+  int shares = 0;
+  for (const GridColumn& column : columns) shares += column.size;
+  const RECT place = PlaceOf(grid_.At());
+  const int room =
+      place.right - place.left - 2 * GetSystemMetrics(SM_CXEDGE) - GetSystemMetrics(SM_CXVSCROLL);
+  for (std::size_t at = 0; at < columns.size(); ++at) {
+    std::wstring caption = ToWindowText(columns[at].caption);
+    LVCOLUMNW column{};
+    column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
+    column.fmt = LVCFMT_LEFT;
+    column.pszText = caption.data();
+    column.cx = shares == 0 ? 0 : room * columns[at].size / shares;
+    Send(window_, at < shown ? LVM_SETCOLUMNW : LVM_INSERTCOLUMNW, at, &column);
+  }
+  ShowSortHints();
+}
+
+void GridView::ShowSortHints() {
+  const HWND head = HeadOf(window_);
+  TTTOOLINFOW tool{};
+  tool.cbSize = TTTOOLINFOW_V1_SIZE;
+  tool.uFlags = TTF_SUBCLASS;
+  tool.hwnd = head;
+  for (tool.uId = 0; tool.uId < hintCount_; ++tool.uId) Send(hints_, TTM_DELTOOLW, 0, &tool);
+  hintCount_ = grid_.Columns().size();
+  for (std::size_t column = 0; column < hintCount_; ++column) {
+    std::wstring hint = ToWindowText(grid_.Columns()[column].sortHint);
+    tool.uId = column;
+    tool.lpszText = hint.data();
+    Send(head, HDM_GETITEMRECT, column, &tool.rect);
+    Send(hints_, TTM_ADDTOOLW, 0, &tool);
+  }
+}
+
+// --- the selection ---
+
+void GridView::ShowSelection() {
+  if (SelectedRows() == grid_.SelectedRows()) return;
+  LVITEMW state{};
+  state.stateMask = LVIS_SELECTED;
+  Send(window_, LVM_SETITEMSTATE, WPARAM(-1), &state);
+  state.state = LVIS_SELECTED;
+  for (const std::size_t row : grid_.SelectedRows()) Send(window_, LVM_SETITEMSTATE, row, &state);
+}
+
+std::vector<std::size_t> GridView::SelectedRows() const {
+  std::vector<std::size_t> rows;
+  LRESULT row = -1;
+  while ((row = SendMessageW(window_, LVM_GETNEXTITEM, static_cast<WPARAM>(row), LVNI_SELECTED)) >=
+         0)
+    rows.push_back(static_cast<std::size_t>(row));
+  return rows;
+}
+
+LRESULT GridView::Notify(NMHDR& notification) {
+  switch (notification.code) {
+    case LVN_GETDISPINFOW:
+      Fetch(reinterpret_cast<NMLVDISPINFOW&>(notification).item);
+      break;
+    case LVN_ITEMCHANGED:
+    case LVN_ODSTATECHANGED:
+      host_.Act([this] { UserAction::SelectRows(grid_, SelectedRows()); });
+      break;
+    case NM_DBLCLK:
+      if (reinterpret_cast<NMITEMACTIVATE&>(notification).iItem >= 0)
+        host_.Act([this] { UserAction::DoubleClick(grid_); });
+      break;
+    case LVN_COLUMNCLICK:
+    case HDN_ENDTRACKW:
+      ShowSortHints();
+      break;
+    default:
+      break;
+  }
+  return 0;
+}
+
+}  // namespace kvo

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kvo {
+
+// Asks for one line of text in a modal dialog; nothing when it was cancelled.
+std::optional<std::string> AskForLine(HWND owner, std::string_view prompt, std::string_view title);
+
+}  // namespace kvo

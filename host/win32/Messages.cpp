@@ -1,0 +1,24 @@
+#include "host/win32/Messages.h"
+
+#include "common/RuntimeError.h"
+#include "host/win32/WindowText.h"
+
+namespace kvo {
+
+Language DesktopLanguage() {
+  return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_GERMAN ? Language::german
+                                                                  : Language::english;
+}
+
+std::string FailureText(const std::exception& failure) {
+  if (const auto* numbered = dynamic_cast<const RuntimeError*>(&failure))
+    return std::string(numbered->Description(DesktopLanguage()));
+  return failure.what();
+}
+
+void ShowMessageBox(HWND owner, std::string_view text) {
+  MessageBoxW(owner, ToWindowText(text).c_str(), L"KVOPDesignObjects",
+              MB_OK | MB_ICONINFORMATION | MB_APPLMODAL);
+}
+
+}  // namespace kvo

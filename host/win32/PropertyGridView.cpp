@@ -1,0 +1,449 @@
+#include "host/win32/PropertyGridView.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "host/win32/Fonts.h"
+#include "host/win32/Twips.h"
+#include "host/win32/WindowText.h"
+
+namespace kvo {
+namespace {
+
+constexpr int kTextLeft = 45;
+
+int RowHeight() { return ToPixels(PropertyGridView::kRowHeight); }
+
+bool SpansColumns(const PropertyGridItem& item) {
+  return item.Kind() == ItemKind::category || item.Kind() == ItemKind::button ||
+         item.Kind() == ItemKind::entry;
+}
+
+void DrawLine(HDC device, std::string_view text, RECT at, COLORREF color) {
+  at.left += ToPixels(kTextLeft);
+  SetTextColor(device, color);
+  DrawTextW(device, ToWindowText(text).c_str(), -1, &at,
+            DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+}
+
+void DrawSwatch(HDC device, const RECT& value, COLORREF color) {
+  constexpr int kSize = 180;
+  const int size = ToPixels(kSize);
+  const auto margin = static_cast<int>((value.bottom - value.top - size) / 2);
+  RECT at{value.left + margin, value.top + margin, value.left + margin + size,
+          value.top + margin + size};
+  FillRect(device, &at, GetSysColorBrush(COLOR_WINDOWTEXT));
+  InflateRect(&at, -1, -1);
+  const HBRUSH brush = CreateSolidBrush(color);
+  FillRect(device, &at, brush);
+  DeleteObject(brush);
+}
+
+}  // namespace
+
+PropertyGridView::PropertyGridView(PropertyGrid& grid, HWND parent, ViewHost& host)
+    : grid_(grid), host_(host) {
+  Begin(parent, {.style = WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_VSCROLL | WS_TABSTOP,
+                 .exStyle = WS_EX_CLIENTEDGE,
+                 .place = PlaceOf(grid.At())});
+  editors_ = std::make_unique<ValueEditors>(Handle(), grid.TextFont(), host,
+                                            [this](WPARAM key) { return MoveSelection(key); });
+  host.Watch(Handle());
+  ShowRows();
+}
+
+PropertyGridView::~PropertyGridView() { End(); }
+
+// --- rows ---
+
+int PropertyGridView::RowOf(const PropertyGridItem* item) const {
+  const auto& items = grid_.Items();
+  const auto at = std::ranges::find(items, item, &std::unique_ptr<PropertyGridItem>::get);
+  return at == items.end() ? -1 : static_cast<int>(at - items.begin());
+}
+
+PropertyGridItem* PropertyGridView::ItemAt(int row) const {
+  return row < 0 || row >= RowCount() ? nullptr
+                                      : grid_.Items()[static_cast<std::size_t>(row)].get();
+}
+
+int PropertyGridView::HeadHeight() const { return grid_.Caption().empty() ? 0 : RowHeight(); }
+
+int PropertyGridView::RowsThatShow() const {
+  RECT area{};
+  GetClientRect(Handle(), &area);
+  return std::max(1, (static_cast<int>(area.bottom) - HeadHeight()) / RowHeight());
+}
+
+// A plain list needs no second column.
+bool PropertyGridView::IsPlainList() const {
+  return std::ranges::all_of(grid_.Items(),
+                             [](const auto& item) { return item->Kind() == ItemKind::entry; });
+}
+
+int PropertyGridView::Middle() const {
+  RECT area{};
+  GetClientRect(Handle(), &area);
+  return static_cast<int>(area.right) / 2;
+}
+
+RECT PropertyGridView::PlaceOfRow(int row) const {
+  RECT at{};
+  GetClientRect(Handle(), &at);
+  at.top = HeadHeight() + (row - top_) * RowHeight();
+  at.bottom = at.top + RowHeight();
+  return at;
+}
+
+void PropertyGridView::Show(Aspect aspect) {
+  if (aspect == Aspect::items) ShowRows();
+  if (aspect != Aspect::selection) return;
+  ShowEditor();
+  BringIntoView(RowOf(grid_.SelectedItem()));
+  InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+void PropertyGridView::ShowItem(PropertyGridItem& item) {
+  if (&item == grid_.SelectedItem()) editors_->ShowValue();
+  if (item.Kind() == ItemKind::button) ShowButtons();
+  ShowEditor();  // beside its swatch, if it has one now
+  InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+void PropertyGridView::ShowRows() {
+  SCROLLINFO bar{};
+  bar.cbSize = sizeof(bar);
+  bar.fMask = SIF_RANGE | SIF_PAGE;
+  bar.nMax = std::max(0, RowCount() - 1);
+  bar.nPage = static_cast<UINT>(RowsThatShow());
+  SetScrollInfo(Handle(), SB_VERT, &bar, TRUE);
+  ScrollTo(top_);
+}
+
+void PropertyGridView::ScrollTo(int top) {
+  top_ = std::clamp(top, 0, std::max(0, RowCount() - RowsThatShow()));
+  SCROLLINFO bar{};
+  bar.cbSize = sizeof(bar);
+  bar.fMask = SIF_POS;
+  bar.nPos = top_;
+  SetScrollInfo(Handle(), SB_VERT, &bar, TRUE);
+  ShowButtons();
+  ShowEditor();
+  InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+void PropertyGridView::Scroll(WORD how) {
+  SCROLLINFO bar{};
+  bar.cbSize = sizeof(bar);
+  bar.fMask = SIF_TRACKPOS;
+  GetScrollInfo(Handle(), SB_VERT, &bar);
+  switch (how) {
+    case SB_LINEUP:
+      return ScrollTo(top_ - 1);
+    case SB_LINEDOWN:
+      return ScrollTo(top_ + 1);
+    case SB_PAGEUP:
+      return ScrollTo(top_ - RowsThatShow());
+    case SB_PAGEDOWN:
+      return ScrollTo(top_ + RowsThatShow());
+    case SB_THUMBTRACK:
+      return ScrollTo(bar.nTrackPos);
+    default:
+      return;
+  }
+}
+
+void PropertyGridView::BringIntoView(int row) {
+  if (row < 0) return;
+  if (row < top_)
+    ScrollTo(row);
+  else if (row >= top_ + RowsThatShow())
+    ScrollTo(row - RowsThatShow() + 1);
+}
+
+// Rows come and go; their buttons stay for the next ones, because what a button tells may be the
+// end of its row.
+void PropertyGridView::ShowButtons() {
+  std::size_t used = 0;
+  for (int row = 0; row < RowCount(); ++row) {
+    const PropertyGridItem& item = *ItemAt(row);
+    if (item.Kind() != ItemKind::button) continue;
+    if (used == buttons_.size()) {
+      buttons_.push_back(CreateWindowExW(0, WC_BUTTONW, nullptr,
+                                         WS_CHILD | WS_CLIPSIBLINGS | BS_PUSHBUTTON, 0, 0, 0, 0,
+                                         Handle(), nullptr, ThisModule(), nullptr));
+      SendMessageW(buttons_.back(), WM_SETFONT, reinterpret_cast<WPARAM>(FontOf(grid_.TextFont())),
+                   FALSE);
+      host_.Watch(buttons_.back());
+    }
+    const HWND button = buttons_[used++];
+    const std::wstring caption = ToWindowCaption(item.Caption());
+    if (TextOf(button) != caption) SetWindowTextW(button, caption.c_str());
+    EnableWindow(button, item.Enabled());
+    const RECT at = PlaceOfRow(row);
+    MoveWindow(button, 0, at.top, at.right, at.bottom - at.top, TRUE);
+    ShowWindow(button, at.top < HeadHeight() ? SW_HIDE : SW_SHOWNA);
+  }
+  for (; used < buttons_.size(); ++used) ShowWindow(buttons_[used], SW_HIDE);
+}
+
+void PropertyGridView::ShowEditor() {
+  const int row = RowOf(grid_.SelectedItem());
+  RECT at = PlaceOfRow(row);
+  if (at.top < HeadHeight()) OffsetRect(&at, 0, -0x4000);  // scrolled away
+  at.left = Middle();
+  --at.bottom;  // the line under the row
+  editors_->Open(grid_.SelectedItem(), at);
+}
+
+// --- painting ---
+
+// By way of a bitmap, so that nothing flickers.
+void PropertyGridView::Paint() {
+  PAINTSTRUCT paint{};
+  const HDC window = BeginPaint(Handle(), &paint);
+  RECT area{};
+  GetClientRect(Handle(), &area);
+  const HDC memory = CreateCompatibleDC(window);
+  const HBITMAP bitmap = CreateCompatibleBitmap(window, area.right, area.bottom);
+  {
+    const Selected drawn(memory, bitmap);
+    FillRect(memory, &area, GetSysColorBrush(COLOR_WINDOW));
+    SetBkMode(memory, TRANSPARENT);
+    PaintRows(memory);
+    PaintHead(memory);
+    BitBlt(window, 0, 0, area.right, area.bottom, memory, 0, 0, SRCCOPY);
+  }
+  DeleteObject(bitmap);
+  DeleteDC(memory);
+  EndPaint(Handle(), &paint);
+}
+
+void PropertyGridView::PaintRows(HDC device) {
+  const int end = std::min(RowCount(), top_ + RowsThatShow() + 1);
+  for (int row = top_; row < end; ++row) PaintRow(device, row);
+}
+
+void PropertyGridView::PaintRow(HDC device, int row) {
+  const PropertyGridItem& item = *ItemAt(row);
+  const RECT at = PlaceOfRow(row);
+  const bool category = item.Kind() == ItemKind::category;
+  const bool list = IsPlainList();
+  const bool chosen = &item == grid_.SelectedItem();
+  const bool spans = list || SpansColumns(item);
+  RECT caption = at;
+  if (!spans) caption.right = Middle();
+  int background = category ? COLOR_BTNFACE : COLOR_WINDOW;
+  int color = item.Enabled() ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT;
+  if (chosen) {
+    background = HasFocus() ? COLOR_HIGHLIGHT : COLOR_BTNFACE;
+    if (HasFocus() && item.Enabled()) color = COLOR_HIGHLIGHTTEXT;
+  }
+  FillRect(device, &caption, GetSysColorBrush(background));
+  const Selected font(device, FontOf(category ? kBoldFont : grid_.TextFont()));
+  DrawLine(device, item.Caption(), caption, GetSysColor(color));
+  if (spans) return;
+  RECT value = at;
+  value.left = Middle();
+  if (const auto swatch = SwatchOf(item)) {
+    DrawSwatch(device, value, *swatch);
+    value.left += SwatchRoom(item, value);
+  }
+  DrawLine(device, ToText(item.Value()), value,
+           GetSysColor(item.Enabled() ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT));
+  const RECT below{at.left, at.bottom - 1, at.right, at.bottom};
+  const RECT between{caption.right - 1, at.top, caption.right, at.bottom};
+  FillRect(device, &below, GetSysColorBrush(COLOR_BTNFACE));
+  FillRect(device, &between, GetSysColorBrush(COLOR_BTNFACE));
+}
+
+void PropertyGridView::PaintHead(HDC device) {
+  if (HeadHeight() == 0) return;
+  RECT head{};
+  GetClientRect(Handle(), &head);
+  head.bottom = HeadHeight();
+  FillRect(device, &head, GetSysColorBrush(COLOR_BTNFACE));
+  const Selected font(device, FontOf(grid_.TextFont()));
+  DrawLine(device, grid_.Caption(), head, GetSysColor(COLOR_BTNTEXT));
+  DrawEdge(device, &head, BDR_RAISEDINNER, BF_RECT);
+}
+
+// --- the user ---
+
+bool PropertyGridView::HasFocus() const {
+  const HWND focused = GetFocus();
+  return focused == Handle() || IsChild(Handle(), focused);
+}
+
+void PropertyGridView::SelectRow(int row) {
+  host_.Act([&] { UserAction::SelectItem(grid_, ItemAt(row)); });
+}
+
+void PropertyGridView::EnterEditor() {
+  if (editors_->Main() == nullptr) return;
+  SetFocus(editors_->Main());
+  editors_->SelectValue();
+}
+
+void PropertyGridView::Enter(bool backwards) {
+  if (backwards && editors_->Button() != nullptr) {
+    SetFocus(editors_->Button());
+  } else {
+    if (editors_->Main() == nullptr) SetFocus(Handle());
+    EnterEditor();
+  }
+}
+
+// From the value to the button beside it, and back.
+bool PropertyGridView::MoveInside(bool backwards) {
+  const HWND button = editors_->Button();
+  if (button == nullptr) return false;
+  const bool onButton = GetFocus() == button;
+  if (onButton != backwards) return false;
+  if (backwards)
+    EnterEditor();
+  else
+    SetFocus(button);
+  return true;
+}
+
+ControlView::KeyUse PropertyGridView::Key(WPARAM key, HWND window) {
+  if (const KeyUse use = editors_->Key(key); use != KeyUse::none) return use;
+  if (key != VK_RETURN) return KeyUse::none;
+  PropertyGridItem* item = grid_.SelectedItem();
+  if (item != nullptr && item->Kind() == ItemKind::button) {
+    host_.Act([item] { UserAction::ClickButton(*item); });
+    return KeyUse::done;
+  }
+  if (window == editors_->Button() && window != nullptr) {
+    host_.Act([item] { UserAction::ClickButton(*item); });
+    return KeyUse::done;
+  }
+  if (editors_->Main() == nullptr) return KeyUse::none;
+  editors_->SelectValue();  // the value is edited: it does not close the dialog
+  return KeyUse::done;
+}
+
+// In a list the arrow keys go through its choices; with the control key they always go on.
+bool PropertyGridView::MoveSelection(WPARAM key) {
+  const bool control = GetKeyState(VK_CONTROL) < 0;
+  const bool editing = editors_->Main() != nullptr;
+  if (editing && (editors_->IsList() && !control)) return false;
+  if (editing && (key == VK_HOME || key == VK_END)) return false;
+  const int now = RowOf(grid_.SelectedItem());
+  int next = now;
+  switch (key) {
+    case VK_UP:
+      next = now < 0 ? RowCount() - 1 : now - 1;
+      break;
+    case VK_DOWN:
+      next = now + 1;
+      break;
+    case VK_PRIOR:
+      next = now - RowsThatShow();
+      break;
+    case VK_NEXT:
+      next = now + RowsThatShow();
+      break;
+    case VK_HOME:
+      next = 0;
+      break;
+    case VK_END:
+      next = RowCount() - 1;
+      break;
+    default:
+      return false;
+  }
+  if (RowCount() == 0) return true;
+  SelectRow(std::clamp(next, 0, RowCount() - 1));
+  if (GetFocus() == Handle() || editors_->Main() == nullptr) SetFocus(Handle());
+  EnterEditor();
+  return true;
+}
+
+bool PropertyGridView::KeyDown(WPARAM key) {
+  PropertyGridItem* item = grid_.SelectedItem();
+  if (key == VK_DELETE)
+    host_.Act([this] { UserAction::PressDelete(grid_); });
+  else if (key == VK_SPACE && item != nullptr && item->Kind() == ItemKind::button)
+    host_.Act([item] { UserAction::ClickButton(*item); });
+  else
+    return MoveSelection(key);
+  return true;
+}
+
+void PropertyGridView::Click(int y) {
+  SetFocus(Handle());
+  const int row = y < HeadHeight() ? -1 : top_ + (y - HeadHeight()) / RowHeight();
+  if (ItemAt(row) == nullptr) return EnterEditor();
+  SelectRow(row);
+  EnterEditor();
+}
+
+void PropertyGridView::Clicked(HWND button) {
+  std::ptrdiff_t number = std::ranges::find(buttons_, button) - buttons_.begin();
+  for (const auto& item : grid_.Items()) {
+    if (item->Kind() != ItemKind::button || number-- > 0) continue;
+    PropertyGridItem& clicked = *item;
+    SetFocus(Handle());  // the row has it
+    SelectRow(RowOf(&clicked));
+    if (RowOf(&clicked) >= 0) host_.Act([&clicked] { UserAction::ClickButton(clicked); });
+    return;
+  }
+}
+
+LRESULT PropertyGridView::Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  switch (message) {
+    case WM_PAINT:
+      Paint();
+      return 0;
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_SIZE:
+      if (editors_ != nullptr) ShowRows();
+      return 0;
+    case WM_VSCROLL:
+      Scroll(LOWORD(wParam));
+      return 0;
+    case WM_MOUSEWHEEL: {
+      constexpr int kLines = 3;
+      ScrollTo(top_ - GET_WHEEL_DELTA_WPARAM(wParam) * kLines / WHEEL_DELTA);
+      return 0;
+    }
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONDBLCLK:
+      Click(static_cast<short>(HIWORD(lParam)));
+      return 0;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS:
+      InvalidateRect(Handle(), nullptr, FALSE);
+      return 0;
+    case WM_GETDLGCODE:
+      return DLGC_WANTARROWS;
+    case WM_KEYDOWN:
+      if (KeyDown(wParam)) return 0;
+      break;
+    case WM_COMMAND: {
+      const auto window = reinterpret_cast<HWND>(lParam);
+      InvalidateRect(Handle(), nullptr, FALSE);
+      if (host_.IsUpdating()) return 0;
+      if (std::ranges::find(buttons_, window) == buttons_.end())
+        editors_->Command(window, HIWORD(wParam));
+      else if (HIWORD(wParam) == BN_CLICKED)
+        Clicked(window);
+      return 0;
+    }
+    case WM_DRAWITEM:
+      editors_->Draw(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+      return TRUE;
+    default:
+      break;
+  }
+  return Default(message, wParam, lParam);
+}
+
+void PropertyGridView::Later() { editors_->Later(); }
+
+}  // namespace kvo

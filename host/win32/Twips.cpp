@@ -1,0 +1,19 @@
+#include "host/win32/Twips.h"
+
+#include <windows.h>
+
+namespace kvo {
+
+int ScreenResolution() {
+  const HDC screen = GetDC(nullptr);
+  const int dots = GetDeviceCaps(screen, LOGPIXELSX);
+  ReleaseDC(nullptr, screen);
+  return dots;
+}
+
+int ToPixels(int twips) {
+  constexpr int kTwipsPerInch = 1440;
+  return MulDiv(twips, ScreenResolution(), kTwipsPerInch);
+}
+
+}  // namespace kvo

@@ -1,0 +1,259 @@
+#include "host/win32/ValueEditors.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "common/modGlobal.h"
+#include "host/win32/EditViews.h"
+#include "host/win32/Fonts.h"
+#include "host/win32/Twips.h"
+#include "host/win32/WindowText.h"
+
+namespace kvo {
+namespace {
+
+constexpr int kButtonWidth = 330;
+
+bool HasEditor(const PropertyGridItem& item) {
+  return item.Kind() == ItemKind::text || item.Kind() == ItemKind::color ||
+         item.Kind() == ItemKind::list;
+}
+
+LPARAM AsParameter(const std::wstring& text) { return reinterpret_cast<LPARAM>(text.c_str()); }
+
+}  // namespace
+
+std::optional<COLORREF> SwatchOf(const PropertyGridItem& item) {
+  std::uint8_t red = 0;
+  std::uint8_t green = 0;
+  std::uint8_t blue = 0;
+  if (item.Kind() != ItemKind::color || !ParseColor(ToText(item.Value()), red, green, blue))
+    return std::nullopt;
+  return RGB(red, green, blue);
+}
+
+int SwatchRoom(const PropertyGridItem& item, const RECT& place) {
+  return SwatchOf(item) ? static_cast<int>(place.bottom - place.top) : 0;
+}
+
+// --- values ---
+
+void ValueText::Of(PropertyGridItem* item) {
+  item_ = item;
+  selection_ = {};
+}
+
+std::string ValueText::Text() const {
+  return item_ == nullptr ? std::string() : ToText(item_->Value());
+}
+
+void ValueText::Edit(const Selection& replaced, std::string_view typed) {
+  if (item_ == nullptr) return;
+  // A value is one line.
+  typed = typed.substr(0, typed.find_first_of(std::string_view("\r\n\0", 3)));
+  std::string text = Text();
+  const std::size_t start = CharacterOffset(text, replaced.start);
+  const std::size_t end = CharacterOffset(text, replaced.start + replaced.length);
+  text.replace(start, end - start, typed);
+  selection_ = {replaced.start + CharacterCount(typed), 0};
+  UserAction::EditValue(*item_, text);
+}
+
+// --- windows ---
+
+ValueEditors::ValueEditors(HWND grid, const Font& font, ViewHost& host,
+                           std::function<bool(WPARAM)> keys)
+    : grid_(grid), font_(font), host_(host), keys_(std::move(keys)) {}
+
+HWND ValueEditors::Make(const wchar_t* className, const wchar_t* text, DWORD style) {
+  const HWND window =
+      CreateWindowExW(0, className, text, style | WS_CHILD | WS_CLIPSIBLINGS | WS_TABSTOP, 0, 0, 0,
+                      ToPixels(kDropHeight), grid_, nullptr, ThisModule(), nullptr);
+  SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(FontOf(font_)), FALSE);
+  host_.Watch(window);
+  Hook(window);
+  return window;
+}
+
+HWND ValueEditors::MakeList(bool free) {
+  // A value that is no choice shows as well, so the closed list is drawn here.
+  const DWORD kind = free ? CBS_DROPDOWN | CBS_AUTOHSCROLL
+                          : CBS_DROPDOWNLIST | CBS_OWNERDRAWFIXED | CBS_HASSTRINGS;
+  const HWND list = Make(WC_COMBOBOXW, nullptr, kind | WS_VSCROLL);
+  if (const HWND edit = EditOf(list)) {
+    host_.Watch(edit);
+    Hook(edit);
+  }
+  return list;
+}
+
+// The keys that go through the rows.
+void ValueEditors::Hook(HWND window) {
+  const std::size_t at = hooks_.size();
+  hooks_.push_back(nullptr);
+  hooks_[at] = std::make_unique<WindowHook>(
+      window, [this, at](UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
+        if (message == WM_KEYDOWN && keys_(wParam)) return 0;
+        return hooks_[at]->Next(message, wParam, lParam);
+      });
+}
+
+void ValueEditors::Open(PropertyGridItem* item, const RECT& place) {
+  if (item != nullptr && !HasEditor(*item)) item = nullptr;
+  if (item == item_) {
+    if (item != nullptr) Place(place);
+    return;
+  }
+  HWND former = open_;
+  item_ = item;
+  open_ = nullptr;
+  accepted_ = false;
+  text_.Of(item);
+  if (item != nullptr && item->Kind() == ItemKind::list) {
+    HWND& list = item->Editable() ? freeList_ : list_;
+    if (list == nullptr) list = MakeList(item->Editable());
+    if (item->Editable() && listSync_ == nullptr)
+      listSync_ = std::make_unique<EditSync>(EditOf(list), text_, Lines::one, host_);
+    open_ = list;
+    SendMessageW(open_, CB_RESETCONTENT, 0, 0);
+  } else if (item != nullptr) {
+    if (line_ == nullptr) {
+      line_ = Make(WC_EDITW, nullptr, ES_AUTOHSCROLL);
+      lineSync_ = std::make_unique<EditSync>(line_, text_, Lines::one, host_);
+    }
+    open_ = line_;
+  }
+  const bool button = item != nullptr && item->Kind() == ItemKind::color;
+  if (button && button_ == nullptr) button_ = Make(WC_BUTTONW, L"...", BS_PUSHBUTTON | BS_NOTIFY);
+  const HWND focused = GetFocus();
+  const bool leaves =
+      (former != nullptr && former != open_ && (focused == former || IsChild(former, focused))) ||
+      (!button && button_ != nullptr && focused == button_);
+  if (leaves) SetFocus(grid_);
+  if (former != nullptr && former != open_) ShowWindow(former, SW_HIDE);
+  if (button_ != nullptr && !button) ShowWindow(button_, SW_HIDE);
+  if (item == nullptr) return;
+  ShowValue();
+  Place(place);
+  ShowWindow(open_, SW_SHOWNA);
+  if (button) ShowWindow(button_, SW_SHOWNA);
+  if (leaves && IsWindowEnabled(open_)) SetFocus(open_);
+}
+
+void ValueEditors::Place(const RECT& place) {
+  if (open_ == nullptr) return;
+  RECT at = place;
+  at.left += SwatchRoom(*item_, place);
+  if (item_->Kind() == ItemKind::color) {
+    at.right -= ToPixels(kButtonWidth);
+    MoveWindow(button_, at.right, at.top, place.right - at.right, at.bottom - at.top, TRUE);
+  }
+  if (open_ == line_) {
+    constexpr int kAirOver = 30;  // the text stands where the grid has it
+    at.left += ToPixels(kAirOver);
+    at.top += ToPixels(kAirOver);
+    MoveWindow(line_, at.left, at.top, at.right - at.left, at.bottom - at.top, TRUE);
+  } else {
+    MoveWindow(open_, at.left, at.top, at.right - at.left, ToPixels(kDropHeight), TRUE);
+    SetListHeight(open_, static_cast<int>(at.bottom - at.top));
+  }
+}
+
+void ValueEditors::ShowValue() {
+  if (open_ == nullptr) return;
+  const bool enabled = item_->Enabled();
+  EnableWindow(open_, enabled);
+  if (button_ != nullptr) EnableWindow(button_, enabled);
+  if (open_ == line_)
+    lineSync_->ShowText();
+  else
+    ShowChoices();
+}
+
+// Choices are only ever added at the end.
+void ValueEditors::ShowChoices() {
+  const auto& choices = item_->Choices();
+  for (auto row = static_cast<std::size_t>(SendMessageW(open_, CB_GETCOUNT, 0, 0));
+       row < choices.size(); ++row)
+    SendMessageW(open_, CB_ADDSTRING, 0, AsParameter(ToWindowText(choices[row]->Caption())));
+  const PropertyGridItem* chosen = GetSelectedChoice(*item_);
+  const auto at = std::ranges::find(choices, chosen, &std::unique_ptr<PropertyGridItem>::get);
+  const int row = chosen == nullptr ? -1 : static_cast<int>(at - choices.begin());
+  if (SendMessageW(open_, CB_GETCURSEL, 0, 0) != row)
+    SendMessageW(open_, CB_SETCURSEL, static_cast<WPARAM>(row), 0);
+  if (open_ == freeList_)
+    listSync_->ShowText();
+  else
+    InvalidateRect(open_, nullptr, TRUE);
+}
+
+void ValueEditors::SelectValue() {
+  const HWND edit = open_ == line_ ? line_ : open_ == freeList_ ? EditOf(freeList_) : nullptr;
+  if (edit != nullptr) SendMessageW(edit, EM_SETSEL, 0, -1);
+}
+
+HWND ValueEditors::Main() const {
+  return open_ != nullptr && IsWindowEnabled(open_) ? open_ : nullptr;
+}
+
+HWND ValueEditors::Button() const {
+  const bool shows = open_ != nullptr && item_->Kind() == ItemKind::color;
+  return shows && IsWindowEnabled(button_) ? button_ : nullptr;
+}
+
+// --- what they tell ---
+
+void ValueEditors::Command(HWND window, WORD notification) {
+  if (open_ == nullptr) return;
+  if (window == button_) {
+    if (notification == BN_CLICKED || notification == BN_DOUBLECLICKED)
+      host_.Act([this] { UserAction::ClickButton(*item_); });
+  } else if (window != open_) {
+    return;
+  } else if (window == line_) {
+    if (notification == EN_CHANGE) lineSync_->Edited();
+  } else if (notification == CBN_EDITCHANGE) {
+    listSync_->Edited();
+  } else if (notification == CBN_SELENDOK || notification == CBN_SELENDCANCEL ||
+             (notification == CBN_SELCHANGE && !SendMessageW(open_, CB_GETDROPPEDSTATE, 0, 0))) {
+    accepted_ = notification != CBN_SELENDCANCEL;
+    host_.CallLater(grid_);
+  }
+}
+
+// The user has chosen a row of a list, or thought better of it.
+void ValueEditors::Later() {
+  if (!IsList()) return;
+  const auto row = static_cast<std::size_t>(SendMessageW(open_, CB_GETCURSEL, 0, 0));
+  if (std::exchange(accepted_, false) && row < item_->Choices().size())
+    host_.Act([&] { UserAction::ChooseValue(*item_, *item_->Choices()[row]); });
+  host_.Update([this] { ShowValue(); });
+}
+
+ControlView::KeyUse ValueEditors::Key(WPARAM key) const {
+  return IsList() ? KeyOfList(open_, key) : ControlView::KeyUse::none;
+}
+
+void ValueEditors::Draw(const DRAWITEMSTRUCT& what) const {
+  if (item_ == nullptr) return;
+  const bool chosen = (what.itemState & ODS_SELECTED) != 0;
+  const bool disabled = (what.itemState & ODS_DISABLED) != 0;
+  FillRect(what.hDC, &what.rcItem, GetSysColorBrush(chosen ? COLOR_HIGHLIGHT : COLOR_WINDOW));
+  SetBkMode(what.hDC, TRANSPARENT);
+  SetTextColor(what.hDC, GetSysColor(disabled ? COLOR_GRAYTEXT
+                                     : chosen ? COLOR_HIGHLIGHTTEXT
+                                              : COLOR_WINDOWTEXT));
+  const auto& choices = item_->Choices();
+  const bool value = what.itemID >= choices.size();
+  const std::wstring text =
+      ToWindowText(value ? ToText(item_->Value()) : choices[what.itemID]->Caption());
+  RECT at = what.rcItem;
+  ++at.left;
+  const Selected font(what.hDC, FontOf(font_));
+  DrawTextW(what.hDC, text.c_str(), -1, &at,
+            DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+}
+
+}  // namespace kvo

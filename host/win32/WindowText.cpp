@@ -1,0 +1,29 @@
+#include "host/win32/WindowText.h"
+
+#include <algorithm>
+
+#include "host/win32/WideText.h"
+
+namespace kvo {
+
+std::wstring ToWindowText(std::string_view text) {
+  constexpr wchar_t kSymbolForNull = 0x2400;
+  std::wstring wide = ToWide(text);
+  std::ranges::replace(wide, L'\0', kSymbolForNull);
+  return wide;
+}
+
+std::wstring ToWindowCaption(std::string_view caption) {
+  std::wstring doubled;
+  for (const wchar_t c : ToWindowText(caption)) doubled.append(c == L'&' ? 2 : 1, c);
+  return doubled;
+}
+
+std::wstring TextOf(HWND window) {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)), L'\0');
+  const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()) + 1);
+  text.resize(static_cast<std::size_t>(length));
+  return text;
+}
+
+}  // namespace kvo

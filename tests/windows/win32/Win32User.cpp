@@ -1,0 +1,479 @@
+#include "tests/windows/win32/Win32User.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+
+#include "common/PropertyPage.h"
+#include "host/win32/OwnWindow.h"
+#include "host/win32/PropertyGridView.h"
+#include "host/win32/Twips.h"
+#include "host/win32/WideText.h"
+#include "host/win32/WindowText.h"
+
+namespace kvo {
+namespace {
+
+[[noreturn]] void Cannot(const FormControl& control, std::string_view why) {
+  throw CannotDo(std::string(control.Name()) + ": " + std::string(why));
+}
+
+constexpr BYTE kDown = 0x80;
+
+// Holds keys down for this thread.
+class Held {
+ public:
+  explicit Held(std::initializer_list<int> keys) {
+    GetKeyboardState(former_.data());
+    std::array<BYTE, 256> now{};
+    for (const int key : keys) now[static_cast<std::size_t>(key)] = kDown;
+    SetKeyboardState(now.data());
+  }
+  Held(const Held&) = delete;
+  Held& operator=(const Held&) = delete;
+  ~Held() { SetKeyboardState(former_.data()); }
+
+ private:
+  std::array<BYTE, 256> former_{};
+};
+
+WPARAM VirtualKey(Key key) {
+  switch (key) {
+    case Key::tab:
+    case Key::shiftTab:
+      return VK_TAB;
+    case Key::enter:
+      return VK_RETURN;
+    case Key::escape:
+      return VK_ESCAPE;
+    case Key::space:
+      return VK_SPACE;
+    case Key::backspace:
+      return VK_BACK;
+    case Key::del:
+      return VK_DELETE;
+    case Key::home:
+      return VK_HOME;
+    case Key::end:
+      return VK_END;
+    case Key::left:
+      return VK_LEFT;
+    case Key::right:
+      return VK_RIGHT;
+    case Key::up:
+      return VK_UP;
+    case Key::down:
+      return VK_DOWN;
+    case Key::selectAll:
+      return 'A';
+  }
+  return 0;
+}
+
+// The character that the keyboard's driver makes of a key; 0 for none.
+wchar_t CharacterOf(WPARAM key, bool control) {
+  if (control) return key >= 'A' && key <= 'Z' ? static_cast<wchar_t>(key - 'A' + 1) : L'\0';
+  const bool isOne =
+      key == VK_RETURN || key == VK_ESCAPE || key == VK_SPACE || key == VK_BACK || key == VK_TAB;
+  return isOne ? static_cast<wchar_t>(key) : L'\0';
+}
+
+LPARAM At(POINT at) { return MAKELPARAM(at.x, at.y); }
+
+std::wstring ClassOf(HWND window) {
+  std::array<wchar_t, 64> name{};
+  GetClassNameW(window, name.data(), static_cast<int>(name.size()));
+  return name.data();
+}
+
+bool Is(HWND window, const wchar_t* className) {
+  return _wcsicmp(ClassOf(window).c_str(), className) == 0;
+}
+
+RECT Inside(HWND window) {
+  RECT area{};
+  GetClientRect(window, &area);
+  return area;
+}
+
+POINT Centre(const RECT& area) {
+  return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+}
+
+// Where a row of a property grid stands, once it was scrolled to.
+RECT PlaceOfItem(HWND window, const PropertyGrid& grid, int row) {
+  const int height = ToPixels(PropertyGridView::kRowHeight);
+  const int head = grid.Caption().empty() ? 0 : height;
+  for (int turn = 0; turn < 1000; ++turn) {
+    RECT at = Inside(window);
+    const int first = GetScrollPos(window, SB_VERT);
+    const LONG bottom = at.bottom;
+    at.top = head + (row - first) * height;
+    at.bottom = at.top + height;
+    if (row >= first && (at.bottom <= bottom || row == first)) return at;
+    SendMessageW(window, WM_VSCROLL, row < first ? SB_LINEUP : SB_LINEDOWN, 0);
+  }
+  Cannot(grid, "cannot be scrolled to the row");
+}
+
+int RowOf(const PropertyGridItem& item) {
+  const auto& items = item.Grid().Items();
+  const auto at = std::ranges::find(items, &item, &std::unique_ptr<PropertyGridItem>::get);
+  return static_cast<int>(at - items.begin());
+}
+
+}  // namespace
+
+HWND ChildOf(HWND parent, const wchar_t* className, std::size_t number) {
+  HWND found = nullptr;
+  while ((found = FindWindowExW(parent, found, className, nullptr)) != nullptr)
+    if (IsWindowVisible(found) && number-- == 0) break;
+  return found;
+}
+
+void PumpMessages() {
+  MSG message{};
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
+bool PumpUntil(const std::function<bool()>& so, int milliseconds) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+  while (!so()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
+    PumpMessages();
+  }
+  return true;
+}
+
+TestFrame::TestFrame(SIZE inside) {
+  RECT around{0, 0, inside.cx, inside.cy};
+  constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+  AdjustWindowRect(&around, kStyle, FALSE);
+  Begin(nullptr,
+        {.text = L"Rahmen",
+         .style = kStyle,
+         .place = {20, 20, 20 + around.right - around.left, 20 + around.bottom - around.top}});
+  strip_ = CreateWindowExW(0, WC_BUTTONW, L"Reiter", WS_CHILD | WS_VISIBLE, 0, 0, 1, 1, Handle(),
+                           nullptr, ThisModule(), nullptr);
+}
+
+Win32User::Win32User(HeadlessPlatform& platform, Form& form) : platform_(platform) {
+  if (dynamic_cast<PropertyPage*>(&form) != nullptr) {
+    frame_ = std::make_unique<TestFrame>(FormWindow::PixelSize(form));
+    page_ = std::make_unique<FormWindow>(form, frame_->Window());
+    view_ = page_.get();
+    ShowWindow(view_->Window(), SW_SHOWNA);
+    ShowWindow(frame_->Window(), SW_SHOW);
+  } else {
+    dialog_ = std::make_unique<FormDialog>(form, nullptr);
+    view_ = &dialog_->View();
+  }
+  view_->onFailure = [this](const std::exception&) { failure_ = std::current_exception(); };
+  if (dialog_) dialog_->Show();
+  PumpMessages();
+}
+
+Win32User::~Win32User() = default;
+
+HWND Win32User::Frame() const { return frame_ ? frame_->Window() : dialog_->Window(); }
+
+template <class Action>
+void Win32User::Do(const Action& action) {
+  if (GetActiveWindow() != Frame()) {
+    SetActiveWindow(Frame());
+    PumpMessages();
+  }
+  failure_ = nullptr;
+  action();
+  PumpMessages();
+  if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
+}
+
+HWND Win32User::Reach(const FormControl& control) const {
+  const HWND window = view_->WindowOf(control);
+  bool usable = window != nullptr && IsWindowVisible(window);
+  for (HWND at = window; usable && at != Frame(); at = GetAncestor(at, GA_PARENT))
+    usable = IsWindowEnabled(at);
+  if (!usable) Cannot(control, "is disabled or does not show");
+  return window;
+}
+
+HWND Win32User::FocusedWindow() const {
+  const HWND focused = GetFocus();
+  if (focused == nullptr || !IsChild(view_->Window(), focused))
+    throw CannotDo("nothing has the keyboard focus");
+  if (!IsWindowVisible(focused) || !IsWindowEnabled(focused))
+    throw CannotDo("what had the keyboard focus is disabled or does not show");
+  return focused;
+}
+
+// --- focus and keyboard ---
+
+void Win32User::FocusByKeyboard(FormControl& control) {
+  Do([&] {
+    Reach(control);
+    if (!control.TakesFocus()) Cannot(control, "takes no focus");
+    view_->Enter(control);
+  });
+}
+
+void Win32User::ClickInto(EditBox& box, std::size_t caret) {
+  Do([&] {
+    HWND window = Reach(box);
+    if (Is(window, WC_COMBOBOXW)) {
+      window = ChildOf(window, WC_EDITW);
+      if (window == nullptr) Cannot(box, "only its rows can be chosen");
+    }
+    const auto units =
+        ToWide(std::string_view(box.Text()).substr(0, CharacterOffset(box.Text(), caret))).size();
+    DWORD at = static_cast<DWORD>(SendMessageW(window, EM_POSFROMCHAR, units, 0));
+    POINT point{static_cast<short>(LOWORD(at)), static_cast<short>(HIWORD(at))};
+    if (static_cast<LONG>(at) == -1) {
+      // Behind the last character.
+      point = {Inside(window).right - 2, 2};
+      if (units > 0) {
+        at = static_cast<DWORD>(SendMessageW(window, EM_POSFROMCHAR, units - 1, 0));
+        point.y = static_cast<short>(HIWORD(at));
+      }
+    }
+    ClickAt(window, {point.x, point.y + 2});
+  });
+}
+
+void Win32User::Type(std::string_view text) {
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t lineBreak = text.substr(at).starts_with("\r\n") ? 2
+                                  : text[at] == '\n'                  ? 1
+                                                                      : 0;
+    const std::size_t size = lineBreak ? lineBreak : CharacterOffset(text.substr(at), 1);
+    if (lineBreak)
+      Press(Key::enter);
+    else if (text.substr(at, size) == " ")
+      Press(Key::space);
+    else
+      TypeUnits(ToWide(text.substr(at, size)));
+    at += size;
+  }
+}
+
+void Win32User::TypeUnits(const std::wstring& units) {
+  Do([&] {
+    const HWND focused = FocusedWindow();
+    if (!Is(focused, WC_EDITW))
+      throw CannotDo(std::string(view_->ControlOf(focused)->Name()) + ": cannot be typed into");
+    for (const wchar_t unit : units) PostMessageW(focused, WM_CHAR, unit, 1);
+  });
+}
+
+void Win32User::SendKey(HWND window, WPARAM key) {
+  MSG message{window, WM_KEYDOWN, key, 1, 0, {}};
+  const bool taken = dialog_ ? dialog_->Translate(message) : view_->TranslateKey(message);
+  if (taken) return;
+  SendMessageW(window, WM_KEYDOWN, key, 1);
+  if (const wchar_t character = CharacterOf(key, GetKeyState(VK_CONTROL) < 0))
+    if (IsWindow(window)) SendMessageW(window, WM_CHAR, character, 1);
+  constexpr LPARAM kUp = 1 | (LPARAM{3} << 30);
+  if (IsWindow(window)) SendMessageW(window, WM_KEYUP, key, kUp);
+}
+
+void Win32User::Press(Key key) {
+  Do([&] {
+    HWND target = GetFocus();
+    const bool dialogKey = key == Key::enter || key == Key::escape;
+    if (target == nullptr || !IsChild(view_->Window(), target)) target = view_->Window();
+    const bool tab = key == Key::tab || key == Key::shiftTab;
+    if (!tab && !dialogKey) target = FocusedWindow();
+    const Held held = key == Key::selectAll  ? Held({VK_CONTROL})
+                      : key == Key::shiftTab ? Held({VK_SHIFT})
+                                             : Held({});
+    if (!tab || dialog_) return SendKey(target, VirtualKey(key));
+    MSG message{target, WM_KEYDOWN, VK_TAB, 1, 0, {}};
+    if (view_->TranslateKey(message)) return;
+    SetFocus(frame_->Strip());  // the frame has it, and hands it back
+    if (key == Key::tab)
+      view_->FocusFirst();
+    else
+      view_->FocusLast();
+  });
+}
+
+void Win32User::PressWith(WPARAM key, std::initializer_list<int> held) {
+  Do([&] {
+    const Held down(held);
+    SendKey(FocusedWindow(), key);
+  });
+}
+
+// --- mouse ---
+
+void Win32User::ClickAt(HWND window, POINT at) {
+  std::uint8_t& button = platform_.keys[VK_LBUTTON];
+  button |= kDown;
+  SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, At(at));
+  button = static_cast<std::uint8_t>(button & 0x7F);
+  SendMessageW(window, WM_LBUTTONUP, 0, At(at));
+}
+
+void Win32User::Click(FormControl& control) {
+  Do([&] {
+    HWND window = Reach(control);
+    constexpr int kInBox = 6;  // where a check box or an option has its mark
+    const RECT area = Inside(window);
+    if (dynamic_cast<EditBox*>(&control) == nullptr)
+      return ClickAt(window, {kInBox, area.bottom / 2});
+    if (const HWND edit = ChildOf(window, WC_EDITW)) window = edit;
+    const RECT text = Inside(window);
+    ClickAt(window, {text.right - 2, text.bottom - 2});
+  });
+}
+
+void Win32User::ClickRow(Grid& grid, std::size_t row, bool add, bool twice) {
+  const HWND list = Reach(grid);
+  if (row >= static_cast<std::size_t>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0)))
+    Cannot(grid, "has no row " + std::to_string(row));
+  SendMessageW(list, LVM_ENSUREVISIBLE, row, FALSE);
+  RECT place{LVIR_BOUNDS, 0, 0, 0};
+  SendMessageW(list, LVM_GETITEMRECT, row, reinterpret_cast<LPARAM>(&place));
+  const LPARAM at = At({place.left + 10, Centre(place).y});
+  const Held held = add ? Held({VK_CONTROL}) : Held({});
+  const WPARAM keys = MK_LBUTTON | (add ? MK_CONTROL : 0);
+  platform_.keys[VK_LBUTTON] |= kDown;
+  // The list waits for the button to come up again.
+  PostMessageW(list, WM_LBUTTONUP, keys & ~WPARAM{MK_LBUTTON}, at);
+  SendMessageW(list, twice ? WM_LBUTTONDBLCLK : WM_LBUTTONDOWN, keys, at);
+  platform_.keys[VK_LBUTTON] = 0;
+  PumpMessages();
+}
+
+void Win32User::SelectRows(Grid& grid, std::vector<std::size_t> rows) {
+  Do([&] {
+    bool add = false;
+    for (const std::size_t row : rows) {
+      ClickRow(grid, row, add, false);
+      add = true;
+    }
+  });
+}
+
+void Win32User::DoubleClick(Grid& grid, std::size_t row) {
+  Do([&] {
+    ClickRow(grid, row, false, false);
+    ClickRow(grid, row, false, true);
+  });
+}
+
+void Win32User::Choose(ComboBox& box, int row) {
+  Do([&] {
+    const HWND list = Reach(box);
+    if (row < 0 || row >= SendMessageW(list, CB_GETCOUNT, 0, 0))
+      Cannot(box, "has no row " + std::to_string(row));
+    ChooseInList(list, row);
+  });
+}
+
+void Win32User::ChooseInList(HWND list, int row) {
+  const RECT closed = Inside(list);
+  ClickAt(list, {closed.right - 5, closed.bottom / 2});
+  if (!SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0)) throw CannotDo("the list does not open");
+  COMBOBOXINFO info{};
+  info.cbSize = sizeof(info);
+  GetComboBoxInfo(list, &info);
+  SendMessageW(info.hwndList, LB_SETTOPINDEX, static_cast<WPARAM>(row), 0);
+  RECT place{};
+  SendMessageW(info.hwndList, LB_GETITEMRECT, static_cast<WPARAM>(row),
+               reinterpret_cast<LPARAM>(&place));
+  const LPARAM at = At(Centre(place));
+  SendMessageW(info.hwndList, WM_MOUSEMOVE, 0, at);
+  SendMessageW(info.hwndList, WM_LBUTTONDOWN, MK_LBUTTON, at);
+  SendMessageW(info.hwndList, WM_LBUTTONUP, 0, at);
+  if (SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0)) throw CannotDo("the list does not close");
+}
+
+void Win32User::SelectTab(TabControl& tabs, std::size_t tab) {
+  Do([&] {
+    const HWND window = Reach(tabs);
+    RECT place{};
+    if (!SendMessageW(window, TCM_GETITEMRECT, tab, reinterpret_cast<LPARAM>(&place)))
+      Cannot(tabs, "has no such tab");
+    ClickAt(window, Centre(place));
+  });
+}
+
+// --- property grids ---
+
+void Win32User::ClickItem(const PropertyGridItem& item) {
+  const HWND window = Reach(item.Grid());
+  const RECT place = PlaceOfItem(window, item.Grid(), RowOf(item));
+  ClickAt(window, {place.left + 5, Centre(place).y});
+}
+
+void Win32User::SelectItem(PropertyGridItem& item) {
+  Do([&] { ClickItem(item); });
+}
+
+void Win32User::ClickButton(PropertyGridItem& item) {
+  Do([&] {
+    const HWND window = Reach(item.Grid());
+    std::wstring caption = L"...";
+    if (item.Kind() == ItemKind::color)
+      ClickItem(item);
+    else
+      caption = ToWindowCaption(item.Caption());
+    if (item.Kind() == ItemKind::button) PlaceOfItem(window, item.Grid(), RowOf(item));
+    const HWND button = FindWindowExW(window, nullptr, WC_BUTTONW, caption.c_str());
+    if (button == nullptr || !IsWindowVisible(button) || !IsWindowEnabled(button))
+      Cannot(item.Grid(), "the row \"" + item.Caption() + "\" has no button to press");
+    ClickAt(button, Centre(Inside(button)));
+  });
+}
+
+void Win32User::Choose(PropertyGridItem& item, std::string_view choice) {
+  Do([&] {
+    ClickItem(item);
+    const HWND list = ChildOf(Reach(item.Grid()), WC_COMBOBOXW);
+    const std::wstring wanted = ToWindowText(choice);
+    const LRESULT row = list == nullptr
+                            ? CB_ERR
+                            : SendMessageW(list, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                           reinterpret_cast<LPARAM>(wanted.c_str()));
+    if (row < 0)
+      Cannot(item.Grid(),
+             "the row \"" + item.Caption() + "\" has no choice \"" + std::string(choice) + '"');
+    ChooseInList(list, static_cast<int>(row));
+  });
+}
+
+// --- the rest ---
+
+void Win32User::CloseWindow() {
+  Do([&] {
+    if (dialog_)
+      SendMessageW(Frame(), WM_CLOSE, 0, 0);
+    else
+      view_->UserClosesWindow();
+  });
+}
+
+// In real time.
+void Win32User::Tick(Timer& timer) {
+  Do([&] {
+    if (!timer.IsRunning()) Cannot(timer, "is not running");
+    constexpr DWORD kLate = 3000;
+    const DWORD begin = GetTickCount();
+    MSG message{};
+    while (!PeekMessageW(&message, view_->Window(), WM_TIMER, WM_TIMER, PM_REMOVE)) {
+      if (GetTickCount() - begin > static_cast<DWORD>(timer.Interval()) + kLate)
+        Cannot(timer, "does not tick");
+      Sleep(5);
+    }
+    DispatchMessageW(&message);
+  });
+}
+
+}  // namespace kvo

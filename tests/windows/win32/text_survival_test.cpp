@@ -1,0 +1,237 @@
+// What a window cannot show is still there after the user was in it.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "host/win32/WideText.h"
+#include "host/win32/WindowText.h"
+#include "tests/windows/win32/Win32User.h"
+
+namespace kvo {
+namespace {
+
+class Boxes final : public Form {
+ public:
+  Boxes() : Form("Felder", {4500, 3000}) {}
+  KVO_CONTROL(
+      TextBox, txtLine, .at = {0, 0, 3000, 300}, .onChange = [this](TextBox&) { ++changes; });
+  KVO_CONTROL(
+      TextBox, txtLines, .at = {0, 400, 3000, 1200}, .multiLine = true,
+      .onChange = [this](TextBox&) { ++changes; });
+  KVO_CONTROL(
+      ComboBox, cboFree, .at = {0, 1700, 3000, 300}, .editable = true,
+      .onChange = [this](ComboBox&) { ++changes; });
+  KVO_CONTROL(PropertyGrid, suiRows, .at = {0, 2100, 3000, 600});
+  int changes = 0;
+};
+
+void PutOnClipboard(const std::wstring& text) {
+  const std::size_t size = (text.size() + 1) * sizeof(wchar_t);
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, size);
+  std::copy_n(text.c_str(), text.size() + 1, static_cast<wchar_t*>(GlobalLock(memory)));
+  GlobalUnlock(memory);
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  EmptyClipboard();
+  SetClipboardData(CF_UNICODETEXT, memory);
+  CloseClipboard();
+}
+
+// With whatever stands behind a NUL.
+std::wstring OnClipboard() {
+  std::wstring text;
+  if (!OpenClipboard(nullptr)) return text;
+  if (const HGLOBAL memory = GetClipboardData(CF_UNICODETEXT)) {
+    const auto* from = static_cast<const wchar_t*>(GlobalLock(memory));
+    text.assign(from, GlobalSize(memory) / sizeof(wchar_t));
+    while (!text.empty() && text.back() == 0) text.pop_back();
+    GlobalUnlock(memory);
+  }
+  CloseClipboard();
+  return text;
+}
+
+class TextSurvival : public testing::Test {
+ protected:
+  // Shows the text, enters the box, types an "x" behind `before`, and looks at the whole text.
+  void TypeInto(EditBox& box, const std::string& before, const std::string& after) {
+    SCOPED_TRACE(std::string(box.Name()) + ": " + before + "|" + after);
+    box.Text(before + after);
+    form.changes = 0;
+    user.FocusByKeyboard(box);
+    EXPECT_EQ(box.Text(), before + after);
+    EXPECT_EQ(form.changes, 0);
+    user.Press(Key::home);
+    box.SelStart(CharacterCount(before));
+    EXPECT_EQ(box.SelStart(), CharacterCount(before));
+    user.Type("x");
+    EXPECT_EQ(box.Text(), before + "x" + after);
+    EXPECT_EQ(box.SelStart(), CharacterCount(before) + 1);
+    EXPECT_EQ(form.changes, 1);
+    user.Press(Key::backspace);
+    EXPECT_EQ(box.Text(), before + after);
+    user.FocusByKeyboard(&box == &form.txtLine ? static_cast<EditBox&>(form.txtLines)
+                                               : form.txtLine);
+    EXPECT_EQ(box.Text(), before + after);
+  }
+
+  HWND Shown(const FormControl& control) { return user.View().WindowOf(control); }
+
+  HeadlessPlatform platform;
+  PlatformScope scope{platform};
+  Boxes form;
+  Win32User user{platform, form};
+};
+
+const std::string kNul("\0", 1);
+
+TEST_F(TextSurvival, OfWhatStandsBeforeAndBehindTheCaret) {
+  const std::string awkward[] = {
+      "\r\n",         "\r",           "\n", kNul, "\xE2\x80\xA8", "\xE2\x80\xA9", "\xC2\xA0",
+      "\xEF\xB7\x90", "\xEF\xBF\xBC", "\t", "😀",  "e\xCC\x81",    "\xFF",         "\x01",
+      "\r\n\r\r\n\n", "]]>"};
+  for (const std::string& piece : awkward) {
+    for (EditBox* box :
+         std::initializer_list<EditBox*>{&form.txtLine, &form.txtLines, &form.cboFree}) {
+      TypeInto(*box, "a" + piece, "b");
+      TypeInto(*box, "a", piece + "b");
+      TypeInto(*box, piece, piece);
+    }
+  }
+}
+
+TEST_F(TextSurvival, CharactersOfTwoUnitsAreTypedAsOne) {
+  for (EditBox* box :
+       std::initializer_list<EditBox*>{&form.txtLine, &form.txtLines, &form.cboFree}) {
+    SCOPED_TRACE(box->Name());
+    user.FocusByKeyboard(*box);
+    form.changes = 0;
+    user.Type("a😀b");
+    EXPECT_EQ(box->Text(), "a😀b");
+    EXPECT_EQ(form.changes, 3);
+    EXPECT_EQ(box->SelStart(), 3U);
+  }
+}
+
+TEST_F(TextSurvival, TheEnterKeyIsCrLfInSeveralLinesAndNothingInOne) {
+  form.txtLines.Text("ab");
+  user.FocusByKeyboard(form.txtLines);
+  form.txtLines.SelStart(1);
+  user.Type("\n");
+  EXPECT_EQ(form.txtLines.Text(), "a\r\nb");
+  EXPECT_EQ(form.txtLines.SelStart(), 3U);
+  user.Press(Key::backspace);
+  EXPECT_EQ(form.txtLines.Text(), "ab");
+  form.txtLine.Text("ab");
+  user.FocusByKeyboard(form.txtLine);
+  user.Type("\n");
+  EXPECT_EQ(form.txtLine.Text(), "ab");
+}
+
+TEST_F(TextSurvival, WhatIsPastedIntoOneLineEndsAtItsFirstBreak) {
+  user.FocusByKeyboard(form.txtLine);
+  PutOnClipboard(L"x\r\ny");
+  form.txtLine.Text("cd");
+  form.txtLine.SelStart(1);
+  user.PressWith('V', {VK_CONTROL});
+  EXPECT_EQ(form.txtLine.Text(), "cxd");
+  EXPECT_EQ(TextOf(Shown(form.txtLine)), L"cxd");
+}
+
+TEST_F(TextSurvival, WhatIsPastedIntoSeveralLinesKeepsItsBreaks) {
+  form.txtLines.Text("cd");
+  user.FocusByKeyboard(form.txtLines);
+  form.txtLines.SelStart(1);
+  PutOnClipboard(L"x\ny");
+  user.PressWith('V', {VK_CONTROL});
+  EXPECT_EQ(form.txtLines.Text(), "cx\r\nyd");
+}
+
+TEST_F(TextSurvival, WhatIsCopiedIsTheFormsText) {
+  form.txtLines.Text("a\n" + kNul + "b");
+  user.FocusByKeyboard(form.txtLines);
+  user.Press(Key::selectAll);
+  EXPECT_EQ(form.txtLines.SelLength(), 4U);
+  user.PressWith('C', {VK_CONTROL});
+  EXPECT_EQ(FromWide(OnClipboard()), "a\n" + kNul + "b");
+  EXPECT_EQ(form.txtLines.Text(), "a\n" + kNul + "b");
+}
+
+TEST_F(TextSurvival, WhatIsCutIsWhatWasSelected) {
+  form.txtLines.Text("a\r\n\n" + kNul + "b");
+  user.FocusByKeyboard(form.txtLines);
+  form.txtLines.SelStart(1);
+  form.txtLines.SelLength(3);
+  user.PressWith('X', {VK_CONTROL});
+  EXPECT_EQ(form.txtLines.Text(), "a" + kNul + "b");
+  EXPECT_EQ(FromWide(OnClipboard()), "\r\n\n");
+}
+
+TEST_F(TextSurvival, TypingOverTheSameIsAChange) {
+  form.txtLine.Text("0");
+  form.txtLines.Text("0");
+  for (TextBox* box : {&form.txtLine, &form.txtLines}) {
+    user.FocusByKeyboard(*box);
+    user.Press(Key::selectAll);
+    form.changes = 0;
+    user.Type("0");
+    EXPECT_EQ(form.changes, 1) << box->Name();
+    EXPECT_EQ(box->Text(), "0");
+  }
+}
+
+TEST_F(TextSurvival, WhatIsUndoneIsUndoneInTheForm) {
+  for (TextBox* box : {&form.txtLine, &form.txtLines}) {
+    SCOPED_TRACE(box->Name());
+    box->Text("a\r\nb");
+    user.FocusByKeyboard(*box);
+    box->SelStart(4);
+    user.Type("c");
+    EXPECT_EQ(box->Text(), "a\r\nbc");
+    SendMessageW(Shown(*box), WM_UNDO, 0, 0);
+    EXPECT_EQ(box->Text(), "a\r\nb");
+  }
+}
+
+TEST_F(TextSurvival, AnotherProgramMayTypeForTheUser) {
+  for (TextBox* box : {&form.txtLine, &form.txtLines}) {
+    box->Text("alt");
+    SetWindowTextW(Shown(*box), L"neu");
+    EXPECT_EQ(box->Text(), "neu") << box->Name();
+  }
+}
+
+TEST_F(TextSurvival, OfARowsValue) {
+  PropertyGridItem& row =
+      form.suiRows.Add({.caption = "Zeile", .key = "k", .value = "a\r\n" + kNul + "b"});
+  user.SelectItem(row);
+  EXPECT_EQ(ToText(row.Value()), "a\r\n" + kNul + "b");
+  user.Press(Key::end);
+  user.Press(Key::left);
+  user.Type("x");
+  EXPECT_EQ(ToText(row.Value()), "a\r\n" + kNul + "xb");
+}
+
+TEST_F(TextSurvival, SelectionsAreKeptInStepBothWays) {
+  form.txtLine.Text("a😀cd");
+  user.FocusByKeyboard(form.txtLine);
+  form.txtLine.SelStart(1);
+  form.txtLine.SelLength(2);
+  DWORD start = 0;
+  DWORD end = 0;
+  SendMessageW(Shown(form.txtLine), EM_GETSEL, reinterpret_cast<WPARAM>(&start),
+               reinterpret_cast<LPARAM>(&end));
+  EXPECT_EQ(start, 1U);
+  EXPECT_EQ(end, 4U);
+  SendMessageW(Shown(form.txtLine), EM_SETSEL, 1, -1);  // as an aid to the user does it
+  EXPECT_EQ(form.txtLine.SelStart(), 1U);
+  EXPECT_EQ(form.txtLine.SelLength(), 3U);
+  form.txtLines.Text("a\r\nb\nc");
+  user.FocusByKeyboard(form.txtLines);
+  user.PressWith(VK_END, {VK_CONTROL});
+  EXPECT_EQ(form.txtLines.SelStart(), 6U);
+  user.ClickInto(form.txtLines, 3);
+  EXPECT_EQ(form.txtLines.SelStart(), 3U);
+}
+
+}  // namespace
+}  // namespace kvo
