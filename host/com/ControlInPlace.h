@@ -1,0 +1,70 @@
+#pragma once
+
+#include "host/com/ControlState.h"
+#include "host/com/Ole.h"
+#include "host/win32/OwnWindow.h"
+
+namespace kvo::com {
+
+// IOleInPlaceObject and IOleInPlaceActiveObject: the control as a window of its own inside the
+// host's. The window shows the box; a double click does what the control makes of it, which is the
+// property pages unless it handles the click itself.
+class ControlInPlace final : public Part<IOleInPlaceObject, IOleInPlaceActiveObject> {
+ public:
+  explicit ControlInPlace(ControlState& state);
+  ~ControlInPlace() override;
+
+  // Makes the window in the site's window; with `ui` the control also takes the keyboard.
+  // HostFailure when the site refuses.
+  void Activate(bool ui);
+  // Gives up the window. Does nothing when there is none.
+  void Deactivate() noexcept;
+  // Shows the property pages: through the host if it has a frame of its own for them, else in the
+  // system's. `owner` may be null.
+  void ShowPages(HWND owner);
+
+  // IOleWindow, of both
+  HRESULT STDMETHODCALLTYPE GetWindow(HWND* window) noexcept override;
+  HRESULT STDMETHODCALLTYPE ContextSensitiveHelp(BOOL) noexcept override { return E_NOTIMPL; }
+  // IOleInPlaceObject
+  HRESULT STDMETHODCALLTYPE InPlaceDeactivate() noexcept override;
+  HRESULT STDMETHODCALLTYPE UIDeactivate() noexcept override;
+  HRESULT STDMETHODCALLTYPE SetObjectRects(LPCRECT place, LPCRECT clip) noexcept override;
+  HRESULT STDMETHODCALLTYPE ReactivateAndUndo() noexcept override { return INPLACE_E_NOTUNDOABLE; }
+  // IOleInPlaceActiveObject. A control has no keys of its own.
+  HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG*) noexcept override { return S_FALSE; }
+  HRESULT STDMETHODCALLTYPE OnFrameWindowActivate(BOOL) noexcept override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE OnDocWindowActivate(BOOL) noexcept override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) noexcept override {
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE EnableModeless(BOOL) noexcept override { return S_OK; }
+
+ private:
+  // Ends by itself when the host takes its parent away.
+  class ControlWindow final : private OwnWindow {
+   public:
+    ControlWindow(ControlInPlace& control, HWND parent);
+    HWND Window() const { return Handle(); }
+
+   private:
+    LRESULT Message(UINT message, WPARAM wide, LPARAM lng) noexcept override;
+    ControlInPlace& control_;
+  };
+
+  HWND Window() const { return window_ ? window_->Window() : nullptr; }
+  void Paint();
+  void DoubleClicked() noexcept;
+  void UiActivate();
+  // Asks the host for the room that the box takes.
+  void FitToBox();
+  void Place(const RECT& place, const RECT& clip);
+
+  ControlState& state_;
+  Pointer<IOleInPlaceSite> site_;  // while there is a window
+  std::unique_ptr<ControlWindow> window_;
+  RECT place_{};
+  bool uiActive_ = false;
+};
+
+}  // namespace kvo::com

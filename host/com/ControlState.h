@@ -1,0 +1,42 @@
+// What the interface families of one control object share.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "common/Control.h"
+#include "host/com/Classes.h"
+#include "host/com/Identity.h"
+#include "host/com/Ole.h"
+
+namespace kvo::com {
+
+struct ControlState {
+  const RegisteredControl& registered;
+  const std::shared_ptr<Control> control;
+  const std::wstring source;  // of errors: "KVOPDesignObjects.DTCPrint"
+  Identity& identity;
+
+  // Where the control lies in its host; null outside of one.
+  Pointer<IOleClientSite> site{};
+
+  // Who shows the box: told when it may look different now.
+  std::vector<std::function<void()>> boxWatchers{};
+
+  ControlState(const RegisteredControl& registeredControl, Identity& owner)
+      : registered(registeredControl),
+        control(registeredControl.contract().create()),
+        source(ProgId(registeredControl.contract().name)),
+        identity(owner) {}
+
+  const ControlClass& Contract() const { return control->Class(); }
+  void BoxChanged() const {
+    for (const auto& watcher : boxWatchers) watcher();
+  }
+  // The host may let go of the control while one of its calls is under way.
+  Pointer<IUnknown> Hold() const { return Pointer<IUnknown>(identity.Outer()); }
+};
+
+}  // namespace kvo::com

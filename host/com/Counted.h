@@ -1,0 +1,43 @@
+// A COM object of one interface that is made with `new` and lives by its count.
+#pragma once
+
+#include "host/com/Module.h"
+#include "host/com/Ole.h"
+
+namespace kvo::com {
+
+template <class Interface>
+class Counted : public Interface {
+ public:
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override {
+    if (object == nullptr) return E_POINTER;
+    const bool known = iid == IID_IUnknown || iid == __uuidof(Interface) || Answers(iid);
+    *object = known ? static_cast<Interface*>(this) : nullptr;
+    if (!known) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() noexcept override {
+    return static_cast<ULONG>(InterlockedIncrement(&count_));
+  }
+  ULONG STDMETHODCALLTYPE Release() noexcept override {
+    const LONG left = InterlockedDecrement(&count_);
+    if (left == 0) delete this;
+    return static_cast<ULONG>(left);
+  }
+
+ protected:
+  Counted() = default;
+  virtual ~Counted() = default;
+  // Further ids under which it is known.
+  virtual bool Answers(REFIID) { return false; }
+
+ private:
+  LONG count_ = 1;
+  ModuleLock lock_;
+};
+
+}  // namespace kvo::com

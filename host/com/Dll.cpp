@@ -1,0 +1,70 @@
+// The entry points of the module. Each only hands on.
+
+#include <string_view>
+
+#include "common/Ascii.h"
+#include "common/Localized.h"
+#include "host/com/ClassFactory.h"
+#include "host/com/ComPlatform.h"
+#include "host/com/Edge.h"
+#include "host/com/Module.h"
+#include "host/com/Ole.h"
+#include "host/com/Registry.h"
+#include "host/win32/Messages.h"
+#include "host/win32/WideText.h"
+
+namespace kvo::com {
+namespace {
+
+// Once, before the first object.
+void Prepare() {
+  static ComPlatform platform;
+  static const PlatformScope scope(platform);
+}
+
+constexpr std::wstring_view kSource = L"KVOPDesignObjects";
+
+}  // namespace
+}  // namespace kvo::com
+
+using namespace kvo::com;  // NOLINT(google-build-using-namespace): entry points have no namespace
+
+extern "C" {
+
+BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
+  if (reason == DLL_PROCESS_ATTACH) {
+    SetModule(module);
+    DisableThreadLibraryCalls(module);
+    kvo::UserLanguage(kvo::DesktopLanguage());
+  }
+  return TRUE;
+}
+
+STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
+  const HRESULT prepared = Boundary(kSource, [] { Prepare(); });
+  return FAILED(prepared) ? prepared : GetFactory(classId, iid, object);
+}
+
+STDAPI DllCanUnloadNow() { return ModuleLock::Count() == 0 ? S_OK : S_FALSE; }
+
+STDAPI DllRegisterServer() {
+  return Boundary(kSource, [] { Register(RegisterFor::machine); });
+}
+
+STDAPI DllUnregisterServer() {
+  return Boundary(kSource, [] { Unregister(RegisterFor::machine); });
+}
+
+// `command` is "user" (regsvr32 /n /i:user): for the current user alone, which needs no rights of
+// an administrator.
+STDAPI DllInstall(BOOL install, PCWSTR command) {
+  return Boundary(kSource, [&] {
+    const bool user = command != nullptr && kvo::EqualIgnoringCase(kvo::FromWide(command), "user");
+    if (command != nullptr && *command != L'\0' && !user) return E_INVALIDARG;
+    const RegisterFor whom = user ? RegisterFor::user : RegisterFor::machine;
+    install ? Register(whom) : Unregister(whom);
+    return S_OK;
+  });
+}
+
+}  // extern "C"

@@ -1,0 +1,27 @@
+// The library as a loaded module: what keeps it loaded, and where it lies.
+#pragma once
+
+#include <string>
+
+#include "host/com/Ole.h"
+
+namespace kvo::com {
+
+// As long as one lives, DllCanUnloadNow says no. Every COM object has one.
+class ModuleLock {
+ public:
+  ModuleLock();
+  ModuleLock(const ModuleLock&) = delete;
+  ModuleLock& operator=(const ModuleLock&) = delete;
+  ~ModuleLock();
+
+  static void Add();
+  static void Remove();
+  static long Count();
+};
+
+void SetModule(HINSTANCE module);
+HINSTANCE Module();
+std::wstring ModulePath();
+
+}  // namespace kvo::com

@@ -1,0 +1,174 @@
+// Writes those sources of the Windows component that follow from the classes' own tables:
+//   kvo_com_sources DTCFramework        the type library of the contract with hosts
+//   kvo_com_sources KVOPDesignObjects   that of every class with its properties' frozen ids
+//   kvo_com_sources toolbox             the toolbox bitmaps as resources
+// Runs on the machine that builds. The first two are interface definitions, for widl.
+#include <cctype>
+#include <iostream>
+#include <string>
+
+#include "host/com/Resources.h"
+#include "host/registration/classes.h"
+
+namespace kvo {
+namespace {
+
+// Type libraries keep their help texts in the system's code page.
+std::string Latin1(std::string_view utf8) {
+  std::string out;
+  for (std::size_t at = 0; at < utf8.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(utf8[at]);
+    if (byte < 0x80 || at + 1 == utf8.size()) {
+      out += utf8[at];
+    } else {
+      ++at;
+      out += static_cast<char>(((byte & 0x03) << 6) | (utf8[at] & 0x3F));
+    }
+  }
+  return out;
+}
+
+std::string Help(std::string_view text) { return "helpstring(\"" + Latin1(text) + "\")"; }
+
+std::string Uuid(std::string_view registryForm) {
+  return "uuid(" + std::string(registryForm.substr(1, registryForm.size() - 2)) + ")";
+}
+
+std::string_view IdlType(PropertyType type) {
+  switch (type) {
+    case PropertyType::text:
+      return "BSTR";
+    case PropertyType::flag:
+      return "VARIANT_BOOL";
+    case PropertyType::integer:
+      return "long";
+    case PropertyType::object:
+      return "IDispatch*";
+  }
+  return {};
+}
+
+// Setters name their argument by its type.
+std::string ArgumentName(const PropertyRow& row) {
+  static constexpr std::string_view kPrefixes[] = {"s", "b", "l", "o"};
+  std::string name(row.name);
+  name[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(name[0])));
+  return std::string(kPrefixes[static_cast<std::size_t>(row.type)]) + "New" + name;
+}
+
+// The key under which a property is stored: the one that reads the same value.
+const BagKey* KeyOf(const ControlClass& contract, const PropertyRow& row) {
+  for (const BagKey& key : contract.bag)
+    if (key.way.out == row.text || (row.letText != nullptr && key.way.inText == row.letText) ||
+        (key.way.in != nullptr && key.way.in == row.let))
+      return &key;
+  return nullptr;
+}
+
+std::string PropertyHelp(const ControlClass& contract, const PropertyRow& row) {
+  const BagKey* key = KeyOf(contract, row);
+  if (key == nullptr) return std::string(row.name);
+  return "Gespeichert unter '" + std::string(key->key) + "', gelesen mit der Vorgabe '" +
+         std::string(key->readDefault) + "'";
+}
+
+void WriteLibraryHead(std::ostream& out, const TypeLibraryId& library, std::string_view help) {
+  out << "[" << Uuid(library.id) << ", version(" << library.major << "." << library.minor << "), "
+      << Help(help) << "]\nlibrary " << library.name << "\n{\n  importlib(\"stdole2.tlb\");\n";
+}
+
+void WriteTypes(std::ostream& out) {
+  // The few types of automation that are needed, as widl knows them by name. Where a method of the
+  // contract lies follows from how many there are before it.
+  out << R"(typedef wchar_t* BSTR;
+typedef short VARIANT_BOOL;
+typedef long HRESULT;
+[object, local, uuid(00000000-0000-0000-C000-000000000046), pointer_default(unique)]
+interface IUnknown
+{
+  HRESULT QueryInterface([in] void* iid, [out] void** object);
+  unsigned long AddRef();
+  unsigned long Release();
+};
+[object, local, uuid(00020400-0000-0000-C000-000000000046), pointer_default(unique)]
+interface IDispatch : IUnknown
+{
+  HRESULT GetTypeInfoCount([out] unsigned int* count);
+  HRESULT GetTypeInfo([in] unsigned int index, [in] unsigned long locale, [out] void** info);
+  HRESULT GetIDsOfNames([in] void* iid, [in] void* names, [in] unsigned int count,
+                        [in] unsigned long locale, [out] long* members);
+  HRESULT Invoke([in] long member, [in] void* iid, [in] unsigned long locale,
+                 [in] unsigned short kind, [in] void* parameters, [out] void* result,
+                 [out] void* exception, [out] unsigned int* wrongArgument);
+};
+
+)";
+}
+
+void WriteFramework(std::ostream& out) {
+  WriteTypes(out);
+  out << "[object, dual, oleautomation, " << Uuid(kRuntimeTextInterfaceId) << ",\n "
+      << Help("Der Text, der beim Speichern an die Stelle des Controls tritt") << "]\ninterface "
+      << kRuntimeTextInterface << " : IDispatch\n{\n  [id(" << kRuntimeTextId << "), "
+      << Help("Der Laufzeittext") << "] HRESULT " << kRuntimeTextMethod
+      << "([out, retval] BSTR* text);\n};\n\n";
+  WriteLibraryHead(out, kFramework, "Vertrag zwischen Controls und ihrem Editor");
+  out << "  interface " << kRuntimeTextInterface << ";\n};\n";
+}
+
+// IProvideRuntimeText is not named among a class's interfaces: widl would copy it from the other
+// library, and spoil this one's id by doing so. Controls have it all the same.
+void WriteControl(std::ostream& out, const RegisteredControl& registered) {
+  const ControlClass& contract = registered.contract();
+  const std::string help = Help(registered.description.german);
+  out << "\n  [" << Uuid(registered.interfaceId) << ", " << help << "]\n  dispinterface _"
+      << contract.name << "\n  {\n    properties:\n    methods:\n";
+  for (const PropertyRow& row : contract.properties) {
+    const std::string propertyHelp = Help(PropertyHelp(contract, row));
+    const std::string_view put = row.type == PropertyType::object ? "propputref" : "propput";
+    out << "      [id(" << row.id << "), propget, " << propertyHelp << "] " << IdlType(row.type)
+        << ' ' << row.name << "();\n      [id(" << row.id << "), " << put << ", " << propertyHelp
+        << "] void " << row.name << "([in] " << IdlType(row.type) << ' ' << ArgumentName(row)
+        << ");\n";
+  }
+  out << "      [id(" << kRuntimeTextId << "), " << Help("Der Laufzeittext") << "] BSTR "
+      << kRuntimeTextMethod << "();\n  };\n";
+  out << "\n  [" << Uuid(registered.classId) << ", control, " << help << "]\n  coclass "
+      << contract.name << "\n  {\n    [default] dispinterface _" << contract.name << ";\n  };\n";
+}
+
+void WriteLibrary(std::ostream& out) {
+  WriteTypes(out);
+  WriteLibraryHead(out, kLibrary, "Controls für Newsletter-Vorlagen");
+  for (const RegisteredControl& control : RegisteredControls()) WriteControl(out, control);
+  for (const RegisteredPage& page : RegisteredPages())
+    out << "\n  [" << Uuid(page.classId) << ", hidden, "
+        << Help("Eigenschaftenseite: " + std::string(page.create()->Caption())) << "]\n  coclass "
+        << page.name << "\n  {\n    [default] interface IUnknown;\n  };\n";
+  out << "};\n";
+}
+
+void WriteToolbox(std::ostream& out) {
+  int number = com::kFirstToolboxBitmap;
+  for (const RegisteredControl& control : RegisteredControls())
+    out << number++ << " BITMAP \"host/com/toolbox/" << control.contract().name << ".bmp\"\n";
+}
+
+}  // namespace
+}  // namespace kvo
+
+int main(int count, char** arguments) {
+  const std::string_view wanted = count == 2 ? arguments[1] : "";
+  if (wanted == kvo::kFramework.name) {
+    kvo::WriteFramework(std::cout);
+  } else if (wanted == kvo::kLibrary.name) {
+    kvo::WriteLibrary(std::cout);
+  } else if (wanted == "toolbox") {
+    kvo::WriteToolbox(std::cout);
+  } else {
+    std::cerr << "kvo_com_sources " << kvo::kFramework.name << " | " << kvo::kLibrary.name
+              << " | toolbox\n";
+    return 2;
+  }
+  return std::cout.flush() ? 0 : 2;
+}

@@ -1,0 +1,639 @@
+#include "tests/windows/com/ScriptPlayer.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "host/win32/PropertyGridView.h"
+#include "host/win32/Twips.h"
+#include "host/win32/WindowText.h"
+#include "pages/frmExpressionBuilder.h"
+
+namespace kvo::com {
+namespace {
+
+constexpr int kTick = 15;       // milliseconds
+constexpr int kPatience = 400;  // ticks that a dialog may take to come
+constexpr int kApply = 0x3021;
+const wchar_t* const kFormClass = L"KVOPDesignObjects.Window";
+
+std::vector<std::string> SplitWords(std::string_view line) {
+  std::vector<std::string> words;
+  for (std::size_t at = 0; at < line.size();) {
+    if (line[at] == ' ' || line[at] == '\r') {
+      ++at;
+    } else if (line[at] == '#' && (at + 1 == line.size() || line[at + 1] == ' ')) {
+      break;
+    } else if (line[at] == '"') {
+      std::string word;
+      for (++at; at < line.size() && line[at] != '"'; ++at) {
+        char c = line[at];
+        if (c == '\\') {
+          c = line[++at];
+          c = c == 'n' ? '\n' : c == 'r' ? '\r' : c == 't' ? '\t' : c == '0' ? '\0' : c;
+        }
+        word += c;
+      }
+      ++at;
+      words.push_back(std::move(word));
+    } else {
+      const std::size_t end = std::min(line.find_first_of(" \r", at), line.size());
+      words.emplace_back(line.substr(at, end - at));
+      at = end;
+    }
+  }
+  return words;
+}
+
+std::wstring ClassOf(HWND window) {
+  wchar_t name[64] = L"";
+  GetClassNameW(window, name, 64);
+  return name;
+}
+
+template <class Visit>
+void ForEachInside(HWND window, Visit visit) {
+  EnumChildWindows(
+      window,
+      [](HWND inside, LPARAM data) -> BOOL { return (*reinterpret_cast<Visit*>(data))(inside); },
+      reinterpret_cast<LPARAM>(&visit));
+}
+
+// The outermost window of the component's own that shows in another one.
+HWND FormIn(HWND window) {
+  HWND form = nullptr;
+  ForEachInside(window, [&](HWND inside) {
+    if (ClassOf(inside) != kFormClass || !IsWindowVisible(inside)) return TRUE;
+    form = inside;
+    return FALSE;
+  });
+  return form;
+}
+
+POINT PlaceOf(const FormControl& control) {
+  POINT at{ToPixels(control.At().left), ToPixels(control.At().top)};
+  for (FormControl* around = control.Parent().AsControl(); around != nullptr;
+       around = around->Parent().AsControl()) {
+    at.x += ToPixels(around->At().left);
+    at.y += ToPixels(around->At().top);
+  }
+  return at;
+}
+
+void ClickAt(HWND window, int x, int y) {
+  PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
+  SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+}
+
+HWND EditOf(HWND window) {
+  if (_wcsicmp(ClassOf(window).c_str(), WC_EDITW) == 0) return window;
+  return FindWindowExW(window, nullptr, WC_EDITW, nullptr);
+}
+
+void TypeInto(HWND edit, std::string_view text) {
+  for (const wchar_t c : ToWide(text))
+    if (c != L'\r') SendMessageW(edit, WM_CHAR, c == L'\n' ? L'\r' : c, 1);
+}
+
+void ChooseRow(HWND list, int row) {
+  SetFocus(list);
+  SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(row), 0);
+  const auto told = [list](int what) {
+    SendMessageW(GetParent(list), WM_COMMAND,
+                 MAKEWPARAM(static_cast<unsigned>(GetDlgCtrlID(list)), what),
+                 reinterpret_cast<LPARAM>(list));
+  };
+  told(CBN_SELENDOK);
+  told(CBN_SELCHANGE);
+}
+
+bool ChooseText(HWND list, const std::string& text) {
+  const LRESULT row = SendMessageW(list, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                   reinterpret_cast<LPARAM>(ToWindowText(text).c_str()));
+  if (row < 0) return false;
+  ChooseRow(list, static_cast<int>(row));
+  return true;
+}
+
+// What a box shows stands for line breaks and the like; only plain texts are compared.
+bool IsPlain(std::string_view text) { return text.find_first_of("\r\n\t") == text.npos; }
+
+}  // namespace
+
+ScriptPlayer* ScriptPlayer::playing_ = nullptr;
+
+ScriptPlayer::ScriptPlayer(std::string_view script) {
+  std::size_t number = 0;
+  for (std::size_t at = 0; at <= script.size();) {
+    const std::size_t end = std::min(script.find('\n', at), script.size());
+    Words words = SplitWords(script.substr(at, end - at));
+    ++number;
+    if (!words.empty()) lines_.push_back({number, std::move(words)});
+    at = end + 1;
+  }
+  office_->connection = connection_;
+  CLSID recordset{};
+  EXPECT_EQ(CLSIDFromProgID(L"ADODB.Recordset", &recordset), S_OK);
+  EXPECT_EQ(CoRegisterClassObject(recordset, &recordsets_, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
+                                  &recordsetsCookie_),
+            S_OK);
+  officeOutside_ = ToDispatch(office_);
+  for (const RegisteredPage& page : RegisteredPages()) {
+    pageFactories_.push_back(std::make_unique<Pages>(page.name, madePages_));
+    EXPECT_EQ(CoRegisterClassObject(ToGuid(page.classId), pageFactories_.back().get(),
+                                    CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
+                                    &pageCookies_.emplace_back()),
+              S_OK);
+  }
+  playing_ = this;
+}
+
+ScriptPlayer::~ScriptPlayer() {
+  for (const DWORD cookie : pageCookies_) CoRevokeClassObject(cookie);
+  CoRevokeClassObject(recordsetsCookie_);
+  playing_ = nullptr;
+}
+
+HRESULT ScriptPlayer::Recordsets::CreateInstance(IUnknown*, REFIID iid, void** object) noexcept {
+  return ToDispatch(std::make_shared<FakeRecordset>(table_))->QueryInterface(iid, object);
+}
+
+void ScriptPlayer::Fail(const std::string& what) {
+  const std::size_t number = at_ > 0 ? lines_[at_ - 1].number : 0;
+  performance_.failures.push_back("line " + std::to_string(number) + ": " + what);
+}
+
+HRESULT ScriptPlayer::Pages::CreateInstance(IUnknown* outer, REFIID iid, void** object) noexcept {
+  const HRESULT code = real_->CreateInstance(outer, iid, object);
+  if (SUCCEEDED(code))
+    made_.push_back(Pointer<IPropertyPage>::Query(static_cast<IUnknown*>(*object)));
+  return code;
+}
+
+bool ScriptPlayer::ApplyPages() {
+  for (const auto& page : madePages_)
+    if (page->IsPageDirty() == S_OK && FAILED(page->Apply())) return false;
+  return true;
+}
+
+void ScriptPlayer::FillShadow() {
+  try {
+    if (auto* page = dynamic_cast<PropertyPage*>(Front()))
+      page->Select({Late(controls_[open_].get())});
+  } catch (const std::exception&) {
+    // The page that shows has failed in the same way.
+  }
+}
+
+Performance ScriptPlayer::Play() {
+  while (const Line* line = Next()) {
+    if (ended_ || !performance_.failures.empty()) break;
+    ++at_;
+    Prepare(line->words);
+  }
+  controls_.clear();
+  return std::move(performance_);
+}
+
+void ScriptPlayer::Prepare(const Words& words) {
+  const std::string& what = words[0];
+  if (what != "bag") LoadPending();
+  if (what == "control") {
+    pending_ = words[1];
+    classes_[pending_] = words[2];
+    controls_[pending_] = Dll::Get().Make<IPersistPropertyBag>(words[2]);
+    pendingBag_.entries.clear();
+  } else if (what == "bag") {
+    pendingBag_.entries.emplace_back(words[1], words[2]);
+  } else if (what == "contact-field") {
+    office_->contactFields.push_back({words[1], words[2], std::stoi(words[3])});
+  } else if (what == "order-field") {
+    office_->orderFields.push_back({words[1], words[2], std::stoi(words[3])});
+  } else if (what == "product") {
+    table_.rows.push_back({{"ProductNo", words[1]}, {"Desc1", words[2]}, {"Desc2", words[3]}});
+  } else if (what == "open" && words.size() == 2) {
+    ShowFrame(words[1]);
+  } else if (what == "reopen") {
+    ShowFrame(open_);
+  } else if (what != "expect" || !ExpectOutside(words)) {
+    performance_.leftOut.push_back(what);
+    ended_ = true;
+  }
+}
+
+void ScriptPlayer::LoadPending() {
+  if (pending_.empty()) return;
+  const auto& control = controls_[pending_];
+  EXPECT_EQ(control->Load(&pendingBag_, nullptr), S_OK);
+  if (FindControlByName(classes_[pending_])->contract().FindProperty("Office") != nullptr)
+    Late(control.get())->Let("Office", ObjectRef(office_));
+  pending_.clear();
+}
+
+// --- the frame ---
+
+void ScriptPlayer::ShowFrame(const std::string& name) {
+  open_ = name;
+  const ControlClass& contract = FindControlByName(classes_[name])->contract();
+  page_ = contract.pages[0];
+  std::vector<CLSID> pages;
+  for (const std::string_view page : contract.pages) pages.push_back(PageClassId(page));
+  IUnknown* object = controls_[name].get();
+  frame_ = nullptr;
+  waited_ = 0;
+  forms_.clear();
+  FillShadow();
+  byMouse_ = entered_ = false;
+  ++performance_.frames;
+  timer_ = SetTimer(nullptr, 0, kTick, Tick);
+  const HRESULT code =
+      OleCreatePropertyFrame(nullptr, 0, 0, L"Rahmen", 1, &object, static_cast<ULONG>(pages.size()),
+                             pages.data(), 0, 0, nullptr);
+  KillTimer(nullptr, timer_);
+  madePages_.clear();
+  if (FAILED(code)) Fail("the frame did not open");
+}
+
+void CALLBACK ScriptPlayer::Tick(HWND, UINT, UINT_PTR, DWORD) {
+  if (playing_ != nullptr) playing_->Step();
+}
+
+// The forms are made here as well, because only they know where their controls lie.
+Form* ScriptPlayer::Front() {
+  const bool builder = TextOf(GetActiveWindow()) == L"Ausdruck-Assistent";
+  const std::string name = builder ? "frmExpressionBuilder" : page_;
+  auto& form = forms_[name];
+  if (!form && builder) form = std::make_unique<frmExpressionBuilder>();
+  if (!form) form = CreatePage(name);
+  return form.get();
+}
+
+HWND ScriptPlayer::FormInFront() const { return FormIn(GetActiveWindow()); }
+
+HWND ScriptPlayer::Find(const std::string& name) {
+  const FormControl* control = Front()->Find(name);
+  const HWND form = FormInFront();
+  if (control == nullptr || form == nullptr) return nullptr;
+  const POINT wanted = PlaceOf(*control);
+  const int width =
+      ToPixels(control->At().left + control->At().width) - ToPixels(control->At().left);
+  HWND found = nullptr;
+  ForEachInside(form, [&](HWND inside) {
+    RECT at{};
+    GetWindowRect(inside, &at);
+    MapWindowPoints(nullptr, form, reinterpret_cast<POINT*>(&at), 2);
+    const auto near_ = [](LONG a, LONG b) { return a - b >= -1 && a - b <= 1; };
+    if (!near_(at.left, wanted.x) || !near_(at.top, wanted.y) ||
+        !near_(at.right - at.left, width) || !IsWindowVisible(inside))
+      return TRUE;
+    found = inside;
+    return FALSE;
+  });
+  return found;
+}
+
+void ScriptPlayer::Step() {
+  const HWND active = GetActiveWindow();
+  if (active == nullptr) return;
+  if (frame_ == nullptr) {
+    if (TextOf(active).find(L"Rahmen") == std::wstring::npos || FormIn(active) == nullptr) {
+      if (++waited_ > kPatience) Fail("the frame does not come");
+      return;
+    }
+    frame_ = active;
+    waited_ = 0;
+    settled_ = 0;
+  }
+  // The frame has the keyboard first, and hands it on.
+  constexpr int kSettled = 5;
+  if (++settled_ < kSettled) return;
+  const bool over = ended_ || !performance_.failures.empty() || Next() == nullptr;
+  if (active != frame_ && TextOf(active) != L"Ausdruck-Assistent") {
+    if (!AnswerDialog(active)) Fail("a dialog that nobody expected: " + FromWide(TextOf(active)));
+    return;
+  }
+  if (over) {
+    PostMessageW(GetDlgItem(active, IDCANCEL) != nullptr ? GetDlgItem(active, IDCANCEL) : active,
+                 GetDlgItem(active, IDCANCEL) != nullptr ? BM_CLICK : WM_CLOSE, 0, 0);
+    return;
+  }
+  const std::string& what = Next()->words[0];
+  if (what == "open" || what == "reopen" || what == "control") {
+    SendMessageW(GetDlgItem(frame_, IDCANCEL), BM_CLICK, 0, 0);
+    return;
+  }
+  if (what == "focus" && !TabTo(Next()->words[1])) return;
+  const Words words = lines_[at_++].words;
+  Act(words);
+}
+
+// Message boxes, the input prompt and the colour dialog.
+bool ScriptPlayer::AnswerDialog(HWND dialog) {
+  if (GetDlgItem(dialog, 706) != nullptr) {  // the red part of the system's colour dialog
+    if (colors_.empty()) return false;
+    const auto color = colors_.front();
+    colors_.erase(colors_.begin());
+    if (color)
+      for (int part = 0; part < 3; ++part)
+        SetDlgItemInt(dialog, 706 + part,
+                      static_cast<UINT>(std::stoi(
+                          color->substr(1 + 2 * static_cast<std::size_t>(part), 2), nullptr, 16)),
+                      FALSE);
+    SendMessageW(GetDlgItem(dialog, color ? IDOK : IDCANCEL), BM_CLICK, 0, 0);
+    return true;
+  }
+  if (const HWND form = FormIn(dialog)) {  // the prompt
+    if (answers_.empty()) return false;
+    const auto answer = answers_.front();
+    answers_.erase(answers_.begin());
+    const HWND line = FindWindowExW(form, nullptr, WC_EDITW, nullptr);
+    if (answer) TypeInto(line, *answer);
+    PostMessageW(line, WM_KEYDOWN, answer ? VK_RETURN : VK_ESCAPE, 1);
+    return true;
+  }
+  std::string text;
+  for (HWND label = nullptr;
+       (label = FindWindowExW(dialog, label, WC_STATICW, nullptr)) != nullptr;)
+    text += FromWide(TextOf(label));
+  performance_.messages.push_back(text);
+  SendMessageW(FindWindowExW(dialog, nullptr, WC_BUTTONW, nullptr), BM_CLICK, 0, 0);
+  return std::exchange(failing_, std::nullopt).has_value();
+}
+
+// --- what the user does ---
+
+PropertyGrid* ScriptPlayer::GridOf(const std::string& name) {
+  return dynamic_cast<PropertyGrid*>(Front()->Find(name));
+}
+
+// A page of the test's own, filled from the same control, says which rows there are.
+int ScriptPlayer::RowNumber(HWND, const std::string& name, const std::string& row) {
+  PropertyGrid* grid = GridOf(name);
+  if (grid == nullptr) return -1;
+  if (row.starts_with('#')) return std::stoi(row.substr(1));
+  const auto& items = grid->Items();
+  for (std::size_t at = 0; at < items.size(); ++at)
+    if (items[at]->Key() == row || items[at]->Caption() == row) return static_cast<int>(at);
+  return -1;
+}
+
+void ScriptPlayer::ClickRow(const std::string& name, const std::string& row) {
+  const HWND grid = Find(name);
+  if (grid == nullptr) return Fail(name + " does not show");
+  const int number = RowNumber(grid, name, row);
+  if (number < 0) return Fail(name + " has no row " + row);
+  const int height = ToPixels(PropertyGridView::kRowHeight);
+  const int head = GridOf(name)->Caption().empty() ? 0 : height;
+  RECT area{};
+  GetClientRect(grid, &area);
+  SendMessageW(grid, WM_VSCROLL, SB_TOP, 0);
+  for (int turn = 0; turn < 1000; ++turn) {
+    const int top = head + (number - GetScrollPos(grid, SB_VERT)) * height;
+    if (top + height <= area.bottom || turn == 999)
+      return ClickAt(grid, area.right / 4, top + height / 2);
+    SendMessageW(grid, WM_VSCROLL, SB_LINEDOWN, 0);
+  }
+}
+
+// As Windows' frame does it, and Wine's does not: the page sees a key before anybody else.
+void ScriptPlayer::Key(WPARAM key) {
+  const HWND focused = GetFocus();
+  MSG message{focused, WM_KEYDOWN, key, 1, 0, {}};
+  if (GetActiveWindow() == frame_) {
+    if (PageInFront()->TranslateAccelerator(&message) == S_OK) return;
+    // Beyond the last input, the frame's own buttons follow.
+    if (key == VK_TAB) return void(SetFocus(GetDlgItem(frame_, IDOK)));
+  }
+  PostMessageW(focused, WM_KEYDOWN, key, 1);
+}
+
+IPropertyPage* ScriptPlayer::PageInFront() {
+  const auto pages = FindControlByName(classes_[open_])->contract().pages;
+  const auto tab = static_cast<std::size_t>(std::ranges::find(pages, page_) - pages.begin());
+  return madePages_[tab].get();
+}
+
+// By the tab key. True when there.
+bool ScriptPlayer::TabTo(const std::string& name) {
+  constexpr int kMostTabs = 60;
+  const HWND wanted = Find(name);
+  const HWND focused = GetFocus();
+  const bool there = wanted == nullptr || wanted == focused || IsChild(wanted, focused);
+  if ((there && !byMouse_) || ++tabs_ > kMostTabs) {
+    if (tabs_ > kMostTabs) Fail(name + " is not reached by the tab key");
+    tabs_ = 0;
+    return true;
+  }
+  byMouse_ = false;
+  EnterForm() ? void() : Key(VK_TAB);
+  return false;
+}
+
+// Brings the keyboard into the form, if it is not there.
+bool ScriptPlayer::EnterForm() {
+  if (GetActiveWindow() != frame_ || IsChild(FormInFront(), GetFocus())) return false;
+  const auto page = Pointer<IPropertyPage2>::Query(PageInFront());
+  EXPECT_EQ(page->EditProperty(DISPID_UNKNOWN), S_OK);
+  return true;
+}
+
+// Rows that the page has and the control does not yet, for RowNumber.
+void ScriptPlayer::Shadow(const std::string& button) {
+  const auto remove = [this](const char* name) {
+    PropertyGrid* grid = GridOf(name);
+    const PropertyGridItem* item = grid == nullptr ? nullptr : grid->Find(row_);
+    if (item != nullptr) grid->Remove(*item);
+  };
+  if (button == "cmdNew" && !answers_.empty() && answers_.front()) {
+    GridOf("suiAttributes")->Add({.caption = *answers_.front(), .key = *answers_.front()});
+  } else if (button == "cmdDelete") {
+    remove("suiAttributes");
+    remove("suiPickedProducts");
+    row_.clear();
+  } else if (button == "cmdAddProduct") {
+    for (const std::size_t row : gridRows_) {
+      const std::string key = "pprod_" + ToText(table_.rows[row].at("ProductNo"));
+      PropertyGrid* grid = GridOf("suiPickedProducts");
+      if (grid->Find(key) == nullptr) grid->Add({.kind = ItemKind::entry, .key = key});
+    }
+  }
+}
+
+void ScriptPlayer::Act(const Words& words) {
+  const std::string& what = words[0];
+  byMouse_ = byMouse_ || what == "click" || what == "choose" || what == "row" || what == "caret";
+  const auto window = [&]() -> HWND {
+    const HWND found = words.size() > 1 ? Find(words[1]) : nullptr;
+    if (found == nullptr) Fail(what + ": " + (words.size() > 1 ? words[1] : "") + " does not show");
+    return found;
+  };
+  if (what == "expect") return Expect(words);
+  if (what == "apply" || what == "ok" || what == "cancel") {
+    const int button = what == "apply" ? kApply : what == "ok" ? IDOK : IDCANCEL;
+    if (what != "cancel" && !ApplyPages()) return;
+    SendMessageW(GetDlgItem(frame_, button), BM_CLICK, 0, 0);
+  } else if (what == "page") {
+    const auto pages = FindControlByName(classes_[open_])->contract().pages;
+    const auto tab = std::ranges::find(pages, words[1]) - pages.begin();
+    page_ = words[1];
+    FillShadow();
+    SendMessageW(frame_, PSM_SETCURSEL, static_cast<WPARAM>(tab), 0);
+  } else if (what == "focus") {
+    window();  // TabTo has gone there
+  } else if (what == "type") {
+    const HWND focused = GetFocus();
+    if (_wcsicmp(ClassOf(focused).c_str(), WC_EDITW) != 0)
+      return Fail("nothing to type into, but " + FromWide(ClassOf(focused)) + " " +
+                  FromWide(TextOf(focused)));
+    TypeInto(focused, words[1]);
+  } else if (what == "press") {
+    for (std::size_t i = 1; i < words.size(); ++i) {
+      const HWND focused = GetFocus();
+      if (words[i] == "select-all") {
+        SendMessageW(focused, EM_SETSEL, 0, -1);
+      } else if (words[i] == "delete") {
+        if (ClassOf(focused) == kFormClass) Shadow("cmdDelete");
+        SendMessageW(focused, WM_KEYDOWN, VK_DELETE, 1);
+      } else if (words[i] == "end") {
+        SendMessageW(focused, WM_KEYDOWN, VK_END, 1);
+      } else if (words[i] == "escape" && GetActiveWindow() != frame_) {
+        PostMessageW(focused, WM_KEYDOWN, VK_ESCAPE, 1);
+      } else if (words[i] == "tab") {
+        if (!EnterForm() && std::exchange(entered_, true)) Key(VK_TAB);
+      } else {
+        performance_.leftOut.push_back("press " + words[i]);
+        ended_ = true;
+      }
+    }
+  } else if (what == "click") {
+    if (const HWND found = window()) {
+      Shadow(words[1]);
+      SetFocus(found);
+      SendMessageW(found, BM_CLICK, 0, 0);
+    }
+  } else if (what == "choose" && words.size() == 3) {
+    if (const HWND found = window())
+      if (!ChooseText(found, words[2])) Fail(words[1] + " has no row " + words[2]);
+  } else if (what == "choose") {
+    ClickRow(words[1], words[2]);
+    const HWND grid = Find(words[1]);
+    HWND list = FindWindowExW(grid, nullptr, WC_COMBOBOXW, nullptr);
+    if (list == nullptr || !ChooseText(list, words[3])) Fail(words[2] + ": no choice " + words[3]);
+  } else if (what == "row") {
+    row_ = words[2];
+    ClickRow(words[1], words[2]);
+    if (const HWND edit = EditOf(Find(words[1]))) {
+      SetFocus(edit);
+      SendMessageW(edit, EM_SETSEL, 0, -1);
+    }
+  } else if (what == "button") {
+    ClickRow(words[1], words[2]);
+    const HWND button = FindWindowExW(Find(words[1]), nullptr, WC_BUTTONW, nullptr);
+    if (button == nullptr) return Fail(words[2] + " has no button");
+    SendMessageW(button, BM_CLICK, 0, 0);
+  } else if (what == "tab") {
+    if (const HWND tabs = window()) {
+      const auto* control = dynamic_cast<TabControl*>(Front()->Find(words[1]));
+      int tab = 0;
+      for (const FormControl* panel : control->Controls()) {
+        if (dynamic_cast<const TabPanel*>(panel)->Caption() == words[2]) {
+          RECT head{};
+          SendMessageW(tabs, TCM_GETITEMRECT, static_cast<WPARAM>(tab),
+                       reinterpret_cast<LPARAM>(&head));
+          ClickAt(tabs, head.left + 5, (head.top + head.bottom) / 2);
+        }
+        ++tab;
+      }
+    }
+  } else if (what == "caret") {
+    if (const HWND found = window()) {
+      SetFocus(found);
+      const auto caret = static_cast<WPARAM>(std::stoul(words[2]));
+      SendMessageW(EditOf(found), EM_SETSEL, caret, static_cast<LPARAM>(caret));
+    }
+  } else if (what == "rows") {
+    if (const HWND list = window()) {
+      LVITEMW item{};
+      item.stateMask = LVIS_SELECTED;
+      SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1),
+                   reinterpret_cast<LPARAM>(&item));
+      item.state = LVIS_SELECTED;
+      gridRows_.clear();
+      for (std::size_t i = 2; i < words.size(); ++i) gridRows_.push_back(std::stoul(words[i]));
+      for (std::size_t i = 2; i < words.size(); ++i)
+        SendMessageW(list, LVM_SETITEMSTATE, std::stoul(words[i]), reinterpret_cast<LPARAM>(&item));
+    }
+  } else if (what == "double-click") {
+    if (const HWND list = window()) {
+      RECT place{LVIR_BOUNDS, 0, 0, 0};
+      SendMessageW(list, LVM_GETITEMRECT, std::stoul(words[2]), reinterpret_cast<LPARAM>(&place));
+      const int y = (place.top + place.bottom) / 2;
+      gridRows_ = {std::stoul(words[2])};
+      Shadow("cmdAddProduct");
+      ClickAt(list, place.left + 10, y);
+      PostMessageW(list, WM_LBUTTONUP, 0, MAKELPARAM(place.left + 10, y));
+      SendMessageW(list, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(place.left + 10, y));
+    }
+  } else if (what == "answer" || what == "no-answer") {
+    answers_.push_back(what == "answer" ? std::optional(words[1]) : std::nullopt);
+  } else if (what == "color" || what == "no-color") {
+    colors_.push_back(what == "color" ? std::optional(words[1]) : std::nullopt);
+  } else if (what == "fails") {
+    failing_ = words[1];
+    Act({words.begin() + 2, words.end()});
+  } else {
+    performance_.leftOut.push_back(what);
+    ended_ = true;
+  }
+}
+
+// --- what has to be seen ---
+
+bool ScriptPlayer::ExpectOutside(const Words& words) {
+  if (words[1] == "bag") {
+    TestBag bag;
+    EXPECT_EQ(controls_[words[2]]->Save(&bag, FALSE, FALSE), S_OK);
+    std::optional<std::string> stored;
+    for (const auto& [key, value] : bag.entries)
+      if (key == words[3]) stored = value;
+    const auto expected = words.size() > 4 ? std::optional(words[4]) : std::nullopt;
+    ++performance_.checkedBags;
+    if (stored != expected)
+      Fail("the bag holds \"" + stored.value_or("nothing") + "\" under " + words[3]);
+    return true;
+  }
+  if (words[1] == "runtime") {
+    ++performance_.checkedBags;
+    const std::string text = RuntimeText(controls_[words[2]].get());
+    if (text != words[3]) Fail("the runtime text is " + text);
+    return true;
+  }
+  return words[1] == "page" || words[1] == "frame" || words[1] == "prompt" ||
+         words[1] == "preset" || words[1] == "focus";
+}
+
+void ScriptPlayer::Expect(const Words& words) {
+  if (ExpectOutside(words)) {
+    if (words[1] == "page" && words[2] == "changed") {
+      ++performance_.checkedInputs;
+      const bool dirty = PageInFront()->IsPageDirty() == S_OK;
+      if (dirty != (words[3] == "yes")) Fail("the page says otherwise");
+    }
+    return;
+  }
+  const HWND found = words[1].find('/') == std::string::npos ? Find(words[1]) : nullptr;
+  if (found == nullptr) return performance_.leftOut.push_back("expect " + words[1]);
+  const std::string& what = words[2];
+  std::optional<std::string> shown;
+  if (what == "text" && IsPlain(words[3])) shown = FromWide(TextOf(found));
+  if (what == "caption") shown = FromWide(TextOf(found));
+  if (what == "enabled") shown = IsWindowEnabled(found) ? "yes" : "no";
+  if (what == "checked")
+    shown = SendMessageW(found, BM_GETCHECK, 0, 0) == BST_CHECKED ? "yes" : "no";
+  if (what == "choice") shown = std::to_string(SendMessageW(found, CB_GETCURSEL, 0, 0));
+  if (!shown) return performance_.leftOut.push_back("expect " + words[1] + " " + what);
+  ++performance_.checkedInputs;
+  if (*shown != words[3]) Fail(words[1] + " shows \"" + *shown + "\"");
+}
+
+}  // namespace kvo::com

@@ -1,0 +1,137 @@
+// Plays the page scripts of tests/pages/scripts in front of the system's own property frame: the
+// module's pages inside OleCreatePropertyFrame, typed into and clicked by messages to their
+// windows.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/forms/FakeRecordset.h"
+#include "tests/pages/FakeOffice.h"
+#include "tests/windows/com/Host.h"
+
+namespace kvo::com {
+
+struct Performance {
+  std::vector<std::string> failures;  // with their lines
+  std::vector<std::string> leftOut;   // lines that only a form itself could answer
+  std::vector<std::string> messages;  // that were shown
+  int checkedBags = 0;                // `expect bag` and `expect runtime`
+  int checkedInputs = 0;              // texts, checks and states, read from the windows
+  int frames = 0;
+};
+
+class ScriptPlayer {
+ public:
+  explicit ScriptPlayer(std::string_view script);
+  ScriptPlayer(const ScriptPlayer&) = delete;
+  ScriptPlayer& operator=(const ScriptPlayer&) = delete;
+  ~ScriptPlayer();
+
+  // A script that goes where the system's frame cannot follow, such as to another selection, ends
+  // there.
+  Performance Play();
+
+ private:
+  using Words = std::vector<std::string>;
+  // Stands for ADO's recordsets, whose rows cannot be read under Wine.
+  class Recordsets final : public OnStack<IClassFactory> {
+   public:
+    explicit Recordsets(FakeTable& table) : table_(table) {}
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid,
+                                             void** object) noexcept override;
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL) noexcept override { return S_OK; }
+
+   private:
+    FakeTable& table_;
+  };
+  // Makes the module's pages, and remembers those of the frame that is open.
+  class Pages final : public OnStack<IClassFactory> {
+   public:
+    Pages(std::string_view name, std::vector<Pointer<IPropertyPage>>& made)
+        : real_(Dll::Get().Factory(name)), made_(made) {}
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid,
+                                             void** object) noexcept override;
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL) noexcept override { return S_OK; }
+
+   private:
+    Pointer<IClassFactory> real_;
+    std::vector<Pointer<IPropertyPage>>& made_;
+  };
+  struct Line {
+    std::size_t number;
+    Words words;
+  };
+
+  const Line* Next() const { return at_ < lines_.size() ? &lines_[at_] : nullptr; }
+  void Fail(const std::string& what);
+  // Outside of a frame.
+  void Prepare(const Words& words);
+  void LoadPending();
+  void ShowFrame(const std::string& name);
+  // What Windows' frame does when its OK or its apply button is pressed, and Wine's leaves out: the
+  // changed pages are applied in the order of their tabs. False when one of them fails.
+  bool ApplyPages();
+  // While a frame is open; called again and again, also by the loops of modal dialogs.
+  static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD);
+  void Step();
+  bool AnswerDialog(HWND dialog);
+  void Act(const Words& words);
+  void Expect(const Words& words);
+  bool ExpectOutside(const Words& words);
+
+  // The form that is in front, and its window.
+  Form* Front();
+  HWND FormInFront() const;
+  HWND Find(const std::string& name);
+  PropertyGrid* GridOf(const std::string& name);
+  void Key(WPARAM key);
+  IPropertyPage* PageInFront();
+  bool TabTo(const std::string& name);
+  bool EnterForm();
+  void FillShadow();
+  void Shadow(const std::string& button);
+  void ClickRow(const std::string& grid, const std::string& row);
+  int RowNumber(HWND grid, const std::string& name, const std::string& row);
+
+  std::vector<Line> lines_;
+  std::size_t at_ = 0;
+  Performance performance_;
+  std::map<std::string, Pointer<IPersistPropertyBag>> controls_;
+  std::map<std::string, std::string> classes_;
+  std::string pending_;
+  TestBag pendingBag_;
+  FakeTable table_;
+  Recordsets recordsets_{table_};
+  DWORD recordsetsCookie_ = 0;
+  std::shared_ptr<FakeConnection> connection_ = std::make_shared<FakeConnection>();
+  std::shared_ptr<FakeOffice> office_ = std::make_shared<FakeOffice>();
+  Pointer<IDispatch> officeOutside_;
+
+  std::vector<Pointer<IPropertyPage>> madePages_;
+  std::vector<std::unique_ptr<Pages>> pageFactories_;
+  std::vector<DWORD> pageCookies_;
+
+  std::string open_;  // whose pages show
+  std::string page_;  // the class of the one in front
+  HWND frame_ = nullptr;
+  int settled_ = 0;
+  bool ended_ = false;  // the script went where it cannot be followed
+  int waited_ = 0;
+  int tabs_ = 0;
+  bool byMouse_ = false;                // the last input was entered by the mouse
+  bool entered_ = false;                // the form was entered by the tab key
+  std::string row_;                     // the one that was clicked last
+  std::vector<std::size_t> gridRows_;   // those that are selected in a data grid
+  std::optional<std::string> failing_;  // `fails`: what the message must be about
+  std::vector<std::optional<std::string>> answers_;
+  std::vector<std::optional<std::string>> colors_;
+  std::map<std::string, std::unique_ptr<Form>> forms_;  // for where their controls lie
+  UINT_PTR timer_ = 0;
+  static ScriptPlayer* playing_;
+};
+
+}  // namespace kvo::com

@@ -1,0 +1,41 @@
+// The page scripts in front of the system's property frame, and the controls' own way to it.
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "tests/windows/com/ScriptPlayer.h"
+
+namespace kvo::com {
+namespace {
+
+std::filesystem::path ScriptFolder() {
+  return std::filesystem::path(KVO_SOURCE_DIR) / "tests/pages/scripts";
+}
+
+std::vector<std::string> ScriptNames() {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(ScriptFolder()))
+    names.push_back(entry.path().stem().string());
+  std::ranges::sort(names);
+  return names;
+}
+
+class FrameScripts : public ModuleTest, public testing::WithParamInterface<std::string> {};
+
+TEST_P(FrameScripts, EndAsTheySay) {
+  std::ifstream file(ScriptFolder() / (GetParam() + ".txt"));
+  std::stringstream script;
+  script << file.rdbuf();
+  Performance performance = ScriptPlayer(script.str()).Play();
+  for (const std::string& failure : performance.failures) ADD_FAILURE() << failure;
+  for (const std::string& left : performance.leftOut) RecordProperty("left out", left);
+  EXPECT_GT(performance.frames, 0);
+  EXPECT_GT(performance.checkedBags + performance.checkedInputs, 0);
+  std::printf("%d frames, %d bags, %d inputs; left out %zu\n", performance.frames,
+              performance.checkedBags, performance.checkedInputs, performance.leftOut.size());
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, FrameScripts, testing::ValuesIn(ScriptNames()), ParameterName);
+
+}  // namespace
+}  // namespace kvo::com

@@ -1,0 +1,78 @@
+#include "tests/windows/com/Host.h"
+
+#include <psapi.h>  // behind windows.h
+
+namespace kvo::com {
+namespace {
+
+class Lifetime : public ModuleTest {};
+
+std::size_t HeapInUse() {
+  PROCESS_MEMORY_COUNTERS counters{};
+  GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+  return counters.PagefileUsage;
+}
+
+void Cycle(std::string_view name) {
+  const auto control = Dll::Get().Make<IPersistPropertyBag>(name);
+  TestBag bag(
+      std::vector<TestBag::Entry>{{"value", std::string(1000, 'x')}, {"format", "#,##0.00"}});
+  ASSERT_EQ(control->Load(&bag, nullptr), S_OK);
+  RuntimeText(control.get());
+  TestBag stored;
+  ASSERT_EQ(control->Save(&stored, TRUE, FALSE), S_OK);
+}
+
+TEST_F(Lifetime, TenThousandCyclesLeaveNothing) {
+  constexpr int kCycles = 10'000;
+  const auto controls = RegisteredControls();
+  for (const RegisteredControl& control : controls) Cycle(control.contract().name);
+  const std::size_t before = HeapInUse();
+  for (int cycle = 0; cycle < kCycles; ++cycle)
+    Cycle(controls[static_cast<std::size_t>(cycle) % controls.size()].contract().name);
+  EXPECT_TRUE(Dll::Get().CanUnload());
+  // A kilobyte for each cycle would be ten megabytes.
+  EXPECT_LT(HeapInUse(), before + (4u << 20));
+}
+
+TEST_F(Lifetime, PagesLeaveNothingEither) {
+  for (int cycle = 0; cycle < 100; ++cycle)
+    for (const RegisteredPage& page : RegisteredPages())
+      ASSERT_TRUE(Dll::Get().Make<IPropertyPage2>(page.name));
+  EXPECT_TRUE(Dll::Get().CanUnload());
+}
+
+TEST_F(Lifetime, AnUnloadedModuleIsGoneAndComesBack) {
+  const HMODULE module = LoadLibraryW(Dll::Get().Path().c_str());
+  ASSERT_NE(module, nullptr);
+  // A second copy under another name is a module of its own, and can go.
+  const std::wstring copy = Dll::Get().Path() + L".copy.dll";
+  ASSERT_TRUE(CopyFileW(Dll::Get().Path().c_str(), copy.c_str(), FALSE));
+  for (int round = 0; round < 3; ++round) {
+    const HMODULE loaded = LoadLibraryW(copy.c_str());
+    ASSERT_NE(loaded, nullptr);
+    const auto getClass = reinterpret_cast<HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**)>(
+        reinterpret_cast<void*>(GetProcAddress(loaded, "DllGetClassObject")));
+    const auto canUnload = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
+        reinterpret_cast<void*>(GetProcAddress(loaded, "DllCanUnloadNow")));
+    {
+      Pointer<IClassFactory> factory;
+      ASSERT_EQ(getClass(ClassIdOf("DTCIf"), IID_IClassFactory,
+                         reinterpret_cast<void**>(factory.Receive())),
+                S_OK);
+      Pointer<IUnknown> control;
+      ASSERT_EQ(factory->CreateInstance(nullptr, IID_IUnknown,
+                                        reinterpret_cast<void**>(control.Receive())),
+                S_OK);
+      EXPECT_EQ(canUnload(), S_FALSE);
+    }
+    EXPECT_EQ(canUnload(), S_OK);
+    EXPECT_TRUE(FreeLibrary(loaded));
+    EXPECT_EQ(GetModuleHandleW(copy.c_str()), nullptr);
+  }
+  DeleteFileW(copy.c_str());
+  FreeLibrary(module);
+}
+
+}  // namespace
+}  // namespace kvo::com
