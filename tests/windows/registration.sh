@@ -1,0 +1,221 @@
+#!/bin/bash
+# registration.sh DLL: regsvr32 writes what it should, once or twice, for the machine and for the
+# user, and regsvr32 /u leaves the registry as it was. In a Wine prefix of its own, which is made
+# anew. The names and ids come from tests/golden/classes.txt.
+set -u
+here=$(cd "$(dirname "$0")" && pwd)
+if [ $# -ne 1 ]; then
+  echo "registration.sh DLL" >&2
+  exit 2
+fi
+windows_path() { printf 'Z:%s' "$(realpath "$1" | tr / '\\')"; }
+dll=$(windows_path "$1")
+folder=${dll%\\*}
+classes=$here/../golden/classes.txt
+
+work=$(mktemp -d)
+export KVO_WINE_PREFIX=$work/prefix
+# Only what this prefix started is ended.
+end() {
+  WINEPREFIX=$KVO_WINE_PREFIX PATH="$PATH:/usr/lib/wine" wineserver -k >/dev/null 2>&1
+  rm -rf "$work"
+}
+trap end EXIT
+
+failures=0
+checks=0
+complain() {
+  failures=$((failures + 1))
+  echo "$*"
+}
+wine() { "$here/under-wine.sh" "$@" </dev/null; }
+
+# export_classes NAME: both roots of classes into NAME.machine and NAME.user, in UTF-8. Windows has
+# no user's classes until somebody registers one, and may then keep an empty key.
+export_classes() {
+  local root file
+  for root in machine:HKLM user:HKCU; do
+    file=$work/$1.${root%%:*}
+    rm -f "$file.reg"
+    wine reg add "${root#*:}\\Software\\Classes" /f >/dev/null
+    wine reg export "${root#*:}\\Software\\Classes" "Z:${file//\//\\}.reg" /y >/dev/null
+    if ! iconv -f utf-16 -t utf-8 "$file.reg" | tr -d '\r' >"$file" || ! [ -s "$file" ]; then
+      complain "The registry could not be exported: $file"
+    fi
+  done
+}
+
+# same A B: both exports are the same to the byte.
+same() {
+  local root
+  for root in machine user; do
+    checks=$((checks + 1))
+    cmp -s "$work/$1.$root" "$work/$2.$root" || {
+      complain "$2: the $root's classes are not as $1:"
+      diff "$work/$1.$root" "$work/$2.$root" | head -n 10
+    }
+  done
+}
+
+regsvr() {
+  checks=$((checks + 1))
+  wine regsvr32 /s "$@" "$dll" || complain "regsvr32 $* failed: $?"
+}
+
+# flatten NAME: NAME.machine.flat and NAME.user.flat, a line for each key and each value: the key in
+# small letters, a tab, and what reg writes about the value.
+flatten() {
+  local root
+  for root in machine user; do
+    awk '/^\[/ { key = tolower($0) } /^\[/ || /^["@]/ { print key "\t" (/^\[/ ? "" : $0) }' \
+      "$work/$1.$root" >"$work/$1.$root.flat"
+  done
+}
+
+small() { printf '%s' "$1" | tr '[:upper:]' '[:lower:]'; }
+
+# expect FILE ROOT KEY NAME TEXT: a text under a key; "@" is the key's own.
+expect() {
+  local value="$4"
+  [ "$4" = @ ] || value="\"$4\""
+  checks=$((checks + 1))
+  grep -qxF "$(small "[$2\\Software\\Classes\\$3]")"$'\t'"$value=\"${5//\\/\\\\}\"" "$1" ||
+    complain "missing in $3: $value=\"$5\""
+}
+
+expect_key() {
+  checks=$((checks + 1))
+  grep -qxF "$(small "[$2\\Software\\Classes\\$3]")"$'\t' "$1" || complain "missing key: $3"
+}
+
+expect_no_key() {
+  checks=$((checks + 1))
+  ! grep -qxF "$(small "[$2\\Software\\Classes\\$3]")"$'\t' "$1" ||
+    complain "key that should not be: $3"
+}
+
+# "NAME ID" of each control and each page, in the order of the list of classes.
+registered_classes() {
+  local page
+  sed -n 's/^\(DTC[A-Za-z]*\) \({.*}\)$/\1 \2/p' "$classes"
+  for page in $(sed -n 's/^    \(prop[A-Za-z]*\)$/\1/p' "$classes" | sort -u); do
+    echo "$page $(sed -n "s/^    KVO_PAGE($page, *\"\({.*}\)\").*/\1/p" "$list")"
+  done
+}
+
+# library_id NAME: the id behind a constant of the list of classes.
+library_id() {
+  sed -n "/ $1 =/,/;/p" "${list%.cpp}.h" | grep -o '{[0-9A-F-]\{36\}}' | head -n 1
+}
+
+list=$here/../../host/registration/classes.cpp
+resources=$here/../../host/com/Resources.h
+first_bitmap=$(sed -n 's/.*kFirstToolboxBitmap = \([0-9]*\);/\1/p' "$resources")
+library=$(library_id kLibrary)
+framework=$(library_id kFramework)
+contract=$(library_id kRuntimeTextInterfaceId)
+category='{40FC6ED4-2438-11CF-A3DB-080036F12502}'
+
+# expect_all EXPORT ROOT: everything of all classes.
+expect_all() {
+  local file=$1 root=$2 name id bitmap=0 controls=0 pages=0 key
+  while read -r name id; do
+    key="CLSID\\$id"
+    expect "$file" "$root" "$key" @ "KVOPDesignObjects.$name"
+    expect "$file" "$root" "$key\\InprocServer32" @ "$dll"
+    expect "$file" "$root" "$key\\InprocServer32" ThreadingModel Apartment
+    expect "$file" "$root" "$key\\ProgID" @ "KVOPDesignObjects.$name"
+    expect "$file" "$root" "$key\\TypeLib" @ "$library"
+    expect "$file" "$root" "$key\\Version" @ 1.0
+    expect "$file" "$root" "KVOPDesignObjects.$name" @ "KVOPDesignObjects.$name"
+    expect "$file" "$root" "KVOPDesignObjects.$name\\CLSID" @ "$id"
+    case "$name" in
+      DTC*)
+        controls=$((controls + 1))
+        expect_key "$file" "$root" "$key\\Control"
+        expect_key "$file" "$root" "$key\\Implemented Categories\\$category"
+        expect "$file" "$root" "$key\\MiscStatus" @ 0
+        expect "$file" "$root" "$key\\MiscStatus\\1" @ 131473
+        expect "$file" "$root" "$key\\ToolboxBitmap32" @ "$dll, $((first_bitmap + bitmap))"
+        expect "$file" "$root" "$key\\Verb\\1" @ 'Eigenschaften...,0,2'
+        bitmap=$((bitmap + 1))
+        ;;
+      *)
+        pages=$((pages + 1))
+        expect_no_key "$file" "$root" "$key\\Control"
+        ;;
+    esac
+  done < <(registered_classes)
+  checks=$((checks + 1))
+  [ "$controls.$pages" = 12.13 ] ||
+    complain "expected 12 controls and 13 pages, got $controls and $pages"
+  key="TypeLib\\$library\\1.0"
+  expect "$file" "$root" "$key" @ KVOPDesignObjects
+  expect "$file" "$root" "$key\\0\\win64" @ "$dll\\1"
+  expect "$file" "$root" "$key\\FLAGS" @ 0
+  expect "$file" "$root" "$key\\HELPDIR" @ "$folder"
+  key="TypeLib\\$framework\\1.0"
+  expect "$file" "$root" "$key" @ DTCFramework
+  expect "$file" "$root" "$key\\0\\win64" @ "$dll\\2"
+  key="Interface\\$contract"
+  expect "$file" "$root" "$key" @ IProvideRuntimeText
+  expect "$file" "$root" "$key\\ProxyStubClsid32" @ '{00020424-0000-0000-C000-000000000046}'
+  expect "$file" "$root" "$key\\TypeLib" @ "$framework"
+  expect "$file" "$root" "$key\\TypeLib" Version 1.0
+}
+
+# round ROOT HIVE OPTION...: registers once and again, checks, unregisters.
+round() {
+  local root=$1 hive=$2
+  shift 2
+  export_classes "before-$root"
+  regsvr "$@"
+  export_classes "once-$root"
+  flatten "once-$root"
+  expect_all "$work/once-$root.$root.flat" "$hive"
+  regsvr "$@"
+  export_classes "twice-$root"
+  same "once-$root" "twice-$root"
+  # The other root is left alone.
+  local other=user
+  [ "$root" = machine ] || other=machine
+  checks=$((checks + 1))
+  cmp -s "$work/before-$root.$other" "$work/once-$root.$other" ||
+    complain "registering for the $root changed the $other's classes"
+  checks=$((checks + 1))
+  ! cmp -s "$work/before-$root.$root" "$work/once-$root.$root" ||
+    complain "registering for the $root changed nothing"
+  regsvr /u "$@"
+  export_classes "after-$root"
+  same "before-$root" "after-$root"
+  # Nothing to remove is no failure.
+  regsvr /u "$@"
+}
+
+# What programs of the other kind (32 bit) find under the same keys stays until their module goes.
+shared_stays() {
+  local name id file=$work/shared.machine.flat root=HKEY_LOCAL_MACHINE
+  local other="TypeLib\\$library\\1.0\\0\\win32"
+  export_classes before-shared
+  regsvr
+  wine reg add "HKLM\\Software\\Classes\\$other" /ve /d other.dll /f >/dev/null
+  regsvr /u
+  export_classes shared
+  flatten shared
+  while read -r name id; do
+    expect "$file" "$root" "KVOPDesignObjects.$name\\CLSID" @ "$id"
+    expect_no_key "$file" "$root" "CLSID\\$id"
+  done < <(registered_classes)
+  expect "$file" "$root" "$other" @ other.dll
+  expect_no_key "$file" "$root" "TypeLib\\$library\\1.0\\0\\win64"
+  wine reg delete "HKLM\\Software\\Classes\\$other" /f >/dev/null
+  regsvr /u
+  export_classes after-shared
+  same before-shared after-shared
+}
+
+round machine HKEY_LOCAL_MACHINE
+shared_stays
+round user HKEY_CURRENT_USER /n /i:user
+echo "registration: $checks checks, $failures failures"
+[ "$failures" -eq 0 ]

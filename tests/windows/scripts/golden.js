@@ -1,0 +1,265 @@
+// The golden pairs through automation, as golden.vbs has them; here members are reached by name.
+//   cscript //nologo golden.js
+var fso = new ActiveXObject("Scripting.FileSystemObject");
+var here = fso.GetParentFolderName(WScript.ScriptFullName);
+var golden = fso.GetParentFolderName(fso.GetParentFolderName(here)) + "\\golden";
+var failures = 0;
+WScript.Quit(compareAll());
+
+function compareAll() {
+  var classes = readClasses();
+  var rules = readRules(classes);
+  var unreachable = readUnreachable();
+  var checked = {}, found = {}, pairs = allPairs(), reached = 0, name, i;
+  for (i = 0; i < pairs.length; ++i) {
+    var pair = pairs[i], className = pair.split("/")[0];
+    if (!classes[className]) continue;  // not of a class
+    found[pair] = true;
+    if (unreachable[pair]) {
+      if (compare(classes[className], rules, pair, false))
+        fail(pair, "is listed in unreachable.txt", "but the runtime text matches");
+      continue;
+    }
+    compare(classes[className], rules, pair, true);
+    checked[className] = true;
+    ++reached;
+  }
+  for (name in classes)
+    if (!checked[name]) fail(name, "at least one pair that properties reach", "none");
+  for (name in unreachable)
+    if (!found[name]) fail(name, "a golden pair, as unreachable.txt says", "there is none");
+  WScript.Echo("JScript: " + reached + " of " + count(found) + " golden pairs compared, " +
+               failures + " failures");
+  return failures === 0 ? 0 : 1;
+}
+
+// --- one pair ---
+
+// Whether the runtime text is as it should be. What is wrong is told only when `loud`.
+function compare(contract, rules, pair, loud) {
+  var control = new ActiveXObject("KVOPDesignObjects." + contract.name);
+  var folder = golden + "\\" + pair.replace("/", "\\");
+  var bag = readBag(folder + "\\bag.txt"), key, i;
+  var stored = fso.FileExists(folder + "\\stored.txt") ? readBag(folder + "\\stored.txt") : null;
+  for (key in bag)
+    if (!contract.keys[key]) fail(pair, "a key of the class", key);
+  for (i = 0; i < contract.keyOrder.length; ++i) {
+    key = contract.keyOrder[i];
+    var rule = ruleOf(contract, rules, key);
+    if (rule.property === "-") continue;
+    var defaults = contract.keys[key];
+    var value = own(bag, key) ? bag[key] : defaults.read;
+    var assigned = assignedValue(rule.storedAs, value, defaults.read);
+    // Names in any case.
+    control[rule.property.toUpperCase()] = assigned;
+    if (!loud) continue;
+    // What comes back is what was assigned, or what the setter has made of it and stores.
+    var expected = assigned;
+    if (rule.storedAs === "as-is" && stored)
+      expected = own(stored, key) ? stored[key] : defaults.write;
+    checkReading(control, rule.property, contract.properties[rule.property], expected, pair);
+  }
+  var runtime = fromUtf8(readBytes(folder + "\\runtime.html"));
+  var actual = control.GetRuntimeText();
+  if (loud && actual !== runtime) fail(pair, runtime, actual);
+  return actual === runtime;
+}
+
+function checkReading(control, property, kind, expected, pair) {
+  if (kind === "flag") expected = flagOf(expected);
+  if (kind === "integer") expected = Number(expected);
+  var actual = control[property.toLowerCase()];
+  if (actual !== expected)
+    fail(pair + " " + property, typeof expected + " " + expected, typeof actual + " " + actual);
+}
+
+// What an assignment to a flag makes of a value.
+function flagOf(value) {
+  if (typeof value === "boolean") return value;
+  if (/^true$/i.test(value)) return true;
+  if (/^false$/i.test(value)) return false;
+  return Number(value) !== 0;
+}
+
+// The value to assign for a stored text.
+function assignedValue(storedAs, value, readDefault) {
+  if (storedAs === "as-is") return value;
+  if (storedAs === "tokens") return decodeTokens(value);
+  // Any text but the other word leaves a flag at what is the default.
+  var words = storedAs.split("/");
+  return readDefault === words[0] ? value !== words[1] : value === words[0];
+}
+
+function ruleOf(contract, rules, key) {
+  return rules[contract.name + " " + key] ||
+         {property: plainProperty(contract, key), storedAs: "as-is"};
+}
+
+function plainProperty(contract, key) {
+  var letters = key.replace(/-/g, "").toLowerCase();
+  for (var name in contract.properties)
+    if (name.toLowerCase() === letters) return name;
+  return "";
+}
+
+function decodeTokens(value) {
+  return value.replace(/kv:@lt;/g, "<").replace(/kv:@gt;/g, ">").replace(/kv:@quot;/g, "\"")
+              .replace(/kv:@amp;/g, "&").replace(/kv:@br;/g, "\r\n");
+}
+
+// --- files ---
+
+// Every "CLASS/PAIR" with a bag.
+function allPairs() {
+  // Not with an Enumerator over SubFolders: Wine's has no way to begin anew, which that needs.
+  var list = fso.GetSpecialFolder(2).Path + "\\" + fso.GetTempName();
+  var command = "cmd /c dir /b /s /a-d \"" + golden + "\\bag.txt\" > \"" + list + "\"";
+  new ActiveXObject("WScript.Shell").Run(command, 0, true);
+  var lines = linesOf(list), pairs = [];
+  fso.DeleteFile(list);
+  for (var i = 0; i < lines.length; ++i) {
+    var parts = lines[i].split("\\");
+    if (parts.length > 3) pairs.push(parts[parts.length - 3] + "/" + parts[parts.length - 2]);
+  }
+  return pairs;
+}
+
+function readClasses() {
+  var classes = {}, current = null, section = "", lines = linesOf(golden + "\\classes.txt");
+  for (var i = 0; i < lines.length; ++i) {
+    var line = lines[i];
+    if (line === "") {
+      section = "";
+    } else if (line.charAt(0) !== " ") {
+      current = {name: line.split(" ")[0], properties: {}, keys: {}, keyOrder: []};
+      classes[current.name] = current;
+    } else if (line.substr(0, 4) !== "    ") {
+      section = line.split(":")[0];
+    } else if (section === "  properties") {
+      var words = wordsOf(line);
+      current.properties[words[1]] = words[2];
+    } else if (section === "  keys") {
+      var quoted = line.split("\"");
+      var key = wordsOf(quoted[0])[0];
+      current.keys[key] = {read: quoted[1], write: quoted.length > 3 ? quoted[3] : ""};
+      current.keyOrder.push(key);
+    }
+  }
+  return classes;
+}
+
+function readRules(classes) {
+  var rules = {}, entries = entriesOf(here + "\\keys.txt"), name, key;
+  for (var i = 0; i < entries.length; ++i) {
+    var words = wordsOf(entries[i]);
+    var contract = classes[words[0]];
+    if (!contract.keys[words[1]]) fail("keys.txt", "a key of " + words[0], words[1]);
+    if (words[2] !== "-" && !contract.properties[words[2]])
+      fail("keys.txt", "a property of " + words[0], words[2]);
+    if (words[2] === plainProperty(contract, words[1]) && words[3] === "as-is")
+      fail("keys.txt", "only what is not plain", entries[i]);
+    rules[words[0] + " " + words[1]] = {property: words[2], storedAs: words[3]};
+  }
+  for (name in classes)
+    for (key in classes[name].keys)
+      if (ruleOf(classes[name], rules, key).property === "") {
+        fail("keys.txt", "a line for " + name + " " + key, "none");
+        rules[name + " " + key] = {property: "-", storedAs: "as-is"};
+      }
+  return rules;
+}
+
+function readUnreachable() {
+  var pairs = {}, entries = entriesOf(here + "\\unreachable.txt");
+  for (var i = 0; i < entries.length; ++i) pairs[entries[i].split(":")[0]] = true;
+  return pairs;
+}
+
+// A line per key, "key=value"; \r \n \t \\ stand for themselves.
+function readBag(path) {
+  var bag = {}, lines = linesOf(path);
+  for (var i = 0; i < lines.length; ++i) {
+    var equals = lines[i].indexOf("=");
+    if (equals > 0) bag[lines[i].substr(0, equals)] = unescapeText(lines[i].substr(equals + 1));
+  }
+  return bag;
+}
+
+function unescapeText(text) {
+  var plain = "";
+  for (var i = 0; i < text.length; ++i) {
+    var c = text.charAt(i);
+    if (c === "\\" && i + 1 < text.length) {
+      c = text.charAt(++i);
+      c = c === "r" ? "\r" : c === "n" ? "\n" : c === "t" ? "\t" : c;
+    }
+    plain += c;
+  }
+  return plain;
+}
+
+function wordsOf(line) {
+  return line.replace(/^ +/, "").replace(/ +$/, "").split(/ +/);
+}
+
+function linesOf(path) {
+  return fromUtf8(readBytes(path)).replace(/\r/g, "").split("\n");
+}
+
+// The lines of a list, without comments and blank lines.
+function entriesOf(path) {
+  var lines = linesOf(path), entries = [];
+  for (var i = 0; i < lines.length; ++i)
+    if (lines[i] !== "" && lines[i].charAt(0) !== "#") entries.push(lines[i]);
+  return entries;
+}
+
+// A character per byte, as the system's code page (1252) has it.
+function readBytes(path) {
+  var file = fso.OpenTextFile(path);
+  var bytes = file.AtEndOfStream ? "" : file.ReadAll();
+  file.Close();
+  return bytes;
+}
+
+function fromUtf8(bytes) {
+  // What code page 1252 has from 0x80 to 0x9F.
+  var upper = "\u20AC\x81\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\x8D" +
+              "\u017D\x8F\x90\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A" +
+              "\u0153\x9D\u017E\u0178";
+  var text = "", i = 0;
+  function next() {
+    var c = bytes.charAt(i++), at = upper.indexOf(c);
+    return at < 0 ? c.charCodeAt(0) : 0x80 + at;
+  }
+  while (i < bytes.length) {
+    var first = next();
+    if (first >= 0xF0) throw new Error("a character beyond the first plane");
+    var more = first >= 0xE0 ? 2 : first >= 0x80 ? 1 : 0;
+    var code = more === 2 ? first & 0x0F : more === 1 ? first & 0x1F : first;
+    for (; more > 0; --more) code = code * 64 + (next() & 0x3F);
+    text += String.fromCharCode(code);
+  }
+  return text;
+}
+
+// --- what is wrong ---
+
+function own(object, name) {
+  return Object.prototype.hasOwnProperty.call(object, name);
+}
+
+function count(object) {
+  var number = 0;
+  for (var name in object) ++number;
+  return number;
+}
+
+function fail(where, expected, actual) {
+  ++failures;
+  WScript.Echo(where + ": expected [" + shown(expected) + "], got [" + shown(actual) + "]");
+}
+
+function shown(value) {
+  return String(value).replace(/\r/g, "\\r").replace(/\n/g, "\\n").replace(/\t/g, "\\t");
+}
