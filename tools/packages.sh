@@ -38,3 +38,10 @@ editor_packages=(qt6-base-dev qt6-webengine-dev libqt6svg6 qt6-translations-l10n
 # server of the tests' own. SOCI's headers include Boost's.
 test_packages=(libgtest-dev clang-format-14 sqlite3 libsoci-dev libboost-dev
   libsqlite3-dev postgresql)
+# What it takes to build the Windows component: the cross compiler, the compiler of type libraries,
+# and from Wine the type library of automation. ./run windows builds for 32 bit as well.
+windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools libwine)
+windows_x86_packages=(g++-mingw-w64-i686-posix)
+# What it takes to test it: Wine without its 32-bit half, with a screen, a German locale and Tahoma.
+# GoogleTest's sources are built for Windows.
+windows_test_packages=(wine64 fonts-wine xvfb locales googletest)
