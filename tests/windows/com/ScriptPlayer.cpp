@@ -192,6 +192,8 @@ Performance ScriptPlayer::Play() {
     Prepare(line->words);
   }
   controls_.clear();
+  performance_.opened = table_.opened;
+  performance_.connection = connection_;
   return std::move(performance_);
 }
 

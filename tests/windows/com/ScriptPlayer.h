@@ -22,6 +22,8 @@ struct Performance {
   int checkedBags = 0;                // `expect bag` and `expect runtime`
   int checkedInputs = 0;              // texts, checks and states, read from the windows
   int frames = 0;
+  std::vector<FakeTable::Opened> opened;  // recordsets
+  ObjectRef connection;                   // of the shop, as the office has it
 };
 
 class ScriptPlayer {

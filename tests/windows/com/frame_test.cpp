@@ -31,6 +31,14 @@ TEST_P(FrameScripts, EndAsTheySay) {
   for (const std::string& left : performance.leftOut) RecordProperty("left out", left);
   EXPECT_GT(performance.frames, 0);
   EXPECT_GT(performance.checkedBags + performance.checkedInputs, 0);
+  if (GetParam() == "propProdListPicker") {
+    // As the page has to open its recordset: on the office's own connection.
+    ASSERT_FALSE(performance.opened.empty());
+    const FakeTable::Opened& first = performance.opened.front();
+    EXPECT_EQ(first.source, "SELECT ProductNo, Desc1, Desc2 FROM Products");
+    EXPECT_EQ(first.connection, Variant(performance.connection));
+    EXPECT_EQ(first.numbers, (std::vector<Variant>{2, 1, -1}));
+  }
   std::printf("%d frames, %d bags, %d inputs; left out %zu\n", performance.frames,
               performance.checkedBags, performance.checkedInputs, performance.leftOut.size());
 }
