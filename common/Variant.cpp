@@ -1,5 +1,6 @@
 #include "common/Variant.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -21,6 +22,21 @@ std::optional<double> ParseHexadecimal(std::string_view digits) {
   if (error == std::errc::result_out_of_range) return std::numeric_limits<double>::infinity();
   if (error != std::errc()) return std::nullopt;
   return static_cast<std::int32_t>(bits);
+}
+
+// Of a number that no double holds, as from_chars reads it: whether it is too large, not too small.
+// Its first digit decides: whether the exponent moves it in front of the point.
+bool IsTooLarge(std::string_view plain) {
+  const std::string_view mantissa = plain.substr(0, plain.find('e'));
+  std::string_view exponent = plain.substr(mantissa.size());
+  for (const char c : {'e', '+'})
+    if (exponent.starts_with(c)) exponent.remove_prefix(1);
+  std::int64_t places = 0;
+  const auto read = std::from_chars(exponent.data(), exponent.data() + exponent.size(), places);
+  if (read.ec == std::errc::result_out_of_range) return !exponent.starts_with('-');
+  const auto first = static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
+  const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
+  return places > first - point;
 }
 
 [[noreturn]] void NoConversion(const Variant& value) {
@@ -84,8 +100,10 @@ std::optional<double> ParseNumber(std::string_view text) {
 
   double number = 0;
   const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), number);
-  if (error == std::errc::result_out_of_range)
-    return plain.find("e-") != std::string::npos ? 0.0 : std::numeric_limits<double>::infinity();
+  if (error == std::errc::result_out_of_range) {
+    const double beyond = IsTooLarge(plain) ? std::numeric_limits<double>::infinity() : 0.0;
+    return plain.starts_with('-') ? -beyond : beyond;
+  }
   if (error != std::errc() || end != plain.data() + plain.size()) return std::nullopt;
   return number;
 }

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <string>
+
 #include "common/Object.h"
 #include "common/RuntimeError.h"
 #include "tests/core/Conversions.h"
@@ -20,6 +23,22 @@ TEST_P(WholeNumber, FromGermanText) {
   }
 }
 INSTANTIATE_TEST_SUITE_P(Table, WholeNumber, testing::ValuesIn(kWholeNumbers));
+
+TEST(ParseNumber, BeyondAllMeasureIsInfiniteAndTooSmallIsNothing) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  const std::string zeros(400, '0');
+  EXPECT_EQ(ParseNumber("1" + zeros), kInfinity);
+  EXPECT_EQ(ParseNumber("-1" + zeros), -kInfinity);
+  EXPECT_EQ(ParseNumber("1" + zeros + "e-1"), kInfinity);
+  EXPECT_EQ(ParseNumber("1e999999999999999999999"), kInfinity);
+  EXPECT_EQ(ParseNumber("10e9223372036854775807"), kInfinity);
+  EXPECT_EQ(ParseNumber("0," + zeros + "1"), 0);
+  EXPECT_EQ(ParseNumber("0," + zeros + "1e1"), 0);
+  EXPECT_EQ(ParseNumber("1e-999999999999999999999"), 0);
+  EXPECT_EQ(ParseNumber("0e999"), 0);
+  EXPECT_EQ(ParseNumber("1" + zeros + "e-400"), 1);
+  EXPECT_EQ(ParseNumber("0," + zeros + "1e401"), 1);
+}
 
 class Flag : public testing::TestWithParam<Conversion<bool>> {};
 TEST_P(Flag, FromText) {
