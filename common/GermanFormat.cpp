@@ -211,8 +211,10 @@ std::optional<DateTime> FromDayNumber(double number) {
     seconds = 0;
     day += std::chrono::days(1);
   }
+  const std::chrono::year_month_day date = day;
+  if (date.year() > std::chrono::year(9999)) return std::nullopt;  // the seconds rounded up to it
   const auto part = static_cast<int>(seconds);
-  return DateTime{day, part / 3600, part / 60 % 60, part % 60};
+  return DateTime{date, part / 3600, part / 60 % 60, part % 60};
 }
 
 std::string Padded(int number, std::size_t least) {

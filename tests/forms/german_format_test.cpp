@@ -53,6 +53,9 @@ TEST(GermanFormat, NamesDaysAndMonthsInGerman) {
 TEST(GermanFormat, ANumberByADatePatternCountsDays) {
   EXPECT_EQ(GermanFormat(38100.67353, "dd.mm.yyyy hh:mm"), "23.04.2004 16:09");
   EXPECT_EQ(GermanFormat(0, "dd.mm.yyyy"), "30.12.1899");
+  EXPECT_EQ(GermanFormat(2958465.99998, "dd.mm.yyyy hh:mm:ss"), "31.12.9999 23:59:58");
+  const double beyond = 2958465.999999;  // to the second, the year 10000
+  EXPECT_EQ(GermanFormat(beyond, "dd.mm.yyyy hh:mm:ss"), ToText(beyond));
 }
 
 TEST(GermanFormat, WhatReadsAsNothingComesBackAsItIs) {
