@@ -5,6 +5,8 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "host/page/Utf8.h"
+
 namespace kvo::office {
 namespace {
 
@@ -83,8 +85,9 @@ class TreeBuilder {
       error_ = {TokenStart(),
                 {"Diese Zahl ist zu groß. Berichtigen Sie sie.",
                  "This number is too large. Correct it."}};
-    } else if (std::string_view(error.what()).find("UTF-8") != std::string_view::npos) {
-      error_ = {at,
+    } else if (const std::size_t invalid = page::FindInvalidUtf8(text_.substr(0, at + 4));
+               invalid <= at) {
+      error_ = {invalid,
                 {"Dieses Zeichen ist kein gültiges UTF-8. Speichern Sie die Datei als UTF-8.",
                  "This character is not valid UTF-8. Save the file as UTF-8."}};
     } else if (text_.find_first_not_of(" \t\r\n") == std::string_view::npos) {
@@ -104,8 +107,10 @@ class TreeBuilder {
                  "This text cannot stand here or is not valid. Check commas and colons in front of "
                  "it, its closing quotation mark and every \\ in it."}};
     } else {
-      const std::size_t start = WordStart(at);
-      const std::string shown = '\'' + std::string(text_.substr(start, at + 1 - start)) + '\'';
+      const std::size_t character = CharacterStart(at);
+      const std::size_t start = WordStart(character);
+      const std::string shown =
+          '\'' + std::string(text_.substr(start, CharacterEnd(character) - start)) + '\'';
       error_ = {start,
                 {"Hier kann " + shown +
                      " nicht stehen. Prüfen Sie Kommas, Anführungszeichen und Klammern davor.",
@@ -133,6 +138,15 @@ class TreeBuilder {
     constexpr std::string_view kEnds = " \t\r\n[]{},:\"";
     if (last == 0 || kEnds.find(text_[last]) != std::string_view::npos) return last;
     return text_.find_last_of(kEnds, last - 1) + 1;
+  }
+
+  // Where the character, of valid UTF-8, starts that the byte `at` belongs to; and where one ends.
+  std::size_t CharacterStart(std::size_t at) const {
+    while (page::FirstUtf8Character(text_.substr(at)).length == 0) --at;
+    return at;
+  }
+  std::size_t CharacterEnd(std::size_t start) const {
+    return start + page::FirstUtf8Character(text_.substr(start)).length;
   }
 
   // The length of a token in the text: the parser shows each control character as "<U+xxxx>".

@@ -197,6 +197,16 @@ TEST(OfficeFile, AMisspeltWordIsNamedWhole) {
             "brackets in front of it. [office-file]\n");
 }
 
+TEST(OfficeFile, ALetterBeyondAsciiIsNamedWhole) {
+  EXPECT_EQ(English("{\"shopDatabase\": trü}"),
+            "office.json:1:18: error: 'trü' cannot stand here. Check commas, quotation marks and "
+            "brackets in front of it. [office-file]\n");
+  // Its first byte is that of a byte order mark.
+  EXPECT_EQ(English("！{}"),
+            "office.json:1:1: error: '！' cannot stand here. Check commas, quotation marks and "
+            "brackets in front of it. [office-file]\n");
+}
+
 TEST(OfficeFile, AnUnclosedOrMisplacedTextIsFoundWhereItStarts) {
   const std::string rest =
       ": error: This text cannot stand here or is not valid. Check commas and colons in front of "
@@ -230,9 +240,13 @@ TEST(OfficeFile, AFileThatEndsTooEarlySaysSo) {
 }
 
 TEST(OfficeFile, BytesThatAreNoUtf8AreFound) {
-  EXPECT_EQ(German("{\"shopDatabase\": \"M\xFCller\"}"),
-            "office.json:1:20: Fehler: Dieses Zeichen ist kein gültiges UTF-8. Speichern Sie die "
-            "Datei als UTF-8. [office-file]\n");
+  const std::string rest =
+      ": Fehler: Dieses Zeichen ist kein gültiges UTF-8. Speichern Sie die Datei als UTF-8. "
+      "[office-file]\n";
+  EXPECT_EQ(German("{\"shopDatabase\": \"M\xFCller\"}"), "office.json:1:20" + rest);
+  EXPECT_EQ(German("{\"shopDatabase\": \"M\xC3ller\"}"), "office.json:1:20" + rest);
+  EXPECT_EQ(German("{\"shopDatabase\": tr\xFC}"), "office.json:1:20" + rest);
+  EXPECT_EQ(German("\xEF\xFF{}"), "office.json:1:1" + rest);
 }
 
 TEST(OfficeFile, ANumberBeyondAllMeasureIsAnError) {
