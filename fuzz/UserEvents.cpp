@@ -1,0 +1,165 @@
+#include "fuzz/UserEvents.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <vector>
+
+#include "common/RuntimeError.h"
+#include "fuzz/Demand.h"
+#include "host/headless/FormState.h"
+
+namespace kvo {
+namespace {
+
+constexpr std::size_t kFurthest = 40;  // caret positions and rows that events name
+
+// The control of a kind that the story names.
+template <class Kind>
+Kind& ReadControl(const Form& form, Bytes& story) {
+  std::vector<Kind*> controls;
+  for (FormControl* control : form.AllControls())
+    if (auto* one = dynamic_cast<Kind*>(control)) controls.push_back(one);
+  if (controls.empty()) throw CannotDo("there is no such control");
+  return *controls[story.Below(controls.size())];
+}
+
+PropertyGridItem& ReadItem(const Form& form, Bytes& story) {
+  auto& grid = ReadControl<PropertyGrid>(form, story);
+  if (grid.Items().empty()) throw CannotDo("the grid is empty");
+  return *grid.Items()[story.Below(grid.Items().size())];
+}
+
+std::string ReadChoice(const PropertyGridItem& item, Bytes& story) {
+  if (item.Choices().empty()) return "none";
+  return item.Choices()[story.Below(item.Choices().size())]->Caption();
+}
+
+std::vector<std::size_t> ReadRows(Bytes& story) {
+  std::vector<std::size_t> rows(story.Below(5));
+  for (std::size_t& row : rows) row = story.Below(kFurthest);
+  return rows;
+}
+
+void Perform(char event, Form& form, HeadlessUser& user, Bytes& story) {
+  switch (event) {
+    case 'f':
+      return user.FocusByKeyboard(ReadControl<FormControl>(form, story));
+    case 'i': {
+      auto& box = ReadControl<EditBox>(form, story);
+      return user.ClickInto(box, story.Below(kFurthest));
+    }
+    case 't':
+      return user.Type(story.Text());
+    case 'k':
+      return user.Press(static_cast<Key>(story.Below(static_cast<int>(Key::selectAll) + 1)));
+    case 'c':
+      return user.Click(ReadControl<FormControl>(form, story));
+    case 'o': {
+      auto& box = ReadControl<ComboBox>(form, story);
+      return user.Choose(box, static_cast<int>(story.Below(kFurthest)));
+    }
+    case 'r': {
+      auto& grid = ReadControl<Grid>(form, story);
+      return user.SelectRows(grid, ReadRows(story));
+    }
+    case 'd': {
+      auto& grid = ReadControl<Grid>(form, story);
+      return user.DoubleClick(grid, story.Below(kFurthest));
+    }
+    case 's':
+      return user.SelectItem(ReadItem(form, story));
+    case 'b':
+      return user.ClickButton(ReadItem(form, story));
+    case 'v': {
+      PropertyGridItem& item = ReadItem(form, story);
+      return user.Choose(item, ReadChoice(item, story));
+    }
+    case 'x': {
+      auto& tabs = ReadControl<TabControl>(form, story);
+      return user.SelectTab(tabs, story.Below(kFurthest));
+    }
+    case 'm':
+      return user.Tick(ReadControl<Timer>(form, story));
+    default:
+      return user.CloseWindow();
+  }
+}
+
+class SoundControl final : public FormVisitor {
+ public:
+  void Visit(Label&) override {}
+  void Visit(TextBox& box) override { DemandSelectionInside(box); }
+  void Visit(ComboBox& box) override {
+    DemandSelectionInside(box);
+    const int row = box.ListIndex();
+    Demand(row >= kNoRow && row < static_cast<int>(box.Rows().size()),
+           "the chosen row is none of the list's");
+    if (row != kNoRow)
+      Demand(box.Text() == box.Rows()[static_cast<std::size_t>(row)].text,
+             "the text is not the chosen row's");
+    else
+      Demand(box.Editable() || box.Text().empty(), "a text that no row of a list has");
+    std::set<std::string> keys;
+    for (const ComboBox::Row& listed : box.Rows())
+      Demand(!listed.key || keys.insert(*listed.key).second, "two rows have one key");
+  }
+  void Visit(CheckBox&) override {}
+  void Visit(OptionButton& button) override {
+    if (button.Value())
+      Demand(++chosen_[&button.Parent()] == 1, "two options of one group are chosen");
+  }
+  void Visit(CommandButton&) override {}
+  void Visit(Frame&) override {}
+  void Visit(PictureBox&) override {}
+  void Visit(TabControl& tabs) override {
+    Demand(tabs.SelectedTab() < tabs.Controls().size(), "the open tab is none of the tabs");
+  }
+  void Visit(TabPanel&) override {}
+  void Visit(PropertyGrid& grid) override {
+    if (const PropertyGridItem* selected = grid.SelectedItem())
+      Demand(std::ranges::find(grid.Items(), selected, &std::unique_ptr<PropertyGridItem>::get) !=
+                 grid.Items().end(),
+             "the selected row is none of the grid's");
+  }
+  void Visit(Grid& grid) override {
+    const auto& rows = grid.SelectedRows();
+    Demand(std::ranges::is_sorted(rows), "the selected records stand in another order");
+    Demand(std::ranges::adjacent_find(rows) == rows.end(), "a record is selected twice");
+    Demand(rows.empty() || rows.back() < grid.RowCount(), "a selected record is not there");
+  }
+  void Visit(Timer&) override {}
+
+ private:
+  static void DemandSelectionInside(const EditBox& box) {
+    Demand(box.SelStart() + box.SelLength() <= CharacterCount(box.Text()),
+           "the selection reaches beyond the text");
+  }
+
+  std::map<const Container*, int> chosen_;
+};
+
+}  // namespace
+
+void PerformEvent(char event, Form& form, HeadlessUser& user, Bytes& story) {
+  try {
+    Perform(event, form, user, story);
+  } catch (const RuntimeError&) {
+    // The page refuses.
+  } catch (const CannotDo&) {
+    // A person could not have done it either.
+  }
+}
+
+void DemandSoundForm(const Form& form) {
+  SoundControl sound;
+  for (FormControl* control : form.AllControls()) control->Accept(sound);
+  if (const FormControl* focused = form.Focused()) {
+    Demand(focused->TakesFocus(), "what takes no focus has it");
+    const auto all = form.AllControls();
+    Demand(std::ranges::find(all, focused) != all.end(), "the focus is on another form");
+  }
+  Demand(StateOf(form).size() == form.AllControls().size(), "a control's state is missing");
+}
+
+}  // namespace kvo

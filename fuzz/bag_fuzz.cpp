@@ -1,0 +1,10 @@
+// Bags of any keys and values, for every class of control.
+#include <cstddef>
+#include <cstdint>
+
+#include "fuzz/bag_rules.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  kvo::CheckBag({reinterpret_cast<const char*>(data), size});
+  return 0;
+}

@@ -1,0 +1,10 @@
+// Conversations with the expression builder.
+#include <cstddef>
+#include <cstdint>
+
+#include "fuzz/builder_rules.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  kvo::CheckBuilder({reinterpret_cast<const char*>(data), size});
+  return 0;
+}

@@ -1,0 +1,45 @@
+// Replays every kept input of the fuzzers, findings included, against the rules of its subject.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <ostream>
+#include <string>
+
+#include "fuzz/bag_rules.h"
+#include "fuzz/builder_rules.h"
+#include "fuzz/office_rules.h"
+#include "fuzz/pages_rules.h"
+
+namespace kvo {
+namespace {
+
+struct Subject {
+  const char* name;  // of its folder
+  void (*check)(std::string_view input);
+};
+void PrintTo(const Subject& subject, std::ostream* out) { *out << subject.name; }
+
+class Corpus : public testing::TestWithParam<Subject> {};
+
+TEST_P(Corpus, KeepsEveryRule) {
+  int files = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(KVO_SOURCE_DIR "/fuzz/corpus/" +
+                                                               std::string(GetParam().name))) {
+    std::ifstream file(entry.path(), std::ios::binary);
+    const std::string input{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_NO_THROW(GetParam().check(input)) << entry.path();
+    ++files;
+  }
+  EXPECT_GT(files, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Fuzz, Corpus,
+                         testing::Values(Subject{"bag", CheckBag}, Subject{"builder", CheckBuilder},
+                                         Subject{"office", office::CheckOffice},
+                                         Subject{"pages", CheckPages}),
+                         [](const auto& subject) { return std::string(subject.param.name); });
+
+}  // namespace
+}  // namespace kvo
