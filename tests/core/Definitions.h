@@ -48,6 +48,13 @@ inline std::string DecodeByDefinition(std::string text) {
   return text;
 }
 
+inline std::string EntitiesByDefinition(std::string text) {
+  for (const auto& [from, to] : std::vector<std::pair<std::string, std::string>>{
+           {"<", "&lt;"}, {">", "&gt;"}, {"\"", "&quot;"}})
+    text = ReplaceAll(text, from, to);
+  return text;
+}
+
 inline std::string TrimByDefinition(std::string text) {
   while (text.starts_with(' ')) text.erase(0, 1);
   while (text.ends_with(' ')) text.pop_back();
