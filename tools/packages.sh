@@ -45,3 +45,5 @@ windows_x86_packages=(g++-mingw-w64-i686-posix)
 # What it takes to test it: Wine without its 32-bit half, with a screen, a German locale and Tahoma.
 # GoogleTest's sources are built for Windows.
 windows_test_packages=(wine64 fonts-wine xvfb locales googletest)
+# What it takes to fuzz, beside building: libFuzzer and the sanitizers' runtime come with clang.
+fuzz_packages=(clang libclang-rt-dev)

@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# Builds the fuzzers and lets each of them search for KVO_FUZZ_SECONDS (60), two at a time, under the
+# address and undefined-behaviour sanitizers. Fails when one finds something. `./test fuzz` calls it.
+set -uo pipefail
+cd "$(dirname "$0")/.."
+export KVO_FUZZ_SECONDS=${KVO_FUZZ_SECONDS:-60}
+runs=build/fuzz/runs
+mkdir -p "$runs"
+names=()
+for source in fuzz/*_fuzz.cpp; do names+=("$(basename "$source" _fuzz.cpp)"); done
+
+echo "Building the fuzzers; from scratch this takes some minutes."
+{ cmake --preset fuzz && cmake --build --preset fuzz --target "${names[@]/%/_fuzz}"; } >build/fuzz.log 2>&1 || {
+  tail -n 60 build/fuzz.log >&2
+  echo "The build failed; build/fuzz.log has everything." >&2
+  exit 1
+}
+
+# search NAME: one fuzzer. What it learns is kept in $runs/NAME/learnt for the next time; what it
+# finds in $runs/NAME/found, which the next time begins with.
+search() {
+  local name=$1 program=build/fuzz/bin/$1_fuzz run=$runs/$1 corpus=fuzz/corpus/$1 dict=fuzz/$1.dict
+  # The scanner reads pages, too.
+  [ "$name" != scanner ] || { corpus=fuzz/corpus/page dict=fuzz/page.dict; }
+  mkdir -p "$run/learnt" "$run/found"
+  touch "$run/start"
+  local options=(-max_total_time="$KVO_FUZZ_SECONDS" -rss_limit_mb=1024 -timeout=20
+    -artifact_prefix="$run/found/" -print_final_stats=1)
+  [ ! -f "$dict" ] || options+=(-dict="$dict")
+  local code=0 inputs
+  "$program" "${options[@]}" "$run/learnt" "$run/found" "$corpus" >"$run/log" 2>&1 </dev/null || code=$?
+  inputs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$run/log")
+  if [ "$code" -eq 0 ] && [ "${inputs:-0}" -gt 0 ]; then
+    echo "$name: $inputs inputs, nothing found"
+    return 0
+  fi
+  {
+    echo "$name: FAILED (exit code $code, whole output in $run/log)"
+    grep -a -E 'what\(\):|ERROR: |runtime error: ' "$run/log" | sed 's/^/  /'
+    find "$run/found" -type f -newer "$run/start" | while read -r found; do
+      echo "  the input:  $found"
+      echo "  once more:  $program $found"
+      echo "  to keep it: move it to $corpus/ under the name of what went wrong"
+    done
+  } >&2
+  return 1
+}
+export -f search
+export runs
+
+printf '%s\n' "${names[@]}" | xargs -P 2 -I NAME bash -c 'search NAME' || exit 1
