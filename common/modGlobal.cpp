@@ -2,18 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstring>
 #include <limits>
-
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
 
 #include "common/Ascii.h"
 #include "common/FormControls.h"
 #include "common/FormPropertyGrid.h"
 #include "common/Object.h"
+#include "common/Replacing.h"
 #include "common/RuntimeError.h"
 
 namespace kvo {
@@ -32,136 +28,165 @@ constexpr std::array kTokens = {
     Token{"kv:@amp;", "&"}, Token{"kv:@br;", kLineBreak},
 };
 
-// Texts by character: what stands for it, or nothing when it stands for itself.
-using Replacements = std::array<std::string_view, 256>;
+constexpr Replacement kLineBreakToken(kTokens.back().token);
+static_assert(kTokens.back().text == kLineBreak);
+
+// What stands for a character, by the character; most stand for themselves.
+using Replacements = std::array<Replacement, 256>;
+
+constexpr Replacements Themselves() {
+  Replacements table;
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    const char c = static_cast<char>(i);
+    table[i] = Replacement({&c, 1});
+  }
+  return table;
+}
 
 constexpr Replacements kMarkupReplacements = [] {
-  Replacements table{};
+  Replacements table = Themselves();
   for (const Token& token : kTokens)
-    if (token.text.size() == 1) table[static_cast<unsigned char>(token.text[0])] = token.token;
+    if (token.text.size() == 1)
+      table[static_cast<unsigned char>(token.text[0])] = Replacement(token.token);
   return table;
 }();
 
 constexpr Replacements kEntityReplacements = [] {
-  Replacements table{};
-  table['<'] = "&lt;";
-  table['>'] = "&gt;";
-  table['"'] = "&quot;";
+  Replacements table = Themselves();
+  table['<'] = Replacement("&lt;");
+  table['>'] = Replacement("&gt;");
+  table['"'] = Replacement("&quot;");
   return table;
 }();
 
-std::string_view Replacement(const Replacements& table, char c) {
+const Replacement& ReplacementOf(const Replacements& table, char c) {
   return table[static_cast<unsigned char>(c)];
 }
 
-// Whether the "&" with which `text` begins is to be escaped: the first character that departs from
-// "amp;" decides, and there must be one.
-bool IsBareAmpersand(const char* text, std::size_t size) {
-  constexpr std::string_view kRest = "amp;";
-  for (std::size_t i = 0; i < kRest.size(); ++i) {
-    if (i + 1 == size) return false;  // the text ends before it departs: stays raw
-    if (LowerAscii(text[i + 1]) != kRest[i]) return true;
-  }
-  return false;
-}
-
-// Copies up to the first "&" or to the end, whichever comes first, and says how much that was. May
-// write up to kBlock surplus characters behind that.
-constexpr std::size_t kBlock = 16;
-
 #ifdef __SSE2__
-std::size_t CopyUpToAmpersand(const char* from, std::size_t size, char* to) {
-  std::size_t copied = 0;
-  const __m128i ampersands = _mm_set1_epi8('&');
-  for (; size - copied >= kBlock; copied += kBlock) {
-    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + copied));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + copied), block);
-    const auto hits = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, ampersands)));
-    if (hits != 0) return copied + static_cast<std::size_t>(std::countr_zero(hits));
-  }
-  for (; copied < size && from[copied] != '&'; ++copied) to[copied] = from[copied];
-  return copied;
+__m128i Equal(__m128i block, char c) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(c)); }
+// The characters that are `c` once the bits of `ignored` are set in them.
+__m128i EqualBut(__m128i block, char ignored, char c) {
+  return Equal(_mm_or_si128(block, _mm_set1_epi8(ignored)), c);
 }
-#else
-std::size_t CopyUpToAmpersand(const char* from, std::size_t size, char* to) {
-  const void* found = std::memchr(from, '&', size);
-  const std::size_t copied =
-      found == nullptr ? size : static_cast<std::size_t>(static_cast<const char*>(found) - from);
-  std::memcpy(to, from, copied);
-  return copied;
-}
+// "<" and ">" differ in one bit, and so do the double quote and "&".
+__m128i Angles(__m128i block) { return EqualBut(block, '<' ^ '>', '>'); }
+__m128i QuotesAndAmpersands(__m128i block) { return EqualBut(block, '"' ^ '&', '&'); }
 #endif
 
-// The second to seventh pass of the token form over the text that the first pass leaves, which
-// comes in character by character. What may still be removed or joined is held back.
-class MarkupTokenEncoder {
- public:
-  explicit MarkupTokenEncoder(std::string& out) : out_(out) {}
+struct Ampersand {
+  static bool Has(char c) { return c == '&'; }
+#ifdef __SSE2__
+  static __m128i Hits(__m128i block) { return Equal(block, '&'); }
+#endif
+};
 
-  void Put(char c) {
-    if (c == ']') {
-      if (brackets_ == 2)
-        Emit(']');
-      else
-        ++brackets_;
-      return;
-    }
-    if (c == '>' && brackets_ == 2) {
-      brackets_ = 0;
-      return;
-    }
-    ReleaseBrackets();
-    Emit(c);
-  }
+struct EntityCharacters {
+  static bool Has(char c) { return c == '<' || c == '>' || c == '"'; }
+#ifdef __SSE2__
+  static __m128i Hits(__m128i block) { return _mm_or_si128(Angles(block), Equal(block, '"')); }
+#endif
+};
 
-  // A run of characters without a meaning of their own.
-  void PutPlain(std::string_view run) {
-    if (run.empty()) return;
-    Finish();
-    out_ += run;
+// What the token form replaces, removes or joins.
+struct MarkupCharacters {
+  static bool Has(char c) { return kHas[static_cast<unsigned char>(c)]; }
+#ifdef __SSE2__
+  static __m128i Hits(__m128i block) {
+    const __m128i markup = _mm_or_si128(Angles(block), QuotesAndAmpersands(block));
+    const __m128i ends = _mm_or_si128(Equal(block, '\r'), Equal(block, '\n'));
+    return _mm_or_si128(_mm_or_si128(markup, ends), Equal(block, ']'));
   }
-
-  void Finish() {
-    ReleaseBrackets();
-    ReleaseCarriageReturn();
-  }
+#endif
 
  private:
-  void ReleaseBrackets() {
-    for (; brackets_ > 0; --brackets_) Emit(']');
+  static constexpr std::array<bool, 256> kHas = [] {
+    std::array<bool, 256> has{};
+    for (const char c : std::string_view("<>\"&]\r\n")) has[static_cast<unsigned char>(c)] = true;
+    return has;
+  }();
+};
+
+struct AmpersandFixer {
+  static ReplacingAt Next(ReplacingAt at, const char* end) {
+    static constexpr Replacement kEscaped("&amp;");
+    static constexpr Replacement kRaw("&");
+    const bool bare = IsBare(at.from, end);
+    return {at.from + 1, Put(bare ? kEscaped : kRaw, at.to)};
   }
-  void ReleaseCarriageReturn() {
-    if (carriageReturn_) out_ += '\r';
-    carriageReturn_ = false;
+  static char* Settle(char* to) { return to; }
+
+ private:
+  // Whether the "&" is to be escaped: the first character that departs from "amp;" decides, and
+  // there must be one.
+  static bool IsBare(const char* ampersand, const char* end) {
+    for (const char wanted : std::string_view("amp;")) {
+      if (++ampersand == end) return false;  // the text ends before it departs: stays raw
+      if (LowerAscii(*ampersand) != wanted) return true;
+    }
+    return false;
   }
-  void Emit(char c) {
-    if (c == '\n' && carriageReturn_) {
-      carriageReturn_ = false;
-      out_ += "kv:@br;";
-      return;
+};
+
+struct EntityEncoder {
+  static ReplacingAt Next(ReplacingAt at, const char* /*end*/) {
+    return {at.from + 1, Put(ReplacementOf(kEntityReplacements, *at.from), at.to)};
+  }
+  static char* Settle(char* to) { return to; }
+};
+
+// The first pass of the token form, and the others over what that leaves. What may still be removed
+// or joined is held back; a character without a meaning of its own settles it.
+class MarkupTokenEncoder {
+ public:
+  ReplacingAt Next(ReplacingAt at, const char* end) {
+    const char c = *at.from;
+    const bool mayBeCdata = c == '<' && end - at.from > 1 && at.from[1] == kCdataStart[1];
+    if (mayBeCdata && std::string_view(at.from, end).starts_with(kCdataStart))
+      return {at.from + kCdataStart.size(), at.to};
+    const Replacement& replacement = ReplacementOf(kMarkupReplacements, c);
+    const bool replaced = replacement.size > 1;  // "]" and line ends stand for themselves
+    if (replaced && brackets_ == 0 && !carriageReturn_)
+      return {at.from + 1, Put(replacement, at.to)};
+    ++at.from;
+    if (c == ']') {
+      if (brackets_ == 2)
+        at.to = Emit(']', at.to);
+      else
+        ++brackets_;
+    } else if (c == '>' && brackets_ == 2) {
+      brackets_ = 0;
+    } else {
+      at.to = Emit(c, ReleaseBrackets(at.to));
     }
-    ReleaseCarriageReturn();
-    if (c == '\r') {
-      carriageReturn_ = true;
-      return;
-    }
-    const std::string_view token = Replacement(kMarkupReplacements, c);
-    if (token.empty())
-      out_ += c;
-    else
-      out_ += token;
+    return at;
   }
 
-  std::string& out_;
+  char* Settle(char* to) { return ReleaseCarriageReturn(ReleaseBrackets(to)); }
+
+ private:
+  char* ReleaseBrackets(char* to) {
+    for (; brackets_ > 0; --brackets_) to = Emit(']', to);
+    return to;
+  }
+  char* ReleaseCarriageReturn(char* to) {
+    if (carriageReturn_) *to++ = '\r';
+    carriageReturn_ = false;
+    return to;
+  }
+  char* Emit(char c, char* to) {
+    if (c == '\n' && carriageReturn_) {
+      carriageReturn_ = false;
+      return Put(kLineBreakToken, to);
+    }
+    to = ReleaseCarriageReturn(to);
+    carriageReturn_ = c == '\r';
+    return carriageReturn_ ? to : Put(ReplacementOf(kMarkupReplacements, c), to);
+  }
+
   int brackets_ = 0;  // "]" held back, at most the two that may begin "]]>"
   bool carriageReturn_ = false;
 };
-
-constexpr std::array<bool, 256> kMarkupSpecial = [] {
-  std::array<bool, 256> special{};
-  for (const char c : std::string_view("<>\"&]\r\n")) special[static_cast<unsigned char>(c)] = true;
-  return special;
-}();
 
 char UpperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
 
@@ -201,35 +226,9 @@ bool ParseRgbColor(std::string_view text, std::array<std::uint8_t, 3>& parts) {
 }  // namespace
 
 void AppendFixAmpersands(std::string& out, std::string_view text) {
-  const char* from = text.data();
-  const char* const end = from + text.size();
-  if (text.empty() || std::memchr(from, '&', text.size()) == nullptr) {
-    out += text;
-    return;
-  }
-
-  // The text grows in place, with room to spare that is given back at the end.
-  constexpr std::string_view kEscaped = "&amp;";
-  std::size_t used = out.size();
-  for (;;) {
-    const auto rest = static_cast<std::size_t>(end - from);
-    if (const std::size_t needed = rest + kBlock + kEscaped.size(); out.size() - used < needed)
-      out.resize(used + needed + rest / 8);
-    char* to = out.data() + used;
-    const std::size_t plain = CopyUpToAmpersand(from, rest, to);
-    used += plain;
-    if (plain == rest) break;
-    from += plain;
-    if (IsBareAmpersand(from, rest - plain)) {
-      std::memcpy(to + plain, kEscaped.data(), kEscaped.size());
-      used += kEscaped.size();
-    } else {
-      to[plain] = '&';
-      ++used;
-    }
-    ++from;
-  }
-  out.resize(used);
+  const std::size_t clean = std::min(text.find('&'), text.size());
+  out += text.substr(0, clean);
+  if (clean < text.size()) AppendReplacing<Ampersand>(out, text.substr(clean), AmpersandFixer());
 }
 
 std::string FixAmpersands(std::string_view text) {
@@ -239,21 +238,7 @@ std::string FixAmpersands(std::string_view text) {
 }
 
 void AppendEncodeMarkupTokens(std::string& out, std::string_view text) {
-  MarkupTokenEncoder encoder(out);
-  std::size_t at = 0;
-  while (at < text.size()) {
-    std::size_t plain = at;
-    while (plain < text.size() && !kMarkupSpecial[static_cast<unsigned char>(text[plain])]) ++plain;
-    encoder.PutPlain(text.substr(at, plain - at));
-    at = plain;
-    if (at == text.size()) break;
-    if (text[at] == '<' && text.substr(at).starts_with(kCdataStart)) {
-      at += kCdataStart.size();
-    } else {
-      encoder.Put(text[at++]);
-    }
-  }
-  encoder.Finish();
+  AppendReplacing<MarkupCharacters>(out, text, MarkupTokenEncoder());
 }
 
 std::string EncodeMarkupTokens(std::string_view text) {
@@ -263,21 +248,22 @@ std::string EncodeMarkupTokens(std::string_view text) {
 }
 
 void AppendDecodeMarkupTokens(std::string& out, std::string_view text) {
-  // The characters that tokens become never belong to another token, so one pass is enough.
+  // The characters that tokens become never belong to another token, so one pass is enough. Of a
+  // token's beginning the last character is the one that other texts hardly have.
+  constexpr std::size_t kPrefix = kTokenPrefix.size();
   std::size_t copied = 0;
-  for (std::size_t at = text.find(kTokenPrefix); at != std::string_view::npos;
-       at = text.find(kTokenPrefix, at)) {
-    const std::string_view rest = text.substr(at);
+  for (std::size_t at = text.find(kTokenPrefix.back()); at != std::string_view::npos;
+       at = text.find(kTokenPrefix.back(), at)) {
+    ++at;
+    if (at - copied < kPrefix) continue;
+    const std::size_t begin = at - kPrefix;
+    const std::string_view rest = text.substr(begin);
     const auto* token = std::ranges::find_if(
         kTokens, [&](const Token& candidate) { return rest.starts_with(candidate.token); });
-    if (token == kTokens.end()) {
-      ++at;
-      continue;
-    }
-    out += text.substr(copied, at - copied);
+    if (token == kTokens.end()) continue;
+    out += text.substr(copied, begin - copied);
     out += token->text;
-    at += token->token.size();
-    copied = at;
+    at = copied = begin + token->token.size();
   }
   out += text.substr(copied);
 }
@@ -289,15 +275,7 @@ std::string DecodeMarkupTokens(std::string_view text) {
 }
 
 void AppendEncodeHtmlEntities(std::string& out, std::string_view text) {
-  std::size_t copied = 0;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    const std::string_view entity = Replacement(kEntityReplacements, text[at]);
-    if (entity.empty()) continue;
-    out += text.substr(copied, at - copied);
-    out += entity;
-    copied = at + 1;
-  }
-  out += text.substr(copied);
+  AppendReplacing<EntityCharacters>(out, text, EntityEncoder());
 }
 
 std::string EncodeHtmlEntities(std::string_view text) {
