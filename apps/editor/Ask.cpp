@@ -1,6 +1,5 @@
 #include "apps/editor/Ask.h"
 
-#include <QMessageBox>
 #include <QPushButton>
 
 #include "apps/editor/Words.h"
@@ -8,9 +7,14 @@
 
 namespace kvo::editor {
 
+PlainMessageBox::PlainMessageBox(Icon icon, const QString& text, QWidget* parent)
+    : QMessageBox(icon, MessageTitle(), text, NoButton, parent) {
+  setTextFormat(Qt::PlainText);
+}
+
 bool Confirm(QWidget* parent, const QString& question, const Localized& yes, const Localized& no,
              Default preset) {
-  QMessageBox box(QMessageBox::Question, MessageTitle(), question, QMessageBox::NoButton, parent);
+  PlainMessageBox box(QMessageBox::Question, question, parent);
   QPushButton* agree = box.addButton(Said(yes), QMessageBox::AcceptRole);
   QPushButton* refuse = box.addButton(Said(no), QMessageBox::RejectRole);
   box.setDefaultButton(preset == Default::yes ? agree : refuse);

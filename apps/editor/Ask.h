@@ -1,13 +1,19 @@
-// Questions with two answers, which say what they do.
+// Questions whose answers say what they do.
 #pragma once
 
+#include <QMessageBox>
 #include <QString>
 
 #include "common/Localized.h"
 
-class QWidget;
-
 namespace kvo::editor {
+
+// A message box under the program's title. Its text is never taken for markup: names of files and
+// texts of pages may hold anything.
+class PlainMessageBox final : public QMessageBox {
+ public:
+  PlainMessageBox(Icon icon, const QString& text, QWidget* parent);
+};
 
 enum class Default { yes, no };
 

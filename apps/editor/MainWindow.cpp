@@ -5,7 +5,6 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
 #include <QSplitter>
@@ -366,9 +365,8 @@ std::optional<std::string> MainWindow::ReadPage(PageFile& file, const QString& n
 
 bool MainWindow::MayDiscard() {
   if (!page_->Document()->isModified()) return true;
-  QMessageBox box(QMessageBox::Question, MessageTitle(),
-                  Said(words::kUnsaved, {windowTitle().section("[*]", 0, 0)}),
-                  QMessageBox::NoButton, this);
+  PlainMessageBox box(QMessageBox::Question,
+                      Said(words::kUnsaved, {windowTitle().section("[*]", 0, 0)}), this);
   auto* save = box.addButton(Said(words::kSave), QMessageBox::AcceptRole);
   auto* discard = box.addButton(Said(words::kDiscard), QMessageBox::DestructiveRole);
   box.addButton(Said(words::kCancel), QMessageBox::RejectRole);
@@ -389,9 +387,7 @@ std::optional<std::string> MainWindow::BytesToSave() {
     if (problem.severity == page::Severity::error && lines.size() <= kProblemsNamed)
       lines += ToQt(page::Describe(problem, "", UserLanguage())).mid(1);
   lines += Said(words::kSaveAnywayMeans);
-  QMessageBox box(QMessageBox::Warning, MessageTitle(), lines.join("\n\n"), QMessageBox::NoButton,
-                  this);
-  box.setTextFormat(Qt::PlainText);
+  PlainMessageBox box(QMessageBox::Warning, lines.join("\n\n"), this);
   QPushButton* overwrite = nullptr;
   if (saved.OnlyEditedByHand())
     overwrite = box.addButton(Said(words::kOverwrite), QMessageBox::DestructiveRole);
@@ -508,10 +504,9 @@ bool MainWindow::OfferDrafts() {
   for (const LeftDraft& left : Draft::LeftIn(places_.drafts)) {
     const QString name =
         left.pageFile.isEmpty() ? Said(words::kUntitled) : QFileInfo(left.pageFile).fileName();
-    QMessageBox box(
-        QMessageBox::Question, MessageTitle(),
-        Said(words::kDraftFound, {name, locale.toString(left.time, QLocale::ShortFormat)}),
-        QMessageBox::NoButton, this);
+    PlainMessageBox box(
+        QMessageBox::Question,
+        Said(words::kDraftFound, {name, locale.toString(left.time, QLocale::ShortFormat)}), this);
     auto* recover = box.addButton(Said(words::kRecover), QMessageBox::AcceptRole);
     auto* discard = box.addButton(Said(words::kDiscard), QMessageBox::DestructiveRole);
     auto* later = box.addButton(Said(words::kLater), QMessageBox::RejectRole);

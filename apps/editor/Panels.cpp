@@ -8,6 +8,7 @@
 
 #include "apps/editor/Toolbox.h"
 #include "apps/editor/Words.h"
+#include "host/qt/QtText.h"
 #include "host/registration/classes.h"
 
 namespace kvo::editor {
@@ -115,8 +116,10 @@ class ProblemsPanel::Model final : public RowModel<ProblemEntry> {
       return QApplication::style()->standardIcon(error ? QStyle::SP_MessageBoxCritical
                                                        : QStyle::SP_MessageBoxWarning);
     if (role == Qt::AccessibleDescriptionRole) return Said(error ? words::kError : words::kWarning);
-    if (role == Qt::ToolTipRole)
+    const auto message = [&problem] {
       return ToQt(problem.message.In(UserLanguage())) + " [" + ToQt(problem.rule) + ']';
+    };
+    if (role == Qt::ToolTipRole) return ToolTipOf(message());
     if (role != Qt::DisplayRole) return {};
     switch (index.column()) {
       case 0:
@@ -124,7 +127,7 @@ class ProblemsPanel::Model final : public RowModel<ProblemEntry> {
       case 1:
         return ToQt(problem.id.empty() ? problem.control : problem.id);
       default:
-        return ToQt(problem.message.In(UserLanguage())) + " [" + ToQt(problem.rule) + ']';
+        return message();
     }
   }
 };

@@ -12,6 +12,7 @@
 
 #include "apps/editor/TextDialog.h"
 #include "apps/editor/Words.h"
+#include "host/qt/QtText.h"
 
 namespace kvo::editor {
 namespace {
@@ -161,7 +162,7 @@ void PropertyBrowser::ShowRow(QTreeWidgetItem& item, const PropertyRow& row) {
   font.setBold(changed);
   for (const int column : {kName, kValue}) item.setFont(column, font);
   item.setText(kValue, OneLine(text));
-  item.setToolTip(kValue, text.left(1000));
+  item.setToolTip(kValue, ToolTipOf(text.left(1000)));
   item.setData(kName, Qt::AccessibleDescriptionRole,
                changed ? Said(words::kChangedProperty) : QString());
 }

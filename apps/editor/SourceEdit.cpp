@@ -15,6 +15,7 @@
 #include "apps/editor/SourceAccessibility.h"
 #include "apps/editor/Words.h"
 #include "host/page/Page.h"
+#include "host/qt/QtText.h"
 
 namespace kvo::editor {
 namespace {
@@ -180,7 +181,7 @@ bool SourceEdit::event(QEvent* event) {
   if (event->type() == QEvent::ToolTip) {
     const auto* help = static_cast<QHelpEvent*>(event);
     if (const auto box = BoxAt(viewport()->mapFrom(this, help->pos()))) {
-      QToolTip::showText(help->globalPos(), page_.LookAt(*box)->description, this);
+      QToolTip::showText(help->globalPos(), ToolTipOf(page_.LookAt(*box)->description), this);
       return true;
     }
     QToolTip::hideText();

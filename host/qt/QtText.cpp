@@ -1,5 +1,7 @@
 #include "host/qt/QtText.h"
 
+#include <QTextDocument>
+
 namespace kvo {
 
 QString ToQt(std::string_view utf8) {
@@ -19,6 +21,10 @@ std::string FromQt(const QString& text) {
 
 QString ToQtCaption(std::string_view utf8) {
   return ToQt(utf8).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+QString ToolTipOf(const QString& text) {
+  return text.isEmpty() ? text : Qt::convertFromPlainText(text);
 }
 
 }  // namespace kvo

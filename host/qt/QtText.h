@@ -15,4 +15,8 @@ std::string FromQt(const QString& text);
 // A caption for widgets that take "&" for the mark of an access key: there it is a character.
 QString ToQtCaption(std::string_view utf8);
 
+// A tool tip that shows the text as it stands: Qt renders whatever begins like markup, pictures
+// from the disk included.
+QString ToolTipOf(const QString& text);
+
 }  // namespace kvo

@@ -10,6 +10,8 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QTextDocument>
+#include <QToolTip>
 #include <QTreeWidget>
 
 #include "apps/editor/FindBar.h"
@@ -429,6 +431,49 @@ TEST_F(WindowTest, RuntimeTextAndProblemsFollow) {
   Q_EMIT problems->activated(problems->model()->index(0, 0));
   EXPECT_EQ(Source().textCursor().position(), 1);
   EXPECT_TRUE(Source().hasFocus());
+}
+
+// What a tool tip shows, which renders markup.
+QString Rendered(const QString& toolTip) {
+  if (!Qt::mightBeRichText(toolTip)) return toolTip;
+  QTextDocument document;
+  document.setHtml(toolTip);
+  return document.toPlainText();
+}
+
+TEST_F(WindowTest, TextsOfAPageAreNeverRendered) {
+  const QString markup = "<img src='file:bild.png'><b>fett</b>";
+  const std::string escaped = "&lt;img src='file:bild.png'>&lt;b>fett&lt;/b>";
+  Open(Print(escaped, escaped) + "<object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"b\">" +
+           "<param name=\"" + escaped + "\" value=\"\"></object>",
+       "<b>seite<b>.html");
+  Source().SelectControl(0);
+  EXPECT_EQ(Rendered(Row(window->Properties(), "Value").toolTip(1)), markup);
+
+  QTextCursor cursor(Source().document());
+  const QPoint box = Source().cursorRect(cursor).center() + QPoint(15, 0);
+  QHelpEvent help(QEvent::ToolTip, Source().viewport()->mapTo(&Source(), box),
+                  Source().viewport()->mapToGlobal(box));
+  QApplication::sendEvent(&Source(), &help);
+  EXPECT_TRUE(Rendered(QToolTip::text()).contains(markup)) << QToolTip::text().toStdString();
+  QToolTip::hideText();
+
+  ASSERT_TRUE(WaitForViews(*window));
+  ASSERT_EQ(window->Analysed()->problems.size(), 1U);
+  const QAbstractItemModel& problems = *window->Problems().model();
+  EXPECT_TRUE(Rendered(problems.index(0, 2).data(Qt::ToolTipRole).toString()).contains(markup));
+
+  for (const QLabel* label : window->findChildren<QLabel*>())
+    EXPECT_TRUE(label->textFormat() == Qt::PlainText || !Qt::mightBeRichText(label->text()))
+        << label->text().toStdString();
+  Type("!");
+  WithDialogs(
+      [&](QWidget& dialog) {
+        EXPECT_TRUE(static_cast<QMessageBox&>(dialog).text().contains("<b>seite<b>.html"));
+        EXPECT_EQ(static_cast<QMessageBox&>(dialog).textFormat(), Qt::PlainText);
+        PressButton(dialog, "Abbrechen");
+      },
+      [&] { window->New(); });
 }
 
 TEST_F(WindowTest, TheOutputIsWhatPublishingWrites) {
