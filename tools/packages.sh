@@ -47,3 +47,7 @@ windows_x86_packages=(g++-mingw-w64-i686-posix)
 windows_test_packages=(wine64 fonts-wine xvfb locales googletest)
 # What it takes to fuzz, beside building: libFuzzer and the sanitizers' runtime come with clang.
 fuzz_packages=(clang libclang-rt-dev)
+# What it takes to measure everything, with what it is measured against.
+bench_packages=(libbenchmark-dev pkg-config libapr1-dev libboost-dev libctemplate-dev libglib2.0-dev
+  libgumbo-dev libhtmlcxx-dev libxml2-dev qt6-base-dev gnuplot-nox perl python3 nodejs
+  libsoci-dev libsqlite3-dev sqlite3 postgresql)

@@ -1,44 +1,21 @@
 // For every class: runtime text against hand-written appends of the same bytes, load and save
 // against copying the values, and the allocations that a runtime text makes beyond its target.
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <new>
-#include <string>
-#include <utility>
-#include <vector>
+#include <memory>
 
-#include "bench/Paired.h"
+#include "bench/Heap.h"
+#include "bench/Stopwatch.h"
+#include "bench/sections.h"
 #include "common/modGlobal.h"
-#include "host/headless/HeadlessPlatform.h"
 #include "host/registration/classes.h"
 
+namespace kvo::bench {
 namespace {
-
-std::size_t g_allocations = 0;
-
-}  // namespace
-
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  ++g_allocations;
-  if (void* memory = std::malloc(size)) return memory;
-  throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-
-namespace {
-
-using kvo::Control;
-using kvo::ControlClass;
-using kvo::MemoryBag;
 
 // A control with every key filled with a text of usual length.
 std::vector<MemoryBag::Entry> FilledBag(const ControlClass& contract) {
   std::vector<MemoryBag::Entry> entries;
-  for (const kvo::BagKey& row : contract.bag) {
+  for (const BagKey& row : contract.bag) {
     std::string value = "Wert von " + std::string(row.key);
     if (row.key == "attributes") value = "align|center||width|100";
     if (row.key == "display-columns") value = "3";
@@ -84,7 +61,7 @@ struct HandWritten {
   void operator()() {
     out.clear();
     for (const std::string& piece : pieces) out.append(piece);
-    if (newGuid) benchmark::DoNotOptimize(kvo::CreateGUID());
+    if (newGuid) benchmark::DoNotOptimize(CreateGUID());
     benchmark::DoNotOptimize(out.data());
   }
 
@@ -122,50 +99,51 @@ struct CopyValues {
 };
 
 std::size_t AllocationsOf(RuntimeText& text) {
-  const std::size_t before = g_allocations;
+  const HeapCount heap;
   text();
-  return g_allocations - before;
+  return heap.Allocations();
 }
 
-void Report(const std::string& name, const std::vector<MemoryBag::Entry>& bag,
-            const ControlClass& contract, bool cached = false) {
-  constexpr std::size_t kRepeats = 500;
-  constexpr int kRounds = 301;
+std::vector<std::string> Row(Report& report, const std::string& name,
+                             const std::vector<MemoryBag::Entry>& bag, const ControlClass& contract,
+                             bool cached) {
   RuntimeText text(Filled(contract, bag));
-  HandWritten hand(text.out, cached);
-  const double textRatio = kvo::bench::Ratio(text, hand, kRepeats, kRounds);
-  const double bagRatio = kvo::bench::Ratio(LoadAndSave{bag, contract.create()},
-                                            CopyValues{bag, {}}, kRepeats / 10, kRounds);
-  std::printf("%-26s %6.2f (at most 2) %3zu (at most 0) %6.2f (at most 2)\n", name.c_str(),
-              textRatio, AllocationsOf(text), bagRatio);
+  Stopwatch stopwatch;
+  stopwatch.Add("text", text);
+  stopwatch.Add("appends", HandWritten(text.out, cached));
+  stopwatch.Add("bag", LoadAndSave{bag, contract.create()});
+  stopwatch.Add("copying", CopyValues{bag, {}});
+  const Times times = stopwatch.Run();
+  return {name,
+          Duration(times.at("text")),
+          report.AtMost(times.at("text") / times.at("appends"), 2),
+          report.AtMost(static_cast<double>(AllocationsOf(text)), 0),
+          Duration(times.at("bag")),
+          report.AtMost(times.at("bag") / times.at("copying"), 2)};
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  kvo::HeadlessPlatform platform;
-  const kvo::PlatformScope scope(platform);
-  std::printf("%-26s %18s %16s %18s\n", "", "text / appends", "allocations", "bag / copying");
-  for (const kvo::RegisteredControl& control : kvo::RegisteredControls()) {
+void MeasureControls(Report& report) {
+  report.Heading("Controls");
+  report.Paragraph(
+      "Every key filled with a text of usual length. Runtime text is measured against hand-written "
+      "appends of the same bytes (at most 2) and is to allocate nothing beyond its target; a load "
+      "and a save together against copying the values into members and two bags (at most 2). A "
+      "cached product list makes a new identifier each time, and so do the appends beside it.");
+  std::vector<std::vector<std::string>> rows;
+  for (const RegisteredControl& control : RegisteredControls()) {
     const ControlClass& contract = control.contract();
     const std::string name(contract.name);
     auto bag = FilledBag(contract);
-    Report(name, bag, contract);
-    benchmark::RegisterBenchmark(
-        (name + "/runtime_text").c_str(),
-        [text = RuntimeText(Filled(contract, bag))](benchmark::State& state) mutable {
-          for (auto _ : state) text();
-        });
-    benchmark::RegisterBenchmark(
-        (name + "/load_and_save").c_str(),
-        [work = LoadAndSave{bag, contract.create()}](benchmark::State& state) {
-          for (auto _ : state) work();
-        });
+    rows.push_back(Row(report, name, bag, contract, false));
     const auto cached = std::ranges::find(bag, "in-cache", &MemoryBag::Entry::first);
     if (cached == bag.end()) continue;
     cached->second = "yes";
-    Report(name + ", cached", bag, contract, true);
+    rows.push_back(Row(report, name + ", cached", bag, contract, true));
   }
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
+  report.Table({"class", "runtime text", "/ appends", "allocations", "load and save", "/ copying"},
+               rows);
 }
+
+}  // namespace kvo::bench

@@ -1,0 +1,73 @@
+// How long programs take from being started to being gone.
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+#include "bench/Stopwatch.h"
+#include "bench/sections.h"
+
+namespace kvo::bench {
+namespace {
+
+void Start(const std::vector<std::string>& command) {
+  std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
+  for (const std::string& argument : command)
+    arguments.push_back(const_cast<char*>(argument.c_str()));  // NOLINT: POSIX says so
+  arguments.push_back(nullptr);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+  pid_t child = 0;
+  int status = 1;
+  const int error =
+      posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
+  if (error == 0) waitpid(child, &status, 0);
+  posix_spawn_file_actions_destroy(&actions);
+  if (error != 0 || status != 0) throw std::runtime_error(command[0] + " failed");
+}
+
+}  // namespace
+
+void MeasureStart(Report& report, const std::string& kvo, const std::string& empty) {
+  struct Program {
+    const char* name;
+    std::vector<std::string> command;
+    bool interpreter;
+  };
+  const std::string page = "examples/newsletter/newsletter.html";
+  const Program programs[] = {
+      {"an empty C++ program", {empty}, false},
+      {"`kvo --version`", {kvo, "--version"}, false},
+      {"`kvo publish` of the example", {kvo, "publish", page, "-o", "/dev/null"}, false},
+      {"Python, nothing to do", {"python3", "-c", ""}, true},
+      {"Python with its HTML parser", {"python3", "-c", "import html.parser"}, true},
+      {"Perl, nothing to do", {"perl", "-e", ""}, false},
+      {"Node, nothing to do", {"node", "-e", ""}, true},
+  };
+  Stopwatch stopwatch(Clock::wall);
+  for (const Program& program : programs)
+    stopwatch.Add(program.name, [&program] { Start(program.command); });
+  const Times times = stopwatch.Run();
+
+  const double none = times.at(programs[0].name);
+  const double ours = times.at(programs[1].name);
+  std::vector<std::vector<std::string>> rows;
+  for (const Program& program : programs) {
+    const double time = times.at(program.name);
+    rows.push_back({program.name, Duration(time),
+                    &program == &programs[1] ? report.AtMost(time / none, 3) : Figure(time / none),
+                    program.interpreter ? report.AtLeast(time / ours, 10) : Figure(time / ours)});
+  }
+  report.Heading("Start-up");
+  report.Paragraph(
+      "From start to end by the wall clock. `kvo --version` may take 3 times as long as an empty "
+      "program; an interpreter that has nothing to do, which is the least that a tool written for "
+      "it takes, is to need 10 times as long as that.");
+  report.Table({"program", "time", "/ empty program", "/ kvo --version"}, rows);
+}
+
+}  // namespace kvo::bench

@@ -1,0 +1,105 @@
+// Measures everything in one run and writes it down.
+//   kvo_bench KVO EMPTY DOCUMENT PLOTDATA REMARKS [--benchmark_...]
+// KVO and EMPTY are the programs whose start is timed; DOCUMENT is the Markdown file to write,
+// PLOTDATA the figures for its plot, REMARKS the Markdown that is put at its end. Google
+// Benchmark's own options come after them.
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <thread>
+
+#include "bench/Report.h"
+#include "bench/sections.h"
+#include "host/headless/HeadlessPlatform.h"
+
+namespace kvo::bench {
+namespace {
+
+constexpr int kArguments = 6;
+
+// The first line of the file that begins with the key, behind its separator.
+std::string ValueOf(const char* file, std::string_view key, char separator) {
+  std::ifstream in(file);
+  for (std::string line; std::getline(in, line);) {
+    if (!line.starts_with(key)) continue;
+    std::string value = line.substr(line.find(separator) + 1);
+    std::erase(value, '"');
+    return value.substr(std::min(value.find_first_not_of(" \t"), value.size()));
+  }
+  return "?";
+}
+
+std::string Machine() {
+  return ValueOf("/proc/cpuinfo", "model name", ':') + ", " +
+         std::to_string(std::thread::hardware_concurrency()) + " cores; " +
+         ValueOf("/etc/os-release", "PRETTY_NAME", '=') + "; GCC " + __VERSION__;
+}
+
+std::string Contents(const char* file) {
+  std::ifstream in(file);
+  if (!in) throw std::runtime_error(std::string(file) + " cannot be read");
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void Write(const char* file, const Report& report, const std::string& remarks) {
+  std::ofstream out(file);
+  out << "# Performance\n\n`./run bench` measures this and writes this file, all in one process "
+         "and one run. Every time is the median of several rounds in which what is compared takes "
+         "turns; quote the ratios, for the times are this machine's:\n"
+      << Machine() << ".\n\n"
+      << report.Goals() - report.Missed() << " of " << report.Goals()
+      << " goals are met; a figure that misses its goal is set in **bold**.\n"
+      << report.Text() << '\n'
+      << remarks;
+  if (!out.flush()) throw std::runtime_error(std::string(file) + " cannot be written");
+}
+
+int Run(char** argv) {
+  HeadlessPlatform platform;
+  const PlatformScope scope(platform);
+  const std::string remarks = Contents(argv[5]);
+  Report report;
+  const auto section = [](const char* name) {
+    std::printf("Measuring %s ...\n", name);
+    std::fflush(stdout);
+  };
+  section("the text helpers");
+  MeasureTextHelpers(report);
+  section("the controls");
+  MeasureControls(report);
+  section("pages");
+  MeasurePages(report, argv[4]);
+  section("the picker");
+  MeasurePicker(report);
+  section("start-up");
+  MeasureStart(report, argv[1], argv[2]);
+  Write(argv[3], report, remarks);
+  std::printf("%d of %d goals are met.\n", report.Goals() - report.Missed(), report.Goals());
+  return 0;
+}
+
+}  // namespace
+}  // namespace kvo::bench
+
+int main(int argc, char** argv) {
+  if (argc < kvo::bench::kArguments) {
+    std::fprintf(stderr, "usage: kvo_bench KVO EMPTY DOCUMENT PLOTDATA REMARKS [OPTIONS]\n");
+    return 2;
+  }
+  // Ours first, so that the user's come later and win.
+  std::vector<char*> options{argv[0]};
+  std::string ours[] = {"--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=7",
+                        "--benchmark_min_time=0.02"};
+  for (std::string& option : ours) options.push_back(option.data());
+  options.insert(options.end(), argv + kvo::bench::kArguments, argv + argc);
+  int count = static_cast<int>(options.size());
+  benchmark::Initialize(&count, options.data());
+  try {
+    return kvo::bench::Run(argv);
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "%s\n", failure.what());
+    return 1;
+  }
+}
