@@ -26,6 +26,7 @@ constexpr Operator kNo = {"no", "ist Falsch", "==false"};
 constexpr std::array kEquality = {kEquals, kNotEqual};
 constexpr std::array kOrder = {kEquals, kGreaterThan, kLessThan, kNotEqual};
 constexpr std::array kTruth = {kYes, kNo};
+constexpr std::array kAll = {kEquals, kGreaterThan, kLessThan, kNotEqual, kYes, kNo};
 
 enum class ValueForm { quoted, asTyped, none };
 
@@ -54,11 +55,9 @@ const FieldType* FindFieldType(std::int32_t dataType) {
 
 const Operator* FindOperator(const ComboBox::Row* row) {
   if (row == nullptr) return nullptr;
-  for (const std::span<const Operator> operators :
-       {std::span<const Operator>(kOrder), std::span<const Operator>(kTruth)})
-    for (const Operator& candidate : operators)
-      if (candidate.key == row->key) return &candidate;
-  return nullptr;
+  const auto* found = std::ranges::find_if(
+      kAll, [row](const Operator& candidate) { return candidate.key == row->key; });
+  return found == kAll.end() ? nullptr : found;
 }
 
 void AddTo(ComboBox& box, std::span<const Operator> operators) {

@@ -344,6 +344,15 @@ TEST_F(ControlTest, TheGivenCollectionItselfIsHeld) {
   EXPECT_EQ(list->Count(), 1U);
 }
 
+TEST_F(ControlTest, ItemsThatAreNoTextsAreTakenAsTexts) {
+  const auto list = std::make_shared<Collection>();
+  list->Add(Variant(7));
+  list->Add(Variant(true));
+  const auto element = Loaded("DTCElement", {{"value", "td"}});
+  element->Let("AttributesCollection", ObjectRef(list));
+  EXPECT_EQ(element->Get("Attributes"), Variant("7||True"));
+}
+
 // A host's own collection, reached by enumeration alone.
 class ForeignCollection : public Object {
  public:

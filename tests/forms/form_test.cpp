@@ -287,6 +287,38 @@ TEST_F(Forms, AModalFormIsLoadedUntilItIsUnloaded) {
   EXPECT_EQ(form.events, Events{"cmdOk_Click"});
 }
 
+TEST_F(Forms, AWindowThatIsClosedUnloadsItsForm) {
+  platform.whileModal = [&](Form&) {
+    user.CloseWindow();
+    EXPECT_FALSE(form.IsLoaded());
+  };
+  form.ShowModal();
+  EXPECT_EQ(form.events, Events{});
+}
+
+template <class Choose>
+int ErrorOf(const Choose& choose) {
+  try {
+    choose();
+  } catch (const RuntimeError& error) {
+    return error.Number();
+  }
+  return 0;
+}
+
+TEST_F(Forms, WhatIsNotThereCannotBeChosen) {
+  constexpr int kInvalidCall = 5;
+  form.cboKeyed.AddItem("a", "Eins");
+  form.cboKeyed.Text("Eins");
+  EXPECT_EQ(form.cboKeyed.ListIndex(), 0);
+  EXPECT_EQ(ErrorOf([&] { form.cboKeyed.Text("Zwei"); }), kInvalidCall);
+  EXPECT_EQ(ErrorOf([&] { form.cboKeyed.ListIndex(1); }), kInvalidCall);
+  EXPECT_EQ(ErrorOf([&] { form.cboKeyed.ListIndex(kNoRow - 1); }), kInvalidCall);
+  EXPECT_EQ(form.cboKeyed.ListIndex(), 0);
+  EXPECT_EQ(ErrorOf([&] { form.tabs.SelectedTab(2); }), kInvalidCall);
+  EXPECT_EQ(form.tabs.SelectedTab(), 0U);
+}
+
 TEST(CharacterCount, CountsCodePointsEvenInTextThatIsNoUtf8) {
   EXPECT_EQ(CharacterCount("aä€😀"), 4U);
   EXPECT_EQ(CharacterOffset("aä€😀", 2), 3U);

@@ -45,6 +45,10 @@ TEST(GermanFormat, ABackslashMakesTheNextCharacterStandForItself) {
   EXPECT_EQ(GermanFormat(kDate, "\"dd\" dd"), "dd 23");
 }
 
+TEST(GermanFormat, ANumberStandsWhereItsFirstPlaceholderStands) {
+  EXPECT_EQ(GermanFormat(1.5, "\\x0.00\\y"), "x1,50y");
+}
+
 TEST(GermanFormat, NamesDaysAndMonthsInGerman) {
   EXPECT_EQ(GermanFormat(kDate, "dddd, d. mmm"), "Freitag, 23. Apr");
   EXPECT_EQ(GermanFormat("01.03.2004", "ddd d. mmmm"), "Mo 1. März");
@@ -53,6 +57,7 @@ TEST(GermanFormat, NamesDaysAndMonthsInGerman) {
 TEST(GermanFormat, ANumberByADatePatternCountsDays) {
   EXPECT_EQ(GermanFormat(38100.67353, "dd.mm.yyyy hh:mm"), "23.04.2004 16:09");
   EXPECT_EQ(GermanFormat(0, "dd.mm.yyyy"), "30.12.1899");
+  EXPECT_EQ(GermanFormat(1.999999, "dd.mm.yyyy hh:mm:ss"), "01.01.1900 00:00:00");
   EXPECT_EQ(GermanFormat(2958465.99998, "dd.mm.yyyy hh:mm:ss"), "31.12.9999 23:59:58");
   const double beyond = 2958465.999999;  // to the second, the year 10000
   EXPECT_EQ(GermanFormat(beyond, "dd.mm.yyyy hh:mm:ss"), ToText(beyond));
@@ -63,6 +68,7 @@ TEST(GermanFormat, WhatReadsAsNothingComesBackAsItIs) {
   EXPECT_EQ(GermanFormat("31.02.2004", "dd.mm.yyyy"), "31.02.2004");
   EXPECT_EQ(GermanFormat("viel", "#,##0"), "viel");
   EXPECT_EQ(GermanFormat("25:00", "hh:mm"), "25:00");
+  EXPECT_EQ(GermanFormat("23.04.2004x", "dd.mm.yyyy"), "23.04.2004x");
   EXPECT_EQ(GermanFormat(1e300, "dd.mm.yyyy"), ToText(1e300));
 }
 
