@@ -1,5 +1,7 @@
 #include "common/Control.h"
 
+#include <new>
+
 #include "common/Ascii.h"
 #include "common/RuntimeError.h"
 
@@ -27,6 +29,8 @@ void Control::ReadProperties(PropertyBag& propertyBag) {
         row.way.in(*this, value.Take());
       else
         row.way.inText(*this, value.Text());
+    } catch (const std::bad_alloc&) {
+      throw;  // nothing is wrong with the key: skipping it would lose its value at the next saving
     } catch (const std::exception& error) {
       propertyBag.KeyFailed(row.key, error);
       if (contract.readFailure == ReadFailure::endsLoad) throw;

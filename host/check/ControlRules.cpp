@@ -1,6 +1,7 @@
 #include "host/check/ControlRules.h"
 
 #include <algorithm>
+#include <new>
 
 #include "common/Suggest.h"
 #include "common/modGlobal.h"
@@ -213,6 +214,8 @@ std::optional<std::vector<std::string>> FieldNames(Object& office, std::string_v
     ForEach(*ToObject(office.Get(list)), [&](const Variant& field) {
       names.push_back(ToText(ToObject(field)->Get("SQLName")));
     });
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const std::exception&) {
     return std::nullopt;  // a context object without this list
   }
