@@ -83,6 +83,15 @@ Message MessageOf(int error, Doing doing, const std::string& file) {
   throw FileError(file, MessageOf(error, doing, file));
 }
 
+// Does a system call anew for as long as signals interrupt it.
+template <class Call>
+int Uninterrupted(Call call) {
+  int result;
+  do result = call();
+  while (result < 0 && errno == EINTR);
+  return result;
+}
+
 // An open file, closed at the end of its life.
 class Descriptor {
  public:
@@ -99,8 +108,9 @@ class Descriptor {
 
   int Number() const { return number_; }
   bool IsOpen() const { return number_ >= 0; }
-  // Closes now, for the errors that some file systems report only then.
-  bool Close() { return close(std::exchange(number_, -1)) == 0; }
+  // Closes now, for the errors that some file systems report only then. An interrupted close has
+  // closed.
+  bool Close() { return close(std::exchange(number_, -1)) == 0 || errno == EINTR; }
 
  private:
   int number_ = -1;
@@ -132,8 +142,10 @@ void WriteAll(int descriptor, std::string_view bytes, const std::string& file) {
   const NoFileSizeSignal guard;
   while (!bytes.empty()) {
     const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-    if (written >= 0) {
+    if (written > 0) {
       bytes.remove_prefix(static_cast<std::size_t>(written));
+    } else if (written == 0) {
+      Throw(EIO, Doing::writing, file);  // without an error and without end
     } else if (errno != EINTR) {
       Throw(errno, Doing::writing, file);
     }
@@ -152,7 +164,12 @@ std::string TargetOf(const std::string& file) {
   std::string path = file;
   for (int links = 0; links < kMostLinks; ++links) {
     struct stat status;
-    if (lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return path;
+    if (lstat(path.c_str(), &status) != 0) {
+      // Not knowing whether it is a link is no reason to put a file in its place.
+      if (errno != ENOENT) Throw(errno, Doing::writing, file);
+      return path;
+    }
+    if (!S_ISLNK(status.st_mode)) return path;
     std::array<char, 4097> link;
     const ssize_t length = readlink(path.c_str(), link.data(), link.size());
     if (length < 0) Throw(errno, Doing::writing, file);
@@ -168,8 +185,11 @@ class FileReplacement final : public Output {
   // `existing` is nullptr for a new file.
   FileReplacement(std::string file, std::string target, const struct stat* existing)
       : file_(std::move(file)), target_(std::move(target)) {
-    std::string name = FolderOf(target_) + "/.kvo-XXXXXX";
-    temporary_ = Descriptor(mkostemp(name.data(), O_CLOEXEC));
+    std::string name;
+    temporary_ = Descriptor(Uninterrupted([&] {
+      name = FolderOf(target_) + "/.kvo-XXXXXX";
+      return mkostemp(name.data(), O_CLOEXEC);
+    }));
     if (!temporary_.IsOpen()) Throw(errno, Doing::writing, file_);
     temporaryName_ = std::move(name);
     try {
@@ -184,12 +204,14 @@ class FileReplacement final : public Output {
   void append(std::string_view bytes) override { WriteAll(temporary_.Number(), bytes, file_); }
 
   void Commit() override {
-    if (fsync(temporary_.Number()) != 0 || !temporary_.Close()) Throw(errno, Doing::writing, file_);
+    if (Uninterrupted([&] { return fsync(temporary_.Number()); }) != 0 || !temporary_.Close())
+      Throw(errno, Doing::writing, file_);
     if (rename(temporaryName_.c_str(), target_.c_str()) != 0) Throw(errno, Doing::writing, file_);
     temporaryName_.clear();
     // The new file is in place; this only makes the rename itself outlive a power failure.
-    const Descriptor folder(open(FolderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folder.IsOpen()) fsync(folder.Number());
+    const Descriptor folder(Uninterrupted(
+        [&] { return open(FolderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    if (folder.IsOpen()) Uninterrupted([&] { return fsync(folder.Number()); });
   }
 
  private:
@@ -204,11 +226,15 @@ class FileReplacement final : public Output {
       mode = existing->st_mode & 07777;
       struct stat own;
       if (fstat(temporary_.Number(), &own) != 0) Throw(errno, Doing::writing, file_);
-      const bool sameOwner = own.st_uid == existing->st_uid && own.st_gid == existing->st_gid;
-      if (!sameOwner && fchown(temporary_.Number(), existing->st_uid, existing->st_gid) != 0)
-        Throw(errno, Doing::writing, file_);
+      if (own.st_uid != existing->st_uid || own.st_gid != existing->st_gid) {
+        const auto give = [&] {
+          return fchown(temporary_.Number(), existing->st_uid, existing->st_gid);
+        };
+        if (Uninterrupted(give) != 0) Throw(errno, Doing::writing, file_);
+      }
     }
-    if (fchmod(temporary_.Number(), mode) != 0) Throw(errno, Doing::writing, file_);
+    if (Uninterrupted([&] { return fchmod(temporary_.Number(), mode); }) != 0)
+      Throw(errno, Doing::writing, file_);
   }
 
   void Remove() {
@@ -251,7 +277,7 @@ std::string ReadFile(const std::string& file) {
   int descriptor = STDIN_FILENO;
   std::string text;
   if (file != kStandardStream) {
-    own = Descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    own = Descriptor(Uninterrupted([&] { return open(file.c_str(), O_RDONLY | O_CLOEXEC); }));
     if (!own.IsOpen()) Throw(errno, Doing::reading, file);
     descriptor = own.Number();
     struct stat status;
@@ -282,7 +308,8 @@ std::unique_ptr<Output> OpenOutput(const std::string& file) {
   if (!exists) return std::make_unique<FileReplacement>(file, target, nullptr);
   if (S_ISDIR(status.st_mode)) Throw(EISDIR, Doing::writing, file);
   if (!S_ISREG(status.st_mode)) {
-    Descriptor own(open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+    Descriptor own(
+        Uninterrupted([&] { return open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY); }));
     if (!own.IsOpen()) Throw(errno, Doing::writing, file);
     const int descriptor = own.Number();
     return std::make_unique<HeldBack>(file, std::move(own), descriptor);
