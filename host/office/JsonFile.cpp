@@ -1,6 +1,7 @@
 #include "host/office/JsonFile.h"
 
 #include <algorithm>
+#include <set>
 
 #include "common/Suggest.h"
 
@@ -29,6 +30,12 @@ Localized NameOf(Kind kind) {
 }
 
 std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+
+// A key as messages show it. What is no name may be a value in the wrong place, and that a
+// connection string with its password.
+std::string Shown(const std::string& key) {
+  return key.find_first_of(":=@/") == std::string::npos ? key : "\"...\"";
+}
 
 }  // namespace
 
@@ -77,12 +84,10 @@ void JsonFileReader::WrongValue(std::size_t at, const std::string& path, const L
 
 void JsonFileReader::CheckKeys(const JsonNode& object, std::span<const std::string_view> known,
                                const std::string& path) {
-  for (std::size_t i = 0; i < object.children.size(); ++i) {
-    const JsonNode& member = object.children[i];
-    const std::string where = PathTo(path, member.key);
-    bool twice = false;
-    for (std::size_t j = 0; j < i; ++j) twice |= object.children[j].key == member.key;
-    if (twice)
+  std::set<std::string_view> keys;
+  for (const JsonNode& member : object.children) {
+    const std::string where = PathTo(path, Shown(member.key));
+    if (!keys.insert(member.key).second)
       Add(member.keyAt, {where + " steht zweimal. Löschen Sie einen der beiden Einträge.",
                          where + " stands twice. Delete one of the two entries."});
     else if (std::find(known.begin(), known.end(), member.key) == known.end())

@@ -85,11 +85,6 @@ class TreeBuilder {
       error_ = {TokenStart(),
                 {"Diese Zahl ist zu groß. Berichtigen Sie sie.",
                  "This number is too large. Correct it."}};
-    } else if (const std::size_t invalid = page::FindInvalidUtf8(text_.substr(0, at + 4));
-               invalid <= at) {
-      error_ = {invalid,
-                {"Dieses Zeichen ist kein gültiges UTF-8. Speichern Sie die Datei als UTF-8.",
-                 "This character is not valid UTF-8. Save the file as UTF-8."}};
     } else if (text_.find_first_not_of(" \t\r\n") == std::string_view::npos) {
       error_ = {text_.size(),
                 {"Die Datei ist leer. Sie muss mindestens {} enthalten.",
@@ -98,19 +93,13 @@ class TreeBuilder {
       error_ = {text_.size(),
                 {"Die Datei endet zu früh: eine Klammer oder ein Anführungszeichen fehlt.",
                  "The file ends too early: a bracket or a quotation mark is missing."}};
-    } else if (text_[at] == '"' ||
-               std::string_view(error.what()).find("invalid string") != std::string_view::npos) {
-      // The text itself is not shown: it may be a connection string with a password.
-      error_ = {at + 1 - std::min(at + 1, Length(token)),
-                {"Dieser Text kann hier nicht stehen oder ist ungültig. Prüfen Sie Kommas und "
-                 "Doppelpunkte davor, sein schließendes Anführungszeichen und jedes \\ in ihm.",
-                 "This text cannot stand here or is not valid. Check commas and colons in front of "
-                 "it, its closing quotation mark and every \\ in it."}};
+    } else if (text_[at] == '"' || IsWrongText(error)) {
+      WrongText(at + 1 - std::min(at + 1, Length(token)));
+    } else if (const std::size_t start = WordStart(at); IsRestOfText(start)) {
+      WrongText(start);
     } else {
-      const std::size_t character = CharacterStart(at);
-      const std::size_t start = WordStart(character);
-      const std::string shown =
-          '\'' + std::string(text_.substr(start, CharacterEnd(character) - start)) + '\'';
+      const std::size_t end = CharacterEnd(CharacterStart(at));
+      const std::string shown = '\'' + std::string(text_.substr(start, end - start)) + '\'';
       error_ = {start,
                 {"Hier kann " + shown +
                      " nicht stehen. Prüfen Sie Kommas, Anführungszeichen und Klammern davor.",
@@ -133,9 +122,23 @@ class TreeBuilder {
     return std::min(start, text_.size());
   }
 
+  // The parser's reason ends with what it has read last, which can be anything.
+  static bool IsWrongText(const json::exception& error) {
+    const std::string_view reason = error.what();
+    return reason.substr(0, reason.find("; last read")).find("invalid string") != reason.npos;
+  }
+
+  // The text itself is not shown: it may be a connection string with a password.
+  void WrongText(std::size_t at) {
+    error_ = {at,
+              {"Dieser Text kann hier nicht stehen oder ist ungültig. Prüfen Sie Kommas und "
+               "Doppelpunkte davor, sein schließendes Anführungszeichen und jedes \\ in ihm.",
+               "This text cannot stand here or is not valid. Check commas and colons in front of "
+               "it, its closing quotation mark and every \\ in it."}};
+  }
+
   // Where the word or number starts that ends at `last`; a bracket, comma or colon stands alone.
   std::size_t WordStart(std::size_t last) const {
-    constexpr std::string_view kEnds = " \t\r\n[]{},:\"";
     if (last == 0 || kEnds.find(text_[last]) != std::string_view::npos) return last;
     return text_.find_last_of(kEnds, last - 1) + 1;
   }
@@ -147,6 +150,11 @@ class TreeBuilder {
   }
   std::size_t CharacterEnd(std::size_t start) const {
     return start + page::FirstUtf8Character(text_.substr(start)).length;
+  }
+
+  // Whether a word stands right behind a quotation mark: one inside of a text has closed it early.
+  bool IsRestOfText(std::size_t start) const {
+    return start > 0 && text_[start - 1] == '"' && kEnds.find(text_[start]) == std::string::npos;
   }
 
   // The length of a token in the text: the parser shows each control character as "<U+xxxx>".
@@ -192,6 +200,8 @@ class TreeBuilder {
     return true;
   }
 
+  static constexpr std::string_view kEnds = " \t\r\n[]{},:\"";  // of words and numbers
+
   std::string_view text_;
   const std::size_t* taken_;
   std::size_t tokenEnd_ = 0;
@@ -209,6 +219,11 @@ std::variant<JsonNode, JsonError> ParseJson(std::string_view text) {
   const std::size_t start = text.starts_with(kMark) ? kMark.size() : 0;
   std::size_t taken = 0;
   const std::string_view body = text.substr(start);
+  // In advance, because the parser counts it among the faults of the text that it is in.
+  if (const std::size_t at = page::FindInvalidUtf8(body); at != std::string_view::npos)
+    return JsonError{start + at,
+                     {"Dieses Zeichen ist kein gültiges UTF-8. Speichern Sie die Datei als UTF-8.",
+                      "This character is not valid UTF-8. Save the file as UTF-8."}};
   TreeBuilder builder(body, &taken);
   json::sax_parse(CountingIterator(body, 0, &taken), CountingIterator(body, body.size(), &taken),
                   &builder);
