@@ -96,11 +96,11 @@ std::size_t ValueEnd(std::string_view text, std::size_t at) {
 std::vector<Range> FindPasswords(std::string_view text) {
   std::vector<Range> found;
   // Behind the user's name and ":", up to the last "@", because a password may hold one as well.
-  if (const std::size_t scheme = text.find(kSchemeEnd); scheme != kNone) {
-    const std::size_t colon = text.find(':', scheme + kSchemeEnd.size());
-    const std::size_t at = text.rfind('@');
-    if (colon != kNone && at != kNone && colon < at) found.push_back({colon + 1, at});
-  }
+  // An address that lacks its scheme, or a part of it, is refused, but shown first.
+  const std::size_t scheme = text.find(kSchemeEnd);
+  const std::size_t colon = text.find(':', scheme == kNone ? 0 : scheme + kSchemeEnd.size());
+  const std::size_t at = text.rfind('@');
+  if (colon != kNone && at != kNone && colon < at) found.push_back({colon + 1, at});
   for (std::size_t equals = text.find('='); equals != kNone; equals = text.find('=', equals + 1)) {
     std::size_t keyEnd = equals;
     while (keyEnd > 0 && IsBlank(text[keyEnd - 1])) --keyEnd;
