@@ -146,6 +146,8 @@ struct CommandLine::Parts {
     app.set_help_flag();
     app.add_flag(std::string(kHelpFlags), help);
     app.add_flag("-V,--version", showVersion);
+    // Behind the first one, the name of a command is a page or an id as any other word.
+    app.require_subcommand(0, 1);
   }
 
   std::string Help() const {

@@ -84,6 +84,14 @@ TEST_F(SetCommand, ChangesOneControlAndSavesThePage) {
   EXPECT_EQ(Files(), std::vector<std::string>{"x.html"});
 }
 
+TEST_F(SetCommand, PagesAndIdsMayHaveTheNamesOfCommands) {
+  Write("check", PrintElement("old", "script"));
+  const Result result = Kvo({"set", "check", "script", "Value=new"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_NE(Read("check").find("<kv:print value=\"new\"/>"), std::string::npos) << Read("check");
+  EXPECT_EQ(Kvo({"check", "check", "check"}).code, 0);
+}
+
 TEST_F(SetCommand, WritesElsewhereWithOutput) {
   const std::string page = PrintElement("a", "A");
   Write("x.html", page);
