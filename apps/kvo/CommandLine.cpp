@@ -257,7 +257,7 @@ ExitCode CommandLine::Execute(int argc, char** argv) {
   } catch (const RuntimeError& error) {
     Complain(error.Description(UserLanguage()));
   } catch (const std::bad_alloc&) {
-    Complain(Say({"Der Speicher reicht nicht aus.", "There is not enough memory."}));
+    throw;  // a message takes memory, too: see main()
   } catch (const std::exception& error) {
     Complain(error.what());
   }

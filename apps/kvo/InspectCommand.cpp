@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/Json.h"
 #include "apps/kvo/PageRun.h"
@@ -34,11 +36,15 @@ std::string Messages(const page::Inspection& inspection, std::size_t index) {
   const page::Place from = inspection.controls[index].place;
   const bool last = index + 1 == inspection.controls.size();
   std::string messages;
-  for (const page::Problem& problem : inspection.problems) {
-    if (problem.severity != page::Severity::error || before(problem.place, from)) continue;
-    if (!last && !before(problem.place, inspection.controls[index + 1].place)) continue;
+  // They are in the order of the page.
+  for (auto problem = std::ranges::lower_bound(
+           inspection.problems, from, before, [](const page::Problem& each) { return each.place; });
+       problem != inspection.problems.end() &&
+       (last || before(problem->place, inspection.controls[index + 1].place));
+       ++problem) {
+    if (problem->severity != page::Severity::error) continue;
     if (!messages.empty()) messages += ' ';
-    messages += problem.message.In(UserLanguage());
+    messages += problem->message.In(UserLanguage());
   }
   return messages;
 }

@@ -1,7 +1,6 @@
 #include "apps/kvo/PageRun.h"
 
 #include <chrono>
-#include <cstdio>
 #include <filesystem>
 #include <map>
 
@@ -24,10 +23,8 @@ class Progress {
     const Clock::time_point now = Clock::now();
     if (now - told_ < std::chrono::seconds(1)) return;
     told_ = now;
-    const std::string line =
-        Say({"kvo: {} von {}: {}\n", "kvo: {} of {}: {}\n"},
-            {std::to_string(current_), std::to_string(total_), ShownName(page)});
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    Tell(Say({"kvo: {} von {}: {}", "kvo: {} of {}: {}"},
+             {std::to_string(current_), std::to_string(total_), ShownName(page)}));
   }
 
  private:

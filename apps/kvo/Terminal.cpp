@@ -29,6 +29,25 @@ std::string Coloured(int descriptor, page::Severity severity, std::string text, 
   return text;
 }
 
+// What a page brings along, made harmless where it would reach a terminal: no character of it is
+// taken for a command to move the cursor, to change the title or to answer something.
+std::string Harmless(int descriptor, std::string_view text) {
+  if (isatty(descriptor) != 1) return std::string(text);
+  constexpr std::string_view replacement = "\xEF\xBF\xBD";
+  std::string harmless;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : 0);
+    const bool twoBytes = byte == 0xC2 && next >= 0x80 && next <= 0x9F;
+    if (twoBytes || (byte < 0x20 && byte != '\n' && byte != '\t') || byte == 0x7F)
+      harmless += replacement;
+    else
+      harmless += text[i];
+    if (twoBytes) ++i;
+  }
+  return harmless;
+}
+
 void PrintError(std::string_view text) {
   std::fflush(stdout);  // keep the order in which things happened
   std::fwrite(text.data(), 1, text.size(), stderr);
@@ -40,6 +59,10 @@ void OutputFailed() {
                     {std::strerror(errno)}));
 }
 
+void PrintAsIs(std::string_view text) {
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) OutputFailed();
+}
+
 }  // namespace
 
 void Complain(std::string_view message) {
@@ -48,28 +71,35 @@ void Complain(std::string_view message) {
   line += Say({"Fehler:", "error:"});
   const std::size_t end = line.size();
   line += ' ';
-  line += message;
+  line += Harmless(STDERR_FILENO, message);
   line += '\n';
   PrintError(Coloured(STDERR_FILENO, page::Severity::error, line, program.size(), end));
+}
+
+void Tell(std::string_view line) { PrintError(Harmless(STDERR_FILENO, line) + '\n'); }
+
+void ComplainOfMemory() {
+  const std::string_view line = Localized{"kvo: Fehler: Der Speicher reicht nicht aus.\n",
+                                          "kvo: error: There is not enough memory.\n"}
+                                    .In(UserLanguage());
+  PrintError(line);
 }
 
 void ShowProblems(Stream stream, std::string_view file, const page::Problems& problems) {
   const int descriptor = stream == Stream::output ? STDOUT_FILENO : STDERR_FILENO;
   for (const page::Problem& problem : problems) {
-    std::string line = page::Describe(problem, file, UserLanguage()) + '\n';
+    std::string line = Harmless(descriptor, page::Describe(problem, file, UserLanguage()) + '\n');
     const std::size_t begin = line.find(": ", file.size()) + 2;
     line = Coloured(descriptor, problem.severity, line, begin, line.find(':', begin) + 1);
     if (stream == Stream::output) {
-      Print(line);
+      PrintAsIs(line);
     } else {
       PrintError(line);
     }
   }
 }
 
-void Print(std::string_view text) {
-  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) OutputFailed();
-}
+void Print(std::string_view text) { PrintAsIs(Harmless(STDOUT_FILENO, text)); }
 
 void FlushOutput() {
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) OutputFailed();

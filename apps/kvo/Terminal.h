@@ -26,13 +26,18 @@ class Failure : public std::runtime_error {
 
 // A message on standard error behind "kvo: " and the word for an error, coloured on a terminal.
 void Complain(std::string_view message);
+// A line on standard error that is no complaint.
+void Tell(std::string_view line);
+// The message that there is no memory; needs none itself.
+void ComplainOfMemory();
 
 // The problems of a page, one per line: `check` prints them as its result on standard output,
 // everything else as complaints on standard error.
 enum class Stream { output, error };
 void ShowProblems(Stream stream, std::string_view file, const page::Problems& problems);
 
-// Text on standard output. A Failure when it can't be written (full disk, ...).
+// Text on standard output; on a terminal, control characters are replaced. A Failure when it can't
+// be written (full disk, ...).
 void Print(std::string_view text);
 // Hands everything printed so far to the system; failures as in Print.
 void FlushOutput();

@@ -1,9 +1,14 @@
 // kvo: saves, checks, inspects and publishes pages from a terminal or a build server.
+#include <new>
+
 #include "apps/kvo/CommandLine.h"
 #include "apps/kvo/Commands.h"
+#include "apps/kvo/Terminal.h"
 #include "host/headless/HeadlessPlatform.h"
 
-int main(int argc, char** argv) {
+namespace {
+
+kvo::ExitCode Run(int argc, char** argv) {
   kvo::HeadlessPlatform platform;
   const kvo::PlatformScope installed(platform);
 
@@ -16,5 +21,17 @@ int main(int argc, char** argv) {
   kvo::AddPictureCommand(line);
   kvo::AddPagesCommand(line);
   kvo::AddScriptCommand(line);
-  return static_cast<int>(line.Execute(argc, argv));
+  return line.Execute(argc, argv);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return static_cast<int>(Run(argc, argv));
+  } catch (const std::bad_alloc&) {
+    // Also when it was a message that there was no memory for.
+    kvo::ComplainOfMemory();
+    return static_cast<int>(kvo::ExitCode::failure);
+  }
 }
