@@ -37,7 +37,7 @@ editor_packages=(qt6-base-dev qt6-webengine-dev libqt6svg6 qt6-translations-l10n
 # What it takes to test everything: the shop database is tested on SQLite files and on a PostgreSQL
 # server of the tests' own. SOCI's headers include Boost's.
 test_packages=(libgtest-dev clang-format-14 sqlite3 libsoci-dev libboost-dev
-  libsqlite3-dev postgresql)
+  libsqlite3-dev postgresql strace)
 # What it takes to build the Windows component: the cross compiler, the compiler of type libraries,
 # and from Wine the type library of automation. ./run windows builds for 32 bit as well.
 windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools libwine)

@@ -1,0 +1,286 @@
+// Every call of the system that saving makes fails, one after the other, in every way it can. The
+// old page stands untouched or the new one is in its place, whole; what is said and the exit code
+// agree with it; and nothing is left beside it.
+#include <signal.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <iostream>
+
+#include "tests/faults/Faults.h"
+
+namespace kvo::test {
+namespace {
+
+constexpr int kMostCalls = 100'000;
+
+// What a call is for: its failure ends the save, with the message of reading or of writing, or it
+// is none of the page's business.
+enum class For { reading, writing, nothing };
+
+struct CallRow {
+  const char* name;
+  std::vector<For> calls;  // in their order; the last one counts for those that follow
+  std::vector<int> errors;
+  bool interruptible = false;
+};
+
+const std::vector<CallRow> kCalls = {
+    // the page; its folder, when the new page is in place
+    {"open", {For::reading, For::nothing}, {EIO, EMFILE, EACCES}, true},
+    {"read", {For::reading}, {EIO, EISDIR}, true},
+    // the page's size, in advance; the new file's owner
+    {"fstat", {For::nothing, For::writing}, {EIO}},
+    {"lstat", {For::writing}, {EIO, EACCES}},
+    {"stat", {For::writing}, {EIO, EACCES}},
+    {"access", {For::writing}, {EIO, EACCES, EROFS}},
+    {"mkostemp", {For::writing}, {ENOSPC, EDQUOT, EIO, EACCES, EROFS}, true},
+    {"fchown", {For::writing}, {EPERM, EIO}, true},
+    {"fchmod", {For::writing}, {EPERM, EIO, EROFS}, true},
+    {"write", {For::writing}, {ENOSPC, EDQUOT, EIO, EFBIG}, true},
+    {"fsync", {For::writing, For::nothing}, {EIO, ENOSPC, EDQUOT}, true},
+    {"close", {For::nothing, For::writing, For::nothing}, {EIO, ENOSPC, EDQUOT}, true},
+    {"rename", {For::writing}, {EIO, ENOSPC, EDQUOT, EACCES, EBUSY}},
+};
+
+// Not made at all. If that changes, they belong into the table.
+constexpr const char* kOtherCalls[] = {"openat",   "fdatasync", "renameat",
+                                       "readlink", "unlink",    "mmap"};
+
+std::string MessageOf(int error, For what) {
+  const bool reading = what == For::reading;
+  switch (error) {
+    case ENOSPC:
+    case EDQUOT:
+      return "The disk is full. Make room and try again.";
+    case EACCES:
+    case EPERM:
+      return reading ? "The file may not be read." : "The file or its folder is read-only.";
+    case EROFS:
+      return "The drive is read-only.";
+    case EFBIG:
+      return "The file would become larger than allowed here.";
+    case EISDIR:
+      return "This is a folder.";
+    default:
+      return (reading ? "The file cannot be read (" : "The file cannot be written (") +
+             std::string(strerror(error)) + ")";
+  }
+}
+
+// The program as it is shipped, and as it is built here, under the sanitizers perhaps: those see
+// what the way out of a failure leaves behind in memory.
+struct Build {
+  const char* name;
+  const char* program;
+  const char* runtime;
+};
+void PrintTo(const Build& build, std::ostream* out) { *out << build.name; }
+
+class FailingCalls : public Faults, public ::testing::WithParamInterface<Build> {
+ protected:
+  FailingCalls() {
+    UseProgram(GetParam().program);
+    fresh_ = Saved(old_);
+    Restore();
+  }
+
+  void Restore() const {
+    Write("x.html", old_);
+    // An owner that has to be kept, where the test may give files away.
+    if (geteuid() == 0 && chown((Folder() / "work/x.html").c_str(), 12345, 23456) != 0)
+      ADD_FAILURE() << "the page cannot be given away";
+  }
+
+  // Saves the page with a fault; false when the fault was never met.
+  bool SaveWith(const std::string& call, int number, const std::string& what) {
+    const std::string mark = (Folder() / "mark").string();
+    std::filesystem::remove(mark);
+    const std::string runtime = GetParam().runtime;
+    result_ = Kvo({"save", "x.html"}, "",
+                  {{"LD_PRELOAD", (runtime.empty() ? "" : runtime + ':') + KVO_FAILING_CALLS},
+                   {"KVO_FAIL", call + ' ' + std::to_string(number) + ' ' + what},
+                   {"KVO_FAIL_MARK", mark}});
+    ++runs_;
+    return std::filesystem::exists(mark);
+  }
+
+  // Only a page of somebody else is given to its owner again.
+  static bool IsNotMade(const CallRow& row) {
+    return geteuid() != 0 && std::string(row.name) == "fchown";
+  }
+
+  void ExpectOldPage(const std::string& message) const {
+    EXPECT_EQ(result_.code, 2);
+    EXPECT_EQ(result_.err.find("kvo: error: "), 0U) << result_.err;
+    EXPECT_NE(result_.err.find(message), std::string::npos) << result_.err;
+    EXPECT_TRUE(Read("x.html") == old_);
+    EXPECT_EQ(Files(), std::vector<std::string>{"x.html"});
+  }
+  void ExpectNewPage() const {
+    EXPECT_EQ(result_.code, 0);
+    EXPECT_EQ(result_.err, "");
+    EXPECT_TRUE(Read("x.html") == fresh_);
+    EXPECT_EQ(Files(), std::vector<std::string>{"x.html"});
+  }
+
+  const std::string old_ = LargePage(200);
+  std::string fresh_;
+  Result result_;
+  int runs_ = 0;
+};
+
+INSTANTIATE_TEST_SUITE_P(Kvo, FailingCalls,
+                         ::testing::Values(Build{"AsShipped", KVO_PLAIN_PROGRAM, ""},
+                                           Build{"AsBuilt", KVO_PROGRAM, KVO_SANITIZER_RUNTIME}),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST_P(FailingCalls, EachErrorOfEachCallIsToldOrDoesNotMatter) {
+  for (const CallRow& row : kCalls) {
+    for (const int error : row.errors) {
+      std::size_t number = 1;
+      for (;; ++number) {
+        SCOPED_TRACE(row.name + (' ' + std::to_string(number)) + ": " + strerror(error));
+        if (!SaveWith(row.name, static_cast<int>(number), std::to_string(error))) break;
+        const For what = row.calls[std::min(number, row.calls.size()) - 1];
+        if (what == For::nothing) {
+          ExpectNewPage();
+          Restore();
+        } else {
+          ExpectOldPage("\"x.html\": " + MessageOf(error, what));
+          EXPECT_EQ(result_.err.find(" Nothing was changed.") != std::string::npos,
+                    what == For::writing)
+              << result_.err;
+        }
+        if (HasFailure()) return;
+      }
+      ExpectNewPage();  // nothing failed
+      Restore();
+      EXPECT_GE(number - 1, IsNotMade(row) ? 0 : row.calls.size()) << row.name;
+      if (HasFailure()) return;
+    }
+  }
+  std::cout << runs_ << " runs\n";
+}
+
+TEST_P(FailingCalls, InterruptionsAreSurvived) {
+  for (const CallRow& row : kCalls) {
+    if (!row.interruptible) continue;
+    for (int number = 1;; ++number) {
+      SCOPED_TRACE(row.name + (' ' + std::to_string(number)));
+      const bool met = SaveWith(row.name, number, std::to_string(EINTR));
+      ExpectNewPage();
+      if (HasFailure()) return;
+      Restore();
+      if (met) continue;
+      EXPECT_TRUE(number > 1 || IsNotMade(row)) << row.name;
+      break;
+    }
+  }
+}
+
+TEST_P(FailingCalls, ReadingAndWritingAFewBytesAtATimeTakesLongerAndNoMore) {
+  for (const char* call : {"read", "write"}) {
+    SCOPED_TRACE(call);
+    ASSERT_TRUE(SaveWith(call, 1, "short"));
+    ExpectNewPage();
+    Restore();
+  }
+}
+
+TEST_P(FailingCalls, AFileThatTakesNothingIsAnErrorAndNoEndlessLoop) {
+  ASSERT_TRUE(SaveWith("write", 2, "zero"));
+  ExpectOldPage("\"x.html\": " + MessageOf(EIO, For::writing));
+}
+
+TEST_P(FailingCalls, NoOtherCallIsMade) {
+  for (const char* call : kOtherCalls) {
+    EXPECT_FALSE(SaveWith(call, 1, std::to_string(EIO))) << call;
+    Restore();
+  }
+}
+
+// As a crash would, at the very place: before and behind each call.
+TEST_P(FailingCalls, DeathAtAnyCallLeavesTheOldPageOrTheNewOne) {
+  int old = 0;
+  int fresh = 0;
+  for (const CallRow& row : kCalls) {
+    for (const char* death : {"dies-before", "dies-after"}) {
+      for (int number = 1;; ++number) {
+        SCOPED_TRACE(row.name + (' ' + std::to_string(number)) + ' ' + death);
+        if (!SaveWith(row.name, number, death)) break;
+        ASSERT_EQ(result_.code, 128 + SIGKILL);
+        const bool isOld = Read("x.html") == old_;
+        ASSERT_TRUE(isOld || Read("x.html") == fresh_);
+        ++(isOld ? old : fresh);
+        const std::vector<std::string> left = LeftBeside("x.html");
+        ASSERT_LE(left.size(), isOld ? 1U : 0U);
+        Remove(left);
+        Restore();
+      }
+      ExpectNewPage();
+      if (HasFailure()) return;
+      Restore();
+    }
+  }
+  EXPECT_GT(old, 20);
+  EXPECT_GE(fresh, 5) << "behind the rename, and at the four calls for the folder";
+  std::cout << "died with the old page in place: " << old << ", with the new one: " << fresh
+            << '\n';
+}
+
+class NoMemory : public Faults {
+ protected:
+  NoMemory() { UseProgram(KVO_PLAIN_PROGRAM); }
+};
+
+// A page of one control, and every allocation from the start of the program to its end.
+TEST_F(NoMemory, LeavesTheOldPageWhereverItRunsOut) {
+  const std::string old = PrintElement("a") + std::string(100'000, 'x');
+  const std::string fresh = Saved(old);
+  const std::string mark = (Folder() / "mark").string();
+  // One allocation, or that one and all that follow.
+  for (const std::string& what : {std::to_string(ENOMEM), std::string("without")}) {
+    int told = 0;
+    int untold = 0;  // before main(), where there is nobody yet who could say so
+    int lastUntold = 0;
+    int firstTold = 0;
+    int number = 1;
+    for (; number < kMostCalls; ++number) {
+      SCOPED_TRACE(what + ' ' + std::to_string(number));
+      Write("x.html", old);
+      std::filesystem::remove(mark);
+      const Result result = Kvo({"save", "x.html"}, "",
+                                {{"LD_PRELOAD", KVO_FAILING_CALLS},
+                                 {"KVO_FAIL", "malloc " + std::to_string(number) + ' ' + what},
+                                 {"KVO_FAIL_MARK", mark}});
+      ASSERT_EQ(Files(), std::vector<std::string>{"x.html"});
+      if (result.code == 0) {
+        ASSERT_TRUE(Read("x.html") == fresh);
+      } else if (result.code == 128 + SIGABRT) {
+        ASSERT_TRUE(Read("x.html") == old);
+        ++untold;
+        lastUntold = number;
+      } else {
+        ASSERT_TRUE(Read("x.html") == old);
+        ASSERT_EQ(result.code, 2) << result.err;
+        ASSERT_EQ(result.err, "kvo: error: There is not enough memory.\n");
+        if (told++ == 0) firstTold = number;
+      }
+      if (!std::filesystem::exists(mark)) break;
+    }
+    EXPECT_LT(number, kMostCalls);
+    EXPECT_GT(told, 20);
+    EXPECT_LT(lastUntold, firstTold);
+    EXPECT_LE(untold, 15);
+    std::cout << number - 1 << " allocations, " << told << " of them told, " << untold
+              << " before main()\n";
+  }
+}
+
+}  // namespace
+}  // namespace kvo::test

@@ -1,0 +1,189 @@
+// Pages of a size that nobody writes: little stack is enough for them, and ten times as much takes
+// ten times the work, counted and not timed.
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+
+#include "tests/faults/Faults.h"
+
+namespace kvo::test {
+namespace {
+
+std::string Times(int count, const std::string& part) {
+  std::string text;
+  text.reserve(part.size() * static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) text += part;
+  return text;
+}
+
+std::string Numbered(int count, const std::string& before, const std::string& behind) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += before + std::to_string(i) + behind;
+  return text;
+}
+
+struct Shape {
+  const char* name;
+  std::string (*of)(int count);
+  int most;          // the largest count
+  bool good = true;  // whether it can be saved
+};
+void PrintTo(const Shape& shape, std::ostream* out) { *out << shape.name; }
+
+const Shape kShapes[] = {
+    // ten bytes for each
+    {"OneLargeProperty", [](int n) { return PrintElement(Times(n, "a--b&amp;c")); }, 10'000'000},
+    {"ManyControls",
+     [](int n) { return Numbered(n, "<p>", "</p>\n" + PrintElement("#order.total#")); }, 100'000},
+    {"ManyControlsWithIds",
+     [](int n) {
+       std::string page;
+       for (int i = 0; i < n; ++i) page += PrintElement("x", "Preis" + std::to_string(i));
+       return page;
+     },
+     100'000},
+    {"ManyAttributes",
+     [](int n) {
+       return "<object classid=\"progid:KVOPDesignObjects.DTCPrint\"" +
+              Numbered(n, " data-a", "=\"x\"") + "><param name=\"value\" value=\"x\"></object>";
+     },
+     10'000},
+    {"ManyAttributesOfAnElement",
+     [](int n) {
+       return "<object classid=\"progid:KVOPDesignObjects.DTCElement\"><param name=\"value\" "
+              "value=\"td\"><param name=\"attributes\" value=\"" +
+              Numbered(n, "||data-a", "|x").substr(2) + "\"></object>";
+     },
+     10'000},
+    {"LineBreaksInFrontOfAContent",
+     [](int n) {
+       return "<object classid=\"progid:KVOPDesignObjects.DTCElement\"><param name=\"value\" "
+              "value=\"td\"><param name=\"html-content\" value=\"" +
+              Times(n, "\r\n") + "x\"></object>";
+     },
+     1'000'000},
+    {"LineBreaksOfAScript",
+     [](int n) {
+       return "<object classid=\"progid:KVOPDesignObjects.DTCScript\"><param "
+              "name=\"html-content\" value=\"" +
+              Times(n, "\r\n") + "x\"></object>";
+     },
+     1'000'000},
+    {"NothingButAngles", [](int n) { return std::string(static_cast<std::size_t>(n), '<'); },
+     10'000'000},
+    {"NothingButOpenTags", [](int n) { return Times(n, "<div>"); }, 1'000'000},
+    {"ManyBrokenControls",
+     [](int n) {
+       return Times(n, "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\"></object>\n");
+     },
+     50'000, false},
+};
+
+using Command = std::vector<std::string>;
+
+struct Work {
+  double blocks = 0;
+  double bytes = 0;
+};
+
+// Ten times as much may take somewhat more than ten times the work: texts that double their room
+// as they grow are copied once more or less often, and sorting takes its logarithm. Work that
+// grows with the square would be a hundred times as much.
+constexpr double kMost = 15;
+
+class Counted : public Faults {
+ protected:
+  // Runs a program with a stack of so many kilobytes.
+  Result WithStack(int kilobytes, const std::string& program,
+                   const std::vector<std::string>& arguments,
+                   const std::map<std::string, std::string>& environment = {}) {
+    UseProgram("/bin/sh");
+    std::vector<std::string> words = {
+        "-c", "ulimit -s " + std::to_string(kilobytes) + " && exec \"$0\" \"$@\"", program};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return Kvo(words, "", environment);
+  }
+
+  // The work that a command has with the page as it stands, which ends with one of these codes.
+  Work WorkOf(const std::vector<std::string>& arguments, const std::vector<int>& codes) {
+    const std::string file = (Folder() / "count").string();
+    const Result result = WithStack(256, KVO_PLAIN_PROGRAM, arguments, {{"KVO_WORK_FILE", file}});
+    EXPECT_EQ(std::ranges::count(codes, result.code), 1)
+        << result.code << ": " << result.err.substr(0, 1000);
+    Work work;
+    std::ifstream(file) >> work.blocks >> work.bytes;
+    EXPECT_GT(work.blocks, 10'000);
+    return work;
+  }
+
+  static void ExpectAtMostTenTimes(const Work& less, const Work& more) {
+    std::cout << more.blocks / less.blocks << " times the code, " << more.bytes / less.bytes
+              << " times the bytes\n";
+    EXPECT_LT(more.blocks / less.blocks, kMost);
+    EXPECT_LT(more.bytes / less.bytes, kMost);
+  }
+};
+
+class Size : public Counted, public ::testing::WithParamInterface<Shape> {};
+
+INSTANTIATE_TEST_SUITE_P(Page, Size, ::testing::ValuesIn(kShapes),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST_P(Size, TenTimesAsMuchTakesTenTimesTheWork) {
+  const Shape& shape = GetParam();
+  const int count = std::min(shape.most / 10, 100'000);
+  const std::string tenth = shape.of(count / 10);
+  const std::string whole = shape.of(count);
+  for (const Command& command : std::vector<Command>{{"save", "x.html", "-o", "y.html"},
+                                                     {"publish", "x.html", "-o", "z.html"},
+                                                     {"check", "x.html"},
+                                                     {"inspect", "x.html"}}) {
+    SCOPED_TRACE(command[0]);
+    std::vector<int> codes = {shape.good ? 0 : 1};
+    if (command[0] == "check" && shape.good) codes.push_back(1);  // it may warn of such a page
+    Write("x.html", tenth);
+    const Work less = WorkOf(command, codes);
+    Write("x.html", whole);
+    std::cout << command[0] << ": ";
+    ExpectAtMostTenTimes(less, WorkOf(command, codes));
+  }
+  if (!shape.good) return;
+  // What came of it: the saved page is settled, and holds what is published.
+  ASSERT_EQ(WithStack(256, KVO_PLAIN_PROGRAM, {"save", "y.html", "-o", "again.html"}).code, 0);
+  EXPECT_TRUE(Read("again.html") == Read("y.html"));
+  ASSERT_EQ(WithStack(256, KVO_PLAIN_PROGRAM, {"publish", "y.html", "-o", "again.html"}).code, 0);
+  EXPECT_TRUE(Read("again.html") == Read("z.html"));
+}
+
+TEST_P(Size, TheLargestIsSavedWithTenTimesTheWorkOfATenth) {
+  const Shape& shape = GetParam();
+  const std::vector<int> codes = {shape.good ? 0 : 1};
+  Write("x.html", shape.of(shape.most / 10));
+  const Work less = WorkOf({"save", "x.html"}, codes);
+  Write("x.html", shape.of(shape.most));
+  ExpectAtMostTenTimes(less, WorkOf({"save", "x.html"}, codes));
+}
+
+// It may come with the page.
+TEST_F(Counted, AnOfficeFileOfManyKeysTakesNoMoreThanTheirNumber) {
+  Write("x.html", "");
+  const auto workOf = [this](int count) {
+    Write("office.json", '{' + Numbered(count, "\"key", "\": 1,") + "\"last\": 1}");
+    return WorkOf({"check", "x.html"}, {2});
+  };
+  const Work less = workOf(2'000);
+  ExpectAtMostTenTimes(less, workOf(20'000));
+}
+
+// The program as it is built here, under the sanitizers perhaps.
+TEST_P(Size, LittleStackIsEnoughForSmallerOnesToo) {
+  const Shape& shape = GetParam();
+  Write("x.html", shape.of(shape.most / 100));
+  for (const Command& command :
+       std::vector<Command>{{"save", "x.html", "-o", "y.html"}, {"inspect", "x.html"}})
+    EXPECT_EQ(WithStack(256, KVO_PROGRAM, command).code, shape.good ? 0 : 1) << command[0];
+}
+
+}  // namespace
+}  // namespace kvo::test

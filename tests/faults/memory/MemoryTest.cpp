@@ -1,0 +1,248 @@
+// The n-th allocation fails, for every n: std::bad_alloc comes out or the work is done all the
+// same, nothing leaks, controls and pages are as they were, and another try succeeds.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <iostream>
+#include <new>
+
+#include "common/RuntimeError.h"
+#include "host/headless/HeadlessPlatform.h"
+#include "host/page/Page.h"
+#include "host/registration/classes.h"
+#include "tests/faults/memory/Allocations.h"
+
+namespace kvo::test {
+namespace {
+
+using page::Page;
+
+// Long enough that a string of it is allocated.
+const std::string kLong = "a value that is too long to be held inside of a string, & then \"some\"";
+
+// Every class, with values that need memory; a saved span and a few things that are wrong.
+std::string PageOfAllClasses() {
+  std::string text = "<!DOCTYPE html><html><head><meta charset=\"utf-8\"></head><body>\r\n";
+  int number = 0;
+  for (const RegisteredControl& registered : RegisteredControls()) {
+    const ControlClass& contract = registered.contract();
+    std::vector<MemoryBag::Entry> bag;
+    for (const BagKey& row : contract.bag) {
+      if (row.readDefault.empty() && row.key != "attributes") bag.emplace_back(row.key, kLong);
+      if (row.key == "attributes")
+        bag.emplace_back(row.key, "title|the title of a cell in a table||align|right");
+    }
+    const std::string id = "The control with the number " + std::to_string(++number);
+    text += "<p>" + page::ElementText(contract, id, bag) + "</p>\r\n";
+  }
+  page::StringSink saved;
+  EXPECT_FALSE(page::HasErrors(page::Save(Page(text), saved)));
+  return saved.Text() + text + "</body></html>";
+}
+
+class Memory : public ::testing::Test {
+ protected:
+  // Does the work again and again, each time with the next allocation failing, until none is left.
+  // `work` returns what it made; `isAsBefore` is asked after each failure.
+  void WithEachAllocationFailing(
+      const std::function<std::string()>& work,
+      const std::function<bool()>& isAsBefore = [] { return true; }) {
+    const std::string expected = work();  // also makes what is made once and kept
+    for (long number = 1;; ++number) {
+      const long live = LiveAllocations();
+      bool failed = false;
+      bool same = true;
+      {
+        const FailingAllocation failure(number);
+        try {
+          same = work() == expected;
+        } catch (const std::bad_alloc&) {
+          failed = true;
+        }
+      }
+      const long left = LiveAllocations() - live;
+      const bool happened = FailingAllocation::Happened();
+      ASSERT_EQ(left, 0) << "leaked with allocation " << number << " failing";
+      ASSERT_TRUE(same) << "another result with allocation " << number << " failing";
+      ASSERT_FALSE(failed && !happened);
+      if (!happened) break;
+      failures_ += failed;
+      ++allocations_;
+      ASSERT_TRUE(isAsBefore()) << "changed with allocation " << number << " failing";
+    }
+    ASSERT_EQ(work(), expected);
+  }
+
+  ~Memory() override {
+    std::cout << allocations_ << " allocations failed, " << failures_ << " of them came out\n";
+  }
+
+  int allocations_ = 0;
+  int failures_ = 0;
+
+ private:
+  // Every run is to make the same.
+  class Platform final : public HeadlessPlatform {
+    GuidText NewGuid() override {
+      GuidText guid;
+      guid.characters.fill('0');
+      return guid;
+    }
+  };
+
+  Platform platform_;
+  PlatformScope scope_{platform_};
+};
+
+std::string Told(const page::Problems& problems) {
+  std::string text;
+  for (const page::Problem& problem : problems)
+    text += page::Describe(problem, "x.html", Language::english) + '\n';
+  return text;
+}
+
+TEST_F(Memory, SavingAndPublishing) {
+  const std::string bytes = PageOfAllClasses();
+  const Page page(bytes);
+  const auto same = [&] { return page.Bytes() == bytes; };
+  WithEachAllocationFailing(
+      [&] {
+        page::StringSink sink;
+        const std::string told = Told(page::Save(page, sink));
+        return told + sink.Text();
+      },
+      same);
+  if (HasFatalFailure()) return;
+  WithEachAllocationFailing(
+      [&] {
+        page::StringSink sink;
+        const std::string told = Told(page::Publish(page, sink));
+        return told + sink.Text();
+      },
+      same);
+  EXPECT_GT(failures_, 200);
+}
+
+TEST_F(Memory, ReadingAPageAndChangingAControlOfIt) {
+  const std::string bytes = PageOfAllClasses();
+  const page::Edit edit{3, [](Control& control) { control.Let("Namespace", kLong); }};
+  WithEachAllocationFailing([&] {
+    const Page page(bytes);
+    page::StringSink sink;
+    const std::string told = Told(page::Save(page, sink, {.edit = &edit}));
+    return told + sink.Text();
+  });
+  EXPECT_GT(failures_, 200);
+}
+
+TEST_F(Memory, Inspecting) {
+  const Page page(PageOfAllClasses() + "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\">");
+  WithEachAllocationFailing([&] {
+    const page::Inspection inspection = page::Inspect(page);
+    std::string text = Told(inspection.problems);
+    for (const page::FoundControl& found : inspection.controls)
+      for (const auto& [key, value] : found.bag) text += key + '=' + value + '\n';
+    return text;
+  });
+  EXPECT_GT(failures_, 200);
+}
+
+std::string StateOf(const Control& control) {
+  std::string text;
+  for (const auto& [key, value] : page::StoredBag(control)) text += key + '=' + value + '\n';
+  return text + control.GetRuntimeText();
+}
+
+// A control of each class, loaded from the page of all of them.
+std::vector<std::shared_ptr<Control>> AllControls() {
+  std::vector<std::shared_ptr<Control>> controls;
+  const Page page(PageOfAllClasses());
+  for (const page::FoundControl& found : page::Inspect(page).controls)
+    if (found.form == page::Form::span) controls.push_back(page::Load(*found.contract, found.bag));
+  EXPECT_EQ(controls.size(), RegisteredControls().size());
+  return controls;
+}
+
+TEST_F(Memory, LoadingStoringAndTheTextOfEachClass) {
+  for (const std::shared_ptr<Control>& control : AllControls()) {
+    SCOPED_TRACE(control->Class().name);
+    const std::vector<MemoryBag::Entry> bag = page::StoredBag(*control);
+    const std::string state = StateOf(*control);
+    WithEachAllocationFailing([&] { return StateOf(*page::Load(control->Class(), bag)); });
+    if (HasFatalFailure()) return;
+    WithEachAllocationFailing([&] { return StateOf(*control); },
+                              [&] { return StateOf(*control) == state; });
+    if (HasFatalFailure()) return;
+  }
+  EXPECT_GT(failures_, 200);
+}
+
+Variant OtherValue(const PropertyRow& row) {
+  switch (row.type) {
+    case PropertyType::flag:
+      return true;
+    case PropertyType::integer:
+      return 7;
+    default:
+      return kLong + "|one value more||" + kLong + "|another one";
+  }
+}
+
+// A setter that fails has set nothing.
+TEST_F(Memory, SettingEachPropertyOfEachClass) {
+  int set = 0;
+  for (const std::shared_ptr<Control>& control : AllControls()) {
+    const ControlClass& contract = control->Class();
+    const std::vector<MemoryBag::Entry> bag = page::StoredBag(*control);
+    const std::string before = StateOf(*control);
+    for (const PropertyRow& row : contract.properties) {
+      SCOPED_TRACE(std::string(contract.name) + '.' + std::string(row.name));
+      if (row.type == PropertyType::object) continue;
+      const Variant value = OtherValue(row);
+      std::shared_ptr<Control> fresh = page::Load(contract, bag);
+      fresh->Let(row.name, value);
+      const std::string after = StateOf(*fresh);
+      for (long number = 1;; ++number) {
+        fresh = page::Load(contract, bag);
+        const long live = LiveAllocations();
+        bool failed = false;
+        Variant passed = value;
+        {
+          const FailingAllocation failure(number);
+          try {
+            fresh->Let(row.name, std::move(passed));
+          } catch (const std::bad_alloc&) {
+            failed = true;
+          }
+        }
+        const bool happened = FailingAllocation::Happened();
+        if (failed) {
+          ++failures_;
+          passed = Variant();
+          ASSERT_EQ(LiveAllocations(), live) << "leaked with allocation " << number << " failing";
+        }
+        ASSERT_EQ(StateOf(*fresh), failed ? before : after) << number;
+        allocations_ += happened;
+        if (!happened) break;
+      }
+      ++set;
+    }
+  }
+  EXPECT_GT(set, 60);
+  EXPECT_GT(failures_, 40);
+}
+
+// What makes the tests above worth something: a leak and a change do not get past them.
+TEST_F(Memory, ALeakIsSeen) {
+  const long live = LiveAllocations();
+  const auto kept = std::make_unique<std::string>(kLong);
+  EXPECT_EQ(LiveAllocations(), live + 2);
+  const FailingAllocation failure(2);
+  EXPECT_NO_THROW(delete new int);
+  EXPECT_THROW(delete new int, std::bad_alloc);
+  EXPECT_TRUE(FailingAllocation::Happened());
+  EXPECT_NO_THROW(delete new int);
+}
+
+}  // namespace
+}  // namespace kvo::test
