@@ -137,6 +137,84 @@ TEST_F(ShopPicker, ADatabaseThatDisappearsSkipsTheRowAndKeepsWhatWasPicked) {
   ExpectErrorAndAnUnharmedControl(file.ConnectionString(), 3002);
 }
 
+// Scrolls on, row by row, until a row cannot be read; its failure, and its number in `row`.
+Failure ScrollUntilItFails(const Grid& grid, std::size_t& row) {
+  Failure failure;
+  for (; row < grid.RowCount(); ++row) {
+    failure = FailureOf([&] { grid.Cell(row, 0); });
+    if (failure.number != 0) break;
+  }
+  return failure;
+}
+
+TEST_F(ShopPicker, AServerThatStopsWhileTheGridScrollsIsAClearErrorAndChangesNothing) {
+  constexpr std::size_t kScrolled = 3'000;
+  PostgresqlServer server;
+  server.FillProducts(10'000);
+  Open(server.Uri(), "P-0000007");
+  EXPECT_EQ(page.gdProducts.RowCount(), 10'000U);
+  std::size_t row = 0;
+  for (; row < kScrolled; ++row)
+    ASSERT_EQ(page.gdProducts.Cell(row, 1), "Artikel " + std::to_string(row));
+
+  server.Stop();
+  const Failure failure = ScrollUntilItFails(page.gdProducts, row);
+  EXPECT_EQ(failure.number, 3709);
+  EXPECT_EQ(failure.english.find("There is no connection to the database"), 0U) << failure.english;
+  EXPECT_EQ(failure.german.find("Es besteht keine Verbindung zur Datenbank"), 0U) << failure.german;
+  EXPECT_EQ((failure.english + failure.german + Shown()).find("eim"), std::string::npos)
+      << "the password: " << failure.english;
+  EXPECT_EQ(page.gdProducts.Cell(kScrolled - 1, 0), "P-0002999") << "what was seen still is";
+  EXPECT_FALSE(page.Changed());
+  user.DoubleClick(page.gdProducts, row);
+  EXPECT_EQ(Picked(), Texts{"P-0000007"});
+  page.Apply();
+  EXPECT_EQ(list->Get("SelectedProducts"), Variant("P-0000007"));
+
+  server.Start();
+  EXPECT_EQ(page.gdProducts.Cell(row, 1), "Artikel " + std::to_string(row));
+  user.DoubleClick(page.gdProducts, row);
+  EXPECT_EQ(Picked().size(), 2U);
+}
+
+TEST_F(ShopPicker, AConnectionThatIsCutWhileRecordsComeIsAClearErrorAndChangesNothing) {
+  constexpr std::size_t kCutAt = 5'000;
+  const PostgresqlServer server;
+  // Reading that record ends the server's side of the connection, for as long as Cut has a row.
+  server.Run(
+      "CREATE TABLE Cut (a integer);"
+      "CREATE VIEW Products AS SELECT 'P-' || lpad(i::text, 7, '0') AS ProductNo,"
+      " 'Artikel ' || i AS Desc1,"
+      " CASE WHEN i = " +
+      std::to_string(kCutAt) +
+      " AND EXISTS (SELECT FROM Cut)"
+      " THEN pg_terminate_backend(pg_backend_pid())::text ELSE 'x' END AS Desc2"
+      " FROM generate_series(0, 9999) AS i;");
+  Open(server.Pairs(), "P-0000007");
+  EXPECT_EQ(page.gdProducts.RowCount(), 10'000U);
+  EXPECT_EQ(page.gdProducts.Cell(0, 1), "Artikel 0");
+  server.Run("INSERT INTO Cut VALUES (1)");
+  std::size_t row = 0;
+  const Failure failure = ScrollUntilItFails(page.gdProducts, row);
+  EXPECT_GT(row, 1'000U);
+  EXPECT_LE(row, kCutAt);
+  EXPECT_EQ(failure.number, 3709) << failure.english;
+  EXPECT_EQ(failure.english.find("There is no connection to the database"), 0U) << failure.english;
+  EXPECT_NE(failure.english.find("server closed"), std::string::npos) << failure.english;
+  EXPECT_EQ((failure.english + failure.german + Shown()).find("eim"), std::string::npos)
+      << "the password: " << failure.english;
+  EXPECT_FALSE(page.Changed());
+  EXPECT_EQ(list->Get("SelectedProducts"), Variant("P-0000007"));
+
+  server.Run("DELETE FROM Cut");
+  EXPECT_EQ(page.gdProducts.Cell(row, 1), "Artikel " + std::to_string(row));
+  // Between two screens, a cut goes unnoticed.
+  server.Run(
+      "SELECT pg_terminate_backend(pid) FROM pg_stat_activity"
+      " WHERE datname = 'postgres' AND pid <> pg_backend_pid()");
+  EXPECT_EQ(page.gdProducts.Cell(9'999, 1), "Artikel 9999");
+}
+
 TEST_F(ShopPicker, AClosedConnectionDisablesThePageWithoutAnError) {
   SqliteFile file;
   file.FillProducts(10);
