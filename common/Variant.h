@@ -29,6 +29,14 @@ class Variant {
   requires std::is_pointer_v<Pointer> Variant(Pointer)
   = delete;  // no pointer silently becomes a flag
 
+  // Copies by assigning: where memory runs out while a variant of the library is made as a copy of
+  // another one that holds a text, GCC's goes on to destroy what it has not made.
+  Variant(const Variant& other) : Variant() { held_ = other.held_; }
+  Variant(Variant&&) noexcept = default;
+  Variant& operator=(const Variant&) = default;
+  Variant& operator=(Variant&&) noexcept = default;
+  ~Variant() = default;
+
   bool IsEmpty() const { return std::holds_alternative<std::monostate>(held_); }
 
   // The held value, or nullptr when another kind is held. No conversion.

@@ -7,7 +7,9 @@
 #include <new>
 
 #include "common/RuntimeError.h"
+#include "host/check/Check.h"
 #include "host/headless/HeadlessPlatform.h"
+#include "host/office/Office.h"
 #include "host/page/Page.h"
 #include "host/registration/classes.h"
 #include "tests/faults/memory/Allocations.h"
@@ -20,21 +22,23 @@ using page::Page;
 // Long enough that a string of it is allocated.
 const std::string kLong = "a value that is too long to be held inside of a string, & then \"some\"";
 
-// Every class, with values that need memory; a saved span and a few things that are wrong.
+// A control as an element, with values that need memory.
+std::string ElementOf(const ControlClass& contract, int number) {
+  std::vector<MemoryBag::Entry> bag;
+  for (const BagKey& row : contract.bag) {
+    if (row.readDefault.empty() && row.key != "attributes") bag.emplace_back(row.key, kLong);
+    if (row.key == "attributes")
+      bag.emplace_back(row.key, "title|the title of a cell in a table||align|right");
+  }
+  return page::ElementText(contract, "The control with the number " + std::to_string(number), bag);
+}
+
+// Every class, as elements and as saved spans.
 std::string PageOfAllClasses() {
   std::string text = "<!DOCTYPE html><html><head><meta charset=\"utf-8\"></head><body>\r\n";
   int number = 0;
-  for (const RegisteredControl& registered : RegisteredControls()) {
-    const ControlClass& contract = registered.contract();
-    std::vector<MemoryBag::Entry> bag;
-    for (const BagKey& row : contract.bag) {
-      if (row.readDefault.empty() && row.key != "attributes") bag.emplace_back(row.key, kLong);
-      if (row.key == "attributes")
-        bag.emplace_back(row.key, "title|the title of a cell in a table||align|right");
-    }
-    const std::string id = "The control with the number " + std::to_string(++number);
-    text += "<p>" + page::ElementText(contract, id, bag) + "</p>\r\n";
-  }
+  for (const RegisteredControl& registered : RegisteredControls())
+    text += "<p>" + ElementOf(registered.contract(), ++number) + "</p>\r\n";
   page::StringSink saved;
   EXPECT_FALSE(page::HasErrors(page::Save(Page(text), saved)));
   return saved.Text() + text + "</body></html>";
@@ -135,7 +139,7 @@ TEST_F(Memory, ReadingAPageAndChangingAControlOfIt) {
   EXPECT_GT(failures_, 200);
 }
 
-TEST_F(Memory, Inspecting) {
+TEST_F(Memory, InspectingAndChecking) {
   const Page page(PageOfAllClasses() + "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\">");
   WithEachAllocationFailing([&] {
     const page::Inspection inspection = page::Inspect(page);
@@ -144,6 +148,15 @@ TEST_F(Memory, Inspecting) {
       for (const auto& [key, value] : found.bag) text += key + '=' + value + '\n';
     return text;
   });
+  if (HasFatalFailure()) return;
+  const auto office = std::make_shared<office::Office>(
+      office::Office::Description{{{kLong, kLong, 0}}, {{kLong, kLong, 0}}, {}});
+  for (const RegisteredControl& registered : RegisteredControls()) {
+    const Page one(ElementOf(registered.contract(), 1));
+    SCOPED_TRACE(registered.contract().name);
+    WithEachAllocationFailing([&] { return Told(check::CheckPage(one, office)); });
+    if (HasFatalFailure()) return;
+  }
   EXPECT_GT(failures_, 200);
 }
 
