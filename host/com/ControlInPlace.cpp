@@ -8,6 +8,24 @@
 #include "host/win32/WideText.h"
 
 namespace kvo::com {
+namespace {
+
+// Where the control is, as its site has it: the windows around it, and its place in the nearest.
+struct Surroundings {
+  Pointer<IOleInPlaceFrame> frame;
+  Pointer<IOleInPlaceUIWindow> document;
+  RECT place{};
+  RECT clip{};
+
+  HRESULT Ask(IOleInPlaceSite* site) {
+    OLEINPLACEFRAMEINFO keys{};
+    keys.cb = sizeof keys;
+    return site->GetWindowContext(frame.Receive(), document.Receive(), &place, &clip, &keys);
+  }
+};
+
+}  // namespace
+
 ControlInPlace::ControlInPlace(ControlState& state) : Part(state.identity), state_(state) {
   state.boxWatchers.emplace_back([this] {
     if (Window() == nullptr) return;
@@ -29,16 +47,9 @@ void ControlInPlace::Activate(bool ui) {
     site_ = std::move(site);
 
     HWND parent = nullptr;
-    Pointer<IOleInPlaceFrame> frame;
-    Pointer<IOleInPlaceUIWindow> document;
-    RECT place{};
-    RECT clip{};
-    OLEINPLACEFRAMEINFO frameInfo{};
-    frameInfo.cb = sizeof frameInfo;
+    Surroundings around;
     HRESULT code = site_->GetWindow(&parent);
-    if (SUCCEEDED(code))
-      code =
-          site_->GetWindowContext(frame.Receive(), document.Receive(), &place, &clip, &frameInfo);
+    if (SUCCEEDED(code)) code = around.Ask(site_.get());
     if (SUCCEEDED(code)) {
       window_ = std::make_unique<ControlWindow>(*this, parent);
       if (Window() == nullptr) code = HRESULT_FROM_WIN32(GetLastError());
@@ -47,7 +58,7 @@ void ControlInPlace::Activate(bool ui) {
       Deactivate();
       Check(code);
     }
-    Place(place, clip);
+    Place(around.place, around.clip);
     FitToBox();
     ShowWindow(Window(), SW_SHOWNA);
     if (state_.site) state_.site->ShowObject();
@@ -60,23 +71,16 @@ void ControlInPlace::UiActivate() {
   Check(site_->OnUIActivate());
   uiActive_ = true;
   SetFocus(Window());
-  Pointer<IOleInPlaceFrame> frame;
-  Pointer<IOleInPlaceUIWindow> document;
-  RECT place{};
-  RECT clip{};
-  OLEINPLACEFRAMEINFO frameInfo{};
-  frameInfo.cb = sizeof frameInfo;
-  if (FAILED(
-          site_->GetWindowContext(frame.Receive(), document.Receive(), &place, &clip, &frameInfo)))
-    return;
+  Surroundings around;
+  if (FAILED(around.Ask(site_.get()))) return;
   const std::wstring name = ToWide(state_.Contract().name);
-  if (frame) {
-    frame->SetActiveObject(this, name.c_str());
-    frame->SetBorderSpace(nullptr);
+  if (around.frame) {
+    around.frame->SetActiveObject(this, name.c_str());
+    around.frame->SetBorderSpace(nullptr);
   }
-  if (document) {
-    document->SetActiveObject(this, name.c_str());
-    document->SetBorderSpace(nullptr);
+  if (around.document) {
+    around.document->SetActiveObject(this, name.c_str());
+    around.document->SetBorderSpace(nullptr);
   }
 }
 
@@ -186,16 +190,10 @@ HRESULT ControlInPlace::UIDeactivate() noexcept {
   if (!uiActive_) return S_OK;
   uiActive_ = false;
   const auto hold = state_.Hold();
-  Pointer<IOleInPlaceFrame> frame;
-  Pointer<IOleInPlaceUIWindow> document;
-  RECT place{};
-  RECT clip{};
-  OLEINPLACEFRAMEINFO frameInfo{};
-  frameInfo.cb = sizeof frameInfo;
-  if (site_ && SUCCEEDED(site_->GetWindowContext(frame.Receive(), document.Receive(), &place, &clip,
-                                                 &frameInfo))) {
-    if (frame) frame->SetActiveObject(nullptr, nullptr);
-    if (document) document->SetActiveObject(nullptr, nullptr);
+  Surroundings around;
+  if (site_ && SUCCEEDED(around.Ask(site_.get()))) {
+    if (around.frame) around.frame->SetActiveObject(nullptr, nullptr);
+    if (around.document) around.document->SetActiveObject(nullptr, nullptr);
   }
   if (site_) site_->OnUIDeactivate(FALSE);
   return S_OK;

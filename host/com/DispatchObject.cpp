@@ -85,6 +85,13 @@ DISPID DispatchObject::Find(std::string_view name) const {
 
 Variant DispatchObject::Invoke(DISPID member, WORD kind, std::span<const Variant> arguments,
                                std::string_view about) const {
+  AutoVariant answer;
+  Invoke(member, kind, arguments, about, answer.get());
+  return FromVariant(*answer);
+}
+
+void DispatchObject::Invoke(DISPID member, WORD kind, std::span<const Variant> arguments,
+                            std::string_view about, VARIANT* answer) const {
   std::deque<AutoVariant> owned;
   std::vector<VARIANTARG> passed;  // last argument first
   for (auto argument = arguments.rbegin(); argument != arguments.rend(); ++argument)
@@ -94,15 +101,12 @@ Variant DispatchObject::Invoke(DISPID member, WORD kind, std::span<const Variant
   DISPID named = DISPID_PROPERTYPUT;
   DISPPARAMS parameters{passed.data(), put ? &named : nullptr, static_cast<UINT>(passed.size()),
                         put ? 1u : 0u};
-  AutoVariant result;
   ExceptionInfo exception;
   UINT wrongArgument = 0;
-  const HRESULT code =
-      object_->Invoke(member, IID_NULL, GetUserDefaultLCID(), kind, &parameters,
-                      put ? nullptr : result.get(), exception.get(), &wrongArgument);
+  const HRESULT code = object_->Invoke(member, IID_NULL, GetUserDefaultLCID(), kind, &parameters,
+                                       put ? nullptr : answer, exception.get(), &wrongArgument);
   if (code == DISP_E_EXCEPTION) exception.Raise();
   if (FAILED(code)) Raise(code, about);
-  return FromVariant(*result);
 }
 
 Variant DispatchObject::Get(std::string_view name) { return Invoke(Find(name), kRead, {}, name); }
@@ -131,17 +135,13 @@ Variant DispatchObject::Item(const Variant& key) {
 }
 
 std::unique_ptr<Enumerator> DispatchObject::Enumerate() {
-  DISPPARAMS none{};
-  AutoVariant result;
-  ExceptionInfo exception;
-  const HRESULT code = object_->Invoke(DISPID_NEWENUM, IID_NULL, GetUserDefaultLCID(), kRead, &none,
-                                       result.get(), exception.get(), nullptr);
-  if (code == DISP_E_EXCEPTION) exception.Raise();
-  if (FAILED(code)) Raise(code, "_NewEnum");
-  const VARIANT& walk = *result;
-  if (walk.vt != VT_UNKNOWN && walk.vt != VT_DISPATCH) Raise(DISP_E_TYPEMISMATCH, "_NewEnum");
+  constexpr std::string_view kName = "_NewEnum";
+  AutoVariant answer;
+  Invoke(DISPID_NEWENUM, kRead, {}, kName, answer.get());
+  const VARIANT& walk = *answer;
+  if (walk.vt != VT_UNKNOWN && walk.vt != VT_DISPATCH) Raise(DISP_E_TYPEMISMATCH, kName);
   auto elements = Pointer<IEnumVARIANT>::Query(walk.punkVal);
-  if (!elements) Raise(DISP_E_TYPEMISMATCH, "_NewEnum");
+  if (!elements) Raise(DISP_E_TYPEMISMATCH, kName);
   return std::make_unique<VariantEnumerator>(std::move(elements));
 }
 

@@ -27,6 +27,9 @@ class DispatchObject final : public Object {
   DISPID Find(std::string_view name) const;
   Variant Invoke(DISPID member, WORD kind, std::span<const Variant> arguments,
                  std::string_view about) const;
+  // The same with the answer as it came; of an assignment there is none.
+  void Invoke(DISPID member, WORD kind, std::span<const Variant> arguments, std::string_view about,
+              VARIANT* answer) const;
 
   Pointer<IDispatch> object_;
 };

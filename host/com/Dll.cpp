@@ -1,10 +1,9 @@
 // The entry points of the module. Each only hands on.
 
-#include <string_view>
-
 #include "common/Ascii.h"
 #include "common/Localized.h"
 #include "host/com/ClassFactory.h"
+#include "host/com/Classes.h"
 #include "host/com/ComPlatform.h"
 #include "host/com/Edge.h"
 #include "host/com/Module.h"
@@ -22,8 +21,6 @@ void Prepare() {
   static const PlatformScope scope(platform);
 }
 
-constexpr std::wstring_view kSource = L"KVOPDesignObjects";
-
 }  // namespace
 }  // namespace kvo::com
 
@@ -33,7 +30,6 @@ extern "C" {
 
 BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
   if (reason == DLL_PROCESS_ATTACH) {
-    SetModule(module);
     DisableThreadLibraryCalls(module);
     kvo::UserLanguage(kvo::DesktopLanguage());
   }
@@ -41,24 +37,24 @@ BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
 }
 
 STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, void** object) {
-  const HRESULT prepared = Boundary(kSource, [] { Prepare(); });
+  const HRESULT prepared = Boundary(kLibrarySource, [] { Prepare(); });
   return FAILED(prepared) ? prepared : GetFactory(classId, iid, object);
 }
 
 STDAPI DllCanUnloadNow() { return ModuleLock::Count() == 0 ? S_OK : S_FALSE; }
 
 STDAPI DllRegisterServer() {
-  return Boundary(kSource, [] { Register(RegisterFor::machine); });
+  return Boundary(kLibrarySource, [] { Register(RegisterFor::machine); });
 }
 
 STDAPI DllUnregisterServer() {
-  return Boundary(kSource, [] { Unregister(RegisterFor::machine); });
+  return Boundary(kLibrarySource, [] { Unregister(RegisterFor::machine); });
 }
 
 // `command` is "user" (regsvr32 /n /i:user): for the current user alone, which needs no rights of
 // an administrator.
 STDAPI DllInstall(BOOL install, PCWSTR command) {
-  return Boundary(kSource, [&] {
+  return Boundary(kLibrarySource, [&] {
     const bool user = command != nullptr && kvo::EqualIgnoringCase(kvo::FromWide(command), "user");
     if (command != nullptr && *command != L'\0' && !user) return E_INVALIDARG;
     const RegisterFor whom = user ? RegisterFor::user : RegisterFor::machine;

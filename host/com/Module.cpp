@@ -2,11 +2,12 @@
 
 #include <atomic>
 
+#include "host/win32/OwnWindow.h"
+
 namespace kvo::com {
 namespace {
 
 std::atomic<long> locks = 0;
-HINSTANCE theModule = nullptr;
 
 }  // namespace
 
@@ -16,14 +17,11 @@ void ModuleLock::Add() { ++locks; }
 void ModuleLock::Remove() { --locks; }
 long ModuleLock::Count() { return locks; }
 
-void SetModule(HINSTANCE module) { theModule = module; }
-HINSTANCE Module() { return theModule; }
-
 std::wstring ModulePath() {
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
     const DWORD length =
-        GetModuleFileNameW(theModule, path.data(), static_cast<DWORD>(path.size()));
+        GetModuleFileNameW(ThisModule(), path.data(), static_cast<DWORD>(path.size()));
     if (length < path.size()) {
       path.resize(length);
       return path;

@@ -20,8 +20,6 @@ class ModuleLock {
   static long Count();
 };
 
-void SetModule(HINSTANCE module);
-HINSTANCE Module();
 std::wstring ModulePath();
 
 }  // namespace kvo::com

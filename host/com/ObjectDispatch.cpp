@@ -5,6 +5,7 @@
 
 #include "common/Ascii.h"
 #include "common/RuntimeError.h"
+#include "host/com/Classes.h"
 #include "host/com/Counted.h"
 #include "host/com/Dispatch.h"
 #include "host/com/Edge.h"
@@ -13,8 +14,6 @@
 
 namespace kvo::com {
 namespace {
-
-constexpr std::wstring_view kSource = L"KVOPDesignObjects";
 
 // Asked for by BridgedObject, and answered by nobody else.
 constexpr GUID kBridged = {
@@ -29,7 +28,7 @@ class Walk final : public Counted<IEnumVARIANT> {
     if (fetched != nullptr) *fetched = 0;
     if (values == nullptr || (fetched == nullptr && count != 1)) return E_POINTER;
     for (ULONG i = 0; i < count; ++i) VariantInit(&values[i]);
-    return Boundary(kSource, [&] {
+    return Boundary(kLibrarySource, [&] {
       ULONG done = 0;
       for (; done < count; ++done) {
         const auto element = elements_->Next();
@@ -41,14 +40,14 @@ class Walk final : public Counted<IEnumVARIANT> {
     });
   }
   HRESULT STDMETHODCALLTYPE Skip(ULONG count) noexcept override {
-    return Boundary(kSource, [&] {
+    return Boundary(kLibrarySource, [&] {
       for (; count > 0; --count)
         if (!elements_->Next()) return S_FALSE;
       return S_OK;
     });
   }
   HRESULT STDMETHODCALLTYPE Reset() noexcept override {
-    return Boundary(kSource, [&] { elements_ = collection_->Enumerate(); });
+    return Boundary(kLibrarySource, [&] { elements_ = collection_->Enumerate(); });
   }
   HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) noexcept override {
     return Clear(copy) ? E_NOTIMPL : E_POINTER;
@@ -89,7 +88,7 @@ class ObjectDispatch final : public Counted<IDispatch> {
   HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID iid, LCID, WORD kind,
                                    DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
                                    UINT*) noexcept override {
-    return InvokeMember(kSource, iid, kind, parameters, result, exception,
+    return InvokeMember(kLibrarySource, iid, kind, parameters, result, exception,
                         [&](const Invocation& call) { return Perform(member, call); });
   }
 

@@ -1,8 +1,8 @@
 #include "host/win32/InputDialog.h"
 
 #include "common/Form.h"
+#include "common/Localized.h"
 #include "host/win32/FormDialog.h"
-#include "host/win32/Messages.h"
 
 namespace kvo {
 namespace {
@@ -26,13 +26,13 @@ class InputForm final : public Form {
   KVO_CONTROL(Label, lblPrompt, .caption = prompt_, .at = {180, 150, 5040, 420}, .wraps = true);
   KVO_CONTROL(TextBox, txtAnswer, .at = {180, 600, 5040, 300});
   KVO_CONTROL(
-      CommandButton, cmdOk, .caption = kOk.In(DesktopLanguage()), .at = {2520, 1050, 1290, 360},
+      CommandButton, cmdOk, .caption = kOk.In(UserLanguage()), .at = {2520, 1050, 1290, 360},
       .role = CommandButton::Role::acceptsDialog, .onClick = [this](CommandButton&) {
         answer = txtAnswer.Text();
         onEnd();
       });
   KVO_CONTROL(
-      CommandButton, cmdCancel, .caption = kCancel.In(DesktopLanguage()),
+      CommandButton, cmdCancel, .caption = kCancel.In(UserLanguage()),
       .at = {3930, 1050, 1290, 360}, .role = CommandButton::Role::cancelsDialog,
       .onClick = [this](CommandButton&) { onEnd(); });
 };

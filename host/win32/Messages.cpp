@@ -1,6 +1,8 @@
 #include "host/win32/Messages.h"
 
 #include "common/RuntimeError.h"
+#include "host/registration/classes.h"
+#include "host/win32/WideText.h"
 #include "host/win32/WindowText.h"
 
 namespace kvo {
@@ -12,12 +14,12 @@ Language DesktopLanguage() {
 
 std::string FailureText(const std::exception& failure) {
   if (const auto* numbered = dynamic_cast<const RuntimeError*>(&failure))
-    return std::string(numbered->Description(DesktopLanguage()));
+    return std::string(numbered->Description(UserLanguage()));
   return failure.what();
 }
 
 void ShowMessageBox(HWND owner, std::string_view text) {
-  MessageBoxW(owner, ToWindowText(text).c_str(), L"KVOPDesignObjects",
+  MessageBoxW(owner, ToWindowText(text).c_str(), ToWide(kLibraryName).c_str(),
               MB_OK | MB_ICONINFORMATION | MB_APPLMODAL);
 }
 

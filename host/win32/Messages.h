@@ -10,10 +10,10 @@
 
 namespace kvo {
 
-// The language of the user's desktop.
+// The language of the desktop: what a program of Windows' sets as the user's language.
 Language DesktopLanguage();
 
-// A failure as it is shown.
+// A failure as it is shown, in the user's language.
 std::string FailureText(const std::exception& failure);
 
 // A message box under the component's title; returns when it was answered.

@@ -6,6 +6,8 @@
 
 #include <cstdio>
 
+#include "host/win32/Messages.h"
+
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   const INITCOMMONCONTROLSEX classes{sizeof(classes), ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
@@ -13,5 +15,6 @@ int main(int argc, char** argv) {
     std::fputs("There is no desktop.\n", stderr);
     return 2;
   }
+  kvo::UserLanguage(kvo::DesktopLanguage());
   return RUN_ALL_TESTS();
 }

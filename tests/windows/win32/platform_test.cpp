@@ -94,7 +94,7 @@ TEST_F(Platforms, AskForALine) {
     const HWND inside = GetWindow(dialog, GW_CHILD);
     EXPECT_EQ(TextOf(ChildOf(inside, WC_STATICW)), L"R&D?");
     EXPECT_EQ(TextOf(ChildOf(inside, WC_BUTTONW, 1)),
-              DesktopLanguage() == Language::german ? L"Abbrechen" : L"Cancel");
+              UserLanguage() == Language::german ? L"Abbrechen" : L"Cancel");
     const HWND line = GetFocus();
     EXPECT_EQ(line, ChildOf(inside, WC_EDITW));
     for (const wchar_t c : std::wstring(L"abc")) PostMessageW(line, WM_CHAR, c, 1);
