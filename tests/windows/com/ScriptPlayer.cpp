@@ -163,6 +163,10 @@ void ScriptPlayer::Fail(const std::string& what) {
   performance_.failures.push_back("line " + std::to_string(number) + ": " + what);
 }
 
+void ScriptPlayer::EndAt(const std::string& command) {
+  if (performance_.endedAt.empty()) performance_.endedAt = command;
+}
+
 HRESULT ScriptPlayer::Pages::CreateInstance(IUnknown* outer, REFIID iid, void** object) noexcept {
   const HRESULT code = real_->CreateInstance(outer, iid, object);
   if (SUCCEEDED(code))
@@ -187,7 +191,7 @@ void ScriptPlayer::FillShadow() {
 
 Performance ScriptPlayer::Play() {
   while (const Line* line = Next()) {
-    if (ended_ || !performance_.failures.empty()) break;
+    if (!performance_.endedAt.empty() || !performance_.failures.empty()) break;
     ++at_;
     Prepare(line->words);
   }
@@ -218,8 +222,7 @@ void ScriptPlayer::Prepare(const Words& words) {
   } else if (what == "reopen") {
     ShowFrame(open_);
   } else if (what != "expect" || !ExpectOutside(words)) {
-    performance_.leftOut.push_back(what);
-    ended_ = true;
+    EndAt(what);
   }
 }
 
@@ -309,7 +312,8 @@ void ScriptPlayer::Step() {
   // The frame has the keyboard first, and hands it on.
   constexpr int kSettled = 5;
   if (++settled_ < kSettled) return;
-  const bool over = ended_ || !performance_.failures.empty() || Next() == nullptr;
+  const bool over =
+      !performance_.endedAt.empty() || !performance_.failures.empty() || Next() == nullptr;
   if (active != frame_ && TextOf(active) != L"Ausdruck-Assistent") {
     if (!AnswerDialog(active)) Fail("a dialog that nobody expected: " + FromWide(TextOf(active)));
     return;
@@ -503,8 +507,7 @@ void ScriptPlayer::Act(const Words& words) {
       } else if (words[i] == "tab") {
         if (!EnterForm() && std::exchange(entered_, true)) Key(VK_TAB);
       } else {
-        performance_.leftOut.push_back("press " + words[i]);
-        ended_ = true;
+        EndAt("press " + words[i]);
       }
     }
   } else if (what == "click") {
@@ -580,12 +583,13 @@ void ScriptPlayer::Act(const Words& words) {
     answers_.push_back(what == "answer" ? std::optional(words[1]) : std::nullopt);
   } else if (what == "color" || what == "no-color") {
     colors_.push_back(what == "color" ? std::optional(words[1]) : std::nullopt);
+  } else if (what == "close-window" && GetActiveWindow() != frame_) {
+    PostMessageW(GetActiveWindow(), WM_CLOSE, 0, 0);
   } else if (what == "fails") {
     failing_ = words[1];
     Act({words.begin() + 2, words.end()});
   } else {
-    performance_.leftOut.push_back(what);
-    ended_ = true;
+    EndAt(what);
   }
 }
 

@@ -18,6 +18,7 @@ namespace kvo::com {
 struct Performance {
   std::vector<std::string> failures;  // with their lines
   std::vector<std::string> leftOut;   // lines that only a form itself could answer
+  std::string endedAt;                // the command at which the script could not be followed
   std::vector<std::string> messages;  // that were shown
   int checkedBags = 0;                // `expect bag` and `expect runtime`
   int checkedInputs = 0;              // texts, checks and states, read from the windows
@@ -70,6 +71,7 @@ class ScriptPlayer {
 
   const Line* Next() const { return at_ < lines_.size() ? &lines_[at_] : nullptr; }
   void Fail(const std::string& what);
+  void EndAt(const std::string& command);
   // Outside of a frame.
   void Prepare(const Words& words);
   void LoadPending();
@@ -121,7 +123,6 @@ class ScriptPlayer {
   std::string page_;  // the class of the one in front
   HWND frame_ = nullptr;
   int settled_ = 0;
-  bool ended_ = false;  // the script went where it cannot be followed
   int waited_ = 0;
   int tabs_ = 0;
   bool byMouse_ = false;                // the last input was entered by the mouse
