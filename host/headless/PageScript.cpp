@@ -7,17 +7,12 @@
 #include "common/RuntimeError.h"
 #include "common/modGlobal.h"
 #include "host/headless/HeadlessUser.h"
+#include "host/headless/ScriptWords.h"
 
 namespace kvo {
 namespace {
 
-// --- words and messages -------------------------------------------------------------------------
-
-// What went wrong in a line, in both languages.
-struct Trouble {
-  std::string german;
-  std::string english;
-};
+// --- messages -----------------------------------------------------------------------------------
 
 std::string Filled(std::string_view pattern, std::span<const std::string> texts) {
   std::string out;
@@ -34,7 +29,7 @@ std::string Filled(std::string_view pattern, std::span<const std::string> texts)
 }
 
 [[noreturn]] void Fail(const Localized& message, const std::vector<std::string>& texts = {}) {
-  throw Trouble{Filled(message.german, texts), Filled(message.english, texts)};
+  throw ScriptTrouble{Filled(message.german, texts), Filled(message.english, texts)};
 }
 
 // A command fails with a failure of the page: its number (0: none) and its text.
@@ -49,42 +44,6 @@ PageFailure FailureOf(const std::exception& error) {
     return {numbered->Number(), numbered->Description(Language::german),
             numbered->Description(Language::english)};
   return {0, error.what(), error.what()};
-}
-
-std::vector<std::string> SplitWords(std::string_view line) {
-  std::vector<std::string> words;
-  for (std::size_t at = 0; at < line.size();) {
-    if (line[at] == ' ' || line[at] == '\t' || line[at] == '\r') {
-      ++at;
-    } else if (line[at] == '#' && (at + 1 == line.size() || line[at + 1] == ' ')) {
-      break;  // a comment; "#1" and "#FF0000" are words
-    } else if (line[at] == '"') {
-      std::string word;
-      for (++at; at < line.size() && line[at] != '"'; ++at) {
-        if (line[at] != '\\') {
-          word += line[at];
-          continue;
-        }
-        constexpr std::string_view kNames = "nrt0\"\\";
-        constexpr std::string_view kCharacters("\n\r\t\0\"\\", 6);
-        const std::size_t which =
-            ++at < line.size() ? kNames.find(line[at]) : std::string_view::npos;
-        if (which == std::string_view::npos)
-          Fail({"Hinter „\\“ steht in einem Text n, r, t, 0, \" oder \\.",
-                "In a text, \"\\\" is followed by n, r, t, 0, \" or \\."});
-        word += kCharacters[which];
-      }
-      if (at == line.size())
-        Fail({"Das Anführungszeichen wird nicht geschlossen.", "The quote is not closed."});
-      ++at;
-      words.push_back(std::move(word));
-    } else {
-      const std::size_t end = std::min(line.find_first_of(" \t\r", at), line.size());
-      words.emplace_back(line.substr(at, end - at));
-      at = end;
-    }
-  }
-  return words;
 }
 
 std::size_t ToNumber(const std::string& word) {
@@ -166,7 +125,7 @@ class Performance final : private PropertyFrame::Window {
   void Guarded(std::size_t line, const Work& work) {
     try {
       work();
-    } catch (const Trouble& trouble) {
+    } catch (const ScriptTrouble& trouble) {
       Stop(line, trouble.german, trouble.english);
     } catch (const PageFailure& failure) {
       const std::string number = failure.number ? ' ' + std::to_string(failure.number) : "";

@@ -8,25 +8,23 @@
 
 #include "host/headless/PageScript.h"
 #include "host/registration/classes.h"
-#include "tests/forms/FakeRecordset.h"
-#include "tests/pages/FakeOffice.h"
+#include "tests/pages/Furnishing.h"
 
 namespace kvo {
 
-// A stage with an office and a shop that scripts furnish by commands of their own:
-//   contact-field SQLNAME "Name" TYPE     order-field SQLNAME "Name" TYPE
-//   product NUMBER "Name" "Description"   connection open|closed|broken
+// A stage with an office and a shop that scripts furnish.
 class Theatre {
  public:
   Theatre() {
-    office_->connection = connection_;
-    platform.recordsets = [this] { return std::make_shared<FakeRecordset>(table_); };
+    platform.recordsets = [this] { return std::make_shared<FakeRecordset>(furnishing_.table); };
     stage.newControl = [](std::string_view name) -> std::shared_ptr<Control> {
       const RegisteredControl* registered = FindControlByName(name);
       return registered == nullptr ? nullptr : registered->contract().create();
     };
-    stage.office = office_;
-    stage.command = [this](std::span<const std::string> words) { return Command(words); };
+    stage.office = furnishing_.office;
+    stage.command = [this](std::span<const std::string> words) {
+      return furnishing_.Command(words);
+    };
   }
 
   ScriptOutcome Run(std::string_view script) { return RunPageScript(stage, script); }
@@ -42,25 +40,7 @@ class Theatre {
                     .command = {}};
 
  private:
-  bool Command(std::span<const std::string> words) {
-    if (words[0] == "contact-field" && words.size() == 4) {
-      office_->contactFields.push_back({words[1], words[2], std::stoi(words[3])});
-    } else if (words[0] == "order-field" && words.size() == 4) {
-      office_->orderFields.push_back({words[1], words[2], std::stoi(words[3])});
-    } else if (words[0] == "product" && words.size() == 4) {
-      table_.rows.push_back({{"ProductNo", words[1]}, {"Desc1", words[2]}, {"Desc2", words[3]}});
-    } else if (words[0] == "connection" && words.size() == 2) {
-      connection_->state = words[1] == "closed" ? 0 : 1;
-      table_.gone = words[1] == "broken";
-    } else {
-      return false;
-    }
-    return true;
-  }
-
-  FakeTable table_;
-  std::shared_ptr<FakeConnection> connection_ = std::make_shared<FakeConnection>();
-  std::shared_ptr<FakeOffice> office_ = std::make_shared<FakeOffice>();
+  Furnishing furnishing_;
 };
 
 inline std::filesystem::path ScriptFolder() {

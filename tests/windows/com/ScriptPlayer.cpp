@@ -4,10 +4,12 @@
 
 #include <algorithm>
 
-#include "host/win32/PropertyGridView.h"
+#include "host/headless/FormUser.h"
+#include "host/headless/ScriptWords.h"
 #include "host/win32/Twips.h"
 #include "host/win32/WindowText.h"
 #include "pages/frmExpressionBuilder.h"
+#include "tests/windows/win32/WindowActions.h"
 
 namespace kvo::com {
 namespace {
@@ -16,40 +18,6 @@ constexpr int kTick = 15;       // milliseconds
 constexpr int kPatience = 400;  // ticks that a dialog may take to come
 constexpr int kApply = 0x3021;
 const wchar_t* const kFormClass = L"KVOPDesignObjects.Window";
-
-std::vector<std::string> SplitWords(std::string_view line) {
-  std::vector<std::string> words;
-  for (std::size_t at = 0; at < line.size();) {
-    if (line[at] == ' ' || line[at] == '\r') {
-      ++at;
-    } else if (line[at] == '#' && (at + 1 == line.size() || line[at + 1] == ' ')) {
-      break;
-    } else if (line[at] == '"') {
-      std::string word;
-      for (++at; at < line.size() && line[at] != '"'; ++at) {
-        char c = line[at];
-        if (c == '\\') {
-          c = line[++at];
-          c = c == 'n' ? '\n' : c == 'r' ? '\r' : c == 't' ? '\t' : c == '0' ? '\0' : c;
-        }
-        word += c;
-      }
-      ++at;
-      words.push_back(std::move(word));
-    } else {
-      const std::size_t end = std::min(line.find_first_of(" \r", at), line.size());
-      words.emplace_back(line.substr(at, end - at));
-      at = end;
-    }
-  }
-  return words;
-}
-
-std::wstring ClassOf(HWND window) {
-  wchar_t name[64] = L"";
-  GetClassNameW(window, name, 64);
-  return name;
-}
 
 template <class Visit>
 void ForEachInside(HWND window, Visit visit) {
@@ -80,39 +48,14 @@ POINT PlaceOf(const FormControl& control) {
   return at;
 }
 
-void ClickAt(HWND window, int x, int y) {
-  PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
-  SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
-}
-
 HWND EditOf(HWND window) {
-  if (_wcsicmp(ClassOf(window).c_str(), WC_EDITW) == 0) return window;
+  if (Is(window, WC_EDITW)) return window;
   return FindWindowExW(window, nullptr, WC_EDITW, nullptr);
 }
 
 void TypeInto(HWND edit, std::string_view text) {
   for (const wchar_t c : ToWide(text))
     if (c != L'\r') SendMessageW(edit, WM_CHAR, c == L'\n' ? L'\r' : c, 1);
-}
-
-void ChooseRow(HWND list, int row) {
-  SetFocus(list);
-  SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(row), 0);
-  const auto told = [list](int what) {
-    SendMessageW(GetParent(list), WM_COMMAND,
-                 MAKEWPARAM(static_cast<unsigned>(GetDlgCtrlID(list)), what),
-                 reinterpret_cast<LPARAM>(list));
-  };
-  told(CBN_SELENDOK);
-  told(CBN_SELCHANGE);
-}
-
-bool ChooseText(HWND list, const std::string& text) {
-  const LRESULT row = SendMessageW(list, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
-                                   reinterpret_cast<LPARAM>(ToWindowText(text).c_str()));
-  if (row < 0) return false;
-  ChooseRow(list, static_cast<int>(row));
-  return true;
 }
 
 // What a box shows stands for line breaks and the like; only plain texts are compared.
@@ -131,13 +74,12 @@ ScriptPlayer::ScriptPlayer(std::string_view script) {
     if (!words.empty()) lines_.push_back({number, std::move(words)});
     at = end + 1;
   }
-  office_->connection = connection_;
   CLSID recordset{};
   EXPECT_EQ(CLSIDFromProgID(L"ADODB.Recordset", &recordset), S_OK);
   EXPECT_EQ(CoRegisterClassObject(recordset, &recordsets_, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
                                   &recordsetsCookie_),
             S_OK);
-  officeOutside_ = ToDispatch(office_);
+  officeOutside_ = ToDispatch(furnishing_.office);
   for (const RegisteredPage& page : RegisteredPages()) {
     pageFactories_.push_back(std::make_unique<Pages>(page.name, madePages_));
     EXPECT_EQ(CoRegisterClassObject(ToGuid(page.classId), pageFactories_.back().get(),
@@ -196,8 +138,8 @@ Performance ScriptPlayer::Play() {
     Prepare(line->words);
   }
   controls_.clear();
-  performance_.opened = table_.opened;
-  performance_.connection = connection_;
+  performance_.opened = furnishing_.table.opened;
+  performance_.connection = furnishing_.connection;
   return std::move(performance_);
 }
 
@@ -211,17 +153,11 @@ void ScriptPlayer::Prepare(const Words& words) {
     pendingBag_.entries.clear();
   } else if (what == "bag") {
     pendingBag_.entries.emplace_back(words[1], words[2]);
-  } else if (what == "contact-field") {
-    office_->contactFields.push_back({words[1], words[2], std::stoi(words[3])});
-  } else if (what == "order-field") {
-    office_->orderFields.push_back({words[1], words[2], std::stoi(words[3])});
-  } else if (what == "product") {
-    table_.rows.push_back({{"ProductNo", words[1]}, {"Desc1", words[2]}, {"Desc2", words[3]}});
   } else if (what == "open" && words.size() == 2) {
     ShowFrame(words[1]);
   } else if (what == "reopen") {
     ShowFrame(open_);
-  } else if (what != "expect" || !ExpectOutside(words)) {
+  } else if (!(what == "expect" && ExpectOutside(words)) && !furnishing_.Command(words)) {
     EndAt(what);
   }
 }
@@ -231,7 +167,7 @@ void ScriptPlayer::LoadPending() {
   const auto& control = controls_[pending_];
   EXPECT_EQ(control->Load(&pendingBag_, nullptr), S_OK);
   if (FindControlByName(classes_[pending_])->contract().FindProperty("Office") != nullptr)
-    Late(control.get())->Let("Office", ObjectRef(office_));
+    Late(control.get())->Let("Office", ObjectRef(furnishing_.office));
   pending_.clear();
 }
 
@@ -330,7 +266,11 @@ void ScriptPlayer::Step() {
   }
   if (what == "focus" && !TabTo(Next()->words[1])) return;
   const Words words = lines_[at_++].words;
-  Act(words);
+  try {
+    Act(words);
+  } catch (const CannotDo& error) {
+    Fail(error.what());
+  }
 }
 
 // Message boxes, the input prompt and the colour dialog.
@@ -388,17 +328,13 @@ void ScriptPlayer::ClickRow(const std::string& name, const std::string& row) {
   if (grid == nullptr) return Fail(name + " does not show");
   const int number = RowNumber(grid, name, row);
   if (number < 0) return Fail(name + " has no row " + row);
-  const int height = ToPixels(PropertyGridView::kRowHeight);
-  const int head = GridOf(name)->Caption().empty() ? 0 : height;
-  RECT area{};
-  GetClientRect(grid, &area);
-  SendMessageW(grid, WM_VSCROLL, SB_TOP, 0);
-  for (int turn = 0; turn < 1000; ++turn) {
-    const int top = head + (number - GetScrollPos(grid, SB_VERT)) * height;
-    if (top + height <= area.bottom || turn == 999)
-      return ClickAt(grid, area.right / 4, top + height / 2);
-    SendMessageW(grid, WM_VSCROLL, SB_LINEDOWN, 0);
-  }
+  ClickItem(grid, *GridOf(name), number);
+}
+
+void ScriptPlayer::Choose(HWND list, const std::string& text) {
+  const int row = FindInList(list, text);
+  if (row < 0) return Fail("the list has no row " + text);
+  ChooseInList(list, row);
 }
 
 // As Windows' frame does it, and Wine's does not: the page sees a key before anybody else.
@@ -458,7 +394,7 @@ void ScriptPlayer::Shadow(const std::string& button) {
     row_.clear();
   } else if (button == "cmdAddProduct") {
     for (const std::size_t row : gridRows_) {
-      const std::string key = "pprod_" + ToText(table_.rows[row].at("ProductNo"));
+      const std::string key = "pprod_" + ToText(furnishing_.table.rows[row].at("ProductNo"));
       PropertyGrid* grid = GridOf("suiPickedProducts");
       if (grid->Find(key) == nullptr) grid->Add({.kind = ItemKind::entry, .key = key});
     }
@@ -488,7 +424,7 @@ void ScriptPlayer::Act(const Words& words) {
     window();  // TabTo has gone there
   } else if (what == "type") {
     const HWND focused = GetFocus();
-    if (_wcsicmp(ClassOf(focused).c_str(), WC_EDITW) != 0)
+    if (!Is(focused, WC_EDITW))
       return Fail("nothing to type into, but " + FromWide(ClassOf(focused)) + " " +
                   FromWide(TextOf(focused)));
     TypeInto(focused, words[1]);
@@ -517,13 +453,12 @@ void ScriptPlayer::Act(const Words& words) {
       SendMessageW(found, BM_CLICK, 0, 0);
     }
   } else if (what == "choose" && words.size() == 3) {
-    if (const HWND found = window())
-      if (!ChooseText(found, words[2])) Fail(words[1] + " has no row " + words[2]);
+    if (const HWND found = window()) Choose(found, words[2]);
   } else if (what == "choose") {
     ClickRow(words[1], words[2]);
-    const HWND grid = Find(words[1]);
-    HWND list = FindWindowExW(grid, nullptr, WC_COMBOBOXW, nullptr);
-    if (list == nullptr || !ChooseText(list, words[3])) Fail(words[2] + ": no choice " + words[3]);
+    const HWND list = ChildOf(Find(words[1]), WC_COMBOBOXW);
+    if (list == nullptr) return Fail(words[2] + " has no choices");
+    Choose(list, words[3]);
   } else if (what == "row") {
     row_ = words[2];
     ClickRow(words[1], words[2]);
@@ -539,16 +474,11 @@ void ScriptPlayer::Act(const Words& words) {
   } else if (what == "tab") {
     if (const HWND tabs = window()) {
       const auto* control = dynamic_cast<TabControl*>(Front()->Find(words[1]));
-      int tab = 0;
-      for (const FormControl* panel : control->Controls()) {
-        if (dynamic_cast<const TabPanel*>(panel)->Caption() == words[2]) {
-          RECT head{};
-          SendMessageW(tabs, TCM_GETITEMRECT, static_cast<WPARAM>(tab),
-                       reinterpret_cast<LPARAM>(&head));
-          ClickAt(tabs, head.left + 5, (head.top + head.bottom) / 2);
-        }
-        ++tab;
-      }
+      const auto& panels = control->Controls();
+      const auto wanted = std::ranges::find_if(panels, [&](const FormControl* panel) {
+        return dynamic_cast<const TabPanel*>(panel)->Caption() == words[2];
+      });
+      ClickTab(tabs, static_cast<std::size_t>(wanted - panels.begin()));
     }
   } else if (what == "caret") {
     if (const HWND found = window()) {
@@ -558,26 +488,18 @@ void ScriptPlayer::Act(const Words& words) {
     }
   } else if (what == "rows") {
     if (const HWND list = window()) {
-      LVITEMW item{};
-      item.stateMask = LVIS_SELECTED;
-      SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1),
-                   reinterpret_cast<LPARAM>(&item));
-      item.state = LVIS_SELECTED;
       gridRows_.clear();
-      for (std::size_t i = 2; i < words.size(); ++i) gridRows_.push_back(std::stoul(words[i]));
-      for (std::size_t i = 2; i < words.size(); ++i)
-        SendMessageW(list, LVM_SETITEMSTATE, std::stoul(words[i]), reinterpret_cast<LPARAM>(&item));
+      for (std::size_t i = 2; i < words.size(); ++i) {
+        gridRows_.push_back(std::stoul(words[i]));
+        ClickListRow(list, gridRows_.back(), i > 2, false);
+      }
     }
   } else if (what == "double-click") {
     if (const HWND list = window()) {
-      RECT place{LVIR_BOUNDS, 0, 0, 0};
-      SendMessageW(list, LVM_GETITEMRECT, std::stoul(words[2]), reinterpret_cast<LPARAM>(&place));
-      const int y = (place.top + place.bottom) / 2;
       gridRows_ = {std::stoul(words[2])};
       Shadow("cmdAddProduct");
-      ClickAt(list, place.left + 10, y);
-      PostMessageW(list, WM_LBUTTONUP, 0, MAKELPARAM(place.left + 10, y));
-      SendMessageW(list, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(place.left + 10, y));
+      ClickListRow(list, gridRows_[0], false, false);
+      ClickListRow(list, gridRows_[0], false, true);
     }
   } else if (what == "answer" || what == "no-answer") {
     answers_.push_back(what == "answer" ? std::optional(words[1]) : std::nullopt);

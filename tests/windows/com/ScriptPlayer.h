@@ -9,8 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/forms/FakeRecordset.h"
-#include "tests/pages/FakeOffice.h"
+#include "tests/pages/Furnishing.h"
 #include "tests/windows/com/Host.h"
 
 namespace kvo::com {
@@ -98,6 +97,7 @@ class ScriptPlayer {
   bool EnterForm();
   void FillShadow();
   void Shadow(const std::string& button);
+  void Choose(HWND list, const std::string& text);
   void ClickRow(const std::string& grid, const std::string& row);
   int RowNumber(HWND grid, const std::string& name, const std::string& row);
 
@@ -108,11 +108,9 @@ class ScriptPlayer {
   std::map<std::string, std::string> classes_;
   std::string pending_;
   TestBag pendingBag_;
-  FakeTable table_;
-  Recordsets recordsets_{table_};
+  Furnishing furnishing_;
+  Recordsets recordsets_{furnishing_.table};
   DWORD recordsetsCookie_ = 0;
-  std::shared_ptr<FakeConnection> connection_ = std::make_shared<FakeConnection>();
-  std::shared_ptr<FakeOffice> office_ = std::make_shared<FakeOffice>();
   Pointer<IDispatch> officeOutside_;
 
   std::vector<Pointer<IPropertyPage>> madePages_;

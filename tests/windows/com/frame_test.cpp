@@ -1,24 +1,9 @@
 // The page scripts in front of the system's property frame, and the controls' own way to it.
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
+#include "tests/pages/Theatre.h"
 #include "tests/windows/com/ScriptPlayer.h"
 
 namespace kvo::com {
 namespace {
-
-std::filesystem::path ScriptFolder() {
-  return std::filesystem::path(KVO_SOURCE_DIR) / "tests/pages/scripts";
-}
-
-std::vector<std::string> ScriptNames() {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(ScriptFolder()))
-    names.push_back(entry.path().stem().string());
-  std::ranges::sort(names);
-  return names;
-}
 
 // What no frame of the system's does: it keeps its selection, and time passes by itself.
 const std::vector<std::string> kBeyondFrames = {"select", "tick"};
@@ -26,10 +11,7 @@ const std::vector<std::string> kBeyondFrames = {"select", "tick"};
 class FrameScripts : public ModuleTest, public testing::WithParamInterface<std::string> {};
 
 TEST_P(FrameScripts, EndAsTheySay) {
-  std::ifstream file(ScriptFolder() / (GetParam() + ".txt"));
-  std::stringstream script;
-  script << file.rdbuf();
-  Performance performance = ScriptPlayer(script.str()).Play();
+  const Performance performance = ScriptPlayer(ReadScript(GetParam())).Play();
   for (const std::string& failure : performance.failures) ADD_FAILURE() << failure;
   for (const std::string& left : performance.leftOut) RecordProperty("left out", left);
   if (!performance.endedAt.empty()) {

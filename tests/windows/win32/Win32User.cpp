@@ -3,13 +3,10 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 
 #include "common/PropertyPage.h"
 #include "host/win32/OwnWindow.h"
-#include "host/win32/PropertyGridView.h"
-#include "host/win32/Twips.h"
 #include "host/win32/WideText.h"
 #include "host/win32/WindowText.h"
 
@@ -19,25 +16,6 @@ namespace {
 [[noreturn]] void Cannot(const FormControl& control, std::string_view why) {
   throw CannotDo(std::string(control.Name()) + ": " + std::string(why));
 }
-
-constexpr BYTE kDown = 0x80;
-
-// Holds keys down for this thread.
-class Held {
- public:
-  explicit Held(std::initializer_list<int> keys) {
-    GetKeyboardState(former_.data());
-    std::array<BYTE, 256> now{};
-    for (const int key : keys) now[static_cast<std::size_t>(key)] = kDown;
-    SetKeyboardState(now.data());
-  }
-  Held(const Held&) = delete;
-  Held& operator=(const Held&) = delete;
-  ~Held() { SetKeyboardState(former_.data()); }
-
- private:
-  std::array<BYTE, 256> former_{};
-};
 
 WPARAM VirtualKey(Key key) {
   switch (key) {
@@ -80,44 +58,6 @@ wchar_t CharacterOf(WPARAM key, bool control) {
   return isOne ? static_cast<wchar_t>(key) : L'\0';
 }
 
-LPARAM At(POINT at) { return MAKELPARAM(at.x, at.y); }
-
-std::wstring ClassOf(HWND window) {
-  std::array<wchar_t, 64> name{};
-  GetClassNameW(window, name.data(), static_cast<int>(name.size()));
-  return name.data();
-}
-
-bool Is(HWND window, const wchar_t* className) {
-  return _wcsicmp(ClassOf(window).c_str(), className) == 0;
-}
-
-RECT Inside(HWND window) {
-  RECT area{};
-  GetClientRect(window, &area);
-  return area;
-}
-
-POINT Centre(const RECT& area) {
-  return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
-}
-
-// Where a row of a property grid stands, once it was scrolled to.
-RECT PlaceOfItem(HWND window, const PropertyGrid& grid, int row) {
-  const int height = ToPixels(PropertyGridView::kRowHeight);
-  const int head = grid.Caption().empty() ? 0 : height;
-  for (int turn = 0; turn < 1000; ++turn) {
-    RECT at = Inside(window);
-    const int first = GetScrollPos(window, SB_VERT);
-    const LONG bottom = at.bottom;
-    at.top = head + (row - first) * height;
-    at.bottom = at.top + height;
-    if (row >= first && (at.bottom <= bottom || row == first)) return at;
-    SendMessageW(window, WM_VSCROLL, row < first ? SB_LINEUP : SB_LINEDOWN, 0);
-  }
-  Cannot(grid, "cannot be scrolled to the row");
-}
-
 int RowOf(const PropertyGridItem& item) {
   const auto& items = item.Grid().Items();
   const auto at = std::ranges::find(items, &item, &std::unique_ptr<PropertyGridItem>::get);
@@ -125,13 +65,6 @@ int RowOf(const PropertyGridItem& item) {
 }
 
 }  // namespace
-
-HWND ChildOf(HWND parent, const wchar_t* className, std::size_t number) {
-  HWND found = nullptr;
-  while ((found = FindWindowExW(parent, found, className, nullptr)) != nullptr)
-    if (IsWindowVisible(found) && number-- == 0) break;
-  return found;
-}
 
 void PumpMessages() {
   MSG message{};
@@ -242,7 +175,7 @@ void Win32User::ClickInto(EditBox& box, std::size_t caret) {
         point.y = static_cast<short>(HIWORD(at));
       }
     }
-    ClickAt(window, {point.x, point.y + 2});
+    ClickAt(window, {point.x, point.y + 2}, Button());
   });
 }
 
@@ -312,12 +245,12 @@ void Win32User::PressWith(WPARAM key, std::initializer_list<int> held) {
 
 // --- mouse ---
 
-void Win32User::ClickAt(HWND window, POINT at) {
-  std::uint8_t& button = platform_.keys[VK_LBUTTON];
-  button |= kDown;
-  SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, At(at));
-  button = static_cast<std::uint8_t>(button & 0x7F);
-  SendMessageW(window, WM_LBUTTONUP, 0, At(at));
+MouseButton Win32User::Button() {
+  return [this](bool down) {
+    std::uint8_t& button = platform_.keys[VK_LBUTTON];
+    constexpr int kDown = 0x80;
+    button = static_cast<std::uint8_t>(down ? button | kDown : button & ~kDown);
+  };
 }
 
 void Win32User::Click(FormControl& control) {
@@ -326,28 +259,15 @@ void Win32User::Click(FormControl& control) {
     constexpr int kInBox = 6;  // where a check box or an option has its mark
     const RECT area = Inside(window);
     if (dynamic_cast<EditBox*>(&control) == nullptr)
-      return ClickAt(window, {kInBox, area.bottom / 2});
+      return ClickAt(window, {kInBox, area.bottom / 2}, Button());
     if (const HWND edit = ChildOf(window, WC_EDITW)) window = edit;
     const RECT text = Inside(window);
-    ClickAt(window, {text.right - 2, text.bottom - 2});
+    ClickAt(window, {text.right - 2, text.bottom - 2}, Button());
   });
 }
 
 void Win32User::ClickRow(Grid& grid, std::size_t row, bool add, bool twice) {
-  const HWND list = Reach(grid);
-  if (row >= static_cast<std::size_t>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0)))
-    Cannot(grid, "has no row " + std::to_string(row));
-  SendMessageW(list, LVM_ENSUREVISIBLE, row, FALSE);
-  RECT place{LVIR_BOUNDS, 0, 0, 0};
-  SendMessageW(list, LVM_GETITEMRECT, row, reinterpret_cast<LPARAM>(&place));
-  const LPARAM at = At({place.left + 10, Centre(place).y});
-  const Held held = add ? Held({VK_CONTROL}) : Held({});
-  const WPARAM keys = MK_LBUTTON | (add ? MK_CONTROL : 0);
-  platform_.keys[VK_LBUTTON] |= kDown;
-  // The list waits for the button to come up again.
-  PostMessageW(list, WM_LBUTTONUP, keys & ~WPARAM{MK_LBUTTON}, at);
-  SendMessageW(list, twice ? WM_LBUTTONDBLCLK : WM_LBUTTONDOWN, keys, at);
-  platform_.keys[VK_LBUTTON] = 0;
+  ClickListRow(Reach(grid), row, add, twice, Button());
   PumpMessages();
 }
 
@@ -373,48 +293,22 @@ void Win32User::Choose(ComboBox& box, int row) {
     const HWND list = Reach(box);
     if (row < 0 || row >= SendMessageW(list, CB_GETCOUNT, 0, 0))
       Cannot(box, "has no row " + std::to_string(row));
-    ChooseInList(list, row);
+    ChooseInList(list, row, Button());
   });
-}
-
-void Win32User::ChooseInList(HWND list, int row) {
-  const RECT closed = Inside(list);
-  ClickAt(list, {closed.right - 5, closed.bottom / 2});
-  if (!SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0)) throw CannotDo("the list does not open");
-  COMBOBOXINFO info{};
-  info.cbSize = sizeof(info);
-  GetComboBoxInfo(list, &info);
-  SendMessageW(info.hwndList, LB_SETTOPINDEX, static_cast<WPARAM>(row), 0);
-  RECT place{};
-  SendMessageW(info.hwndList, LB_GETITEMRECT, static_cast<WPARAM>(row),
-               reinterpret_cast<LPARAM>(&place));
-  const LPARAM at = At(Centre(place));
-  SendMessageW(info.hwndList, WM_MOUSEMOVE, 0, at);
-  SendMessageW(info.hwndList, WM_LBUTTONDOWN, MK_LBUTTON, at);
-  SendMessageW(info.hwndList, WM_LBUTTONUP, 0, at);
-  if (SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0)) throw CannotDo("the list does not close");
 }
 
 void Win32User::SelectTab(TabControl& tabs, std::size_t tab) {
-  Do([&] {
-    const HWND window = Reach(tabs);
-    RECT place{};
-    if (!SendMessageW(window, TCM_GETITEMRECT, tab, reinterpret_cast<LPARAM>(&place)))
-      Cannot(tabs, "has no such tab");
-    ClickAt(window, Centre(place));
-  });
+  Do([&] { ClickTab(Reach(tabs), tab, Button()); });
 }
 
 // --- property grids ---
 
-void Win32User::ClickItem(const PropertyGridItem& item) {
-  const HWND window = Reach(item.Grid());
-  const RECT place = PlaceOfItem(window, item.Grid(), RowOf(item));
-  ClickAt(window, {place.left + 5, Centre(place).y});
+void Win32User::Click(const PropertyGridItem& item) {
+  ClickItem(Reach(item.Grid()), item.Grid(), RowOf(item), Button());
 }
 
 void Win32User::SelectItem(PropertyGridItem& item) {
-  Do([&] { ClickItem(item); });
+  Do([&] { Click(item); });
 }
 
 void Win32User::ClickButton(PropertyGridItem& item) {
@@ -422,30 +316,26 @@ void Win32User::ClickButton(PropertyGridItem& item) {
     const HWND window = Reach(item.Grid());
     std::wstring caption = L"...";
     if (item.Kind() == ItemKind::color)
-      ClickItem(item);
+      Click(item);
     else
       caption = ToWindowCaption(item.Caption());
     if (item.Kind() == ItemKind::button) PlaceOfItem(window, item.Grid(), RowOf(item));
     const HWND button = FindWindowExW(window, nullptr, WC_BUTTONW, caption.c_str());
     if (button == nullptr || !IsWindowVisible(button) || !IsWindowEnabled(button))
       Cannot(item.Grid(), "the row \"" + item.Caption() + "\" has no button to press");
-    ClickAt(button, Centre(Inside(button)));
+    ClickAt(button, Centre(Inside(button)), Button());
   });
 }
 
 void Win32User::Choose(PropertyGridItem& item, std::string_view choice) {
   Do([&] {
-    ClickItem(item);
+    Click(item);
     const HWND list = ChildOf(Reach(item.Grid()), WC_COMBOBOXW);
-    const std::wstring wanted = ToWindowText(choice);
-    const LRESULT row = list == nullptr
-                            ? CB_ERR
-                            : SendMessageW(list, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
-                                           reinterpret_cast<LPARAM>(wanted.c_str()));
+    const int row = list == nullptr ? -1 : FindInList(list, choice);
     if (row < 0)
       Cannot(item.Grid(),
              "the row \"" + item.Caption() + "\" has no choice \"" + std::string(choice) + '"');
-    ChooseInList(list, static_cast<int>(row));
+    ChooseInList(list, row, Button());
   });
 }
 

@@ -12,6 +12,7 @@
 #include "host/win32/FormDialog.h"
 #include "host/win32/FormWindow.h"
 #include "host/win32/OwnWindow.h"
+#include "tests/windows/win32/WindowActions.h"
 
 namespace kvo {
 
@@ -74,10 +75,9 @@ class Win32User final : public FormUser {
   HWND FocusedWindow() const;
   void TypeUnits(const std::wstring& units);
   void SendKey(HWND window, WPARAM key);
-  void ClickAt(HWND window, POINT at);
   void ClickRow(Grid& grid, std::size_t row, bool add, bool twice);
-  void ClickItem(const PropertyGridItem& item);
-  void ChooseInList(HWND list, int row);
+  void Click(const PropertyGridItem& item);
+  MouseButton Button();
 
   HeadlessPlatform& platform_;
   std::unique_ptr<TestFrame> frame_;
@@ -86,8 +86,5 @@ class Win32User final : public FormUser {
   FormWindow* view_ = nullptr;
   std::exception_ptr failure_;
 };
-
-// The n-th window of a class in another one that shows; nullptr when there is none.
-HWND ChildOf(HWND parent, const wchar_t* className, std::size_t number = 0);
 
 }  // namespace kvo
