@@ -2,12 +2,14 @@
 //   kvo_com_sources DTCFramework        the type library of the contract with hosts
 //   kvo_com_sources KVOPDesignObjects   that of every class with its properties' frozen ids
 //   kvo_com_sources toolbox             the toolbox bitmaps as resources
+//   kvo_com_sources keys                for the tests: which property is stored under which key
 // Runs on the machine that builds. The first two are interface definitions, for widl.
 #include <cctype>
 #include <iostream>
 #include <string>
 
 #include "host/com/Resources.h"
+#include "host/com/sources/StoredProperties.h"
 #include "host/registration/classes.h"
 
 namespace kvo {
@@ -165,9 +167,11 @@ int main(int count, char** arguments) {
     kvo::WriteLibrary(std::cout);
   } else if (wanted == "toolbox") {
     kvo::WriteToolbox(std::cout);
+  } else if (wanted == "keys") {
+    kvo::WriteStoredProperties(std::cout);
   } else {
     std::cerr << "kvo_com_sources " << kvo::kFramework.name << " | " << kvo::kLibrary.name
-              << " | toolbox\n";
+              << " | toolbox | keys\n";
     return 2;
   }
   return std::cout.flush() ? 0 : 2;

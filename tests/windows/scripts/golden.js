@@ -1,8 +1,10 @@
 // The golden pairs through automation, as golden.vbs has them; here members are reached by name.
-//   cscript //nologo golden.js
+//   cscript //nologo golden.js KEYS
+// KEYS is the file that kvo_com_sources writes of which property is stored under which key.
 var fso = new ActiveXObject("Scripting.FileSystemObject");
 var here = fso.GetParentFolderName(WScript.ScriptFullName);
 var golden = fso.GetParentFolderName(fso.GetParentFolderName(here)) + "\\golden";
+var keys = WScript.Arguments(0);
 var failures = 0;
 WScript.Quit(compareAll());
 
@@ -45,7 +47,7 @@ function compare(contract, rules, pair, loud) {
     if (!contract.keys[key]) fail(pair, "a key of the class", key);
   for (i = 0; i < contract.keyOrder.length; ++i) {
     key = contract.keyOrder[i];
-    var rule = ruleOf(contract, rules, key);
+    var rule = rules[contract.name + " " + key];
     if (rule.property === "-") continue;
     var defaults = contract.keys[key];
     var value = own(bag, key) ? bag[key] : defaults.read;
@@ -88,18 +90,6 @@ function assignedValue(storedAs, value, readDefault) {
   // Any text but the other word leaves a flag at what is the default.
   var words = storedAs.split("/");
   return readDefault === words[0] ? value !== words[1] : value === words[0];
-}
-
-function ruleOf(contract, rules, key) {
-  return rules[contract.name + " " + key] ||
-         {property: plainProperty(contract, key), storedAs: "as-is"};
-}
-
-function plainProperty(contract, key) {
-  var letters = key.replace(/-/g, "").toLowerCase();
-  for (var name in contract.properties)
-    if (name.toLowerCase() === letters) return name;
-  return "";
 }
 
 function decodeTokens(value) {
@@ -149,21 +139,19 @@ function readClasses() {
 }
 
 function readRules(classes) {
-  var rules = {}, entries = entriesOf(here + "\\keys.txt"), name, key;
+  var rules = {}, entries = entriesOf(keys), name, key;
   for (var i = 0; i < entries.length; ++i) {
     var words = wordsOf(entries[i]);
     var contract = classes[words[0]];
-    if (!contract.keys[words[1]]) fail("keys.txt", "a key of " + words[0], words[1]);
+    if (!contract.keys[words[1]]) fail(keys, "a key of " + words[0], words[1]);
     if (words[2] !== "-" && !contract.properties[words[2]])
-      fail("keys.txt", "a property of " + words[0], words[2]);
-    if (words[2] === plainProperty(contract, words[1]) && words[3] === "as-is")
-      fail("keys.txt", "only what is not plain", entries[i]);
+      fail(keys, "a property of " + words[0], words[2]);
     rules[words[0] + " " + words[1]] = {property: words[2], storedAs: words[3]};
   }
   for (name in classes)
     for (key in classes[name].keys)
-      if (ruleOf(classes[name], rules, key).property === "") {
-        fail("keys.txt", "a line for " + name + " " + key, "none");
+      if (!rules[name + " " + key]) {
+        fail(keys, "a line for " + name + " " + key, "none");
         rules[name + " " + key] = {property: "-", storedAs: "as-is"};
       }
   return rules;
