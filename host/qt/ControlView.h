@@ -2,41 +2,15 @@
 #pragma once
 
 #include <QWidget>
-#include <exception>
-#include <functional>
 #include <memory>
 
-#include "common/FormRenderer.h"
+#include "common/FormActions.h"
 
 namespace kvo {
 
-// What the user does to a form, for the widgets' side.
-struct UserAction : FormRenderer {
-  using FormRenderer::Choose;
-  using FormRenderer::ChooseValue;
-  using FormRenderer::Click;
-  using FormRenderer::ClickButton;
-  using FormRenderer::DoubleClick;
-  using FormRenderer::Edit;
-  using FormRenderer::EditValue;
-  using FormRenderer::PressDelete;
-  using FormRenderer::Select;
-  using FormRenderer::SelectItem;
-  using FormRenderer::SelectRows;
-  using FormRenderer::SelectTab;
-  using FormRenderer::Tick;
-};
-
 // The form around a view.
-class ViewHost {
+class ViewHost : public FormActions {
  public:
-  // Performs what the user did. What the page throws is reported and goes no further. Does nothing
-  // while a widget is being brought in step with the form: its signals are no user's then.
-  virtual void Act(const std::function<void()>& action) = 0;
-  // Reports a failure once the widgets have come to rest: for what fails while they paint.
-  virtual void ReportLater(std::exception_ptr failure) = 0;
-  // Brings a widget in step with the form.
-  virtual void Update(const std::function<void()>& change) = 0;
   // nullptr for what has none.
   virtual QWidget* WidgetOf(const FormControl& control) const = 0;
 

@@ -15,18 +15,6 @@
 namespace kvo {
 namespace {
 
-// Counts up as long as it lives.
-class Counted {
- public:
-  explicit Counted(int& count) : count_(count) { ++count_; }
-  Counted(const Counted&) = delete;
-  Counted& operator=(const Counted&) = delete;
-  ~Counted() { --count_; }
-
- private:
-  int& count_;
-};
-
 class ViewMaker final : public FormVisitor {
  public:
   ViewMaker(QWidget& parent, ViewHost& host) : parent_(parent), host_(host) {}
@@ -90,7 +78,7 @@ FormView::FormView(Form& form, QWidget* parent) : QWidget(parent), FormRenderer(
 FormView::~FormView() {
   // Widgets that go still move the focus and send signals; nobody listens any more.
   disconnect(qApp, nullptr, this, nullptr);
-  ++updating_;
+  EndActions();
   qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
 }
 
@@ -139,11 +127,6 @@ FormControl* FormView::ControlOf(const QWidget* widget) const {
 
 // --- from the form to the widgets ---
 
-void FormView::Update(const std::function<void()>& change) {
-  const Counted updating(updating_);
-  change();
-}
-
 void FormView::ControlChanged(FormControl& control, Aspect aspect) {
   ControlView& view = ViewOf(control);
   Update([&] {
@@ -174,19 +157,9 @@ void FormView::changeEvent(QEvent* event) {
 
 // --- from the user to the form ---
 
-void FormView::Act(const std::function<void()>& action) {
-  if (updating_ > 0) return;
-  const Counted acting(acting_);
-  try {
-    action();
-  } catch (const std::exception& failure) {
-    onFailure(failure);
-  }
-}
-
-void FormView::ReportLater(std::exception_ptr failure) {
-  const auto report = [this, failure] { Act([&failure] { std::rethrow_exception(failure); }); };
-  QMetaObject::invokeMethod(this, report, Qt::QueuedConnection);
+void FormView::CallForReport() {
+  QMetaObject::invokeMethod(
+      this, [this] { ReportFailures(); }, Qt::QueuedConnection);
 }
 
 void FormView::UserClosesWindow() {
@@ -202,7 +175,7 @@ void FormView::FocusFirst() {
 void FormView::FocusMoved(const QWidget* now) {
   // The focus stays in the form while a popup has the keyboard, or another window.
   if (now == nullptr || now->window() != window()) return;
-  if (updating_ > 0) {
+  if (IsUpdating()) {
     QMetaObject::invokeMethod(
         this, [this] { FocusMoved(QApplication::focusWidget()); }, Qt::QueuedConnection);
     return;

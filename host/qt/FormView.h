@@ -6,7 +6,6 @@
 #include <unordered_map>
 #include <vector>
 
-#include "common/FormRenderer.h"
 #include "host/qt/ControlView.h"
 
 namespace kvo {
@@ -21,9 +20,7 @@ class FormView final : public QWidget, private FormRenderer, private ViewHost {
   // The widget that shows a control (of a TabPanel its page); nullptr for what has none (timers).
   QWidget* WidgetOf(const FormControl& control) const override;
 
-  // What a page's event throws when a user action raises it. Must be set; nothing escapes into Qt.
-  // Called where it was caught, so that std::current_exception() is the failure itself.
-  std::function<void(const std::exception&)> onFailure;
+  using ViewHost::onFailure;
   // The dialog was unloaded (modal forms).
   std::function<void()> onUnloaded;
 
@@ -32,9 +29,7 @@ class FormView final : public QWidget, private FormRenderer, private ViewHost {
   // By the window's own button.
   void UserClosesWindow();
 
-  // Whether a user action is on its way: a page's event is on the stack, maybe behind a dialog that
-  // it has opened.
-  bool IsBusy() const { return acting_ > 0; }
+  using ViewHost::IsBusy;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -47,9 +42,7 @@ class FormView final : public QWidget, private FormRenderer, private ViewHost {
   void FormUnloaded() override;
 
   // ViewHost
-  void Act(const std::function<void()>& action) override;
-  void ReportLater(std::exception_ptr failure) override;
-  void Update(const std::function<void()>& change) override;
+  void CallForReport() override;
 
   void Build(Container& container, QWidget& parent);
   void SetUp(FormControl& control, QWidget& widget, bool placed);
@@ -62,8 +55,6 @@ class FormView final : public QWidget, private FormRenderer, private ViewHost {
   std::vector<std::pair<FormControl*, std::unique_ptr<ControlView>>> views_;  // in tab order
   std::unordered_map<const FormControl*, ControlView*> byControl_;
   std::unordered_map<const QWidget*, FormControl*> byWidget_;
-  int acting_ = 0;
-  int updating_ = 0;
 };
 
 }  // namespace kvo

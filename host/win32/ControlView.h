@@ -3,43 +3,16 @@
 
 #include <windows.h>
 
-#include <exception>
-#include <functional>
 #include <memory>
 #include <string>
 
-#include "common/FormRenderer.h"
+#include "common/FormActions.h"
 
 namespace kvo {
 
-// What the user does to a form, for the windows' side.
-struct UserAction : FormRenderer {
-  using FormRenderer::Choose;
-  using FormRenderer::ChooseValue;
-  using FormRenderer::Click;
-  using FormRenderer::ClickButton;
-  using FormRenderer::DoubleClick;
-  using FormRenderer::Edit;
-  using FormRenderer::EditValue;
-  using FormRenderer::PressDelete;
-  using FormRenderer::Select;
-  using FormRenderer::SelectItem;
-  using FormRenderer::SelectRows;
-  using FormRenderer::SelectTab;
-  using FormRenderer::Tick;
-};
-
 // The form around a view.
-class ViewHost {
+class ViewHost : public FormActions {
  public:
-  // Performs what the user did. What the page throws is reported and goes no further. Does nothing
-  // while a window is being brought in step with the form: its messages are no user's then.
-  virtual void Act(const std::function<void()>& action) = 0;
-  // Reports a failure once the windows have come to rest: for what fails while they paint.
-  virtual void ReportLater(std::exception_ptr failure) = 0;
-  // Brings a window in step with the form.
-  virtual void Update(const std::function<void()>& change) = 0;
-  virtual bool IsUpdating() const = 0;
   // Whether a window is just being given the keyboard. Option buttons say that they were clicked
   // then.
   virtual bool IsEntering() const = 0;

@@ -24,18 +24,6 @@ enum : UINT {
   kHandFocusOn,              // what has the focus may be disabled or hidden
 };
 
-// Counts up as long as it lives.
-class Counted {
- public:
-  explicit Counted(int& count) : count_(count) { ++count_; }
-  Counted(const Counted&) = delete;
-  Counted& operator=(const Counted&) = delete;
-  ~Counted() { --count_; }
-
- private:
-  int& count_;
-};
-
 class ViewMaker final : public FormVisitor {
  public:
   ViewMaker(HWND parent, ViewHost& host) : parent_(parent), host_(host) {}
@@ -114,7 +102,7 @@ FormWindow::FormWindow(Form& form, HWND parent) : FormRenderer(form) {
 
 FormWindow::~FormWindow() {
   // Windows that end still move the focus and tell things; nobody listens any more.
-  ++updating_;
+  EndActions();
   watched_.clear();
   End();
 }
@@ -173,9 +161,7 @@ ControlView* FormWindow::ViewAt(HWND window) const {
 // --- from the form to the windows ---
 
 void FormWindow::Update(const std::function<void()>& change) {
-  if (Handle() == nullptr) return;
-  const Counted updating(updating_);
-  change();
+  if (Handle() != nullptr) ViewHost::Update(change);
 }
 
 void FormWindow::ControlChanged(FormControl& control, Aspect aspect) {
@@ -204,25 +190,7 @@ void FormWindow::FormUnloaded() {
 
 // --- from the user to the form ---
 
-void FormWindow::Act(const std::function<void()>& action) {
-  if (updating_ > 0) return;
-  const Counted acting(acting_);
-  try {
-    action();
-  } catch (const std::exception& failure) {
-    onFailure(failure);
-  }
-}
-
-void FormWindow::ReportLater(std::exception_ptr failure) {
-  failures_.push_back(std::move(failure));
-  PostMessageW(Handle(), kReport, 0, 0);
-}
-
-void FormWindow::ReportFailures() {
-  for (const std::exception_ptr& failure : std::exchange(failures_, {}))
-    Act([&failure] { std::rethrow_exception(failure); });
-}
+void FormWindow::CallForReport() { PostMessageW(Handle(), kReport, 0, 0); }
 
 void FormWindow::CallLater(HWND window) {
   PostMessageW(Handle(), kCallLater, reinterpret_cast<WPARAM>(window), 0);
@@ -235,7 +203,7 @@ void FormWindow::UserClosesWindow() {
 LRESULT FormWindow::Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
   switch (message) {
     case WM_COMMAND:
-      if (ControlView* view = ViewAt(reinterpret_cast<HWND>(lParam)); view && updating_ == 0)
+      if (ControlView* view = ViewAt(reinterpret_cast<HWND>(lParam)); view && !IsUpdating())
         view->Command(HIWORD(wParam));
       return 0;
     case WM_NOTIFY:
@@ -277,7 +245,7 @@ void FormWindow::Watch(HWND window) {
     if (message == WM_SETFOCUS) {
       LRESULT result = 0;
       {
-        const Counted entering(entering_);
+        const CountUp entering(entering_);
         result = self.Next(message, wParam, lParam);
       }
       FocusEntered(window);
@@ -293,7 +261,7 @@ void FormWindow::Watch(HWND window) {
 void FormWindow::FocusEntered(HWND window) {
   FormControl* control = ControlOf(window);
   if (control == nullptr || !control->TakesFocus() || control == Shown().Focused()) return;
-  if (updating_ > 0)
+  if (IsUpdating())
     PostMessageW(Handle(), kFocusMoved, 0, 0);
   else
     Act([&] { Focus(control); });

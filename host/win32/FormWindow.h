@@ -2,13 +2,11 @@
 
 #include <windows.h>
 
-#include <exception>
 #include <functional>
 #include <memory>
 #include <unordered_map>
 #include <vector>
 
-#include "common/FormRenderer.h"
 #include "host/win32/ControlView.h"
 #include "host/win32/OwnWindow.h"
 
@@ -32,9 +30,7 @@ class FormWindow final : private FormRenderer, private ViewHost, private OwnWind
   // Of a whole form, at the resolution of the screen.
   static SIZE PixelSize(const Form& form);
 
-  // What a page's event throws when a user action raises it. Must be set; nothing escapes into
-  // Windows. Called where it was caught, so that std::current_exception() is the failure itself.
-  std::function<void(const std::exception&)> onFailure;
+  using ViewHost::onFailure;
   // The dialog was unloaded (modal forms).
   std::function<void()> onUnloaded;
 
@@ -49,9 +45,7 @@ class FormWindow final : private FormRenderer, private ViewHost, private OwnWind
   // By the window's own button.
   void UserClosesWindow();
 
-  // Whether a user action is on its way: a page's event is on the stack, maybe behind a dialog that
-  // it has opened.
-  bool IsBusy() const { return acting_ > 0; }
+  using ViewHost::IsBusy;
 
  private:
   // FormRenderer
@@ -60,10 +54,9 @@ class FormWindow final : private FormRenderer, private ViewHost, private OwnWind
   void FormUnloaded() override;
 
   // ViewHost
-  void Act(const std::function<void()>& action) override;
-  void ReportLater(std::exception_ptr failure) override;
+  void CallForReport() override;
+  // Nothing is left to be brought in step once the parent has ended the windows.
   void Update(const std::function<void()>& change) override;
-  bool IsUpdating() const override { return updating_ > 0; }
   bool IsEntering() const override { return entering_ > 0; }
   void Watch(HWND window) override;
   void CallLater(HWND window) override;
@@ -78,7 +71,6 @@ class FormWindow final : private FormRenderer, private ViewHost, private OwnWind
   void FocusEntered(HWND window);
   void FocusLeft(HWND to);
   void HandFocusOn();
-  void ReportFailures();
   bool IsTabStop(const FormControl& control) const;
   // What the tab key goes through, and `also`.
   std::vector<FormControl*> TabStops(const FormControl* also) const;
@@ -89,9 +81,6 @@ class FormWindow final : private FormRenderer, private ViewHost, private OwnWind
   std::unordered_map<const FormControl*, ControlView*> byControl_;
   std::unordered_map<HWND, FormControl*> byWindow_;
   std::vector<std::unique_ptr<WindowHook>> watched_;
-  std::vector<std::exception_ptr> failures_;
-  int acting_ = 0;
-  int updating_ = 0;
   int entering_ = 0;
 };
 
