@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "common/FormKeys.h"
+
 namespace kvo {
 namespace {
 
@@ -31,22 +33,6 @@ void FormUser::Choose(ComboBox& box, std::string_view text) {
 
 void HeadlessUser::MustBeReachable(const FormControl& control) const {
   if (!control.IsReachable()) Cannot(control, "is disabled or does not show");
-}
-
-bool HeadlessUser::IsTabStop(const FormControl& control) const {
-  if (!control.TakesFocus() || !control.IsReachable()) return false;
-  const auto* option = dynamic_cast<const OptionButton*>(&control);
-  if (option == nullptr || option->Value()) return true;
-  // A group is entered at its chosen button, or at the first one while none is chosen.
-  for (const FormControl* sibling : option->Parent().Controls()) {
-    const auto* other = dynamic_cast<const OptionButton*>(sibling);
-    if (other == nullptr || !other->IsReachable()) continue;
-    if (other->Value()) return false;
-  }
-  for (const FormControl* sibling : option->Parent().Controls())
-    if (dynamic_cast<const OptionButton*>(sibling) && sibling->IsReachable())
-      return sibling == option;
-  return false;
 }
 
 void HeadlessUser::FocusByKeyboard(FormControl& control) {
@@ -82,28 +68,21 @@ void HeadlessUser::MoveFocus(bool backwards) {
 }
 
 void HeadlessUser::Type(std::string_view text) {
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t lineBreak = text.substr(at).starts_with("\r\n") ? 2
-                                  : text[at] == '\n'                  ? 1
-                                                                      : 0;
-    if (lineBreak != 0) {
+  for (const std::string_view stroke : SplitStrokes(text)) {
+    if (stroke == kEnterStroke) {
       Press(Key::enter);
-      at += lineBreak;
       continue;
     }
-    const std::size_t size = CharacterOffset(text.substr(at), 1);
-    const std::string_view character = text.substr(at, size);
-    at += size;
     FormControl* focused = Shown().Focused();
     if (focused == nullptr) throw CannotDo("nothing has the keyboard focus");
     MustBeReachable(*focused);
     if (auto* combo = dynamic_cast<ComboBox*>(focused); combo && !combo->Editable())
       Cannot(*combo, "only its rows can be chosen");
     if (auto* box = dynamic_cast<EditBox*>(focused)) {
-      Edit(*box, box->SelStart(), box->SelLength(), character);
+      Edit(*box, box->SelStart(), box->SelLength(), stroke);
     } else if (auto* grid = dynamic_cast<PropertyGrid*>(focused)) {
-      TypeInGrid(*grid, character);
-    } else if (character == " ") {
+      TypeInGrid(*grid, stroke);
+    } else if (stroke == " ") {
       Press(Key::space);
     } else {
       Cannot(*focused, "cannot be typed into");
@@ -125,20 +104,14 @@ void HeadlessUser::TypeInGrid(PropertyGrid& grid, std::string_view character) {
 void HeadlessUser::Press(Key key) {
   if (key == Key::tab || key == Key::shiftTab) return MoveFocus(key == Key::shiftTab);
   FormControl* focused = Shown().Focused();
-  if (key == Key::escape) {
-    PressDialogButton(CommandButton::Role::cancelsDialog);
-    return;
-  }
+  if (key == Key::escape) return PressDialogButton(CommandButton::Role::cancelsDialog);
   if (focused != nullptr) MustBeReachable(*focused);
   if (auto* button = dynamic_cast<CommandButton*>(focused);
       button && (key == Key::enter || key == Key::space))
     return FormRenderer::Click(*button);
   if (auto* text = dynamic_cast<TextBox*>(focused); key == Key::enter && text && text->MultiLine())
     return Edit(*text, text->SelStart(), text->SelLength(), "\r\n");
-  if (key == Key::enter) {
-    PressDialogButton(CommandButton::Role::acceptsDialog);
-    return;
-  }
+  if (key == Key::enter) return PressDialogButton(CommandButton::Role::acceptsDialog);
   if (focused == nullptr) throw CannotDo("nothing has the keyboard focus");
   if (auto* box = dynamic_cast<EditBox*>(focused)) return PressInBox(*box, key);
   if (auto* grid = dynamic_cast<PropertyGrid*>(focused)) return PressInGrid(*grid, key);
@@ -220,24 +193,12 @@ void HeadlessUser::PressInGrid(PropertyGrid& grid, Key key) {
   }
 }
 
-bool HeadlessUser::PressDialogButton(CommandButton::Role role) {
-  for (FormControl* control : Shown().AllControls()) {
-    auto* button = dynamic_cast<CommandButton*>(control);
-    if (button == nullptr || button->DialogRole() != role || !button->IsReachable()) continue;
-    FormRenderer::Click(*button);
-    return true;
-  }
-  return false;
+void HeadlessUser::PressDialogButton(CommandButton::Role role) {
+  if (CommandButton* button = DialogButton(Shown(), role)) FormRenderer::Click(*button);
 }
 
-void HeadlessUser::StepOption(OptionButton& button, int step) {
-  std::vector<OptionButton*> group;
-  for (FormControl* sibling : button.Parent().Controls())
-    if (auto* option = dynamic_cast<OptionButton*>(sibling); option && option->IsReachable())
-      group.push_back(option);
-  const auto count = static_cast<std::ptrdiff_t>(group.size());
-  const auto at = std::ranges::find(group, &button) - group.begin();
-  OptionButton& next = *group[static_cast<std::size_t>((at + step + count) % count)];
+void HeadlessUser::StepOption(const OptionButton& button, int step) {
+  OptionButton& next = *NextOption(button, step);
   Focus(&next);
   FormRenderer::Click(next);
 }

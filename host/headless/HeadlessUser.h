@@ -53,12 +53,11 @@ class HeadlessUser final : public FormUser, public FormRenderer {
   void MustBeReachable(const FormControl& control) const;
   void FocusByMouse(FormControl& control);
   void MoveFocus(bool backwards);
-  bool IsTabStop(const FormControl& control) const;
   void PressInBox(EditBox& box, Key key);
   void PressInGrid(PropertyGrid& grid, Key key);
   void TypeInGrid(PropertyGrid& grid, std::string_view character);
-  bool PressDialogButton(CommandButton::Role role);
-  void StepOption(OptionButton& button, int step);
+  void PressDialogButton(CommandButton::Role role);
+  void StepOption(const OptionButton& button, int step);
 
   HeadlessPlatform& platform_;
   bool valueSelected_ = false;  // the next character replaces the selected row's value

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 
+#include "common/FormKeys.h"
 #include "host/qt/AccessibleName.h"
 #include "host/qt/EditViews.h"
 #include "host/qt/GridView.h"
@@ -193,13 +194,9 @@ void FormView::keyPressEvent(QKeyEvent* event) {
 }
 
 bool FormView::PressButton(CommandButton::Role role) {
-  for (const auto& [control, view] : views_) {
-    auto* button = dynamic_cast<CommandButton*>(control);
-    if (button == nullptr || button->DialogRole() != role || !button->IsReachable()) continue;
-    Act([button] { Click(*button); });
-    return true;
-  }
-  return false;
+  CommandButton* button = DialogButton(Shown(), role);
+  if (button != nullptr) Act([button] { Click(*button); });
+  return button != nullptr;
 }
 
 }  // namespace kvo

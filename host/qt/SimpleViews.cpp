@@ -10,6 +10,7 @@
 #include <QTabBar>
 #include <algorithm>
 
+#include "common/FormKeys.h"
 #include "host/qt/QtText.h"
 #include "host/qt/Twips.h"
 
@@ -140,16 +141,10 @@ class OptionButtonView::Radio final : public QRadioButton {
 
  private:
   void Step(int step) {
-    std::vector<OptionButton*> group;
-    for (FormControl* sibling : button_.Parent().Controls())
-      if (auto* option = dynamic_cast<OptionButton*>(sibling); option && option->IsReachable())
-        group.push_back(option);
-    const auto count = static_cast<std::ptrdiff_t>(group.size());
-    const auto at = std::ranges::find(group, &button_) - group.begin();
-    if (at == count) return;
-    OptionButton& next = *group[static_cast<std::size_t>((at + step + count) % count)];
-    host_.WidgetOf(next)->setFocus(Qt::OtherFocusReason);
-    host_.Act([&next] { UserAction::Click(next); });
+    OptionButton* next = NextOption(button_, step);
+    if (next == nullptr) return;
+    host_.WidgetOf(*next)->setFocus(Qt::OtherFocusReason);
+    host_.Act([next] { UserAction::Click(*next); });
   }
 
   OptionButton& button_;
@@ -183,16 +178,11 @@ void OptionButtonView::ShowVisible(bool visible) {
 }
 
 void OptionButtonView::SetTabStops() {
-  std::vector<OptionButton*> group;
-  for (FormControl* sibling : button_.Parent().Controls())
-    if (auto* option = dynamic_cast<OptionButton*>(sibling);
-        option && option->Enabled() && option->Visible())
-      group.push_back(option);
-  const auto chosen = std::ranges::find_if(group, [](auto* option) { return option->Value(); });
-  for (OptionButton*& option : group) {
-    const bool stop = chosen == group.end() ? &option == &group.front() : option == *chosen;
-    if (QWidget* widget = host_.WidgetOf(*option))
-      widget->setFocusPolicy(stop ? Qt::StrongFocus : Qt::ClickFocus);
+  const OptionButton* stop = OptionTabStop(button_.Parent());
+  for (const FormControl* sibling : button_.Parent().Controls()) {
+    const auto* option = dynamic_cast<const OptionButton*>(sibling);
+    if (QWidget* widget = option == nullptr ? nullptr : host_.WidgetOf(*option))
+      widget->setFocusPolicy(option == stop ? Qt::StrongFocus : Qt::ClickFocus);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/FormKeys.h"
 #include "host/win32/EditViews.h"
 #include "host/win32/Fonts.h"
 #include "host/win32/GridView.h"
@@ -284,21 +285,6 @@ void FormWindow::HandFocusOn() {
   if (!MoveFocus(false)) FocusFirst();
 }
 
-bool FormWindow::IsTabStop(const FormControl& control) const {
-  if (!control.TakesFocus() || !control.IsReachable()) return false;
-  const auto* option = dynamic_cast<const OptionButton*>(&control);
-  if (option == nullptr || option->Value()) return true;
-  // A group is entered at its chosen button, or at the first one while none is chosen.
-  const OptionButton* first = nullptr;
-  for (const FormControl* sibling : option->Parent().Controls()) {
-    const auto* other = dynamic_cast<const OptionButton*>(sibling);
-    if (other == nullptr || !other->IsReachable()) continue;
-    if (other->Value()) return false;
-    if (first == nullptr) first = other;
-  }
-  return first == option;
-}
-
 std::vector<FormControl*> FormWindow::TabStops(const FormControl* also) const {
   std::vector<FormControl*> stops;
   for (const auto& [control, view] : views_)
@@ -349,13 +335,9 @@ bool FormWindow::TranslateKey(MSG& message) {
 }
 
 bool FormWindow::PressButton(CommandButton::Role role) {
-  for (const auto& [control, view] : views_) {
-    auto* button = dynamic_cast<CommandButton*>(control);
-    if (button == nullptr || button->DialogRole() != role || !button->IsReachable()) continue;
-    Act([button] { Click(*button); });
-    return true;
-  }
-  return false;
+  CommandButton* button = DialogButton(Shown(), role);
+  if (button != nullptr) Act([button] { Click(*button); });
+  return button != nullptr;
 }
 
 }  // namespace kvo

@@ -71,7 +71,6 @@ class FormWindow final : private FormRenderer, private ViewHost, private OwnWind
   void FocusEntered(HWND window);
   void FocusLeft(HWND to);
   void HandFocusOn();
-  bool IsTabStop(const FormControl& control) const;
   // What the tab key goes through, and `also`.
   std::vector<FormControl*> TabStops(const FormControl* also) const;
   bool MoveFocus(bool backwards);

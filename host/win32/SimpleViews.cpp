@@ -3,8 +3,8 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <vector>
 
+#include "common/FormKeys.h"
 #include "host/win32/Twips.h"
 #include "host/win32/WindowText.h"
 
@@ -104,16 +104,10 @@ ControlView::KeyUse OptionButtonView::Key(WPARAM key, HWND) {
 }
 
 ControlView::KeyUse OptionButtonView::Step(int step) {
-  std::vector<OptionButton*> group;
-  for (FormControl* sibling : button_.Parent().Controls())
-    if (auto* option = dynamic_cast<OptionButton*>(sibling); option && option->IsReachable())
-      group.push_back(option);
-  const auto count = static_cast<std::ptrdiff_t>(group.size());
-  const auto at = std::ranges::find(group, &button_) - group.begin();
-  if (at == count) return KeyUse::done;
-  OptionButton& next = *group[static_cast<std::size_t>((at + step + count) % count)];
-  SetFocus(host_.WindowOf(next));
-  host_.Act([&next] { UserAction::Click(next); });
+  if (OptionButton* next = NextOption(button_, step)) {
+    SetFocus(host_.WindowOf(*next));
+    host_.Act([next] { UserAction::Click(*next); });
+  }
   return KeyUse::done;
 }
 

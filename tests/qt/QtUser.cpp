@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "common/FormKeys.h"
 #include "common/PropertyPage.h"
 #include "host/qt/QtText.h"
 
@@ -156,16 +157,11 @@ void QtUser::ClickInto(EditBox& box, std::size_t caret) {
 }
 
 void QtUser::Type(std::string_view text) {
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t lineBreak = text.substr(at).starts_with("\r\n") ? 2
-                                  : text[at] == '\n'                  ? 1
-                                                                      : 0;
-    const std::size_t size = lineBreak ? lineBreak : CharacterOffset(text.substr(at), 1);
-    if (lineBreak)
+  for (const std::string_view stroke : SplitStrokes(text)) {
+    if (stroke == kEnterStroke)
       Press(Key::enter);
     else
-      TypeCharacter(text.substr(at, size));
-    at += size;
+      TypeCharacter(stroke);
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "common/FormKeys.h"
 #include "host/headless/FormUser.h"
 #include "host/headless/ScriptWords.h"
 #include "host/win32/Twips.h"
@@ -54,8 +55,9 @@ HWND EditOf(HWND window) {
 }
 
 void TypeInto(HWND edit, std::string_view text) {
-  for (const wchar_t c : ToWide(text))
-    if (c != L'\r') SendMessageW(edit, WM_CHAR, c == L'\n' ? L'\r' : c, 1);
+  for (const std::string_view stroke : SplitStrokes(text))
+    for (const wchar_t unit : ToWide(stroke == kEnterStroke ? "\r" : stroke))
+      SendMessageW(edit, WM_CHAR, unit, 1);
 }
 
 // What a box shows stands for line breaks and the like; only plain texts are compared.

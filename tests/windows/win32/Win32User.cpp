@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "common/FormKeys.h"
 #include "common/PropertyPage.h"
 #include "host/win32/OwnWindow.h"
 #include "host/win32/WideText.h"
@@ -180,18 +181,13 @@ void Win32User::ClickInto(EditBox& box, std::size_t caret) {
 }
 
 void Win32User::Type(std::string_view text) {
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t lineBreak = text.substr(at).starts_with("\r\n") ? 2
-                                  : text[at] == '\n'                  ? 1
-                                                                      : 0;
-    const std::size_t size = lineBreak ? lineBreak : CharacterOffset(text.substr(at), 1);
-    if (lineBreak)
+  for (const std::string_view stroke : SplitStrokes(text)) {
+    if (stroke == kEnterStroke)
       Press(Key::enter);
-    else if (text.substr(at, size) == " ")
+    else if (stroke == " ")
       Press(Key::space);
     else
-      TypeUnits(ToWide(text.substr(at, size)));
-    at += size;
+      TypeUnits(ToWide(stroke));
   }
 }
 
