@@ -61,7 +61,7 @@ void ShowBackColor(QWidget& widget, SystemColor color) {
 // --- a line ---
 
 LineSync::LineSync(QLineEdit& line, EditBox& box, ViewHost& host)
-    : line_(line), box_(box), host_(host), shown_({}, Lines::one) {
+    : line_(line), box_(box), host_(host), shown_({}, Lines::one, kQtStyle) {
   line.setMaxLength(std::numeric_limits<int>::max());
   ShowText();
   QObject::connect(&line, &QLineEdit::textEdited, &line, [this] { Edited(); });
@@ -70,8 +70,8 @@ LineSync::LineSync(QLineEdit& line, EditBox& box, ViewHost& host)
 }
 
 void LineSync::ShowText() {
-  shown_ = ShownText(box_.Text(), Lines::one);
-  if (line_.text() != shown_.Units()) line_.setText(shown_.Units());
+  shown_ = ShownText(box_.Text(), Lines::one, kQtStyle);
+  if (const QString units = UnitsOf(shown_); line_.text() != units) line_.setText(units);
   ShowSelection();
 }
 
@@ -86,8 +86,8 @@ void LineSync::ShowSelection() {
 
 void LineSync::Edited() {
   host_.Act([this] {
-    const auto edit =
-        FindEdit(shown_, SelectionOf(box_, shown_), line_.text(), line_.cursorPosition());
+    const auto edit = FindEdit(shown_, SelectionOf(box_, shown_), line_.text().toStdU16String(),
+                               line_.cursorPosition());
     if (edit) UserAction::Edit(box_, edit->start, edit->length, edit->typed);
   });
   // What the form did not take goes from the line as well.
@@ -96,7 +96,7 @@ void LineSync::Edited() {
 
 void LineSync::Selected() {
   // A text that is ahead of the form's is being edited, and its caret comes with it.
-  if (line_.text() != shown_.Units() || SelectionOf(line_) == SelectionOf(box_, shown_)) return;
+  if (line_.text() != UnitsOf(shown_) || SelectionOf(line_) == SelectionOf(box_, shown_)) return;
   host_.Act([this] { Select(box_, shown_, SelectionOf(line_)); });
 }
 
@@ -135,7 +135,7 @@ class TextAreaView::Area final : public QPlainTextEdit {
 };
 
 TextAreaView::TextAreaView(TextBox& box, QWidget& parent, ViewHost& host)
-    : box_(box), host_(host), widget_(new Area(*this, &parent)), shown_({}, Lines::many) {
+    : box_(box), host_(host), widget_(new Area(*this, &parent)), shown_({}, Lines::many, kQtStyle) {
   constexpr int kTwoLines = 600;
   widget_->setTabChangesFocus(true);
   widget_->document()->setDocumentMargin(1);
@@ -170,10 +170,10 @@ UnitRange TextAreaView::Selection() const {
 }
 
 void TextAreaView::ShowText() {
-  shown_ = ShownText(box_.Text(), Lines::many);
-  if (Units() != shown_.Units()) {
+  shown_ = ShownText(box_.Text(), Lines::many, kQtStyle);
+  if (const QString units = UnitsOf(shown_); Units() != units) {
     const QSignalBlocker quiet(widget_);
-    widget_->setPlainText(shown_.Units());
+    widget_->setPlainText(units);
   }
   editing_ = false;
   ShowSelection();
@@ -194,7 +194,8 @@ void TextAreaView::Edited() {
     const UnitRange now = Selection();
     // A change of the layout alone leaves the selection as it is.
     const UnitRange before = now.length > 0 ? UnitRange{now.start, 0} : SelectionOf(box_, shown_);
-    const auto edit = FindEdit(shown_, before, Units(), widget_->textCursor().position());
+    const auto edit =
+        FindEdit(shown_, before, Units().toStdU16String(), widget_->textCursor().position());
     editing_ = false;
     if (edit) UserAction::Edit(box_, edit->start, edit->length, edit->typed);
   });

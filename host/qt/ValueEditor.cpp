@@ -28,7 +28,7 @@ QHBoxLayout* TightLayout(QWidget* of) {
 class ValueLine {
  public:
   ValueLine(QLineEdit& line, PropertyGridItem& item, ViewHost& host)
-      : line_(line), item_(item), host_(host), shown_({}, Lines::one) {
+      : line_(line), item_(item), host_(host), shown_({}, Lines::one, kQtStyle) {
     line.setMaxLength(std::numeric_limits<int>::max());
     line.setAccessibleName(ToQt(item.Caption()));
     Show();
@@ -38,15 +38,16 @@ class ValueLine {
   ValueLine& operator=(const ValueLine&) = delete;
 
   void Show() {
-    shown_ = ShownText(ToText(item_.Value()), Lines::one);
-    if (line_.text() != shown_.Units()) line_.setText(shown_.Units());
+    shown_ = ShownText(ToText(item_.Value()), Lines::one, kQtStyle);
+    if (const QString units = UnitsOf(shown_); line_.text() != units) line_.setText(units);
   }
 
  private:
   void Edited() {
     host_.Act([this] {
       const int caret = line_.cursorPosition();
-      if (const auto edit = FindEdit(shown_, {caret, 0}, line_.text(), caret)) Apply(*edit);
+      if (const auto edit = FindEdit(shown_, {caret, 0}, line_.text().toStdU16String(), caret))
+        Apply(*edit);
     });
     host_.Update([this] { Show(); });
   }

@@ -76,7 +76,7 @@ EditSync::EditSync(HWND edit, EditedText& text, Lines lines, ViewHost& host)
     : edit_(edit),
       text_(text),
       host_(host),
-      shown_({}, lines),
+      shown_({}, lines, kWindowStyle),
       hook_(edit, [this](UINT message, WPARAM wParam, LPARAM lParam) {
         return Message(message, wParam, lParam);
       }) {
@@ -87,8 +87,9 @@ EditSync::EditSync(HWND edit, EditedText& text, Lines lines, ViewHost& host)
 // --- from the form to the window ---
 
 void EditSync::ShowText() {
-  shown_ = ShownText(text_.Text(), shown_.Kind());
-  if (TextOf(edit_) != shown_.Units()) SetWindowTextW(edit_, shown_.Units().c_str());
+  shown_ = ShownText(text_.Text(), shown_.Kind(), kWindowStyle);
+  if (const std::wstring units = UnitsOf(shown_); TextOf(edit_) != units)
+    SetWindowTextW(edit_, units.c_str());
   ShowSelection();
 }
 
@@ -109,8 +110,8 @@ UnitRange EditSync::InWindow() const {
 
 UnitRange EditSync::InForm() const {
   const EditedText::Selection selected = text_.Selected();
-  const int start = shown_.ToWindow(selected.start);
-  return {start, shown_.ToWindow(selected.start + selected.length) - start};
+  const int start = shown_.ToWidget(selected.start);
+  return {start, shown_.ToWidget(selected.start + selected.length) - start};
 }
 
 EditedText::Selection EditSync::ToForm(const UnitRange& units) const {
@@ -124,7 +125,7 @@ void EditSync::Edited() {
   if (host_.IsUpdating()) return;
   host_.Act([this] {
     const UnitRange now = InWindow();
-    const auto edit = FindEdit(shown_, InForm(), TextOf(edit_), now.start + now.length);
+    const auto edit = FindEdit(shown_, InForm(), ToUnits(TextOf(edit_)), now.start + now.length);
     if (edit) text_.Edit({edit->start, edit->length}, edit->typed);
   });
   // What the form did not take goes from the window as well.
@@ -134,7 +135,7 @@ void EditSync::Edited() {
 // Windows does not tell of it.
 void EditSync::SelectionMayHaveMoved() {
   // A text that is ahead of the form's is being edited, and its caret comes with it.
-  if (host_.IsUpdating() || InWindow() == InForm() || TextOf(edit_) != shown_.Units()) return;
+  if (host_.IsUpdating() || InWindow() == InForm() || TextOf(edit_) != UnitsOf(shown_)) return;
   host_.Act([this] { text_.Select(ToForm(InWindow())); });
 }
 

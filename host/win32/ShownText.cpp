@@ -7,112 +7,31 @@
 namespace kvo {
 namespace {
 
-constexpr wchar_t kSymbolForNull = 0x2400;
-constexpr wchar_t kSymbolForBreak = 0xB6;
+constexpr char16_t kSymbolForNull = 0x2400;
+constexpr char16_t kSymbolForBreak = 0xB6;
 
-bool BeginsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; }
-bool IsHigh(wchar_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
-bool IsLow(wchar_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
-
-using View = std::wstring_view;
-
-bool Surrounds(View before, const UnitRange& part, View after) {
-  const auto start = static_cast<std::size_t>(part.start);
-  const std::size_t behind = before.size() - start - static_cast<std::size_t>(part.length);
-  return after.size() >= start + behind && after.starts_with(before.substr(0, start)) &&
-         after.ends_with(before.substr(before.size() - behind));
+std::u16string Show(std::string_view character, Lines lines) {
+  if (character == "\r" || character == "\n")
+    return lines == Lines::many ? u"\r\n" : std::u16string(1, kSymbolForBreak);
+  std::u16string units = ToUnits(ToWide(character));
+  std::ranges::replace(units, u'\0', kSymbolForNull);
+  return units;
 }
 
-// The part of `before` that is no longer there, as near to the caret as the texts allow.
-UnitRange ChangedPart(View before, View after, std::size_t caret) {
-  std::size_t behind = after.size() - std::min(caret, after.size());
-  if (!before.ends_with(after.substr(after.size() - behind))) {
-    behind = 0;
-    const std::size_t most = std::min(before.size(), after.size());
-    while (behind < most && before[before.size() - 1 - behind] == after[after.size() - 1 - behind])
-      ++behind;
-  }
-  const std::size_t most = std::min(before.size(), after.size()) - behind;
-  std::size_t start = 0;
-  while (start < most && before[start] == after[start]) ++start;
-  return {static_cast<int>(start), static_cast<int>(before.size() - behind - start)};
-}
-
-// The part with all of a character of which it has a half, before or after the edit.
-UnitRange WithWholeCharacters(UnitRange part, View before, View after) {
-  auto start = static_cast<std::size_t>(part.start);
-  std::size_t behind = before.size() - start - static_cast<std::size_t>(part.length);
-  const auto splits = [](View text, std::size_t at) {
-    return at > 0 && at < text.size() && IsHigh(text[at - 1]) && IsLow(text[at]);
-  };
-  if (splits(before, start) || splits(after, start)) --start;
-  if (behind > 0 &&
-      (splits(before, before.size() - behind) || splits(after, after.size() - behind)))
-    --behind;
-  return {static_cast<int>(start), static_cast<int>(before.size() - behind - start)};
+// Windows has typed CR LF.
+std::string Typed(std::u16string_view units, Lines) {
+  return FromWide(std::wstring(units.begin(), units.end()));
 }
 
 }  // namespace
 
-ShownText::ShownText(std::string_view text, Lines lines) : lines_(lines) {
-  begins_.reserve(text.size() + 1);
-  for (std::size_t at = 0; at < text.size();) {
-    std::size_t end = at;
-    // Stray continuation bytes in front of the first character belong to it.
-    while (at == 0 && end < text.size() && !BeginsCharacter(text[end])) ++end;
-    if (end == text.size()) break;
-    do ++end;
-    while (end < text.size() && !BeginsCharacter(text[end]));
-    Append(text.substr(at, end - at), text[at] == '\n' && at > 0 && text[at - 1] == '\r');
-    at = end;
-  }
-  begins_.push_back(static_cast<int>(units_.size()));
+const TextStyle kWindowStyle = {.show = Show, .joinsCrLfInLine = true, .typed = Typed};
+
+std::wstring UnitsOf(const ShownText& shown) {
+  return {shown.Units().begin(), shown.Units().end()};
 }
 
-void ShownText::Append(std::string_view character, bool endsCrLf) {
-  begins_.push_back(static_cast<int>(units_.size()));
-  if (endsCrLf) return;  // its CR shows already
-  if (character == "\r" || character == "\n") {
-    if (lines_ == Lines::many)
-      units_ += L"\r\n";
-    else
-      units_ += kSymbolForBreak;
-    return;
-  }
-  std::wstring units = ToWide(character);
-  std::ranges::replace(units, L'\0', kSymbolForNull);
-  units_ += units;
-}
-
-int ShownText::ToWindow(std::size_t character) const {
-  return begins_[std::min(character, begins_.size() - 1)];
-}
-
-std::size_t ShownText::ToForm(int position) const {
-  const auto behind = std::ranges::upper_bound(begins_, position);
-  return behind == begins_.begin() ? 0 : static_cast<std::size_t>(behind - begins_.begin() - 1);
-}
-
-std::size_t ShownText::ToFormBehind(int position) const {
-  const std::size_t character = ToForm(position);
-  return begins_[character] < position ? character + 1 : character;
-}
-
-std::optional<TextEdit> FindEdit(const ShownText& before, const UnitRange& selected,
-                                 const std::wstring& after, int caret) {
-  const std::wstring& old = before.Units();
-  // Typing replaces just what is selected, even by the same text.
-  UnitRange part = selected;
-  if (!Surrounds(old, selected, after))
-    part = ChangedPart(old, after, static_cast<std::size_t>(std::max(caret, 0)));
-  part = WithWholeCharacters(part, old, after);
-  const auto at = static_cast<std::size_t>(part.start);
-  const std::size_t added = after.size() + static_cast<std::size_t>(part.length) - old.size();
-  if (part.length == 0 && added == 0) return std::nullopt;
-  const std::size_t start = before.ToForm(part.start);
-  return TextEdit{start, before.ToFormBehind(part.start + part.length) - start,
-                  FromWide(std::wstring_view(after).substr(at, added))};
-}
+std::u16string ToUnits(std::wstring_view text) { return {text.begin(), text.end()}; }
 
 std::wstring WithWindowsBreaks(std::wstring_view text) {
   std::wstring out;
