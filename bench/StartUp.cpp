@@ -16,7 +16,7 @@ void Start(const std::vector<std::string>& command) {
   std::vector<char*> arguments;
   arguments.reserve(command.size() + 1);
   for (const std::string& argument : command)
-    arguments.push_back(const_cast<char*>(argument.c_str()));  // NOLINT: POSIX says so
+    arguments.push_back(const_cast<char*>(argument.c_str()));  // is not written to
   arguments.push_back(nullptr);
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);

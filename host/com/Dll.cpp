@@ -24,7 +24,7 @@ void Prepare() {
 }  // namespace
 }  // namespace kvo::com
 
-using namespace kvo::com;  // NOLINT(google-build-using-namespace): entry points have no namespace
+using namespace kvo::com;  // the entry points below have none
 
 extern "C" {
 
