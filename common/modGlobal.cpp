@@ -144,10 +144,14 @@ class MarkupTokenEncoder {
     const bool mayBeCdata = c == '<' && end - at.from > 1 && at.from[1] == kCdataStart[1];
     if (mayBeCdata && std::string_view(at.from, end).starts_with(kCdataStart))
       return {at.from + kCdataStart.size(), at.to};
-    const Replacement& replacement = ReplacementOf(kMarkupReplacements, c);
-    const bool replaced = replacement.size > 1;  // "]" and line ends stand for themselves
-    if (replaced && brackets_ == 0 && !carriageReturn_)
-      return {at.from + 1, Put(replacement, at.to)};
+    // Nearly always nothing is held back.
+    if (brackets_ == 0 && !carriageReturn_) {
+      const Replacement& replacement = ReplacementOf(kMarkupReplacements, c);
+      if (replacement.size > 1)  // "]" and line ends stand for themselves
+        return {at.from + 1, Put(replacement, at.to)};
+      if (c == '\r' && end - at.from > 1 && at.from[1] == '\n')
+        return {at.from + 2, Put(kLineBreakToken, at.to)};
+    }
     ++at.from;
     if (c == ']') {
       if (brackets_ == 2)
