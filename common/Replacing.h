@@ -36,10 +36,22 @@ inline char* Put(const Replacement& replacement, char* to) {
   return to + replacement.size;
 }
 
+// Some characters, looked for one by one or in a block.
+template <char... characters>
+struct CharacterSet {
+  static constexpr bool Has(char c) { return ((c == characters) || ...); }
+#ifdef __SSE2__
+  // All ones where a character belongs to the set.
+  static __m128i Hits(__m128i block) {
+    __m128i hits = _mm_setzero_si128();
+    ((hits = _mm_or_si128(hits, _mm_cmpeq_epi8(block, _mm_set1_epi8(characters)))), ...);
+    return hits;
+  }
+#endif
+};
+
 // Copies up to the first character of the set or to the end, whichever comes first, and says how
 // much that was. Writes up to kBlock surplus bytes behind it.
-//
-// A set has `Has(char)` and, for blocks, `Hits(__m128i)`: all ones where a character belongs to it.
 #ifdef __SSE2__
 inline constexpr std::size_t kBlock = sizeof(__m128i);
 
@@ -82,8 +94,9 @@ struct ReplacingAt {
   char* to;
 };
 
-// What a character's replacement may write, surplus included.
-inline constexpr std::size_t kMostReplaced = 4 * sizeof(Replacement);
+// How many replacements may be written at once, and how many bytes that are, surplus included.
+inline constexpr std::size_t kLongestRun = 8;
+inline constexpr std::size_t kMostReplaced = kLongestRun * sizeof(Replacement);
 
 // Appends the text with its characters of the set replaced. At such a character `replacer.Next(at,
 // end)` writes what stands for it, or for it and some after it, and returns where to go on; behind

@@ -63,49 +63,19 @@ const Replacement& ReplacementOf(const Replacements& table, char c) {
   return table[static_cast<unsigned char>(c)];
 }
 
-#ifdef __SSE2__
-__m128i Equal(__m128i block, char c) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(c)); }
-// The characters that are `c` once the bits of `ignored` are set in them.
-__m128i EqualBut(__m128i block, char ignored, char c) {
-  return Equal(_mm_or_si128(block, _mm_set1_epi8(ignored)), c);
-}
-// "<" and ">" differ in one bit, and so do the double quote and "&".
-__m128i Angles(__m128i block) { return EqualBut(block, '<' ^ '>', '>'); }
-__m128i QuotesAndAmpersands(__m128i block) { return EqualBut(block, '"' ^ '&', '&'); }
-#endif
-
-struct Ampersand {
-  static bool Has(char c) { return c == '&'; }
-#ifdef __SSE2__
-  static __m128i Hits(__m128i block) { return Equal(block, '&'); }
-#endif
-};
-
-struct EntityCharacters {
-  static bool Has(char c) { return c == '<' || c == '>' || c == '"'; }
-#ifdef __SSE2__
-  static __m128i Hits(__m128i block) { return _mm_or_si128(Angles(block), Equal(block, '"')); }
-#endif
-};
-
+using EntityCharacters = CharacterSet<'<', '>', '"'>;
 // What the token form replaces, removes or joins.
-struct MarkupCharacters {
-  static bool Has(char c) { return kHas[static_cast<unsigned char>(c)]; }
-#ifdef __SSE2__
-  static __m128i Hits(__m128i block) {
-    const __m128i markup = _mm_or_si128(Angles(block), QuotesAndAmpersands(block));
-    const __m128i ends = _mm_or_si128(Equal(block, '\r'), Equal(block, '\n'));
-    return _mm_or_si128(_mm_or_si128(markup, ends), Equal(block, ']'));
-  }
-#endif
+using MarkupCharacters = CharacterSet<'<', '>', '"', '&', ']', '\r', '\n'>;
 
- private:
-  static constexpr std::array<bool, 256> kHas = [] {
-    std::array<bool, 256> has{};
-    for (const char c : std::string_view("<>\"&]\r\n")) has[static_cast<unsigned char>(c)] = true;
-    return has;
-  }();
-};
+// Whether a pass that stops at the set's characters only meets all that the table replaces.
+template <class Set>
+constexpr bool StopsAtAll(const Replacements& table) {
+  for (std::size_t i = 0; i < table.size(); ++i)
+    if (table[i].size > 1 && !Set::Has(static_cast<char>(i))) return false;
+  return true;
+}
+static_assert(StopsAtAll<EntityCharacters>(kEntityReplacements));
+static_assert(StopsAtAll<MarkupCharacters>(kMarkupReplacements));
 
 struct AmpersandFixer {
   static ReplacingAt Next(ReplacingAt at, const char* end) {
@@ -140,18 +110,15 @@ struct EntityEncoder {
 class MarkupTokenEncoder {
  public:
   ReplacingAt Next(ReplacingAt at, const char* end) {
-    const char c = *at.from;
-    const bool mayBeCdata = c == '<' && end - at.from > 1 && at.from[1] == kCdataStart[1];
-    if (mayBeCdata && std::string_view(at.from, end).starts_with(kCdataStart))
-      return {at.from + kCdataStart.size(), at.to};
     // Nearly always nothing is held back.
     if (brackets_ == 0 && !carriageReturn_) {
-      const Replacement& replacement = ReplacementOf(kMarkupReplacements, c);
-      if (replacement.size > 1)  // "]" and line ends stand for themselves
-        return {at.from + 1, Put(replacement, at.to)};
-      if (c == '\r' && end - at.from > 1 && at.from[1] == '\n')
-        return {at.from + 2, Put(kLineBreakToken, at.to)};
+      const char* const start = at.from;
+      at = PutRun(at, end);
+      if (at.from != start) return at;
     }
+    const char c = *at.from;
+    if (std::string_view(at.from, end).starts_with(kCdataStart))
+      return {at.from + kCdataStart.size(), at.to};
     ++at.from;
     if (c == ']') {
       if (brackets_ == 2)
@@ -169,6 +136,26 @@ class MarkupTokenEncoder {
   char* Settle(char* to) { return ReleaseCarriageReturn(ReleaseBrackets(to)); }
 
  private:
+  static bool Begins(const char* from, const char* end, std::string_view pair) {
+    return *from == pair[0] && end - from > 1 && from[1] == pair[1];
+  }
+
+  // Replaces what may be replaced without looking further than one character ahead.
+  static ReplacingAt PutRun(ReplacingAt at, const char* end) {
+    for (std::size_t i = 0; i < kLongestRun && at.from != end; ++i, ++at.from) {
+      const Replacement& replacement = ReplacementOf(kMarkupReplacements, *at.from);
+      if (replacement.size > 1 && !Begins(at.from, end, kCdataStart.substr(0, 2))) {
+        at.to = Put(replacement, at.to);
+      } else if (Begins(at.from, end, kLineBreak)) {
+        at.to = Put(kLineBreakToken, at.to);
+        ++at.from;
+      } else {
+        break;
+      }
+    }
+    return at;
+  }
+
   char* ReleaseBrackets(char* to) {
     for (; brackets_ > 0; --brackets_) to = Emit(']', to);
     return to;
@@ -232,7 +219,8 @@ bool ParseRgbColor(std::string_view text, std::array<std::uint8_t, 3>& parts) {
 void AppendFixAmpersands(std::string& out, std::string_view text) {
   const std::size_t clean = std::min(text.find('&'), text.size());
   out += text.substr(0, clean);
-  if (clean < text.size()) AppendReplacing<Ampersand>(out, text.substr(clean), AmpersandFixer());
+  if (clean < text.size())
+    AppendReplacing<CharacterSet<'&'>>(out, text.substr(clean), AmpersandFixer());
 }
 
 std::string FixAmpersands(std::string_view text) {
