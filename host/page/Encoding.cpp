@@ -118,7 +118,9 @@ class DeclarationFinder {
 
   // The declared name; empty when there is none.
   std::string Find() {
-    while (at_ < text_.size()) {
+    for (;;) {
+      at_ = text_.find('<', at_);
+      if (at_ == std::string_view::npos) return {};
       if (StartsWith("<!--")) {
         // The dashes of "<!--" may be those of the end.
         const std::size_t end = text_.find("-->", at_ + 2);
@@ -142,7 +144,6 @@ class DeclarationFinder {
         ++at_;
       }
     }
-    return {};
   }
 
  private:
@@ -151,7 +152,6 @@ class DeclarationFinder {
   }
 
   bool IsTag() const {
-    if (text_[at_] != '<') return false;
     const std::size_t name = at_ + 1 < text_.size() && text_[at_ + 1] == '/' ? at_ + 2 : at_ + 1;
     return name < text_.size() && IsLetter(text_[name]);
   }
@@ -162,14 +162,15 @@ class DeclarationFinder {
     std::string charset;
     std::vector<std::string> seen;
     while (NextAttribute()) {
-      if (std::ranges::find(seen, name_) != seen.end()) continue;
-      seen.push_back(name_);
-      if (name_ == "http-equiv") {
-        isContentType = value_ == "content-type";
-      } else if (name_ == "content" && charset.empty()) {
-        fromContent = CharsetIn(value_);
-      } else if (name_ == "charset") {
-        charset = value_;
+      const std::string name = Lower(name_);
+      if (std::ranges::find(seen, name) != seen.end()) continue;
+      seen.push_back(name);
+      if (name == "http-equiv") {
+        isContentType = Lower(value_) == "content-type";
+      } else if (name == "content" && charset.empty()) {
+        fromContent = CharsetIn(Lower(value_));
+      } else if (name == "charset") {
+        charset = Lower(value_);
       }
     }
     if (!charset.empty()) return charset;
@@ -198,31 +199,38 @@ class DeclarationFinder {
     }
   }
 
-  // Reads one attribute, name and value in lower case; false at the end of the tag.
+  static std::string Lower(std::string_view text) {
+    std::string lower;
+    for (const char c : text) lower += LowerAscii(c);
+    return lower;
+  }
+
+  // Reads one attribute; false at the end of the tag.
   bool NextAttribute() {
-    name_.clear();
-    value_.clear();
+    value_ = {};
     while (at_ < text_.size() && (IsSpace(text_[at_]) || text_[at_] == '/')) ++at_;
     if (at_ >= text_.size() || text_[at_] == '>') return false;
-    while (at_ < text_.size() && !(text_[at_] == '=' && !name_.empty())) {
-      if (IsSpace(text_[at_])) break;
-      if (text_[at_] == '/' || text_[at_] == '>') return true;
-      name_ += LowerAscii(text_[at_++]);
-    }
+    const std::size_t name = at_;
+    const auto nameEnds = [&](char c) {
+      return IsSpace(c) || c == '/' || c == '>' || (c == '=' && at_ > name);
+    };
+    while (at_ < text_.size() && !nameEnds(text_[at_])) ++at_;
+    name_ = text_.substr(name, at_ - name);
     SkipSpace();
     if (at_ >= text_.size() || text_[at_] != '=') return true;
     ++at_;
     SkipSpace();
     if (at_ >= text_.size()) return false;
+    std::size_t value = at_;
     if (const char quote = text_[at_]; quote == '"' || quote == '\'') {
-      for (++at_; at_ < text_.size() && text_[at_] != quote; ++at_)
-        value_ += LowerAscii(text_[at_]);
-      if (at_ >= text_.size()) return false;
+      at_ = std::min(text_.find(quote, ++value), text_.size());
+      if (at_ == text_.size()) return false;
+      value_ = text_.substr(value, at_ - value);
       ++at_;
       return true;
     }
-    for (; at_ < text_.size() && !IsSpace(text_[at_]) && text_[at_] != '>'; ++at_)
-      value_ += LowerAscii(text_[at_]);
+    while (at_ < text_.size() && !IsSpace(text_[at_]) && text_[at_] != '>') ++at_;
+    value_ = text_.substr(value, at_ - value);
     return true;
   }
 
@@ -232,8 +240,8 @@ class DeclarationFinder {
 
   std::string_view text_;
   std::size_t at_ = 0;
-  std::string name_;
-  std::string value_;
+  std::string_view name_;  // of the attribute, as the page has it
+  std::string_view value_;
 };
 
 std::string_view WithoutSpace(std::string_view text) {

@@ -1,5 +1,6 @@
 #include "host/page/Page.h"
 
+#include <algorithm>
 #include <cstring>
 #include <initializer_list>
 #include <unordered_set>
@@ -106,10 +107,10 @@ class PageCopy {
     for (const std::string_view piece : pieces) size += piece.size();
     if (size == end - begin && Consists(page_.data() + begin, pieces)) return;
     Append(page_.substr(copied_, begin - copied_));
-    if (size > kBuffer / 2) {
+    if (size > room_ / 2) {
       for (const std::string_view piece : pieces) Append(piece);
     } else {
-      if (size > kBuffer - used_) Flush();
+      if (size > room_ - used_) Flush();
       for (const std::string_view piece : pieces) Copy(piece);
     }
     copied_ = end;
@@ -123,7 +124,9 @@ class PageCopy {
   std::string_view Head() const { return head_; }
 
  private:
-  static constexpr std::size_t kBuffer = 1 << 16;
+  // Small pages need no more than they are and what their controls add.
+  static constexpr std::size_t kMostRoom = 1 << 16;
+  static constexpr std::size_t kRoomBesidePage = 1 << 11;
 
   static bool Consists(const char* part, std::initializer_list<std::string_view> pieces) {
     for (const std::string_view piece : pieces) {
@@ -134,8 +137,8 @@ class PageCopy {
   }
 
   void Append(std::string_view piece) {
-    const bool large = piece.size() > kBuffer / 2;
-    if (large || piece.size() > kBuffer - used_) Flush();
+    const bool large = piece.size() > room_ / 2;
+    if (large || piece.size() > room_ - used_) Flush();
     if (large)
       Write(piece);
     else
@@ -160,7 +163,8 @@ class PageCopy {
   Sink& sink_;
   std::size_t copied_ = 0;
   std::string head_;
-  std::unique_ptr<char[]> buffer_{new char[kBuffer]};
+  std::size_t room_ = std::min(kMostRoom, page_.size() + kRoomBesidePage);
+  std::unique_ptr<char[]> buffer_{new char[room_]};
   std::size_t used_ = 0;
 };
 
