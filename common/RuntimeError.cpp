@@ -73,4 +73,10 @@ std::string RuntimeError::Description(Language language) const {
   return text;
 }
 
+std::string FailureText(const std::exception& failure) {
+  if (const auto* numbered = dynamic_cast<const RuntimeError*>(&failure))
+    return numbered->Description(UserLanguage());
+  return failure.what();
+}
+
 }  // namespace kvo

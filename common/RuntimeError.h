@@ -49,4 +49,7 @@ class RuntimeError : public std::exception {
   std::string what_;
 };
 
+// Any failure as the user is told of it, in the user's language where it has one.
+std::string FailureText(const std::exception& failure);
+
 }  // namespace kvo

@@ -6,6 +6,7 @@
 #include "host/page/Page.h"
 #include "host/qt/Messages.h"
 #include "host/qt/PropertyFrameDialog.h"
+#include "host/qt/QtText.h"
 #include "host/registration/classes.h"
 
 namespace kvo::editor {
@@ -96,7 +97,7 @@ void ControlEditing::Insert(const Tool& tool) {
 }
 
 void ControlEditing::Complain(const std::exception& failure) const {
-  ShowMessageBox(&window_, FailureText(failure));
+  ShowMessageBox(&window_, ToQt(FailureText(failure)));
 }
 
 }  // namespace kvo::editor

@@ -23,6 +23,7 @@
 #include "host/office/OfficeFile.h"
 #include "host/page/File.h"
 #include "host/qt/Messages.h"
+#include "host/qt/QtText.h"
 
 // The resources are in a library; the macro must stand outside of any namespace.
 static void UseResources() { Q_INIT_RESOURCE(editor); }
@@ -241,7 +242,7 @@ void MainWindow::ShowControl() {
                    ToQt(look->contract->name) + ' ' + ToQt(look->id));
     runtime_->Show(ToQt(control->GetRuntimeText()));
   } catch (const std::exception& failure) {
-    runtime_->Show(FailureText(failure));
+    runtime_->Show(ToQt(FailureText(failure)));
   }
 }
 
@@ -311,7 +312,7 @@ bool MainWindow::Guarded(const std::function<bool()>& work) {
   } catch (const office::JsonFileError& error) {
     Complain(ToQt(error.Text(UserLanguage())));
   } catch (const std::exception& error) {
-    Complain(FailureText(error));
+    Complain(ToQt(FailureText(error)));
   }
   return false;
 }

@@ -6,7 +6,6 @@
 #include "common/RuntimeError.h"
 #include "host/com/Pointer.h"
 #include "host/com/Text.h"
-#include "host/win32/Messages.h"
 #include "host/win32/WideText.h"
 
 namespace kvo::com {

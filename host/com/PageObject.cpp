@@ -1,10 +1,10 @@
 #include "host/com/PageObject.h"
 
+#include "common/RuntimeError.h"
 #include "host/com/Edge.h"
 #include "host/com/Ole.h"
 #include "host/com/Text.h"
 #include "host/com/Values.h"
-#include "host/win32/Messages.h"
 #include "host/win32/WideText.h"
 
 namespace kvo::com {

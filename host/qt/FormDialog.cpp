@@ -3,7 +3,9 @@
 #include <QCloseEvent>
 #include <QVBoxLayout>
 
+#include "common/RuntimeError.h"
 #include "host/qt/Messages.h"
+#include "host/qt/QtText.h"
 
 namespace kvo {
 
@@ -15,7 +17,7 @@ FormDialog::FormDialog(Form& form, QWidget* parent)
   layout->setSizeConstraint(QLayout::SetFixedSize);
   layout->addWidget(view_);
   view_->onFailure = [this](const std::exception& failure) {
-    ShowMessageBoxLater(*this, FailureText(failure));
+    ShowMessageBoxLater(*this, ToQt(FailureText(failure)));
   };
   view_->onUnloaded = [this] { done(Accepted); };
 }

@@ -3,8 +3,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-#include "common/RuntimeError.h"
 #include "host/qt/QtText.h"
+#include "host/registration/classes.h"
 
 namespace kvo {
 namespace {
@@ -22,13 +22,7 @@ void SetUp(QMessageBox& box, const QString& text) {
 
 QString InUserLanguage(const Localized& text) { return ToQt(text.In(UserLanguage())); }
 
-QString MessageTitle() { return QStringLiteral("KVOPDesignObjects"); }
-
-QString FailureText(const std::exception& failure) {
-  if (const auto* numbered = dynamic_cast<const RuntimeError*>(&failure))
-    return ToQt(numbered->Description(UserLanguage()));
-  return ToQt(failure.what());
-}
+QString MessageTitle() { return ToQt(kLibraryName); }
 
 void ShowMessageBox(QWidget* parent, const QString& text) {
   QMessageBox box(parent);

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QString>
-#include <exception>
 
 #include "common/Localized.h"
 
@@ -14,9 +13,6 @@ QString InUserLanguage(const Localized& text);
 
 // The title of the component's own message boxes.
 QString MessageTitle();
-
-// A failure as it is shown.
-QString FailureText(const std::exception& failure);
 
 // A message box over `parent`; returns when it was answered.
 void ShowMessageBox(QWidget* parent, const QString& text);

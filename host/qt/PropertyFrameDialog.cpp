@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "common/RuntimeError.h"
 #include "host/qt/Messages.h"
 #include "host/qt/QtText.h"
 #include "host/qt/TahomaFont.h"
@@ -90,7 +91,7 @@ void PropertyFrameDialog::ShowTab(int tab) {
   if (views_[shown] == nullptr) {
     views_[shown] = new FormView(frame_.Page(shown), tabs_->widget(tab));
     views_[shown]->onFailure = [this](const std::exception& failure) {
-      ShowMessageBoxLater(*this, FailureText(failure));
+      ShowMessageBoxLater(*this, ToQt(FailureText(failure)));
     };
     views_[shown]->show();
   }
@@ -102,7 +103,7 @@ void PropertyFrameDialog::ShowTab(int tab) {
 }
 
 void PropertyFrameDialog::ShowError(PropertyPage& page, const std::exception& error) {
-  ShowMessageBoxLater(*this, FailureText(error));
+  ShowMessageBoxLater(*this, ToQt(FailureText(error)));
   for (std::size_t tab = 0; tab < views_.size(); ++tab) {
     if (&frame_.Page(tab) != &page || views_[tab] == nullptr) continue;
     views_[tab]->setEnabled(frame_.IsFilled(tab));

@@ -1,5 +1,6 @@
 #include "host/win32/FormDialog.h"
 
+#include "common/RuntimeError.h"
 #include "host/win32/Messages.h"
 #include "host/win32/ModalLoop.h"
 #include "host/win32/WindowText.h"
@@ -24,7 +25,7 @@ FormDialog::FormDialog(Form& form, HWND owner)
   view_->onFailure = [this](const std::exception& failure) {
     auto text = std::make_unique<std::string>(FailureText(failure));
     if (PostMessageW(Handle(), kShowFailure, 0, reinterpret_cast<LPARAM>(text.get())))
-      text.release();
+      static_cast<void>(text.release());  // the message owns it
   };
   view_->onUnloaded = [this] { EndRun(); };
 }

@@ -1,6 +1,5 @@
 #include "host/win32/Messages.h"
 
-#include "common/RuntimeError.h"
 #include "host/registration/classes.h"
 #include "host/win32/WideText.h"
 #include "host/win32/WindowText.h"
@@ -10,12 +9,6 @@ namespace kvo {
 Language DesktopLanguage() {
   return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_GERMAN ? Language::german
                                                                   : Language::english;
-}
-
-std::string FailureText(const std::exception& failure) {
-  if (const auto* numbered = dynamic_cast<const RuntimeError*>(&failure))
-    return std::string(numbered->Description(UserLanguage()));
-  return failure.what();
 }
 
 void ShowMessageBox(HWND owner, std::string_view text) {

@@ -3,7 +3,6 @@
 
 #include <windows.h>
 
-#include <exception>
 #include <string_view>
 
 #include "common/Localized.h"
@@ -12,9 +11,6 @@ namespace kvo {
 
 // The language of the desktop: what a program of Windows' sets as the user's language.
 Language DesktopLanguage();
-
-// A failure as it is shown, in the user's language.
-std::string FailureText(const std::exception& failure);
 
 // A message box under the component's title; returns when it was answered.
 void ShowMessageBox(HWND owner, std::string_view text);

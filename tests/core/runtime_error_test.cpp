@@ -1,0 +1,26 @@
+#include "common/RuntimeError.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace kvo {
+namespace {
+
+TEST(RuntimeError, IsToldInTheUsersLanguage) {
+  const RuntimeError error(ErrorNumber::typeMismatch, "Tee");
+  const Language before = UserLanguage();
+  UserLanguage(Language::german);
+  EXPECT_EQ(FailureText(error), error.Description(Language::german));
+  UserLanguage(Language::english);
+  EXPECT_EQ(FailureText(error), error.Description(Language::english));
+  UserLanguage(before);
+  EXPECT_NE(error.Description(Language::german), error.Description(Language::english));
+}
+
+TEST(RuntimeError, AnyOtherFailureIsToldAsItStands) {
+  EXPECT_EQ(FailureText(std::runtime_error("Die Datei fehlt")), "Die Datei fehlt");
+}
+
+}  // namespace
+}  // namespace kvo
