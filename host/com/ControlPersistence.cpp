@@ -78,7 +78,7 @@ class StreamReader {
 
   // In pieces, so that a length that the stream does not hold takes no memory.
   std::string Text(std::size_t length) {
-    constexpr std::size_t kPiece = 64 * 1024;
+    constexpr std::size_t kPiece = 1 << 16;
     std::string text;
     while (text.size() < length) {
       const std::size_t had = text.size();

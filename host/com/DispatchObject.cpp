@@ -1,5 +1,6 @@
 #include "host/com/DispatchObject.h"
 
+#include <algorithm>
 #include <deque>
 
 #include "common/RuntimeError.h"
@@ -94,8 +95,8 @@ void DispatchObject::Invoke(DISPID member, WORD kind, std::span<const Variant> a
                             std::string_view about, VARIANT* answer) const {
   std::deque<AutoVariant> owned;
   std::vector<VARIANTARG> passed;  // last argument first
-  for (auto argument = arguments.rbegin(); argument != arguments.rend(); ++argument)
-    passed.push_back(*owned.emplace_back(*argument));
+  for (const Variant& argument : arguments) passed.push_back(*owned.emplace_back(argument));
+  std::ranges::reverse(passed);
 
   const bool put = (kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
   DISPID named = DISPID_PROPERTYPUT;

@@ -46,7 +46,7 @@ std::wstring Version(const TypeLibraryId& library) {
 std::wstring AddClass(Entries& entries, std::string_view name, std::string_view classId) {
   const std::wstring progId = ProgId(name);
   const std::wstring id = ToWide(classId);
-  const std::wstring key = L"CLSID\\" + id;
+  std::wstring key = L"CLSID\\" + id;
   entries.ownKeys.push_back(key);
   entries.Add(key, progId);
   entries.Add(key + L"\\InprocServer32", ModulePath());

@@ -69,8 +69,7 @@ FrameView::FrameView(const Frame& frame, HWND parent) {
 
 PictureView::PictureView(const PictureBox& picture, HWND parent)
     : window_(MakeWindow(picture, parent, WC_STATICW, {},
-                         SS_ICON | SS_REALSIZECONTROL | SS_CENTERIMAGE)),
-      icon_(nullptr) {
+                         SS_ICON | SS_REALSIZECONTROL | SS_CENTERIMAGE)) {
   const int size = ToPixels(std::min(picture.At().width, picture.At().height));
   icon_ = static_cast<HICON>(LoadImageW(nullptr, reinterpret_cast<const wchar_t*>(IDI_INFORMATION),
                                         IMAGE_ICON, size, size, LR_SHARED));

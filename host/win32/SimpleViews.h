@@ -83,7 +83,7 @@ class PictureView final : public ControlView {
 
  private:
   HWND window_;
-  HICON icon_;
+  HICON icon_ = nullptr;
 };
 
 class TabControlView final : public ControlView {
