@@ -160,8 +160,9 @@ constexpr Kind kKinds[] = {
 
 constexpr std::size_t kSizes[] = {1, 10, 100, 1000, 10000, 100000};
 constexpr double kMostDrift = 1.15;
-// Small pages are saved through a buffer that is larger than they are.
-constexpr double kFixedBuffer = 1 << 16;
+// What is allowed beside the page.
+constexpr double kMostOfPage = 1.5;
+constexpr double kMostForControl = 300;  // bytes
 
 // The slope of the line through the points in a doubly logarithmic plot: 1 is linear.
 double GrowthExponent(const std::vector<Measured>& all) {
@@ -203,19 +204,19 @@ void MeasureKind(Report& report, const Kind& kind, const std::string& plotData) 
     const Measured& one = all.emplace_back(Measure(bytes, kind.withTokenizers));
     const auto each = static_cast<double>(controls);
     const auto tags = static_cast<double>(std::ranges::count(bytes, '<'));
-    const double allowed = 1.5 * static_cast<double>(bytes.size()) + 300 * each;
+    const double allowed = kMostOfPage * static_cast<double>(bytes.size()) + kMostForControl * each;
     const auto peak = static_cast<double>(one.peak);
-    std::vector<std::string> row{std::to_string(controls),
-                                 Size(static_cast<double>(bytes.size())),
-                                 one.Speed(one.save),
-                                 one.Speed(one.search),
-                                 report.AtMost(one.Ratio(), kind.mostOfSearch),
-                                 std::to_string(one.peak),
-                                 Figure(peak / each),
-                                 peak > kFixedBuffer && allowed < kFixedBuffer
-                                     ? Figure(peak / allowed)
-                                     : report.AtMost(peak / allowed, 1),
-                                 Figure(static_cast<double>(one.allocations) / tags)};
+    const auto fixed = static_cast<double>(all[0].peak);
+    std::vector<std::string> row{
+        std::to_string(controls),
+        Size(static_cast<double>(bytes.size())),
+        one.Speed(one.save),
+        one.Speed(one.search),
+        report.AtMost(one.Ratio(), kind.mostOfSearch),
+        std::to_string(one.peak),
+        Figure(peak / each),
+        allowed < fixed ? Figure(peak / allowed) : report.AtMost(peak / allowed, 1),
+        Figure(static_cast<double>(one.allocations) / tags)};
     for (const auto& seconds : one.tokenizers) row.push_back(seconds ? one.Speed(*seconds) : "");
     rows.push_back(row);
   }
@@ -270,10 +271,10 @@ void MeasurePages(Report& report, const std::string& plotData) {
   report.Paragraph(
       "Saving a page in memory, the written bytes thrown away, against a bare `memmem` for "
       "`<object` over the same bytes. Beside the page: what the heap holds at most while saving; "
-      "at "
-      "most 1.5 times the page and 300 bytes a control are allowed, which is judged where it is "
-      "more "
-      "than the fixed buffer of 64 KB. Tags are all, not the controls' alone.");
+      "at most " +
+      Figure(kMostOfPage) + " times the page and " + Figure(kMostForControl) +
+      " bytes a control are allowed, which is judged where it is more than what a page of one "
+      "control needs, for that is a buffer of fixed size. Tags are all, not the controls' alone.");
   report.Paragraph("![Speed by size of page](performance.svg)");
   for (const Kind& kind : kKinds) MeasureKind(report, kind, plotData);
   MeasureHostilePages(report);

@@ -12,6 +12,11 @@
 namespace kvo::bench {
 namespace {
 
+// The goals: how many times as long as an empty program `kvo --version` takes, and how many times
+// as long as that an interpreter needs.
+constexpr double kMostOfEmpty = 3;
+constexpr double kLeastOfInterpreters = 10;
+
 void Start(const std::vector<std::string>& command) {
   std::vector<char*> arguments;
   arguments.reserve(command.size() + 1);
@@ -58,15 +63,18 @@ void MeasureStart(Report& report, const std::string& kvo, const std::string& emp
   std::vector<std::vector<std::string>> rows;
   for (const Program& program : programs) {
     const double time = times.at(program.name);
-    rows.push_back({program.name, Duration(time),
-                    &program == &programs[1] ? report.AtMost(time / none, 3) : Figure(time / none),
-                    program.interpreter ? report.AtLeast(time / ours, 10) : Figure(time / ours)});
+    rows.push_back(
+        {program.name, Duration(time),
+         &program == &programs[1] ? report.AtMost(time / none, kMostOfEmpty) : Figure(time / none),
+         program.interpreter ? report.AtLeast(time / ours, kLeastOfInterpreters)
+                             : Figure(time / ours)});
   }
   report.Heading("Start-up");
   report.Paragraph(
-      "From start to end by the wall clock. `kvo --version` may take 3 times as long as an empty "
-      "program; an interpreter that has nothing to do, which is the least that a tool written for "
-      "it takes, is to need 10 times as long as that.");
+      "From start to end by the wall clock. `kvo --version` may take " + Figure(kMostOfEmpty) +
+      " times as long as an empty program; an interpreter that has nothing to do, which is the "
+      "least that a tool written for it takes, is to need " +
+      Figure(kLeastOfInterpreters) + " times as long as that.");
   report.Table({"program", "time", "/ empty program", "/ kvo --version"}, rows);
 }
 

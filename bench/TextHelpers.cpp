@@ -38,12 +38,6 @@ struct Helper {
   Strewn strewn;
 };
 
-std::string EntitiesByDefinition(std::string text) {
-  for (const auto& [from, to] : {std::pair{"<", "&lt;"}, {">", "&gt;"}, {"\"", "&quot;"}})
-    text = ReplaceAll(text, from, to);
-  return text;
-}
-
 std::vector<Helper> Helpers() {
   const std::vector<std::string> markup{"<", ">", "\"", "&", "\r\n"};
   const std::vector<std::string> three{"<", ">", "\""};
@@ -75,9 +69,11 @@ constexpr std::size_t kLongestForDefinition = 256;
 
 // The goals for FixAmpersands, at 4 KB: what share of memcpy's speed is reached.
 constexpr std::size_t kGoalLength = 4096;
+constexpr double kLeastClean = 0.4;
+constexpr double kLeastStrewn = 0.1;  // with one percent of ampersands
 double MemcpyGoal(const Helper& helper, std::size_t length, unsigned perThousand) {
   if (helper.append != AppendFixAmpersands || length != kGoalLength || perThousand > 10) return 0;
-  return perThousand == 0 ? 0.4 : 0.1;
+  return perThousand == 0 ? kLeastClean : kLeastStrewn;
 }
 
 std::vector<std::string> Row(Report& report, const Helper& helper, std::size_t length,
@@ -192,9 +188,12 @@ void MeasureTextHelpers(Report& report) {
   report.Heading("Text helpers");
   report.Paragraph(
       "Appending to a text that is used again, as runtime text does. `memcpy /` is the share of a "
-      "bare copy's speed, wanted from `FixAmpersands` at 4 KB: 0.4 of clean text, 0.1 with one "
-      "percent of ampersands. The other columns say how many times as long the literal definition "
-      "(up to 256 bytes: a repeated expression takes minutes for more) and each library take; "
+      "bare copy's speed, wanted from `FixAmpersands` at " +
+      Size(kGoalLength) + ": " + Figure(kLeastClean) + " of clean text, " + Figure(kLeastStrewn) +
+      " with one percent of ampersands. The other columns say how many times as long the literal "
+      "definition (up to " +
+      Size(kLongestForDefinition) +
+      ": a repeated expression takes minutes for more) and each library take; "
       "every library is to take longer. A library has its usual way: it may return a new text. "
       "For the decoder its text holds entities where ours holds tokens.");
   for (const Helper& helper : Helpers()) MeasureHelper(report, helper);
