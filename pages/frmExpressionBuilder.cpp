@@ -24,9 +24,9 @@ constexpr Operator kYes = {"yes", "ist Wahr", "==true"};
 constexpr Operator kNo = {"no", "ist Falsch", "==false"};
 
 constexpr std::array kEquality = {kEquals, kNotEqual};
-constexpr std::array kOrder = {kEquals, kGreaterThan, kLessThan, kNotEqual};
-constexpr std::array kTruth = {kYes, kNo};
 constexpr std::array kAll = {kEquals, kGreaterThan, kLessThan, kNotEqual, kYes, kNo};
+constexpr auto kOrder = std::span(kAll).first<4>();
+constexpr auto kTruth = std::span(kAll).last<2>();
 
 enum class ValueForm { quoted, asTyped, none };
 
