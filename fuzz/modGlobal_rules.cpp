@@ -17,6 +17,7 @@
 #include "common/modGlobal.h"
 #include "fuzz/Demand.h"
 #include "tests/core/Definitions.h"
+#include "tests/core/ErrorOf.h"
 #include "tests/core/FormatDefinition.h"
 #include "tests/core/ValueDefinitions.h"
 
@@ -47,15 +48,6 @@ Number NumberOf(std::string_view text) {
   Number number{};
   std::memcpy(&number, text.data(), std::min(text.size(), sizeof number));
   return number;
-}
-
-int ErrorOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const RuntimeError& error) {
-    return error.Number();
-  }
-  return 0;
 }
 
 void CheckMarkup(const std::string& text) {

@@ -1,6 +1,5 @@
 #include "fuzz/pages_rules.h"
 
-#include <map>
 #include <memory>
 #include <string>
 #include <utility>
@@ -16,6 +15,7 @@
 #include "tests/forms/FakeRecordset.h"
 #include "tests/pages/FakeOffice.h"
 #include "tests/pages/PageRules.h"
+#include "tests/pages/PropertyObject.h"
 
 namespace kvo {
 namespace {
@@ -32,34 +32,20 @@ constexpr std::string_view kList = "AttributesCollection";
 
 // A control's properties as mere values: what a page's own rules make of them can be worked out
 // here, without the control.
-class PropertyValues final : public Object {
+class PropertyValues final : public PropertyObject {
  public:
-  explicit PropertyValues(Control& control) {
-    for (const PropertyRow& row : control.Class().properties)
-      if (row.type != PropertyType::object || row.name == kList)
-        values_.emplace(row.name, control.Get(row.name));
-  }
-
-  Variant Get(std::string_view name) override {
-    const auto value = values_.find(name);
-    return value == values_.end() ? Object::Get(name) : value->second;
-  }
-  void Let(std::string_view name, Variant value) override {
-    const auto held = values_.find(name);
-    if (held == values_.end()) return Object::Let(name, std::move(value));
-    held->second = std::move(value);
-  }
+  explicit PropertyValues(Control& control) : PropertyObject(Of(control)) {}
 
   // Whether the control holds these. Content that a page wrote was encoded anew on the way, which
   // drops CDATA markers: deliberate.
   void DemandHeldBy(Control& control, const std::string& page) const {
-    for (const auto& [name, value] : values_) {
+    for (const auto& [name, value] : All()) {
       if (name == kList) {
         Demand(TextsOf(*ToObject(value)) == TextsOf(*ToObject(control.Get(kList))),
                page + " changed the attributes");
         continue;
       }
-      if (name == "Attributes" && values_.contains(kList)) continue;  // the same once more
+      if (name == "Attributes" && All().contains(kList)) continue;  // the same once more
       const std::string held = ToText(control.Get(name));
       const std::string expected = ToText(value);
       Demand(held == expected || held == DecodeMarkupTokens(EncodeMarkupTokens(expected)),
@@ -68,7 +54,13 @@ class PropertyValues final : public Object {
   }
 
  private:
-  std::map<std::string, Variant, std::less<>> values_;
+  static Properties Of(Control& control) {
+    Properties values;
+    for (const PropertyRow& row : control.Class().properties)
+      if (row.type != PropertyType::object || row.name == kList)
+        values.emplace(row.name, control.Get(row.name));
+    return values;
+  }
 };
 
 class Conversation final : private PropertyFrame::Window {

@@ -5,6 +5,7 @@
 
 #include "common/RuntimeError.h"
 #include "host/registration/classes.h"
+#include "tests/core/ErrorOf.h"
 #include "tests/core/TestPlatform.h"
 
 namespace kvo {
@@ -26,14 +27,6 @@ class ControlTest : public testing::Test {
     MemoryBag bag;
     control.WriteProperties(bag);
     return bag.Entries();
-  }
-  static int ErrorOf(const std::function<void()>& action) {
-    try {
-      action();
-    } catch (const RuntimeError& error) {
-      return error.Number();
-    }
-    return 0;
   }
   static std::string ValueCaption(const Control& control) {
     return control.DesignTimeBox().labels.at(1).caption;

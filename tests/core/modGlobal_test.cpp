@@ -7,6 +7,7 @@
 #include "common/Object.h"
 #include "common/RuntimeError.h"
 #include "tests/core/Definitions.h"
+#include "tests/core/ErrorOf.h"
 #include "tests/core/TestPlatform.h"
 
 namespace kvo {
@@ -167,14 +168,6 @@ TEST(HexToInt, ReadsDigitsInBothCases) {
 TEST(HexToInt, CountsOnAboveF) {
   EXPECT_EQ(HexToInt("Z"), 35);
   EXPECT_EQ(HexToInt("["), 91 - 55);
-}
-int ErrorOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const RuntimeError& error) {
-    return error.Number();
-  }
-  return 0;
 }
 TEST(HexToInt, FailsOnOtherCharactersAndBeyondSixteenBits) {
   EXPECT_EQ(ErrorOf([] { HexToInt("1-"); }), 13);

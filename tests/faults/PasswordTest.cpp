@@ -58,8 +58,7 @@ INSTANTIATE_TEST_SUITE_P(Office, Password, ::testing::ValuesIn(kOfficeFiles),
 
 TEST_P(Password, IsNeverShown) {
   Write("office.json", GetParam().text);
-  Write("x.html",
-        "<object classid=\"progid:KVOPDesignObjects.DTCProductList\" id=\"liste\"></object>");
+  Write("x.html", ControlElement("DTCProductList", {}, "liste"));
   Write("talk.txt", "open liste\npage propProdListPicker\nexpect gdProducts rows 1\n");
   bool failed = false;
   for (const char* language : {"C.UTF-8", "de_DE.UTF-8"}) {

@@ -51,32 +51,26 @@ const Shape kShapes[] = {
      10'000},
     {"ManyAttributesOfAnElement",
      [](int n) {
-       return "<object classid=\"progid:KVOPDesignObjects.DTCElement\"><param name=\"value\" "
-              "value=\"td\"><param name=\"attributes\" value=\"" +
-              Numbered(n, "||data-a", "|x").substr(2) + "\"></object>";
+       return ControlElement(
+           "DTCElement",
+           {{"value", "td"}, {"attributes", Numbered(n, "||data-a", "|x").substr(2)}});
      },
      10'000},
     {"LineBreaksInFrontOfAContent",
      [](int n) {
-       return "<object classid=\"progid:KVOPDesignObjects.DTCElement\"><param name=\"value\" "
-              "value=\"td\"><param name=\"html-content\" value=\"" +
-              Times(n, "\r\n") + "x\"></object>";
+       return ControlElement("DTCElement",
+                             {{"value", "td"}, {"html-content", Times(n, "\r\n") + "x"}});
      },
      1'000'000},
     {"LineBreaksOfAScript",
      [](int n) {
-       return "<object classid=\"progid:KVOPDesignObjects.DTCScript\"><param "
-              "name=\"html-content\" value=\"" +
-              Times(n, "\r\n") + "x\"></object>";
+       return ControlElement("DTCScript", {{"html-content", Times(n, "\r\n") + "x"}});
      },
      1'000'000},
     {"NothingButAngles", [](int n) { return std::string(static_cast<std::size_t>(n), '<'); },
      10'000'000},
     {"NothingButOpenTags", [](int n) { return Times(n, "<div>"); }, 1'000'000},
-    {"ManyBrokenControls",
-     [](int n) {
-       return Times(n, "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\"></object>\n");
-     },
+    {"ManyBrokenControls", [](int n) { return Times(n, ControlElement("DTCPrnt", {}) + '\n'); },
      50'000, false},
 };
 

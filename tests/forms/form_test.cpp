@@ -3,6 +3,7 @@
 #include "common/RuntimeError.h"
 #include "common/modGlobal.h"
 #include "host/headless/HeadlessUser.h"
+#include "tests/core/ErrorOf.h"
 
 namespace kvo {
 namespace {
@@ -294,16 +295,6 @@ TEST_F(Forms, AWindowThatIsClosedUnloadsItsForm) {
   };
   form.ShowModal();
   EXPECT_EQ(form.events, Events{});
-}
-
-template <class Choose>
-int ErrorOf(const Choose& choose) {
-  try {
-    choose();
-  } catch (const RuntimeError& error) {
-    return error.Number();
-  }
-  return 0;
 }
 
 TEST_F(Forms, WhatIsNotThereCannotBeChosen) {

@@ -124,10 +124,19 @@ std::vector<std::string> Program::Files() const {
   return names;
 }
 
+std::string ControlElement(const std::string& className,
+                           const std::vector<std::pair<std::string, std::string>>& params,
+                           const std::string& id) {
+  std::string element = "<object classid=\"progid:KVOPDesignObjects." + className + '"';
+  if (!id.empty()) element += " id=\"" + id + '"';
+  element += '>';
+  for (const auto& [name, value] : params)
+    element += "<param name=\"" + name + "\" value=\"" + value + "\">";
+  return element + "</object>";
+}
+
 std::string PrintElement(const std::string& value, const std::string& id) {
-  return "<object classid=\"progid:KVOPDesignObjects.DTCPrint\"" +
-         (id.empty() ? "" : " id=\"" + id + '"') + "><param name=\"value\" value=\"" + value +
-         "\"></object>";
+  return ControlElement("DTCPrint", {{"value", value}}, id);
 }
 
 }  // namespace kvo::test

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kvo::test {
@@ -48,7 +49,11 @@ class Program : public ::testing::Test {
   std::string program_ = KVO_PROGRAM;
 };
 
-// A print control as an element, with the value as it stands in the page.
+// A control as an element, with its values as they stand in the page.
+std::string ControlElement(const std::string& className,
+                           const std::vector<std::pair<std::string, std::string>>& params,
+                           const std::string& id = "");
+// A print control.
 std::string PrintElement(const std::string& value, const std::string& id = "");
 
 }  // namespace kvo::test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "common/RuntimeError.h"
+#include "tests/core/ErrorOf.h"
 
 namespace kvo::office {
 namespace {
@@ -27,15 +27,6 @@ std::vector<std::string> DisplayNames(Object& collection) {
   return names;
 }
 
-int NumberOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const RuntimeError& error) {
-    return error.Number();
-  }
-  return 0;
-}
-
 TEST(Office, FieldsAreWalkedInTheOrderOfTheFileTwinsIncluded) {
   const auto office = Example();
   EXPECT_EQ(DisplayNames(*ToObject(office->Get("ContactFields"))),
@@ -55,7 +46,7 @@ TEST(Office, AFieldIsFoundByItsSqlName) {
 TEST(Office, TheLookUpComparesExactly) {
   const auto fields = ToObject(Example()->Get("ContactFields"));
   for (const char* key : {"birthday", "Birthday ", "", "Birth"})
-    EXPECT_EQ(NumberOf([&] { fields->Item(key); }), 9) << key;
+    EXPECT_EQ(ErrorOf([&] { fields->Item(key); }), 9) << key;
 }
 
 TEST(Office, AnUnknownKeyIsNamedInTheError) {
@@ -78,8 +69,8 @@ TEST(Office, FieldsAreFoundByNumberFromOne) {
   const auto fields = ToObject(Example()->Get("ContactFields"));
   EXPECT_EQ(fields->Get("Count"), Variant(std::int32_t{4}));
   EXPECT_EQ(ToObject(fields->Item(std::int32_t{4}))->Get("DisplayName"), Variant("Zweiter Ort"));
-  EXPECT_EQ(NumberOf([&] { fields->Item(std::int32_t{0}); }), 9);
-  EXPECT_EQ(NumberOf([&] { fields->Item(std::int32_t{5}); }), 9);
+  EXPECT_EQ(ErrorOf([&] { fields->Item(std::int32_t{0}); }), 9);
+  EXPECT_EQ(ErrorOf([&] { fields->Item(std::int32_t{5}); }), 9);
 }
 
 TEST(Office, MembersAreMatchedWithoutRegardToCase) {
@@ -96,10 +87,10 @@ TEST(Office, TheDataTypeHoldsAll32Bits) {
 
 TEST(Office, AnUnknownMemberIsError438AndNothingCanBeWritten) {
   const auto office = Example();
-  EXPECT_EQ(NumberOf([&] { office->Get("Fields"); }), 438);
-  EXPECT_EQ(NumberOf([&] { office->Let("ContactFields", {}); }), 438);
-  EXPECT_EQ(NumberOf([&] { ToObject(office->Get("ContactFields"))->Get("Nobody"); }), 438);
-  EXPECT_EQ(NumberOf([&] {
+  EXPECT_EQ(ErrorOf([&] { office->Get("Fields"); }), 438);
+  EXPECT_EQ(ErrorOf([&] { office->Let("ContactFields", {}); }), 438);
+  EXPECT_EQ(ErrorOf([&] { ToObject(office->Get("ContactFields"))->Get("Nobody"); }), 438);
+  EXPECT_EQ(ErrorOf([&] {
               ToObject(ToObject(office->Get("ContactFields"))->Item("City"))->Get("Nobody");
             }),
             438);

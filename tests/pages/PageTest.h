@@ -3,42 +3,15 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <memory>
-#include <string>
 #include <utility>
 
 #include "common/Ascii.h"
-#include "common/Object.h"
 #include "common/RuntimeError.h"
 #include "host/headless/HeadlessUser.h"
+#include "tests/pages/PropertyObject.h"
 
 namespace kvo {
-
-// Any object with some properties, which keep what is assigned to them: pages know their objects by
-// property name only.
-class PropertyObject final : public Object {
- public:
-  using Properties = std::map<std::string, Variant, std::less<>>;
-  explicit PropertyObject(Properties properties) : properties_(std::move(properties)) {}
-
-  Variant Get(std::string_view name) override {
-    const auto property = properties_.find(name);
-    return property == properties_.end() ? Object::Get(name) : property->second;
-  }
-  void Let(std::string_view name, Variant value) override {
-    const auto property = properties_.find(name);
-    if (property == properties_.end()) return Object::Let(name, std::move(value));
-    property->second = std::move(value);
-    written.emplace_back(name);
-  }
-
-  Variant operator[](std::string_view name) { return Get(name); }
-  std::vector<std::string> written;  // in order
-
- private:
-  Properties properties_;
-};
 
 template <class Page>
 class PageTest : public testing::Test {
