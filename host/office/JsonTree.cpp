@@ -125,7 +125,8 @@ class TreeBuilder {
   // The parser's reason ends with what it has read last, which can be anything.
   static bool IsWrongText(const json::exception& error) {
     const std::string_view reason = error.what();
-    return reason.substr(0, reason.find("; last read")).find("invalid string") != reason.npos;
+    return reason.substr(0, reason.find("; last read")).find("invalid string") !=
+           std::string_view::npos;
   }
 
   // The text itself is not shown: it may be a connection string with a password.
