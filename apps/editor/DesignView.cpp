@@ -130,14 +130,13 @@ class DesignView::Bridge final : public QObject {
  public:
   explicit Bridge(DesignView& view) : view_(view) {}
 
- public Q_SLOTS:
-  void Clicked(int index) {
+  Q_INVOKABLE void Clicked(int index) const {
     if (view_.onBoxClicked) view_.onBoxClicked(index);
   }
-  void DoubleClicked(int index) {
+  Q_INVOKABLE void DoubleClicked(int index) const {
     if (view_.onBoxDoubleClicked) view_.onBoxDoubleClicked(index);
   }
-  void Shown(int revision) { view_.shownRevision_ = revision; }
+  Q_INVOKABLE void Shown(int revision) { view_.shownRevision_ = revision; }
 
  private:
   DesignView& view_;

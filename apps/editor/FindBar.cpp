@@ -190,7 +190,7 @@ void FindBar::ReplaceOne() {
 }
 
 void FindBar::ReplaceAll() {
-  const auto matches = Matches();
+  auto matches = Matches();
   if (!matches) return;
   const QString count = QString::number(matches->size());
   if (!matches->empty()) {
@@ -198,10 +198,11 @@ void FindBar::ReplaceAll() {
     const PageDocument::Step named(source_.Page(), step);
     QTextCursor cursor(source_.document());
     cursor.beginEditBlock();
-    for (auto match = matches->rbegin(); match != matches->rend(); ++match) {
-      cursor.setPosition(match->begin);
-      cursor.setPosition(match->begin + match->length, QTextCursor::KeepAnchor);
-      source_.Page().Insert(cursor, match->replacement, step);
+    std::ranges::reverse(*matches);  // so that places in front of a match stay what they are
+    for (const auto& match : *matches) {
+      cursor.setPosition(match.begin);
+      cursor.setPosition(match.begin + match.length, QTextCursor::KeepAnchor);
+      source_.Page().Insert(cursor, match.replacement, step);
     }
     cursor.endEditBlock();
   }

@@ -132,7 +132,7 @@ void MainWindow::MakeControlMenu() {
 
 void MainWindow::MakeViewMenu() {
   QMenu& menu = *menuBar()->addMenu(Said(words::kViewMenu));
-  const auto toggle = [this, &menu](const Localized& text, const char* keys, QWidget* side) {
+  const auto toggle = [&menu](const Localized& text, const char* keys, QWidget* side) {
     QAction* action = menu.addAction(Said(text));
     action->setShortcut(QKeySequence(keys));
     action->setCheckable(true);
