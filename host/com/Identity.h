@@ -26,6 +26,9 @@ class Identity {
   // The interface of an id, not counted; null when there is none. IUnknown is not asked for.
   virtual void* Find(REFIID iid) = 0;
 
+  // Nobody holds it any more.
+  virtual void End() noexcept { delete this; }
+
  private:
   class InnerUnknown final : public IUnknown {
    public:
@@ -45,7 +48,7 @@ class Identity {
       const LONG left = InterlockedDecrement(&count_);
       if (left == 0) {
         count_ = kEnding;  // what ends may still be asked for and let go of
-        delete &identity_;
+        identity_.End();
       }
       return static_cast<ULONG>(left);
     }

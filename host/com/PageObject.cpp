@@ -5,9 +5,28 @@
 #include "host/com/Ole.h"
 #include "host/com/Text.h"
 #include "host/com/Values.h"
+#include "host/win32/OwnWindow.h"
 #include "host/win32/WideText.h"
 
 namespace kvo::com {
+
+// Ends a page as soon as none of its events is under way.
+class PageObject::Ending final : private OwnWindow {
+ public:
+  explicit Ending(PageObject& page) : page_(page) {
+    Begin(HWND_MESSAGE, {.style = 0});
+    SetTimer(Handle(), 1, USER_TIMER_MINIMUM, nullptr);
+  }
+
+ private:
+  LRESULT Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept override {
+    if (message != WM_TIMER) return Default(message, wParam, lParam);
+    if (!page_.window_->IsBusy()) delete &page_;  // and this with it
+    return 0;
+  }
+
+  PageObject& page_;
+};
 
 PageObject::PageObject(const RegisteredPage& registered, IUnknown* outer)
     : Identity(outer),
@@ -15,6 +34,18 @@ PageObject::PageObject(const RegisteredPage& registered, IUnknown* outer)
       source_(ProgId(registered.name)),
       page_(registered.create()) {
   page_->Site(this);
+}
+
+PageObject::~PageObject() = default;
+
+void PageObject::End() noexcept {
+  if (!window_ || !window_->IsBusy()) return Identity::End();
+  site_ = {};
+  try {
+    ending_ = std::make_unique<Ending>(*this);
+  } catch (const std::exception&) {
+    // It stays in memory: better than to end under its own event.
+  }
 }
 
 void* PageObject::Find(REFIID iid) {

@@ -15,6 +15,8 @@ namespace kvo::com {
 // IPropertyPage2: a page of the core inside any property frame, on the system's own controls. The
 // objects that it edits are any IDispatch with the properties that the page knows.
 //
+// A host may let go of the page from within one of its events, and it ends behind that then.
+//
 // The page is filled when it is shown, not when it gets its objects: some pages count as changed by
 // being filled, and one that nobody looked at must have nothing to apply.
 class PageObject final : public Identity,
@@ -22,6 +24,7 @@ class PageObject final : public Identity,
                          private PropertyPageSite {
  public:
   PageObject(const RegisteredPage& registered, IUnknown* outer);
+  ~PageObject() override;
 
   // IPropertyPage
   HRESULT STDMETHODCALLTYPE SetPageSite(IPropertyPageSite* site) noexcept override;
@@ -43,7 +46,10 @@ class PageObject final : public Identity,
   HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) noexcept override;
 
  private:
+  class Ending;
+
   void* Find(REFIID iid) override;
+  void End() noexcept override;
   void StatusChanged(PropertyPage& page) override;
   void Fill();
   void Tell(const std::wstring& failure);
@@ -55,6 +61,7 @@ class PageObject final : public Identity,
   Pointer<IPropertyPageSite> site_;
   bool filled_ = false;
   std::wstring untold_;  // why the page could not be filled, until it is shown
+  std::unique_ptr<Ending> ending_;
 };
 
 }  // namespace kvo::com

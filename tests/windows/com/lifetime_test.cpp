@@ -1,6 +1,8 @@
 #include <array>
 
 #include "tests/windows/com/Host.h"
+#include "tests/windows/win32/Win32User.h"
+#include "tests/windows/win32/WindowActions.h"
 
 namespace kvo::com {
 namespace {
@@ -52,6 +54,47 @@ TEST_F(Lifetime, PagesLeaveNothingEither) {
     for (const RegisteredPage& page : RegisteredPages())
       ASSERT_TRUE(Dll::Get().Make<IPropertyPage2>(page.name));
   EXPECT_TRUE(Dll::Get().CanUnload());
+}
+
+// Lets go of its page as soon as that tells it something.
+class LettingGo final : public OnStack<IPropertyPageSite> {
+ public:
+  Pointer<IPropertyPage2> page;
+
+  HRESULT STDMETHODCALLTYPE OnStatusChange(DWORD) noexcept override {
+    page = {};
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetLocaleID(LCID*) noexcept override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetPageContainer(IUnknown**) noexcept override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG*) noexcept override { return S_FALSE; }
+};
+
+TEST_F(Lifetime, APageThatIsLetGoOfInItsOwnEventEndsBehindIt) {
+  const TestFrame frame({400, 300});
+  LettingGo site;
+  site.page = Dll::Get().Make<IPropertyPage2>("propPrintGeneral");
+  ASSERT_TRUE(site.page);
+  ASSERT_EQ(site.page->SetPageSite(&site), S_OK);
+  {
+    const auto control = Dll::Get().Make<IPersistPropertyBag>("DTCPrint");
+    LoadDefaults(control.get());
+    IUnknown* object = control.get();
+    ASSERT_EQ(site.page->SetObjects(1, &object), S_OK);
+  }
+  const RECT place{0, 0, 400, 300};
+  ASSERT_EQ(site.page->Activate(frame.Window(), &place, FALSE), S_OK);
+  ASSERT_EQ(site.page->Show(SW_SHOW), S_OK);
+  ShowWindow(frame.Window(), SW_SHOW);
+  ASSERT_EQ(site.page->EditProperty(1), S_OK);
+  const HWND box = GetFocus();
+  ASSERT_TRUE(Is(box, L"Edit"));
+  SendMessageW(box, WM_CHAR, L'x', 0);
+  EXPECT_FALSE(site.page);
+  EXPECT_EQ(site.references, 0);
+  EXPECT_TRUE(IsWindow(box));
+  EXPECT_TRUE(PumpUntil([] { return Dll::Get().CanUnload(); }));
+  EXPECT_FALSE(IsWindow(box));
 }
 
 TEST_F(Lifetime, AnUnloadedModuleIsGoneAndComesBack) {
