@@ -1,4 +1,5 @@
-// Comparisons that fold the letters A to Z only, as names of members, classes and tags want it.
+// Characters as names of members, classes and tags want them: letters are A to Z only, and
+// comparisons fold no others.
 #pragma once
 
 #include <algorithm>
@@ -7,6 +8,16 @@
 namespace kvo {
 
 constexpr char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+constexpr bool IsLetter(char c) {
+  const char lower = static_cast<char>(c | 0x20);
+  return lower >= 'a' && lower <= 'z';
+}
+constexpr bool IsHexDigit(char c) {
+  const char lower = LowerAscii(c);
+  return IsDigit(c) || (lower >= 'a' && lower <= 'f');
+}
 
 constexpr bool EqualIgnoringCase(std::string_view a, std::string_view b) {
   return std::ranges::equal(a, b, {}, LowerAscii, LowerAscii);

@@ -25,6 +25,8 @@ class FormControl;
 class FormRenderer;
 class FormVisitor;
 
+inline constexpr int kTwipsPerPoint = 20;
+
 struct Font {
   std::string_view family = "Tahoma";
   double points = 8.25;

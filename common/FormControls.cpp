@@ -13,8 +13,6 @@ void Raise(const Handler<Sender>& handler, Sender& sender) {
   if (handler) handler(sender);
 }
 
-bool BeginsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; }
-
 }  // namespace
 
 std::size_t CharacterCount(std::string_view text) {

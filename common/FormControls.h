@@ -336,6 +336,8 @@ class Timer final : public FormControl {
   Handler<Timer> onTick_;
 };
 
+// Whether a byte of UTF-8 is the first of a character.
+constexpr bool BeginsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; }
 // Characters of a text, as SelStart and SelLength count them.
 std::size_t CharacterCount(std::string_view text);
 // The byte at which the character number `character` begins; the text's size beyond its end.

@@ -21,8 +21,6 @@ constexpr std::array<std::string_view, 7> kDays = {"Sonntag",    "Montag",  "Die
                                                    "Donnerstag", "Freitag", "Samstag"};
 constexpr std::array<std::string_view, 7> kShortDays = {"So", "Mo", "Di", "Mi", "Do", "Fr", "Sa"};
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 // --- patterns ---------------------------------------------------------------------------------
 
 // A run of one pattern letter, or characters that stand for themselves.

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
+#include "common/FormControls.h"
+
 namespace kvo {
 namespace {
 
-bool BeginsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; }
 bool IsHigh(char16_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 bool IsLow(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 

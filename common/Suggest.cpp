@@ -15,10 +15,10 @@ constexpr std::size_t kLongest = 48;
 // Edits (insert, delete, replace, swap neighbours) that make one text of the other. Neither is
 // longer than kLongest.
 std::size_t EditDistance(std::string_view a, std::string_view b) {
-  using Row = std::array<std::size_t, kLongest + 1>;
-  Row beforePrevious{};
-  Row previous{};
-  Row current{};
+  using Distances = std::array<std::size_t, kLongest + 1>;
+  Distances beforePrevious{};
+  Distances previous{};
+  Distances current{};
   for (std::size_t j = 0; j <= b.size(); ++j) previous[j] = j;
   for (std::size_t i = 1; i <= a.size(); ++i) {
     current[0] = i;

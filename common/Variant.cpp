@@ -13,8 +13,6 @@
 namespace kvo {
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 std::optional<double> ParseHexadecimal(std::string_view digits) {
   std::uint32_t bits = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), bits, 16);

@@ -181,11 +181,6 @@ class MarkupTokenEncoder {
 
 char UpperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
 
-bool IsHexDigit(char c) {
-  c = LowerAscii(c);
-  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f');
-}
-
 std::uint8_t Component(int value) { return static_cast<std::uint8_t>(std::min(value, 255)); }
 
 bool ParseHexColor(std::string_view text, std::array<std::uint8_t, 3>& parts) {

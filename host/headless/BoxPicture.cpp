@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/FormControl.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/headless/Xml.h"
 
@@ -9,11 +10,10 @@ namespace kvo {
 namespace {
 
 constexpr int kGap = 120;
-constexpr int kTwipsPerPoint = 20;
-constexpr int kFontSize = 165;  // 8.25 point
+constexpr auto kFontSize = static_cast<int>(Font().points * kTwipsPerPoint);
 constexpr std::string_view kFontFamily = "Tahoma, Verdana, sans-serif";
-constexpr int kBaseline = 165;    // of a label, below its top: Tahoma's ascent is one em
-constexpr int kBorderWidth = 15;  // one pixel
+constexpr int kLabelBaseline = 165;  // of a label, below its top: Tahoma's ascent is one em
+constexpr int kBorderWidth = 15;     // one pixel
 // The highlight colour of the system where the picture is looked at, else a common one.
 constexpr std::string_view kHighlight = "stroke:#0078d7;stroke:Highlight";
 
@@ -38,7 +38,7 @@ void AppendParts(std::string& out, const Box& box, std::string_view indent) {
     out += indent;
     out += "<text";
     AppendAttribute(out, "x", label.at.left);
-    AppendAttribute(out, "y", label.at.top + kBaseline);
+    AppendAttribute(out, "y", label.at.top + kLabelBaseline);
     if (label.weight == FontWeight::bold) out += " font-weight=\"bold\"";
     // Another font that stands in for Tahoma must not leave the box.
     AppendAttribute(out, "textLength", TahomaTextWidth(label.caption, label.weight));

@@ -15,12 +15,11 @@ namespace {
 
 constexpr int kCaptionHeight = 360;  // of the strip over the form
 constexpr int kLine = 195;           // a line of text
-constexpr int kBaseline = 160;       // of a line, below its top
+constexpr int kLineBaseline = 160;   // below its top
 constexpr int kRow = 270;            // of a grid
 constexpr int kMargin = 60;          // between a box and its text
 constexpr int kArrow = 255;          // the button of a list
 constexpr int kMark = 195;           // the box or circle of a choice
-constexpr int kTwipsPerPoint = 20;
 
 constexpr std::string_view kFace = "#f0f0f0";
 constexpr std::string_view kEdge = "#7a7a7a";
@@ -261,7 +260,7 @@ class FormPainter final : public FormVisitor {
     const std::string length = LengthOf(text, font);
     svg_.Content("text",
                  {{"x", Number(left)},
-                  {"y", Number(top + kBaseline)},
+                  {"y", Number(top + kLineBaseline)},
                   {"font-family", std::string(font.family)},
                   {"font-size", Number(static_cast<int>(font.points * kTwipsPerPoint))},
                   {"font-weight", font.weight == FontWeight::bold ? "bold" : "normal"},

@@ -23,9 +23,6 @@ constexpr std::size_t kLongestName = sizeof(NamedReference::name) - 1;
 constexpr std::string_view NameOf(const NamedReference& row) { return row.name; }
 static_assert(std::ranges::is_sorted(kNamed, {}, NameOf));
 
-constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-constexpr bool IsLetter(char c) { return LowerAscii(c) >= 'a' && LowerAscii(c) <= 'z'; }
-
 // What the numbers 0x80 to 0x9F stand for: the characters of windows-1252, where it has one.
 constexpr std::array<char32_t, 32> kC1 = {
     0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,

@@ -14,7 +14,6 @@
 namespace kvo::page {
 namespace {
 
-constexpr auto npos = std::string_view::npos;
 constexpr std::size_t kObjectTag = std::string_view("<object").size();
 // How we write it ourselves.
 constexpr char kPlainClassId[] = " classid=\"";

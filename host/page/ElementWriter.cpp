@@ -11,8 +11,6 @@
 namespace kvo::page {
 namespace {
 
-constexpr auto npos = std::string_view::npos;
-
 // Bytes that go into a value as they stand, whatever their neighbours are.
 constexpr std::array<bool, 256> kPlain = [] {
   std::array<bool, 256> plain{};

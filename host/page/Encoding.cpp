@@ -9,6 +9,7 @@
 
 #include "common/Ascii.h"
 #include "host/page/CharacterReferences.h"
+#include "host/page/Scanner.h"
 #include "host/page/Utf8.h"
 
 namespace kvo::page {
@@ -106,11 +107,6 @@ constexpr Label kLabels[] = {
     {"ascii", Ascii},
 };
 
-constexpr bool IsSpace(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f';
-}
-constexpr bool IsLetter(char c) { return LowerAscii(c) >= 'a' && LowerAscii(c) <= 'z'; }
-
 // Looks for a declaration by the rules of HTML, "prescan a byte stream to determine its encoding".
 class DeclarationFinder {
  public:
@@ -127,12 +123,12 @@ class DeclarationFinder {
         if (end == std::string_view::npos) return {};
         at_ = end + 3;
       } else if (StartsWith("<meta") && at_ + 5 < text_.size() &&
-                 (IsSpace(text_[at_ + 5]) || text_[at_ + 5] == '/')) {
+                 (IsHtmlSpace(text_[at_ + 5]) || text_[at_ + 5] == '/')) {
         at_ += 5;
         std::string name = Meta();
         if (!name.empty() && at_ < text_.size()) return name;
       } else if (IsTag()) {
-        while (at_ < text_.size() && !IsSpace(text_[at_]) && text_[at_] != '>') ++at_;
+        while (at_ < text_.size() && !IsHtmlSpace(text_[at_]) && text_[at_] != '>') ++at_;
         while (NextAttribute()) {
         }
         ++at_;
@@ -184,10 +180,10 @@ class DeclarationFinder {
       at = content.find(kWord, at);
       if (at == std::string_view::npos) return {};
       at += kWord.size();
-      while (at < content.size() && IsSpace(content[at])) ++at;
+      while (at < content.size() && IsHtmlSpace(content[at])) ++at;
       if (at >= content.size() || content[at] != '=') continue;
       ++at;
-      while (at < content.size() && IsSpace(content[at])) ++at;
+      while (at < content.size() && IsHtmlSpace(content[at])) ++at;
       if (at >= content.size()) return {};
       if (content[at] == '"' || content[at] == '\'') {
         const std::size_t end = content.find(content[at], at + 1);
@@ -208,11 +204,11 @@ class DeclarationFinder {
   // Reads one attribute; false at the end of the tag.
   bool NextAttribute() {
     value_ = {};
-    while (at_ < text_.size() && (IsSpace(text_[at_]) || text_[at_] == '/')) ++at_;
+    while (at_ < text_.size() && (IsHtmlSpace(text_[at_]) || text_[at_] == '/')) ++at_;
     if (at_ >= text_.size() || text_[at_] == '>') return false;
     const std::size_t name = at_;
     const auto nameEnds = [&](char c) {
-      return IsSpace(c) || c == '/' || c == '>' || (c == '=' && at_ > name);
+      return IsHtmlSpace(c) || c == '/' || c == '>' || (c == '=' && at_ > name);
     };
     while (at_ < text_.size() && !nameEnds(text_[at_])) ++at_;
     name_ = text_.substr(name, at_ - name);
@@ -229,13 +225,13 @@ class DeclarationFinder {
       ++at_;
       return true;
     }
-    while (at_ < text_.size() && !IsSpace(text_[at_]) && text_[at_] != '>') ++at_;
+    while (at_ < text_.size() && !IsHtmlSpace(text_[at_]) && text_[at_] != '>') ++at_;
     value_ = text_.substr(value, at_ - value);
     return true;
   }
 
   void SkipSpace() {
-    while (at_ < text_.size() && IsSpace(text_[at_])) ++at_;
+    while (at_ < text_.size() && IsHtmlSpace(text_[at_])) ++at_;
   }
 
   std::string_view text_;
@@ -245,8 +241,8 @@ class DeclarationFinder {
 };
 
 std::string_view WithoutSpace(std::string_view text) {
-  while (!text.empty() && IsSpace(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsSpace(text.back())) text.remove_suffix(1);
+  while (!text.empty() && IsHtmlSpace(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsHtmlSpace(text.back())) text.remove_suffix(1);
   return text;
 }
 

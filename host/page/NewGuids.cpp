@@ -2,14 +2,12 @@
 
 #include <cstddef>
 
+#include "common/Ascii.h"
+
 namespace kvo::page {
 namespace {
 
 constexpr std::string_view kShape = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
-
-constexpr bool IsHexDigit(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
-}
 
 bool BeginsWithGuid(std::string_view text) {
   if (text.size() < kShape.size()) return false;

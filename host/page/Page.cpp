@@ -258,7 +258,6 @@ class Writer {
 
   // Whether the span's text, which is not what its control gives, may give way to `text`.
   bool MayReplaceText(std::string_view text) {
-    constexpr auto npos = std::string_view::npos;
     if (Found().OldText(page_).find(kSpanStart) != npos && text.find(kSpanStart) == npos) {
       // Controls would be lost with it.
       Fail(rule::missingEnd, messages::ControlInsideSpan(EndComment(Found().number)));

@@ -10,10 +10,10 @@
 #include <emmintrin.h>
 #endif
 
+#include "common/Ascii.h"
+
 namespace kvo::page {
 namespace {
-
-constexpr std::size_t npos = std::string_view::npos;
 
 // What a byte means inside a tag. A NUL stops every loop, since one stands behind the text.
 enum : unsigned char {
@@ -49,11 +49,6 @@ constexpr std::array<unsigned char, 256> kMeaning = [] {
 
 unsigned Meaning(char c) { return kMeaning[static_cast<unsigned char>(c)]; }
 bool Is(char c, unsigned what) { return (Meaning(c) & what) != 0; }
-
-bool IsLetter(char c) {
-  const char lower = static_cast<char>(c | 0x20);
-  return lower >= 'a' && lower <= 'z';
-}
 
 bool HasNameAt(const char* at, std::string_view name) {
   for (const char c : name)

@@ -9,6 +9,9 @@
 
 namespace kvo::page {
 
+// The place of what is not there.
+inline constexpr std::size_t npos = std::string_view::npos;
+
 inline constexpr std::string_view kCommentStart = "<!--";
 inline constexpr std::string_view kCommentEnd = "-->";
 inline constexpr std::string_view kSpanStart = "<!--KVO CONTROL STARTSPAN";

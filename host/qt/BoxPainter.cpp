@@ -11,7 +11,6 @@ namespace kvo {
 namespace {
 
 constexpr double kTwipsPerInch = 1440;
-constexpr double kTwipsPerPoint = 20;
 
 // `scale` is pixels per twip. Fonts are set in pixels and not by scaling the painter, so that they
 // are hinted, and emboldened where there is no bold one.
