@@ -206,17 +206,15 @@ void MeasureKind(Report& report, const Kind& kind, const std::string& plotData) 
     const auto tags = static_cast<double>(std::ranges::count(bytes, '<'));
     const double allowed = kMostOfPage * static_cast<double>(bytes.size()) + kMostForControl * each;
     const auto peak = static_cast<double>(one.peak);
-    const auto fixed = static_cast<double>(all[0].peak);
-    std::vector<std::string> row{
-        std::to_string(controls),
-        Size(static_cast<double>(bytes.size())),
-        one.Speed(one.save),
-        one.Speed(one.search),
-        report.AtMost(one.Ratio(), kind.mostOfSearch),
-        std::to_string(one.peak),
-        Figure(peak / each),
-        allowed < fixed ? Figure(peak / allowed) : report.AtMost(peak / allowed, 1),
-        Figure(static_cast<double>(one.allocations) / tags)};
+    std::vector<std::string> row{std::to_string(controls),
+                                 Size(static_cast<double>(bytes.size())),
+                                 one.Speed(one.save),
+                                 one.Speed(one.search),
+                                 report.AtMost(one.Ratio(), kind.mostOfSearch),
+                                 std::to_string(one.peak),
+                                 Figure(peak / each),
+                                 report.AtMost(peak / allowed, 1),
+                                 Figure(static_cast<double>(one.allocations) / tags)};
     for (const auto& seconds : one.tokenizers) row.push_back(seconds ? one.Speed(*seconds) : "");
     rows.push_back(row);
   }
@@ -273,8 +271,7 @@ void MeasurePages(Report& report, const std::string& plotData) {
       "`<object` over the same bytes. Beside the page: what the heap holds at most while saving; "
       "at most " +
       Figure(kMostOfPage) + " times the page and " + Figure(kMostForControl) +
-      " bytes a control are allowed, which is judged where it is more than what a page of one "
-      "control needs, for that is a buffer of fixed size. Tags are all, not the controls' alone.");
+      " bytes a control are allowed. Tags are all, not the controls' alone.");
   report.Paragraph("![Speed by size of page](performance.svg)");
   for (const Kind& kind : kKinds) MeasureKind(report, kind, plotData);
   MeasureHostilePages(report);

@@ -198,7 +198,7 @@ bool ParseRgbColor(std::string_view text, std::array<std::uint8_t, 3>& parts) {
   for (std::size_t i = 0; i < parts.size(); ++i) {
     int value = 0;
     std::size_t digits = 0;
-    for (; digits < text.size() && text[digits] >= '0' && text[digits] <= '9'; ++digits)
+    for (; digits < text.size() && IsDigit(text[digits]); ++digits)
       if (digits < 3) value = value * 10 + (text[digits] - '0');
     if (digits < 1 || digits > 3) return false;
     parts[i] = Component(value);

@@ -12,8 +12,8 @@ namespace {
 constexpr int kGap = 120;
 constexpr auto kFontSize = static_cast<int>(Font().points * kTwipsPerPoint);
 constexpr std::string_view kFontFamily = "Tahoma, Verdana, sans-serif";
-constexpr int kLabelBaseline = 165;  // of a label, below its top: Tahoma's ascent is one em
-constexpr int kBorderWidth = 15;     // one pixel
+constexpr int kLabelBaseline = kFontSize;  // below a label's top: Tahoma's ascent is one em
+constexpr int kBorderWidth = 15;           // one pixel
 // The highlight colour of the system where the picture is looked at, else a common one.
 constexpr std::string_view kHighlight = "stroke:#0078d7;stroke:Highlight";
 

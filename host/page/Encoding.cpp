@@ -116,11 +116,11 @@ class DeclarationFinder {
   std::string Find() {
     for (;;) {
       at_ = text_.find('<', at_);
-      if (at_ == std::string_view::npos) return {};
+      if (at_ == npos) return {};
       if (StartsWith("<!--")) {
         // The dashes of "<!--" may be those of the end.
         const std::size_t end = text_.find("-->", at_ + 2);
-        if (end == std::string_view::npos) return {};
+        if (end == npos) return {};
         at_ = end + 3;
       } else if (StartsWith("<meta") && at_ + 5 < text_.size() &&
                  (IsHtmlSpace(text_[at_ + 5]) || text_[at_ + 5] == '/')) {
@@ -134,7 +134,7 @@ class DeclarationFinder {
         ++at_;
       } else if (StartsWith("<!") || StartsWith("</") || StartsWith("<?")) {
         at_ = text_.find('>', at_);
-        if (at_ == std::string_view::npos) return {};
+        if (at_ == npos) return {};
         ++at_;
       } else {
         ++at_;
@@ -178,7 +178,7 @@ class DeclarationFinder {
     constexpr std::string_view kWord = "charset";
     for (std::size_t at = 0;;) {
       at = content.find(kWord, at);
-      if (at == std::string_view::npos) return {};
+      if (at == npos) return {};
       at += kWord.size();
       while (at < content.size() && IsHtmlSpace(content[at])) ++at;
       if (at >= content.size() || content[at] != '=') continue;
@@ -187,7 +187,7 @@ class DeclarationFinder {
       if (at >= content.size()) return {};
       if (content[at] == '"' || content[at] == '\'') {
         const std::size_t end = content.find(content[at], at + 1);
-        if (end == std::string_view::npos) return {};
+        if (end == npos) return {};
         return std::string(content.substr(at + 1, end - at - 1));
       }
       const std::size_t end = content.find_first_of("; \t\n\r\f", at);
@@ -327,7 +327,7 @@ std::size_t PageEncoding::Decode(std::string_view bytes, std::string& utf8, bool
       at += length;
     }
   }
-  return std::string_view::npos;
+  return npos;
 }
 
 bool PageEncoding::Encode(char32_t character, std::string& bytes) const {

@@ -36,9 +36,7 @@ bool IsKeyValueForm(std::string_view details) {
   std::size_t at = 0;
   while (at < details.size() && details[at] == ' ') ++at;
   const std::size_t key = at;
-  while (at < details.size() &&
-         (details[at] == '_' || (LowerAscii(details[at]) >= 'a' && LowerAscii(details[at]) <= 'z')))
-    ++at;
+  while (at < details.size() && (details[at] == '_' || IsLetter(details[at]))) ++at;
   if (at == key) return false;
   while (at < details.size() && details[at] == ' ') ++at;
   return at < details.size() && details[at] == '=';

@@ -23,8 +23,7 @@ bool IsBlank(char c) { return kBlanks.find(c) != kNone; }
 
 // Bytes beyond ASCII count as letters.
 bool IsWordCharacter(char c) {
-  return (c >= '0' && c <= '9') || (LowerAscii(c) >= 'a' && LowerAscii(c) <= 'z') || c == '_' ||
-         static_cast<unsigned char>(c) >= 0x80;
+  return IsDigit(c) || IsLetter(c) || c == '_' || static_cast<unsigned char>(c) >= 0x80;
 }
 
 std::size_t SkipBlanks(std::string_view text, std::size_t at) {
@@ -125,9 +124,8 @@ std::vector<Range> FindPasswords(std::string_view text) {
 }
 
 int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  const char lower = LowerAscii(c);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+  if (!IsHexDigit(c)) return -1;
+  return IsDigit(c) ? c - '0' : LowerAscii(c) - 'a' + 10;
 }
 
 std::string PercentDecoded(std::string_view text) {

@@ -13,8 +13,7 @@ namespace {
 constexpr std::size_t kNone = std::string_view::npos;
 
 bool IsWordCharacter(char c) {
-  return (c >= '0' && c <= '9') || (LowerAscii(c) >= 'a' && LowerAscii(c) <= 'z') || c == '_' ||
-         c == '$' || static_cast<unsigned char>(c) >= 0x80;
+  return IsDigit(c) || IsLetter(c) || c == '_' || c == '$' || static_cast<unsigned char>(c) >= 0x80;
 }
 
 // The words of a statement that stand in no bracket, text, quoted name or comment, and where the

@@ -4,6 +4,7 @@
 
 #include "common/RuntimeError.h"
 #include "host/headless/HeadlessPlatform.h"
+#include "tests/core/ErrorOf.h"
 
 namespace kvo {
 namespace {
@@ -78,12 +79,7 @@ TEST(HeadlessPlatform, WithNothingQueuedEveryDialogIsCancelled) {
 
 TEST(HeadlessPlatform, WithoutADatabaseLayerARecordsetCannotBeMade) {
   HeadlessPlatform platform;
-  try {
-    platform.NewRecordset();
-    FAIL() << "a recordset was made";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), 429);
-  }
+  EXPECT_EQ(ErrorOf([&] { platform.NewRecordset(); }), 429);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "common/RuntimeError.h"
 #include "host/headless/HeadlessUser.h"
+#include "tests/core/ErrorOf.h"
 
 namespace kvo {
 namespace {
@@ -157,13 +158,8 @@ TEST_F(Frames, APageThatCannotBeFilledIsReportedAndNeverApplied) {
 }
 
 TEST_F(Frames, AnUnknownPageIsAnError) {
-  try {
-    PropertyFrame(window, "Probe", {subject}, {"fehlt"},
-                  [](std::string_view) { return std::unique_ptr<PropertyPage>(); });
-    FAIL() << "the frame was made";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), 429);
-  }
+  const auto noPages = [](std::string_view) { return std::unique_ptr<PropertyPage>(); };
+  EXPECT_EQ(ErrorOf([&] { PropertyFrame(window, "Probe", {subject}, {"fehlt"}, noPages); }), 429);
 }
 
 }  // namespace

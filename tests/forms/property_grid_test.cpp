@@ -3,6 +3,7 @@
 #include "common/RuntimeError.h"
 #include "common/modGlobal.h"
 #include "host/headless/HeadlessUser.h"
+#include "tests/core/ErrorOf.h"
 
 namespace kvo {
 namespace {
@@ -109,12 +110,7 @@ TEST_F(PropertyGrids, RemovingTheSelectedRowSelectsNothing) {
 }
 
 TEST_F(PropertyGrids, AnUnknownKeyIsAnError) {
-  try {
-    form.grid.Item("fehlt");
-    FAIL() << "the row was found";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), 5);
-  }
+  EXPECT_EQ(ErrorOf([&] { form.grid.Item("fehlt"); }), 5);
 }
 
 }  // namespace

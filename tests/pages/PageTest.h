@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "common/Ascii.h"
-#include "common/RuntimeError.h"
 #include "host/headless/HeadlessUser.h"
+#include "tests/core/ErrorOf.h"
 #include "tests/pages/PropertyObject.h"
 
 namespace kvo {
@@ -30,16 +30,5 @@ class PageTest : public testing::Test {
   Page page;
   HeadlessUser user{platform, page};
 };
-
-// Runs what has to fail with a run-time error of this number.
-template <class Action>
-void ExpectError(int number, Action&& action) {
-  try {
-    action();
-    ADD_FAILURE() << "no error";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), number) << error.what();
-  }
-}
 
 }  // namespace kvo

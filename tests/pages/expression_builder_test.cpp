@@ -173,16 +173,16 @@ TEST_F(ExpressionBuilder, AnUnknownTypeOffersNoOperatorAndAddsNothing) {
 
 TEST_F(ExpressionBuilder, AddingWithoutAFieldOrAnOfficeIsAnError) {
   form.Init();
-  ExpectError(91, [&] { user.Click(form.cmdAdd); });
+  EXPECT_EQ(ErrorOf([&] { user.Click(form.cmdAdd); }), 91);
   Init();
   form.Office = nullptr;
-  ExpectError(91, [&] { user.Click(form.cmdAdd); });
+  EXPECT_EQ(ErrorOf([&] { user.Click(form.cmdAdd); }), 91);
 }
 
 TEST_F(ExpressionBuilder, AddingAFieldThatTheHostNoLongerHasIsAnError) {
   Init();
   office->contactFields.clear();
-  ExpectError(5, [&] { user.Click(form.cmdAdd); });
+  EXPECT_EQ(ErrorOf([&] { user.Click(form.cmdAdd); }), 5);
   EXPECT_EQ(form.txtIfExpression.Text(), "");
 }
 

@@ -64,7 +64,7 @@ TEST_F(ContactFieldPage, ChoosingMarksThePageChangedAndApplyWritesBothNames) {
 
 TEST_F(ContactFieldPage, ApplyWithoutAChoiceIsAnErrorAndChangesNothing) {
   OpenOn("PHONE");
-  ExpectError(91, [&] { page.Apply(); });
+  EXPECT_EQ(ErrorOf([&] { page.Apply(); }), 91);
   EXPECT_TRUE(object->written.empty());
 }
 

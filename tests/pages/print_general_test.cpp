@@ -73,7 +73,7 @@ TEST_F(PrintGeneralPage, EditsThePrintControl) {
 }
 
 TEST_F(PrintGeneralPage, AnObjectWithoutAValueIsAnError) {
-  ExpectError(438, [&] { Open({{"Wert", ""}}); });
+  EXPECT_EQ(ErrorOf([&] { Open({{"Wert", ""}}); }), 438);
 }
 
 }  // namespace

@@ -208,7 +208,7 @@ TEST_F(ProductListGeneralPage, AColumnTextThatIsNoNumberMakesApplyFailAndWritesN
   user.Type("viele");
   user.FocusByKeyboard(page.txtHeadline);
   user.Type("Neu");
-  ExpectError(13, [&] { page.Apply(); });
+  EXPECT_EQ(ErrorOf([&] { page.Apply(); }), 13);
   EXPECT_TRUE(page.Changed());
   EXPECT_EQ(control->DisplayColumns(), 1);
   EXPECT_EQ(control->Headline(), "");

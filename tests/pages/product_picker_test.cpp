@@ -192,7 +192,7 @@ TEST_F(ProductPicker, AClosedConnectionDisablesThePageAndKeepsThePickedList) {
 }
 
 TEST_F(ProductPicker, WithoutAnOfficeThePageFails) {
-  ExpectError(91, [&] { Open({{"SelectedProducts", ""}, {"Office", ObjectRef()}}); });
+  EXPECT_EQ(ErrorOf([&] { Open({{"SelectedProducts", ""}, {"Office", ObjectRef()}}); }), 91);
 }
 
 TEST_F(ProductPicker, AMissingTableIsThePagesErrorAndLeavesTheControlUnharmed) {

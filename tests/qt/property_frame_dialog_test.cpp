@@ -170,7 +170,7 @@ TEST_F(FrameDialogs, APageThatCannotBeAppliedIsShownAndKeepsTheFrameOpen) {
 }
 
 TEST_F(FrameDialogs, APageThatIsNotKnownThrows) {
-  ExpectError(429, [&] { Open({}, {"propNichts"}); });
+  EXPECT_EQ(ErrorOf([&] { Open({}, {"propNichts"}); }), 429);
 }
 
 TEST_F(FrameDialogs, WithoutPagesThereAreOnlyButtons) {

@@ -151,7 +151,7 @@ TEST_F(Platforms, ShowPropertyFramesAtTheirOwner) {
   EXPECT_EQ(answered, 1);
   EXPECT_EQ(applied, 1);
   EXPECT_EQ(ToText((*object)["Value"]), "neu");
-  ExpectError(429, [&] { platform.ShowPropertyFrame(0, "x", object, {"propNichts"}); });
+  EXPECT_EQ(ErrorOf([&] { platform.ShowPropertyFrame(0, "x", object, {"propNichts"}); }), 429);
 }
 
 TEST_F(Platforms, APropertyFrameEndsWithItsOwner) {
@@ -233,7 +233,7 @@ TEST_F(Platforms, FormatInGermanAndNeedADatabaseLayer) {
   HeadlessPlatform headless;
   EXPECT_EQ(platform.Format(1134.5, "#,##0.00"), "1.134,50");
   EXPECT_EQ(platform.Format(1134.5, "#,##0.00"), headless.Format(1134.5, "#,##0.00"));
-  ExpectError(429, [&] { platform.NewRecordset(); });
+  EXPECT_EQ(ErrorOf([&] { platform.NewRecordset(); }), 429);
   platform.recordsets = [] { return std::make_shared<Collection>(); };
   EXPECT_NE(platform.NewRecordset(), nullptr);
 }

@@ -5,6 +5,7 @@
 #include "host/com/ComPlatform.h"
 #include "host/com/DispatchObject.h"
 #include "tests/core/Conversions.h"
+#include "tests/core/ErrorOf.h"
 #include "tests/windows/com/Host.h"
 
 namespace kvo::com {
@@ -156,12 +157,8 @@ TEST(Objects, FailByTheSameNumbers) {
     EXPECT_EQ(failure.Code(), static_cast<HRESULT>(0x800A0000 + 457));
     EXPECT_NE(failure.Description().find("Auflistung"), std::string::npos);
   }
-  try {
-    Late(Dll::Get().Make<IUnknown>("DTCPrint").get())->Get("Nowhere");
-    FAIL();
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), 438);
-  }
+  EXPECT_EQ(ErrorOf([] { Late(Dll::Get().Make<IUnknown>("DTCPrint").get())->Get("Nowhere"); }),
+            438);
 }
 
 TEST(Objects, AreCollections) {
