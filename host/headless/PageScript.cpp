@@ -108,6 +108,7 @@ class Performance final : private PropertyFrame::Window {
     std::size_t least;  // words behind the name
     std::size_t most;
     void (Performance::*perform)(Words);
+    bool actsOnFrame = false;
   };
   static std::span<const Command> Commands();
 
@@ -145,6 +146,11 @@ class Performance final : private PropertyFrame::Window {
       if (command.name != words[0]) continue;
       if (words.size() - 1 < command.least || words.size() - 1 > command.most)
         Fail({"„{}“ hat zu viele oder zu wenige Angaben.", "\"{}\" has too many or too few words."},
+             {words[0]});
+      // The page that has opened the dialog waits for it, in the middle of an event.
+      if (command.actsOnFrame && !dialogs_.empty())
+        Fail({"„{}“ geht nicht, solange ein Dialog offen ist.",
+              "\"{}\" cannot be done while a dialog is open."},
              {words[0]});
       if (command.name != "bag") LoadNewControl();
       reported_.reset();
@@ -304,6 +310,9 @@ class Performance final : private PropertyFrame::Window {
   }
   FormUser& User() {
     Form& form = Current();
+    if (dialogs_.empty() && !frame_->IsFilled(frame_->ShownTab()))
+      Fail({"Die Seite konnte nicht gefüllt werden; auf ihr lässt sich nichts tun.",
+            "The page could not be filled; nothing can be done on it."});
     auto& user = users_[&form];
     if (user == nullptr)
       user =
@@ -537,19 +546,20 @@ class Performance final : private PropertyFrame::Window {
 };
 
 constexpr std::size_t kAny = 1000;
+constexpr bool kOnFrame = true;
 
 std::span<const Performance::Command> Performance::Commands() {
   static constexpr Command commands[] = {
       // name, least and most words behind it
       {"control", 2, 2, &Performance::ControlCommand},
       {"bag", 2, 2, &Performance::BagCommand},
-      {"open", 1, kAny, &Performance::OpenCommand},
-      {"reopen", 0, 0, &Performance::ReopenCommand},
-      {"page", 1, 1, &Performance::PageCommand},
-      {"select", 1, kAny, &Performance::SelectCommand},
-      {"apply", 0, 0, &Performance::ApplyCommand},
-      {"ok", 0, 0, &Performance::OkCommand},
-      {"cancel", 0, 0, &Performance::CancelCommand},
+      {"open", 1, kAny, &Performance::OpenCommand, kOnFrame},
+      {"reopen", 0, 0, &Performance::ReopenCommand, kOnFrame},
+      {"page", 1, 1, &Performance::PageCommand, kOnFrame},
+      {"select", 1, kAny, &Performance::SelectCommand, kOnFrame},
+      {"apply", 0, 0, &Performance::ApplyCommand, kOnFrame},
+      {"ok", 0, 0, &Performance::OkCommand, kOnFrame},
+      {"cancel", 0, 0, &Performance::CancelCommand, kOnFrame},
       {"focus", 1, 1, &Performance::FocusCommand},
       {"caret", 2, 2, &Performance::CaretCommand},
       {"type", 1, 1, &Performance::TypeCommand},

@@ -120,6 +120,52 @@ TEST(PageScript, WithoutAnOpenFrameThereIsNoState) {
   EXPECT_TRUE(outcome.pages.empty());
 }
 
+TEST(PageScript, NothingCanBeDoneToTheFrameWhileADialogIsOpen) {
+  for (const char* command : {"open a", "open b", "reopen", "page propIfGeneral",
+                              "page propPrintGeneral", "select b", "apply", "ok", "cancel"}) {
+    for (const std::string before : {"", "fails any "}) {
+      SCOPED_TRACE(before + command);
+      Theatre theatre;
+      const ScriptOutcome outcome = theatre.Run(
+          "control a DTCIf\ncontrol b DTCIf\nopen a\nclick cmdShowExpressionBuilder\n"
+          "focus txtIfExpression\ntype x\n" +
+          before + command + "\nclick cmdOk\n");
+      ASSERT_TRUE(outcome.failure);
+      EXPECT_EQ(outcome.failure->line, 7U);
+      EXPECT_NE(outcome.failure->english.find("while a dialog is open"), std::string::npos)
+          << outcome.failure->english;
+      EXPECT_NE(outcome.failure->german.find("ein Dialog offen"), std::string::npos);
+      EXPECT_EQ(outcome.frameOpen, true);
+      ASSERT_EQ(outcome.pages.size(), 1U);
+      EXPECT_EQ(outcome.pages[0].className, "propIfGeneral");
+    }
+  }
+}
+
+TEST(PageScript, AfterTheDialogTheFrameIsFreeAgain) {
+  Theatre theatre;
+  const ScriptOutcome outcome = theatre.Run(
+      "control a DTCIf\nopen a\nclick cmdShowExpressionBuilder\nfocus txtIfExpression\ntype x\n"
+      "click cmdOk\napply\nexpect bag a test \"%x%\"\npage propPrintGeneral\n");
+  ASSERT_TRUE(outcome.failure);
+  EXPECT_EQ(outcome.failure->line, 9U) << outcome.failure->english;
+  EXPECT_NE(outcome.failure->english.find("Error 438"), std::string::npos);
+}
+
+TEST(PageScript, NothingCanBeDoneOnAPageThatCouldNotBeFilled) {
+  const std::string until =
+      "control a DTCPrint\ncontrol b DTCIf\nbag test x\nopen a\nfails 438 select b\n";
+  Theatre theatre;
+  const ScriptOutcome stopped = theatre.Run(until + "focus txtValue\n");
+  ASSERT_TRUE(stopped.failure);
+  EXPECT_EQ(stopped.failure->line, 6U);
+  EXPECT_NE(stopped.failure->english.find("could not be filled"), std::string::npos);
+  Theatre again;
+  const ScriptOutcome outcome =
+      again.Run(until + "select a\nfocus txtValue\ntype x\nok\nexpect bag a value x\n");
+  EXPECT_FALSE(outcome.failure) << outcome.failure->english;
+}
+
 TEST(PageScript, ADialogThatTheScriptLeavesOpenIsClosed) {
   Theatre theatre;
   const ScriptOutcome outcome =
