@@ -31,13 +31,14 @@ void PropertyFrame::Fill(Tab& tab) {
 
 void PropertyFrame::Show(std::size_t tab) {
   shown_ = tab;
+  tabs_[tab].shown = true;
   if (!tabs_[tab].filled) Fill(tabs_[tab]);
 }
 
 void PropertyFrame::Select(std::vector<ObjectRef> objects) {
   objects_ = std::move(objects);
   for (Tab& tab : tabs_)
-    if (tab.filled) Fill(tab);
+    if (tab.shown) Fill(tab);
 }
 
 bool PropertyFrame::CanApply() const {

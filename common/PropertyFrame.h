@@ -44,7 +44,8 @@ class PropertyFrame final : private PropertyPageSite {
   // Fills the page when it is shown for the first time, or when that failed before.
   void Show(std::size_t tab);
 
-  // The host's selection changed: the pages that were shown are filled anew.
+  // The host's selection changed: the pages that were shown are filled anew, also those that could
+  // not be filled before.
   void Select(std::vector<ObjectRef> objects);
 
   // Whether a page is changed.
@@ -60,6 +61,7 @@ class PropertyFrame final : private PropertyPageSite {
  private:
   struct Tab {
     std::unique_ptr<PropertyPage> page;
+    bool shown = false;  // once at least
     bool filled = false;
   };
   void StatusChanged(PropertyPage& page) override;

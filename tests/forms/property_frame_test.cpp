@@ -157,6 +157,31 @@ TEST_F(Frames, APageThatCannotBeFilledIsReportedAndNeverApplied) {
   EXPECT_EQ(window.errors.size(), 2U);
 }
 
+TEST_F(Frames, APageThatCouldNotBeFilledIsFilledAgainAtTheNextSelection) {
+  frame.Show(1);
+  frame.Select({std::make_shared<Collection>()});
+  EXPECT_EQ(window.errors.size(), 2U);
+  const auto other = std::make_shared<Subject>();
+  other->text = "anderes";
+  frame.Select({other});
+  EXPECT_EQ(window.errors.size(), 2U);
+  for (const std::size_t tab : {0U, 1U}) {
+    EXPECT_TRUE(frame.IsFilled(tab));
+    EXPECT_EQ(Page(tab).txtText.Text(), "anderes");
+  }
+  Type(0, "getippt");
+  EXPECT_TRUE(frame.CanApply());
+  EXPECT_TRUE(frame.Ok());
+  EXPECT_EQ(other->text, "getippt");
+}
+
+TEST_F(Frames, APageThatWasNeverShownIsNotFilledByASelection) {
+  frame.Select({std::make_shared<Collection>()});
+  frame.Select({subject});
+  EXPECT_TRUE(second.empty());
+  EXPECT_FALSE(frame.IsFilled(1));
+}
+
 TEST_F(Frames, AnUnknownPageIsAnError) {
   const auto noPages = [](std::string_view) { return std::unique_ptr<PropertyPage>(); };
   EXPECT_EQ(ErrorOf([&] { PropertyFrame(window, "Probe", {subject}, {"fehlt"}, noPages); }), 429);
