@@ -7,6 +7,7 @@
 //   of declaration is the tab order.
 // - Assigning content from code raises the same event as the user's action does, but only if the
 //   content really changed. A renderer is told of every change, whoever made it.
+// - A user's click raises the click event, whether or not it changes anything.
 // - What a page may do is public. What only the user may do is private, and reached by renderers.
 // - A "&" in a caption is a character, never an access key.
 #pragma once

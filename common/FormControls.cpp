@@ -87,7 +87,8 @@ void TextBox::RaiseGotFocus() { Raise(onGotFocus_, *this); }
 ComboBox::ComboBox(Container& parent, std::string_view name, Design design)
     : EditBox(parent, name, design.at, design.font, design.text),
       editable_(design.editable),
-      onChange_(std::move(design.onChange)) {}
+      onChange_(std::move(design.onChange)),
+      onClick_(std::move(design.onClick)) {}
 
 void ComboBox::AddItem(std::string text) {
   rows_.push_back({std::nullopt, std::move(text)});

@@ -119,6 +119,7 @@ class ComboBox final : public EditBox {
     bool editable = false;
     std::string_view text{};
     Handler<ComboBox> onChange{};  // the text or the choice
+    Handler<ComboBox> onClick{};   // the user chose a row, maybe the one that was chosen
   };
   ComboBox(Container& parent, std::string_view name, Design design);
 
@@ -154,6 +155,7 @@ class ComboBox final : public EditBox {
   std::vector<Row> rows_;
   int listIndex_ = kNoRow;
   Handler<ComboBox> onChange_;
+  Handler<ComboBox> onClick_;
 };
 
 class CheckBox final : public FormControl {
@@ -186,7 +188,7 @@ class OptionButton final : public FormControl {
     std::string_view caption{};
     Rect at{};
     Font font{};
-    Handler<OptionButton> onClick{};  // it became the chosen one
+    Handler<OptionButton> onClick{};  // it became the chosen one, or the user clicked it
   };
   OptionButton(Container& parent, std::string_view name, Design design);
 
@@ -198,6 +200,7 @@ class OptionButton final : public FormControl {
   void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
 
  private:
+  friend class FormRenderer;
   std::string_view caption_;
   bool value_ = false;
   Handler<OptionButton> onClick_;

@@ -35,6 +35,18 @@ void FormRenderer::Select(EditBox& box, std::size_t start, std::size_t length) {
   box.SelLength(length);
 }
 
+void FormRenderer::Choose(ComboBox& box, int row) {
+  box.ListIndex(row);
+  if (box.onClick_) box.onClick_(box);
+}
+
+void FormRenderer::Click(OptionButton& button) {
+  if (!button.Value())
+    button.Value(true);
+  else if (button.onClick_)
+    button.onClick_(button);
+}
+
 void FormRenderer::Click(CommandButton& button) {
   if (button.onClick_) button.onClick_(button);
 }

@@ -45,9 +45,9 @@ class FormRenderer {
   // single-line box cannot take (from the first line break or NUL on) is cut off.
   static void Edit(EditBox& box, std::size_t start, std::size_t length, std::string_view typed);
   static void Select(EditBox& box, std::size_t start, std::size_t length);
-  static void Choose(ComboBox& box, int row) { box.ListIndex(row); }
+  static void Choose(ComboBox& box, int row);
   static void Click(CheckBox& box) { box.Value(!box.Value()); }
-  static void Click(OptionButton& button) { button.Value(true); }
+  static void Click(OptionButton& button);
   static void Click(CommandButton& button);
   static void SelectTab(TabControl& tabs, std::size_t tab) { tabs.SelectedTab(tab); }
   static void Tick(Timer& timer);

@@ -16,7 +16,7 @@ class propProdListGeneral final : public PropertyPage {
   KVO_CONTROL(Label, lblDisplayColumns,
               .caption = "Anzahl Spalten pro Zeile:", .at = {240, 150, 1920, 240});
   KVO_CONTROL(ComboBox, cboDisplayColumns, .at = {2220, 120, 780, 300}, .editable = true,
-              .onChange = marksChangedUnlessLoading);
+              .onChange = marksChangedUnlessLoading, .onClick = marksChangedUnlessLoading);
   KVO_CONTROL(Label, lblTableWidth, .caption = "Tabellenbreite:", .at = {3120, 150, 1200, 240});
   // Selects itself after each key and never marks the page changed: deliberate.
   KVO_CONTROL(TextBox, txtTableWidth, .at = {4380, 120, 1140, 300}, .onChange = SelectAllText);
@@ -36,7 +36,7 @@ class propProdListGeneral final : public PropertyPage {
   KVO_CONTROL(Label, lblDisplayThumbnail,
               .caption = "Thumbnail einblenden:", .at = {240, 1890, 2520, 240});
   KVO_CONTROL(ComboBox, cboDisplayThumbnail, .at = {2820, 1860, 2700, 300},
-              .onChange = marksChangedUnlessLoading);
+              .onChange = marksChangedUnlessLoading, .onClick = marksChangedUnlessLoading);
   KVO_CONTROL(CheckBox, chkDisplayAsLink,
               .caption = "Links zu Produktdetailseiten im Shop erstellen",
               .at = {240, 2220, 5280, 240}, .onClick = marksChangedUnlessLoading);

@@ -122,16 +122,16 @@ void ComboBoxView::Command(WORD notification) {
       sync_->Edited();
       break;
     case CBN_SELENDOK:
-      accepted_ = true;
+      accepted_ = IsOpen() ? Accepted::click : Accepted::key;
       host_.CallLater(window_);
       break;
     case CBN_SELENDCANCEL:
-      accepted_ = false;
+      accepted_ = Accepted::nothing;
       host_.CallLater(window_);
       break;
     case CBN_SELCHANGE:  // by a key in the closed list, or on the way through the open one
-      if (!SendMessageW(window_, CB_GETDROPPEDSTATE, 0, 0)) {
-        accepted_ = true;
+      if (!IsOpen()) {
+        if (accepted_ == Accepted::nothing) accepted_ = Accepted::key;
         host_.CallLater(window_);
       }
       break;
@@ -140,9 +140,13 @@ void ComboBoxView::Command(WORD notification) {
   }
 }
 
+bool ComboBoxView::IsOpen() const { return SendMessageW(window_, CB_GETDROPPEDSTATE, 0, 0) != 0; }
+
 void ComboBoxView::Later() {
   const auto row = static_cast<int>(SendMessageW(window_, CB_GETCURSEL, 0, 0));
-  if (std::exchange(accepted_, false) && row >= 0 && row < static_cast<int>(box_.Rows().size()))
+  const Accepted how = std::exchange(accepted_, Accepted::nothing);
+  const bool chosen = how == Accepted::click || (how == Accepted::key && row != box_.ListIndex());
+  if (chosen && row >= 0 && row < static_cast<int>(box_.Rows().size()))
     host_.Act([&] { UserAction::Choose(box_, row); });
   host_.Update([this] { ShowChoice(); });
 }

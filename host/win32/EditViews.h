@@ -42,13 +42,17 @@ class ComboBoxView final : public ControlView {
  private:
   void ShowChoices();
   void ShowChoice();
+  bool IsOpen() const;
+
+  // A key in the closed list chooses only a row that was not chosen before.
+  enum class Accepted { nothing, key, click };
 
   ComboBox& box_;
   ViewHost& host_;
   HWND window_;
   BoxText text_;
   std::unique_ptr<EditSync> sync_;  // of a box that can be typed into
-  bool accepted_ = false;
+  Accepted accepted_ = Accepted::nothing;
 };
 
 // --- lists that drop down ---

@@ -29,7 +29,9 @@ class Sample final : public Form {
   KVO_CONTROL(
       CheckBox, chkA, .caption = "A & B", .at = {0, 400, 1500, 240},
       .onClick = [this](CheckBox&) { log.emplace_back("check"); });
-  KVO_CONTROL(OptionButton, optA, .caption = "eins & zwei", .at = {0, 700, 1500, 240});
+  KVO_CONTROL(
+      OptionButton, optA, .caption = "eins & zwei", .at = {0, 700, 1500, 240},
+      .onClick = [this](OptionButton&) { ++optionClicks; });
   KVO_CONTROL(OptionButton, optB, .caption = "drei", .at = {0, 1000, 1500, 240});
   KVO_CONTROL(
       CommandButton, cmdFail, .caption = "Los & weg", .at = {0, 1300, 1500, 360},
@@ -42,7 +44,8 @@ class Sample final : public Form {
   KVO_CONTROL_IN(panB, CheckBox, chkInner, .caption = "c", .at = {0, 0, 900, 300});
   KVO_CONTROL(
       ComboBox, cboRows, .at = {3200, 0, 1500, 300},
-      .onChange = [this](ComboBox&) { log.emplace_back("choice"); });
+      .onChange = [this](ComboBox&) { log.emplace_back("choice"); },
+      .onClick = [this](ComboBox&) { ++rowClicks; });
   KVO_CONTROL(
       PropertyGrid, suiRows, .at = {3200, 400, 1500, 1500},
       .onButtonClick = [this](PropertyGridItem&) { onButton(); },
@@ -50,6 +53,8 @@ class Sample final : public Form {
   KVO_CONTROL(
       Timer, tmr, .onTick = [this](Timer&) { log.emplace_back("tick"); });
   std::vector<std::string> log;
+  int optionClicks = 0;
+  int rowClicks = 0;
   std::function<void()> onButton;
 };
 
@@ -79,6 +84,37 @@ TEST_F(Forms, AmpersandsAreCharactersInEveryCaption) {
   tab.cchTextMax = 32;
   SendMessageW(Shown(form.tabs), TCM_GETITEMW, 0, reinterpret_cast<LPARAM>(&tab));
   EXPECT_STREQ(text, L"T && U");
+}
+
+TEST_F(Forms, AClickOnWhatIsChosenIsAClick) {
+  user.Click(form.optA);
+  user.Click(form.optA);
+  user.Press(Key::space);
+  EXPECT_EQ(form.optionClicks, 3);
+  EXPECT_TRUE(IsChecked(Shown(form.optA)));
+  form.cboRows.AddItem("eins");
+  form.cboRows.AddItem("zwei");
+  form.cboRows.ListIndex(1);
+  EXPECT_EQ(form.rowClicks, 0);
+  user.Choose(form.cboRows, 1);
+  user.Choose(form.cboRows, 1);
+  EXPECT_EQ(form.rowClicks, 2);
+  user.Press(Key::down);  // there is no row below it
+  EXPECT_EQ(form.rowClicks, 2);
+  user.Press(Key::up);
+  EXPECT_EQ(form.cboRows.ListIndex(), 0);
+  EXPECT_EQ(form.rowClicks, 3);
+}
+
+TEST_F(Forms, AListThatIsClosedUnchosenTakesNoClick) {
+  form.cboRows.AddItem("eins");
+  form.cboRows.ListIndex(0);
+  user.FocusByKeyboard(form.cboRows);
+  SendMessageW(Shown(form.cboRows), CB_SHOWDROPDOWN, TRUE, 0);
+  SetFocus(Shown(form.txtName));
+  PumpMessages();
+  EXPECT_FALSE(SendMessageW(Shown(form.cboRows), CB_GETDROPPEDSTATE, 0, 0));
+  EXPECT_EQ(form.rowClicks, 0);
 }
 
 TEST_F(Forms, WindowsAndControlsFindEachOther) {
