@@ -10,12 +10,14 @@
 #include "apps/editor/MainWindow.h"
 #include "apps/editor/Shop.h"
 #include "apps/editor/Words.h"
+#include "host/page/StandardStreams.h"
 #include "host/qt/QtPlatform.h"
 #include "host/qt/TahomaFont.h"
 #include "host/registration/classes.h"
 
 int main(int argc, char** argv) {
   using namespace kvo;
+  page::OccupyStandardStreams();
   editor::PrepareDesignView();
   QApplication application(argc, argv);
   QApplication::setOrganizationName("KVOPDesignObjects");

@@ -5,6 +5,7 @@
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/Terminal.h"
 #include "host/headless/HeadlessPlatform.h"
+#include "host/page/StandardStreams.h"
 
 namespace {
 
@@ -27,6 +28,7 @@ kvo::ExitCode Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  kvo::page::OccupyStandardStreams();
   try {
     return static_cast<int>(Run(argc, argv));
   } catch (const std::bad_alloc&) {

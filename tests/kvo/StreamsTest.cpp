@@ -1,0 +1,75 @@
+// Standard streams that are closed, and outputs that are no files.
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "tests/kvo/Program.h"
+
+namespace kvo::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Runs kvo through a shell, with what a shell can do to its streams behind the arguments.
+class Streams : public Program {
+ protected:
+  Streams() { UseProgram("/bin/sh"); }
+
+  Result Shell(const std::string& script, const std::string& input = "") const {
+    return Kvo({"-c", script}, input, {{"kvo", KVO_PROGRAM}});
+  }
+};
+
+using ClosedStreams = Streams;
+
+// Saving this makes a warning: an empty border comes back as "0".
+const std::string kWarnedPage =
+    ControlElement("DTCProductList", {{"display-desc2", "yes"}, {"table-border", ""}}, "liste");
+
+TEST_F(ClosedStreams, NeverGetIntoThePage) {
+  Write("x.html", kWarnedPage);
+  const Result saved = Shell("exec \"$kvo\" save x.html -o saved.html");
+  ASSERT_EQ(saved.code, 0) << saved.err;
+  ASSERT_NE(saved.err.find("[unstable-bag]"), std::string::npos) << saved.err;
+  const Result published = Shell("exec \"$kvo\" publish x.html -o published.html");
+  ASSERT_EQ(published.code, 0) << published.err;
+  for (int closed = 0; closed < 8; ++closed) {
+    std::string redirections;
+    if ((closed & 1) != 0) redirections += " <&-";
+    if ((closed & 2) != 0) redirections += " >&-";
+    if ((closed & 4) != 0) redirections += " 2>&-";
+    SCOPED_TRACE(redirections);
+    Write("y.html", kWarnedPage);
+    EXPECT_EQ(Shell("exec \"$kvo\" save y.html" + redirections).code, 0);
+    EXPECT_EQ(Read("y.html"), Read("saved.html"));
+    Write("y.html", kWarnedPage);
+    EXPECT_EQ(Shell("exec \"$kvo\" publish y.html -o z.html" + redirections).code, 0);
+    EXPECT_EQ(Read("z.html"), Read("published.html"));
+    EXPECT_EQ(Shell("exec \"$kvo\" picture y.html -o pictures" + redirections).code,
+              (closed & 2) != 0 ? 2 : 0);  // it prints the names of the pictures
+    EXPECT_EQ(Read("pictures/1-liste.svg").find("pictures"), std::string::npos);
+    fs::remove_all(Folder() / "work/pictures");
+    fs::remove(Folder() / "work/z.html");
+    EXPECT_EQ(Files(),
+              (std::vector<std::string>{"published.html", "saved.html", "x.html", "y.html"}));
+  }
+}
+
+TEST_F(ClosedStreams, AreNoEmptyPage) {
+  Write("x.html", "old");
+  const Result result = Shell("exec \"$kvo\" save - -o x.html <&-");
+  EXPECT_EQ(result.code, 2);
+  EXPECT_NE(result.err, "");
+  EXPECT_EQ(Read("x.html"), "old");
+}
+
+TEST_F(ClosedStreams, CannotBeWrittenTo) {
+  Write("x.html", PrintElement("x"));
+  for (const char* command : {"save x.html -o -", "publish x.html -o -", "inspect x.html"})
+    EXPECT_EQ(Shell(std::string("exec \"$kvo\" ") + command + " >&-").code, 2) << command;
+  EXPECT_EQ(Read("x.html"), PrintElement("x"));
+}
+
+}  // namespace
+}  // namespace kvo::test
