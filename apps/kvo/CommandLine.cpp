@@ -48,6 +48,24 @@ void AppendExamples(std::string& out, Localized examples) {
 const HelpEntry kHelpEntry{"-h, --help", {"diese Hilfe zeigen", "show this help"}};
 constexpr std::string_view kHelpFlags = "-h,--help";
 
+// What the parser hands over for an option is what was typed, and nothing but that. It would take
+// "[a,b]" for a list, so a word that ends so gets a character which no argument can hold.
+constexpr char kGuard = '\0';
+void Guard(std::string& word) {
+  if (word.ends_with(']')) word += kGuard;
+}
+std::string Unguarded(std::string word) {
+  if (word.ends_with(kGuard)) word.pop_back();
+  return word;
+}
+
+// An empty value is what a script makes of a variable that it never set.
+Failure EmptyValue(const std::string& option, const std::string& command) {
+  return Failure(Say({"{} braucht einen Wert, der nicht leer ist. „kvo {} --help“ zeigt Beispiele.",
+                      "{} needs a value that is not empty. \"kvo {} --help\" shows examples."},
+                     {option, command}));
+}
+
 class CommandParts final : public Command {
  public:
   CommandParts(CLI::App& app, std::string name, Localized summary, Localized examples)
@@ -57,20 +75,27 @@ class CommandParts final : public Command {
   }
 
   Command& Argument(const std::string& name, std::string& value, Localized meaning) override {
-    required_.emplace_back(app_.add_option(name, value), name);
+    required_.emplace_back(Add(name, value), name);
     arguments_.push_back({name, meaning});
     return *this;
   }
   Command& Arguments(const std::string& name, std::vector<std::string>& values, Localized meaning,
                      bool required) override {
-    CLI::Option* option = app_.add_option(name, values);
+    CLI::Option* option = app_.add_option(name, [&values](const CLI::results_t& words) {
+      for (const std::string& word : words) values.push_back(Unguarded(word));
+      return true;
+    });
+    option->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
     if (required) required_.emplace_back(option, name);
     arguments_.push_back({required ? name + "..." : "[" + name + "...]", meaning});
     return *this;
   }
   Command& Option(const std::string& flags, const std::string& valueName, std::string& value,
                   Localized meaning) override {
-    app_.add_option(flags, value);
+    Add(flags, value)->check([flags, this](const std::string& word) {
+      if (word.empty()) throw EmptyValue(Typed(flags), name_);
+      return std::string();
+    });
     options_.push_back({Typed(flags) + ' ' + valueName, meaning});
     return *this;
   }
@@ -111,6 +136,12 @@ class CommandParts final : public Command {
   }
 
  private:
+  CLI::Option* Add(const std::string& name, std::string& value) {
+    return app_.add_option(name, [&value](const CLI::results_t& words) {
+      value = Unguarded(words.front());
+      return true;
+    });
+  }
   static std::string Typed(std::string flags) {
     const std::size_t comma = flags.find(',');
     if (comma != std::string::npos) flags.insert(comma + 1, 1, ' ');
@@ -192,7 +223,7 @@ struct CommandLine::Parts {
     const std::string what = error.what();
     if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
       const std::vector<std::string> extras = app.remaining(true);
-      const std::string extra = extras.empty() ? "?" : extras.front();
+      const std::string extra = extras.empty() ? "?" : Unguarded(extras.front());
       if (extra.size() > 1 && extra.front() == '-')
         throw Failure(Say({"Unbekannte Option „{}“.", "Unknown option \"{}\"."}, {extra}) + hint);
       if (command == nullptr)
@@ -214,6 +245,14 @@ struct CommandLine::Parts {
       words.erase(words.begin());
       words.emplace_back("--help");
     }
+    // The parser would take the next word for the value that is missing here.
+    const auto options = std::ranges::subrange(words.begin(), std::ranges::find(words, "--"));
+    if (const auto cut = std::ranges::find_if(
+            options,
+            [](const auto& word) { return word.starts_with("--") && word.ends_with('='); });
+        cut != options.end())
+      throw EmptyValue(cut->substr(0, cut->size() - 1), words.front());
+    std::ranges::for_each(words, Guard);
     std::ranges::reverse(words);  // as the parser takes them
     try {
       app.parse(words);

@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include "tests/kvo/Program.h"
 
 namespace kvo::test {
@@ -98,6 +100,64 @@ TEST_F(CommandLine, ArgumentThatIsNotUtf8IsRefused) {
     EXPECT_EQ(result.out, "");
     EXPECT_NE(result.err.find("Argument 3 is not valid UTF-8"), std::string::npos) << result.err;
   }
+}
+
+TEST_F(CommandLine, AnArgumentIsOneNameWhateverItLooksLike) {
+  Write("a.html", PrintElement("a"));
+  Write("b.html", PrintElement("b"));
+  for (const char* name : {"[a.html]", "[a.html,b.html]", "{}", "[]", "]", "%%", "a,b",
+                           "[[a.html]]", "[\"a.html\"]", " a.html", "'a.html'"}) {
+    SCOPED_TRACE(name);
+    Result missing = Kvo({"save", name});
+    EXPECT_EQ(missing.code, 2);
+    EXPECT_NE(missing.err.find('"' + std::string(name) + '"'), std::string::npos) << missing.err;
+    missing = Kvo({"save", "b.html", "-o", std::string(name) + '/'});
+    EXPECT_EQ(missing.code, 2) << missing.err;
+
+    Write(name, PrintElement("x"));
+    EXPECT_EQ(Kvo({"save", name}).code, 0);
+    EXPECT_NE(Read(name).find("<kv:print value=\"x\"/>"), std::string::npos);
+    EXPECT_EQ(Kvo({"publish", "a.html", "-o", name}).code, 0);
+    EXPECT_EQ(Read(name), "<kv:print value=\"a\"/>");
+    EXPECT_EQ(Kvo({"publish", "b.html", "--output=" + std::string(name)}).code, 0);
+    EXPECT_EQ(Read(name), "<kv:print value=\"b\"/>");
+    std::filesystem::remove(Folder() / "work" / name);
+
+    EXPECT_NE(Kvo({"new", "DTCPrint", "Value=" + std::string(name), "--id", name}).out.find(" id="),
+              std::string::npos);
+    EXPECT_NE(Kvo({"new", name}).err.find('"' + std::string(name) + '"'), std::string::npos);
+    EXPECT_NE(Kvo({"classes", name}).err.find('"' + std::string(name) + "\" is too much"),
+              std::string::npos);
+  }
+  EXPECT_EQ(Kvo({"new", "DTCPrint", "Value=[a,b]"}).out,
+            "<object classid=\"progid:KVOPDesignObjects.DTCPrint\"><param name=\"value\" "
+            "value=\"[a,b]\"><param name=\"format\" value=\"\"></object>\n");
+  EXPECT_EQ(Read("a.html"), PrintElement("a"));
+  EXPECT_EQ(Read("b.html"), PrintElement("b"));
+}
+
+TEST_F(CommandLine, AnOptionsValueIsNotEmpty) {
+  Write("x.html", PrintElement("x", "x"));
+  Write("y.html", PrintElement("y", "y"));
+  const std::vector<std::string> before = Files();
+  for (const std::vector<std::string>& command :
+       std::vector<std::vector<std::string>>{{"save", "x.html", "-o", ""},
+                                             {"save", "--output=", "x.html"},
+                                             {"save", "x.html", "--output=", "y.html"},
+                                             {"save", "-o", "", "x.html"},
+                                             {"publish", "x.html", "-o", ""},
+                                             {"set", "x.html", "x", "Value=y", "--output", ""},
+                                             {"check", "x.html", "--office", ""},
+                                             {"pages", "DTCPrint", "-o", ""},
+                                             {"picture", "x.html", "-o", ""}}) {
+    const Result result = Kvo(command);
+    EXPECT_EQ(result.code, 2) << command[0];
+    EXPECT_NE(result.err.find("not empty"), std::string::npos) << result.err;
+    EXPECT_NE(KvoGerman(command).err.find("nicht leer"), std::string::npos);
+  }
+  EXPECT_EQ(Files(), before);
+  EXPECT_EQ(Read("x.html"), PrintElement("x", "x"));
+  EXPECT_EQ(Read("y.html"), PrintElement("y", "y"));
 }
 
 TEST_F(CommandLine, NothingIsColouredOutsideATerminal) {
