@@ -62,6 +62,7 @@ const page::FoundControl& ControlWithId(const page::Inspection& inspection, cons
 ExitCode Set(const SetValues& values) {
   const auto assignments = ParseAssignments(values.assignments);
   const std::string target = values.output.empty() ? values.page : values.output;
+  ProtectPages({values.page}, {target}, OverPage::itself);
   return WritePage(values.page, target, [&](const page::Page& page, page::Sink& sink) {
     const page::Inspection inspection = page::Inspect(page);
     const page::FoundControl& found = ControlWithId(inspection, ShownName(values.page), values.id);

@@ -1,8 +1,14 @@
 #include "apps/kvo/PageRun.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <map>
+#include <optional>
+#include <utility>
 
 #include "host/page/File.h"
 
@@ -33,16 +39,24 @@ class Progress {
   Clock::time_point told_ = Clock::now();
 };
 
-}  // namespace
+// A file by what it is, whatever its name.
+using FileIdentity = std::pair<dev_t, ino_t>;
 
-InterruptionPause::InterruptionPause() {
-  sigset_t interruptions;
-  sigemptyset(&interruptions);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&interruptions, signal);
-  sigprocmask(SIG_BLOCK, &interruptions, &former_);
+// Nothing for what is no regular file, or is not there (yet); "-" is the stream given.
+std::optional<FileIdentity> IdentityOf(const std::string& file, int stream) {
+  struct stat status;
+  const bool found =
+      file == kStandardStream ? fstat(stream, &status) == 0 : stat(file.c_str(), &status) == 0;
+  if (!found || !S_ISREG(status.st_mode)) return std::nullopt;
+  return FileIdentity(status.st_dev, status.st_ino);
 }
 
-InterruptionPause::~InterruptionPause() { sigprocmask(SIG_SETMASK, &former_, nullptr); }
+// A target's name in messages.
+std::string ShownTarget(const std::string& target) {
+  return target == kStandardStream ? "<stdout>" : target;
+}
+
+}  // namespace
 
 std::string ShownName(const std::string& file) {
   return file == kStandardStream ? "<stdin>" : file;
@@ -64,7 +78,8 @@ ExitCode ForEachPage(const std::vector<std::string>& pages,
   return code;
 }
 
-std::vector<std::string> Targets(const std::vector<std::string>& pages, const std::string& output) {
+std::vector<std::string> Targets(const std::vector<std::string>& pages, const std::string& output,
+                                 OverPage over) {
   std::error_code ignored;
   const bool folder = output != kStandardStream && !output.empty() &&
                       (output.ends_with('/') || std::filesystem::is_directory(output, ignored));
@@ -93,12 +108,37 @@ std::vector<std::string> Targets(const std::vector<std::string>& pages, const st
                         {other->second, file, target}));
     targets.push_back(target);
   }
+  ProtectPages(pages, targets, over);
   return targets;
+}
+
+void ProtectPages(const std::vector<std::string>& pages, const std::vector<std::string>& targets,
+                  OverPage over) {
+  // Standard output is no place to put a page when it is done: it has begun already.
+  const auto inPlace = [over](const std::string& page, const std::string& target) {
+    return over == OverPage::itself && target == page && target != kStandardStream;
+  };
+  if (std::ranges::equal(pages, targets, inPlace)) return;
+  std::map<FileIdentity, std::string> sources;
+  for (const std::string& file : pages)
+    if (const auto identity = IdentityOf(file, STDIN_FILENO)) sources.emplace(*identity, file);
+  for (std::size_t i = 0; i < targets.size(); ++i) {
+    const std::string& target = targets[i];
+    const auto identity = IdentityOf(target, STDOUT_FILENO);
+    if (!identity || !sources.contains(*identity)) continue;
+    const bool own = over == OverPage::itself && target != kStandardStream &&
+                     identity == IdentityOf(pages[i], STDIN_FILENO);
+    if (own) continue;
+    throw Failure(Say({"„{}“ ist die Seite „{}“ selbst, und die ginge verloren. Hinter -o ein "
+                       "anderes Ziel angeben.",
+                       "\"{}\" is the page \"{}\" itself, which would be lost. Name another target "
+                       "behind -o."},
+                      {ShownTarget(target), ShownName(sources.at(*identity))}));
+  }
 }
 
 ExitCode WritePage(const std::string& file, const std::string& target, const PageWriter& write) {
   const page::Page page(page::ReadFile(file));
-  const InterruptionPause pause;
   const auto output = page::OpenOutput(target);
   const page::Problems problems = write(page, *output);
   ShowProblems(Stream::error, ShownName(file), problems);
@@ -110,6 +150,35 @@ ExitCode WritePage(const std::string& file, const std::string& target, const Pag
   }
   output->Commit();
   return ExitCode::good;
+}
+
+ExitCode WritePages(const std::vector<std::string>& pages, const std::vector<std::string>& targets,
+                    const PageWriter& write) {
+  using Written = std::map<FileIdentity, std::string>;
+  Written written;
+  auto next = targets.begin();
+  return ForEachPage(pages, [&](const std::string& file) {
+    const std::string& target = *next++;
+    if (target == file) return WritePage(file, target, write);
+    const auto taken = written.find(IdentityOf(target, STDOUT_FILENO).value_or(FileIdentity()));
+    if (taken != written.end()) {
+      Complain(Say({"„{}“ wurde nicht geschrieben: dort steht schon, was aus „{}“ wurde. Einzeln "
+                    "aufrufen.",
+                    "\"{}\" was not written: what \"{}\" became is there already. Call kvo for "
+                    "each."},
+                   {target, taken->second}));
+      return ExitCode::failure;
+    }
+    // Made in advance: once the page is in its place, nothing may fail.
+    Written::node_type entry = Written{{FileIdentity(), file}}.extract(FileIdentity());
+    const ExitCode code = WritePage(file, target, write);
+    if (const auto identity = IdentityOf(target, STDOUT_FILENO);
+        identity && code == ExitCode::good) {
+      entry.key() = *identity;
+      written.insert(std::move(entry));
+    }
+    return code;
+  });
 }
 
 }  // namespace kvo

@@ -25,7 +25,6 @@ struct Values {
 
 void Write(const std::string& folder, std::string_view name, Form& form) {
   const std::string file = (std::filesystem::path(folder) / (std::string(name) + ".svg")).string();
-  const InterruptionPause pause;
   const auto output = page::OpenOutput(file);
   output->append(FormPicture(form));
   output->Commit();

@@ -56,7 +56,6 @@ std::vector<Picture> PagePictures(const std::string& file, ExitCode& code) {
 }
 
 void Write(const std::string& file, std::string_view text) {
-  const InterruptionPause pause;
   const auto output = page::OpenOutput(file);
   output->append(text);
   output->Commit();

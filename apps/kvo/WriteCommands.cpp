@@ -13,17 +13,11 @@ struct Values {
 constexpr Localized kPages{"die Seiten; „-“ ist die Standardeingabe",
                            "the pages; \"-\" is standard input"};
 
-ExitCode WritePages(const Values& values, const PageWriter& write) {
-  const std::vector<std::string> targets = Targets(values.pages, values.output);
-  auto target = targets.begin();
-  return ForEachPage(values.pages,
-                     [&](const std::string& file) { return WritePage(file, *target++, write); });
-}
-
 ExitCode Save(const Values& values) {
-  return WritePages(values, [&](const page::Page& page, page::Sink& sink) {
-    return page::Save(page, sink, {.force = values.force});
-  });
+  return WritePages(values.pages, Targets(values.pages, values.output, OverPage::itself),
+                    [&](const page::Page& page, page::Sink& sink) {
+                      return page::Save(page, sink, {.force = values.force});
+                    });
 }
 
 ExitCode Publish(const Values& values) {
@@ -33,7 +27,8 @@ ExitCode Publish(const Values& values) {
              "Standardausgabe.",
              "Where to? Name the target with -o FILE or -o FOLDER, or \"-o -\" for "
              "standard output."}));
-  return WritePages(values, page::Publish);
+  return WritePages(values.pages, Targets(values.pages, values.output, OverPage::nothing),
+                    page::Publish);
 }
 
 }  // namespace

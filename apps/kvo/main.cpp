@@ -3,6 +3,7 @@
 
 #include "apps/kvo/CommandLine.h"
 #include "apps/kvo/Commands.h"
+#include "apps/kvo/Interruption.h"
 #include "apps/kvo/Terminal.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/page/StandardStreams.h"
@@ -29,6 +30,7 @@ kvo::ExitCode Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   kvo::page::OccupyStandardStreams();
+  kvo::CleanUpWhenEnded();
   try {
     return static_cast<int>(Run(argc, argv));
   } catch (const std::bad_alloc&) {

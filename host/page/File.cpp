@@ -6,10 +6,14 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
+
+#include "host/page/AccessList.h"
 
 namespace kvo::page {
 namespace {
@@ -24,14 +28,26 @@ std::string SystemText(int error) {
   return text != nullptr ? text : "?";
 }
 
-enum class Doing { reading, writing };
+// `passing` is writing to what takes the bytes at once: a pipe, a device, standard output.
+enum class Doing { reading, writing, passing };
+
+constexpr Localized OutcomeOf(Doing doing) {
+  switch (doing) {
+    case Doing::writing:
+      return {" Es wurde nichts geändert.", " Nothing was changed."};
+    case Doing::passing:
+      return {" Die Ausgabe ist unvollständig.", " The output is incomplete."};
+    default:
+      return {"", ""};
+  }
+}
 
 Message MessageOf(int error, Doing doing, const std::string& file) {
   const std::string name = Quoted(file);
-  const std::string untouched = doing == Doing::writing ? " Es wurde nichts geändert." : "";
-  const std::string unchanged = doing == Doing::writing ? " Nothing was changed." : "";
+  const Localized outcome = OutcomeOf(doing);
   const auto make = [&](const std::string& german, const std::string& english) {
-    return Message{name + ": " + german + untouched, name + ": " + english + unchanged};
+    return Message{name + ": " + german + std::string(outcome.In(Language::german)),
+                   name + ": " + english + std::string(outcome.In(Language::english))};
   };
   switch (error) {
     case EISDIR:
@@ -138,16 +154,16 @@ class NoFileSizeSignal {
   sigset_t former_;
 };
 
-void WriteAll(int descriptor, std::string_view bytes, const std::string& file) {
+void WriteAll(int descriptor, std::string_view bytes, Doing doing, const std::string& file) {
   const NoFileSizeSignal guard;
   while (!bytes.empty()) {
     const ssize_t written = write(descriptor, bytes.data(), bytes.size());
     if (written > 0) {
       bytes.remove_prefix(static_cast<std::size_t>(written));
     } else if (written == 0) {
-      Throw(EIO, Doing::writing, file);  // without an error and without end
+      Throw(EIO, doing, file);  // without an error and without end
     } else if (errno != EINTR) {
-      Throw(errno, Doing::writing, file);
+      Throw(errno, doing, file);
     }
   }
 }
@@ -158,8 +174,30 @@ std::string FolderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-// The file that the name finally leads to, whether it exists or not.
-std::string TargetOf(const std::string& file) {
+// The process's own descriptor that the path is the system's name of, such as "/proc/self/fd/1" or
+// "/dev/fd/63"; -1 for any other path.
+int DescriptorNamed(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string::npos) return -1;
+  int number = -1;
+  const char* const end = path.data() + path.size();
+  if (const auto parsed = std::from_chars(path.data() + slash + 1, end, number);
+      parsed.ec != std::errc() || parsed.ptr != end)
+    return -1;
+  const std::unique_ptr<char, decltype(&std::free)> folder(
+      realpath(FolderOf(path).c_str(), nullptr), &std::free);
+  const std::string own = "/proc/" + std::to_string(getpid());
+  if (folder == nullptr || !std::string_view(folder.get()).starts_with(own + '/')) return -1;
+  return std::string_view(folder.get()).ends_with("/fd") ? number : -1;
+}
+
+// Where a name finally leads: to a file, whether it exists or not, or to an open descriptor.
+struct Target {
+  std::string path;
+  int descriptor = -1;
+};
+
+Target TargetOf(const std::string& file) {
   constexpr int kMostLinks = 40;
   std::string path = file;
   for (int links = 0; links < kMostLinks; ++links) {
@@ -167,9 +205,11 @@ std::string TargetOf(const std::string& file) {
     if (lstat(path.c_str(), &status) != 0) {
       // Not knowing whether it is a link is no reason to put a file in its place.
       if (errno != ENOENT) Throw(errno, Doing::writing, file);
-      return path;
+      return {path};
     }
-    if (!S_ISLNK(status.st_mode)) return path;
+    if (!S_ISLNK(status.st_mode)) return {path};
+    // Such a link says what was opened, which may have no name or another one by now.
+    if (const int descriptor = DescriptorNamed(path); descriptor >= 0) return {path, descriptor};
     std::array<char, 4097> link;
     const ssize_t length = readlink(path.c_str(), link.data(), link.size());
     if (length < 0) Throw(errno, Doing::writing, file);
@@ -179,21 +219,30 @@ std::string TargetOf(const std::string& file) {
   Throw(ELOOP, Doing::writing, file);
 }
 
+// The unfinished file that is to be removed when a signal ends the program. A program that writes
+// several at once gives only the first to be removed.
+std::atomic<const char*> g_unfinished = nullptr;
+
+// "FOLDER/.kvo-XXXXXX", as good as unique.
+std::string TemporaryName(const std::string& folder) {
+  constexpr std::string_view kLetters =
+      "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+  std::array<unsigned char, 6> random;
+  if (getentropy(random.data(), random.size()) != 0) return {};
+  std::string name = folder + "/.kvo-";
+  for (const unsigned char byte : random) name += kLetters[byte % kLetters.size()];
+  return name;
+}
+
 // Written beside its place, renamed over it at the end.
 class FileReplacement final : public Output {
  public:
   // `existing` is nullptr for a new file.
   FileReplacement(std::string file, std::string target, const struct stat* existing)
       : file_(std::move(file)), target_(std::move(target)) {
-    std::string name;
-    temporary_ = Descriptor(Uninterrupted([&] {
-      name = FolderOf(target_) + "/.kvo-XXXXXX";
-      return mkostemp(name.data(), O_CLOEXEC);
-    }));
-    if (!temporary_.IsOpen()) Throw(errno, Doing::writing, file_);
-    temporaryName_ = std::move(name);
+    Create(existing == nullptr ? 0666 : 0600);
     try {
-      TakeOver(existing);
+      if (existing != nullptr) TakeOver(*existing);
     } catch (...) {
       Remove();
       throw;
@@ -201,13 +250,15 @@ class FileReplacement final : public Output {
   }
   ~FileReplacement() override { Remove(); }
 
-  void append(std::string_view bytes) override { WriteAll(temporary_.Number(), bytes, file_); }
+  void append(std::string_view bytes) override {
+    WriteAll(temporary_.Number(), bytes, Doing::writing, file_);
+  }
 
   void Commit() override {
     if (Uninterrupted([&] { return fsync(temporary_.Number()); }) != 0 || !temporary_.Close())
       Throw(errno, Doing::writing, file_);
     if (rename(temporaryName_.c_str(), target_.c_str()) != 0) Throw(errno, Doing::writing, file_);
-    temporaryName_.clear();
+    Forget();
     // The new file is in place; this only makes the rename itself outlive a power failure.
     const Descriptor folder(Uninterrupted(
         [&] { return open(FolderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
@@ -215,30 +266,53 @@ class FileReplacement final : public Output {
   }
 
  private:
-  // Mode and owner of the old file, or those of any new one.
-  void TakeOver(const struct stat* existing) {
-    mode_t mode = 0;
-    if (existing == nullptr) {
-      const mode_t mask = umask(0);
-      umask(mask);
-      mode = 0666 & ~mask;
-    } else {
-      mode = existing->st_mode & 07777;
-      struct stat own;
-      if (fstat(temporary_.Number(), &own) != 0) Throw(errno, Doing::writing, file_);
-      if (own.st_uid != existing->st_uid || own.st_gid != existing->st_gid) {
-        const auto give = [&] {
-          return fchown(temporary_.Number(), existing->st_uid, existing->st_gid);
-        };
-        if (Uninterrupted(give) != 0) Throw(errno, Doing::writing, file_);
-      }
+  // A file that is new altogether gets its rights from the system, as any new file does.
+  void Create(mode_t mode) {
+    constexpr int kMostTries = 100;
+    for (int tries = 0; tries < kMostTries && !temporary_.IsOpen(); ++tries) {
+      temporaryName_ = TemporaryName(FolderOf(target_));
+      if (temporaryName_.empty()) break;
+      const char* none = nullptr;
+      g_unfinished.compare_exchange_strong(none, temporaryName_.c_str());
+      temporary_ = Descriptor(Uninterrupted([&] {
+        return open(temporaryName_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+      }));
+      if (temporary_.IsOpen()) return;
+      const int error = errno;
+      Forget();
+      errno = error;
+      if (error != EEXIST) break;
     }
-    if (Uninterrupted([&] { return fchmod(temporary_.Number(), mode); }) != 0)
+    Throw(errno, Doing::writing, file_);
+  }
+
+  // Owner, access list and mode of the old file.
+  void TakeOver(const struct stat& existing) {
+    struct stat own;
+    if (fstat(temporary_.Number(), &own) != 0) Throw(errno, Doing::writing, file_);
+    if (own.st_uid != existing.st_uid || own.st_gid != existing.st_gid) {
+      const auto give = [&] {
+        return fchown(temporary_.Number(), existing.st_uid, existing.st_gid);
+      };
+      if (Uninterrupted(give) != 0) Throw(errno, Doing::writing, file_);
+    }
+    // Before the mode: with a list, the group's part of the mode limits what the list grants;
+    // without it, that part is what the group may do.
+    if (const int error = CopyAccessList(target_, temporary_.Number()); error != 0)
+      Throw(error, Doing::writing, file_);
+    if (Uninterrupted([&] { return fchmod(temporary_.Number(), existing.st_mode & 07777); }) != 0)
       Throw(errno, Doing::writing, file_);
   }
 
   void Remove() {
-    if (!temporaryName_.empty()) unlink(temporaryName_.c_str());
+    if (temporaryName_.empty()) return;
+    unlink(temporaryName_.c_str());
+    Forget();
+  }
+  // There is no temporary file (any more).
+  void Forget() {
+    const char* own = temporaryName_.c_str();
+    g_unfinished.compare_exchange_strong(own, nullptr);
     temporaryName_.clear();
   }
 
@@ -258,9 +332,9 @@ class HeldBack final : public Output {
   void append(std::string_view bytes) override { text_ += bytes; }
 
   void Commit() override {
-    WriteAll(descriptor_, text_, file_);
+    WriteAll(descriptor_, text_, Doing::passing, file_);
     text_.clear();
-    if (own_.IsOpen() && !own_.Close()) Throw(errno, Doing::writing, file_);
+    if (own_.IsOpen() && !own_.Close()) Throw(errno, Doing::passing, file_);
   }
 
  private:
@@ -271,6 +345,11 @@ class HeldBack final : public Output {
 };
 
 }  // namespace
+
+void RemoveUnfinishedFile() noexcept {
+  const char* const file = g_unfinished;
+  if (file != nullptr) unlink(file);
+}
 
 std::string ReadFile(const std::string& file) {
   Descriptor own;
@@ -301,7 +380,8 @@ std::string ReadFile(const std::string& file) {
 
 std::unique_ptr<Output> OpenOutput(const std::string& file) {
   if (file == kStandardStream) return std::make_unique<HeldBack>(file, Descriptor(), STDOUT_FILENO);
-  const std::string target = TargetOf(file);
+  const auto [target, descriptor] = TargetOf(file);
+  if (descriptor >= 0) return std::make_unique<HeldBack>(file, Descriptor(), descriptor);
   struct stat status;
   const bool exists = stat(target.c_str(), &status) == 0;
   if (!exists && errno != ENOENT) Throw(errno, Doing::writing, file);
@@ -311,8 +391,8 @@ std::unique_ptr<Output> OpenOutput(const std::string& file) {
     Descriptor own(
         Uninterrupted([&] { return open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY); }));
     if (!own.IsOpen()) Throw(errno, Doing::writing, file);
-    const int descriptor = own.Number();
-    return std::make_unique<HeldBack>(file, std::move(own), descriptor);
+    const int number = own.Number();
+    return std::make_unique<HeldBack>(file, std::move(own), number);
   }
   // A file without any right to write is meant to stay, even where the user could replace it.
   if ((status.st_mode & 0222) == 0) Throw(EACCES, Doing::writing, file);

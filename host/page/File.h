@@ -38,9 +38,14 @@ class Output : public Sink {
 };
 
 // "-" is standard output (held back until the commit). A file is written beside its place, flushed
-// and renamed over it; mode and owner of the old file stay, symbolic links are followed. What is no
-// regular file (a pipe, a device) is written to directly, at the commit. A file that may not be
-// written, or a folder, is a FileError at once.
+// and renamed over it; mode, owner and access list of the old file stay, symbolic links are
+// followed. What is no regular file (a pipe, a device), and what the process has open already
+// (/dev/stdout, /dev/fd/N), is written to directly, at the commit. A file that may not be written,
+// or a folder, is a FileError at once.
 std::unique_ptr<Output> OpenOutput(const std::string& file);
+
+// Removes the file that is just being written beside its place, for programs that are about to be
+// ended by a signal: it may be called in a signal's handler.
+void RemoveUnfinishedFile() noexcept;
 
 }  // namespace kvo::page

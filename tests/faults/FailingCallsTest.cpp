@@ -2,6 +2,7 @@
 // old page stands untouched or the new one is in its place, whole; what is said and the exit code
 // agree with it; and nothing is left beside it.
 #include <signal.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -30,16 +31,20 @@ struct CallRow {
 };
 
 const std::vector<CallRow> kCalls = {
-    // the page; its folder, when the new page is in place
-    {"open", {For::reading, For::nothing}, {EIO, EMFILE, EACCES}, true},
+    // the page; the new file; their folder, when the new page is in place
+    {"open", {For::reading, For::writing, For::nothing}, {EIO, EMFILE, EACCES}, true},
     {"read", {For::reading}, {EIO, EISDIR}, true},
     // the page's size, in advance; the new file's owner
     {"fstat", {For::nothing, For::writing}, {EIO}},
     {"lstat", {For::writing}, {EIO, EACCES}},
     {"stat", {For::writing}, {EIO, EACCES}},
     {"access", {For::writing}, {EIO, EACCES, EROFS}},
-    {"mkostemp", {For::writing}, {ENOSPC, EDQUOT, EIO, EACCES, EROFS}, true},
+    {"getentropy", {For::writing}, {EIO, ENOSYS}},
     {"fchown", {For::writing}, {EPERM, EIO}, true},
+    {"getxattr", {For::writing}, {EIO}},
+    {"getxattr", {For::nothing}, {ENODATA, ENOTSUP, ENOSYS}},
+    {"fremovexattr", {For::writing}, {EIO, EPERM}},
+    {"fremovexattr", {For::nothing}, {ENODATA, ENOTSUP, ENOSYS}},
     {"fchmod", {For::writing}, {EPERM, EIO, EROFS}, true},
     {"write", {For::writing}, {ENOSPC, EDQUOT, EIO, EFBIG}, true},
     {"fsync", {For::writing, For::nothing}, {EIO, ENOSPC, EDQUOT}, true},
@@ -48,8 +53,8 @@ const std::vector<CallRow> kCalls = {
 };
 
 // Not made at all. If that changes, they belong into the table.
-constexpr const char* kOtherCalls[] = {"openat",   "fdatasync", "renameat",
-                                       "readlink", "unlink",    "mmap"};
+constexpr const char* kOtherCalls[] = {"openat",    "fdatasync", "renameat", "mkostemp",
+                                       "fsetxattr", "readlink",  "unlink",   "mmap"};
 
 std::string MessageOf(int error, For what) {
   const bool reading = what == For::reading;
@@ -231,6 +236,58 @@ TEST_P(FailingCalls, DeathAtAnyCallLeavesTheOldPageOrTheNewOne) {
   EXPECT_GE(fresh, 5) << "behind the rename, and at the four calls for the folder";
   std::cout << "died with the old page in place: " << old << ", with the new one: " << fresh
             << '\n';
+}
+
+// As Ctrl-C and a shutdown do: nothing is left beside the page, wherever it happens.
+TEST_P(FailingCalls, BeingEndedAtAnyCallLeavesNothingBeside) {
+  int old = 0;
+  int fresh = 0;
+  for (const CallRow& row : kCalls) {
+    for (const char* end : {"ended-before", "ended-after"}) {
+      for (int number = 1;; ++number) {
+        SCOPED_TRACE(row.name + (' ' + std::to_string(number)) + ' ' + end);
+        if (!SaveWith(row.name, number, end)) break;
+        ASSERT_EQ(result_.code, 128 + SIGTERM);
+        const bool isOld = Read("x.html") == old_;
+        ASSERT_TRUE(isOld || Read("x.html") == fresh_);
+        ++(isOld ? old : fresh);
+        ASSERT_EQ(Files(), std::vector<std::string>{"x.html"});
+        Restore();
+      }
+      ExpectNewPage();
+      if (HasFailure()) return;
+      Restore();
+    }
+  }
+  EXPECT_GT(old, 20);
+  EXPECT_GE(fresh, 5);
+}
+
+// With an access list, which is the page's as much as its mode is.
+TEST_P(FailingCalls, AnAccessListIsKeptOrThePageIsNotWritten) {
+  // The owner may write, another user read, everybody else nothing.
+  const std::string list(
+      "\2\0\0\0\1\0\6\0\xFF\xFF\xFF\xFF\2\0\4\0\x31\xD4\0\0\4\0\0\0\xFF\xFF\xFF\xFF"
+      "\x10\0\4\0\xFF\xFF\xFF\xFF\x20\0\0\0\xFF\xFF\xFF\xFF",
+      44);
+  const std::string page = (Folder() / "work/x.html").string();
+  const auto grant = [&] {
+    return setxattr(page.c_str(), "system.posix_acl_access", list.data(), list.size(), 0) == 0;
+  };
+  if (!grant()) GTEST_SKIP() << "the file system of the temporary folder has no access lists";
+  for (const int error : {EPERM, ENOTSUP, EIO, ENOSPC}) {
+    ASSERT_TRUE(SaveWith("fsetxattr", 1, std::to_string(error)));
+    EXPECT_EQ(result_.code, 2);
+    EXPECT_NE(result_.err.find(" Nothing was changed."), std::string::npos) << result_.err;
+    EXPECT_TRUE(Read("x.html") == old_);
+    EXPECT_EQ(Files(), std::vector<std::string>{"x.html"});
+  }
+  EXPECT_FALSE(SaveWith("fsetxattr", 2, std::to_string(EIO)));
+  ExpectNewPage();
+  std::string kept(list.size() + 1, '\0');
+  kept.resize(static_cast<std::size_t>(std::max<ssize_t>(
+      0, getxattr(page.c_str(), "system.posix_acl_access", kept.data(), kept.size()))));
+  EXPECT_EQ(kept, list);
 }
 
 class NoMemory : public Faults {

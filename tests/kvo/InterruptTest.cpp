@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -32,6 +33,40 @@ TEST_F(PipedPage, InterruptionLeavesTheTargetAsItWas) {
   close(pipe);
   EXPECT_EQ(Read("x.html"), "old");
   EXPECT_EQ(Files(), (std::vector<std::string>{"pipe.html", "x.html"}));
+}
+
+// Whatever a command waits for: its page, or somebody who takes what it writes.
+TEST_F(PipedPage, EveryCommandEndsAtOnce) {
+  Write("x.html", PrintElement("x", "Preis"));
+  const std::vector<std::string> before = Files();
+  for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+           {"save", "pipe.html"},
+           {"save", "pipe.html", "-o", "y.html"},
+           {"save", "x.html", "-o", "pipe.html"},
+           {"publish", "pipe.html", "-o", "y.html"},
+           {"publish", "x.html", "-o", "pipe.html"},
+           {"inspect", "pipe.html"},
+           {"check", "pipe.html"},
+           {"set", "pipe.html", "Preis", "Value=y"},
+           {"set", "x.html", "Preis", "Value=y", "-o", "pipe.html"},
+           {"picture", "pipe.html", "-o", "pictures"},
+           {"script", "x.html", "pipe.html"}})
+    for (const int signal : {SIGINT, SIGTERM}) {
+      SCOPED_TRACE(command[0] + ' ' + command[1] + ' ' + std::to_string(signal));
+      const pid_t kvo = Start(command);
+      const bool reads =
+          command.back() != "pipe.html" || command.size() == 2 || command[0] == "script";
+      int pipe = -1;
+      if (reads)
+        pipe = OpenPipe();
+      else
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));  // until it waits as well
+      kill(kvo, signal);
+      EXPECT_EQ(Finish(kvo).code, 128 + signal);
+      if (reads) close(pipe);
+      EXPECT_EQ(Read("x.html"), PrintElement("x", "Preis"));
+      EXPECT_EQ(Files(), before);
+    }
 }
 
 TEST_F(PipedPage, RunThatTakesLongTellsHowFarItIs) {

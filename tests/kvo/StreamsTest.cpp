@@ -71,5 +71,51 @@ TEST_F(ClosedStreams, CannotBeWrittenTo) {
   EXPECT_EQ(Read("x.html"), PrintElement("x"));
 }
 
+// Outputs that take what they are given at once.
+
+TEST_F(Streams, TakeThePageUnderEveryNameTheyHave) {
+  Write("x.html", PrintElement("x"));
+  const std::string page = Kvo({"-c", "\"$kvo\" save x.html -o -"}, "", {{"kvo", KVO_PROGRAM}}).out;
+  ASSERT_NE(page, "");
+  for (const char* name : {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"}) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(Shell("exec \"$kvo\" save x.html -o " + std::string(name)).out, page);
+    EXPECT_EQ(Shell("\"$kvo\" save x.html -o " + std::string(name) + " | cat").out, page);
+    EXPECT_EQ(Shell("echo before; exec \"$kvo\" save x.html -o " + std::string(name)).out,
+              "before\n" + page);
+    Write("log", "before\n");
+    EXPECT_EQ(Shell("\"$kvo\" save x.html -o " + std::string(name) + " >> log").code, 0);
+    EXPECT_EQ(Read("log"), "before\n" + page);
+  }
+  EXPECT_EQ(Shell("exec \"$kvo\" save x.html -o /dev/fd/3 3> y.html").code, 0);
+  EXPECT_EQ(Read("y.html"), page);
+  EXPECT_EQ(Shell("mkfifo pipe; \"$kvo\" save x.html -o pipe & cat pipe; wait").out, page);
+  EXPECT_TRUE(fs::is_fifo(Folder() / "work/pipe"));
+  EXPECT_EQ(Shell("\"$kvo\" set x.html Z Value=x -o /dev/fd/3 3> y.html").code, 2);
+  EXPECT_EQ(Files(), (std::vector<std::string>{"log", "pipe", "x.html", "y.html"}));
+}
+
+TEST_F(Streams, ThatAreThePageItselfAreRefused) {
+  const std::string page = PrintElement("x");
+  for (const char* command :
+       {"publish - < x.html 1<> x.html", "publish x.html -o - >> x.html", "save - <x.html >>x.html",
+        "save x.html -o - 1<> x.html", "publish - -o x.html < x.html",
+        "publish x.html -o /dev/stdout >> x.html", "set x.html x Value=y -o - >> x.html"}) {
+    Write("x.html", page);
+    const Result result = Shell("exec \"$kvo\" " + std::string(command));
+    EXPECT_EQ(result.code, 2) << command;
+    EXPECT_NE(result.err.find("would be lost"), std::string::npos) << result.err;
+    EXPECT_EQ(Read("x.html"), page) << command;
+  }
+}
+
+TEST_F(Streams, ThatTookPartOfThePageAreNotSaidToBeUnchanged) {
+  Write("x.html", PrintElement("x") + std::string(200'000, 'x'));
+  const Result result = Shell("ulimit -f 100; exec \"$kvo\" save x.html -o - > part");
+  EXPECT_EQ(result.code, 2);
+  EXPECT_NE(result.err.find("The output is incomplete."), std::string::npos) << result.err;
+  EXPECT_EQ(result.err.find("Nothing was changed"), std::string::npos) << result.err;
+}
+
 }  // namespace
 }  // namespace kvo::test

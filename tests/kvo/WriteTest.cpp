@@ -69,9 +69,87 @@ TEST_F(SaveCommand, ReadsStandardInputAndWritesStandardOutput) {
 TEST_F(SaveCommand, OutputOntoTheInputIsSafe) {
   Write("x.html", PrintElement("x"));
   EXPECT_EQ(Kvo({"save", "x.html", "-o", "x.html"}).code, 0);
-  EXPECT_NE(Read("x.html").find("<kv:print value=\"x\"/>"), std::string::npos);
-  EXPECT_EQ(Kvo({"publish", "x.html", "-o", "./x.html"}).code, 0);
-  EXPECT_EQ(Read("x.html"), "<kv:print value=\"x\"/>");
+  const std::string saved = Read("x.html");
+  EXPECT_NE(saved.find("<kv:print value=\"x\"/>"), std::string::npos);
+  for (const char* output : {"./x.html", ".", "../work/"}) {
+    Write("x.html", PrintElement("x"));
+    EXPECT_EQ(Kvo({"save", "x.html", "-o", output}).code, 0) << output;
+    EXPECT_EQ(Read("x.html"), saved) << output;
+  }
+}
+
+TEST_F(SaveCommand, NoOtherPageOfTheCommandIsOverwritten) {
+  for (const char* folder : {"in", "in/sub"}) fs::create_directory(Folder() / "work" / folder);
+  Write("in/sub/x.html", PrintElement("sub"));
+  Write("in/x.html", PrintElement("in"));
+  for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+           {"save", "in/sub/x.html", "in/x.html", "-o", "in"},
+           {"save", "in/x.html", "in/sub/x.html", "-o", "in/"},
+           {"publish", "in/sub/x.html", "in/x.html", "-o", "in/sub/.."}}) {
+    EXPECT_EQ(Kvo(command).code, 2);
+    EXPECT_EQ(Read("in/sub/x.html"), PrintElement("sub"));
+    EXPECT_EQ(Read("in/x.html"), PrintElement("in"));
+  }
+}
+
+TEST_F(SaveCommand, PagesThatMeetBehindALinkDoNotOverwriteEachOther) {
+  fs::create_directory(Folder() / "work/out");
+  Write("a.html", PrintElement("a"));
+  Write("b.html", PrintElement("b"));
+  fs::create_symlink("a.html", Folder() / "work/out/b.html");
+  const Result result = Kvo({"publish", "a.html", "b.html", "-o", "out"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_NE(result.err.find("\"out/b.html\" was not written"), std::string::npos) << result.err;
+  EXPECT_EQ(Read("out/a.html"), "<kv:print value=\"a\"/>");
+  // In place there is nothing to lose.
+  fs::create_symlink("a.html", Folder() / "work/c.html");
+  EXPECT_EQ(Kvo({"save", "a.html", "./a.html", "c.html"}).code, 0);
+  EXPECT_TRUE(fs::is_symlink(Folder() / "work/c.html"));
+}
+
+TEST_F(PublishCommand, NeverOverwritesAPageThatItReads) {
+  fs::create_directory(Folder() / "work/out");
+  const std::string page = PrintElement("x");
+  Write("x.html", page);
+  Write("y.html", PrintElement("y"));
+  fs::create_symlink("x.html", Folder() / "work/link.html");
+  fs::create_symlink("link.html", Folder() / "work/link2.html");
+  fs::create_symlink("../x.html", Folder() / "work/out/x.html");
+  fs::create_hard_link(Folder() / "work/x.html", Folder() / "work/hard.html");
+  fs::create_symlink(".", Folder() / "work/here");
+  for (const std::vector<std::string>& words :
+       std::vector<std::vector<std::string>>{{"x.html", "-o", "."},
+                                             {"x.html", "-o", "./"},
+                                             {"x.html", "-o", "x.html"},
+                                             {"x.html", "-o", "./x.html"},
+                                             {"./x.html", "-o", "out/../x.html"},
+                                             {"x.html", "-o", (Folder() / "work/x.html").string()},
+                                             {"x.html", "-o", "link.html"},
+                                             {"x.html", "-o", "link2.html"},
+                                             {"link2.html", "-o", "x.html"},
+                                             {"x.html", "-o", "hard.html"},
+                                             {"hard.html", "-o", "x.html"},
+                                             {"x.html", "-o", "here"},
+                                             {"here/x.html", "-o", "."},
+                                             {"x.html", "-o", "out"},
+                                             {"y.html", "x.html", "-o", "out"},
+                                             {"y.html", "x.html", "-o", "here"},
+                                             {"-", "x.html", "-o", "out"},
+                                             {"y.html", "-o", "y.html"}}) {
+    std::vector<std::string> command{"publish"};
+    command.insert(command.end(), words.begin(), words.end());
+    SCOPED_TRACE(words[0] + ' ' + words[2]);
+    const Result result = Kvo(command, page);
+    EXPECT_EQ(result.code, 2);
+    EXPECT_NE(result.err.find("-o"), std::string::npos) << result.err;
+    EXPECT_EQ(Read("x.html"), page);
+    EXPECT_EQ(Read("y.html"), PrintElement("y"));
+  }
+  EXPECT_NE(KvoGerman({"publish", "x.html", "-o", "."}).err.find("ginge verloren"),
+            std::string::npos);
+  EXPECT_EQ(Files(), (std::vector<std::string>{"hard.html", "here", "link.html", "link2.html",
+                                               "out", "x.html", "y.html"}));
+  EXPECT_FALSE(Exists("out/y.html")) << "nothing is begun";
 }
 
 TEST_F(SaveCommand, HandEditedRuntimeTextIsRefusedUnlessForced) {

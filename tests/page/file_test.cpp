@@ -4,9 +4,13 @@
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
+#include <array>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -121,6 +125,100 @@ TEST_F(FileTest, IsNewWithTheUsualMode) {
   EXPECT_EQ(status.st_mode & 07777U, 0640U);
 }
 
+TEST_F(FileTest, IsNewWithoutAnyMoreRightsThanAskedFor) {
+  const mode_t mask = umask(0);
+  Write(Path("new"), "x");
+  umask(mask);
+  struct stat status;
+  ASSERT_EQ(stat(Path("new").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0666U);
+}
+
+// Access lists, as the system stores them.
+constexpr const char* kAccessList = "system.posix_acl_access";
+constexpr const char* kDefaultList = "system.posix_acl_default";  // of a folder, for new files
+enum Tag : std::uint16_t { owner = 1, user = 2, owningGroup = 4, mask = 0x10, other = 0x20 };
+struct Entry {
+  Tag tag;
+  std::uint16_t rights;
+  std::uint32_t id = 0xFFFFFFFF;
+};
+
+class AccessListTest : public FileTest {
+ protected:
+  void SetUp() override {
+    Put("probe", "");
+    if (!Grant("probe", kAccessList,
+               {{owner, 6}, {user, 4, 54321}, {owningGroup, 4}, {mask, 4}, {other, 0}}))
+      GTEST_SKIP() << "the file system of the temporary folder has no access lists";
+    fs::remove(Path("probe"));
+  }
+
+  bool Grant(const std::string& name, const char* kind, const std::vector<Entry>& entries) const {
+    std::string list("\2\0\0\0", 4);
+    for (const Entry& entry : entries) {
+      list.append(reinterpret_cast<const char*>(&entry.tag), sizeof entry.tag);
+      list.append(reinterpret_cast<const char*>(&entry.rights), sizeof entry.rights);
+      list.append(reinterpret_cast<const char*>(&entry.id), sizeof entry.id);
+    }
+    return setxattr(Path(name).c_str(), kind, list.data(), list.size(), 0) == 0;
+  }
+  // Empty for a file without one.
+  std::string ListOf(const std::string& name) const {
+    std::array<char, 1000> list;
+    const ssize_t size = getxattr(Path(name).c_str(), kAccessList, list.data(), list.size());
+    return size < 0 ? "" : std::string(list.data(), static_cast<std::size_t>(size));
+  }
+  unsigned ModeOf(const std::string& name) const {
+    struct stat status;
+    EXPECT_EQ(stat(Path(name).c_str(), &status), 0);
+    return status.st_mode & 07777U;
+  }
+};
+
+TEST_F(AccessListTest, IsKept) {
+  Put("page", "old");
+  // The group itself may do nothing; the mode shows the mask in its place.
+  ASSERT_TRUE(Grant("page", kAccessList,
+                    {{owner, 6}, {user, 6, 54321}, {owningGroup, 0}, {mask, 6}, {other, 0}}));
+  ASSERT_EQ(ModeOf("page"), 0660U);
+  const std::string list = ListOf("page");
+  Write(Path("page"), "new");
+  EXPECT_EQ(ListOf("page"), list);
+  EXPECT_EQ(ModeOf("page"), 0660U);
+  EXPECT_EQ(Get("page"), "new");
+}
+
+TEST_F(AccessListTest, ThatRefusesSomebodyIsKept) {
+  Put("page", "old");
+  ASSERT_TRUE(Grant("page", kAccessList,
+                    {{owner, 6}, {user, 0, 54321}, {owningGroup, 4}, {mask, 4}, {other, 4}}));
+  const std::string list = ListOf("page");
+  Write(Path("page"), "new");
+  EXPECT_EQ(ListOf("page"), list);
+}
+
+TEST_F(AccessListTest, OfTheFolderGivesAnOldPageNothing) {
+  Put("page", "old");
+  ASSERT_EQ(chmod(Path("page").c_str(), 0664), 0);
+  ASSERT_TRUE(Grant(".", kDefaultList,
+                    {{owner, 7}, {user, 7, 54321}, {owningGroup, 7}, {mask, 7}, {other, 7}}));
+  Write(Path("page"), "new");
+  EXPECT_EQ(ListOf("page"), "");
+  EXPECT_EQ(ModeOf("page"), 0664U);
+}
+
+TEST_F(AccessListTest, OfTheFolderIsThatOfANewPage) {
+  ASSERT_TRUE(Grant(".", kDefaultList,
+                    {{owner, 7}, {user, 4, 54321}, {owningGroup, 0}, {mask, 4}, {other, 0}}));
+  Put("any", "");
+  Write(Path("new"), "x");
+  EXPECT_NE(ListOf("new"), "");
+  EXPECT_EQ(ListOf("new"), ListOf("any"));
+  EXPECT_EQ(ModeOf("new"), ModeOf("any"));
+  EXPECT_EQ(ModeOf("new") & 07U, 0U);
+}
+
 TEST_F(FileTest, IsReplacedWhereASymbolicLinkLeads) {
   fs::create_directory(Path("real"));
   Put("real/page", "old");
@@ -198,6 +296,61 @@ TEST_F(FileTest, WritesToDevicesDirectly) {
   struct stat status;
   ASSERT_EQ(stat("/dev/null", &status), 0);
   EXPECT_TRUE(S_ISCHR(status.st_mode));
+}
+
+// What is open already is written to where it stands.
+TEST_F(FileTest, WritesThroughToOpenDescriptors) {
+  const int file = open(Path("log").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
+  ASSERT_GE(file, 0);
+  ASSERT_EQ(write(file, "before ", 7), 7);
+  for (const char* folder : {"/dev/fd/", "/proc/self/fd/", "/proc/thread-self/fd/"})
+    Write(folder + std::to_string(file), "page ");
+  fs::create_symlink("/dev/fd/" + std::to_string(file), Path("link"));
+  Write(Path("link"), "link ");
+  ASSERT_EQ(write(file, "after", 5), 5);
+  close(file);
+  EXPECT_EQ(Get("log"), "before page page page link after");
+  EXPECT_EQ(Files(), 2U);
+}
+
+TEST_F(FileTest, WritesThroughToPipesAndDeletedFiles) {
+  std::array<int, 2> ends;
+  ASSERT_EQ(pipe(ends.data()), 0);
+  Write("/dev/fd/" + std::to_string(ends[1]), "page");
+  std::array<char, 10> got;
+  EXPECT_EQ(read(ends[0], got.data(), got.size()), 4);
+  EXPECT_EQ(std::string(got.data(), 4), "page");
+  close(ends[0]);
+  close(ends[1]);
+
+  const int file = open(Path("gone").c_str(), O_RDWR | O_CREAT, 0600);
+  fs::remove(Path("gone"));
+  Write("/proc/self/fd/" + std::to_string(file), "page");
+  EXPECT_EQ(pread(file, got.data(), got.size(), 0), 4);
+  close(file);
+  EXPECT_EQ(Files(), 0U);
+}
+
+TEST_F(FileTest, DoesNotSayThatNothingChangedWhenPartOfItWentThrough) {
+  const int file = open(Path("part").c_str(), O_WRONLY | O_CREAT, 0600);
+  rlimit former;
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &former), 0);
+  const rlimit small{1000, former.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+  const std::string message =
+      ErrorOf([&] { Write("/dev/fd/" + std::to_string(file), std::string(5000, 'x')); });
+  setrlimit(RLIMIT_FSIZE, &former);
+  close(file);
+  EXPECT_EQ(Get("part").size(), 1000U);
+  EXPECT_TRUE(Says(message, "The output is incomplete.")) << message;
+  EXPECT_FALSE(Says(message, "Nothing was changed")) << message;
+}
+
+TEST_F(FileTest, RefusesDescriptorsThatAreNotOpen) {
+  EXPECT_NE(ErrorOf([&] { Write("/dev/fd/987", "x"); }), "");
+  const int file = open("/dev/null", O_RDONLY);
+  EXPECT_NE(ErrorOf([&] { Write("/dev/fd/" + std::to_string(file), "x"); }), "");
+  close(file);
 }
 
 TEST_F(FileTest, HasNoRightsWithoutPermission) {

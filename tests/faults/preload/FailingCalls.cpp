@@ -8,6 +8,8 @@
 //   without              from that one on, there is no memory (of malloc)
 //   dies-before          the program dies at once
 //   dies-after           it dies when the call is done
+//   ended-before         the program is asked to end (SIGTERM)
+//   ended-after          it is asked when the call is done
 //
 // When it happens, the file that KVO_FAIL_MARK names is made. None of the system's headers that
 // declare these functions is included, so that they can be defined here without their attributes.
@@ -27,7 +29,7 @@ extern "C" char** environ;
 
 namespace {
 
-enum class Fate { none, error, few, nothing, death, laterDeath };
+enum class Fate { none, error, few, nothing, laterSignal };
 
 constexpr std::size_t kFew = 4099;
 constexpr int kCreate = 0100;    // O_CREAT
@@ -71,7 +73,9 @@ void Mark() {
   if (descriptor >= 0) syscall(SYS_close, descriptor);
 }
 
-void Die() { syscall(SYS_kill, syscall(SYS_getpid), SIGKILL); }
+void Signal() {
+  syscall(SYS_kill, syscall(SYS_getpid), Is("dies-before") || Is("dies-after") ? SIGKILL : SIGTERM);
+}
 
 // What becomes of the call that is being made; with an error, errno is set.
 Fate Meet(const char* call) {
@@ -83,8 +87,11 @@ Fate Meet(const char* call) {
   if (g_calls == g_plan.number) Mark();
   if (Is("short")) return Fate::few;
   if (Is("zero")) return Fate::nothing;
-  if (Is("dies-before")) Die();
-  if (Is("dies-after")) return Fate::laterDeath;
+  if (Is("dies-before") || Is("ended-before")) {
+    Signal();
+    return Fate::none;  // the program may have something to do before it ends
+  }
+  if (Is("dies-after") || Is("ended-after")) return Fate::laterSignal;
   errno = Is("without") ? ENOMEM : static_cast<int>(std::strtol(g_plan.what, nullptr, 10));
   return Fate::error;
 }
@@ -101,7 +108,7 @@ int Call(const char* name, Parameters... parameters) {
   const Fate fate = Meet(name);
   if (fate == Fate::error) return -1;
   const int result = Real<int>(name, parameters...);
-  if (fate == Fate::laterDeath) Die();
+  if (fate == Fate::laterSignal) Signal();
   return result;
 }
 
@@ -112,7 +119,7 @@ long Transfer(const char* name, int descriptor, Pointer bytes, std::size_t size)
   if (fate == Fate::nothing) return 0;
   if (fate == Fate::few && size > kFew) size = kFew;
   const long result = Real<long>(name, descriptor, bytes, size);
-  if (fate == Fate::laterDeath) Die();
+  if (fate == Fate::laterSignal) Signal();
   return result;
 }
 
@@ -136,14 +143,12 @@ int openat(int folder, const char* file, int flags, ...) {
   return Call("openat", folder, file, flags, mode);
 }
 
-int mkostemp(char* file, int flags) { return Call("mkostemp", file, flags); }
-
 // What fails is closed all the same, as the system does it.
 int close(int descriptor) {
   const Fate fate = Meet("close");
   const int error = errno;
   const int result = Real<int>("close", descriptor);
-  if (fate == Fate::laterDeath) Die();
+  if (fate == Fate::laterSignal) Signal();
   if (fate != Fate::error) return result;
   errno = error;
   return -1;
@@ -167,6 +172,20 @@ int fchmod(int descriptor, unsigned mode) { return Call("fchmod", descriptor, mo
 int fchown(int descriptor, unsigned user, unsigned group) {
   return Call("fchown", descriptor, user, group);
 }
+long getxattr(const char* file, const char* name, void* value, std::size_t size) {
+  const Fate fate = Meet("getxattr");
+  if (fate == Fate::error) return -1;
+  const long result = Real<long>("getxattr", file, name, value, size);
+  if (fate == Fate::laterSignal) Signal();
+  return result;
+}
+int fsetxattr(int descriptor, const char* name, const void* value, std::size_t size, int flags) {
+  return Call("fsetxattr", descriptor, name, value, size, flags);
+}
+int fremovexattr(int descriptor, const char* name) {
+  return Call("fremovexattr", descriptor, name);
+}
+int getentropy(void* bytes, std::size_t size) { return Call("getentropy", bytes, size); }
 int stat(const char* file, void* status) { return Call("stat", file, status); }
 int lstat(const char* file, void* status) { return Call("lstat", file, status); }
 int fstat(int descriptor, void* status) { return Call("fstat", descriptor, status); }
