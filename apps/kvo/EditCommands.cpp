@@ -44,7 +44,7 @@ const page::FoundControl& ControlWithId(const page::Inspection& inspection, cons
     if (control.id != id) continue;
     if (found != nullptr)
       throw Failure(
-          Say({"{}:{}: die id „{}“ trägt schon das Bedienelement in Zeile {}. Erst eine "
+          Say({"{}:{}: die id „{}“ trägt schon das Control in Zeile {}. Erst eine "
                "der beiden ändern.",
                "{}:{}: the id \"{}\" is that of the control in line {} already. Change "
                "one of the two first."},
@@ -53,7 +53,7 @@ const page::FoundControl& ControlWithId(const page::Inspection& inspection, cons
   }
   if (found != nullptr) return *found;
   throw Failure(
-      Say({"{} hat kein Bedienelement mit der id „{}“.", "{} has no control with the id \"{}\"."},
+      Say({"{} hat kein Control mit der id „{}“.", "{} has no control with the id \"{}\"."},
           {file, id}) +
       DidYouMean(id, ids) +
       Say({" „kvo inspect {}“ zeigt alle.", " \"kvo inspect {}\" shows them all."}, {file}));
@@ -79,7 +79,7 @@ ExitCode Set(const SetValues& values) {
 void AddEditCommands(CommandLine& line) {
   const auto create = std::make_shared<NewValues>();
   line.Add("new",
-           {"Gibt ein neues Bedienelement als HTML-Element aus.",
+           {"Gibt ein neues Control als HTML-Element aus.",
             "Prints a new control as an HTML element."},
            {"kvo new DTCPrint Value='#order.total#' Format='#,##0.00'\n"
             "kvo new DTCPrint Value=x --id Preis | kvo publish -",
@@ -94,7 +94,7 @@ void AddEditCommands(CommandLine& line) {
 
   const auto set = std::make_shared<SetValues>();
   line.Add("set",
-           {"Setzt Eigenschaften eines Bedienelements und speichert die Seite.",
+           {"Setzt Eigenschaften eines Controls und speichert die Seite.",
             "Sets properties of one control and saves the page."},
            {"kvo set newsletter.html Preis Format='#,##0.00'\n"
             "kvo set newsletter.html Preis Value='#order.total#' -o neu.html",
@@ -102,7 +102,7 @@ void AddEditCommands(CommandLine& line) {
             "kvo set newsletter.html Price Value='#order.total#' -o new.html"})
       .Argument("PAGE", set->page,
                 {"die Seite; „-“ ist die Standardeingabe", "the page; \"-\" is standard input"})
-      .Argument("ID", set->id, {"id des Bedienelements", "id of the control"})
+      .Argument("ID", set->id, {"id des Controls", "id of the control"})
       .Arguments("NAME=VALUE", set->assignments, kAssignments, true)
       .Option("-o,--output", "OUT", set->output,
               {"Datei statt der Seite selbst; „-“ ist die Standardausgabe",

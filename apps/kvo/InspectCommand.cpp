@@ -140,8 +140,8 @@ ExitCode Inspect(const Values& values) {
   }
   if (values.json) PrintJson({{"controls", std::move(controls)}});
   if (!values.json && inspection.controls.empty())
-    Print(Say({"{} enthält keine Bedienelemente.\n", "{} holds no controls.\n"},
-              {ShownName(values.page)}));
+    Print(
+        Say({"{} enthält keine Controls.\n", "{} holds no controls.\n"}, {ShownName(values.page)}));
   ShowProblems(Stream::error, ShownName(values.page), inspection.problems);
   return code;
 }
@@ -151,7 +151,7 @@ ExitCode Inspect(const Values& values) {
 void AddInspectCommand(CommandLine& line) {
   const auto values = std::make_shared<Values>();
   line.Add("inspect",
-           {"Zeigt jedes Bedienelement einer Seite: wo es steht, was es speichert, sein "
+           {"Zeigt jedes Control einer Seite: wo es steht, was es speichert, sein "
             "Laufzeittext.",
             "Shows every control of a page: where it is, what it stores, its runtime text."},
            {"kvo inspect newsletter.html\n"

@@ -36,7 +36,7 @@ ExitCode Publish(const Values& values) {
 void AddWriteCommands(CommandLine& line) {
   const auto save = std::make_shared<Values>();
   line.Add("save",
-           {"Lädt jedes Bedienelement der Seiten und schreibt seinen Laufzeittext hinein.",
+           {"Lädt jedes Control der Seiten und schreibt seinen Laufzeittext hinein.",
             "Loads every control of the pages and writes its runtime text into them."},
            {"kvo save newsletter.html\n"
             "kvo save *.html\n"
@@ -57,7 +57,7 @@ void AddWriteCommands(CommandLine& line) {
 
   const auto publish = std::make_shared<Values>();
   line.Add("publish",
-           {"Schreibt nur den Laufzeittext an die Stelle jedes Bedienelements.",
+           {"Schreibt nur den Laufzeittext an die Stelle jedes Controls.",
             "Writes the runtime text alone in place of each control."},
            {"kvo publish newsletter.html -o fertig/newsletter.html\n"
             "kvo publish *.html -o fertig/\n"

@@ -213,7 +213,7 @@ class Performance final : private PropertyFrame::Window {
   const std::shared_ptr<Control>& ControlNamed(const std::string& name) {
     const auto found = stage_.controls.find(name);
     if (found == stage_.controls.end())
-      Fail({"Ein Bedienelement „{}“ gibt es nicht.", "There is no control \"{}\"."}, {name});
+      Fail({"Ein Control „{}“ gibt es nicht.", "There is no control \"{}\"."}, {name});
     return found->second;
   }
 

@@ -36,6 +36,8 @@ TEST_F(CommandLine, EveryCommandExplainsItselfInBothLanguages) {
     EXPECT_EQ(german.code, 0);
     EXPECT_EQ(german.out.find("Aufruf: kvo " + std::string(command)), 0U);
     EXPECT_NE(german.out.find("Beispiele:\n  kvo "), std::string::npos);
+    for (const char* other : {"Bedienelement", "Steuerelement"})
+      EXPECT_EQ(german.out.find(other), std::string::npos) << "the editor says \"Control\"";
     EXPECT_EQ(Kvo({"help", command}).out, english.out);
   }
 }
