@@ -1,10 +1,13 @@
 #include <filesystem>
 #include <map>
+#include <optional>
 
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/Json.h"
 #include "apps/kvo/PageRun.h"
-#include "host/check/Check.h"
+#include "apps/kvo/Shop.h"
+#include "host/check/Products.h"
+#include "host/headless/HeadlessPlatform.h"
 #include "host/office/OfficeFile.h"
 #include "host/page/File.h"
 
@@ -30,37 +33,59 @@ Json ProblemJson(const std::string& file, const page::Problem& problem) {
           {"message", problem.message.In(UserLanguage())}};
 }
 
-// The context objects of the pages, each file read once: the one that the user names, else the one
-// beside the page, if there is one.
+// An office, and the products of its shop.
+struct Known {
+  ObjectRef office;
+  std::optional<check::ProductNumbers> products;
+};
+
+// The offices of the pages, each file read once: the one that the user names, else the one beside
+// the page, if there is one. Products are looked up only for an office that the user names: one
+// that came along with a page must not choose what this machine connects to.
 class Offices {
  public:
-  explicit Offices(const std::string& named) : named_(named) {}
+  // To be called as FindShop is.
+  Offices(const std::string& named, HeadlessPlatform& platform) : named_(named) {
+    if (named_.empty()) return;
+    shop_ = FindShop();
+    platform.recordsets = shop_.recordsets;
+  }
 
-  ObjectRef Of(const std::string& page) {
+  Known& Of(const std::string& page) {
     if (!named_.empty()) return Load(named_);
-    if (page == "-") return nullptr;
+    if (page == "-") return none_;
     const std::filesystem::path beside = std::filesystem::path(page).replace_filename(kOfficeFile);
     std::error_code ignored;
-    return std::filesystem::exists(beside, ignored) ? Load(beside.string()) : nullptr;
+    return std::filesystem::exists(beside, ignored) ? Load(beside.string()) : none_;
   }
 
  private:
-  ObjectRef Load(const std::string& file) {
+  Known& Load(const std::string& file) {
     const auto known = loaded_.find(file);
     if (known != loaded_.end()) return known->second;
-    return loaded_[file] = office::LoadOffice(file);
+    const ObjectRef office = office::LoadOffice(file, shop_.connections);
+    Known& loaded = loaded_[file];
+    loaded.office = office;
+    if (!named_.empty()) loaded.products.emplace(office);
+    return loaded;
   }
 
   std::string named_;
-  std::map<std::string, ObjectRef> loaded_;
+  Shop shop_;
+  std::map<std::string, Known> loaded_;
+  Known none_;
 };
 
 ExitCode Check(const Values& values) {
+  HeadlessPlatform platform;
+  const PlatformScope scope(platform);
+  Offices offices(values.office, platform);
   Json all = Json::array();
-  Offices offices(values.office);
   const ExitCode code = ForEachPage(values.pages, [&](const std::string& file) {
     const page::Page page(page::ReadFile(file));
-    const page::Problems problems = check::CheckPage(page, offices.Of(file));
+    Known& known = offices.Of(file);
+    const page::Problems problems =
+        check::CheckPage(page, known.office, known.products ? &*known.products : nullptr);
     if (values.json) {
       for (const page::Problem& problem : problems)
         all.push_back(ProblemJson(ShownName(file), problem));
@@ -89,9 +114,12 @@ void AddCheckCommand(CommandLine& line) {
       .Arguments("PAGE", values->pages,
                  {"die Seiten; „-“ ist die Standardeingabe", "the pages; \"-\" is standard input"},
                  true)
-      .Option("--office", "FILE", values->office,
-              {"die Felder des Shops; sonst office.json neben der Seite, wenn es sie gibt",
-               "the fields of the shop; else office.json beside the page, if it is there"})
+      .Option(
+          "--office", "FILE", values->office,
+          {"die Felder und Produkte des Shops; sonst die Felder aus office.json neben der Seite, "
+           "wenn es sie gibt",
+           "the fields and products of the shop; else the fields of office.json beside the "
+           "page, if it is there"})
       .Flag("--json", values->json,
             {"ein JSON-Dokument für andere Programme", "one JSON document for other programs"})
       .Run([values] { return Check(*values); });

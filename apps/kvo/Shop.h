@@ -1,4 +1,4 @@
-// The shop of an office, for the commands that show property pages.
+// The shop of an office, for the commands that show property pages or look products up.
 //
 // kvo links no database library, so that it starts in milliseconds and builds on machines that have
 // none. kvo-shop, which stands beside it, is the same program with these libraries. It is another

@@ -5,6 +5,8 @@
 #include "common/RuntimeError.h"
 #include "host/check/Balance.h"
 #include "host/check/ControlRules.h"
+#include "host/check/OwnText.h"
+#include "host/check/Products.h"
 
 namespace kvo::check {
 namespace {
@@ -34,18 +36,21 @@ void NoteTagOnly(const Checked& checked, Balance& balance) {
 
 std::span<const Rule> Rules() {
   static const std::vector<Rule> rules = [] {
-    std::vector<Rule> all = {kUnbalanced};
+    std::vector<Rule> all = {kUnbalanced, kUnknownProduct, kProductsNotChecked};
     for (const ControlRule& rule : ControlRules()) all.push_back(rule.rule);
     return all;
   }();
   return rules;
 }
 
-page::Problems CheckPage(const page::Page& page, const ObjectRef& office) {
+page::Problems CheckPage(const page::Page& page, const ObjectRef& office,
+                         ProductNumbers* products) {
   page::Problems problems = page::Check(page);
   const page::Inspection inspection = page::Inspect(page);
-  const KnownFields fields = FieldsOf(office);
+  KnownFields fields = FieldsOf(office);
   Balance balance;
+  std::optional<ProductCheck> productCheck;
+  if (products != nullptr) productCheck.emplace(*products);
   for (const page::FoundControl& found : inspection.controls) {
     if (found.contract == nullptr || found.broken) continue;
     std::shared_ptr<Control> control;
@@ -56,13 +61,20 @@ page::Problems CheckPage(const page::Page& page, const ObjectRef& office) {
     }
     const Checked checked{found, control, fields, RuntimeTextOrNothing(*control)};
     NoteTagOnly(checked, balance);
+    if (productCheck && checked.Has("SelectedProducts"))
+      productCheck->Note(found, checked.Text("SelectedProducts"));
     for (const ControlRule& rule : ControlRules())
       rule.check(checked, [&](page::Message message) {
         problems.push_back({rule.rule.severity, rule.rule.id, found.place, found.className,
                             found.id, std::move(message), found.begin});
       });
   }
-  std::ranges::move(balance.Take(), std::back_inserter(problems));
+  const auto add = [&](page::Problems&& more) {
+    std::ranges::move(more, std::back_inserter(problems));
+  };
+  add(balance.Take());
+  if (productCheck) add(productCheck->Take());
+  add(CheckOwnText(page, inspection.controls, fields, kUnknownField));
   std::ranges::stable_sort(problems, {}, &page::Problem::offset);
   return problems;
 }

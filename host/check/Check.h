@@ -16,8 +16,12 @@ struct Rule {
 };
 std::span<const Rule> Rules();
 
+class ProductNumbers;
+
 // page::Check and every rule, in the order of their places. `office` is the host's context object
-// with its field lists; without one, fields are not looked up.
-page::Problems CheckPage(const page::Page& page, const ObjectRef& office);
+// with its field lists; without one, fields are not looked up. Nor are products without `products`,
+// which may serve many pages.
+page::Problems CheckPage(const page::Page& page, const ObjectRef& office,
+                         ProductNumbers* products = nullptr);
 
 }  // namespace kvo::check

@@ -1,12 +1,13 @@
 #include "host/check/ControlRules.h"
 
 #include <algorithm>
-#include <new>
+#include <set>
 
-#include "common/Suggest.h"
 #include "common/modGlobal.h"
 #include "controls/BlockLevel.h"
+#include "host/check/Conditions.h"
 #include "host/page/Messages.h"
+#include "host/registration/classes.h"
 
 namespace kvo::check {
 namespace {
@@ -14,40 +15,62 @@ namespace {
 using page::Message;
 using page::Severity;
 using page::messages::Quoted;
-using page::messages::WithSuggestion;
 
-void ExpectField(std::string_view field, const std::optional<std::vector<std::string>>& known,
-                 const Localized& kind, const Report& report) {
-  if (!known || field.empty() || std::ranges::find(*known, field) != known->end()) return;
-  const std::vector<std::string_view> names(known->begin(), known->end());
-  report(WithSuggestion(
-      {std::string(kind.german) + " " + Quoted(field) +
-           " gibt es nicht. Wählen Sie eines aus office.json oder ergänzen Sie es dort.",
-       "There is no " + std::string(kind.english) + " " + Quoted(field) +
-           ". Choose one of office.json or add it there."},
-      Suggest(field, names)));
+constexpr std::string_view kPrintTag = "print";
+
+// A property without which a control is of no use.
+void ExpectFilled(const Checked& checked, std::string_view className, std::string_view property,
+                  const Localized& what, const Report& report) {
+  if (!checked.Is(className) || !checked.Text(property).empty()) return;
+  const std::string name(property);
+  report({std::string(what.german) + " Füllen Sie " + name + ".",
+          std::string(what.english) + " Fill in " + name + "."});
 }
 
-constexpr Localized kContactField{"Das Kontaktfeld", "contact field"};
-constexpr Localized kOrderField{"Das Bestellfeld", "order field"};
-
 void UnknownField(const Checked& checked, const Report& report) {
-  if (checked.Is("DTCContact"))
-    ExpectField(checked.Text("Field"), checked.fields.contact, kContactField, report);
-  if (checked.Is("DTCOrder"))
-    ExpectField(checked.Text("Field"), checked.fields.order, kOrderField, report);
-  if (!checked.Has("Test")) return;
-  // Contact fields of a test are written "#customer.NAME#".
-  constexpr std::string_view kStart = "#customer.";
-  const std::string test = checked.Text("Test");
-  for (std::size_t at = test.find(kStart); at != std::string::npos; at = test.find(kStart, at)) {
-    at += kStart.size();
-    const std::size_t end = test.find('#', at);
-    if (end == std::string::npos) break;
-    ExpectField(std::string_view(test).substr(at, end - at), checked.fields.contact, kContactField,
-                report);
-    at = end + 1;
+  const auto expect = [&](FieldKind kind, const std::string& name) {
+    if (auto message = UnknownFieldMessage(kind, name, checked.fields)) report(std::move(*message));
+  };
+  if (checked.Is("DTCContact") || checked.Is("DTCOrder")) {
+    const std::string field = checked.Text("Field");
+    if (!field.empty())
+      expect(checked.Is("DTCOrder") ? FieldKind::order : FieldKind::contact, field);
+    return;
   }
+  std::set<std::pair<FieldKind, std::string>> seen;
+  ForEachFieldReference(checked.runtimeText, [&](const FieldReference& reference) {
+    const auto [entry, isNew] = seen.emplace(reference.kind, reference.name);
+    if (isNew) expect(entry->first, entry->second);
+  });
+}
+
+void OutputWithoutField(const Checked& checked, const Report& report) {
+  const Localized what = {"Es wird kein Feld ausgegeben.", "No field is printed."};
+  for (const std::string_view className : {"DTCContact", "DTCOrder"})
+    ExpectFilled(checked, className, "Field", what, report);
+}
+
+// Where others have it, the template engine takes them for an expression without a value.
+void PrintTag(const Checked& checked, const Report& report) {
+  const RegisteredControl* control = FindControlByName(checked.found.contract->name);
+  const std::string_view fitting = TagNameOf(*control);
+  if (fitting == kPrintTag || checked.Text("basename") != kPrintTag || checked.runtimeText.empty())
+    return;
+  report({"Das Control gibt ein Element " + Quoted(kPrintTag) +
+              " aus, das für Ausdrücke da ist. Setzen Sie basename auf " + Quoted(fitting) + ".",
+          "The control emits an element " + Quoted(kPrintTag) +
+              ", which is for expressions. Set basename to " + Quoted(fitting) + "."});
+}
+
+void MissingJoiner(const Checked& checked, const Report& report) {
+  if (!checked.Has("Test")) return;
+  const std::string test = checked.Text("Test");
+  const std::size_t place = PlaceOfMissingJoiner(test);
+  if (place == std::string::npos) return;
+  const std::string second = Quoted(std::string_view(test).substr(place));
+  report({"Vor der Bedingung " + second + " fehlt „&&“ oder „||“. Verbinden Sie sie mit der davor.",
+          "There is no \"&&\" or \"||\" in front of the condition " + second +
+              ". Join it with the one before."});
 }
 
 void ContradictoryFlags(const Checked& checked, const Report& report) {
@@ -66,8 +89,8 @@ struct Dependent {
   std::string_view needs;
 };
 constexpr Dependent kDependents[] = {
-    {"Format", "Value"},     {"Format", "Field"}, {"Format", "Item"},  {"HTMLContent", "Value"},
-    {"Attributes", "Value"}, {"OnTrue", "Test"},  {"OnFalse", "Test"}, {"FontSize", "FontFamily"},
+    {"Format", "Value"}, {"Format", "Item"},  {"HTMLContent", "Value"},   {"Attributes", "Value"},
+    {"OnTrue", "Test"},  {"OnFalse", "Test"}, {"FontSize", "FontFamily"},
 };
 
 void NeverEmitted(const Checked& checked, const Report& report) {
@@ -122,6 +145,18 @@ void AttributeChanges(const Checked& checked, const Report& report) {
   });
 }
 
+void QuoteInAttribute(const Checked& checked, const Report& report) {
+  if (!checked.Has("AttributesCollection")) return;
+  ForEach(*ToObject(checked.control->Get("AttributesCollection")), [&](const Variant& item) {
+    const std::string text = ToText(item);
+    if (text.find('"') == std::string::npos) return;
+    report({"Das Attribut " + Quoted(text) +
+                " enthält ein Anführungszeichen, mit dem sein Wert endet. Schreiben Sie ' dafür.",
+            "The attribute " + Quoted(text) +
+                " holds a quotation mark, which ends its value. Write ' instead."});
+  });
+}
+
 void MarkerInContent(const Checked& checked, const Report& report) {
   std::string_view inside = checked.runtimeText;
   if (!inside.starts_with(kBlockStart) || !inside.ends_with(kBlockEnd)) return;
@@ -135,15 +170,6 @@ void MarkerInContent(const Checked& checked, const Report& report) {
                          ": Damit endet der Block im HTML-Editor zu früh. Nehmen Sie es heraus.",
                      "The content holds " + Quoted(marker) +
                          ": it ends the block too early in an HTML editor. Take it out."});
-}
-
-// A property without which a link leads nowhere.
-void ExpectFilled(const Checked& checked, std::string_view className, std::string_view property,
-                  const Localized& what, const Report& report) {
-  if (!checked.Is(className) || !checked.Text(property).empty()) return;
-  const std::string name(property);
-  report({std::string(what.german) + " Füllen Sie " + name + ".",
-          std::string(what.english) + " Fill in " + name + "."});
 }
 
 void LinkWithoutAddress(const Checked& checked, const Report& report) {
@@ -196,11 +222,15 @@ void BareAmpersand(const Checked& checked, const Report& report) {
 }
 
 constexpr ControlRule kRules[] = {
-    {{"unknown-field", Severity::error}, UnknownField},
+    {kUnknownField, UnknownField},
+    {{"output-without-field", Severity::error}, OutputWithoutField},
+    {{"print-tag", Severity::warning}, PrintTag},
+    {{"missing-joiner", Severity::error}, MissingJoiner},
     {{"contradictory-flags", Severity::error}, ContradictoryFlags},
     {{"never-emitted", Severity::warning}, NeverEmitted},
     {{"attribute-fails", Severity::error}, AttributeFails},
     {{"attribute-changes", Severity::warning}, AttributeChanges},
+    {{"quote-in-attribute", Severity::error}, QuoteInAttribute},
     {{"marker-in-content", Severity::error}, MarkerInContent},
     {{"link-without-address", Severity::error}, LinkWithoutAddress},
     {{"unsubscribe-without-recipient", Severity::error}, UnsubscribeWithoutRecipient},
@@ -208,26 +238,7 @@ constexpr ControlRule kRules[] = {
     {{"bare-ampersand", Severity::warning}, BareAmpersand},
 };
 
-std::optional<std::vector<std::string>> FieldNames(Object& office, std::string_view list) {
-  std::vector<std::string> names;
-  try {
-    ForEach(*ToObject(office.Get(list)), [&](const Variant& field) {
-      names.push_back(ToText(ToObject(field)->Get("SQLName")));
-    });
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (const std::exception&) {
-    return std::nullopt;  // a context object without this list
-  }
-  return names;
-}
-
 }  // namespace
-
-KnownFields FieldsOf(const ObjectRef& office) {
-  if (office == nullptr) return {};
-  return {FieldNames(*office, "ContactFields"), FieldNames(*office, "OrderFields")};
-}
 
 std::span<const ControlRule> ControlRules() { return kRules; }
 

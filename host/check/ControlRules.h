@@ -3,28 +3,24 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "common/Control.h"
 #include "host/check/Check.h"
+#include "host/check/Fields.h"
 
 namespace kvo::check {
 
-// The names of the fields that an Office knows; nothing when there is no such list.
-struct KnownFields {
-  std::optional<std::vector<std::string>> contact;
-  std::optional<std::vector<std::string>> order;
-};
-KnownFields FieldsOf(const ObjectRef& office);
+// The rule of unknown fields, which the page's own text is held against as well.
+inline constexpr Rule kUnknownField{"unknown-field", page::Severity::error};
 
 // A control under inspection: loaded from its bag, and the runtime text that it answers.
 struct Checked {
   const page::FoundControl& found;
   const std::shared_ptr<Control>& control;
-  const KnownFields& fields;
+  KnownFields& fields;
   std::string runtimeText;
 
   bool Is(std::string_view className) const { return found.contract->name == className; }

@@ -47,11 +47,13 @@ constexpr RegisteredControl kControls[] = {
     {DTCConfig::Contract, "{A6F00881-2DEA-4359-9CDE-D016A4B03D07}",
      "{2261E8A3-51F2-43FD-AAC4-E71A9659DC5E}",
      {"Ein Wert aus den Einstellungen des Shops",
-      "A value of the shop's settings"}},
+      "A value of the shop's settings"},
+     "config"},
     {DTCElement::Contract, "{AD6F84A9-F2B3-48BE-BC2A-7A8C3D9F8790}",
      "{D6AB0031-9A51-40CC-8784-F1AF3D3CF0A8}",
      {"Ein Element, dessen Attribute Ausdrücke sein können",
-      "An element whose attributes may be expressions"}},
+      "An element whose attributes may be expressions"},
+     "element"},
     {DTCScript::Contract, "{BE49BE9A-95F3-47D7-8C3D-D68E76A15576}",
      "{860872F3-2DF6-4D7C-A010-467A7DB99CCA}",
      {"Anweisungen, die beim Versand laufen",
@@ -63,23 +65,28 @@ constexpr RegisteredControl kControls[] = {
     {DTCProductList::Contract, "{7EC7917E-6D35-4EDF-A0D7-F9B3EE63ED82}",
      "{BE504FF5-445F-49E0-AD2E-74B369991D6E}",
      {"Ausgewählte Produkte in Spalten",
-      "Chosen products in columns"}},
+      "Chosen products in columns"},
+     "productlist"},
     {DTCPositionList::Contract, "{C5EDB45A-D385-4062-AE6A-5560389434CB}",
      "{00ADE24C-9004-4702-A34C-9EF521BF1011}",
      {"Die Positionen der Bestellung als Tabelle",
-      "The positions of the order as a table"}},
+      "The positions of the order as a table"},
+     "positionlist"},
     {DTCClicktracker::Contract, "{71E4A15D-4520-4FA5-B89C-742702D119AC}",
      "{FFE71ABF-02A5-4085-8273-85DE589917D0}",
      {"Ein Link, dessen Klicks gezählt werden",
-      "A link whose clicks are counted"}},
+      "A link whose clicks are counted"},
+     "click"},
     {DTCViewtracker::Contract, "{07BB82DA-BC7E-4353-B288-57CC3CADA656}",
      "{A5587B10-9ED4-44BE-886A-A16E0F4A337B}",
      {"Zählt, wie oft die Mail geöffnet wird",
-      "Counts how often the mail is opened"}},
+      "Counts how often the mail is opened"},
+     "viewtracker"},
     {DTCUnsubscriber::Contract, "{061F636A-57EC-4403-AC56-604393B010E8}",
      "{7C736124-6941-40A6-9ED2-A94907A235FA}",
      {"Damit bestellt der Empfänger den Newsletter ab",
-      "Lets the recipient cancel the newsletter"}},
+      "Lets the recipient cancel the newsletter"},
+     "unsubscribe"},
     // clang-format on
 };
 
@@ -133,6 +140,11 @@ std::string_view WithoutBraces(std::string_view guid) {
 }  // namespace
 
 std::span<const RegisteredControl> RegisteredControls() { return kControls; }
+
+std::string_view TagNameOf(const RegisteredControl& control) {
+  if (!control.tagName.empty()) return control.tagName;
+  return control.contract().FindKey("basename")->readDefault;
+}
 
 const RegisteredControl* FindControlByName(std::string_view className) {
   for (const RegisteredControl& control : kControls)

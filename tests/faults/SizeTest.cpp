@@ -170,6 +170,23 @@ TEST_F(Counted, AnOfficeFileOfManyKeysTakesNoMoreThanTheirNumber) {
   ExpectAtMostTenTimes(less, workOf(20'000));
 }
 
+TEST_F(Counted, UnknownFieldsAreNotComparedWithAllKnownOnes) {
+  const auto workOf = [this](int count) {
+    Write("x.html", Numbered(count,
+                             "<object classid=\"progid:KVOPDesignObjects.DTCContact\">"
+                             "<param name=\"field\" value=\"SomeFieldOfNumber",
+                             "\"></object>"));
+    Write("office.json",
+          "{\"contactFields\": [" +
+              Numbered(count, "{\"displayName\": \"x\", \"dataType\": 0, \"sqlName\": \"AnyField",
+                       "OfNumber\"},") +
+              "{\"sqlName\": \"Email\", \"displayName\": \"x\", \"dataType\": 0}]}");
+    return WorkOf({"check", "x.html"}, {1});
+  };
+  const Work less = workOf(400);
+  ExpectAtMostTenTimes(less, workOf(4'000));
+}
+
 // The program as it is built here, under the sanitizers perhaps.
 TEST_P(Size, LittleStackIsEnoughForSmallerOnesToo) {
   const Shape& shape = GetParam();

@@ -184,6 +184,32 @@ TEST_F(CheckCommand, BrokenOfficeIsAFailureWithItsPlace) {
   EXPECT_NE(result.err.find("office.json:2:3: error: "), std::string::npos) << result.err;
 }
 
+TEST_F(CheckCommand, AFindingInThePagesOwnTextIsOfNoControl) {
+  Write("x.html", "<p>\nä #customer.Emial#");
+  Write("office.json", kOffice);
+  EXPECT_EQ(
+      Kvo({"check", "x.html"}).out,
+      "x.html:2:3: error: There is no contact field \"Emial\". Choose one of office.json or add "
+      "it there. Did you mean \"Email\"? [unknown-field]\n");
+  const Json problems = Json::parse(Kvo({"check", "x.html", "--json"}).out)["problems"];
+  ASSERT_EQ(problems.size(), 1U);
+  EXPECT_EQ(problems[0]["rule"], "unknown-field");
+  EXPECT_EQ(problems[0]["line"], 2);
+  EXPECT_EQ(problems[0]["column"], 3);
+  EXPECT_EQ(problems[0]["class"], "");
+  EXPECT_EQ(problems[0]["id"], "");
+}
+
+TEST_F(CheckCommand, WarningsAloneAreNoFailure) {
+  Write("x.html", "<object classid=\"progid:KVOPDesignObjects.DTCViewtracker\"></object>");
+  const Result result = Kvo({"check", "x.html", "--json"});
+  EXPECT_EQ(result.code, 0);
+  const Json problems = Json::parse(result.out)["problems"];
+  ASSERT_EQ(problems.size(), 1U);
+  EXPECT_EQ(problems[0]["rule"], "print-tag");
+  EXPECT_EQ(problems[0]["severity"], "warning");
+}
+
 TEST_F(CheckCommand, ExampleNewsletterIsClean) {
   const Result result =
       Kvo({"check", std::string(KVO_SOURCE_DIR) + "/examples/newsletter/newsletter.html"});

@@ -1,0 +1,13 @@
+// The text of a page between its controls.
+#pragma once
+
+#include "host/check/Check.h"
+#include "host/check/Fields.h"
+
+namespace kvo::check {
+
+// Unknown fields in it, each at its own place; all are of this rule.
+page::Problems CheckOwnText(const page::Page& page, const std::vector<page::FoundControl>& controls,
+                            KnownFields& fields, const Rule& rule);
+
+}  // namespace kvo::check
