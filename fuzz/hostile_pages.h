@@ -40,6 +40,31 @@ inline const HostilePage kHostilePages[] = {
     {"DashesInAComment", [](int n) { return "<!--" + Times(10 * n, "-") + "!"; }},
     {"CDataThatNeverEnds", [](int n) { return Times(n, "<![CDATA[ a>"); }},
     {"CDataBrackets", [](int n) { return "<![CDATA[" + Times(10 * n, "]"); }},
+    {"CDataSections", [](int n) { return "<svg>" + Times(n, "<![CDATA[ a>]]>"); }},
+    {"CDataStartsInSvg", [](int n) { return "<svg>" + Times(n, "<![CDATA[ a>"); }},
+    {"OpenSvgs", [](int n) { return Times(n, "<svg>"); }},
+    {"MisplacedControls", [](int n) { return "<!--" + Times(n, PrintOf("x")); }},
+    {"MisplacedControlsInComments",
+     [](int n) { return Times(n, "<!--" + PrintOf("x") + "-->\n"); }},
+    {"MisplacedControlsInValues",
+     [](int n) { return "<a" + Times(n, " b='" + PrintOf("x") + "'") + ">"; }},
+    {"MisplacedControlsInForeignObjects",
+     [](int n) { return Times(n, "<object a='" + PrintOf("x") + "'>"); }},
+    {"MisplacedTagsWithoutEnd",
+     [](int n) {
+       return "<!--" + Times(n, "<object classid=progid:KVOPDesignObjects.DTCPrint </object ");
+     }},
+    {"MisplacedObjectsOfOthers", [](int n) { return "<!--" + Times(n, "<object "); }},
+    {"MisplacedClassIds", [](int n) { return "<!--<object" + Times(n, " classid=\" classid='"); }},
+    {"MisplacedBetweenAndInValues",
+     [](int n) {
+       return Times(n, "<a b='<object classid=progid:KVOPDesignObjects.X <object classid='");
+     }},
+    {"MisplacedSpans",
+     [](int n) {
+       return Times(n,
+                    "<!-- " + kStart + "1 " + kPrint + "</object>-->x<!--KVO CONTROL ENDSPAN 1-->");
+     }},
     {"QuotesThatNeverClose", [](int n) { return Times(n, "<a title=\"<a title='"); }},
     {"OneQuoteThatNeverCloses", [](int n) { return "<a title=\"" + Times(n, "<a>"); }},
     {"QuotesInNames", [](int n) { return Times(n, "<a \">"); }},

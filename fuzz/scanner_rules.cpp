@@ -1,5 +1,6 @@
 #include "fuzz/scanner_rules.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -71,7 +72,7 @@ class PlainReading {
         return;
       at_ += 4;
       ReadComment();
-    } else if (Has("<![CDATA[") && text_.find("]]>", at_ + 9) != std::string_view::npos) {
+    } else if (Has("<![CDATA[") && svg_ + math_ > 0) {
       at_ += 9;
       SkipPast("]]>");
     } else if (Has("</") || Has("<!") || Has("<?")) {
@@ -89,11 +90,17 @@ class PlainReading {
     while (!AtEnd() && text_[at_] != '>') ReadAttribute();
     if (AtEnd()) return;
     ++at_;
-    if (!start) return;
+    const bool closesItself = text_[at_ - 2] == '/';
+    for (const auto& [element, depth] : {std::pair("svg", &svg_), std::pair("math", &math_)})
+      if (EqualIgnoringCase(name, element)) *depth += start ? (closesItself ? 0 : 1) : -1;
+    svg_ = std::max(svg_, 0);
+    math_ = std::max(math_, 0);
+    if (!start || (closesItself && svg_ + math_ > 0)) return;
     if (EqualIgnoringCase(name, "script")) return ReadScript();
-    for (const std::string_view raw : {"style", "textarea", "title"})
+    for (const std::string_view raw :
+         {"style", "textarea", "title", "noframes", "noembed", "iframe", "xmp", "plaintext"})
       if (EqualIgnoringCase(name, raw))
-        while (!AtEnd() && !HasTag("</", raw)) ++at_;
+        while (!AtEnd() && (raw == "plaintext" || !HasTag("</", raw))) ++at_;
   }
 
   // From between attributes behind one of them, or to the ">" of the tag.
@@ -160,6 +167,8 @@ class PlainReading {
 
   std::string_view text_;
   std::size_t at_ = 0;
+  int svg_ = 0;  // open elements
+  int math_ = 0;
   Found found_;
 };
 

@@ -5,9 +5,11 @@
 #include <cstring>
 
 #include "common/Ascii.h"
+#include "common/RuntimeError.h"
 #include "common/Suggest.h"
 #include "host/page/ElementWriter.h"
 #include "host/page/Messages.h"
+#include "host/page/Page.h"
 #include "host/page/Utf8.h"
 #include "host/registration/classes.h"
 
@@ -56,15 +58,36 @@ std::string_view NearestKey(const ControlClass& contract, std::string_view key) 
   return Suggest(key, keys);
 }
 
+constexpr std::size_t kMostDigits = 9;
+
 // " N" at the start of the text, as it is written: no sign, no leading zeros, at most nine digits.
 // 0 for anything else; `text` moves behind it.
 std::size_t TakeNumber(std::string_view& text) {
   if (!text.starts_with(' ') || text.substr(1, 1) == "0") return 0;
-  const std::string_view digits = text.substr(1, 9);
+  const std::string_view digits = text.substr(1, kMostDigits);
   std::size_t number = 0;
   const char* const end = std::from_chars(digits.data(), digits.data() + digits.size(), number).ptr;
   text.remove_prefix(static_cast<std::size_t>(end - text.data()));
   return number;
+}
+
+// Of an element that begins the text; npos when there is none.
+std::size_t FindEndTag(std::string_view text) {
+  std::size_t at = 0;
+  do at = text.find("</", at + 1);
+  while (at != npos && !IsTagAt(text, at, "</", "object"));
+  return at;
+}
+
+// What the control gives; empty when it fails.
+std::string RuntimeTextOf(const ReadControl& control) {
+  std::vector<MemoryBag::Entry> bag;
+  for (const auto& [key, value] : control.params) bag.emplace_back(key, value);
+  try {
+    return Load(*control.contract, std::move(bag))->GetRuntimeText();
+  } catch (const RuntimeError&) {
+    return {};
+  }
 }
 
 // A name of an attribute can be written again when it would be read as the same name.
@@ -77,14 +100,18 @@ bool IsWritableName(std::string_view name) {
 bool ControlReader::Next() {
   while (!refused_) {
     decodedInUse_ = 0;
+    const Scanner before = foreignObject_.value_or(scanner_);
+    const std::size_t from = before.Position() + (foreignObject_ ? kObjectTag : 0);
+    foreignObject_.reset();
     const Scanner::Kind kind = scanner_.Next();
     const std::size_t at = scanner_.Position();
+    FindMisplaced(before, from, at);
     bool found = false;
     switch (kind) {
       case Scanner::Kind::end:
         return false;
       case Scanner::Kind::spanEnd:
-        problems_.Add(at, rule::strayEnd, {}, messages::StrayEnd());
+        ReportStrayEnd(at);
         scanner_.GoOn(BehindComment(at));
         break;
       case Scanner::Kind::object:
@@ -110,10 +137,94 @@ void ControlReader::ReadSpanTextAsPage() {
   scanner_.GoOn(control_.textBegin);
 }
 
+void ControlReader::FindMisplaced(const Scanner& before, std::size_t from, std::size_t to) {
+  std::size_t at = FindStartTag(page_, from, to, "object");
+  if (at == npos) return;
+  SurroundingsFinder surroundings(page_, before);
+  while (at != npos) {
+    const std::size_t next = FindStartTag(page_, at + kObjectTag, to, "object");
+    const std::size_t end = std::min(next, to);
+    if (HasOurClassId(at + kObjectTag, end)) ReportMisplaced(at, end, surroundings.At(at));
+    at = next;
+  }
+}
+
+// The tag is not read as one: what stands around it may cut it off for HTML, but not for a reader
+// of another kind.
+bool ControlReader::HasOurClassId(std::size_t at, std::size_t end) {
+  constexpr std::string_view kClassId = "classid";
+  for (; (at = FindIgnoringCase(page_, at, end, kClassId)) != npos; ++at) {
+    const char before = page_[at - 1];
+    if (!IsHtmlSpace(before) && before != '/' && before != '"' && before != '\'') continue;
+    std::size_t value = at + kClassId.size();
+    while (value < end && IsHtmlSpace(page_[value])) ++value;
+    if (value >= end || page_[value] != '=') continue;
+    ++value;
+    while (value < end && IsHtmlSpace(page_[value])) ++value;
+    if (value >= end) continue;
+    const char quote = page_[value];
+    const bool quoted = quote == '"' || quote == '\'';
+    if (quoted) ++value;
+    const std::string_view stop =
+        quoted ? std::string_view(&quote, 1) : std::string_view(" \t\r\n\f\"'<>");
+    const std::string_view raw = page_.substr(value, end - value);
+    std::string classId;
+    encoding_.DecodeAttribute(raw.substr(0, raw.find_first_of(stop)), classId);
+    if (FindControlByClassId(classId) != nullptr || IsOurProgId(classId)) return true;
+  }
+  return false;
+}
+
+void ControlReader::ReportMisplaced(std::size_t at, std::size_t end, const Surroundings& place) {
+  const bool isValue = place.kind == Surroundings::Kind::attributeValue;
+  const std::size_t line = (isValue ? valuePlaces_ : places_).At(place.begin).line;
+  // A saved control: its start comment is as misplaced as its element.
+  constexpr std::size_t kMostBefore = kSpanStart.size() + kMostDigits + 2;
+  const std::size_t nearby = at - std::min(at, kMostBefore);
+  const std::size_t comment = page_.substr(nearby, at - nearby).find(kSpanStart);
+  if (comment != npos) {
+    std::string_view rest = page_.substr(nearby + comment + kSpanStart.size());
+    if (const std::size_t number = TakeNumber(rest); number != 0)
+      misplacedSpans_[number] = {place, line};
+  }
+
+  // The element alone, to find out what it would give.
+  const std::string_view stretch = page_.substr(at, end - at);
+  std::string className;
+  std::string id;
+  std::string text;
+  const std::size_t close = FindEndTag(stretch);
+  if (close != npos) {
+    const std::string element = std::string(stretch.substr(0, stretch.find('>', close))) + '>';
+    ProblemList ignored;
+    ControlReader reader(element, encoding_, Params::known, ignored);
+    if (reader.Next()) {
+      const ReadControl& control = reader.Control();
+      className = control.className;
+      id = control.id.value_or(std::string_view());
+      if (!control.broken) text = RuntimeTextOf(control);
+    }
+  }
+  problems_.Add(at, rule::misplacedControl, {className, id}, CannotHoldControl(place, line, text));
+}
+
+void ControlReader::ReportStrayEnd(std::size_t at) {
+  std::string_view rest = page_.substr(at + kSpanEnd.size());
+  const auto misplaced = misplacedSpans_.find(TakeNumber(rest));
+  if (misplaced == misplacedSpans_.end()) {
+    problems_.Add(at, rule::strayEnd, {}, messages::StrayEnd());
+    return;
+  }
+  problems_.Add(at, rule::strayEnd, {},
+                messages::StrayEndOfMisplaced(misplaced->second.place, misplaced->second.line));
+  misplacedSpans_.erase(misplaced);
+}
+
 bool ControlReader::ReadObject(std::size_t at) {
   inComment_ = false;
   std::size_t end = at;
   const bool ours = ReadElement(end);
+  if (!ours) foreignObject_ = scanner_;
   scanner_.GoOn(end);
   if (!ours) return false;
   control_.begin = at;

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,6 +16,7 @@
 #include "host/page/Encoding.h"
 #include "host/page/ProblemList.h"
 #include "host/page/Scanner.h"
+#include "host/page/Surroundings.h"
 
 namespace kvo::page {
 
@@ -70,6 +72,8 @@ class ControlReader {
   // The next control, broken ones included; false at the end of the page.
   bool Next();
   const ReadControl& Control() const { return control_; }
+  // How far the page was read, and how it is read from there on.
+  const Scanner& Reading() const { return scanner_; }
 
   // Goes back into the text of the span just read, which turned out not to be one.
   void ReadSpanTextAsPage();
@@ -78,6 +82,15 @@ class ControlReader {
   // Both answer whether there is a control; either way the scanner goes on behind what was read.
   bool ReadObject(std::size_t at);
   bool ReadSpan(std::size_t at);
+
+  // Complains about elements of ours in [from, to), a stretch of the page in which HTML sees none.
+  // `before` is in front of it, in content.
+  void FindMisplaced(const Scanner& before, std::size_t from, std::size_t to);
+  // Whether the tag that begins at `at` seems to have a classid of ours; what is behind `end` is
+  // not looked at.
+  bool HasOurClassId(std::size_t at, std::size_t end);
+  void ReportMisplaced(std::size_t at, std::size_t end, const Surroundings& place);
+  void ReportStrayEnd(std::size_t at);
 
   // Reads the element at `at` into control_ and moves `at` behind it, or to where reading stopped.
   // False when the element is none of ours, or its class cannot be told.
@@ -126,6 +139,19 @@ class ControlReader {
   ReadControl control_;
   std::size_t count_ = 0;
   bool refused_ = false;
+
+  // In front of an object of others, whose tag and what follows are still to be searched for
+  // misplaced controls.
+  std::optional<Scanner> foreignObject_;
+  // For the lines in which places begin. Values have one of their own, since each asks for the
+  // beginnings in order, and a tag begins in front of its values.
+  PlaceFinder places_{page_, encoding_};
+  PlaceFinder valuePlaces_{page_, encoding_};
+  struct Misplaced {
+    Surroundings place;
+    std::size_t line;
+  };
+  std::map<std::size_t, Misplaced> misplacedSpans_;  // by number; their end comments may follow
 
   // Values that are not in the page letter by letter.
   std::deque<std::string> decoded_;

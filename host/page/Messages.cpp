@@ -152,11 +152,82 @@ Message ControlInsideSpan(std::string_view endComment) {
           comment + " behind the control's text."};
 }
 
+namespace {
+
+// "in einem Kommentar, der in Zeile 12 beginnt", "inside a comment that begins in line 12".
+Message Inside(const Surroundings& place, std::size_t line) {
+  using Kind = Surroundings::Kind;
+  const std::string name = Quoted(place.name);
+  const auto where = [&](const std::string& german, const std::string& english) {
+    const std::string number = std::to_string(line);
+    return Message{german + " in Zeile " + number + " beginnt",
+                   english + " begins in line " + number};
+  };
+  switch (place.kind) {
+    case Kind::comment:
+      return where("in einem Kommentar, der", "inside a comment that");
+    case Kind::conditionalComment:
+      return where("in einem bedingten Kommentar, der", "inside a conditional comment that");
+    case Kind::declaration:
+      return where("in einer Deklaration, die", "inside a declaration that");
+    case Kind::cdata:
+      return where("in einem CDATA-Abschnitt, der", "inside a CDATA section that");
+    case Kind::rawText:
+      return where("im Text eines Elements " + name + ", das",
+                   "inside the text of an element " + name + " that");
+    case Kind::tag:
+      return where("in einem Tag " + name + ", das", "inside a tag " + name + " that");
+    case Kind::attributeValue:
+      return where("im Wert eines Attributs " + name + ", der",
+                   "inside the value of an attribute " + name + " that");
+    case Kind::control:
+      return where("in einem Control, das", "inside a control that");
+    case Kind::content:
+      break;
+  }
+  return {};
+}
+
+}  // namespace
+
+Message MisplacedControl(const Surroundings& place, std::size_t line, std::string_view runtimeText,
+                         Pasting pasting) {
+  const Message inside = Inside(place, line);
+  const std::string text(runtimeText);
+  const bool isTag =
+      place.kind == Surroundings::Kind::tag || place.kind == Surroundings::Kind::attributeValue;
+  Message advice;
+  if (pasting == Pasting::asItStands)
+    advice = {" Schreiben Sie stattdessen " + text, " Write this instead: " + text};
+  else if (pasting == Pasting::inSingleQuotes)
+    advice = {
+        " Setzen Sie den Wert in einfache Anführungszeichen, und schreiben Sie stattdessen " + text,
+        " Put the value in single quotes and write this instead: " + text};
+  else if (isTag)
+    advice = {" Lassen Sie das ganze Tag von einem DTCElement oder DTCClicktracker schreiben.",
+              " Let a DTCElement or DTCClicktracker write the whole tag."};
+  else
+    advice = {" Setzen Sie es dorthin, wo HTML Text oder Elemente hat.",
+              " Put it where HTML has text or elements."};
+  return {"Ein Control kann nicht " + inside.german + ", stehen: Es ginge roh an den Empfänger." +
+              advice.german,
+          "A control cannot stand " + inside.english + ": it would reach the recipient raw." +
+              advice.english};
+}
+
 Message StrayEnd() {
   return {
-      "Ein Endekommentar ohne Anfang. Löschen Sie ihn, oder stellen Sie den Anfangskommentar "
-      "wieder her.",
-      "An end comment without a start. Delete it, or restore the start comment."};
+      "Ein Endekommentar ohne Anfangskommentar. Stellen Sie den Anfangskommentar wieder her; in "
+      "ihm stand das Control.",
+      "An end comment without a start comment. Restore the start comment; it held the control."};
+}
+
+Message StrayEndOfMisplaced(const Surroundings& place, std::size_t line) {
+  const Message inside = Inside(place, line);
+  return {"Der Anfangskommentar dieses Controls steht " + inside.german +
+              ", und zählt dort nicht. Schließen Sie, was dort beginnt, vor dem Control.",
+          "The start comment of this control stands " + inside.english +
+              " and does not count there. Close what begins there in front of the control."};
 }
 
 Message Utf16() {

@@ -7,6 +7,7 @@
 
 #include "common/RuntimeError.h"
 #include "host/page/Problem.h"
+#include "host/page/Surroundings.h"
 
 namespace kvo::page::messages {
 
@@ -35,7 +36,12 @@ Message SpanCommentEndsEarly();
 Message SpanCommentNeverEnds();
 Message MissingEnd(std::string_view endComment);
 Message ControlInsideSpan(std::string_view endComment);
+// `line` is that in which the place begins.
+Message MisplacedControl(const Surroundings& place, std::size_t line, std::string_view runtimeText,
+                         Pasting pasting);
 Message StrayEnd();
+// Its start comment is in a place where it does not count.
+Message StrayEndOfMisplaced(const Surroundings& place, std::size_t line);
 
 Message Utf16();
 Message OtherEncoding(std::string_view encoding);

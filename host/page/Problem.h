@@ -67,6 +67,7 @@ inline constexpr std::string_view unclosedControl = "unclosed-control";
 inline constexpr std::string_view malformedSpan = "malformed-span";
 inline constexpr std::string_view missingEnd = "missing-end";
 inline constexpr std::string_view strayEnd = "stray-end";
+inline constexpr std::string_view misplacedControl = "misplaced-control";
 inline constexpr std::string_view invalidBytes = "invalid-bytes";
 inline constexpr std::string_view notInEncoding = "not-in-encoding";  // runtime text
 inline constexpr std::string_view encodingChanges = "encoding-changes";

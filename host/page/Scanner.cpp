@@ -250,12 +250,51 @@ class Structure {
   while (place != structure.End() && !EndsComment(body, place)) place = structure.Next();
 }
 
-// Whether a tag's name begins as "script", "style", "textarea" or "title" does.
-bool MayHoldRawText(const char* name) {
-  const char first = static_cast<char>(name[0] | 0x20);
+// The elements whose text holds no markup, but for `plaintext`, which nothing ends.
+constexpr std::string_view kRawText[] = {"script",   "style",   "title",  "textarea",
+                                         "noframes", "noembed", "iframe", "xmp"};
+constexpr std::string_view kPlainText = "plaintext";
+
+// Whether a tag's name begins as that of an element which changes how its content is read.
+bool MayChangeReading(const char* name) {
   const char second = static_cast<char>(name[1] | 0x20);
-  return (first == 's' && (second == 'c' || second == 't')) ||
-         (first == 't' && (second == 'e' || second == 'i'));
+  switch (name[0] | 0x20) {
+    case 's':  // script, style, svg
+      return second == 'c' || second == 't' || second == 'v';
+    case 't':  // textarea, title
+      return second == 'e' || second == 'i';
+    case 'n':  // noembed, noframes
+      return second == 'o';
+    case 'i':
+      return second == 'f';
+    case 'm':  // math
+      return second == 'a';
+    case 'p':
+      return second == 'l';
+    case 'x':
+      return second == 'm';
+    default:
+      return false;
+  }
+}
+
+// The first place in [at, end) where the two characters stand, in any case; may be wrong about
+// characters that are no letters. `end` when there is none. A byte follows `end`.
+const char* FindPair(const char* at, const char* end, char first, char second) {
+#if defined(__SSE2__)
+  const __m128i bit = _mm_set1_epi8(0x20);
+  for (; end - at >= 16; at += 16) {
+    const auto bytesAt = [&](const char* where) {
+      return _mm_or_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(where)), bit);
+    };
+    const __m128i found = _mm_and_si128(_mm_cmpeq_epi8(bytesAt(at), _mm_set1_epi8(first)),
+                                        _mm_cmpeq_epi8(bytesAt(at + 1), _mm_set1_epi8(second)));
+    if (const int mask = _mm_movemask_epi8(found); mask != 0)
+      return at + std::countr_zero(static_cast<unsigned>(mask));
+  }
+#endif
+  while (at < end && ((*at | 0x20) != first || (at[1] | 0x20) != second)) ++at;
+  return at;
 }
 
 }  // namespace
@@ -303,7 +342,10 @@ bool TagReader::Next(RawAttribute& attribute) {
         meaning = Meaning(*++at);
       }
       if (*at == quote) break;
-      if (at >= end) return cutOff();
+      if (at >= end) {
+        attribute.value = {value, static_cast<std::size_t>(end - value)};
+        return cutOff();
+      }
       ++at;
     }
     attribute.value = {value, static_cast<std::size_t>(at - value)};
@@ -313,9 +355,9 @@ bool TagReader::Next(RawAttribute& attribute) {
   }
   const char* const value = at;
   at = RunEnd(at, end, kUnquotedEnd);
-  if (at >= end) return cutOff();
   attribute.value = {value, static_cast<std::size_t>(at - value)};
   attribute.special = true;
+  if (at >= end) return cutOff();
   stopAt(at);
   return true;
 }
@@ -330,6 +372,29 @@ bool IsTagAt(std::string_view text, std::size_t at, std::string_view start, std:
   const std::size_t behind = at + start.size() + name.size();
   return behind < text.size() && text.compare(at, start.size(), start) == 0 &&
          HasNameAt(text.data() + at + start.size(), name) && Is(text[behind], kTagNameEnd);
+}
+
+std::size_t FindStartTag(std::string_view text, std::size_t from, std::size_t to,
+                         std::string_view name) {
+  const char* const end = text.data() + std::min(to, text.size());
+  for (const char* at = text.data() + from;
+       at < end && (at = FindPair(at, end, '<', name[0])) != end; ++at) {
+    const auto place = static_cast<std::size_t>(at - text.data());
+    if (IsTagAt(text, place, "<", name)) return place;
+  }
+  return npos;
+}
+
+std::size_t FindIgnoringCase(std::string_view text, std::size_t from, std::size_t to,
+                             std::string_view wanted) {
+  const char* const end = text.data() + std::min(to, text.size());
+  for (const char* at = text.data() + from;
+       at < end && (at = FindPair(at, end, wanted[0], wanted[1])) != end; ++at) {
+    if (static_cast<std::size_t>(end - at) >= wanted.size() &&
+        EqualIgnoringCase({at, wanted.size()}, wanted))
+      return static_cast<std::size_t>(at - text.data());
+  }
+  return npos;
 }
 
 std::size_t EndOfPlainText(std::string_view text, std::size_t at) {
@@ -359,13 +424,14 @@ Scanner::Kind Scanner::Next() {
     if (IsLetter(at[1])) {
       if (HasNameAt(at + 1, "object") && Is(at[7], kTagNameEnd)) return Kind::object;
       behind = SkipTag(at + 1, structure);
-      if (MayHoldRawText(at + 1)) {
+      if (MayChangeReading(at + 1)) {
         at_ = static_cast<std::size_t>(behind - begin);
-        SkipRawText(at + 1);
+        LeaveStartTag(at + 1);
         structure.GoOn(begin + at_);
       }
     } else if (at[1] == '/' && IsLetter(at[2])) {
       SkipTag(at + 2, structure);
+      if (HasCData()) LeaveEndTag(at + 2);
     } else if (at[1] == '/' || at[1] == '!' || at[1] == '?') {
       if (at[1] == '!' && at[2] == '-' && at[3] == '-') {
         if (at[4] == 'K') {
@@ -385,13 +451,17 @@ void Scanner::SkipOne() {
   const char* const begin = text_.data();
   const char* const end = begin + text_.size();
   const char* const at = begin + at_;
+  rawText_ = {};
   if (at == end) return;
   const bool isEndTag = at[1] == '/' && IsLetter(at[2]);
   if (IsLetter(at[1]) || isEndTag) {
     Structure structure(at + 1, end);
     const char* const name = at + (isEndTag ? 2 : 1);
     at_ = static_cast<std::size_t>(SkipTag(name, structure) - begin);
-    if (!isEndTag && MayHoldRawText(name)) SkipRawText(name);
+    if (isEndTag)
+      LeaveEndTag(name);
+    else if (MayChangeReading(name))
+      LeaveStartTag(name);
   } else if (at[1] == '/' || at[1] == '!' || at[1] == '?') {
     SkipMarkup();
   } else {
@@ -404,40 +474,54 @@ void Scanner::SkipMarkup() {
     at_ = std::min(EndOfComment(text_, at_), text_.size());
     return;
   }
-  if (text_.substr(at_, 9) == "<![CDATA[") return SkipCData();
-  // A document type, or what browsers take for a comment: "<?", "</" without a letter, "<!".
-  const std::size_t close = text_.find('>', at_ + 2);
-  at_ = close == npos ? text_.size() : close + 1;
-}
-
-// A section that never ends is no section: browsers skip "<![CDATA[" as far as the next ">" then.
-void Scanner::SkipCData() {
-  std::size_t close = npos;
-  if (!noCDataEnd_) {
-    close = text_.find("]]>", at_ + 9);
-    if (close != npos) {
-      at_ = close + 3;
-      return;
-    }
-    noCDataEnd_ = true;
-  }
-  close = text_.find('>', at_);
-  at_ = close == npos ? text_.size() : close + 1;
+  // A section goes on as far as its end, or to the end of the page. A document type, and what
+  // browsers take for a comment ("<?", "</" without a letter, "<!"), ends at the next ">".
+  const bool isSection = HasCData() && text_.substr(at_, kCDataStart.size()) == kCDataStart;
+  const std::string_view close = isSection ? "]]>" : ">";
+  const std::size_t end = text_.find(close, at_ + (isSection ? kCDataStart.size() : 2));
+  at_ = end == npos ? text_.size() : end + close.size();
 }
 
 bool Scanner::IsEndTagOf(std::size_t at, std::string_view name) const {
   return IsTagAt(text_, at, "</", name);
 }
 
-void Scanner::SkipRawText(const char* startTag) {
-  const std::size_t length =
-      static_cast<std::size_t>(TagNameEnd(startTag, text_.data() + text_.size()) - startTag);
+void Scanner::LeaveStartTag(const char* name) {
+  const auto length =
+      static_cast<std::size_t>(TagNameEnd(name, text_.data() + text_.size()) - name);
+  const bool closesItself = text_[at_ - 1] == '>' && text_[at_ - 2] == '/';
+  if (std::size_t* const depth = DepthOf(name, length)) {
+    if (!closesItself) ++*depth;
+    return;
+  }
+  // In HTML the slash of "<title/>" means nothing.
+  if (closesItself && HasCData()) return;
   const auto isNamed = [&](std::string_view wanted) {
-    return length == wanted.size() && HasNameAt(startTag, wanted);
+    return length == wanted.size() && HasNameAt(name, wanted);
   };
-  if (isNamed("script")) return SkipScript();
-  for (const std::string_view name : {"style", "textarea", "title"})
-    if (isNamed(name)) return SkipRawTextOf(name);
+  if (isNamed(kPlainText)) {
+    rawText_ = kPlainText;
+    at_ = text_.size();
+  }
+  const auto* const raw = std::ranges::find_if(kRawText, isNamed);
+  if (raw == std::end(kRawText)) return;
+  rawText_ = *raw;
+  if (raw == std::begin(kRawText))
+    SkipScript();
+  else
+    SkipRawTextOf(*raw);
+}
+
+void Scanner::LeaveEndTag(const char* name) {
+  const auto length =
+      static_cast<std::size_t>(TagNameEnd(name, text_.data() + text_.size()) - name);
+  if (std::size_t* const depth = DepthOf(name, length); depth != nullptr && *depth != 0) --*depth;
+}
+
+std::size_t* Scanner::DepthOf(const char* name, std::size_t length) {
+  if (length == 3 && HasNameAt(name, "svg")) return &svg_;
+  if (length == 4 && HasNameAt(name, "math")) return &math_;
+  return nullptr;
 }
 
 void Scanner::SkipRawTextOf(std::string_view name) {

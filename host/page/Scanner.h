@@ -1,7 +1,7 @@
 // Finds, byte by byte and without building a tree, what may be a control in a page: `object` start
 // tags and the comments of saved spans. It reads as the tokenizer of HTML does: quoted attributes,
-// comments, bogus comments, CDATA sections, and the text of `script`, `style`, `textarea` and
-// `title`, in all of which nothing is found.
+// comments, bogus comments, CDATA sections inside `svg` and `math`, and the text of `script`,
+// `style`, `title` and the like, in all of which nothing is found.
 #pragma once
 
 #include <cstddef>
@@ -14,6 +14,7 @@ inline constexpr std::size_t npos = std::string_view::npos;
 
 inline constexpr std::string_view kCommentStart = "<!--";
 inline constexpr std::string_view kCommentEnd = "-->";
+inline constexpr std::string_view kCDataStart = "<![CDATA[";
 inline constexpr std::string_view kSpanStart = "<!--KVO CONTROL STARTSPAN";
 inline constexpr std::string_view kSpanEnd = "<!--KVO CONTROL ENDSPAN";
 
@@ -37,7 +38,8 @@ class TagReader {
   // `at` is behind the tag's name.
   TagReader(std::string_view text, std::size_t at) : text_(text), at_(at) {}
 
-  // Reads the next attribute; false behind the ">" of the tag or at the end of the text.
+  // Reads the next attribute; false behind the ">" of the tag or at the end of the text, where
+  // `attribute` may hold the beginning of one.
   bool Next(RawAttribute& attribute);
   // Skips what is left of the tag.
   void Skip();
@@ -55,6 +57,16 @@ class TagReader {
 // Whether `text` at `at` is a tag of this name: `start` is "<" or "</", and white space, "/" or ">"
 // follows. The name is given in lower case.
 bool IsTagAt(std::string_view text, std::size_t at, std::string_view start, std::string_view name);
+
+// The first tag of this name (in lower case) that begins in [from, to), wherever it stands; npos
+// when there is none.
+std::size_t FindStartTag(std::string_view text, std::size_t from, std::size_t to,
+                         std::string_view name);
+
+// The first place in [from, to) where this text stands, given in lower case and of at least two
+// characters; npos when there is none.
+std::size_t FindIgnoringCase(std::string_view text, std::size_t from, std::size_t to,
+                             std::string_view wanted);
 
 // The first byte at or behind `at` that is not plain inside a quoted value: a quote, "&", ">", a
 // NUL or a byte beyond ASCII. A NUL must follow the text.
@@ -79,18 +91,31 @@ class Scanner {
   std::size_t Position() const { return at_; }
   void GoOn(std::size_t position) { at_ = position; }
 
+  // Whether "<![CDATA[" at Position() begins a section, which only "]]>" ends. Elsewhere it begins
+  // a comment that ends at its first ">".
+  bool HasCData() const { return svg_ + math_ != 0; }
+  // The name, in lower case, of the element whose raw text SkipOne() skipped together with its
+  // start tag; else empty.
+  std::string_view RawText() const { return rawText_; }
+
  private:
   // Each moves on from at_.
   void SkipMarkup();
-  void SkipRawText(const char* startTag);  // its name; nothing when it holds markup
   void SkipRawTextOf(std::string_view name);
   void SkipScript();
-  void SkipCData();
+
+  // Behind a start tag: its text, when that holds no markup.
+  void LeaveStartTag(const char* name);
+  void LeaveEndTag(const char* name);
+  std::size_t* DepthOf(const char* name, std::size_t length);
   bool IsEndTagOf(std::size_t at, std::string_view name) const;
 
   std::string_view text_;
   std::size_t at_ = 0;
-  bool noCDataEnd_ = false;  // there is no "]]>" ahead
+  // How many of these elements are open.
+  std::size_t svg_ = 0;
+  std::size_t math_ = 0;
+  std::string_view rawText_;
 };
 
 }  // namespace kvo::page

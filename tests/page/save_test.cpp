@@ -79,6 +79,20 @@ TEST_F(Saving, WritesAwkwardCharactersSoThatNothingEndsTheComment) {
   EXPECT_EQ(ValuesIn(saved), List{"a--b --> --!> - \r\n\t\"<&amp;"});
 }
 
+// What is a CDATA section does not depend on what the controls hold, or on how it is written.
+TEST_F(Saving, KeepsControlsBehindWhatLooksLikeACDataSection) {
+  const std::string start = "<![CDATA[ a>";
+  const std::string print = StoredPrint("a");
+  const std::string saved = Saved(start + PrintElement("a") + PrintElement("b ]]>") + "x");
+  EXPECT_EQ(saved, start + Span(print, "<kv:print value=\"a\"/>") +
+                       Span(StoredPrint("b ]]&gt;"), "<kv:print value=\"b ]]>\"/>") + "x");
+  EXPECT_EQ(Saved(saved), saved);
+  EXPECT_EQ(ValuesIn(saved), (List{"a", "b ]]>"}));
+  // Nor can a value of one control bring another control to light.
+  EXPECT_EQ(ValuesIn("<svg>" + start + PrintElement("a ]]>") + PrintElement("b")), (List{"b"}));
+  EXPECT_EQ(Saved("<svg>" + start + PrintElement("a ]]>") + PrintElement("b")), "(not saved)");
+}
+
 TEST_F(Saving, KeepsLineBreaksOfAValueAsTheyStand) {
   EXPECT_EQ(ValuesIn(Saved(PrintElement("a\r\nb\nc\rd"))), List{"a\r\nb\nc\rd"});
 }
