@@ -1,15 +1,13 @@
 #include "host/page/ControlReader.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 
 #include "common/Ascii.h"
-#include "common/RuntimeError.h"
 #include "common/Suggest.h"
 #include "host/page/ElementWriter.h"
 #include "host/page/Messages.h"
-#include "host/page/Page.h"
+#include "host/page/OurElements.h"
 #include "host/page/Utf8.h"
 #include "host/registration/classes.h"
 
@@ -58,38 +56,6 @@ std::string_view NearestKey(const ControlClass& contract, std::string_view key) 
   return Suggest(key, keys);
 }
 
-constexpr std::size_t kMostDigits = 9;
-
-// " N" at the start of the text, as it is written: no sign, no leading zeros, at most nine digits.
-// 0 for anything else; `text` moves behind it.
-std::size_t TakeNumber(std::string_view& text) {
-  if (!text.starts_with(' ') || text.substr(1, 1) == "0") return 0;
-  const std::string_view digits = text.substr(1, kMostDigits);
-  std::size_t number = 0;
-  const char* const end = std::from_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-  return number;
-}
-
-// Of an element that begins the text; npos when there is none.
-std::size_t FindEndTag(std::string_view text) {
-  std::size_t at = 0;
-  do at = text.find("</", at + 1);
-  while (at != npos && !IsTagAt(text, at, "</", "object"));
-  return at;
-}
-
-// What the control gives; empty when it fails.
-std::string RuntimeTextOf(const ReadControl& control) {
-  std::vector<MemoryBag::Entry> bag;
-  for (const auto& [key, value] : control.params) bag.emplace_back(key, value);
-  try {
-    return Load(*control.contract, std::move(bag))->GetRuntimeText();
-  } catch (const RuntimeError&) {
-    return {};
-  }
-}
-
 // A name of an attribute can be written again when it would be read as the same name.
 bool IsWritableName(std::string_view name) {
   return name.find_first_of(std::string_view("\"'<=\0", 5)) == npos;
@@ -132,80 +98,27 @@ bool ControlReader::Next() {
   return false;
 }
 
-void ControlReader::ReadSpanTextAsPage() {
+void ControlReader::ReadSpanTextAsPage(std::size_t ownSize) {
   if (!spanEnds_) IndexSpanEnds(control_.textBegin);
-  scanner_.GoOn(control_.textBegin);
+  scanner_.GoOn(control_.textBegin + ownSize);
 }
 
 void ControlReader::FindMisplaced(const Scanner& before, std::size_t from, std::size_t to) {
-  std::size_t at = FindStartTag(page_, from, to, "object");
-  if (at == npos) return;
-  SurroundingsFinder surroundings(page_, before);
-  while (at != npos) {
-    const std::size_t next = FindStartTag(page_, at + kObjectTag, to, "object");
-    const std::size_t end = std::min(next, to);
-    if (HasOurClassId(at + kObjectTag, end)) ReportMisplaced(at, end, surroundings.At(at));
-    at = next;
-  }
-}
-
-// The tag is not read as one: what stands around it may cut it off for HTML, but not for a reader
-// of another kind.
-bool ControlReader::HasOurClassId(std::size_t at, std::size_t end) {
-  constexpr std::string_view kClassId = "classid";
-  for (; (at = FindIgnoringCase(page_, at, end, kClassId)) != npos; ++at) {
-    const char before = page_[at - 1];
-    if (!IsHtmlSpace(before) && before != '/' && before != '"' && before != '\'') continue;
-    std::size_t value = at + kClassId.size();
-    while (value < end && IsHtmlSpace(page_[value])) ++value;
-    if (value >= end || page_[value] != '=') continue;
-    ++value;
-    while (value < end && IsHtmlSpace(page_[value])) ++value;
-    if (value >= end) continue;
-    const char quote = page_[value];
-    const bool quoted = quote == '"' || quote == '\'';
-    if (quoted) ++value;
-    const std::string_view stop =
-        quoted ? std::string_view(&quote, 1) : std::string_view(" \t\r\n\f\"'<>");
-    const std::string_view raw = page_.substr(value, end - value);
-    std::string classId;
-    encoding_.DecodeAttribute(raw.substr(0, raw.find_first_of(stop)), classId);
-    if (FindControlByClassId(classId) != nullptr || IsOurProgId(classId)) return true;
-  }
-  return false;
-}
-
-void ControlReader::ReportMisplaced(std::size_t at, std::size_t end, const Surroundings& place) {
-  const bool isValue = place.kind == Surroundings::Kind::attributeValue;
-  const std::size_t line = (isValue ? valuePlaces_ : places_).At(place.begin).line;
-  // A saved control: its start comment is as misplaced as its element.
-  constexpr std::size_t kMostBefore = kSpanStart.size() + kMostDigits + 2;
-  const std::size_t nearby = at - std::min(at, kMostBefore);
-  const std::size_t comment = page_.substr(nearby, at - nearby).find(kSpanStart);
-  if (comment != npos) {
-    std::string_view rest = page_.substr(nearby + comment + kSpanStart.size());
-    if (const std::size_t number = TakeNumber(rest); number != 0)
+  OurElements elements(page_, from, to, encoding_);
+  std::optional<SurroundingsFinder> surroundings;
+  while (const auto element = elements.Next()) {
+    if (!surroundings) surroundings.emplace(page_, before);
+    const Surroundings place = surroundings->At(element->begin);
+    const bool isValue = place.kind == Surroundings::Kind::attributeValue;
+    const std::size_t line = (isValue ? valuePlaces_ : places_).At(place.begin).line;
+    // The start comment of a saved control is as misplaced as its element.
+    if (const std::size_t number = SpanNumberBefore(page_, element->begin); number != 0)
       misplacedSpans_[number] = {place, line};
+    const LoneElement alone =
+        ReadAlone(page_.substr(element->begin, element->end - element->begin), encoding_);
+    problems_.Add(element->begin, rule::misplacedControl, {alone.className, alone.id},
+                  CannotHoldControl(place, line, alone.runtimeText));
   }
-
-  // The element alone, to find out what it would give.
-  const std::string_view stretch = page_.substr(at, end - at);
-  std::string className;
-  std::string id;
-  std::string text;
-  const std::size_t close = FindEndTag(stretch);
-  if (close != npos) {
-    const std::string element = std::string(stretch.substr(0, stretch.find('>', close))) + '>';
-    ProblemList ignored;
-    ControlReader reader(element, encoding_, Params::known, ignored);
-    if (reader.Next()) {
-      const ReadControl& control = reader.Control();
-      className = control.className;
-      id = control.id.value_or(std::string_view());
-      if (!control.broken) text = RuntimeTextOf(control);
-    }
-  }
-  problems_.Add(at, rule::misplacedControl, {className, id}, CannotHoldControl(place, line, text));
 }
 
 void ControlReader::ReportStrayEnd(std::size_t at) {

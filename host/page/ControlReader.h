@@ -75,8 +75,9 @@ class ControlReader {
   // How far the page was read, and how it is read from there on.
   const Scanner& Reading() const { return scanner_; }
 
-  // Goes back into the text of the span just read, which turned out not to be one.
-  void ReadSpanTextAsPage();
+  // Goes back into the text of the span just read, which turned out not to be one, but for so many
+  // bytes at its beginning.
+  void ReadSpanTextAsPage(std::size_t ownSize = 0);
 
  private:
   // Both answer whether there is a control; either way the scanner goes on behind what was read.
@@ -86,10 +87,6 @@ class ControlReader {
   // Complains about elements of ours in [from, to), a stretch of the page in which HTML sees none.
   // `before` is in front of it, in content.
   void FindMisplaced(const Scanner& before, std::size_t from, std::size_t to);
-  // Whether the tag that begins at `at` seems to have a classid of ours; what is behind `end` is
-  // not looked at.
-  bool HasOurClassId(std::size_t at, std::size_t end);
-  void ReportMisplaced(std::size_t at, std::size_t end, const Surroundings& place);
   void ReportStrayEnd(std::size_t at);
 
   // Reads the element at `at` into control_ and moves `at` behind it, or to where reading stopped.

@@ -141,15 +141,39 @@ Message MissingEnd(std::string_view endComment) {
               " behind the control's text, or delete the start comment."};
 }
 
-Message ControlInsideSpan(std::string_view endComment) {
+namespace {
+
+// "(DTCPrint "Preis", Zeile 12)".
+Message InBrackets(Subject control, std::size_t line) {
+  std::string name(control.control);
+  if (!control.id.empty()) name += ' ' + Quoted(control.id);
+  if (!name.empty()) name += ", ";
+  const std::string number = std::to_string(line);
+  return {"(" + name + "Zeile " + number + ")", "(" + name + "line " + number + ")"};
+}
+
+}  // namespace
+
+Message ControlInsideSpan(Subject other, std::size_t line, std::string_view endComment) {
   const std::string comment(endComment);
-  return {
-      "Vor dem Endekommentar beginnt ein anderes Control; der eigene scheint zu fehlen. "
-      "Ergänzen Sie " +
-          comment + " hinter dem Text des Controls.",
-      "Another control begins before the end comment; this control's own seems to be missing. "
-      "Add " +
-          comment + " behind the control's text."};
+  const Message which = InBrackets(other, line);
+  return {"Vor dem Endekommentar beginnt ein anderes Control " + which.german +
+              "; der eigene scheint zu fehlen. Ergänzen Sie " + comment +
+              " hinter dem Text des Controls.",
+          "Another control " + which.english +
+              " begins before the end comment; this control's own seems to be missing. Add " +
+              comment + " behind the control's text."};
+}
+
+Message NestedControl(Subject other, std::size_t line, std::string_view endComment) {
+  const std::string comment(endComment);
+  const Message which = InBrackets(other, line);
+  return {"Im Text dieses Controls steht ein anderes " + which.german +
+              ", das verloren ginge. Setzen Sie es hinter " + comment +
+              "; fehlt dieser Endekommentar, ergänzen Sie ihn davor.",
+          "In the text of this control stands another one " + which.english +
+              ", which would be lost. Put it behind " + comment +
+              "; if this end comment is missing, add it in front of that control."};
 }
 
 namespace {

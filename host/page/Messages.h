@@ -7,6 +7,7 @@
 
 #include "common/RuntimeError.h"
 #include "host/page/Problem.h"
+#include "host/page/ProblemList.h"
 #include "host/page/Surroundings.h"
 
 namespace kvo::page::messages {
@@ -35,7 +36,9 @@ Message SpanCommentGoesOn();
 Message SpanCommentEndsEarly();
 Message SpanCommentNeverEnds();
 Message MissingEnd(std::string_view endComment);
-Message ControlInsideSpan(std::string_view endComment);
+// Another control, which begins in `line`, stands in the text of a saved one.
+Message ControlInsideSpan(Subject other, std::size_t line, std::string_view endComment);
+Message NestedControl(Subject other, std::size_t line, std::string_view endComment);
 // `line` is that in which the place begins.
 Message MisplacedControl(const Surroundings& place, std::size_t line, std::string_view runtimeText,
                          Pasting pasting);

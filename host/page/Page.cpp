@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <initializer_list>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -11,6 +12,7 @@
 #include "host/page/ElementWriter.h"
 #include "host/page/Messages.h"
 #include "host/page/NewGuids.h"
+#include "host/page/OurElements.h"
 #include "host/page/ProblemList.h"
 #include "host/page/Utf8.h"
 
@@ -258,12 +260,7 @@ class Writer {
 
   // Whether the span's text, which is not what its control gives, may give way to `text`.
   bool MayReplaceText(std::string_view text) {
-    if (Found().OldText(page_).find(kSpanStart) != npos && text.find(kSpanStart) == npos) {
-      // Controls would be lost with it.
-      Fail(rule::missingEnd, messages::ControlInsideSpan(EndComment(Found().number)));
-      reader_.ReadSpanTextAsPage();
-      return false;
-    }
+    if (RefuseLoss(text)) return false;
     if (result_ == Result::runtimeText) {
       Fail(rule::editedByHand, messages::EditedByHandPublished(), Severity::warning);
     } else if (!options_.force) {
@@ -271,6 +268,52 @@ class Writer {
       return false;
     }
     return true;
+  }
+
+  // Whether another control stands in the span's text that is not part of `text`: it would be lost.
+  bool RefuseLoss(std::string_view text) {
+    const auto lost = FindLost(text);
+    if (!lost) return false;
+    const LoneElement alone =
+        ReadAlone(page_.substr(lost->begin, lost->end - lost->begin), encoding_);
+    const std::string end = EndComment(Found().number);
+    const std::size_t line = lostPlaces_.At(lost->begin).line;
+    const Subject other = {alone.className, alone.id};
+    if (lost->begin == lost->end || SpanNumberBefore(page_, lost->begin) != 0) {
+      Fail(rule::missingEnd, messages::ControlInsideSpan(other, line, end));
+      reader_.ReadSpanTextAsPage(Found().OldText(page_).starts_with(text) ? text.size() : 0);
+    } else {
+      Fail(rule::nestedControl, messages::NestedControl(other, line, end));
+    }
+    return true;
+  }
+
+  // The first element in the span's text of which `text` does not hold as many, or an empty one for
+  // such a start comment without an element.
+  std::optional<OurElements::Element> FindLost(std::string_view text) const {
+    const std::string kept(text);  // followed by a NUL
+    std::unordered_map<std::string_view, std::size_t> elements;
+    OurElements mine(kept, 0, kept.size(), encoding_);
+    while (const auto element = mine.Next()) ++elements[Bytes(kept, *element)];
+    OurElements all(page_, Found().textBegin, Found().textEnd, encoding_);
+    while (const auto element = all.Next()) {
+      const auto same = elements.find(Bytes(page_, *element));
+      if (same == elements.end() || same->second == 0) return element;
+      --same->second;
+    }
+    std::size_t comment = page_.find(kSpanStart, Found().textBegin);
+    for (std::size_t at = 0; comment < Found().textEnd; ++at) {
+      at = kept.find(kSpanStart, at);
+      if (at == npos) return OurElements::Element{comment, comment};
+      comment = page_.find(kSpanStart, comment + 1);
+    }
+    return std::nullopt;
+  }
+  // As far as it tells one element from another.
+  static std::string_view Bytes(std::string_view page, OurElements::Element element) {
+    const std::string_view whole = page.substr(element.begin, element.end - element.begin);
+    const std::size_t close = whole.find("</");
+    return whole.substr(0, close != npos ? close : whole.find('>'));
   }
 
   // Puts the control's element into element_; `text` may change. False after a problem.
@@ -392,6 +435,7 @@ class Writer {
   Result result_;
   WriteOptions options_;
   std::unordered_set<std::string> ids_;
+  PlaceFinder lostPlaces_{page_, encoding_};
 
   // Kept from control to control, so that they need not be allocated anew.
   std::string text_;  // the control's runtime text

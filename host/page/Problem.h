@@ -66,6 +66,7 @@ inline constexpr std::string_view unexpectedContent = "unexpected-content";
 inline constexpr std::string_view unclosedControl = "unclosed-control";
 inline constexpr std::string_view malformedSpan = "malformed-span";
 inline constexpr std::string_view missingEnd = "missing-end";
+inline constexpr std::string_view nestedControl = "nested-control";
 inline constexpr std::string_view strayEnd = "stray-end";
 inline constexpr std::string_view misplacedControl = "misplaced-control";
 inline constexpr std::string_view invalidBytes = "invalid-bytes";

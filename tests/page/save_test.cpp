@@ -148,6 +148,93 @@ TEST_F(Publishing, IsWhatTheNewCommandPrints) {
   EXPECT_EQ(Published(element), "<kv:print value=\"a&amp;b\" format=\"#,##0.00\"/>");
 }
 
+// Another control in the text of a saved one.
+
+class Nested : public PageTest {
+ protected:
+  // Neither written nor lost, and the message names the other one.
+  void ExpectRefused(const std::string& page, const List& expected, std::string_view other) {
+    for (const bool force : {false, true}) {
+      EXPECT_EQ(Saved(page, {.force = force}), "(not saved)") << page;
+      EXPECT_EQ(Listed(problems), expected) << page;
+    }
+    EXPECT_EQ(Published(page), "(not published)") << page;
+    EXPECT_EQ(Checked(page), expected) << page;
+    ASSERT_FALSE(problems.empty());
+    EXPECT_NE(problems[0].message.english.find(other), std::string::npos)
+        << problems[0].message.english;
+    EXPECT_EQ(problems[0].control, "DTCPrint");
+  }
+};
+
+TEST_F(Nested, UnsavedControlIsNotDropped) {
+  const std::string tag = "<kv:print value=\"x\"/>";
+  const std::string other = "<object classid=progid:KVOPDesignObjects.DTCContact id=Mail></object>";
+  for (const std::string& text :
+       List{tag + "\n" + other, other, "\n" + other + tag, tag + "<!--\n" + other + "-->",
+            "<title>\n" + other, tag + "\n" + other + other})
+    ExpectRefused(
+        Span(StoredPrint("x"), text), List{"1:1 nested-control"},
+        text == other ? "(DTCContact \"Mail\", line 1)" : "(DTCContact \"Mail\", line 2)");
+}
+
+TEST_F(Nested, UnsavedControlOfAnUnknownClassIsNotDropped) {
+  ExpectRefused(Span(StoredPrint("x"), Element("", "Nope")), List{"1:1 nested-control"},
+                "(Nope, line 1)");
+}
+
+// A text that holds the words of a start comment itself.
+TEST_F(Nested, SpanBehindALostEndIsNotDroppedWhateverTheTextHolds) {
+  const std::string words = "&lt;!--KVO CONTROL STARTSPAN 1 &lt;object";
+  const std::string once = Saved(PrintElement(words) + "\n" + PrintElement("b"));
+  ASSERT_NE(once, "(not saved)");
+  const std::string end = "<!--KVO CONTROL ENDSPAN 1-->";
+  std::string page = once;
+  page.erase(page.find(end), end.size());
+  ExpectRefused(page, List{"1:1 missing-end"}, "(DTCPrint, line 2)");
+
+  // The same with an element of ours in the words.
+  const std::string element =
+      "&lt;!--KVO CONTROL STARTSPAN 1 &lt;object "
+      "classid='progid:KVOPDesignObjects.DTCPrint'&gt;&lt;/object&gt;";
+  page = Saved(PrintElement(element) + "\n" + PrintElement("b"));
+  page.erase(page.find(end), end.size());
+  ExpectRefused(page, List{"1:1 missing-end"}, "(DTCPrint, line 2)");
+}
+
+TEST_F(Nested, DamagedStartCommentBehindALostEndIsNotDropped) {
+  const std::string end = "<!--KVO CONTROL ENDSPAN 1-->";
+  const std::string page = "<!--KVO CONTROL STARTSPAN 1 " + StoredPrint("x") + "-->x\n" +
+                           "<!--KVO CONTROL STARTSPAN 1 <object classid=damaged></object>-->" + end;
+  EXPECT_EQ(Saved(page, {.force = true}), "(not saved)");
+  EXPECT_EQ(Published(page), "(not published)");
+}
+
+// What the control writes itself is not another control, however the rest was edited.
+TEST_F(Nested, ElementThatIsTheControlsOwnTextMayBeReplaced) {
+  const std::string script =
+      Element(Param("html-content",
+                    "kv:@lt;object classid='progid:KVOPDesignObjects.DTCPrint'"
+                    "kv:@gt;kv:@lt;/objectkv:@gt;"),
+              "DTCScript");
+  const std::string saved = Saved(script);
+  std::string edited = saved;
+  edited.insert(edited.find("<kv:script>"), "edited");
+  EXPECT_EQ(Saved(edited), "(not saved)");
+  EXPECT_EQ(Listed(problems), List{"1:1 edited-by-hand"});
+  EXPECT_EQ(Saved(edited, {.force = true}), saved);
+  // But not once more.
+  const std::string own = "<object classid='progid:KVOPDesignObjects.DTCPrint'></object>";
+  edited.insert(edited.find("<kv:script>"), own);
+  EXPECT_EQ(Saved(edited, {.force = true}), "(not saved)");
+  EXPECT_EQ(Listed(problems), List{"1:1 nested-control"});
+}
+
+TEST_F(Nested, ControlsOfOthersMayBeReplaced) {
+  EXPECT_EQ(Saved(Span(StoredPrint("x"), "<object data=x></object>"), {.force = true}),
+            Span(StoredPrint("x"), "<kv:print value=\"x\"/>"));
+}
+
 // Newly made identifiers.
 
 std::string CachedList() {
