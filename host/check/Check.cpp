@@ -74,7 +74,7 @@ page::Problems CheckPage(const page::Page& page, const ObjectRef& office,
   };
   add(balance.Take());
   if (productCheck) add(productCheck->Take());
-  add(CheckOwnText(page, inspection.controls, fields, kUnknownField));
+  add(CheckOwnText(page, inspection.controls, fields));
   std::ranges::stable_sort(problems, {}, &page::Problem::offset);
   return problems;
 }

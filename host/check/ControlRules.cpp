@@ -27,21 +27,33 @@ void ExpectFilled(const Checked& checked, std::string_view className, std::strin
           std::string(what.english) + " Fill in " + name + "."});
 }
 
-void UnknownField(const Checked& checked, const Report& report) {
-  const auto expect = [&](FieldKind kind, const std::string& name) {
-    if (auto message = UnknownFieldMessage(kind, name, checked.fields)) report(std::move(*message));
-  };
-  if (checked.Is("DTCContact") || checked.Is("DTCOrder")) {
-    const std::string field = checked.Text("Field");
-    if (!field.empty())
-      expect(checked.Is("DTCOrder") ? FieldKind::order : FieldKind::contact, field);
-    return;
-  }
+void ExpectField(FieldKind kind, const std::string& name, const Checked& checked,
+                 const Report& report) {
+  if (auto message = UnknownFieldMessage(kind, name, checked.fields)) report(std::move(*message));
+}
+
+bool IsField(const Checked& checked) { return checked.Is("DTCContact") || checked.Is("DTCOrder"); }
+
+// Those that the control emits and that are fields for sure, or the others; each once.
+void ExpectReferences(const Checked& checked, bool forSure, const Report& report) {
   std::set<std::pair<FieldKind, std::string>> seen;
   ForEachFieldReference(checked.runtimeText, [&](const FieldReference& reference) {
+    if (IsFieldForSure(reference) != forSure) return;
     const auto [entry, isNew] = seen.emplace(reference.kind, reference.name);
-    if (isNew) expect(entry->first, entry->second);
+    if (isNew) ExpectField(entry->first, entry->second, checked, report);
   });
+}
+
+void UnknownField(const Checked& checked, const Report& report) {
+  if (!IsField(checked)) return ExpectReferences(checked, true, report);
+  const std::string field = checked.Text("Field");
+  if (field.empty()) return;
+  ExpectField(checked.Is("DTCOrder") ? FieldKind::order : FieldKind::contact, field, checked,
+              report);
+}
+
+void UnknownOrderValue(const Checked& checked, const Report& report) {
+  if (!IsField(checked)) ExpectReferences(checked, false, report);
 }
 
 void OutputWithoutField(const Checked& checked, const Report& report) {
@@ -223,6 +235,7 @@ void BareAmpersand(const Checked& checked, const Report& report) {
 
 constexpr ControlRule kRules[] = {
     {kUnknownField, UnknownField},
+    {kUnknownOrderValue, UnknownOrderValue},
     {{"output-without-field", Severity::error}, OutputWithoutField},
     {{"print-tag", Severity::warning}, PrintTag},
     {{"missing-joiner", Severity::error}, MissingJoiner},

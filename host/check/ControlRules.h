@@ -13,8 +13,9 @@
 
 namespace kvo::check {
 
-// The rule of unknown fields, which the page's own text is held against as well.
+// The rules that the page's own text is held against as well.
 inline constexpr Rule kUnknownField{"unknown-field", page::Severity::error};
+inline constexpr Rule kUnknownOrderValue{"unknown-order-value", page::Severity::warning};
 
 // A control under inspection: loaded from its bag, and the runtime text that it answers.
 struct Checked {

@@ -56,7 +56,7 @@ void FindPaths(std::string_view text, const Found& found) {
       if (text[end] != '#' || !IsName(text.substr(name, end - name))) break;
       if (spelling.kind != FieldKind::order ||
           !EqualIgnoringCase(text.substr(name, end - name), kOrderNumber))
-        found({spelling.kind, text.substr(name, end - name), begin});
+        found({spelling.kind, true, text.substr(name, end - name), begin});
       at = end + 1;
       break;
     }
@@ -74,7 +74,7 @@ void FindTags(std::string_view text, const Found& found) {
       while (tag.Next(attribute))
         if (!name && EqualIgnoringCase(attribute.name, "field")) name = attribute.value;
       if (tag.CutOff()) return;
-      if (name && IsName(*name)) found({spelling.kind, *name, begin});
+      if (name && IsName(*name)) found({spelling.kind, false, *name, begin});
       at = tag.Position();
       break;
     }

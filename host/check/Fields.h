@@ -48,6 +48,7 @@ enum class FieldKind { contact, order };
 // A field that a text names.
 struct FieldReference {
   FieldKind kind = FieldKind::contact;
+  bool isPath = true;     // else a tag
   std::string_view name;  // in the text
   std::size_t at = 0;     // where the reference begins
 };
@@ -58,6 +59,12 @@ struct FieldReference {
 // a std::string; other than ASCII, it may be of any encoding.
 void ForEachFieldReference(std::string_view text,
                            const std::function<void(const FieldReference&)>& found);
+
+// Whether only fields are named so. The template engine knows more of an order than its fields, and
+// by what paths is its own affair; the recipient's fields are what the expression builder writes.
+inline bool IsFieldForSure(const FieldReference& reference) {
+  return reference.kind == FieldKind::contact || !reference.isPath;
+}
 
 // What is wrong with a field; nothing when it is known, or when the office has no list of its kind.
 std::optional<page::Message> UnknownFieldMessage(FieldKind kind, const std::string& name,

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/check/ControlRules.h"
 #include "host/page/ProblemList.h"
 
 namespace kvo::check {
@@ -25,7 +26,7 @@ std::string WithoutControls(const page::Page& page,
 }  // namespace
 
 page::Problems CheckOwnText(const page::Page& page, const std::vector<page::FoundControl>& controls,
-                            KnownFields& fields, const Rule& rule) {
+                            KnownFields& fields) {
   if (!fields.contact && !fields.order) return {};
   if (page.Encoding().kind() == page::PageEncoding::Kind::utf16) return {};
   page::ProblemList problems;
@@ -39,6 +40,7 @@ page::Problems CheckOwnText(const page::Page& page, const std::vector<page::Foun
     if (++told > kMostTold)
       message = page::Message{"Weitere unbekannte Felder im Text der Seite werden nicht genannt.",
                               "Further unknown fields in the page's text are not named."};
+    const Rule& rule = IsFieldForSure(reference) ? kUnknownField : kUnknownOrderValue;
     problems.Add(reference.at, rule.id, {}, std::move(*message), rule.severity);
   });
   return problems.Take(page.Bytes(), page.Encoding());

@@ -6,8 +6,8 @@
 
 namespace kvo::check {
 
-// Unknown fields in it, each at its own place; all are of this rule.
+// Unknown fields in it, each at its own place.
 page::Problems CheckOwnText(const page::Page& page, const std::vector<page::FoundControl>& controls,
-                            KnownFields& fields, const Rule& rule);
+                            KnownFields& fields);
 
 }  // namespace kvo::check

@@ -178,10 +178,10 @@ TEST(UnknownFieldRule, LooksIntoEverythingThatAControlEmits) {
   EXPECT_TRUE(unknown("DTCElement", "html-content", "Hallo #customer.Nix#"));
   EXPECT_TRUE(unknown("DTCElement", "html-content", "kv:@lt;kv:order field='Nix'/kv:@gt;"));
   EXPECT_FALSE(unknown("DTCElement", "html-content", "kv:@lt;kv:order field='OrderTotal'/kv:@gt;"));
-  EXPECT_TRUE(unknown("DTCElement", "attributes", "title|#order.Nix#"));
-  EXPECT_FALSE(unknown("DTCElement", "attributes", "title|#order.OrderTotal#"));
+  EXPECT_TRUE(unknown("DTCElement", "attributes", "title|#customer.Nix#"));
+  EXPECT_FALSE(unknown("DTCElement", "attributes", "title|#customer.Email#"));
   for (const char* branch : {"on-true", "on-false"})
-    EXPECT_TRUE(Holds(CheckText(Control("DTCIf", {{"test", "t"}, {branch, "#order.Nix#"}})),
+    EXPECT_TRUE(Holds(CheckText(Control("DTCIf", {{"test", "t"}, {branch, "#customer.Nix#"}})),
                       "unknown-field"))
         << branch;
   EXPECT_TRUE(Holds(CheckText(Control("DTCProductList", {{"header-caption", "#customer.Nix#"}})),
@@ -192,11 +192,22 @@ TEST(UnknownFieldRule, NamesAFieldOnceForEachControl) {
       Control("DTCIf", {{"test", "#customer.Nix#==1"}, {"on-true", "#customer.Nix#"}});
   EXPECT_EQ(CheckText(twice + twice).size(), 2U);
 }
-TEST(UnknownFieldRule, KnowsTheOrderOfPositionLists) {
+TEST(UnknownOrderValueRule, WarnsOfWhatMayBeNoField) {
+  for (const std::string& page :
+       {Control("DTCPrint", {{"value", "#order.Total#"}}), std::string("<p>#order.Total#")}) {
+    const auto problems = CheckText(page);
+    ASSERT_EQ(problems.size(), 1U);
+    EXPECT_EQ(problems[0].rule, "unknown-order-value");
+    EXPECT_EQ(problems[0].severity, page::Severity::warning);
+    EXPECT_NE(problems[0].message.english.find("order field \"Total\""), std::string::npos);
+  }
+  EXPECT_TRUE(CheckText("<p>#order.OrderTotal#").empty());
+}
+TEST(UnknownOrderValueRule, KnowsTheOrderOfPositionLists) {
   EXPECT_TRUE(CheckText(Control("DTCPositionList", {})).empty());
   EXPECT_TRUE(CheckText(Control("DTCPositionList", {{"order-id", "#order.orderID#"}})).empty());
   EXPECT_TRUE(Holds(CheckText(Control("DTCPositionList", {{"order-id", "#order.orderidd#"}})),
-                    "unknown-field"));
+                    "unknown-order-value"));
 }
 TEST(UnknownFieldRule, LooksIntoThePagesOwnTextAndNamesThePlace) {
   const auto problems = CheckText(
