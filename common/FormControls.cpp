@@ -42,26 +42,57 @@ void Label::Caption(std::string sNewCaption) {
 
 EditBox::EditBox(Container& parent, std::string_view name, const Rect& at, const Font& font,
                  std::string_view text)
-    : FormControl(parent, name, at, font), text_(text) {}
+    : FormControl(parent, name, at, font), text_(text), length_(CharacterCount(text)) {}
 
-void EditBox::Text(std::string sNewText) { TextReplaced(std::move(sNewText), 0, Source::code); }
+void EditBox::Text(std::string sNewText) { TextAssigned(std::move(sNewText)); }
 
 void EditBox::SelStart(std::size_t lNewSelStart) {
-  selStart_ = std::min(lNewSelStart, CharacterCount(text_));
+  const std::size_t start = std::min(lNewSelStart, length_);
+  caretByte_ = OffsetOf(start);
+  selStart_ = start;
   selLength_ = 0;
   Notify(Aspect::selection);
 }
 
 void EditBox::SelLength(std::size_t lNewSelLength) {
-  selLength_ = std::min(lNewSelLength, CharacterCount(text_) - selStart_);
+  selLength_ = std::min(lNewSelLength, length_ - selStart_);
   Notify(Aspect::selection);
 }
 
-void EditBox::HoldText(std::string text, std::size_t caret) {
+void EditBox::HoldText(std::string text) {
   text_ = std::move(text);
-  selStart_ = std::min(caret, CharacterCount(text_));
-  selLength_ = 0;
+  length_ = CharacterCount(text_);
+  selStart_ = caretByte_ = selLength_ = 0;
   Notify(Aspect::text);
+}
+
+std::size_t EditBox::OffsetOf(std::size_t character) const {
+  if (character == 0) return 0;
+  if (character >= length_) return text_.size();
+  const std::string_view text = text_;
+  if (character >= selStart_)
+    return caretByte_ + CharacterOffset(text.substr(caretByte_), character - selStart_);
+  std::size_t at = caretByte_;
+  for (std::size_t back = selStart_ - character; back > 0;
+       back -= BeginsCharacter(text[at]) ? 1 : 0)
+    --at;
+  return at;
+}
+
+void EditBox::Replace(std::size_t start, std::size_t length, std::string_view typed) {
+  const std::size_t begin = OffsetOf(start);
+  const std::string_view rest = std::string_view(text_).substr(begin);
+  const std::string_view old = rest.substr(0, CharacterOffset(rest, length));
+  const std::size_t added = CharacterCount(typed);
+  const std::size_t kept = length_ - CharacterCount(old);
+  text_.replace(begin, old.size(), typed);
+  selStart_ = std::min(start, length_) + added;
+  selLength_ = 0;
+  length_ = kept + added;
+  caretByte_ = selStart_ == 0 ? 0 : begin + typed.size();
+  // Stray bytes in front of what follows belong to the last character typed.
+  if (selStart_ > 0)
+    while (caretByte_ < text_.size() && !BeginsCharacter(text_[caretByte_])) ++caretByte_;
 }
 
 TextBox::TextBox(Container& parent, std::string_view name, Design design)
@@ -76,9 +107,14 @@ void TextBox::BackColor(SystemColor newBackColor) {
   Notify(Aspect::color);
 }
 
-void TextBox::TextReplaced(std::string text, std::size_t caret, Source source) {
-  if (source == Source::code && text == Text()) return;
-  HoldText(std::move(text), caret);
+void TextBox::TextAssigned(std::string text) {
+  if (text == Text()) return;
+  HoldText(std::move(text));
+  Raise(onChange_, *this);
+}
+
+void TextBox::TextTyped() {
+  Notify(Aspect::text);
   Raise(onChange_, *this);
 }
 
@@ -107,14 +143,14 @@ void ComboBox::Clear() {
     rows_.clear();
     Notify(Aspect::choices);
   }
-  Hold(kNoRow, {}, 0, Source::code);
+  Hold(kNoRow, {});
 }
 
 void ComboBox::ListIndex(int lNewListIndex) {
   if (lNewListIndex < kNoRow || lNewListIndex >= static_cast<int>(rows_.size()))
     throw RuntimeError(ErrorNumber::invalidCall, std::string(Name()) + ".ListIndex");
-  if (lNewListIndex == kNoRow) return Hold(kNoRow, {}, 0, Source::code);
-  Hold(lNewListIndex, rows_[static_cast<std::size_t>(lNewListIndex)].text, 0, Source::code);
+  if (lNewListIndex == kNoRow) return Hold(kNoRow, {});
+  Hold(lNewListIndex, rows_[static_cast<std::size_t>(lNewListIndex)].text);
 }
 
 const ComboBox::Row* ComboBox::SelectedItem() const {
@@ -128,8 +164,8 @@ bool ComboBox::SelectKey(std::string_view key) {
   return row != rows_.end();
 }
 
-void ComboBox::TextReplaced(std::string text, std::size_t caret, Source source) {
-  if (editable_) return Hold(kNoRow, std::move(text), caret, source);
+void ComboBox::TextAssigned(std::string text) {
+  if (editable_) return Hold(kNoRow, std::move(text));
   const auto row =
       std::ranges::find_if(rows_, [&](const Row& candidate) { return candidate.text == text; });
   if (row == rows_.end())
@@ -137,10 +173,16 @@ void ComboBox::TextReplaced(std::string text, std::size_t caret, Source source) 
   ListIndex(static_cast<int>(row - rows_.begin()));
 }
 
-void ComboBox::Hold(int row, std::string text, std::size_t caret, Source source) {
-  if (source == Source::code && row == listIndex_ && text == Text()) return;
+void ComboBox::TextTyped() {
+  listIndex_ = kNoRow;
+  Notify(Aspect::text);
+  Raise(onChange_, *this);
+}
+
+void ComboBox::Hold(int row, std::string text) {
+  if (row == listIndex_ && text == Text()) return;
   listIndex_ = row;
-  HoldText(std::move(text), caret);
+  HoldText(std::move(text));
   Raise(onChange_, *this);
 }
 

@@ -40,6 +40,8 @@ class EditBox : public FormControl {
   // Puts the caret in front of the text.
   void Text(std::string sNewText);
 
+  // In characters.
+  std::size_t TextLength() const { return length_; }
   std::size_t SelStart() const { return selStart_; }
   std::size_t SelLength() const { return selLength_; }
   // Clamped to the text.
@@ -49,25 +51,32 @@ class EditBox : public FormControl {
   bool TakesFocus() const override { return true; }
 
  protected:
-  // Text that code assigns raises its event only if it is new. What the user types always does, as
-  // in a real edit box: "0" typed over a selected "0" is a change, too.
-  enum class Source { code, user };
-
   EditBox(Container& parent, std::string_view name, const Rect& at, const Font& font,
           std::string_view text);
 
-  // Without an event; the caret goes to `caret`.
-  void HoldText(std::string text, std::size_t caret);
+  // Without an event; the caret goes in front of the text.
+  void HoldText(std::string text);
 
  private:
   friend class FormRenderer;
   // Whether the user may edit the text.
   virtual bool IsEditable() const = 0;
   virtual bool HoldsLineBreaks() const = 0;
-  virtual void TextReplaced(std::string text, std::size_t caret, Source source) = 0;
+  // Text that code assigns raises the box's event only if it is new. What the user types always
+  // does, as in a real edit box: "0" typed over a selected "0" is a change, too.
+  virtual void TextAssigned(std::string text) = 0;
+  virtual void TextTyped() = 0;
+
+  // Replaces a part of the text and puts the caret behind it. In place, and counted from the caret,
+  // so that a key at the end of a long text costs no more than in a short one.
+  void Replace(std::size_t start, std::size_t length, std::string_view typed);
+  // The byte at which a character of the text begins, as CharacterOffset has it.
+  std::size_t OffsetOf(std::size_t character) const;
 
   std::string text_;
+  std::size_t length_ = 0;  // of the text, in characters
   std::size_t selStart_ = 0;
+  std::size_t caretByte_ = 0;  // where the character selStart_ begins
   std::size_t selLength_ = 0;
 };
 
@@ -94,7 +103,8 @@ class TextBox final : public EditBox {
  private:
   bool IsEditable() const override { return true; }
   bool HoldsLineBreaks() const override { return multiLine_; }
-  void TextReplaced(std::string text, std::size_t caret, Source source) override;
+  void TextAssigned(std::string text) override;
+  void TextTyped() override;
   void RaiseGotFocus() override;
 
   bool multiLine_;
@@ -148,8 +158,10 @@ class ComboBox final : public EditBox {
   friend class FormRenderer;
   bool IsEditable() const override { return editable_; }
   bool HoldsLineBreaks() const override { return false; }
-  void TextReplaced(std::string text, std::size_t caret, Source source) override;
-  void Hold(int row, std::string text, std::size_t caret, Source source);
+  void TextAssigned(std::string text) override;
+  void TextTyped() override;
+  // By code; nothing happens if it is not new.
+  void Hold(int row, std::string text);
 
   bool editable_;
   std::vector<Row> rows_;

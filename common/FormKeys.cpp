@@ -40,6 +40,10 @@ CommandButton* DialogButton(const Form& form, CommandButton::Role role) {
   return nullptr;
 }
 
+std::string_view OneLine(std::string_view typed) {
+  return typed.substr(0, typed.find_first_of(std::string_view("\r\n\0", 3)));
+}
+
 std::vector<std::string_view> SplitStrokes(std::string_view text) {
   std::vector<std::string_view> strokes;
   while (!text.empty()) {

@@ -21,6 +21,9 @@ OptionButton* NextOption(const OptionButton& button, int step);
 // The button that the enter or the escape key presses in a dialog; nullptr when there is none.
 CommandButton* DialogButton(const Form& form, CommandButton::Role role);
 
+// What a single line takes of a typed or pasted text: it ends at the first line break or NUL.
+std::string_view OneLine(std::string_view typed);
+
 // A typed text key by key: each character by itself; CR LF and LF are the enter key.
 inline constexpr std::string_view kEnterStroke = "\n";
 std::vector<std::string_view> SplitStrokes(std::string_view text);

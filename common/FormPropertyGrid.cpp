@@ -12,6 +12,18 @@ namespace kvo {
 void PropertyGridItem::Value(Variant newValue) {
   if (design_.value == newValue) return;
   design_.value = std::move(newValue);
+  Changed();
+}
+
+void PropertyGridItem::Append(std::string_view typed) {
+  if (typed.empty()) return;
+  auto* text = design_.value.If<std::string>();
+  if (text == nullptr) return Value(ToText(design_.value) + std::string(typed));
+  text->append(typed);
+  Changed();
+}
+
+void PropertyGridItem::Changed() {
   grid_.ItemChanged(*this);
   if (grid_.onChange_) grid_.onChange_(*this);
 }

@@ -59,6 +59,10 @@ class PropertyGridItem {
   PropertyGrid& Grid() const { return grid_; }
 
  private:
+  friend class FormRenderer;
+  void Append(std::string_view typed);
+  void Changed();
+
   PropertyGrid& grid_;
   Design design_;
   Items choices_;

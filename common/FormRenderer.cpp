@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "common/FormKeys.h"
+
 namespace kvo {
 
 FormRenderer::FormRenderer(Form& form) : form_(form) { form_.renderer_ = this; }
@@ -17,17 +19,10 @@ void FormRenderer::Focus(FormControl* control) {
 void FormRenderer::Edit(EditBox& box, std::size_t start, std::size_t length,
                         std::string_view typed) {
   if (!box.IsEditable()) return;
-  if (!box.HoldsLineBreaks())
-    typed = typed.substr(0, typed.find_first_of(std::string_view("\r\n\0", 3)));
+  if (!box.HoldsLineBreaks()) typed = OneLine(typed);
   if (length == 0 && typed.empty()) return;
-  const std::string& old = box.Text();
-  const std::size_t begin = CharacterOffset(old, start);
-  const std::size_t end = begin + CharacterOffset(std::string_view(old).substr(begin), length);
-  std::string text = old.substr(0, begin);
-  text += typed;
-  const std::size_t caret = CharacterCount(text);
-  text += old.substr(end);
-  box.TextReplaced(std::move(text), caret, EditBox::Source::user);
+  box.Replace(start, length, typed);
+  box.TextTyped();
 }
 
 void FormRenderer::Select(EditBox& box, std::size_t start, std::size_t length) {
@@ -61,10 +56,18 @@ void FormRenderer::SelectItem(PropertyGrid& grid, PropertyGridItem* item) {
   grid.Notify(Aspect::selection);
 }
 
-void FormRenderer::EditValue(PropertyGridItem& item, std::string_view typed) {
+bool FormRenderer::TakesText(const PropertyGridItem& item) {
   const bool typeable = item.Kind() == ItemKind::text || item.Kind() == ItemKind::color ||
                         (item.Kind() == ItemKind::list && item.Editable());
-  if (typeable && item.Enabled()) item.Value(typed);
+  return typeable && item.Enabled();
+}
+
+void FormRenderer::EditValue(PropertyGridItem& item, std::string_view typed) {
+  if (TakesText(item)) item.Value(typed);
+}
+
+void FormRenderer::AppendToValue(PropertyGridItem& item, std::string_view typed) {
+  if (TakesText(item)) item.Append(typed);
 }
 
 void FormRenderer::ChooseValue(PropertyGridItem& item, const PropertyGridItem& choice) {

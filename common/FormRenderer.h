@@ -53,7 +53,11 @@ class FormRenderer {
   static void Tick(Timer& timer);
 
   static void SelectItem(PropertyGrid& grid, PropertyGridItem* item);
+  // Whether the row's value can be typed.
+  static bool TakesText(const PropertyGridItem& item);
   static void EditValue(PropertyGridItem& item, std::string_view typed);
+  // Types behind the value, without a copy of it.
+  static void AppendToValue(PropertyGridItem& item, std::string_view typed);
   static void ChooseValue(PropertyGridItem& item, const PropertyGridItem& choice);
   static void ClickButton(PropertyGridItem& item);
   static void PressDelete(PropertyGrid& grid);

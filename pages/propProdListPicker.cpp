@@ -134,7 +134,8 @@ void propProdListPicker::DeletePicked() {
 }
 
 void propProdListPicker::suiSearch_Change(const PropertyGridItem& item) {
-  const bool searching = !ToText(suiSearch.Item(kSearchTerm).Value()).empty();
+  const auto* term = suiSearch.Item(kSearchTerm).Value().If<std::string>();
+  const bool searching = term != nullptr && !term->empty();
   if (item.Key() == kSearchTerm) suiSearch.Item(kSearchButton).Enabled(searching);
   timerAutomaticSearch.Stop();
   if (searching) timerAutomaticSearch.Start(kSearchDelay);

@@ -38,8 +38,7 @@ void HeadlessUser::MustBeReachable(const FormControl& control) const {
 void HeadlessUser::FocusByKeyboard(FormControl& control) {
   MustBeReachable(control);
   if (!control.TakesFocus()) Cannot(control, "takes no focus");
-  if (auto* combo = dynamic_cast<ComboBox*>(&control))
-    Select(*combo, 0, CharacterCount(combo->Text()));
+  if (auto* combo = dynamic_cast<ComboBox*>(&control)) Select(*combo, 0, combo->TextLength());
   valueSelected_ = true;
   Focus(&control);
 }
@@ -93,12 +92,11 @@ void HeadlessUser::Type(std::string_view text) {
 void HeadlessUser::TypeInGrid(PropertyGrid& grid, std::string_view character) {
   PropertyGridItem* item = grid.SelectedItem();
   if (item == nullptr) Cannot(grid, "no row is selected");
-  const std::string old = valueSelected_ ? std::string() : ToText(item->Value());
-  const Variant before = item->Value();
-  EditValue(*item, old + std::string(character));
-  if (item->Value() == before && ToText(before) != old + std::string(character))
-    Cannot(grid, "the row \"" + item->Caption() + "\" cannot be typed into");
-  valueSelected_ = false;
+  if (!TakesText(*item)) Cannot(grid, "the row \"" + item->Caption() + "\" cannot be typed into");
+  if (std::exchange(valueSelected_, false))
+    EditValue(*item, OneLine(character));
+  else
+    AppendToValue(*item, OneLine(character));
 }
 
 void HeadlessUser::Press(Key key) {
@@ -133,7 +131,7 @@ void HeadlessUser::Press(Key key) {
 void HeadlessUser::PressInBox(EditBox& box, Key key) {
   const std::size_t start = box.SelStart();
   const std::size_t length = box.SelLength();
-  const std::size_t size = CharacterCount(box.Text());
+  const std::size_t size = box.TextLength();
   auto* combo = dynamic_cast<ComboBox*>(&box);
   switch (key) {
     case Key::backspace:
@@ -208,8 +206,7 @@ void HeadlessUser::Click(FormControl& control) {
   if (auto* button = dynamic_cast<CommandButton*>(&control)) return FormRenderer::Click(*button);
   if (auto* check = dynamic_cast<CheckBox*>(&control)) return FormRenderer::Click(*check);
   if (auto* option = dynamic_cast<OptionButton*>(&control)) return FormRenderer::Click(*option);
-  if (auto* box = dynamic_cast<EditBox*>(&control))
-    return Select(*box, CharacterCount(box->Text()), 0);
+  if (auto* box = dynamic_cast<EditBox*>(&control)) return Select(*box, box->TextLength(), 0);
 }
 
 void HeadlessUser::DoubleClick(Grid& grid, std::size_t row) {

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "common/FormKeys.h"
 #include "host/qt/EditViews.h"
 #include "host/qt/QtText.h"
 #include "host/qt/ShownText.h"
@@ -56,9 +57,7 @@ class ValueLine {
     std::string text = ToText(item_.Value());
     const std::size_t start = CharacterOffset(text, edit.start);
     const std::size_t end = CharacterOffset(text, edit.start + edit.length);
-    // A value is one line.
-    text.replace(start, end - start,
-                 edit.typed.substr(0, edit.typed.find_first_of(std::string_view("\r\n\0", 3))));
+    text.replace(start, end - start, OneLine(edit.typed));
     UserAction::EditValue(item_, text);
   }
 

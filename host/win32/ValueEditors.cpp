@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/FormKeys.h"
 #include "common/modGlobal.h"
 #include "host/win32/EditViews.h"
 #include "host/win32/Fonts.h"
@@ -51,8 +52,7 @@ std::string ValueText::Text() const {
 
 void ValueText::Edit(const Selection& replaced, std::string_view typed) {
   if (item_ == nullptr) return;
-  // A value is one line.
-  typed = typed.substr(0, typed.find_first_of(std::string_view("\r\n\0", 3)));
+  typed = OneLine(typed);
   std::string text = Text();
   const std::size_t start = CharacterOffset(text, replaced.start);
   const std::size_t end = CharacterOffset(text, replaced.start + replaced.length);

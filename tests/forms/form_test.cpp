@@ -84,6 +84,65 @@ TEST_F(Forms, TypingReplacesTheSelectionAndRaisesAnEventForEachKey) {
   EXPECT_EQ(form.events, (Events{"txtName_Change", "txtName_Change", "txtName_Change"}));
 }
 
+// With a copy of the text for each key this would take minutes.
+TEST_F(Forms, TypingALongTextTakesNoLongerForEachKey) {
+  constexpr std::size_t kKeys = 300'000;
+  std::string typed;
+  for (std::size_t key = 0; key < kKeys; ++key) typed += key % 3 == 0 ? "ä" : "x";
+  user.FocusByKeyboard(form.txtName);
+  user.Type(typed);
+  EXPECT_EQ(form.txtName.Text(), typed);
+  EXPECT_EQ(form.txtName.SelStart(), kKeys);
+  EXPECT_EQ(form.events.size(), kKeys);
+}
+
+// What editing a text means, said with copies of it.
+struct PlainText {
+  std::string text;
+  std::size_t start = 0;
+
+  void Edit(std::size_t at, std::size_t length, const std::string& typed) {
+    const std::size_t begin = CharacterOffset(text, at);
+    const std::size_t end = begin + CharacterOffset(text.substr(begin), length);
+    const std::string before = text.substr(0, begin) + typed;
+    text = before + text.substr(end);
+    start = CharacterCount(before);
+  }
+};
+
+TEST_F(Forms, EditingKeepsCountOfTheCharactersInEveryText) {
+  struct Editor : FormRenderer {
+    using FormRenderer::Edit;
+    using FormRenderer::Select;
+  };
+  const std::string pieces[] = {"a", "ä", "€", "😀", "\x80", "\xA4\xC3", "\r\n", "", "xyz"};
+  std::uint32_t random = 1;
+  const auto below = [&random](std::size_t limit) {
+    random = random * 1664525 + 1013904223;
+    return (random >> 8U) % limit;
+  };
+  for (const std::string begin : {"", "\x80\x80", "\x80xyz", "äöü€😀"}) {
+    PlainText plain{begin};
+    form.txtLines.Text(begin);
+    for (int turn = 0; turn < 3000; ++turn) {
+      const std::string& typed = pieces[below(std::size(pieces))];
+      const std::size_t length = below(4) == 0 ? below(5) : 0;
+      const bool atCaret = below(2) == 0;
+      const std::size_t at =
+          atCaret ? form.txtLines.SelStart() : below(form.txtLines.TextLength() + 2);
+      if (!atCaret && below(2) == 0) Editor::Select(form.txtLines, at, length);
+      Editor::Edit(form.txtLines, at, length, typed);
+      if (length > 0 || !typed.empty()) {
+        plain.Edit(at, length, typed);
+        ASSERT_EQ(form.txtLines.SelStart(), plain.start);
+      }
+      ASSERT_EQ(form.txtLines.Text(), plain.text) << begin << " turn " << turn;
+      ASSERT_EQ(form.txtLines.TextLength(), CharacterCount(plain.text));
+      if (plain.text.size() > 60) form.txtLines.Text(plain.text = begin);
+    }
+  }
+}
+
 TEST_F(Forms, EnteringByMouseKeepsTheCaretWhereTheClickPutIt) {
   form.txtName.Text("abcd");
   user.ClickInto(form.txtName, 2);

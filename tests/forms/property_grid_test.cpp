@@ -43,6 +43,41 @@ TEST_F(PropertyGrids, ARowChosenFromItsListHoldsTheChoicesCaption) {
   EXPECT_EQ(form.events, Events{"border"});
 }
 
+TEST_F(PropertyGrids, TypingReplacesTheValueAndThenGoesOnBehindIt) {
+  form.grid.Item("text").Value("alt");
+  form.events.clear();
+  user.SelectItem(form.grid.Item("text"));
+  user.Type(std::string("neu\0\r", 5));  // a value is one line
+  EXPECT_EQ(form.grid.Item("text").Value(), Variant("neu"));
+  EXPECT_EQ(form.events, (Events{"text", "text", "text"}));
+  user.SelectItem(form.grid.Item("text"));
+  user.Press(Key::selectAll);
+  user.Type("n");
+  EXPECT_EQ(form.grid.Item("text").Value(), Variant("n"));
+  user.Press(Key::selectAll);
+  user.Type("n");  // the same once more is no change
+  EXPECT_EQ(form.events.size(), 4U);
+}
+
+TEST_F(PropertyGrids, TypingBehindANumberMakesItAText) {
+  form.grid.Item("border").Value(2);
+  user.SelectItem(form.grid.Item("border"));
+  user.Press(Key::selectAll);
+  user.Press(Key::backspace);
+  form.grid.Item("border").Value(2);
+  user.Type("px");
+  EXPECT_EQ(form.grid.Item("border").Value(), Variant("2px"));
+}
+
+// With a copy of the value for each key this would take minutes.
+TEST_F(PropertyGrids, TypingALongValueTakesNoLongerForEachKey) {
+  const std::string typed(300'000, 'x');
+  user.SelectItem(form.grid.Item("text"));
+  user.Type(typed);
+  EXPECT_EQ(form.grid.Item("text").Value(), Variant(typed));
+  EXPECT_EQ(form.events.size(), typed.size());
+}
+
 TEST_F(PropertyGrids, TypedTextSelectsNoChoiceUnlessItIsACaption) {
   form.grid.Item("border").Value("2");
   EXPECT_EQ(GetSelectedChoice(form.grid.Item("border")), nullptr);

@@ -166,6 +166,28 @@ TEST(PageScript, NothingCanBeDoneOnAPageThatCouldNotBeFilled) {
   EXPECT_FALSE(outcome.failure) << outcome.failure->english;
 }
 
+// With a copy of what stands in the input for each key this would take minutes.
+TEST(PageScript, ALongTextIsTypedInLittleTime) {
+  const std::string text(200'000, 'a');
+  const std::string typing = "type \"" + text + "\"\n";
+  const std::string conversations[] = {
+      "control a DTCPrint\nopen a\nfocus txtValue\n" + typing + "ok\nexpect bag a value " + text,
+      "control a DTCUnsubscriber\nopen a\nfocus txtSite\n" + typing + "ok\nexpect bag a site " +
+          text + "/",
+      "control a DTCPositionList\nopen a\nrow suiDesign header-css-style\n" + typing +
+          "ok\nexpect bag a header-css-style " + text,
+      "control a DTCProductList\nopen a\npage propProdListPicker\nrow suiSearch txtSearchTerm\n" +
+          typing + "expect suiSearch/txtSearchTerm value " + text,
+      "control a DTCIf\nopen a\nclick cmdShowExpressionBuilder\nfocus txtIfExpression\n" + typing +
+          "click cmdOk\nok\nexpect bag a test %" + text + "%",
+  };
+  for (const std::string& conversation : conversations) {
+    Theatre theatre;
+    const ScriptOutcome outcome = theatre.Run(conversation);
+    EXPECT_FALSE(outcome.failure) << conversation.substr(0, 80);
+  }
+}
+
 TEST(PageScript, ADialogThatTheScriptLeavesOpenIsClosed) {
   Theatre theatre;
   const ScriptOutcome outcome =
