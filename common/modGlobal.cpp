@@ -209,6 +209,17 @@ bool ParseRgbColor(std::string_view text, std::array<std::uint8_t, 3>& parts) {
   return text.empty();
 }
 
+// What a host's extender wraps; nullptr when it cannot be reached, whatever the reason.
+ObjectRef WrappedObject(Object& extender) {
+  try {
+    return ToObject(extender.Get("Object"));
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception&) {
+    return nullptr;
+  }
+}
+
 }  // namespace
 
 void AppendFixAmpersands(std::string& out, std::string_view text) {
@@ -363,15 +374,10 @@ const PropertyGridItem* FindChoiceByValue(const PropertyGridItem& item, std::str
 }
 
 void ShowPropertyPages(ObjectRef object, std::string_view caption, WindowHandle owner) {
-  if (object == nullptr) throw RuntimeError(ErrorNumber::objectNotSet);
-  auto pages = object->PropertyPages();
-  if (!pages) {
-    try {
-      pages = ToObject(object->Get("Object"))->PropertyPages();
-    } catch (const RuntimeError&) {
-      // No inner object either: the answer below says so.
-    }
-  }
+  std::optional<std::vector<std::string>> pages;
+  if (object != nullptr) pages = object->PropertyPages();
+  if (object != nullptr && !pages)
+    if (const ObjectRef wrapped = WrappedObject(*object)) pages = wrapped->PropertyPages();
   if (!pages) throw RuntimeError(ErrorNumber::typeMismatch);
   ThePlatform().ShowPropertyFrame(owner, caption, std::move(object), *pages);
 }
@@ -381,7 +387,7 @@ void SelectAllText(TextBox& box) {
   constexpr std::uint8_t kDown = 0x80;
   if ((ThePlatform().KeyboardState()[kLeftButton] & kDown) != 0 || box.SelLength() != 0) return;
   box.SelStart(0);
-  box.SelLength(CharacterCount(box.Text()));
+  box.SelLength(box.TextLength());
 }
 
 }  // namespace kvo

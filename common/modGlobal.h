@@ -58,7 +58,7 @@ const PropertyGridItem* GetSelectedChoice(const PropertyGridItem& item);
 const PropertyGridItem* FindChoiceByValue(const PropertyGridItem& item, std::string_view value);
 
 // Shows the property frame over the object and the pages that it (or the object that it wraps as
-// its member `Object`) names. RuntimeError 13 when neither names any.
+// its member `Object`) names. RuntimeError 13 when neither names any, or there is no object.
 void ShowPropertyPages(ObjectRef object, std::string_view caption, WindowHandle owner);
 
 // Selects the whole text of a box that was entered by keyboard: only when the left mouse button is

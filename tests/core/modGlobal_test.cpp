@@ -239,5 +239,43 @@ TEST(ShowPropertyPages, IsATypeMismatchWhenNeitherNamesPages) {
   EXPECT_TRUE(platform.log.empty());
 }
 
+// Its member `Object` answers as the test says.
+class OddExtender : public Object {
+ public:
+  explicit OddExtender(std::function<Variant()> answer) : answer_(std::move(answer)) {}
+  Variant Get(std::string_view name) override {
+    return name == "Object" ? answer_() : Object::Get(name);
+  }
+
+ private:
+  std::function<Variant()> answer_;
+};
+
+TEST(ShowPropertyPages, IsATypeMismatchWhateverKeepsTheObjectFromBeingReached) {
+  TestPlatform platform;
+  const PlatformScope scope(platform);
+  const std::function<Variant()> answers[] = {
+      [] { return Variant(); },
+      [] { return Variant("kein Objekt"); },
+      [] { return Variant(ObjectRef()); },
+      [] { return Variant(ObjectRef(std::make_shared<Collection>())); },
+      []() -> Variant { throw RuntimeError(ErrorNumber::objectNotSet); },
+      []() -> Variant { throw RuntimeError(ErrorNumber::invalidCall); },
+      []() -> Variant { throw std::runtime_error("the host's server is gone"); },
+  };
+  for (const auto& answer : answers)
+    EXPECT_EQ(ErrorOf([&] { ShowPropertyPages(std::make_shared<OddExtender>(answer), "T", 0); }),
+              13);
+  EXPECT_EQ(ErrorOf([] { ShowPropertyPages(nullptr, "Titel", 0); }), 13);
+  EXPECT_TRUE(platform.log.empty());
+}
+
+TEST(ShowPropertyPages, PassesOnThatMemoryIsShort) {
+  TestPlatform platform;
+  const PlatformScope scope(platform);
+  const auto extender = std::make_shared<OddExtender>([]() -> Variant { throw std::bad_alloc(); });
+  EXPECT_THROW(ShowPropertyPages(extender, "Titel", 0), std::bad_alloc);
+}
+
 }  // namespace
 }  // namespace kvo
