@@ -58,7 +58,7 @@ class Control : public Object {
   Box DesignTimeBox() const;
   // The host's resize event.
   virtual void Resize() { laidOut_ = true; }
-  // The user's double click. False: not handled, and the host shows the property pages.
+  // The user's double click. False: not handled; what happens then is the host's choice.
   virtual bool DblClick(WindowHandle /*owner*/) { return false; }
 
   const std::string& Namespace() const { return namespace_; }

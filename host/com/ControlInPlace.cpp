@@ -163,7 +163,7 @@ void ControlInPlace::Paint() {
 void ControlInPlace::DoubleClicked() noexcept {
   const auto hold = state_.Hold();
   try {
-    if (!state_.control->DblClick(reinterpret_cast<WindowHandle>(Window()))) ShowPages(Window());
+    state_.control->DblClick(reinterpret_cast<WindowHandle>(Window()));
   } catch (...) {
     // There is no caller to tell it; the person who clicked is told.
     const Failure failure = CaughtFailure(state_.source);

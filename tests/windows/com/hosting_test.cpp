@@ -265,12 +265,38 @@ TEST_F(Hosting, ADoubleClickOnTheContactFieldSaysYoAndOpensItsPages) {
   control->SetClientSite(nullptr);
 }
 
-TEST_F(Hosting, ADoubleClickElsewhereOpensThePages) {
+TEST_F(Hosting, ADoubleClickMeansNothingToAnyOtherControl) {
+  const KnownClasses known;
+  Site site;
+  Meanwhile(L"DTC", Cancel);  // should a frame come, its caption is the class
+  for (const RegisteredControl& registered : RegisteredControls()) {
+    const std::string_view name = registered.contract().name;
+    if (name == "DTCContact") continue;
+    SCOPED_TRACE(name);
+    const auto control = Place(name, site, OLEIVERB_INPLACEACTIVATE);
+    const std::string before = RuntimeText(control.get());
+    for (const bool hostHasFrame : {true, false}) {
+      site.showsPagesItself = hostHasFrame;
+      ClickAt(WindowOf(control.get()), {5, 5}, {});
+      SendMessageW(WindowOf(control.get()), WM_LBUTTONDBLCLK, MK_LBUTTON, 0);
+      SendMessageW(WindowOf(control.get()), WM_LBUTTONUP, 0, 0);
+      PumpMessages();
+      EXPECT_EQ(site.framesAskedFor, 0);
+      ASSERT_TRUE(seen.empty());
+    }
+    EXPECT_EQ(RuntimeText(control.get()), before);
+    EXPECT_EQ(Pointer<IPersistStreamInit>::Query(control.get())->IsDirty(), S_FALSE);
+    control->Close(OLECLOSE_NOSAVE);
+    control->SetClientSite(nullptr);
+  }
+}
+
+TEST_F(Hosting, TheVerbOpensThePages) {
   const KnownClasses known;
   Site site;
   const auto control = Place("DTCPrint", site, OLEIVERB_INPLACEACTIVATE);
   Meanwhile(L"DTCPrint", Cancel);
-  SendMessageW(WindowOf(control.get()), WM_LBUTTONDBLCLK, MK_LBUTTON, 0);
+  EXPECT_EQ(control->DoVerb(OLEIVERB_PROPERTIES, nullptr, &site, 0, site.Window(), nullptr), S_OK);
   EXPECT_EQ(seen.size(), 1u);
   // A host with a frame of its own shows it.
   site.showsPagesItself = true;
