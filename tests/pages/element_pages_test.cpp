@@ -64,6 +64,38 @@ TEST_F(ElementPage, AClickOnAModeMarksThePageChangedAndSwitchesTheContentBox) {
   EXPECT_TRUE(page.txtHTMLContent.Enabled());
 }
 
+// From every mode to every mode, the same one included.
+TEST_F(ElementPage, AClickOnEachOptionMarksThePageAndIsApplied) {
+  struct Mode {
+    OptionButton& option;
+    bool opening;
+    bool closing;
+    std::string content;
+  };
+  const Mode modes[] = {{page.optSingleLineElement, false, false, "Inhalt"},
+                        {page.optOpeningTagOnly, true, false, ""},
+                        {page.optClosingTagOnly, false, true, ""}};
+  for (const Mode& from : modes) {
+    for (const Mode& to : modes) {
+      SCOPED_TRACE(std::string(from.option.Name()) + " to " + std::string(to.option.Name()));
+      OpenOn(from.opening, from.closing, "Inhalt");
+      EXPECT_TRUE(from.option.Value());
+      EXPECT_FALSE(page.Changed());
+      user.Click(to.option);
+      EXPECT_TRUE(page.Changed());
+      for (const Mode& mode : modes) EXPECT_EQ(mode.option.Value(), &mode == &to);
+      const bool whole = &to.option == &page.optSingleLineElement;
+      EXPECT_EQ(page.txtHTMLContent.Enabled(), whole);
+      EXPECT_EQ(page.lblHTMLContent.Enabled(), whole);
+      page.Apply();
+      EXPECT_FALSE(page.Changed());
+      EXPECT_EQ((*object)["OpeningTagOnly"], Variant(to.opening));
+      EXPECT_EQ((*object)["ClosingTagOnly"], Variant(to.closing));
+      EXPECT_EQ((*object)["HTMLContent"], Variant(to.content));
+    }
+  }
+}
+
 TEST_F(ElementPage, TypingIntoEitherBoxMarksThePageChanged) {
   OpenOn(false, false);
   user.FocusByKeyboard(page.txtElementBasename);
@@ -214,6 +246,50 @@ TEST_F(AttributesPage, ABarTypedIntoAValueBreaksTheNextLoad) {
   EXPECT_EQ(Written(), Texts{"a|x|y"});
   page.Select({object});
   EXPECT_EQ(Rows(), Texts{"a=x"});
+}
+
+TEST_F(AttributesPage, NamesAreTakenAsTheyAreTyped) {
+  OpenOn({});
+  platform.promptAnswers = {" data x ", " ", "a|b", "|"};
+  for (int count = 0; count < 4; ++count) user.Click(page.cmdNew);
+  EXPECT_EQ(Rows(), (Texts{" data x =", " =", "a|b=", "|="}));
+  for (const auto& row : page.suiAttributes.Items()) {
+    user.SelectItem(*row);
+    user.Type("v w");
+  }
+  page.Apply();
+  EXPECT_EQ(Written(), (Texts{" data x |v w", " |v w", "a|b|v w", "||v w"}));
+  // On the next load, the first bar ends the name and the second one the value.
+  page.Select({object});
+  EXPECT_EQ(Rows(), (Texts{" data x =v w", " =v w", "a=b", "="}));
+  page.Apply();
+  EXPECT_EQ(Written(), (Texts{" data x |v w", " |v w", "a|b", "|"}));
+}
+
+TEST_F(AttributesPage, ARowOfAnOddNameIsDeleted) {
+  OpenOn({});
+  platform.promptAnswers = {"a b", "a|b", "a b"};
+  for (int count = 0; count < 3; ++count) user.Click(page.cmdNew);
+  user.SelectItem(*page.suiAttributes.Items()[1]);
+  user.Click(page.cmdDelete);
+  user.SelectItem(*page.suiAttributes.Items()[1]);
+  user.Type("2");
+  page.Apply();
+  EXPECT_EQ(Written(), (Texts{"a b|", "a b|2"}));
+}
+
+TEST_F(AttributesPage, ANameWithBlanksStandsInTheRuntimeTextAsItIs) {
+  const auto control = std::make_shared<DTCElement>();
+  MemoryBag bag;
+  control->ReadProperties(bag);
+  control->Value("td");
+  page.Select({control});
+  platform.promptAnswers = {"data x"};
+  user.Click(page.cmdNew);
+  user.SelectItem(*page.suiAttributes.Items()[0]);
+  user.Type("v");
+  page.Apply();
+  EXPECT_EQ(control->GetRuntimeText(), R"(<kv:print name="td" data x="v"/>)");
 }
 
 TEST_F(AttributesPage, ANewSelectionLeavesExactlyItsOwnRows) {

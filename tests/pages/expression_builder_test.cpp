@@ -137,6 +137,116 @@ TEST_F(ExpressionBuilder, WritesEveryOperatorOfEveryType) {
   }
 }
 
+TEST_F(ExpressionBuilder, AWholeNumberIsWrittenAsItIsTyped) {
+  Init();
+  for (const std::string value : {"17", "0", "-3", "007", "1000000000000", "1.000", "2,5"}) {
+    form.txtIfExpression.Text("");
+    Compare("Alter", "=", value);
+    EXPECT_EQ(form.txtIfExpression.Text(), "#customer.Age#==" + value);
+    form.txtIfExpression.Text("");
+    Compare("Geburtstag", ">", value);
+    EXPECT_EQ(form.txtIfExpression.Text(), "'#customer.Born#'&gt;'" + value + "'");
+  }
+}
+
+// Fields whose data type is no whole number as it stands.
+class LooseFields final : public Object {
+ public:
+  explicit LooseFields(const std::vector<Variant>& dataTypes) {
+    for (const Variant& type : dataTypes) {
+      const std::string name = "F" + std::to_string(fields_.Count());
+      fields_.Add(ObjectRef(std::make_shared<PropertyObject>(PropertyObject::Properties{
+          {"SQLName", name}, {"DisplayName", name}, {"DataType", type}})));
+    }
+  }
+  Variant Item(const Variant& key) override {
+    return fields_[static_cast<std::size_t>(std::stoi(ToText(key).substr(1)))];
+  }
+  std::unique_ptr<Enumerator> Enumerate() override { return fields_.Enumerate(); }
+
+ private:
+  Collection fields_;
+};
+
+TEST_F(ExpressionBuilder, DataTypesAreConvertedToWholeNumbers) {
+  form.Office = std::make_shared<PropertyObject>(PropertyObject::Properties{
+      {"ContactFields", ObjectRef(std::make_shared<LooseFields>(
+                            std::vector<Variant>{"1", 3.0, " 6 ", 0.5, 2.5, "4", 5.0}))}});
+  form.Init();
+  EXPECT_EQ(Texts(form.cboFields), (List{"F0", "F1", "F2", "F3"}));
+  const std::string_view expected[] = {"#customer.F0#==17", "#customer.F1#==true",
+                                       "'#customer.F2#'=='17'", "'#customer.F3#'=='17'"};
+  for (int field = 0; field < 4; ++field) {
+    form.txtIfExpression.Text("");
+    user.Choose(form.cboFields, field);
+    const std::string comparison = form.cboOperator.Rows()[0].text;
+    Compare("F" + std::to_string(field), comparison, "17");
+    EXPECT_EQ(form.txtIfExpression.Text(), expected[field]);
+  }
+}
+
+TEST_F(ExpressionBuilder, AFirstFieldThatIsABooleanFitsOperatorsAndValueBox) {
+  office->contactFields = {{"News", "Newsletter", 3}, {"Age", "Alter", 1}};
+  Init();
+  EXPECT_EQ(form.cboFields.SelectedItem()->key, "News");
+  EXPECT_EQ(Texts(form.cboOperator), (List{"ist Wahr", "ist Falsch"}));
+  EXPECT_EQ(form.cboOperator.ListIndex(), 0);
+  EXPECT_FALSE(form.txtArgument.Enabled());
+  EXPECT_EQ(form.txtArgument.BackColor(), SystemColor::buttonFace);
+  user.Click(form.cmdAdd);
+  EXPECT_EQ(form.txtIfExpression.Text(), "#customer.News#==true");
+  user.Choose(form.cboFields, "Alter");
+  EXPECT_EQ(Texts(form.cboOperator), (List{"=", ">", "<", "<>"}));
+  EXPECT_TRUE(form.txtArgument.Enabled());
+}
+
+TEST_F(ExpressionBuilder, AFirstFieldOfTypeNineIsListedAndAddsNothing) {
+  office->contactFields = {{"X9", "neun", 9}, {"Email", "E-Mail", 0}};
+  Init();
+  EXPECT_EQ(Texts(form.cboFields), (List{"neun", "E-Mail"}));
+  EXPECT_EQ(form.cboFields.SelectedItem()->key, "X9");
+  EXPECT_EQ(Texts(form.cboOperator), List());
+  EXPECT_EQ(form.cboOperator.SelectedItem(), nullptr);
+  EXPECT_TRUE(form.txtArgument.Enabled());  // as it was
+  EXPECT_EQ(form.txtArgument.BackColor(), SystemColor::windowBackground);
+  user.FocusByKeyboard(form.txtArgument);
+  user.Type("17");
+  user.Click(form.cmdAdd);
+  EXPECT_EQ(form.txtIfExpression.Text(), "");
+  user.Choose(form.cboFields, "E-Mail");
+  EXPECT_EQ(Texts(form.cboOperator), (List{"=", "<>"}));
+  user.Click(form.cmdAdd);
+  EXPECT_EQ(form.txtIfExpression.Text(), "'#customer.Email#'=='17'");
+}
+
+// As its caller opens it: Office, Expression, Init.
+TEST_F(ExpressionBuilder, ASecondOpeningBeginsAnew) {
+  form.Expression("a==1");
+  Init();
+  user.Choose(form.cboFields, "Newsletter");
+  user.Click(form.cmdAdd);
+  platform.whileModal = [&](Form&) { user.Click(form.cmdCancel); };
+  form.ShowModal();
+  EXPECT_TRUE(form.CancelForm);
+  EXPECT_EQ(form.Expression(), "a==1");
+
+  form.Office = nullptr;
+  office->contactFields = {{"Age", "Alter", 1}, {"Born", "Geburtstag", 6}};
+  form.Expression("b==2");
+  Init();
+  EXPECT_EQ(form.txtIfExpression.Text(), "b==2");
+  EXPECT_EQ(Texts(form.cboFields), (List{"Alter", "Geburtstag"}));
+  EXPECT_EQ(form.cboFields.ListIndex(), 0);
+  EXPECT_EQ(Texts(form.cboOperator), (List{"=", ">", "<", "<>"}));
+  EXPECT_TRUE(form.txtArgument.Enabled());
+  EXPECT_EQ(form.txtArgument.BackColor(), SystemColor::windowBackground);
+  user.Click(form.cmdOrOperator);
+  platform.whileModal = [&](Form&) { user.Click(form.cmdOk); };
+  form.ShowModal();
+  EXPECT_FALSE(form.CancelForm);
+  EXPECT_EQ(form.Expression(), "b==2||");
+}
+
 TEST_F(ExpressionBuilder, ChainsComparisonsWithoutBlanks) {
   Init();
   Compare("E-Mail", "<>", "");

@@ -45,6 +45,56 @@ TEST_F(DataFormatPage, ListsElevenFormatsWithSamplesInTheUsersLocale) {
   EXPECT_EQ(captions, expected);
 }
 
+// The whole table as it has to be, so that a row that changes is seen.
+struct Row {
+  std::string_view key;
+  std::string_view shown;
+  std::string_view function;
+  std::string_view pattern;
+};
+constexpr Row kRows[] = {
+    {"formatCurrency", "Standard-Währung (1.134,23)", "formatCurrency", "#,##0.00"},
+    {"formatPrimaryCurrency", "Primäre Währung", "formatPrimaryCurrency", "primary-currency"},
+    {"formatSecondaryCurrency", "Sekundäre Währung", "formatSecondaryCurrency",
+     "secondary-currency"},
+    {"formatInteger", "Ganzzahl (1.134)", "formatInteger", "#,##0"},
+    {"formatShortDate", "Datum (23.04.2004)", "formatShortDate", "dd.mm.yyyy"},
+    {"formatLongDate", "Datum (23. April 2004)", "formatLongDate", "dd. mmmm yyyy"},
+    {"formatShortTime", "Uhrzeit (16:09)", "formatShortTime", "hh:mm"},
+    {"formatLongTime", "Uhrzeit (16:09:53)", "formatLongTime", "hh:mm:ss"},
+    {"formatShortDateTime", "Datum & Uhrzeit (23.04.2004 16:09)", "formatLongTime",
+     "dd.mm.yyyy hh:mm"},
+    {"formatLongDateTime", "Datum & Uhrzeit (23.04.2004 16:09:53)", "formatLongTime",
+     "dd.mm.yyyy hh:mm:ss"},
+    {"formatExtremeDateTime", "Datum & Uhrzeit (23. April 2004 um 16:09:53)", "formatLongTime",
+     "dd. mmmm yyyy u\\m hh:mm:ss"},
+};
+
+TEST_F(DataFormatPage, TheTableHasElevenRowsOfKeyFunctionAndPattern) {
+  ASSERT_EQ(DataFormats().size(), std::size(kRows));
+  for (std::size_t row = 0; row < std::size(kRows); ++row) {
+    EXPECT_EQ(DataFormats()[row].key, kRows[row].key);
+    EXPECT_EQ(DataFormats()[row].function, kRows[row].function);
+    EXPECT_EQ(DataFormats()[row].pattern, kRows[row].pattern);
+    EXPECT_EQ(DataFormats()[row].CaptionWithSample(), kRows[row].shown);
+  }
+}
+
+TEST_F(DataFormatPage, AChosenRowShowsAndWritesItsPattern) {
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.shown);
+    Open({{"Format", "etwas anderes"}});
+    user.Choose(page.cboFormat, row.shown);
+    EXPECT_EQ(page.lblFormatString.Caption(), row.pattern);
+    page.Apply();
+    EXPECT_EQ((*object)["Format"], Variant(row.pattern));
+    page.Select({object});
+    EXPECT_EQ(page.cboFormat.Text(), row.shown);
+    EXPECT_EQ(page.cboFormat.ListIndex(), &row - kRows);
+    EXPECT_EQ(page.lblFormatString.Caption(), row.pattern);
+  }
+}
+
 TEST_F(DataFormatPage, TheThreeLongFormatsNameTheFunctionOfTheLongTime) {
   ASSERT_EQ(DataFormats().size(), 11U);
   EXPECT_EQ(DataFormats()[7].key, "formatLongTime");

@@ -123,6 +123,34 @@ TEST_F(IfPage, CancellingTheBuilderLeavesTheConditionAsItWas) {
   EXPECT_FALSE(page.Changed());
 }
 
+TEST_F(IfPage, TheBuilderOpensASecondTimeOnWhatThePageHolds) {
+  office->contactFields = {{"Age", "Alter", 1}, {"News", "Newsletter", 3}};
+  OpenOn("%a%");
+  const auto build = [&](const std::string& opensOn, std::string_view adds, bool ok) {
+    platform.whileModal = [&](Form& form) {
+      auto& builder = dynamic_cast<frmExpressionBuilder&>(form);
+      HeadlessUser author(platform, builder);
+      EXPECT_EQ(builder.txtIfExpression.Text(), opensOn);
+      EXPECT_EQ(builder.cboFields.Rows().size(), 2U);
+      EXPECT_EQ(builder.cboOperator.Rows().size(), 4U);
+      EXPECT_EQ(builder.txtArgument.Text(), "");
+      author.Choose(builder.cboFields, adds);
+      author.Click(builder.cmdAdd);
+      author.Click(ok ? builder.cmdOk : builder.cmdCancel);
+    };
+    user.Click(page.cmdShowExpressionBuilder);
+  };
+  build("a", "Newsletter", true);
+  EXPECT_EQ(page.txtTestCondition.Text(), "a#customer.News#==true");
+  build("a#customer.News#==true", "Alter", false);
+  EXPECT_EQ(page.txtTestCondition.Text(), "a#customer.News#==true");
+  user.FocusByKeyboard(page.txtTestCondition);
+  user.Press(Key::selectAll);
+  user.Type("b");
+  build("b", "Alter", true);
+  EXPECT_EQ(page.txtTestCondition.Text(), "b#customer.Age#==");
+}
+
 TEST_F(IfPage, TheBuilderWorksWithoutAnOffice) {
   Open(
       {{"Test", ""}, {"OnTrue", ""}, {"OnFalse", ""}, {"DisplayValue", ""}, {"Office", Variant()}});

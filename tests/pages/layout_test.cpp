@@ -162,6 +162,25 @@ TEST_F(Layout, PagesHaveTheUsualSizeAndFormsAreSetInTahoma) {
   }
 }
 
+TEST_F(Layout, FormsAreSetInTahomaOfEightAndAQuarterPointAndMarkupInCourierNewOfNine) {
+  const std::vector<std::string> markup = {
+      "propElementProperties.txtHTMLContent", "propIfGeneral.txtOnTrueContent",
+      "propIfGeneral.txtOnFalseContent", "propClickGeneral.txtHTMLContent",
+      "propUnsubGeneral.txtHTMLContent"};
+  std::size_t found = 0;
+  for (const NamedForm& form : forms) {
+    for (FormControl* control : form.form->AllControls()) {
+      const std::string name = form.name + "." + std::string(control->Name());
+      SCOPED_TRACE(name);
+      const bool isMarkup = std::ranges::count(markup, name) > 0;
+      found += isMarkup ? 1 : 0;
+      EXPECT_EQ(control->TextFont().family, isMarkup ? "Courier New" : "Tahoma");
+      EXPECT_EQ(control->TextFont().points, isMarkup ? 9 : 8.25);
+    }
+  }
+  EXPECT_EQ(found, markup.size());
+}
+
 TEST_F(Layout, ClassIdsOfPagesAreUniqueAndInRegistryForm) {
   std::vector<std::string_view> ids;
   for (const RegisteredPage& page : RegisteredPages()) ids.push_back(page.classId);

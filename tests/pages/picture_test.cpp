@@ -1,6 +1,7 @@
 // Every page and the dialog as a picture.
 #include <gtest/gtest.h>
 
+#include "host/headless/BoxPicture.h"
 #include "host/headless/FormPicture.h"
 #include "host/registration/classes.h"
 #include "tests/pages/PageTest.h"
@@ -78,6 +79,23 @@ TEST_F(FormPictures, TextIsEscapedAndControlCharactersShowAsBlanks) {
   box.Text("a<b>&\"c\"\r\n\x01");
   const std::string svg = FormPicture(*page);
   EXPECT_NE(svg.find("a&lt;b&gt;&amp;&quot;c&quot;   <"), std::string::npos);
+}
+
+// 8.25 point are 165 twips, 9 point 180.
+TEST_F(FormPictures, AreSetInTahomaOfEightAndAQuarterPoint) {
+  const std::string page = FormPicture(*CreatePage("propGeneralFormat"));
+  EXPECT_NE(page.find("font-family=\"Tahoma\" font-size=\"165\""), std::string::npos);
+  EXPECT_EQ(page.find("font-size=\"180\""), std::string::npos);
+  const auto click = CreatePage("propClickGeneral");
+  dynamic_cast<TextBox&>(*click->Find("txtHTMLContent")).Text("x");
+  EXPECT_NE(FormPicture(*click).find("font-family=\"Courier New\" font-size=\"180\""),
+            std::string::npos);
+  for (const RegisteredControl& registered : RegisteredControls()) {
+    const std::string box = BoxPicture({registered.contract().create()->DesignTimeBox()});
+    EXPECT_NE(box.find("font-family=\"Tahoma, Verdana, sans-serif\" font-size=\"165\""),
+              std::string::npos)
+        << registered.contract().name;
+  }
 }
 
 TEST_F(FormPictures, HiddenControlsAndClosedTabsDoNotShow) {

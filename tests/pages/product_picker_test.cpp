@@ -191,6 +191,70 @@ TEST_F(ProductPicker, AClosedConnectionDisablesThePageAndKeepsThePickedList) {
   EXPECT_EQ(Picked(), Texts{"pprod_9|9|"});
 }
 
+TEST_F(ProductPicker, EveryStateButZeroIsOpen) {
+  for (const std::int32_t state : {1, 2, 4, 5, 8, 9, -1, 256}) {
+    SCOPED_TRACE(state);
+    connection->state = 0;
+    OpenOn("7");
+    EXPECT_FALSE(page.gdProducts.Enabled());
+    connection->state = state;
+    OpenOn("9");
+    for (const FormControl* control : {static_cast<const FormControl*>(&page.gdProducts),
+                                       static_cast<const FormControl*>(&page.suiSearch),
+                                       static_cast<const FormControl*>(&page.cmdAddProduct),
+                                       static_cast<const FormControl*>(&page.cmdDelete)})
+      EXPECT_TRUE(control->Enabled()) << control->Name();
+    EXPECT_EQ(page.gdProducts.RowCount(), 4U);
+    EXPECT_EQ(Picked(), Texts{"pprod_9|9|"});
+  }
+}
+
+// Notes what is done to it.
+class WatchedConnection final : public Object {
+ public:
+  std::vector<std::string> done;
+  Variant Get(std::string_view name) override {
+    if (name == "State") return 1;
+    if (name == "ConnectionString") return "sqlite3://shop.db";
+    return Object::Get(name);
+  }
+  void Let(std::string_view name, Variant) override { done.emplace_back(name); }
+  Variant Call(std::string_view name, std::span<const Variant>) override {
+    done.emplace_back(name);
+    return {};
+  }
+};
+
+TEST_F(ProductPicker, GivesConnectionAndRecordsetBackAtItsEndAndClosesNothing) {
+  const auto watched = std::make_shared<WatchedConnection>();
+  office->connection = watched;
+  std::vector<std::weak_ptr<FakeRecordset>> recordsets;
+  platform.recordsets = [&] {
+    const auto made = std::make_shared<FakeRecordset>(table);
+    recordsets.push_back(made);
+    return made;
+  };
+  const auto control = std::make_shared<PropertyObject>(
+      Properties{{"SelectedProducts", ""}, {"Office", ObjectRef(office)}});
+  table.opened.reserve(16);
+  const auto before = watched.use_count();
+  auto picker = std::make_unique<propProdListPicker>();
+  for (int load = 0; load < 2; ++load) {
+    picker->Select({control});
+    table.opened.clear();  // it remembers the connection as well
+    EXPECT_EQ(watched.use_count(), before + 1);
+  }
+  // Its own recordset and the grid's, each of the last load.
+  ASSERT_EQ(recordsets.size(), 4U);
+  EXPECT_TRUE(recordsets[0].expired());
+  EXPECT_TRUE(recordsets[1].expired());
+  EXPECT_FALSE(recordsets[2].expired());
+  picker.reset();
+  EXPECT_EQ(watched.use_count(), before);
+  for (const auto& recordset : recordsets) EXPECT_TRUE(recordset.expired());
+  EXPECT_EQ(watched->done, Texts());
+}
+
 TEST_F(ProductPicker, WithoutAnOfficeThePageFails) {
   EXPECT_EQ(ErrorOf([&] { Open({{"SelectedProducts", ""}, {"Office", ObjectRef()}}); }), 91);
 }

@@ -434,6 +434,16 @@ TEST(Scaling, FollowsTheScreensLogicalResolution) {
   }
 }
 
+TEST(Fonts, AreEightAndAQuarterPointAndNineForMarkup) {
+  EXPECT_EQ(QtFont({}).pointSizeF(), 8.25);
+  EXPECT_EQ(QtFont({}).families().constFirst(), u"Tahoma"_s);
+  EXPECT_FALSE(QtFont({}).bold());
+  EXPECT_EQ(QtFont(kBoldFont).pointSizeF(), 8.25);
+  EXPECT_TRUE(QtFont(kBoldFont).bold());
+  EXPECT_EQ(QtFont(kMarkupFont).pointSizeF(), 9);
+  EXPECT_EQ(QtFont(kMarkupFont).families().constFirst(), u"Courier New"_s);
+}
+
 TEST(Scaling, TwipsAreMeasuredByTheDevice) {
   QImage device(1, 1, QImage::Format_ARGB32);
   device.setDotsPerMeterX(3780);  // 96 to the inch
