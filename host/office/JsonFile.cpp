@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "common/Ascii.h"
 #include "common/Suggest.h"
 
 namespace kvo::office {
@@ -34,7 +35,10 @@ std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'
 // A key as messages show it. What is no name may be a value in the wrong place, and that a
 // connection string with its password.
 std::string Shown(const std::string& key) {
-  return key.find_first_of(":=@/") == std::string::npos ? key : "\"...\"";
+  const bool isName = std::ranges::all_of(key, [](char c) {
+    return IsLetter(c) || IsDigit(c) || c == '_' || static_cast<unsigned char>(c) >= 0x80;
+  });
+  return isName ? key : "\"...\"";
 }
 
 }  // namespace

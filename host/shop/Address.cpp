@@ -5,7 +5,6 @@
 
 #include "common/Ascii.h"
 #include "common/RuntimeError.h"
-#include "host/shop/Passwords.h"
 
 namespace kvo::shop {
 namespace {
@@ -43,7 +42,7 @@ bool IsKeyValueForm(std::string_view details) {
 }
 
 [[noreturn]] void Refuse(const Address& address) {
-  throw RuntimeError(ErrorNumber::invalidCall, address.shown);
+  throw RuntimeError(ErrorNumber::invalidCall, address.shown.text);
 }
 
 std::string SqliteDetails(const Address& address) {
@@ -125,8 +124,7 @@ std::string MysqlDetails(const Address& address, std::string_view details) {
 Address ParseAddress(std::string_view connectionString) {
   constexpr std::string_view kSchemeEnd = "://";
   Address address;
-  address.shown = WithoutPasswords(connectionString);
-  address.passwords = PasswordsOf(connectionString);
+  address.shown = ShownOf(connectionString);
   const std::size_t end = connectionString.find(kSchemeEnd);
   for (const KindRow& row : kKinds) {
     if (end == kNone || connectionString.substr(0, end) != row.scheme) continue;
@@ -150,7 +148,7 @@ Address ParseAddress(std::string_view connectionString) {
     }
     return address;
   }
-  throw RuntimeError(ErrorNumber::driverNotFound, address.shown);
+  throw RuntimeError(ErrorNumber::driverNotFound, address.shown.text);
 }
 
 }  // namespace kvo::shop

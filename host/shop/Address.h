@@ -8,7 +8,8 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "host/shop/Passwords.h"
 
 namespace kvo::shop {
 
@@ -16,11 +17,10 @@ enum class Kind { sqlite3, postgresql, mysql, odbc };
 
 struct Address {
   Kind kind = Kind::sqlite3;
-  std::string driver;                  // the name of SOCI's backend
-  std::string details;                 // as the backend wants them
-  std::string path;                    // of the file, with sqlite3
-  std::string shown;                   // the connection string without its passwords
-  std::vector<std::string> passwords;  // see Passwords.h
+  std::string driver;   // the name of SOCI's backend
+  std::string details;  // as the backend wants them
+  std::string path;     // of the file, with sqlite3
+  ShownAddress shown;
 };
 
 // RuntimeError 3706 for another KIND, 5 for details that cannot be understood.

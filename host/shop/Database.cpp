@@ -11,7 +11,6 @@
 #include <utility>
 
 #include "common/RuntimeError.h"
-#include "host/shop/Passwords.h"
 
 namespace kvo::shop {
 namespace {
@@ -218,8 +217,8 @@ void Database::Fail(const std::exception& error, bool opening) {
     if (!connected) number = ErrorNumber::noConnection;
   }
   if (number == ErrorNumber::noConnection || number == ErrorNumber::fileNotOpened) usable_ = false;
-  throw RuntimeError(
-      number, address_.shown + ": " + MessageWithout(address_.passwords, WithoutFunction(message)));
+  const std::string told = ShownMessage(address_.shown, WithoutFunction(message));
+  throw RuntimeError(number, address_.shown.text + (told.empty() ? "" : ": " + told));
 }
 
 // An opened file can be read on after it was deleted or replaced, and nobody would notice.
@@ -230,7 +229,7 @@ void Database::CheckFile() {
       status.st_ino == session_->file)
     return;
   usable_ = false;
-  throw RuntimeError(ErrorNumber::fileNotOpened, address_.shown);
+  throw RuntimeError(ErrorNumber::fileNotOpened, address_.shown.text);
 }
 
 template <class Work>

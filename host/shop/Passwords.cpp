@@ -3,124 +3,170 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <optional>
+#include <utility>
 
 #include "common/Ascii.h"
 
 namespace kvo::shop {
 namespace {
 
-constexpr std::string_view kHidden = "***";
+constexpr std::string_view kHidden = "...";
 constexpr std::string_view kSchemeEnd = "://";
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::size_t kNone = std::string_view::npos;
 
-struct Range {
-  std::size_t begin;
-  std::size_t end;
-};
-
 bool IsBlank(char c) { return kBlanks.find(c) != kNone; }
 
 // Bytes beyond ASCII count as letters.
-bool IsWordCharacter(char c) {
-  return IsDigit(c) || IsLetter(c) || c == '_' || static_cast<unsigned char>(c) >= 0x80;
+bool IsNameCharacter(char c) {
+  return IsDigit(c) || IsLetter(c) || c == '_' || c == '-' || c == '.' ||
+         static_cast<unsigned char>(c) >= 0x80;
+}
+bool IsName(std::string_view text) { return std::ranges::all_of(text, IsNameCharacter); }
+bool IsNumber(std::string_view text) { return std::ranges::all_of(text, IsDigit); }
+
+std::string_view Trimmed(std::string_view text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
 }
 
-std::size_t SkipBlanks(std::string_view text, std::size_t at) {
-  while (at < text.size() && IsBlank(text[at])) ++at;
-  return at;
+template <std::size_t size>
+bool IsOneOf(std::string_view key, const std::array<std::string_view, size>& keys) {
+  return std::ranges::any_of(keys,
+                             [key](std::string_view each) { return EqualIgnoringCase(key, each); });
 }
 
-bool EndsIgnoringCase(std::string_view text, std::string_view end) {
-  return text.size() >= end.size() && EqualIgnoringCase(text.substr(text.size() - end.size()), end);
-}
+constexpr std::array<std::string_view, 7> kHostKeys = {
+    "host", "hostaddr", "server", "servername", "address", "dsn", "data source"};
+constexpr std::array<std::string_view, 4> kDatabaseKeys = {"dbname", "db", "database",
+                                                           "initial catalog"};
+constexpr std::array<std::string_view, 10> kHarmlessKeys = {
+    "port",    "user",    "uid",    "username",        "user id",
+    "charset", "sslmode", "driver", "connect_timeout", "application_name"};
 
-bool NamesPassword(std::string_view key) {
-  constexpr std::array<std::string_view, 5> kEnds = {"password", "passwd", "pwd", "pass",
-                                                     "passphrase"};
-  return std::ranges::any_of(kEnds, [&](auto end) { return EndsIgnoringCase(key, end); });
-}
+// The parts of a connection string's details that are shown, and those that must not be.
+struct Parts {
+  std::string_view host;
+  std::string_view database;
+  std::vector<std::string> secrets;
+};
 
-// Whether "key =" starts here.
-bool KeyStarts(std::string_view text, std::size_t at) {
-  const std::size_t start = at;
-  while (at < text.size() && IsWordCharacter(text[at])) ++at;
-  if (at == start) return false;
-  at = SkipBlanks(text, at);
-  return at < text.size() && text[at] == '=';
-}
-
-// The keys of PostgreSQL and MySQL are parted by blanks or "&"; those of ODBC and of connection
-// strings that are unknown here by ";".
-bool PartedByBlanks(std::string_view text) {
-  return text.starts_with("postgresql://") || text.starts_with("postgres://") ||
-         text.starts_with("mysql://");
-}
-
-// Behind the closing mark; at the end of the text when there is none. A mark is escaped by "\" or
-// by standing twice.
-std::size_t QuotedEnd(std::string_view text, std::size_t at, char mark, bool backslash) {
-  for (; at < text.size(); ++at) {
-    if (backslash && text[at] == '\\') {
+// Takes the value in front of `rest`: in quotation marks or braces, or up to one of `ends`. Nothing
+// when a mark is not closed, or text follows it.
+std::optional<std::string_view> TakeValue(std::string_view& rest, std::string_view ends) {
+  const std::string_view all = rest;
+  const char first = rest.empty() ? '\0' : rest.front();
+  if (first != '\'' && first != '"' && first != '{') {
+    std::size_t end = 0;
+    while (end < rest.size() && ends.find(rest[end]) == kNone) end += rest[end] == '\\' ? 2 : 1;
+    end = std::min(end, rest.size());
+    rest.remove_prefix(end);
+    return all.substr(0, end);
+  }
+  const char mark = first == '{' ? '}' : first;
+  // A mark in the value stands twice or behind "\".
+  for (std::size_t at = 1; at < all.size(); ++at) {
+    if (all[at] == '\\' && first != '{') {
       ++at;
-    } else if (text[at] == mark) {
-      if (at + 1 == text.size() || text[at + 1] != mark) return at + 1;
-      ++at;
+    } else if (all[at] == mark) {
+      if (at + 1 < all.size() && all[at + 1] == mark) {
+        ++at;
+        continue;
+      }
+      rest.remove_prefix(at + 1);
+      if (!rest.empty() && ends.find(rest.front()) == kNone) return std::nullopt;
+      return all.substr(1, at - 1);
     }
   }
-  return text.size();
+  return std::nullopt;
 }
 
-std::size_t ValueEnd(std::string_view text, std::size_t at) {
-  const bool byBlanks = PartedByBlanks(text);
-  if (at < text.size()) {
-    if (text[at] == '\'' || text[at] == '"') return QuotedEnd(text, at + 1, text[at], byBlanks);
-    if (text[at] == '{') return QuotedEnd(text, at + 1, '}', false);
+// "key = value" pairs, parted by one of `ends`; blanks may surround "=".
+std::optional<Parts> PartsOfPairs(std::string_view rest, std::string_view ends) {
+  const bool byBlanks = ends.find(' ') != kNone;
+  Parts parts;
+  for (;;) {
+    while (!rest.empty() && (IsBlank(rest.front()) || ends.find(rest.front()) != kNone))
+      rest.remove_prefix(1);
+    if (rest.empty()) return parts;
+    const std::size_t equals = rest.find('=');
+    if (equals == kNone) return std::nullopt;
+    const std::string_view key = Trimmed(rest.substr(0, equals));
+    rest.remove_prefix(equals + 1);
+    while (!rest.empty() && IsBlank(rest.front())) rest.remove_prefix(1);
+    // A key of several words belongs to the systems that part their pairs by ";".
+    const bool isKey = std::ranges::all_of(
+        key, [byBlanks](char c) { return IsNameCharacter(c) || (!byBlanks && c == ' '); });
+    if (key.empty() || !isKey) return std::nullopt;
+    const auto value = TakeValue(rest, ends);
+    if (!value) return std::nullopt;
+    if (IsOneOf(key, kHostKeys))
+      parts.host = *value;
+    else if (IsOneOf(key, kDatabaseKeys))
+      parts.database = *value;
+    else if (!IsOneOf(key, kHarmlessKeys))
+      parts.secrets.emplace_back(*value);
   }
-  for (; at < text.size(); ++at) {
-    if (!byBlanks) {
-      if (text[at] == ';') return at;
-    } else if (text[at] == '\\') {
-      ++at;
-    } else if (text[at] == '&') {
-      if (KeyStarts(text, at + 1)) return at;
-    } else if (IsBlank(text[at])) {
-      const std::size_t next = SkipBlanks(text, at);
-      if (next == text.size() || KeyStarts(text, next)) return at;
-    }
-  }
-  return text.size();
 }
 
-std::vector<Range> FindPasswords(std::string_view text) {
-  std::vector<Range> found;
-  // Behind the user's name and ":", up to the last "@", because a password may hold one as well.
-  // An address that lacks its scheme, or a part of it, is refused, but shown first.
-  const std::size_t scheme = text.find(kSchemeEnd);
-  const std::size_t colon = text.find(':', scheme == kNone ? 0 : scheme + kSchemeEnd.size());
-  const std::size_t at = text.rfind('@');
-  if (colon != kNone && at != kNone && colon < at) found.push_back({colon + 1, at});
-  for (std::size_t equals = text.find('='); equals != kNone; equals = text.find('=', equals + 1)) {
-    std::size_t keyEnd = equals;
-    while (keyEnd > 0 && IsBlank(text[keyEnd - 1])) --keyEnd;
-    std::size_t key = keyEnd;
-    while (key > 0 && IsWordCharacter(text[key - 1])) --key;
-    if (!NamesPassword(text.substr(key, keyEnd - key))) continue;
-    const std::size_t value = SkipBlanks(text, equals + 1);
-    const std::size_t end = ValueEnd(text, value);
-    if (end > value) found.push_back({value, end});
-    equals = std::max(equals, end - 1);
+// user:password@host:port/database?key=value&...
+std::optional<Parts> PartsOfAddress(std::string_view details) {
+  Parts parts;
+  // A password may hold "@" and, against the rules, "?" and "/" as well.
+  const std::size_t at = details.rfind('@');
+  const std::string_view user = details.substr(0, at == kNone ? 0 : at);
+  std::string_view server = at == kNone ? details : details.substr(at + 1);
+  if (const std::size_t colon = user.find(':'); colon != kNone)
+    parts.secrets.emplace_back(user.substr(colon + 1));
+  // But "@" can also be one of a parameter behind the database.
+  if (user.find('?') != kNone) return std::nullopt;
+  if (const std::size_t query = server.find('?'); query != kNone) {
+    const auto more = PartsOfPairs(server.substr(query + 1), "&");
+    if (!more) return std::nullopt;
+    parts.secrets.insert(parts.secrets.end(), more->secrets.begin(), more->secrets.end());
+    server = server.substr(0, query);
   }
-  // Overlapping ones become one.
-  std::ranges::sort(found, {}, &Range::begin);
-  std::vector<Range> apart;
-  for (const Range& range : found) {
-    if (!apart.empty() && range.begin <= apart.back().end)
-      apart.back().end = std::max(apart.back().end, range.end);
-    else
-      apart.push_back(range);
-  }
-  return apart;
+  const std::size_t slash = server.find('/');
+  if (slash != kNone) parts.database = server.substr(slash + 1);
+  server = server.substr(0, slash);
+  const std::size_t bracket = server.starts_with('[') ? server.find(']') : 0;
+  if (bracket == kNone) return std::nullopt;
+  const std::size_t colon = server.find(':', bracket);
+  // What stands in the place of a port may be the password of an address without its server.
+  if (colon != kNone && !IsNumber(server.substr(colon + 1))) return std::nullopt;
+  if (colon != kNone && at == kNone) parts.secrets.emplace_back(server.substr(colon + 1));
+  parts.host = server.substr(0, colon);
+  return parts;
+}
+
+bool IsHost(std::string_view host) {
+  if (!host.starts_with('['))
+    return std::ranges::all_of(host, [](char c) {
+      return IsNameCharacter(c) || c == '/';  // the folder of a socket
+    });
+  return host.ends_with(']') && std::ranges::all_of(host.substr(1, host.size() - 2), [](char c) {
+           return IsHexDigit(c) || c == ':' || c == '.';
+         });
+}
+
+// Whether details are pairs and no address.
+bool ArePairs(std::string_view details) {
+  const std::size_t end = details.find_first_of("=@:/?;&'\"");
+  return end != kNone && details[end] == '=';
+}
+
+std::optional<Parts> PartsOf(std::string_view scheme, std::string_view details) {
+  std::optional<Parts> parts;
+  if (scheme == "odbc")
+    parts = PartsOfPairs(details, ";");
+  else if (ArePairs(details))
+    parts = PartsOfPairs(details, kBlanks);
+  else
+    parts = PartsOfAddress(details);
+  if (!parts || !IsHost(parts->host) || !IsName(parts->database)) return std::nullopt;
+  return parts;
 }
 
 int HexDigit(char c) {
@@ -142,14 +188,6 @@ std::string PercentDecoded(std::string_view text) {
   return decoded;
 }
 
-std::string WithoutQuotes(std::string_view text) {
-  if (text.size() < 2) return std::string(text);
-  const char last = text.front() == '{' ? '}' : text.front();
-  if ((text.front() != '\'' && text.front() != '"' && text.front() != '{') || text.back() != last)
-    return std::string(text);
-  return std::string(text.substr(1, text.size() - 2));
-}
-
 std::string Unescaped(std::string_view text) {
   std::string plain;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -159,68 +197,73 @@ std::string Unescaped(std::string_view text) {
   return plain;
 }
 
-void ReplaceAll(std::string& text, std::string_view what, bool wholeWords) {
-  if (what.empty() || what == kHidden) return;
-  for (std::size_t at = text.find(what); at != kNone;) {
-    const std::size_t end = at + what.size();
-    const bool inside = wholeWords && ((at > 0 && IsWordCharacter(text[at - 1])) ||
-                                       (end < text.size() && IsWordCharacter(text[end])));
-    if (!inside) text.replace(at, what.size(), kHidden);
-    at = text.find(what, at + (inside ? 1 : kHidden.size()));
+// Whether the message holds the word, or so much of a longer one that it gives something away.
+bool Quotes(std::string_view message, std::string_view word) {
+  constexpr std::size_t kPiece = 4;
+  if (word.size() > kPiece) {
+    for (std::size_t at = 0; at + kPiece <= word.size(); ++at)
+      if (message.find(word.substr(at, kPiece)) != kNone) return true;
+    return false;
   }
+  for (std::size_t at = message.find(word); at != kNone; at = message.find(word, at + 1)) {
+    const std::size_t end = at + word.size();
+    if ((at == 0 || !IsNameCharacter(message[at - 1])) &&
+        (end == message.size() || !IsNameCharacter(message[end])))
+      return true;
+  }
+  return false;
 }
 
-// A short password may be part of any word, so it is looked for as a word only.
-constexpr std::size_t kShort = 4;
-
-// A password as it stands, and as it reads without quotation marks and escapes.
-std::vector<std::string> FormsOf(std::string_view password) {
-  const std::string bare = WithoutQuotes(password);
-  return {std::string(password), bare, PercentDecoded(bare), Unescaped(bare)};
-}
-
-void HideWords(std::string& message, std::string_view password) {
-  for (std::size_t at = 0; at < password.size();) {
-    std::size_t end = at;
-    while (end < password.size() && IsWordCharacter(password[end])) ++end;
-    ReplaceAll(message, password.substr(at, end - at), true);
-    at = end + 1;
+bool QuotesAnyWordOf(std::string_view message, std::string_view secret) {
+  while (!secret.empty()) {
+    const auto end = std::ranges::find_if_not(secret, IsNameCharacter);
+    const std::string_view word(secret.begin(), end);
+    if (!word.empty() && Quotes(message, word)) return true;
+    secret.remove_prefix(std::min(word.size() + 1, secret.size()));
   }
+  return false;
 }
 
 }  // namespace
 
-std::string WithoutPasswords(std::string_view connectionString) {
-  std::string shown;
-  std::size_t at = 0;
-  for (const Range& range : FindPasswords(connectionString)) {
-    shown += connectionString.substr(at, range.begin - at);
-    shown += kHidden;
-    at = range.end;
+ShownAddress ShownOf(std::string_view connectionString) {
+  const std::size_t end = connectionString.find(kSchemeEnd);
+  const std::string_view scheme = connectionString.substr(0, end == kNone ? 0 : end);
+  if (scheme.empty() ||
+      !std::ranges::all_of(scheme, [](char c) { return IsLetter(c) || IsDigit(c); }))
+    return {std::string(kHidden), false, {}};
+  ShownAddress shown{std::string(scheme) + std::string(kSchemeEnd), true, {}};
+  const std::string_view details = connectionString.substr(end + kSchemeEnd.size());
+  if (scheme == "sqlite3") {
+    // A path, unless it looks as if it were more.
+    const std::size_t more = details.find_first_of("?;&=@:");
+    shown.text += details.substr(0, more);
+    if (more == kNone) return shown;
+    shown.secrets.emplace_back(details.substr(more));
+  } else if (auto parts = PartsOf(scheme, details)) {
+    shown.text += parts->host;
+    if (!parts->database.empty()) shown.text += '/' + std::string(parts->database);
+    shown.secrets = std::move(parts->secrets);
+    return shown;
   }
-  return shown.append(connectionString.substr(at));
+  shown.understood = false;
+  shown.text += kHidden;
+  return shown;
 }
 
-std::vector<std::string> PasswordsOf(std::string_view connectionString) {
-  std::vector<std::string> passwords;
-  for (const Range& range : FindPasswords(connectionString))
-    passwords.emplace_back(connectionString.substr(range.begin, range.end - range.begin));
-  return passwords;
-}
-
-std::string MessageWithout(const std::vector<std::string>& passwords, std::string_view message) {
-  std::string shown;
+std::string ShownMessage(const ShownAddress& address, std::string_view message) {
+  if (!address.understood) return {};
+  for (const std::string& secret : address.secrets)
+    for (const std::string& form : {secret, PercentDecoded(secret), Unescaped(secret)})
+      if (QuotesAnyWordOf(message, form)) return {};
+  std::string line;
   for (const char c : message) {
     const bool blank = IsBlank(c);
-    if (blank && (shown.empty() || shown.back() == ' ')) continue;
-    shown += blank ? ' ' : c;
+    if (blank && (line.empty() || line.back() == ' ')) continue;
+    line += blank ? ' ' : c;
   }
-  while (shown.ends_with(' ')) shown.pop_back();
-  for (const std::string& password : passwords)
-    for (const std::string& form : FormsOf(password)) ReplaceAll(shown, form, form.size() < kShort);
-  for (const std::string& password : passwords)
-    for (const std::string& form : FormsOf(password)) HideWords(shown, form);
-  return shown;
+  while (line.ends_with(' ')) line.pop_back();
+  return line;
 }
 
 }  // namespace kvo::shop

@@ -1,4 +1,5 @@
-// Keeps passwords out of everything that people or logs get to see.
+// Keeps passwords out of everything that people or logs get to see. Only what is known to be no
+// password is shown; looking for the password itself would miss each new way to write one.
 #pragma once
 
 #include <string>
@@ -7,17 +8,21 @@
 
 namespace kvo::shop {
 
-// A connection string with "***" in place of every password: user:password@host, and the values of
-// password=, pwd=, pass=, passwd= and of any key that ends so, in any case, bare, in quotation
-// marks or in braces. What cannot be told apart from the password is hidden with it.
-std::string WithoutPasswords(std::string_view connectionString);
+// What people may see of a connection string.
+struct ShownAddress {
+  // "KIND://HOST/DATABASE" (the name of the data source with ODBC, the path with SQLite). "..."
+  // stands for what is not certain to be that.
+  std::string text;
+  // Whether the connection string has one of the forms of Address.h. If not, any part of it may be
+  // the password.
+  bool understood = false;
+  // The values that must not be seen, as they stand in the connection string.
+  std::vector<std::string> secrets;
+};
+ShownAddress ShownOf(std::string_view connectionString);
 
-// The passwords of a connection string, as they stand in it.
-std::vector<std::string> PasswordsOf(std::string_view connectionString);
-
-// A driver's message on one line, with "***" in place of the passwords: as they stand in the
-// connection string, without its escapes, and piece by piece, because drivers quote what they could
-// not understand.
-std::string MessageWithout(const std::vector<std::string>& passwords, std::string_view message);
+// A driver's message on one line; empty when it quotes a secret, or a piece of one, or when it may
+// quote one because the connection string is not understood.
+std::string ShownMessage(const ShownAddress& address, std::string_view message);
 
 }  // namespace kvo::shop
