@@ -22,8 +22,16 @@ struct Picture {
   Box box;
 };
 
-// A name that is safe as a part of a file's name; letters beyond ASCII stay.
+// A name that is safe as a part of a file's name; letters beyond ASCII stay. Of a long one its
+// beginning, because file systems limit the length of names, some to 143 bytes.
 std::string FileName(std::string_view name) {
+  constexpr std::size_t kMost = 100;
+  const auto isInside = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80; };
+  if (name.size() > kMost) {
+    std::size_t end = kMost;  // no half character at the cut
+    while (end > 0 && isInside(name[end])) --end;
+    name = name.substr(0, end);
+  }
   std::string safe;
   for (const char c : name) {
     const bool plain = std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' || c == '_' ||
@@ -91,8 +99,13 @@ ExitCode Draw(const Values& values) {
   for (const Picture& picture : pictures) {
     const std::string file =
         (std::filesystem::path(values.output) / (picture.name + ".svg")).string();
-    Write(file, BoxPicture({picture.box}));
-    Print(file + '\n');
+    try {
+      Write(file, BoxPicture({picture.box}));
+      Print(file + '\n');
+    } catch (const page::FileError& error) {
+      Complain(error.Text(UserLanguage()));
+      code = ExitCode::failure;
+    }
   }
   return code;
 }

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
@@ -275,6 +276,47 @@ TEST_F(PictureCommand, DrawsAClassWithItsDesignCaptions) {
   EXPECT_EQ(result.code, 0) << result.err;
   EXPECT_NE(result.out.find(">&lt;Value&gt;</text>"), std::string::npos) << result.out;
   EXPECT_NE(result.out.find("font-weight=\"bold\""), std::string::npos);
+}
+
+TEST_F(PictureCommand, HoldsNothingThatIsNoXml) {
+  Write("x.html", PrintElement("a&#xFFFE;b&#xFFFF;c\xEF\xBF\xBE"
+                               "d\xEF\xBF\xBF"
+                               "e&#xD800;f&#x1;g\xEF\xBF\xBD\xF0\x9F\x92\x8C") +
+                      PrintElement("\xEF\xBF") + PrintElement("\xEF\xBF\xBE"));
+  const Result result = Kvo({"picture", "x.html", "-o", "-"});
+  EXPECT_EQ(result.out.find("\xEF\xBF\xBE"), std::string::npos);
+  EXPECT_EQ(result.out.find("\xEF\xBF\xBF"), std::string::npos);
+  EXPECT_EQ(result.out.find("\xED\xA0"), std::string::npos);
+  EXPECT_EQ(result.out.find('\x01'), std::string::npos);
+  EXPECT_NE(result.out.find(">a\xEF\xBF\xBD"
+                            "b\xEF\xBF\xBD"
+                            "c\xEF\xBF\xBD"
+                            "d\xEF\xBF\xBD"
+                            "e"),
+            std::string::npos)
+      << result.out;
+  EXPECT_NE(result.out.find("g\xEF\xBF\xBD\xF0\x9F\x92\x8C<"), std::string::npos);
+}
+
+TEST_F(PictureCommand, NamesFilesAfterTheBeginningOfLongIds) {
+  std::string umlauts = "x";
+  for (int i = 0; i < 300; ++i) umlauts += "ü";
+  Write("x.html", PrintElement("a", std::string(300, 'i')) + PrintElement("b", umlauts) +
+                      PrintElement("c", std::string(100'000, '/')) + PrintElement("d"));
+  const Result result = Kvo({"picture", "x.html", "-o", "pictures"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_EQ(result.out, "pictures/1-" + std::string(100, 'i') + ".svg\npictures/2-" +
+                            umlauts.substr(0, 99) + ".svg\npictures/3-" + std::string(100, '_') +
+                            ".svg\npictures/4-DTCPrint.svg\n");
+}
+
+TEST_F(PictureCommand, OneThatCannotBeWrittenDoesNotHideTheOthers) {
+  Write("x.html", PrintElement("a", "a") + PrintElement("b", "b"));
+  std::filesystem::create_directories(Folder() / "work/pictures/1-a.svg");
+  const Result result = Kvo({"picture", "x.html", "-o", "pictures"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_NE(result.err.find("1-a.svg"), std::string::npos) << result.err;
+  EXPECT_EQ(result.out, "pictures/2-b.svg\n");
 }
 
 TEST_F(PictureCommand, AsksForATarget) {
