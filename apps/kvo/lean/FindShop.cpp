@@ -35,11 +35,16 @@ void Become(const std::filesystem::path& program) {
 }  // namespace
 
 Shop FindShop() {
+  // Where kvo stands is the only place to look: in any other, the current folder above all, a
+  // program of that name may be anybody's.
   std::error_code unknown;
-  const auto program =
-      std::filesystem::read_symlink("/proc/self/exe", unknown).replace_filename(kShopProgram);
-  Become(program);
-  const std::string reason = std::strerror(errno);
+  std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", unknown);
+  std::string reason = unknown.message();
+  program = unknown ? kShopProgram : program.replace_filename(kShopProgram);
+  if (!unknown) {
+    Become(program);
+    reason = std::strerror(errno);
+  }
   const auto none = [program, reason, said = false](const std::string&) mutable -> ObjectRef {
     if (!std::exchange(said, true))
       Complain(
