@@ -40,8 +40,9 @@ struct Known {
 };
 
 // The offices of the pages, each file read once: the one that the user names, else the one beside
-// the page, if there is one. Products are looked up only for an office that the user names: one
-// that came along with a page must not choose what this machine connects to.
+// the page, if there is one. One that is broken is reported, and its pages are checked without it.
+// Products are looked up only for an office that the user names: one that came along with a page
+// must not choose what this machine connects to.
 class Offices {
  public:
   // To be called as FindShop is.
@@ -58,22 +59,32 @@ class Offices {
     std::error_code ignored;
     return std::filesystem::exists(beside, ignored) ? Load(beside.string()) : none_;
   }
+  // A failure when one was broken.
+  ExitCode Code() const { return code_; }
 
  private:
   Known& Load(const std::string& file) {
-    const auto known = loaded_.find(file);
-    if (known != loaded_.end()) return known->second;
-    const ObjectRef office = office::LoadOffice(file, shop_.connections);
-    Known& loaded = loaded_[file];
-    loaded.office = office;
-    if (!named_.empty()) loaded.products.emplace(office);
-    return loaded;
+    const auto [entry, isNew] = loaded_.try_emplace(file);
+    Known& known = entry->second;
+    if (!isNew) return known;
+    try {
+      known.office = office::LoadOffice(file, shop_.connections);
+      if (!named_.empty()) known.products.emplace(known.office);
+    } catch (const office::JsonFileError& error) {
+      ShowProblems(Stream::error, error.File(), error.Problems());
+      code_ = ExitCode::failure;
+    } catch (const page::FileError& error) {
+      Complain(error.Text(UserLanguage()));
+      code_ = ExitCode::failure;
+    }
+    return known;
   }
 
   std::string named_;
   Shop shop_;
   std::map<std::string, Known> loaded_;
   Known none_;
+  ExitCode code_ = ExitCode::good;
 };
 
 ExitCode Check(const Values& values) {
@@ -95,7 +106,7 @@ ExitCode Check(const Values& values) {
     return page::HasErrors(problems) ? ExitCode::problemsFound : ExitCode::good;
   });
   if (values.json) PrintJson({{"problems", std::move(all)}});
-  return code;
+  return Worse(code, offices.Code());
 }
 
 }  // namespace

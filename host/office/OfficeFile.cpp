@@ -27,6 +27,9 @@ constexpr std::array kFieldKeys = {kSqlName, kDisplayName, kDataType};
 
 constexpr std::string_view kSqlite = "sqlite3://";
 
+// Some ten thousands of fields. The tree of a larger file could take more memory than there is.
+constexpr std::size_t kLargestOffice = 4 << 20;
+
 // Reads the tree and collects everything that is wrong with it.
 class Reader : private JsonFileReader {
  public:
@@ -102,7 +105,8 @@ Office::Description ReadOffice(std::string_view contents, const std::string& fil
 }
 
 std::shared_ptr<Office> LoadOffice(const std::string& file, ConnectionFactory connections) {
-  return std::make_shared<Office>(ReadOffice(page::ReadFile(file), file), std::move(connections));
+  return std::make_shared<Office>(ReadOffice(page::ReadRegularFile(file, kLargestOffice), file),
+                                  std::move(connections));
 }
 
 }  // namespace kvo::office

@@ -22,7 +22,8 @@ namespace kvo::office {
 // The rule of every problem of an office file.
 inline constexpr std::string_view kOfficeFileRule = "office-file";
 
-// Throws JsonFileError, or page::FileError when the file cannot be read.
+// Throws JsonFileError, or page::FileError when the file cannot be read, is none but a pipe or a
+// device, or is larger than 4 MB.
 std::shared_ptr<Office> LoadOffice(const std::string& file, ConnectionFactory connections = {});
 
 // The same from the contents of a file; `file` is its name.

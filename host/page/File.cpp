@@ -344,24 +344,22 @@ class HeldBack final : public Output {
   std::string text_;
 };
 
-}  // namespace
+constexpr std::size_t kNoLimit = std::string::npos;
 
-void RemoveUnfinishedFile() noexcept {
-  const char* const file = g_unfinished;
-  if (file != nullptr) unlink(file);
-}
-
-std::string ReadFile(const std::string& file) {
-  Descriptor own;
-  int descriptor = STDIN_FILENO;
+// All that can be read from the descriptor; a FileError when it is more than `most` bytes.
+std::string ReadAll(int descriptor, std::size_t most, const std::string& file) {
   std::string text;
-  if (file != kStandardStream) {
-    own = Descriptor(Uninterrupted([&] { return open(file.c_str(), O_RDONLY | O_CLOEXEC); }));
-    if (!own.IsOpen()) Throw(errno, Doing::reading, file);
-    descriptor = own.Number();
-    struct stat status;
-    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
-      text.reserve(static_cast<std::size_t>(status.st_size) + 1);
+  const auto expectRoom = [&](std::size_t size) {
+    if (size > most)
+      throw FileError(file, {Quoted(file) + ": Die Datei ist zu groß; mehr als " +
+                                 std::to_string(most) + " Bytes werden nicht gelesen.",
+                             Quoted(file) + ": The file is too large; no more than " +
+                                 std::to_string(most) + " bytes are read."});
+  };
+  struct stat status;
+  if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
+    expectRoom(static_cast<std::size_t>(status.st_size));
+    text.reserve(static_cast<std::size_t>(status.st_size) + 1);
   }
   constexpr std::size_t kAtOnce = 1 << 16;
   for (;;) {
@@ -375,7 +373,36 @@ std::string ReadFile(const std::string& file) {
     text.resize(size + static_cast<std::size_t>(got > 0 ? got : 0));
     if (got == 0) return text;
     if (got < 0 && error != EINTR) Throw(error, Doing::reading, file);
+    expectRoom(text.size());
   }
+}
+
+}  // namespace
+
+void RemoveUnfinishedFile() noexcept {
+  const char* const file = g_unfinished;
+  if (file != nullptr) unlink(file);
+}
+
+std::string ReadFile(const std::string& file) {
+  if (file == kStandardStream) return ReadAll(STDIN_FILENO, kNoLimit, file);
+  const Descriptor own(Uninterrupted([&] { return open(file.c_str(), O_RDONLY | O_CLOEXEC); }));
+  if (!own.IsOpen()) Throw(errno, Doing::reading, file);
+  return ReadAll(own.Number(), kNoLimit, file);
+}
+
+std::string ReadRegularFile(const std::string& file, std::size_t most) {
+  if (file == kStandardStream) return ReadAll(STDIN_FILENO, most, file);
+  // A pipe must not be waited for.
+  const Descriptor own(
+      Uninterrupted([&] { return open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
+  struct stat status;
+  if (!own.IsOpen() || fstat(own.Number(), &status) != 0) Throw(errno, Doing::reading, file);
+  if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))
+    throw FileError(file, {Quoted(file) + ": Das ist eine Pipe oder ein Gerät. Nennen Sie eine "
+                                          "gewöhnliche Datei.",
+                           Quoted(file) + ": This is a pipe or a device. Name a regular file."});
+  return ReadAll(own.Number(), most, file);
 }
 
 std::unique_ptr<Output> OpenOutput(const std::string& file) {

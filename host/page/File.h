@@ -2,6 +2,7 @@
 // untouched.
 #pragma once
 
+#include <cstddef>
 #include <exception>
 #include <memory>
 #include <string>
@@ -29,6 +30,10 @@ class FileError : public std::exception {
 
 // The whole file; "-" is standard input. Throws FileError.
 std::string ReadFile(const std::string& file);
+
+// The same of a file that somebody else may have put there: no pipe or device, which may never end,
+// and at most `most` bytes; else a FileError. "-" is standard input, with the same limit.
+std::string ReadRegularFile(const std::string& file, std::size_t most);
 
 // A sink whose contents appear at their place with `Commit`, all at once, or never. Throws
 // FileError, also from append. Without a commit nothing is left behind.

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -183,6 +185,54 @@ TEST_F(CheckCommand, BrokenOfficeIsAFailureWithItsPlace) {
   const Result result = Kvo({"check", "x.html"});
   EXPECT_EQ(result.code, 2);
   EXPECT_NE(result.err.find("office.json:2:3: error: "), std::string::npos) << result.err;
+}
+
+TEST_F(CheckCommand, BrokenOfficeDoesNotStopTheOtherPages) {
+  namespace fs = std::filesystem;
+  for (const char* folder : {"json", "pipe", "endless", "large", "folder", "good"}) {
+    fs::create_directory(Folder() / "work" / folder);
+    Write(std::string(folder) + "/x.html", ContactElement("Emial") + PrintElement(""));
+    Write(std::string(folder) + "/y.html", ContactElement("Emial"));
+  }
+  Write("json/office.json", "{");
+  ASSERT_EQ(mkfifo((Folder() / "work/pipe/office.json").c_str(), 0600), 0);
+  fs::create_symlink("/dev/zero", Folder() / "work/endless/office.json");
+  Write("large/office.json", "");
+  fs::resize_file(Folder() / "work/large/office.json", 5'000'000);
+  fs::create_directory(Folder() / "work/folder/office.json");
+  Write("good/office.json", kOffice);
+  const Result result = Kvo({"check", "json/x.html", "json/y.html", "pipe/x.html", "endless/x.html",
+                             "large/x.html", "folder/x.html", "good/x.html"});
+  EXPECT_EQ(result.code, 2);
+  const auto said = [&result](const std::string& part) {
+    const std::size_t at = result.err.find(part);
+    EXPECT_NE(at, std::string::npos) << part << '\n' << result.err;
+    EXPECT_EQ(result.err.find(part, at + 1), std::string::npos) << "twice: " << part;
+  };
+  said("json/office.json:1:2: error: ");
+  said("\"pipe/office.json\": This is a pipe or a device.");
+  said("\"endless/office.json\": This is a pipe or a device.");
+  said("\"large/office.json\": The file is too large");
+  said("\"folder/office.json\": This is a folder.");
+  EXPECT_NE(result.out.find("good/x.html:1:1: error: DTCContact: There is no contact field"),
+            std::string::npos)
+      << result.out;
+  EXPECT_NE(KvoGerman({"check", "pipe/x.html"}).err.find("eine Pipe oder ein Gerät"),
+            std::string::npos);
+  EXPECT_NE(KvoGerman({"check", "large/x.html"}).err.find("zu groß"), std::string::npos);
+}
+
+TEST_F(CheckCommand, OfficeThatIsNamedIsReadOnceForAllPages) {
+  Write("x.html", ContactElement("Emial"));
+  Write("y.html", ContactElement("Emial"));
+  ASSERT_EQ(mkfifo((Folder() / "work/pipe").c_str(), 0600), 0);
+  const Result pipe = Kvo({"check", "x.html", "y.html", "--office", "pipe"});
+  EXPECT_EQ(pipe.code, 2);
+  EXPECT_EQ(pipe.err, "kvo: error: \"pipe\": This is a pipe or a device. Name a regular file.\n");
+  EXPECT_EQ(Kvo({"pages", "DTCContact", "--office", "pipe", "-o", "out"}).code, 2);
+  const Result input = Kvo({"check", "x.html", "y.html", "--office", "-"}, kOffice);
+  EXPECT_EQ(input.code, 1);
+  EXPECT_NE(input.out.find("\ny.html:1:1: error"), std::string::npos) << input.out;
 }
 
 TEST_F(CheckCommand, AFindingInThePagesOwnTextIsOfNoControl) {

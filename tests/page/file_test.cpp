@@ -250,6 +250,17 @@ TEST_F(FileTest, RefusesFolders) {
   EXPECT_EQ(Files(), 0U);
 }
 
+TEST_F(FileTest, ReadsARegularFileUpToItsLimit) {
+  Put("page", "12345");
+  EXPECT_EQ(ReadRegularFile(Path("page"), 5), "12345");
+  EXPECT_TRUE(Says(ErrorOf([&] { ReadRegularFile(Path("page"), 4); }), "no more than 4 bytes"));
+  EXPECT_TRUE(Says(ErrorOf([&] { ReadRegularFile(Path("none"), 4); }), "no such file"));
+  EXPECT_TRUE(Says(ErrorOf([&] { ReadRegularFile(folder_.string(), 4); }), "folder"));
+  EXPECT_TRUE(Says(ErrorOf([&] { ReadRegularFile("/dev/zero", 4); }), "device"));
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  EXPECT_TRUE(Says(ErrorOf([&] { ReadRegularFile(Path("pipe"), 4); }), "pipe"));
+}
+
 TEST_F(FileTest, NamesAMissingFileAndAMissingFolder) {
   EXPECT_TRUE(Says(ErrorOf([&] { ReadFile(Path("none")); }), "no such file"));
   EXPECT_TRUE(Says(ErrorOf([&] { OpenOutput(Path("none/page")); }), "does not exist"));
