@@ -23,14 +23,16 @@ struct Values {
 };
 
 Json ProblemJson(const std::string& file, const page::Problem& problem) {
-  return {{"file", file},
-          {"line", problem.place.line},
-          {"column", problem.place.column},
-          {"severity", problem.severity == page::Severity::error ? "error" : "warning"},
-          {"rule", problem.rule},
-          {"class", problem.control},
-          {"id", problem.id},
-          {"message", problem.message.In(UserLanguage())}};
+  Json json{{"file", file},
+            {"line", problem.place.line},
+            {"column", problem.place.column},
+            {"severity", problem.severity == page::Severity::error ? "error" : "warning"},
+            {"rule", problem.rule},
+            {"class", problem.control},
+            {"id", problem.id},
+            {"message", problem.message.In(UserLanguage())}};
+  if (problem.more > 0) json["more"] = problem.more;
+  return json;
 }
 
 // An office, and the products of its shop.
@@ -98,7 +100,7 @@ ExitCode Check(const Values& values) {
     const page::Problems problems =
         check::CheckPage(page, known.office, known.products ? &*known.products : nullptr);
     if (values.json) {
-      for (const page::Problem& problem : problems)
+      for (const page::Problem& problem : page::Told(problems))
         all.push_back(ProblemJson(ShownName(file), problem));
     } else {
       ShowProblems(Stream::output, ShownName(file), problems);

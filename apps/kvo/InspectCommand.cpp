@@ -35,16 +35,18 @@ std::string Messages(const page::Inspection& inspection, std::size_t index) {
   };
   const page::Place from = inspection.controls[index].place;
   const bool last = index + 1 == inspection.controls.size();
-  std::string messages;
+  page::Problems own;
   // They are in the order of the page.
   for (auto problem = std::ranges::lower_bound(
            inspection.problems, from, before, [](const page::Problem& each) { return each.place; });
        problem != inspection.problems.end() &&
        (last || before(problem->place, inspection.controls[index + 1].place));
-       ++problem) {
-    if (problem->severity != page::Severity::error) continue;
+       ++problem)
+    if (problem->severity == page::Severity::error) own.push_back(*problem);
+  std::string messages;
+  for (const page::Problem& problem : page::Told(own)) {
     if (!messages.empty()) messages += ' ';
-    messages += problem->message.In(UserLanguage());
+    messages += problem.message.In(UserLanguage());
   }
   return messages;
 }

@@ -87,7 +87,7 @@ void ComplainOfMemory() {
 
 void ShowProblems(Stream stream, std::string_view file, const page::Problems& problems) {
   const int descriptor = stream == Stream::output ? STDOUT_FILENO : STDERR_FILENO;
-  for (const page::Problem& problem : problems) {
+  for (const page::Problem& problem : page::Told(problems)) {
     std::string line = Harmless(descriptor, page::Describe(problem, file, UserLanguage()) + '\n');
     const std::size_t begin = line.find(": ", file.size()) + 2;
     line = Coloured(descriptor, problem.severity, line, begin, line.find(':', begin) + 1);

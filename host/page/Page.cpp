@@ -455,8 +455,7 @@ std::string Utf8Of(std::string_view bytes, const PageEncoding& encoding) {
   return text;
 }
 
-FoundControl Describe(const ReadControl& control, std::string_view page,
-                      const PageEncoding& encoding) {
+FoundControl Describe(const ReadControl& control, const PageEncoding& encoding) {
   FoundControl found;
   found.index = control.index;
   found.begin = control.begin;
@@ -472,7 +471,8 @@ FoundControl Describe(const ReadControl& control, std::string_view page,
     found.bag.emplace_back(param.key, param.value);
   if (control.isSpan) {
     found.form = Form::span;
-    found.oldText = control.OldText(page);
+    found.textBegin = control.textBegin;
+    found.textEnd = control.textEnd;
   }
   found.broken = control.broken;
   return found;
@@ -493,7 +493,7 @@ Inspection Inspect(const Page& page) {
     ControlReader reader(bytes, encoding, ControlReader::Params::all, problems);
     PlaceFinder places(bytes, encoding);
     while (reader.Next()) {
-      inspection.controls.push_back(Describe(reader.Control(), bytes, encoding));
+      inspection.controls.push_back(Describe(reader.Control(), encoding));
       inspection.controls.back().place = places.At(reader.Control().begin);
     }
   }

@@ -61,8 +61,9 @@ struct FoundControl {
   std::string id;
   std::vector<Attribute> attributes;  // all but classid and id, in order
   std::vector<MemoryBag::Entry> bag;  // UTF-8, in the order of the page
-  std::string oldText;                // span: the bytes between the comments
-  bool broken = false;                // it has errors of its own: it cannot be loaded as it stands
+  std::size_t textBegin = 0;          // span: the bytes between the comments
+  std::size_t textEnd = 0;
+  bool broken = false;  // it has errors of its own: it cannot be loaded as it stands
 };
 
 struct Inspection {

@@ -37,9 +37,10 @@ struct Problem {
   std::string_view rule;  // one of the names in namespace `rule`
   Place place;
   std::string control;  // the class name as it stands in the page; may be empty
-  std::string id;       // the control's id; may be empty
+  std::string id;       // the control's id; may be empty. Of long ones the beginning
   Message message;
   std::size_t offset = 0;  // of the place, in bytes of the page
+  std::size_t more = 0;    // not 0: stands for so many of its rule, see Told
 };
 
 // In the order of their places.
@@ -50,6 +51,10 @@ inline bool HasErrors(const Problems& problems) {
     if (problem.severity == Severity::error) return true;
   return false;
 }
+
+// What is told of a page's problems: the first of each rule. In place of the others, where their
+// first one is, stands one that says how many there are.
+Problems Told(const Problems& problems);
 
 // "file:line:column: error: message [rule]" with the control named in front of the message.
 std::string Describe(const Problem& problem, std::string_view file, Language language);

@@ -5,6 +5,18 @@
 #include <utility>
 
 namespace kvo::page {
+namespace {
+
+// Names are copied into every problem of a control, and may be as long as the page.
+std::string Beginning(std::string_view name) {
+  constexpr std::size_t kMost = 100;
+  if (name.size() <= kMost) return std::string(name);
+  std::size_t end = kMost;  // no half character at the cut
+  while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80) --end;
+  return std::string(name.substr(0, end)) + "...";
+}
+
+}  // namespace
 
 Place PlaceFinder::At(std::size_t offset) {
   if (offset < at_) {
@@ -32,8 +44,8 @@ void ProblemList::Add(std::size_t offset, std::string_view rule, Subject subject
   problems_.push_back({severity,
                        rule,
                        {},
-                       std::string(subject.control),
-                       std::string(subject.id),
+                       Beginning(subject.control),
+                       Beginning(subject.id),
                        std::move(message),
                        offset});
 }

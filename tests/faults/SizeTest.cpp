@@ -72,6 +72,26 @@ const Shape kShapes[] = {
     {"NothingButOpenTags", [](int n) { return Times(n, "<div>"); }, 1'000'000},
     {"ManyBrokenControls", [](int n) { return Times(n, ControlElement("DTCPrnt", {}) + '\n'); },
      50'000, false},
+    {"LongIdOfManyProblems",
+     [](int n) {
+       return "<object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"" +
+              Times(n, "0123456789") + "\">" + Times(n, "<param a>") + "</object>";
+     },
+     10'000, false},
+    {"LongClassNameOfManyProblems",
+     [](int n) {
+       return "<object classid=\"progid:KVOPDesignObjects." + Times(n, "0123456789") + "\">" +
+              Times(n, "<param a>") + "</object>";
+     },
+     10'000, false},
+    {"BrokenSpansBeforeOneEnd",
+     [](int n) {
+       return Times(n,
+                    "<!--KVO CONTROL STARTSPAN 1 <object "
+                    "classid=\"progid:KVOPDesignObjects.DTCPrint\">x</object>-->\n") +
+              "<!--KVO CONTROL ENDSPAN 1-->";
+     },
+     10'000, false},
 };
 
 using Command = std::vector<std::string>;

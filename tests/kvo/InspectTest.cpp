@@ -375,5 +375,54 @@ TEST_F(PictureCommand, AsksForATarget) {
   EXPECT_NE(result.err.find("-o FOLDER"), std::string::npos) << result.err;
 }
 
+// What is told of one kind, in a page of 30 wrong keys.
+
+const std::string kManyProblems = [] {
+  std::string page;
+  for (int i = 0; i < 30; ++i)
+    page += ControlElement("DTCPrint", {{"vlaue", "x"}}, "id" + std::to_string(i)) + '\n';
+  return page + ControlElement("DTCPrnt", {});
+}();
+
+TEST_F(CheckCommand, TellsTheFirstOfAKindAndHowManyMoreThereAre) {
+  Write("x.html", kManyProblems);
+  for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+           {"check", "x.html"}, {"save", "x.html"}, {"inspect", "x.html"}}) {
+    const Result result = Kvo(command);
+    EXPECT_EQ(result.code, 1);
+    const std::string& told = command[0] == "check" ? result.out : result.err;
+    EXPECT_NE(told.find("x.html:10:62: error: DTCPrint \"id9\""), std::string::npos) << told;
+    EXPECT_NE(told.find("\nx.html:11:63: error: ... and 20 more of this kind. [unknown-key]\n"
+                        "x.html:31:1: error: DTCPrnt"),
+              std::string::npos)
+        << told;
+    EXPECT_EQ(told.find("id10"), std::string::npos) << told;
+  }
+  EXPECT_NE(KvoGerman({"check", "x.html"}).out.find("... und 20 weitere dieser Art."),
+            std::string::npos);
+}
+
+TEST_F(CheckCommand, TellsTheSameAsJson) {
+  Write("x.html", kManyProblems);
+  const Json problems = Json::parse(Kvo({"check", "x.html", "--json"}).out)["problems"];
+  ASSERT_EQ(problems.size(), 12U);
+  EXPECT_FALSE(problems[9].contains("more"));
+  EXPECT_EQ(problems[10]["more"], 20);
+  EXPECT_EQ(problems[10]["rule"], "unknown-key");
+  EXPECT_EQ(problems[10]["line"], 11);
+  EXPECT_EQ(problems[11]["rule"], "unknown-class");
+}
+
+// One page's problems do not hide those of another, and every control keeps its error.
+TEST_F(CheckCommand, TellsOfEachPageAndEachControl) {
+  Write("x.html", kManyProblems);
+  Write("y.html", kManyProblems);
+  EXPECT_NE(Kvo({"check", "x.html", "y.html"}).out.find("y.html:10:62: error"), std::string::npos);
+  const Json controls = Json::parse(Kvo({"inspect", "x.html", "--json"}).out)["controls"];
+  ASSERT_EQ(controls.size(), 31U);
+  for (const Json& control : controls)
+    EXPECT_NE(control["error"]["message"], "") << control["line"];
+}
+
 }  // namespace
 }  // namespace kvo::test

@@ -191,6 +191,48 @@ TEST_F(Messages, CutLongTextsBetweenCharacters) {
       << problems[0].message.english;
 }
 
+TEST_F(Messages, NameTheBeginningOfALongId) {
+  std::string umlauts = "x";
+  for (int i = 0; i < 100'000; ++i) umlauts += "\xC3\xBC";
+  Checked("<object classid=progid:KVOPDesignObjects.DTCPrint id=" + umlauts +
+          "><param a></object>");
+  ASSERT_EQ(problems.size(), 2U);
+  for (const Problem& problem : problems) EXPECT_EQ(problem.id, umlauts.substr(0, 99) + "...");
+}
+
+// What programs tell of many problems.
+
+Problem ProblemOf(std::string_view rule, std::size_t line, Severity severity = Severity::error) {
+  return {severity, rule, {line, 1}, "DTCPrint", "", {"falsch", "wrong"}, line, 0};
+}
+
+TEST(Telling, LeavesTenOfAKindAsTheyAre) {
+  Problems problems;
+  for (std::size_t line = 1; line <= 10; ++line) {
+    problems.push_back(ProblemOf(rule::unknownKey, line));
+    problems.push_back(ProblemOf(rule::duplicateId, line, Severity::warning));
+  }
+  const Problems told = Told(problems);
+  ASSERT_EQ(told.size(), problems.size());
+  for (const Problem& problem : told) EXPECT_EQ(problem.more, 0U);
+}
+
+TEST(Telling, CountsTheOthersWhereTheFirstOfThemIs) {
+  Problems problems;
+  for (std::size_t line = 1; line <= 8000; ++line) {
+    problems.push_back(ProblemOf(rule::unknownKey, line));
+    if (line % 100 == 0) problems.push_back(ProblemOf(rule::duplicateId, line, Severity::warning));
+  }
+  const Problems told = Told(problems);
+  ASSERT_EQ(told.size(), 22U);
+  EXPECT_EQ(Describe(told[10], "a", Language::english),
+            "a:11:1: error: ... and 7,990 more of this kind. [unknown-key]");
+  EXPECT_EQ(Describe(told[10], "a", Language::german),
+            "a:11:1: Fehler: ... und 7.990 weitere dieser Art. [unknown-key]");
+  EXPECT_EQ(Describe(told[21], "a", Language::english),
+            "a:1100:1: warning: ... and 70 more of this kind. [duplicate-id]");
+}
+
 using Checking = PageTest;
 
 TEST_F(Checking, WarnsOfAnIdThatStandsTwice) {

@@ -169,7 +169,8 @@ TEST_F(Elements, InSpansGiveTheTextBetweenTheComments) {
   const Inspection inspection = Inspect(Page(page));
   ASSERT_EQ(inspection.controls.size(), 1U);
   EXPECT_EQ(inspection.controls[0].form, Form::span);
-  EXPECT_EQ(inspection.controls[0].oldText, "old <b>text</b>");
+  const FoundControl& control = inspection.controls[0];
+  EXPECT_EQ(page.substr(control.textBegin, control.textEnd - control.textBegin), "old <b>text</b>");
   EXPECT_EQ(inspection.controls[0].begin, 1U);
   EXPECT_EQ(inspection.controls[0].end, page.size() - 1);
 }
