@@ -12,7 +12,7 @@
 namespace kvo {
 namespace {
 
-constexpr int kMostEvents = 300;
+constexpr int kMostBuilderEvents = 300;
 constexpr std::int32_t kYesOrNo = 3;
 
 // Fields of every type, two under one name, and one whose texts would mean something elsewhere.
@@ -32,9 +32,9 @@ std::int32_t FirstTypeOf(const FakeOffice& office, const std::string& name) {
   throw std::logic_error("a field is listed that the office does not have");
 }
 
-class Conversation {
+class BuilderConversation {
  public:
-  explicit Conversation(std::string_view bytes) : story_(bytes) {
+  explicit BuilderConversation(std::string_view bytes) : story_(bytes) {
     if (story_.OneOf("01") == '1') office_ = OfficeWithAllTypes();
     expression_ = story_.Text();
   }
@@ -85,7 +85,7 @@ class Conversation {
   }
 
   void PlayEvents(frmExpressionBuilder& form, HeadlessUser& user) {
-    for (int count = 0; count < kMostEvents && !story_.AtEnd() && form.IsLoaded(); ++count) {
+    for (int count = 0; count < kMostBuilderEvents && !story_.AtEnd() && form.IsLoaded(); ++count) {
       const char event = story_.OneOf(kUserEvents);
       PerformEvent(event, form, user, story_);
       DemandSound(form);
@@ -142,6 +142,6 @@ class Conversation {
 
 }  // namespace
 
-void CheckBuilder(std::string_view story) { Conversation(story).Play(); }
+void CheckBuilder(std::string_view story) { BuilderConversation(story).Play(); }
 
 }  // namespace kvo

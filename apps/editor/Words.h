@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "common/Localized.h"
+#include "host/qt/Messages.h"
 #include "host/qt/QtText.h"
 
 namespace kvo::editor {
@@ -124,8 +125,8 @@ inline constexpr Localized kReplaced = {"{} ersetzt", "{} replaced"};
 inline constexpr Localized kWrongExpression = {"Zeichen {}: {}", "Character {}: {}"};
 
 // --- questions and messages ---
-inline constexpr Localized kOk = {"OK", "OK"};
-inline constexpr Localized kCancel = {"Abbrechen", "Cancel"};
+using kvo::kCancel;
+using kvo::kOk;
 inline constexpr Localized kSave = {"Speichern", "Save"};
 inline constexpr Localized kDiscard = {"Verwerfen", "Discard"};
 inline constexpr Localized kRecover = {"Wiederherstellen", "Recover"};

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::string_view kOfficeFile = "office.json";
 
-struct Values {
+struct CheckValues {
   std::vector<std::string> pages;
   std::string office;
   bool json = false;
@@ -89,7 +89,7 @@ class Offices {
   ExitCode code_ = ExitCode::good;
 };
 
-ExitCode Check(const Values& values) {
+ExitCode Check(const CheckValues& values) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
   Offices offices(values.office, platform);
@@ -114,7 +114,7 @@ ExitCode Check(const Values& values) {
 }  // namespace
 
 void AddCheckCommand(CommandLine& line) {
-  const auto values = std::make_shared<Values>();
+  const auto values = std::make_shared<CheckValues>();
   line.Add("check",
            {"Nennt alles, was an den Seiten nicht stimmt, ohne sie zu ändern.",
             "Names everything that is wrong with the pages, and changes nothing."},

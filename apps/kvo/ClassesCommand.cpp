@@ -7,7 +7,7 @@
 namespace kvo {
 namespace {
 
-struct Values {
+struct ClassesValues {
   bool json = false;
   bool markdown = false;
 };
@@ -135,7 +135,7 @@ constexpr std::string_view kMarkdownHead =
     "that is absent\nfrom the page reads as the value in the second column; the value in the third "
     "column is left out when\nthe page is saved. The two differ on purpose in places.\n";
 
-ExitCode ListClasses(const Values& values) {
+ExitCode ListClasses(const ClassesValues& values) {
   if (values.json) {
     Json classes = Json::array();
     for (const RegisteredControl& control : RegisteredControls())
@@ -155,7 +155,7 @@ ExitCode ListClasses(const Values& values) {
 }  // namespace
 
 void AddClassesCommand(CommandLine& line) {
-  const auto values = std::make_shared<Values>();
+  const auto values = std::make_shared<ClassesValues>();
   line.Add("classes",
            {"Zählt alle Klassen auf: Eigenschaften, Schlüssel, Vorgaben, Eigenschaftsseiten.",
             "Lists every class: properties, keys, defaults, property pages."},

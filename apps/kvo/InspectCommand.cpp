@@ -9,7 +9,7 @@
 namespace kvo {
 namespace {
 
-struct Values {
+struct InspectValues {
   std::string page;
   bool json = false;
 };
@@ -126,7 +126,7 @@ void PrintControl(const std::string& file, const page::FoundControl& found,
   Print(text);
 }
 
-ExitCode Inspect(const Values& values) {
+ExitCode Inspect(const InspectValues& values) {
   const page::Page page(page::ReadFile(values.page));
   const page::Inspection inspection = page::Inspect(page);
   ExitCode code = page::HasErrors(inspection.problems) ? ExitCode::problemsFound : ExitCode::good;
@@ -151,7 +151,7 @@ ExitCode Inspect(const Values& values) {
 }  // namespace
 
 void AddInspectCommand(CommandLine& line) {
-  const auto values = std::make_shared<Values>();
+  const auto values = std::make_shared<InspectValues>();
   line.Add("inspect",
            {"Zeigt jedes Control einer Seite: wo es steht, was es speichert, sein "
             "Laufzeittext.",

@@ -17,7 +17,7 @@ namespace {
 constexpr std::string_view kExpressionBuilder = "frmExpressionBuilder";
 constexpr std::string_view kIfPage = "propIfGeneral";  // opens the expression builder
 
-struct Values {
+struct PagesValues {
   std::string className;
   std::string output;
   std::string office;
@@ -33,7 +33,7 @@ void Write(const std::string& folder, std::string_view name, Form& form) {
 
 // A page as it opens on a new control of the class. What it cannot read (a shop database that is
 // not there) leaves it as it was made.
-void DrawPage(const Values& values, const ControlClass& contract, std::string_view name,
+void DrawPage(const PagesValues& values, const ControlClass& contract, std::string_view name,
               const ObjectRef& office) {
   const auto control = page::Load(contract, {});
   if (office != nullptr && contract.FindProperty("Office") != nullptr)
@@ -48,14 +48,14 @@ void DrawPage(const Values& values, const ControlClass& contract, std::string_vi
   Write(values.output, name, *page);
 }
 
-void DrawExpressionBuilder(const Values& values, const ObjectRef& office) {
+void DrawExpressionBuilder(const PagesValues& values, const ObjectRef& office) {
   frmExpressionBuilder dialog;
   dialog.Office = office;
   dialog.Init();
   Write(values.output, kExpressionBuilder, dialog);
 }
 
-ExitCode Draw(const Values& values) {
+ExitCode Draw(const PagesValues& values) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
   const ObjectRef office = LoadOfficeWithShop(values.office, platform);
@@ -85,7 +85,7 @@ ExitCode Draw(const Values& values) {
 }  // namespace
 
 void AddPagesCommand(CommandLine& line) {
-  const auto values = std::make_shared<Values>();
+  const auto values = std::make_shared<PagesValues>();
   line.Add("pages",
            {"Zeichnet die Eigenschaftenseiten einer Klasse als SVG.",
             "Draws the property pages of a class as SVG."},

@@ -12,7 +12,7 @@
 namespace kvo {
 namespace {
 
-struct Values {
+struct PictureValues {
   std::string subject;
   std::string output;
 };
@@ -69,7 +69,7 @@ void Write(const std::string& file, std::string_view text) {
   output->Commit();
 }
 
-ExitCode Draw(const Values& values) {
+ExitCode Draw(const PictureValues& values) {
   ExitCode code = ExitCode::good;
   std::vector<Picture> pictures;
   if (const RegisteredControl* control = FindControlByName(values.subject)) {
@@ -113,7 +113,7 @@ ExitCode Draw(const Values& values) {
 }  // namespace
 
 void AddPictureCommand(CommandLine& line) {
-  const auto values = std::make_shared<Values>();
+  const auto values = std::make_shared<PictureValues>();
   line.Add("picture",
            {"Zeichnet die Boxen der Entwurfsansicht als SVG.",
             "Draws the boxes of the design view as SVG."},

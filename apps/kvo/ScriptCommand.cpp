@@ -11,7 +11,7 @@
 namespace kvo {
 namespace {
 
-struct Values {
+struct ScriptValues {
   std::string page;
   std::string script;
   std::string office;
@@ -64,7 +64,7 @@ void AddControls(ScriptStage& stage, const std::string& file) {
   }
 }
 
-ExitCode Play(const Values& values) {
+ExitCode Play(const ScriptValues& values) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
   ScriptStage stage{.platform = platform,
@@ -101,7 +101,7 @@ ExitCode Play(const Values& values) {
 }  // namespace
 
 void AddScriptCommand(CommandLine& line) {
-  const auto values = std::make_shared<Values>();
+  const auto values = std::make_shared<ScriptValues>();
   line.Add("script",
            {"Führt ein Gespräch mit den Eigenschaftenseiten der Controls einer Seite und nennt als "
             "JSON, was dabei herauskommt. Die Seite bleibt, wie sie ist.",

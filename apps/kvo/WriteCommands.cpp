@@ -4,7 +4,7 @@
 namespace kvo {
 namespace {
 
-struct Values {
+struct WriteValues {
   std::vector<std::string> pages;
   std::string output;
   bool force = false;
@@ -13,14 +13,14 @@ struct Values {
 constexpr Localized kPages{"die Seiten; „-“ ist die Standardeingabe",
                            "the pages; \"-\" is standard input"};
 
-ExitCode Save(const Values& values) {
+ExitCode Save(const WriteValues& values) {
   return WritePages(values.pages, Targets(values.pages, values.output, OverPage::itself),
                     [&](const page::Page& page, page::Sink& sink) {
                       return page::Save(page, sink, {.force = values.force});
                     });
 }
 
-ExitCode Publish(const Values& values) {
+ExitCode Publish(const WriteValues& values) {
   if (values.output.empty() && values.pages != std::vector<std::string>{"-"})
     throw Failure(
         Say({"Wohin? Mit -o DATEI oder -o ORDNER das Ziel angeben, mit „-o -“ die "
@@ -34,7 +34,7 @@ ExitCode Publish(const Values& values) {
 }  // namespace
 
 void AddWriteCommands(CommandLine& line) {
-  const auto save = std::make_shared<Values>();
+  const auto save = std::make_shared<WriteValues>();
   line.Add("save",
            {"Lädt jedes Control der Seiten und schreibt seinen Laufzeittext hinein.",
             "Loads every control of the pages and writes its runtime text into them."},
@@ -55,7 +55,7 @@ void AddWriteCommands(CommandLine& line) {
              "overwrite runtime text even where it was edited by hand"})
       .Run([save] { return Save(*save); });
 
-  const auto publish = std::make_shared<Values>();
+  const auto publish = std::make_shared<WriteValues>();
   line.Add("publish",
            {"Schreibt nur den Laufzeittext an die Stelle jedes Controls.",
             "Writes the runtime text alone in place of each control."},

@@ -16,8 +16,6 @@
 namespace kvo {
 namespace {
 
-constexpr Localized kOk = {"OK", "OK"};
-constexpr Localized kCancel = {"Abbrechen", "Cancel"};
 constexpr Localized kApply = {"Übernehmen", "Apply"};
 
 QPushButton* AddButton(QHBoxLayout& row, const Localized& caption, const char* name) {

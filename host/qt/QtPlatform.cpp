@@ -19,9 +19,6 @@
 namespace kvo {
 namespace {
 
-constexpr Localized kOk = {"OK", "OK"};
-constexpr Localized kCancel = {"Abbrechen", "Cancel"};
-
 QWidget* TopWindow() {
   QWidget* modal = QApplication::activeModalWidget();
   return modal != nullptr ? modal : QApplication::activeWindow();

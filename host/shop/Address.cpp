@@ -9,7 +9,7 @@
 namespace kvo::shop {
 namespace {
 
-constexpr std::size_t kNone = std::string_view::npos;
+constexpr std::size_t npos = std::string_view::npos;
 
 // How long a lock of another program is waited for, in seconds: as long as a short writing
 // takes, and not so long that a window seems stuck.
@@ -47,19 +47,19 @@ bool IsKeyValueForm(std::string_view details) {
 
 std::string SqliteDetails(const Address& address) {
   // The backend's own quoting knows no way to write these.
-  const bool quote = address.path.find('"') != kNone;
-  const bool blank = address.path.find(' ') != kNone;
-  if ((quote && blank) || address.path.find('\0') != kNone) Refuse(address);
+  const bool quote = address.path.find('"') != npos;
+  const bool blank = address.path.find(' ') != npos;
+  if ((quote && blank) || address.path.find('\0') != npos) Refuse(address);
   return "db=\"" + address.path + "\" readonly=true timeout=" + std::string(kLockWait);
 }
 
 std::string PostgresqlDetails(std::string_view details) {
   constexpr std::string_view kTimeout = "connect_timeout";
-  const bool timeout = details.find(kTimeout) != kNone;
+  const bool timeout = details.find(kTimeout) != npos;
   const std::string wait = std::string(kTimeout) + '=' + std::string(kConnectWait);
   if (IsKeyValueForm(details)) return (timeout ? "" : wait + ' ') + std::string(details);
   std::string uri = "postgresql://" + std::string(details);
-  if (!timeout) uri += (details.find('?') == kNone ? '?' : '&') + wait;
+  if (!timeout) uri += (details.find('?') == npos ? '?' : '&') + wait;
   return uri;
 }
 
@@ -68,7 +68,7 @@ std::optional<char> HexByte(std::string_view digits) {
   if (digits.size() != 2) return std::nullopt;
   const std::size_t high = kDigits.find(LowerAscii(digits[0]));
   const std::size_t low = kDigits.find(LowerAscii(digits[1]));
-  if (high == kNone || low == kNone) return std::nullopt;
+  if (high == npos || low == npos) return std::nullopt;
   return static_cast<char>(high * 16 + low);
 }
 
@@ -86,35 +86,35 @@ std::string Pair(const Address& address, std::string_view key, std::string_view 
     value += *byte;
     i += 2;
   }
-  const char mark = value.find('\'') == kNone ? '\'' : '"';
-  if (value.find(mark) != kNone) Refuse(address);
+  const char mark = value.find('\'') == npos ? '\'' : '"';
+  if (value.find(mark) != npos) Refuse(address);
   return std::string(key) + '=' + mark + value + mark + ' ';
 }
 
 // user:password@host:port/database
 std::string MysqlPairs(const Address& address, std::string_view details) {
   std::string pairs;
-  if (const std::size_t at = details.rfind('@'); at != kNone) {
+  if (const std::size_t at = details.rfind('@'); at != npos) {
     const std::string_view user = details.substr(0, at);
     const std::size_t colon = user.find(':');
     pairs += Pair(address, "user", user.substr(0, colon));
-    if (colon != kNone) pairs += Pair(address, "password", user.substr(colon + 1));
+    if (colon != npos) pairs += Pair(address, "password", user.substr(colon + 1));
     details.remove_prefix(at + 1);
   }
   const std::size_t slash = details.find('/');
   const std::string_view server = details.substr(0, slash);
   const std::size_t colon = server.find(':');
   pairs += Pair(address, "host", server.substr(0, colon));
-  if (colon != kNone) pairs += Pair(address, "port", server.substr(colon + 1));
-  if (slash != kNone) pairs += Pair(address, "dbname", details.substr(slash + 1));
+  if (colon != npos) pairs += Pair(address, "port", server.substr(colon + 1));
+  if (slash != npos) pairs += Pair(address, "dbname", details.substr(slash + 1));
   return pairs;
 }
 
 std::string MysqlDetails(const Address& address, std::string_view details) {
   std::string pairs =
       IsKeyValueForm(details) ? std::string(details) + ' ' : MysqlPairs(address, details);
-  if (pairs.find("charset") == kNone) pairs += "charset=utf8mb4 ";
-  if (pairs.find("connect_timeout") == kNone)
+  if (pairs.find("charset") == npos) pairs += "charset=utf8mb4 ";
+  if (pairs.find("connect_timeout") == npos)
     pairs += "connect_timeout=" + std::string(kConnectWait);
   return pairs;
 }
@@ -127,7 +127,7 @@ Address ParseAddress(std::string_view connectionString) {
   address.shown = ShownOf(connectionString);
   const std::size_t end = connectionString.find(kSchemeEnd);
   for (const KindRow& row : kKinds) {
-    if (end == kNone || connectionString.substr(0, end) != row.scheme) continue;
+    if (end == npos || connectionString.substr(0, end) != row.scheme) continue;
     const std::string_view details = connectionString.substr(end + kSchemeEnd.size());
     address.kind = row.kind;
     address.driver = row.driver;

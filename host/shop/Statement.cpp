@@ -10,9 +10,7 @@
 namespace kvo::shop {
 namespace {
 
-constexpr std::size_t kNone = std::string_view::npos;
-
-bool IsWordCharacter(char c) {
+bool IsNameCharacter(char c) {
   return IsDigit(c) || IsLetter(c) || c == '_' || c == '$' || static_cast<unsigned char>(c) >= 0x80;
 }
 
@@ -66,7 +64,7 @@ class Outliner {
       outline_.complete &= depth_ > 0;
       --depth_;
       ++at_;
-    } else if (IsWordCharacter(c)) {
+    } else if (IsNameCharacter(c)) {
       TakeWord();
     } else {
       ++at_;
@@ -75,7 +73,7 @@ class Outliner {
 
   void TakeWord() {
     const std::size_t start = at_;
-    while (at_ < text_.size() && IsWordCharacter(text_[at_])) ++at_;
+    while (at_ < text_.size() && IsNameCharacter(text_[at_])) ++at_;
     const std::string_view word = text_.substr(start, at_ - start);
     if (word.starts_with('$') && word.ends_with('$')) {  // PostgreSQL's $tag$text$tag$
       at_ = start;
@@ -88,8 +86,8 @@ class Outliner {
 
   void SkipTo(std::string_view mark, std::size_t from, bool required) {
     const std::size_t end = text_.find(mark, at_ + from);
-    outline_.complete &= end != kNone || !required;
-    at_ = end == kNone ? text_.size() : end + mark.size();
+    outline_.complete &= end != std::string_view::npos || !required;
+    at_ = end == std::string_view::npos ? text_.size() : end + mark.size();
   }
 
   std::string_view text_;

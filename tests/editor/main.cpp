@@ -6,11 +6,10 @@
 #include "apps/editor/DesignView.h"
 #include "host/qt/TahomaFont.h"
 #include "tests/editor/Victim.h"
+#include "tests/support/Environment.h"
 
-// German, without a display and without the desktop's own look: the same everywhere.
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  qputenv("LC_ALL", "de_DE.UTF-8");
+  kvo::test::SetEnvironment("de_DE.UTF-8");
   testing::InitGoogleTest(&argc, argv);
   kvo::editor::PrepareDesignView();
   QApplication application(argc, argv);

@@ -12,6 +12,7 @@
 #include "apps/editor/TextDialog.h"
 #include "host/qt/TahomaFont.h"
 #include "tests/editor/EditorTest.h"
+#include "tests/support/Environment.h"
 
 namespace kvo::editor {
 namespace {
@@ -135,8 +136,7 @@ class Studio {
 
 int main(int argc, char** argv) {
   using namespace kvo::editor;
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  qputenv("LC_ALL", "de_DE.UTF-8");
+  kvo::test::SetEnvironment("de_DE.UTF-8");
   PrepareDesignView();
   QApplication application(argc, argv);
   QApplication::setStyle(QStyleFactory::create("Fusion"));

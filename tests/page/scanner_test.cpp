@@ -33,7 +33,7 @@ TEST_P(Scanning, FindsExactlyTheControls) {
   for (const Problem& problem : misplaced) EXPECT_EQ(problem.rule, rule::misplacedControl);
 }
 
-const ScannerCase kCases[] = {
+const ScannerCase kScannerCases[] = {
     {"Nothing", "", {}},
     {"TextAlone", "a < b > c & d", {}},
     {"OneControl", "@1", {"1"}},
@@ -118,7 +118,7 @@ const ScannerCase kCases[] = {
     {"LongerTagName", "<objects classid='progid:KVOPDesignObjects.DTCPrint'>@1", {"1"}},
 };
 
-INSTANTIATE_TEST_SUITE_P(Page, Scanning, ::testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Page, Scanning, ::testing::ValuesIn(kScannerCases),
                          [](const auto& test) { return std::string(test.param.name); });
 
 class Elements : public PageTest {};

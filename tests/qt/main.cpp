@@ -3,6 +3,9 @@
 
 #include <QApplication>
 #include <cstdio>
+#include <string>
+
+#include "tests/support/Environment.h"
 
 namespace {
 
@@ -15,9 +18,9 @@ void HandleMessage(QtMsgType, const QMessageLogContext&, const QString& message)
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   // German, unless a test asks for another language.
-  qputenv("LC_ALL", qEnvironmentVariable("KVO_TEST_LOCALE", "de_DE.UTF-8").toUtf8());
+  const std::string locale = qEnvironmentVariable("KVO_TEST_LOCALE", "de_DE.UTF-8").toStdString();
+  kvo::test::SetEnvironment(locale.c_str());
   testing::InitGoogleTest(&argc, argv);
   qInstallMessageHandler(HandleMessage);
   const QApplication application(argc, argv);

@@ -1,19 +1,26 @@
 #!/bin/sh
 # under-wine.sh PROGRAM [ARGUMENT...]: runs a Windows program in a Wine prefix of the tests' own, in
-# German. The prefix is made when it is first needed. Needs an X server (DISPLAY).
+# German. The prefix is made when it is first needed. Needs an X server: the one that ./test has
+# started and left the number of in build/display, else the one of DISPLAY.
 set -u
 build=$(cd "$(dirname "$0")/../.." && pwd)/build
 export WINEPREFIX="${KVO_WINE_PREFIX:-$build/wine}" WINEDEBUG="${WINEDEBUG:--all}"
 export WINEDLLOVERRIDES='mscoree,mshtml='  # nobody is asked to install what is not used
 # The locale is made here, because a bare machine has none but C.
 export LOCPATH="$build/locale" LC_ALL=de_DE.UTF-8
-unset LANGUAGE
+# Nothing comes from the user's own settings.
+export HOME="$build/wine-home" TZ=UTC
+unset LANGUAGE WAYLAND_DISPLAY XDG_CONFIG_HOME XDG_CONFIG_DIRS XDG_DATA_HOME XDG_DATA_DIRS XDG_RUNTIME_DIR
 PATH="$PATH:/usr/lib/wine"  # where Debian keeps wine64
+if [ -s "$build/display" ]; then
+  DISPLAY=:$(cat "$build/display")
+  export DISPLAY
+fi
 if [ -z "${DISPLAY:-}" ]; then
   echo "Wine needs an X server; start one, such as Xvfb, and set DISPLAY." >&2
   exit 2
 fi
-mkdir -p "$build"
+mkdir -p "$HOME"
 (
   flock 9
   [ -d "$LOCPATH/de_DE.UTF-8" ] || {

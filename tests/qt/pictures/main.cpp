@@ -22,6 +22,7 @@
 #include "pages/frmExpressionBuilder.h"
 #include "tests/forms/FakeRecordset.h"
 #include "tests/pages/FakeOffice.h"
+#include "tests/support/Environment.h"
 
 namespace kvo {
 namespace {
@@ -167,8 +168,7 @@ int Run(const QStringList& arguments) {
 }  // namespace kvo
 
 int main(int argc, char** argv) {
-  qputenv("LC_ALL", "de_DE.UTF-8");
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  kvo::test::SetEnvironment("de_DE.UTF-8");
   const QApplication application(argc, argv);
   return kvo::Run(QApplication::arguments());
 }
