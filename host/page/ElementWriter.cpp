@@ -29,18 +29,8 @@ std::string Hexadecimal(unsigned number, std::size_t digits) {
 }
 
 Unwritable InvalidByte(char byte) {
-  return {"0x" + Hexadecimal(static_cast<unsigned char>(byte), 2)};
+  return {"0x" + Hexadecimal(static_cast<unsigned char>(byte), 2), 0};
 }
-Unwritable NotHeld(char32_t character) {
-  std::string text = "U+" + Hexadecimal(static_cast<unsigned>(character), 4);
-  if (character >= 0xA0) {
-    text += " \"";
-    AppendUtf8(text, character);
-    text += '"';
-  }
-  return {text};
-}
-
 void AppendNumber(std::string& text, std::size_t number) {
   std::array<char, 20> digits;
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
@@ -86,6 +76,16 @@ std::size_t PlainPrefix(std::string_view value) {
 }
 
 }  // namespace
+
+Unwritable NotHeld(char32_t character) {
+  std::string text = "U+" + Hexadecimal(static_cast<unsigned>(character), 4);
+  if (character >= 0xA0) {
+    text += " \"";
+    AppendUtf8(text, character);
+    text += '"';
+  }
+  return {text, character};
+}
 
 std::optional<Unwritable> AppendAttributeValue(std::string_view value, const PageEncoding& encoding,
                                                std::string& page) {

@@ -14,8 +14,11 @@ namespace kvo::page {
 
 // A character that the page cannot hold, not even as a character reference.
 struct Unwritable {
-  std::string text;  // the character, or the byte, for people: "U+0081", "0xFF"
+  std::string text;        // the character, or the byte, for people: "U+0081", "0xFF"
+  char32_t character = 0;  // 0 for a byte
 };
+
+Unwritable NotHeld(char32_t character);
 
 // Appends a value (UTF-8) as the inside of a quoted attribute, in the page's encoding. "&", "<",
 // ">", the double quote, "-" beside another "-", CR, LF, TAB and what the encoding cannot hold

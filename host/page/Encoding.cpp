@@ -107,13 +107,44 @@ constexpr Label kLabels[] = {
     {"ascii", Ascii},
 };
 
+std::string_view WithoutSpace(std::string_view text) {
+  while (!text.empty() && IsHtmlSpace(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsHtmlSpace(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+// Whether it holds characters that no encoding's name has, as the tags of all templates do.
+bool IsTemplateTag(std::string_view name) {
+  return !std::ranges::all_of(name, [](char c) {
+    return IsLetter(c) || (c >= '0' && c <= '9') || IsHtmlSpace(c) ||
+           std::string_view("-_.:+()").find(c) != npos;
+  });
+}
+
 // Looks for a declaration by the rules of HTML, "prescan a byte stream to determine its encoding".
 class DeclarationFinder {
  public:
   explicit DeclarationFinder(std::string_view start) : text_(start) {}
 
-  // The declared name; empty when there is none.
-  std::string Find() {
+  struct Declaration {
+    std::string name;
+    std::size_t offset = 0;
+  };
+
+  // The first that is no template's tag, with an empty name when there is none.
+  Declaration Find() {
+    for (;;) {
+      Declaration declaration = FindNext();
+      declaration.name = WithoutSpace(declaration.name);
+      if (declaration.name.empty() || !IsTemplateTag(declaration.name)) return declaration;
+      if (!templateTag_) templateTag_ = declaration;
+    }
+  }
+  // The first template's tag that was found on the way.
+  const std::optional<Declaration>& TemplateTag() const { return templateTag_; }
+
+ private:
+  Declaration FindNext() {
     for (;;) {
       at_ = text_.find('<', at_);
       if (at_ == npos) return {};
@@ -124,9 +155,10 @@ class DeclarationFinder {
         at_ = end + 3;
       } else if (StartsWith("<meta") && at_ + 5 < text_.size() &&
                  (IsHtmlSpace(text_[at_ + 5]) || text_[at_ + 5] == '/')) {
+        const std::size_t offset = at_;
         at_ += 5;
         std::string name = Meta();
-        if (!name.empty() && at_ < text_.size()) return name;
+        if (!name.empty() && at_ < text_.size()) return {name, offset};
       } else if (IsTag()) {
         while (at_ < text_.size() && !IsHtmlSpace(text_[at_]) && text_[at_] != '>') ++at_;
         while (NextAttribute()) {
@@ -142,7 +174,6 @@ class DeclarationFinder {
     }
   }
 
- private:
   bool StartsWith(std::string_view prefix) const {
     return EqualIgnoringCase(text_.substr(at_, prefix.size()), prefix);
   }
@@ -238,13 +269,8 @@ class DeclarationFinder {
   std::size_t at_ = 0;
   std::string_view name_;  // of the attribute, as the page has it
   std::string_view value_;
+  std::optional<Declaration> templateTag_;
 };
-
-std::string_view WithoutSpace(std::string_view text) {
-  while (!text.empty() && IsHtmlSpace(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsHtmlSpace(text.back())) text.remove_suffix(1);
-  return text;
-}
 
 }  // namespace
 
@@ -265,16 +291,31 @@ int SingleByteSet::Encode(char32_t character) const {
 }
 
 PageEncoding PageEncoding::Of(std::string_view page) {
+  if (auto declared = Declared(page)) return *std::move(declared);
+  return Undeclared(FindInvalidUtf8(page) == npos);
+}
+
+PageEncoding PageEncoding::Undeclared(bool isValidUtf8) {
   PageEncoding encoding;
+  if (!isValidUtf8) {
+    encoding.kind_ = Kind::singleByte;
+    encoding.set_ = &Windows1252();
+    encoding.name_ = "windows-1252";
+  }
+  return encoding;
+}
+
+std::optional<PageEncoding> PageEncoding::Declared(std::string_view page) {
+  PageEncoding encoding;
+  encoding.declared_ = true;
   if (page.starts_with(kUtf8Mark)) return encoding;
   if (page.starts_with(kUtf16LittleMark) || page.starts_with(kUtf16BigMark)) {
     encoding.kind_ = Kind::utf16;
     encoding.name_ = page.starts_with(kUtf16LittleMark) ? "utf-16le" : "utf-16be";
     return encoding;
   }
-  const std::string declared = DeclarationFinder(page.substr(0, kDeclarationReach)).Find();
-  const std::string_view name = WithoutSpace(declared);
-  if (name.empty()) return encoding;
+  const std::string name = DeclarationFinder(page.substr(0, kDeclarationReach)).Find().name;
+  if (name.empty()) return std::nullopt;
   const auto* label = std::ranges::find(kLabels, name, &Label::name);
   if (label == std::end(kLabels)) {
     encoding.kind_ = Kind::other;
@@ -285,6 +326,33 @@ PageEncoding PageEncoding::Of(std::string_view page) {
     encoding.name_ = name;
   }
   return encoding;
+}
+
+std::optional<PageEncoding::VoidDeclaration> PageEncoding::FindVoidDeclaration(
+    std::string_view page) {
+  // A quick look first, since most pages of any size have none.
+  bool mayHaveOne = false;
+  for (std::size_t at = 0; !mayHaveOne && at != npos;) {
+    at = FindStartTag(page, at, page.size(), "meta");
+    if (at == npos) return std::nullopt;
+    DeclarationFinder near(page.substr(at, page.find('>', at) - at + 1));
+    mayHaveOne = !near.Find().name.empty() || near.TemplateTag();
+    ++at;
+  }
+  DeclarationFinder finder(page);
+  const DeclarationFinder::Declaration found = finder.Find();
+  if (finder.TemplateTag())
+    return VoidDeclaration{finder.TemplateTag()->name, finder.TemplateTag()->offset, false};
+  if (found.name.empty()) return std::nullopt;
+  return VoidDeclaration{found.name, found.offset, true};
+}
+
+bool PageEncoding::IsReadAsWindows1252() const {
+  return set_ != nullptr && (set_ == &Latin1() || set_ == &Ascii());
+}
+
+bool PageEncoding::IsInWindows1252(char32_t character) {
+  return Windows1252().Encode(character) >= 0;
 }
 
 std::size_t PageEncoding::Mark(std::string_view page) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,7 +32,8 @@ class SingleByteSet {
   std::vector<Row> encode_;  // by character
 };
 
-// Byte order mark, else a `meta` declaration within the first 1024 bytes, else UTF-8.
+// Byte order mark, else a `meta` declaration within the first 1024 bytes, else UTF-8 if the page is
+// valid in it, else windows-1252.
 class PageEncoding {
  public:
   enum class Kind {
@@ -44,6 +46,20 @@ class PageEncoding {
   // How far into a page browsers look for a declaration.
   static constexpr std::size_t kDeclarationReach = 1024;
   static PageEncoding Of(std::string_view page);
+  // What the page says itself, at its start.
+  static std::optional<PageEncoding> Declared(std::string_view page);
+  // Of a page that says nothing.
+  static PageEncoding Undeclared(bool isValidUtf8);
+  bool IsDeclared() const { return declared_; }
+
+  // A declaration that does not count, in a page that has no other.
+  struct VoidDeclaration {
+    std::string name;
+    std::size_t offset = 0;  // of its `meta`
+    bool tooFar = false;     // beyond what browsers look at; else it is a tag of a template
+  };
+  static std::optional<VoidDeclaration> FindVoidDeclaration(std::string_view page);
+
   // Whether both read all bytes alike.
   bool ReadsAs(const PageEncoding& other) const {
     return kind_ == other.kind_ && set_ == other.set_;
@@ -51,6 +67,9 @@ class PageEncoding {
 
   Kind kind() const { return kind_; }
   bool IsUtf8() const { return kind_ == Kind::utf8; }
+  // Whether it is ISO-8859-1, or the part of it that is ASCII: browsers read both as windows-1252.
+  bool IsReadAsWindows1252() const;
+  static bool IsInWindows1252(char32_t character);
   // As the page names it, or "utf-8", "utf-16le", "utf-16be".
   const std::string& Name() const { return name_; }
 
@@ -75,6 +94,7 @@ class PageEncoding {
   Kind kind_ = Kind::utf8;
   std::string name_ = "utf-8";
   const SingleByteSet* set_ = nullptr;
+  bool declared_ = false;
 };
 
 }  // namespace kvo::page

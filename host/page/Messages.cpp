@@ -297,13 +297,57 @@ Message ValueNotInEncoding(std::string_view character, std::string_view encoding
       "A value holds " + what + ", which a page in " + name + " cannot hold. Change the value."};
 }
 
-Message TextNotInEncoding(std::string_view character, std::string_view encoding) {
+Message TextNotInEncoding(std::string_view character, std::string_view encoding,
+                          const TextWayOut& wayOut) {
   const std::string what(character);
   const std::string name(encoding);
-  return {"Der Laufzeittext enthält " + what + ", das es in " + name +
-              " nicht gibt. Speichern Sie die Seite als UTF-8, oder ändern Sie den Wert.",
-          "The runtime text holds " + what + ", which does not exist in " + name +
-              ". Save the page as UTF-8, or change the value."};
+  Message message = {"Der Laufzeittext enthält " + what + ", das es in " + name + " nicht gibt.",
+                     "The runtime text holds " + what + ", which does not exist in " + name + "."};
+  if (wayOut.windows1252) {
+    message.german +=
+        " Schreiben Sie windows-1252 ins charset der Seite: So lesen Browser " + name + " ohnehin.";
+    message.english +=
+        " Write windows-1252 into the page's charset: browsers read " + name + " as that anyway.";
+  } else {
+    message.german += " Speichern Sie die Seite als UTF-8, oder ändern Sie den Wert.";
+    message.english += " Save the page as UTF-8, or change the value.";
+  }
+  if (!wayOut.content.empty()) {
+    const std::string content(wayOut.content);
+    const std::string reference(wayOut.reference);
+    message.german += " In " + content + " können Sie auch " + reference + " schreiben.";
+    message.english += " In " + content + " you can also write " + reference + ".";
+  }
+  return message;
+}
+
+Message UndeclaredEncoding(std::string_view encoding) {
+  const std::string name(encoding);
+  return {
+      "Die Seite gibt ihre Kodierung nicht an und ist kein gültiges UTF-8; wie ein Browser "
+      "liest kvo sie als " +
+          name + ". Ergänzen Sie <meta charset=\"" + name + "\">.",
+      "The page does not declare its encoding and is not valid UTF-8; kvo reads it as " + name +
+          ", as browsers do. Add <meta charset=\"" + name + "\">."};
+}
+
+Message VoidDeclaration(const PageEncoding::VoidDeclaration& declaration,
+                        std::string_view encoding) {
+  const std::string declared = Quoted(declaration.name);
+  const std::string name(encoding);
+  if (declaration.tooFar)
+    return {"Die Angabe charset " + declared +
+                " zählt nicht, weil sie nicht in den ersten 1024 Bytes steht; die Seite wird als " +
+                name + " gelesen. Setzen Sie sie an den Anfang von <head>.",
+            "The charset " + declared +
+                " does not count because it is not within the first 1024 bytes; the page is read "
+                "as " +
+                name + ". Put it at the beginning of <head>."};
+  return {"Die Angabe charset " + declared +
+              " ist keine Kodierung, sondern ein Platzhalter; die Seite wird als " + name +
+              " gelesen. Geben Sie die Kodierung der Vorlage an.",
+          "The charset " + declared + " is no encoding but a placeholder; the page is read as " +
+              name + ". Declare the encoding of the template."};
 }
 
 Message ControlFails(const RuntimeError& error) {

@@ -51,7 +51,20 @@ Message OtherEncoding(std::string_view encoding);
 Message EncodingChanges(std::string_view now, std::string_view saved);
 Message InvalidBytes(unsigned char byte, std::string_view encoding);
 Message ValueNotInEncoding(std::string_view character, std::string_view encoding);
-Message TextNotInEncoding(std::string_view character, std::string_view encoding);
+// With whichever way out there is: windows-1252 instead, or `reference` in the property `content`,
+// which are empty where it would not help.
+struct TextWayOut {
+  bool windows1252 = false;
+  std::string_view content;
+  std::string_view reference;
+};
+Message TextNotInEncoding(std::string_view character, std::string_view encoding,
+                          const TextWayOut& wayOut);
+// The page is read in `encoding` because it declares none.
+Message UndeclaredEncoding(std::string_view encoding);
+// The same in spite of a declaration.
+Message VoidDeclaration(const PageEncoding::VoidDeclaration& declaration,
+                        std::string_view encoding);
 
 Message ControlFails(const RuntimeError& error);
 Message EditedByHand();

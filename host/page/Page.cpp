@@ -207,6 +207,7 @@ class Writer {
       copy_.Finish();
       if (result_ == Result::savedSpans) CheckEncoding();
     }
+    WarnOfUndeclaredEncoding();
     return problems_.Take(page_, encoding_);
   }
 
@@ -217,12 +218,36 @@ class Writer {
     problems_.Add(Found().begin, rule, Found().Subject(), std::move(message), severity);
   }
 
-  // What controls write may push the page's declaration out of reach, or hold one of its own.
+  // What controls write may push the page's declaration out of reach, or hold one of its own, or
+  // take away what showed that the page is not UTF-8.
   void CheckEncoding() {
-    const PageEncoding saved = PageEncoding::Of(copy_.Head());
+    PageEncoding saved;
+    if (const auto declared = PageEncoding::Declared(copy_.Head()))
+      saved = *declared;
+    else if (!encoding_.IsDeclared() || encoding_.IsUtf8())
+      saved = PageEncoding::Undeclared(ReadsAsUtf8WhenSaved());
     if (!saved.ReadsAs(encoding_))
       problems_.Add(0, rule::encodingChanges, {},
                     messages::EncodingChanges(encoding_.Name(), saved.Name()));
+  }
+  bool ReadsAsUtf8WhenSaved() {
+    if (encoding_.IsUtf8()) return !encoding_.IsDeclared() || FindInvalidUtf8(page_) == npos;
+    NoteWritten(page_.substr(noted_));
+    return !wroteInvalidUtf8_;
+  }
+  // Of a page that is not UTF-8 just because of its bytes, what is written.
+  void NoteWritten(std::string_view bytes) {
+    wroteInvalidUtf8_ = wroteInvalidUtf8_ || FindInvalidUtf8(bytes) != npos;
+  }
+
+  void WarnOfUndeclaredEncoding() {
+    if (encoding_.IsDeclared()) return;
+    if (const auto declaration = PageEncoding::FindVoidDeclaration(page_))
+      problems_.Add(declaration->offset, rule::undeclaredEncoding, {},
+                    messages::VoidDeclaration(*declaration, encoding_.Name()), Severity::warning);
+    else if (!encoding_.IsUtf8())
+      problems_.Add(FindInvalidUtf8(page_), rule::undeclaredEncoding, {},
+                    messages::UndeclaredEncoding(encoding_.Name()), Severity::warning);
   }
 
   void CheckId() {
@@ -334,9 +359,11 @@ class Writer {
 
   bool EndElement() {
     element_.End();
-    if (!element_.Failure()) return true;
-    Fail(rule::notInEncoding,
-         messages::ValueNotInEncoding(element_.Failure()->text, encoding_.Name()));
+    std::optional<Unwritable> failure = element_.Failure();
+    if (!failure && MakesControlCharacter(element_.Text()))
+      failure = ControlCharacterIn(element_.Text());
+    if (!failure) return true;
+    Fail(rule::notInEncoding, messages::ValueNotInEncoding(failure->text, encoding_.Name()));
     return false;
   }
 
@@ -403,7 +430,13 @@ class Writer {
   }
 
   void Replace(std::initializer_list<std::string_view> pieces) {
-    if (!problems_.HasErrors()) copy_.Replace(Found().begin, Found().end, pieces);
+    if (problems_.HasErrors()) return;
+    copy_.Replace(Found().begin, Found().end, pieces);
+    if (encoding_.IsDeclared() || encoding_.IsUtf8()) return;
+    // No character begins in one piece and ends in the next.
+    NoteWritten(page_.substr(noted_, Found().begin - noted_));
+    for (const std::string_view piece : pieces) NoteWritten(piece);
+    noted_ = Found().end;
   }
 
   // The control's runtime text in the page's encoding; false when the page cannot hold it.
@@ -414,11 +447,56 @@ class Writer {
     if (encoding_.IsUtf8() && FindInvalidUtf8(text) == std::string_view::npos) return true;
     std::string encoded;
     if (const auto unwritable = AppendText(text, encoding_, encoded)) {
-      Fail(rule::notInEncoding, messages::TextNotInEncoding(unwritable->text, encoding_.Name()));
+      FailText(control, *unwritable);
+      return false;
+    }
+    if (MakesControlCharacter(encoded)) {
+      FailText(control, ControlCharacterIn(encoded));
       return false;
     }
     text.swap(encoded);
     return true;
+  }
+
+  // In ISO-8859-1 the bytes 0x80 to 0x9F are control characters; browsers take them for letters.
+  // Where they stand in a page they stay, but none is written that was not there.
+  bool MakesControlCharacter(std::string_view written) const {
+    return encoding_.IsReadAsWindows1252() && FindControlCharacter(written) != npos &&
+           FindControlCharacter(page_.substr(Found().begin, Found().end - Found().begin)) == npos;
+  }
+  static std::size_t FindControlCharacter(std::string_view bytes) {
+    const auto* const at = std::ranges::find_if(
+        bytes, [](unsigned char byte) { return byte >= 0x80 && byte <= 0x9F; });
+    return at == bytes.end() ? npos : static_cast<std::size_t>(at - bytes.begin());
+  }
+  static Unwritable ControlCharacterIn(std::string_view bytes) {
+    return NotHeld(static_cast<unsigned char>(bytes[FindControlCharacter(bytes)]));
+  }
+
+  void FailText(const Control& control, const Unwritable& unwritable) {
+    messages::TextWayOut wayOut;
+    wayOut.windows1252 = encoding_.IsReadAsWindows1252() && unwritable.character != 0 &&
+                         PageEncoding::IsInWindows1252(unwritable.character);
+    const std::string reference =
+        "&#" + std::to_string(static_cast<std::uint32_t>(unwritable.character)) + ";";
+    wayOut.reference = reference;
+    if (unwritable.character > 0x9F) wayOut.content = HtmlWith(control, unwritable.character);
+    Fail(rule::notInEncoding,
+         messages::TextNotInEncoding(unwritable.text, encoding_.Name(), wayOut));
+  }
+
+  // The name of a property that is HTML and holds the character; empty when there is none.
+  static std::string_view HtmlWith(const Control& control, char32_t character) {
+    std::string wanted;
+    AppendUtf8(wanted, character);
+    const ControlClass& contract = control.Class();
+    if (contract.name == "DTCScript") return {};  // statements
+    for (const std::string_view name : {"HTMLContent", "OnTrue", "OnFalse"}) {
+      const PropertyRow* const property = contract.FindProperty(name);
+      std::string scratch;
+      if (property != nullptr && property->text(control, scratch).find(wanted) != npos) return name;
+    }
+    return {};
   }
 
   // Whether the text is what the control gave earlier, but for identifiers made anew.
@@ -440,6 +518,8 @@ class Writer {
   // Kept from control to control, so that they need not be allocated anew.
   std::string text_;  // the control's runtime text
   bool keepsOldText_ = false;
+  std::size_t noted_ = 0;  // how far of the page NoteWritten() has seen what became of it
+  bool wroteInvalidUtf8_ = false;
   bool changing_ = false;  // the caller's change is being made; its failures are the caller's
   std::string again_;      // the same, another time
   std::string next_;       // the same, from what was stored

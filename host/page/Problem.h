@@ -77,6 +77,7 @@ inline constexpr std::string_view misplacedControl = "misplaced-control";
 inline constexpr std::string_view invalidBytes = "invalid-bytes";
 inline constexpr std::string_view notInEncoding = "not-in-encoding";  // runtime text
 inline constexpr std::string_view encodingChanges = "encoding-changes";
+inline constexpr std::string_view undeclaredEncoding = "undeclared-encoding";  // warning
 inline constexpr std::string_view controlFails = "control-fails";
 inline constexpr std::string_view editedByHand = "edited-by-hand";
 inline constexpr std::string_view unstableBag = "unstable-bag";  // warning

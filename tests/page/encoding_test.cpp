@@ -39,6 +39,18 @@ TEST(PageEncodingOf, FollowsMarkThenMetaThenUtf8) {
       {"<meta charset=shift_jis>", "shift_jis"},
       {std::string(1024 - 21, ' ') + "<meta charset=latin1>", "latin1"},
       {std::string(1024 - 20, ' ') + "<meta charset=latin1>", "utf-8"},
+      {"<p>\xFC", "windows-1252"},
+      {std::string(5000, ' ') + "\xC3", "windows-1252"},
+      {"\xC3\xBC", "utf-8"},
+      {"<meta charset=utf-8>\xFC", "utf-8"},
+      {"\xEF\xBB\xBF\xFC", "utf-8"},
+      {std::string(1023, ' ') + "\xC3\xBC", "utf-8"},
+      {"<meta charset='{{ page.charset }}'>", "utf-8"},
+      {"<meta charset={{page.charset}}>\xFC", "windows-1252"},
+      {"<meta charset='<?= $c ?>'><meta charset=l9>", "l9"},
+      {"<meta charset='#shop.charset#'>", "utf-8"},
+      {"<meta charset='<kv:config value=\"charset\"/>'>", "utf-8"},
+      {"<meta http-equiv=content-type content='text/html; charset=${charset}'>", "utf-8"},
       {"<meta charset=\"latin1", "utf-8"},
   };
   for (const EncodingCase& c : cases) EXPECT_EQ(PageEncoding::Of(c.page).Name(), c.name) << c.page;
@@ -127,6 +139,122 @@ TEST_F(Encodings, DeclaredByAControlsTextAreAnErrorUnlessThePageDeclaresTheSame)
   EXPECT_EQ(Checked(script), List{"1:1 encoding-changes"});
   EXPECT_EQ(Checked(With("windows-1252", script)), List{});
   EXPECT_EQ(Checked(With("utf-8", script)), List{});
+}
+
+// Pages that do not say what they are in.
+
+TEST_F(Encodings, NotDeclaredAreWindows1252WhenThePageIsNotUtf8) {
+  EXPECT_EQ(Saved("<p>\xFC " + PrintElement("&#9731;")), "(not saved)");
+  EXPECT_EQ(Listed(problems), (List{"1:4 undeclared-encoding?", "1:6 not-in-encoding"}));
+  EXPECT_NE(problems[1].message.english.find("does not exist in windows-1252"), std::string::npos);
+}
+
+TEST_F(Encodings, NotDeclaredAreWrittenAsTheyAreRead) {
+  const std::string page = "<p>\xFC " + PrintElement("\x80&euro;");
+  const std::string saved = Saved(page);
+  EXPECT_EQ(Listed(problems), List{"1:4 undeclared-encoding?"});
+  EXPECT_NE(problems[0].message.english.find("reads it as windows-1252"), std::string::npos);
+  EXPECT_EQ(saved, "<p>\xFC " + Span(StoredPrint("\x80\x80"), "<kv:print value=\"\x80\x80\"/>"));
+  EXPECT_EQ(Saved(saved), saved);
+  EXPECT_EQ(Published(saved), "<p>\xFC <kv:print value=\"\x80\x80\"/>");
+  EXPECT_EQ(Listed(problems), List{"1:4 undeclared-encoding?"});
+  EXPECT_EQ(ValuesIn(saved), List{"\xE2\x82\xAC\xE2\x82\xAC"});
+}
+
+// The bytes of a control may be all that is not UTF-8; then they must stay that way.
+TEST_F(Encodings, NotDeclaredMustReadTheSameWhenSaved) {
+  const std::string copyright = "\xC3\xBC";  // two characters in windows-1252
+  const std::string page = Span(StoredPrint(copyright), "\xFC");
+  EXPECT_EQ(Saved(page), "(not saved)");
+  EXPECT_EQ(Saved(page, {.force = true}), "(not saved)");
+  EXPECT_EQ(Listed(problems), (List{"1:1 encoding-changes", "1:154 undeclared-encoding?"}));
+  for (const std::string& other : List{"\xFC" + page, page + "\xFC", page + PrintElement("\xFC")})
+    EXPECT_NE(Saved(other, {.force = true}), "(not saved)");
+}
+
+TEST_F(Encodings, DeclaredInVainAreToldWithPlaceAndReason) {
+  const std::string far = std::string(1024, ' ');
+  EXPECT_EQ(Checked(far + "\n<meta charset=utf-8>"), List{"2:1 undeclared-encoding?"});
+  EXPECT_NE(problems[0].message.english.find("first 1024 bytes; the page is read as utf-8"),
+            std::string::npos);
+  EXPECT_EQ(Checked(far + "\n<meta charset=latin1>\xFC"), List{"2:1 undeclared-encoding?"});
+  EXPECT_NE(problems[0].message.english.find("\"latin1\" does not count"), std::string::npos);
+  EXPECT_NE(problems[0].message.english.find("read as windows-1252"), std::string::npos);
+  EXPECT_EQ(Checked("\n <meta charset='{{ c }}'>"), List{"2:2 undeclared-encoding?"});
+  EXPECT_NE(problems[0].message.english.find("\"{{ c }}\" is no encoding but a placeholder"),
+            std::string::npos);
+  EXPECT_EQ(Checked(far + "<META http-equiv='Content-Type' content='text/html;charset=l9'>"),
+            List{"1:1025 undeclared-encoding?"});
+  for (const std::string& page :
+       List{"<meta name=viewport content=x>", far + "<!-- <meta charset=latin1> -->",
+            far + "<metal charset=latin1>", "<meta charset=utf-8>" + far + "<meta charset=latin1>",
+            "<meta charset='{{ c }}'><meta charset=utf-8>",
+            "\xEF\xBB\xBF" + far + "<meta charset=latin1>", far + "<meta charset=utf-8"})
+    EXPECT_EQ(Checked(page), List{}) << page;
+}
+
+// ISO-8859-1, which browsers read as windows-1252.
+
+TEST_F(Encodings, OfferWindows1252InPlaceOfIso88591) {
+  const auto told = [&](std::string_view charset, std::string_view character) {
+    Checked(With(charset, PrintElement(character)));
+    return problems.empty() ? "" : problems[0].message.english;
+  };
+  for (const char* charset : {"iso-8859-1", "latin1", "us-ascii"}) {
+    for (const char* character : {"&euro;", "&bdquo;", "&ldquo;", "&ndash;"})
+      EXPECT_NE(told(charset, character).find("Write windows-1252 into the page's charset"),
+                std::string::npos)
+          << told(charset, character);
+    EXPECT_EQ(told(charset, "&#9731;").find("Write windows-1252"), std::string::npos);
+    EXPECT_EQ(Checked(With("windows-1252", PrintElement("&euro;&bdquo;&ldquo;&ndash;"))), List{});
+  }
+  EXPECT_EQ(told("iso-8859-15", "&bdquo;").find("windows-1252"), std::string::npos);
+}
+
+TEST_F(Encodings, OfferAReferenceWhereOneWillDo) {
+  struct Case {
+    std::string_view className;
+    std::string_view params;
+    std::string_view key;
+    std::string_view property;
+  };
+  const std::string named = Param("value", "div");
+  const std::string link = Param("href", "https://shop.example/");
+  const std::string test = Param("test", "t");
+  for (const Case& c :
+       {Case{"DTCElement", named, "html-content", "HTMLContent"},
+        Case{"DTCClicktracker", link, "html-content", "HTMLContent"},
+        Case{"DTCIf", test, "on-true", "OnTrue"}, Case{"DTCIf", test, "on-false", "OnFalse"}}) {
+    const auto page = [&](std::string_view character) {
+      return With("iso-8859-1",
+                  Element(std::string(c.params) + Param(c.key, character), c.className));
+    };
+    EXPECT_EQ(Published(page("&bdquo;")), "(not published)");
+    ASSERT_FALSE(problems.empty());
+    EXPECT_TRUE(problems[0].message.english.ends_with("In " + std::string(c.property) +
+                                                      " you can also write &#8222;."))
+        << problems[0].message.english;
+    // And that is so.
+    EXPECT_NE(Published(page("&amp;#8222;")).find("&#8222;"), std::string::npos);
+    EXPECT_EQ(problems.size(), 0U);
+  }
+  for (const std::string& control :
+       List{PrintElement("&bdquo;"), Element(Param("html-content", "&bdquo;"), "DTCScript")}) {
+    EXPECT_EQ(Published(With("iso-8859-1", control)), "(not published)");
+    EXPECT_EQ(problems[0].message.english.find("&#8222;"), std::string::npos);
+  }
+}
+
+TEST_F(Encodings, KeepButNeverMakeControlCharacters) {
+  const std::string page = With("iso-8859-1", PrintElement("\x80"));
+  EXPECT_EQ(Saved(page),
+            With("iso-8859-1", Span(StoredPrint("\x80"), "<kv:print value=\"\x80\"/>")));
+  for (const char* property : {"Value", "DisplayValue"}) {
+    const Edit edit{0, [&](Control& control) { control.Let(property, "\xC2\x80"); }};
+    EXPECT_EQ(Saved(With("iso-8859-1", PrintElement("x")), {.edit = &edit}), "(not saved)");
+    EXPECT_EQ(Listed(problems), List{"1:26 not-in-encoding"});
+    EXPECT_NE(Saved(page, {.edit = &edit}), "(not saved)") << "it stands there already";
+  }
 }
 
 // Character references.

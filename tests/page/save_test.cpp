@@ -329,7 +329,7 @@ class RandomPages {
   explicit RandomPages(unsigned seed) : random_(seed) {}
 
   std::string Make() {
-    std::string page;
+    std::string page = "\xEF\xBB\xBF";  // in UTF-8, whatever else it holds
     for (int part = Number(8); part-- > 0;) page += Number(2) == 0 ? Markup() : Control();
     return page;
   }
