@@ -10,7 +10,7 @@
 namespace kvo::shop {
 namespace {
 
-bool IsNameCharacter(char c) {
+bool IsWordCharacter(char c) {
   return IsDigit(c) || IsLetter(c) || c == '_' || c == '$' || static_cast<unsigned char>(c) >= 0x80;
 }
 
@@ -64,7 +64,7 @@ class Outliner {
       outline_.complete &= depth_ > 0;
       --depth_;
       ++at_;
-    } else if (IsNameCharacter(c)) {
+    } else if (IsWordCharacter(c)) {
       TakeWord();
     } else {
       ++at_;
@@ -73,7 +73,7 @@ class Outliner {
 
   void TakeWord() {
     const std::size_t start = at_;
-    while (at_ < text_.size() && IsNameCharacter(text_[at_])) ++at_;
+    while (at_ < text_.size() && IsWordCharacter(text_[at_])) ++at_;
     const std::string_view word = text_.substr(start, at_ - start);
     if (word.starts_with('$') && word.ends_with('$')) {  // PostgreSQL's $tag$text$tag$
       at_ = start;
