@@ -14,7 +14,6 @@
 namespace kvo::page {
 namespace {
 
-constexpr std::size_t kObjectTag = std::string_view("<object").size();
 // How we write it ourselves.
 constexpr char kPlainClassId[] = " classid=\"";
 constexpr char kPlainId[] = " id=\"";
@@ -67,7 +66,7 @@ bool ControlReader::Next() {
   while (!refused_) {
     decodedInUse_ = 0;
     const Scanner before = foreignObject_.value_or(scanner_);
-    const std::size_t from = before.Position() + (foreignObject_ ? kObjectTag : 0);
+    const std::size_t from = before.Position() + (foreignObject_ ? kObjectStart.size() : 0);
     foreignObject_.reset();
     const Scanner::Kind kind = scanner_.Next();
     const std::size_t at = scanner_.Position();
@@ -208,11 +207,11 @@ void ControlReader::ReadSpanText(std::size_t at, bool elementClosed) {
 bool ControlReader::ReadElement(std::size_t& at) {
   stopped_ = isOurs_ = false;
   const std::size_t begin = at;
-  TagReader tag(page_, begin + kObjectTag);
+  TagReader tag(page_, begin + kObjectStart.size());
   RawAttribute attribute;
   bool isFirst = true;
   bool found = false;
-  if (const std::size_t known = EndOfKnownClassId(begin + kObjectTag); known != npos) {
+  if (const std::size_t known = EndOfKnownClassId(begin + kObjectStart.size()); known != npos) {
     attribute.value = lastClassId_;
     tag = TagReader(page_, known);
     found = true;
@@ -238,7 +237,7 @@ bool ControlReader::ReadElement(std::size_t& at) {
   control_.paramOfKey.assign(control_.contract == nullptr ? 0 : control_.contract->bag.size(),
                              ReadControl::kNoParam);
   nextKey_ = 0;
-  if (!isFirst) tag = TagReader(page_, begin + kObjectTag);
+  if (!isFirst) tag = TagReader(page_, begin + kObjectStart.size());
   at = tag.Position();
   if (!isFirst || !ReadPlainId(at)) {
     ReadAttributes(tag, isFirst);

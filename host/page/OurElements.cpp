@@ -12,7 +12,6 @@
 namespace kvo::page {
 namespace {
 
-constexpr std::size_t kObjectTag = std::string_view("<object").size();
 constexpr std::size_t kMostDigits = 9;
 
 // Of the element that begins the text; npos when there is none.
@@ -39,7 +38,7 @@ std::string RuntimeTextOf(const ReadControl& control) {
 std::optional<OurElements::Element> OurElements::Next() {
   while (next_ != npos) {
     const std::size_t begin = next_;
-    next_ = FindStartTag(page_, begin + kObjectTag, to_, kObject);
+    next_ = FindStartTag(page_, begin + kObjectStart.size(), to_, kObject);
     const Element element = {begin, std::min(next_, to_)};
     if (HasOurClassId(element)) return element;
   }
@@ -51,7 +50,7 @@ std::optional<OurElements::Element> OurElements::Next() {
 bool OurElements::HasOurClassId(Element element) const {
   constexpr std::string_view kClassId = "classid";
   const std::size_t end = element.end;
-  for (std::size_t at = element.begin + kObjectTag;
+  for (std::size_t at = element.begin + kObjectStart.size();
        (at = FindIgnoringCase(page_, at, end, kClassId)) != npos; ++at) {
     const char before = page_[at - 1];
     if (!IsHtmlSpace(before) && before != '/' && before != '"' && before != '\'') continue;

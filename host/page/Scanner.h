@@ -14,6 +14,7 @@ inline constexpr std::size_t npos = std::string_view::npos;
 
 inline constexpr std::string_view kCommentStart = "<!--";
 inline constexpr std::string_view kCommentEnd = "-->";
+inline constexpr std::string_view kObjectStart = "<object";
 inline constexpr std::string_view kCDataStart = "<![CDATA[";
 inline constexpr std::string_view kSpanStart = "<!--KVO CONTROL STARTSPAN";
 inline constexpr std::string_view kSpanEnd = "<!--KVO CONTROL ENDSPAN";

@@ -202,6 +202,12 @@ TEST_F(PublishCommand, WritesRuntimeTextAlone) {
   EXPECT_EQ(Read("x.html"), "<b>" + PrintElement("x") + "</b>");
 }
 
+// As docs/recipes.md says.
+TEST_F(PublishCommand, GivesTheTagOfANewControl) {
+  EXPECT_EQ(Kvo({"publish", "-"}, Kvo({"new", "DTCOrder", "Field=OrderID"}).out).out,
+            "<kv:order field=\"OrderID\"/>\n");
+}
+
 TEST_F(PublishCommand, AsksForATargetRatherThanOverwriteThePage) {
   Write("x.html", PrintElement("x"));
   const Result result = Kvo({"publish", "x.html"});
@@ -228,6 +234,30 @@ TEST_F(BadPage, AllBrokenControlsAreNamedAtOnceAndThePageStays) {
   EXPECT_EQ(Read("x.html"), page);
   EXPECT_EQ(Files(), std::vector<std::string>{"x.html"});
   EXPECT_EQ(Kvo({"publish", "x.html", "-o", "y.html"}).code, 1);
+  EXPECT_FALSE(Exists("y.html"));
+}
+
+TEST_F(BadPage, ControlWhereHtmlSeesNoneIsRefusedByEveryCommand) {
+  const std::string page =
+      "<html>\n<!--[if mso]>\n" + PrintElement("x", "Preis") + "\n<![endif]-->";
+  Write("x.html", page);
+  for (const std::vector<std::string>& arguments :
+       std::vector<std::vector<std::string>>{{"check", "x.html"},
+                                             {"save", "x.html"},
+                                             {"save", "--force", "x.html"},
+                                             {"publish", "x.html", "-o", "y.html"}}) {
+    const Result result = Kvo(arguments);
+    EXPECT_EQ(result.code, 1);
+    EXPECT_NE((result.out + result.err)
+                  .find("x.html:3:1: error: DTCPrint \"Preis\": A control cannot stand inside a "
+                        "conditional comment that begins in line 2: it would reach the recipient "
+                        "raw. Write this instead: <kv:print value=\"x\"/> [misplaced-control]"),
+              std::string::npos)
+        << result.out << result.err;
+  }
+  EXPECT_NE(KvoGerman({"check", "x.html"}).out.find("der in Zeile 2 beginnt, stehen: "),
+            std::string::npos);
+  EXPECT_EQ(Read("x.html"), page);
   EXPECT_FALSE(Exists("y.html"));
 }
 
