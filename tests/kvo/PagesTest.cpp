@@ -64,5 +64,19 @@ TEST_F(ScriptCommand, StopsAtTheFirstLineThatCannotBeDone) {
   EXPECT_EQ(Json::parse(result.out)["failure"]["line"], 2);
 }
 
+TEST_F(ScriptCommand, StopsWhenItActsOnTheFrameUnderADialog) {
+  Write("x.html", ControlElement("DTCIf", {{"test", "%a%"}}, "Wenn"));
+  for (const std::string command :
+       {"open Wenn", "page propPrintGeneral", "select Wenn", "apply", "ok", "cancel", "reopen"}) {
+    Write("s.txt", "open Wenn\nclick cmdShowExpressionBuilder\n" + command + "\nclick cmdOk\n");
+    const Result result = Kvo({"script", "x.html", "s.txt"});
+    EXPECT_EQ(result.code, 1) << command << result.err;
+    const Json document = Json::parse(result.out);
+    EXPECT_EQ(document["failure"]["line"], 3) << command;
+    EXPECT_EQ(document["pages"][0]["class"], "propIfGeneral") << command;
+    EXPECT_EQ(document["controls"][0]["bag"][0], Json::parse(R"(["test", "%a%"])")) << command;
+  }
+}
+
 }  // namespace
 }  // namespace kvo::test
