@@ -257,6 +257,7 @@ class Performance final : private PropertyFrame::Window {
   void CloseForms() {
     users_.clear();
     frame_.reset();
+    if (outcome_.frameOpen) outcome_.frameOpen = false;
   }
 
   void PageCommand(Words words) {

@@ -166,6 +166,16 @@ TEST(PageScript, NothingCanBeDoneOnAPageThatCouldNotBeFilled) {
   EXPECT_FALSE(outcome.failure) << outcome.failure->english;
 }
 
+TEST(PageScript, AFrameThatDoesNotOpenIsNotOpen) {
+  Theatre theatre;
+  const ScriptOutcome outcome = theatre.Run(
+      "control a DTCPrint\nopen a\nfails 429 page propNichts\n"
+      "expect frame open no\n");
+  EXPECT_FALSE(outcome.failure) << outcome.failure->english;
+  EXPECT_EQ(outcome.frameOpen, false);
+  EXPECT_TRUE(outcome.pages.empty());
+}
+
 // With a copy of what stands in the input for each key this would take minutes.
 TEST(PageScript, ALongTextIsTypedInLittleTime) {
   const std::string text(200'000, 'a');
