@@ -32,6 +32,8 @@ void FormRenderer::Select(EditBox& box, std::size_t start, std::size_t length) {
 
 void FormRenderer::Choose(ComboBox& box, int row) {
   box.ListIndex(row);
+  // In front of a text that was there already, too.
+  if (box.SelStart() != 0 || box.SelLength() != 0) box.SelStart(0);
   if (box.onClick_) box.onClick_(box);
 }
 

@@ -19,6 +19,7 @@ class CannotDo : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// Home and end are those of a whole text: where the lines of a box wrap, its font decides.
 enum class Key {
   tab,
   shiftTab,
@@ -57,6 +58,7 @@ class FormUser {
   virtual void DoubleClick(Grid& grid, std::size_t row) = 0;
   virtual void Choose(ComboBox& box, int row) = 0;
   virtual void SelectTab(TabControl& tabs, std::size_t tab) = 0;
+  // None: a click below the rows.
   virtual void SelectRows(Grid& grid, std::vector<std::size_t> rows) = 0;
   virtual void SelectItem(PropertyGridItem& item) = 0;
   virtual void ClickButton(PropertyGridItem& item) = 0;

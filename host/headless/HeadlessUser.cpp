@@ -2,13 +2,45 @@
 
 #include <algorithm>
 
+#include "common/FormActions.h"
 #include "common/FormKeys.h"
+#include "common/modGlobal.h"
 
 namespace kvo {
 namespace {
 
 [[noreturn]] void Cannot(const FormControl& control, std::string_view why) {
   throw CannotDo(std::string(control.Name()) + ": " + std::string(why));
+}
+
+// Whether a position lies between a CR and its LF, where several lines have no place for a caret.
+bool InsideLineBreak(const EditBox& box, std::size_t position) {
+  const auto* text = dynamic_cast<const TextBox*>(&box);
+  if (text == nullptr || !text->MultiLine() || position == 0) return false;
+  const std::size_t before = CharacterOffset(text->Text(), position - 1);
+  return std::string_view(text->Text()).substr(before).starts_with("\r\n");
+}
+
+bool IsPlainList(const FormControl& control) {
+  const auto* list = dynamic_cast<const ComboBox*>(&control);
+  return list != nullptr && !list->Editable();
+}
+
+// Whether a row's value stands in a box of its own while the row is selected.
+bool HasValueBox(const PropertyGridItem& item) {
+  const bool kind = item.Kind() == ItemKind::text || item.Kind() == ItemKind::color ||
+                    item.Kind() == ItemKind::list;
+  return kind && item.Enabled();
+}
+
+// How many characters a key goes back or forth from a position; 0 at the text's ends.
+std::size_t StepBack(const EditBox& box, std::size_t position) {
+  if (position == 0) return 0;
+  return InsideLineBreak(box, position - 1) ? 2 : 1;
+}
+std::size_t StepForth(const EditBox& box, std::size_t position) {
+  if (position >= box.TextLength()) return 0;
+  return InsideLineBreak(box, position + 1) ? 2 : 1;
 }
 
 // Holds the left mouse button down.
@@ -31,16 +63,51 @@ void FormUser::Choose(ComboBox& box, std::string_view text) {
   Choose(box, static_cast<int>(row - box.Rows().begin()));
 }
 
+HeadlessUser::HeadlessUser(HeadlessPlatform& platform, Form& form)
+    : FormRenderer(form), platform_(platform), isOpenDialog_(form.IsLoaded()) {
+  if (isOpenDialog_) MoveFocus(false);
+}
+
+void HeadlessUser::MustBeOpen() const {
+  if (isOpenDialog_ && !Shown().IsLoaded()) throw CannotDo("the dialog is closed");
+}
+
 void HeadlessUser::MustBeReachable(const FormControl& control) const {
+  MustBeOpen();
   if (!control.IsReachable()) Cannot(control, "is disabled or does not show");
+}
+
+void HeadlessUser::ControlChanged(FormControl& control, Aspect aspect) {
+  seen.push_back({control.Name(), aspect});
+  // What can no longer be used hands the keyboard on.
+  if (Shown().Focused() != nullptr && !Shown().Focused()->IsReachable()) MoveFocus(false);
+}
+
+void HeadlessUser::ItemChanged(PropertyGridItem& item) {
+  seen.push_back({item.Grid().Name(), Aspect::value});
+  if (editsValue_ > 0 || &item != item.Grid().SelectedItem() || Shown().Focused() != &item.Grid())
+    return;
+  valueSize_ = CharacterCount(ToText(item.Value()));
+  value_.start = std::min(value_.start, valueSize_);
+  value_.length = std::min(value_.length, valueSize_ - value_.start);
 }
 
 void HeadlessUser::FocusByKeyboard(FormControl& control) {
   MustBeReachable(control);
   if (!control.TakesFocus()) Cannot(control, "takes no focus");
-  if (auto* combo = dynamic_cast<ComboBox*>(&control)) Select(*combo, 0, combo->TextLength());
-  valueSelected_ = true;
+  EnterByKeyboard(control, false);
+}
+
+void HeadlessUser::EnterByKeyboard(FormControl& control, bool backwards) {
+  if (auto* combo = dynamic_cast<ComboBox*>(&control); combo && combo->Editable())
+    Select(*combo, 0, combo->TextLength());
   Focus(&control);
+  const auto* grid = dynamic_cast<PropertyGrid*>(&control);
+  if (grid == nullptr) return;
+  SelectValue(*grid);
+  const PropertyGridItem* item = grid->SelectedItem();
+  besideValue_ =
+      backwards && item != nullptr && item->Kind() == ItemKind::color && HasValueBox(*item);
 }
 
 void HeadlessUser::FocusByMouse(FormControl& control) {
@@ -51,11 +118,14 @@ void HeadlessUser::FocusByMouse(FormControl& control) {
 }
 
 void HeadlessUser::ClickInto(EditBox& box, std::size_t caret) {
+  MustBeReachable(box);
+  if (IsPlainList(box)) Cannot(box, "only its rows can be chosen");
   FocusByMouse(box);
-  Select(box, caret, 0);
+  Select(box, InsideLineBreak(box, caret) ? caret + 1 : caret, 0);
 }
 
 void HeadlessUser::MoveFocus(bool backwards) {
+  if (MoveInsideGrid(backwards)) return;
   std::vector<FormControl*> stops;
   for (FormControl* control : Shown().AllControls())
     if (control == Shown().Focused() || IsTabStop(*control)) stops.push_back(control);
@@ -63,7 +133,22 @@ void HeadlessUser::MoveFocus(bool backwards) {
   if (backwards) std::ranges::reverse(stops);
   auto next = std::ranges::find(stops, Shown().Focused());
   if (next != stops.end()) ++next;
-  FocusByKeyboard(**(next == stops.end() ? stops.begin() : next));
+  FormControl& entered = **(next == stops.end() ? stops.begin() : next);
+  if (entered.IsReachable())
+    EnterByKeyboard(entered, backwards);
+  else
+    Focus(nullptr);
+}
+
+// From the value to the button beside it, and back.
+bool HeadlessUser::MoveInsideGrid(bool backwards) {
+  const auto* grid = dynamic_cast<PropertyGrid*>(Shown().Focused());
+  const PropertyGridItem* item = grid == nullptr ? nullptr : grid->SelectedItem();
+  const bool button = item != nullptr && item->Kind() == ItemKind::color && HasValueBox(*item);
+  if (!button || !grid->IsReachable() || besideValue_ != backwards) return false;
+  SelectValue(*grid);
+  besideValue_ = !backwards;
+  return true;
 }
 
 void HeadlessUser::Type(std::string_view text) {
@@ -72,34 +157,32 @@ void HeadlessUser::Type(std::string_view text) {
       Press(Key::enter);
       continue;
     }
-    FormControl* focused = Shown().Focused();
-    if (focused == nullptr) throw CannotDo("nothing has the keyboard focus");
-    MustBeReachable(*focused);
-    if (auto* combo = dynamic_cast<ComboBox*>(focused); combo && !combo->Editable())
-      Cannot(*combo, "only its rows can be chosen");
-    if (auto* box = dynamic_cast<EditBox*>(focused)) {
-      Edit(*box, box->SelStart(), box->SelLength(), stroke);
-    } else if (auto* grid = dynamic_cast<PropertyGrid*>(focused)) {
-      TypeInGrid(*grid, stroke);
-    } else if (stroke == " ") {
+    if (stroke == " ")
       Press(Key::space);
-    } else {
-      Cannot(*focused, "cannot be typed into");
-    }
+    else
+      TypeStroke(stroke);
   }
 }
 
-void HeadlessUser::TypeInGrid(PropertyGrid& grid, std::string_view character) {
-  PropertyGridItem* item = grid.SelectedItem();
-  if (item == nullptr) Cannot(grid, "no row is selected");
-  if (!TakesText(*item)) Cannot(grid, "the row \"" + item->Caption() + "\" cannot be typed into");
-  if (std::exchange(valueSelected_, false))
-    EditValue(*item, OneLine(character));
-  else
-    AppendToValue(*item, OneLine(character));
+void HeadlessUser::TypeStroke(std::string_view stroke) {
+  FormControl* focused = Shown().Focused();
+  if (focused == nullptr) throw CannotDo("nothing has the keyboard focus");
+  MustBeReachable(*focused);
+  if (IsPlainList(*focused)) Cannot(*focused, "only its rows can be chosen");
+  if (auto* box = dynamic_cast<EditBox*>(focused))
+    return Edit(*box, box->SelStart(), box->SelLength(), stroke);
+  if (auto* grid = dynamic_cast<PropertyGrid*>(focused)) {
+    PropertyGridItem* item = grid->SelectedItem();
+    if (item == nullptr) Cannot(*grid, "no row is selected");
+    if (besideValue_ || !TakesText(*item))
+      Cannot(*grid, "the row \"" + item->Caption() + "\" cannot be typed into");
+    return EditSelectedValue(*item, value_, stroke);
+  }
+  Cannot(*focused, "cannot be typed into");
 }
 
 void HeadlessUser::Press(Key key) {
+  MustBeOpen();
   if (key == Key::tab || key == Key::shiftTab) return MoveFocus(key == Key::shiftTab);
   FormControl* focused = Shown().Focused();
   if (key == Key::escape) return PressDialogButton(CommandButton::Role::cancelsDialog);
@@ -109,8 +192,12 @@ void HeadlessUser::Press(Key key) {
     return FormRenderer::Click(*button);
   if (auto* text = dynamic_cast<TextBox*>(focused); key == Key::enter && text && text->MultiLine())
     return Edit(*text, text->SelStart(), text->SelLength(), "\r\n");
+  if (auto* grid = dynamic_cast<PropertyGrid*>(focused); key == Key::enter && grid)
+    return PressInGrid(*grid, key);
   if (key == Key::enter) return PressDialogButton(CommandButton::Role::acceptsDialog);
   if (focused == nullptr) throw CannotDo("nothing has the keyboard focus");
+  if (auto* list = dynamic_cast<ComboBox*>(focused); list && !list->Editable())
+    return PressInList(*list, key);
   if (auto* box = dynamic_cast<EditBox*>(focused)) return PressInBox(*box, key);
   if (auto* grid = dynamic_cast<PropertyGrid*>(focused)) return PressInGrid(*grid, key);
   if (auto* check = dynamic_cast<CheckBox*>(focused); check && key == Key::space)
@@ -135,17 +222,10 @@ void HeadlessUser::PressInBox(EditBox& box, Key key) {
   auto* combo = dynamic_cast<ComboBox*>(&box);
   switch (key) {
     case Key::backspace:
-      if (length > 0)
-        Edit(box, start, length, {});
-      else if (start > 0)
-        Edit(box, start - 1, 1, {});
-      break;
+      if (length > 0) return Edit(box, start, length, {});
+      return Edit(box, start - StepBack(box, start), StepBack(box, start), {});
     case Key::del:
-      if (length > 0)
-        Edit(box, start, length, {});
-      else if (start < size)
-        Edit(box, start, 1, {});
-      break;
+      return Edit(box, start, length > 0 ? length : StepForth(box, start), {});
     case Key::home:
       Select(box, 0, 0);
       break;
@@ -153,42 +233,142 @@ void HeadlessUser::PressInBox(EditBox& box, Key key) {
       Select(box, size, 0);
       break;
     case Key::left:
-      Select(box, length > 0 ? start : start - std::min<std::size_t>(start, 1), 0);
+      Select(box, length > 0 ? start : start - StepBack(box, start), 0);
       break;
     case Key::right:
-      Select(box, length > 0 ? start + length : start + 1, 0);
+      Select(box, start + (length > 0 ? length : StepForth(box, start)), 0);
       break;
     case Key::selectAll:
       Select(box, 0, size);
       break;
     case Key::space:
-      Type(" ");
-      break;
+      return TypeStroke(" ");
     case Key::up:
-      if (combo && combo->ListIndex() > 0) FormRenderer::Choose(*combo, combo->ListIndex() - 1);
-      break;
     case Key::down:
-      if (combo && combo->ListIndex() + 1 < static_cast<int>(combo->Rows().size()))
-        FormRenderer::Choose(*combo, combo->ListIndex() + 1);
+      if (combo != nullptr) PressInList(*combo, key);
       break;
     default:
       break;
   }
 }
 
+void HeadlessUser::PressInList(ComboBox& list, Key key) {
+  const int now = list.ListIndex();
+  const int last = static_cast<int>(list.Rows().size()) - 1;
+  const int next = key == Key::up     ? now - 1
+                   : key == Key::down ? now + 1
+                   : key == Key::home ? 0
+                   : key == Key::end  ? last
+                                      : now;
+  if (next != now && next >= 0 && next <= last) FormRenderer::Choose(list, next);
+}
+
 void HeadlessUser::PressInGrid(PropertyGrid& grid, Key key) {
   PropertyGridItem* item = grid.SelectedItem();
-  if (key == Key::del) return PressDelete(grid);
-  if (key == Key::space) return TypeInGrid(grid, " ");
-  if (item == nullptr) return;
-  if (key == Key::selectAll) {
-    valueSelected_ = true;
-  } else if (key == Key::backspace) {
-    std::string text = ToText(item->Value());
-    const std::size_t kept = valueSelected_ ? 0 : CharacterCount(text) - (text.empty() ? 0 : 1);
-    EditValue(*item, std::string_view(text).substr(0, CharacterOffset(text, kept)));
-    valueSelected_ = false;
+  const bool presses = key == Key::space || key == Key::enter;
+  if (presses && item != nullptr && (besideValue_ || item->Kind() == ItemKind::button)) {
+    FormRenderer::ClickButton(*item);
+    return SelectValue(grid);
   }
+  if (item != nullptr && HasValueBox(*item) && !besideValue_) return PressInValue(*item, key);
+  if (key == Key::enter) return PressDialogButton(CommandButton::Role::acceptsDialog);
+  if (besideValue_ && key != Key::up && key != Key::down) return;
+  if (key == Key::del) return PressDelete(grid);
+  MoveToRow(grid, key);
+}
+
+void HeadlessUser::PressInValue(PropertyGridItem& item, Key key) {
+  PropertyGrid& grid = item.Grid();
+  const std::size_t size = valueSize_;
+  const auto [start, length] = value_;
+  if (key == Key::enter) return SelectValue(grid);  // the value is edited: the dialog stays open
+  if (item.Kind() == ItemKind::list && (key == Key::up || key == Key::down || !TakesText(item))) {
+    const auto& choices = item.Choices();
+    const PropertyGridItem* chosen = GetSelectedChoice(item);
+    const auto at = std::ranges::find(choices, chosen, &std::unique_ptr<PropertyGridItem>::get);
+    const int last = static_cast<int>(choices.size()) - 1;
+    const int now = chosen == nullptr ? kNoRow : static_cast<int>(at - choices.begin());
+    const int next = key == Key::up     ? now - 1
+                     : key == Key::down ? now + 1
+                     : key == Key::home ? 0
+                     : key == Key::end  ? last
+                                        : now;
+    if (next == now || next < 0 || next > last) return;
+    ChooseValue(item, *choices[static_cast<std::size_t>(next)]);
+    return SelectValue(grid);
+  }
+  switch (key) {
+    case Key::backspace:
+      if (length > 0) return EditSelectedValue(item, value_, {});
+      if (start > 0) EditSelectedValue(item, {start - 1, 1}, {});
+      return;
+    case Key::del:
+      if (length > 0) return EditSelectedValue(item, value_, {});
+      if (start < size) EditSelectedValue(item, {start, 1}, {});
+      return;
+    case Key::home:
+      value_ = {0, 0};
+      return;
+    case Key::end:
+      value_ = {size, 0};
+      return;
+    case Key::left:
+      value_ = {length > 0 || start == 0 ? start : start - 1, 0};
+      return;
+    case Key::right:
+      value_ = {length > 0 ? start + length : std::min(start + 1, size), 0};
+      return;
+    case Key::selectAll:
+      value_ = {0, size};
+      return;
+    case Key::space:
+      return EditSelectedValue(item, value_, " ");
+    default:
+      MoveToRow(grid, key);
+  }
+}
+
+void HeadlessUser::EditSelectedValue(PropertyGridItem& item, const Part& replaced,
+                                     std::string_view typed) {
+  typed = OneLine(typed);
+  const std::size_t added = CharacterCount(typed);
+  const bool atEnd = replaced.length == 0 && replaced.start == valueSize_;
+  valueSize_ += added - replaced.length;
+  value_ = {replaced.start + added, 0};
+  const CountUp editing(editsValue_);
+  if (atEnd) {
+    AppendToValue(item, typed);
+  } else {
+    std::string text = ToText(item.Value());
+    const std::size_t begin = CharacterOffset(text, replaced.start);
+    const std::size_t end = CharacterOffset(text, replaced.start + replaced.length);
+    text.replace(begin, end - begin, typed);
+    EditValue(item, text);
+  }
+}
+
+void HeadlessUser::SelectValue(const PropertyGrid& grid) {
+  const PropertyGridItem* item = grid.SelectedItem();
+  valueSize_ = item == nullptr ? 0 : CharacterCount(ToText(item->Value()));
+  value_ = {0, valueSize_};
+  besideValue_ = false;
+}
+
+// Without a row, one goes to the first or the last.
+void HeadlessUser::MoveToRow(PropertyGrid& grid, Key key) {
+  const auto& items = grid.Items();
+  const auto at =
+      std::ranges::find(items, grid.SelectedItem(), &std::unique_ptr<PropertyGridItem>::get);
+  const int last = static_cast<int>(items.size()) - 1;
+  const int now = at == items.end() ? kNoRow : static_cast<int>(at - items.begin());
+  int next = now;
+  if (key == Key::up) next = now == kNoRow ? last : std::max(now - 1, 0);
+  if (key == Key::down) next = std::min(now + 1, last);
+  if (key == Key::home) next = 0;
+  if (key == Key::end) next = last;
+  if (next < 0 || next > last || (next == now && key != Key::up && key != Key::down)) return;
+  FormRenderer::SelectItem(grid, items[static_cast<std::size_t>(next)].get());
+  SelectValue(grid);
 }
 
 void HeadlessUser::PressDialogButton(CommandButton::Role role) {
@@ -202,11 +382,13 @@ void HeadlessUser::StepOption(const OptionButton& button, int step) {
 }
 
 void HeadlessUser::Click(FormControl& control) {
+  if (dynamic_cast<Timer*>(&control) != nullptr) Cannot(control, "is nothing to see");
   FocusByMouse(control);
   if (auto* button = dynamic_cast<CommandButton*>(&control)) return FormRenderer::Click(*button);
   if (auto* check = dynamic_cast<CheckBox*>(&control)) return FormRenderer::Click(*check);
   if (auto* option = dynamic_cast<OptionButton*>(&control)) return FormRenderer::Click(*option);
-  if (auto* box = dynamic_cast<EditBox*>(&control)) return Select(*box, box->TextLength(), 0);
+  if (auto* box = dynamic_cast<EditBox*>(&control); box && !IsPlainList(control))
+    return Select(*box, box->TextLength(), 0);
 }
 
 void HeadlessUser::DoubleClick(Grid& grid, std::size_t row) {
@@ -215,43 +397,52 @@ void HeadlessUser::DoubleClick(Grid& grid, std::size_t row) {
 }
 
 void HeadlessUser::Choose(ComboBox& box, int row) {
-  FocusByMouse(box);
+  MustBeReachable(box);
   if (row < 0 || row >= static_cast<int>(box.Rows().size()))
     Cannot(box, "has no row " + std::to_string(row));
+  FocusByMouse(box);
   FormRenderer::Choose(box, row);
 }
 
 void HeadlessUser::SelectTab(TabControl& tabs, std::size_t tab) {
   MustBeReachable(tabs);
   if (tab >= tabs.Controls().size()) Cannot(tabs, "has no such tab");
+  const MouseDown down(platform_);
   FormRenderer::SelectTab(tabs, tab);
 }
 
 void HeadlessUser::SelectRows(Grid& grid, std::vector<std::size_t> rows) {
-  FocusByMouse(grid);
+  MustBeReachable(grid);
   for (const std::size_t row : rows)
     if (row >= grid.RowCount()) Cannot(grid, "has no row " + std::to_string(row));
+  FocusByMouse(grid);
   FormRenderer::SelectRows(grid, std::move(rows));
 }
 
 void HeadlessUser::SelectItem(PropertyGridItem& item) {
   FocusByMouse(item.Grid());
   FormRenderer::SelectItem(item.Grid(), &item);
-  valueSelected_ = true;
+  SelectValue(item.Grid());
 }
 
 void HeadlessUser::ClickButton(PropertyGridItem& item) {
-  SelectItem(item);
+  MustBeReachable(item.Grid());
   if (item.Kind() != ItemKind::color && item.Kind() != ItemKind::button)
     Cannot(item.Grid(), "the row \"" + item.Caption() + "\" has no button");
   if (!item.Enabled()) Cannot(item.Grid(), "the row \"" + item.Caption() + "\" is disabled");
+  SelectItem(item);
+  PropertyGrid& grid = item.Grid();
   FormRenderer::ClickButton(item);
+  SelectValue(grid);
 }
 
 void HeadlessUser::Choose(PropertyGridItem& item, std::string_view choice) {
   SelectItem(item);
   for (const auto& candidate : item.Choices())
-    if (candidate->Caption() == choice) return ChooseValue(item, *candidate);
+    if (candidate->Caption() == choice) {
+      ChooseValue(item, *candidate);
+      return SelectValue(item.Grid());
+    }
   Cannot(item.Grid(),
          "the row \"" + item.Caption() + "\" has no choice \"" + std::string(choice) + '"');
 }

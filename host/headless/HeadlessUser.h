@@ -16,7 +16,8 @@ namespace kvo {
 class HeadlessUser final : public FormUser, public FormRenderer {
  public:
   // The platform is the one that the program runs on; its mouse button goes down with a click.
-  HeadlessUser(HeadlessPlatform& platform, Form& form) : FormRenderer(form), platform_(platform) {}
+  // A dialog that is open is entered at its first input.
+  HeadlessUser(HeadlessPlatform& platform, Form& form);
 
   void FocusByKeyboard(FormControl& control) override;
   void ClickInto(EditBox& box, std::size_t caret) override;
@@ -34,6 +35,12 @@ class HeadlessUser final : public FormUser, public FormRenderer {
   void CloseWindow() override;
   void Tick(Timer& timer) override;
 
+  // A part of a text, in characters.
+  struct Part {
+    std::size_t start = 0;
+    std::size_t length = 0;
+  };
+
   // What the form told its renderer, in order.
   struct Seen {
     std::string_view control;
@@ -43,24 +50,32 @@ class HeadlessUser final : public FormUser, public FormRenderer {
   std::vector<Seen> seen;
 
  private:
-  void ControlChanged(FormControl& control, Aspect aspect) override {
-    seen.push_back({control.Name(), aspect});
-  }
-  void ItemChanged(PropertyGridItem& item) override {
-    seen.push_back({item.Grid().Name(), Aspect::value});
-  }
+  void ControlChanged(FormControl& control, Aspect aspect) override;
+  void ItemChanged(PropertyGridItem& item) override;
 
+  void MustBeOpen() const;
   void MustBeReachable(const FormControl& control) const;
   void FocusByMouse(FormControl& control);
+  void EnterByKeyboard(FormControl& control, bool backwards);
   void MoveFocus(bool backwards);
+  bool MoveInsideGrid(bool backwards);
+  void TypeStroke(std::string_view stroke);
   void PressInBox(EditBox& box, Key key);
+  void PressInList(ComboBox& list, Key key);
   void PressInGrid(PropertyGrid& grid, Key key);
-  void TypeInGrid(PropertyGrid& grid, std::string_view character);
+  void PressInValue(PropertyGridItem& item, Key key);
+  void EditSelectedValue(PropertyGridItem& item, const Part& replaced, std::string_view typed);
+  void SelectValue(const PropertyGrid& grid);
+  void MoveToRow(PropertyGrid& grid, Key key);
   void PressDialogButton(CommandButton::Role role);
   void StepOption(const OptionButton& button, int step);
 
   HeadlessPlatform& platform_;
-  bool valueSelected_ = false;  // the next character replaces the selected row's value
+  const bool isOpenDialog_;
+  Part value_;  // what is selected in the box of the selected row of a grid
+  std::size_t valueSize_ = 0;
+  int editsValue_ = 0;
+  bool besideValue_ = false;  // the user is at the button beside that box
 };
 
 }  // namespace kvo

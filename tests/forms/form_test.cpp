@@ -217,10 +217,26 @@ TEST_F(Forms, DisabledAndHiddenControlsRefuse) {
   EXPECT_EQ(form.Focused(), &form.txtSecond);
 }
 
-TEST_F(Forms, AControlThatIsDisabledWhileItHasTheFocusRefusesKeys) {
+TEST_F(Forms, AControlThatIsDisabledHandsTheFocusOn) {
   user.FocusByKeyboard(form.txtName);
   form.txtName.Enabled(false);
-  EXPECT_THROW(user.Type("x"), CannotDo);
+  EXPECT_EQ(form.Focused(), &form.txtLines);
+  user.Type("x");
+  EXPECT_EQ(form.txtName.Text(), "");
+  EXPECT_EQ(form.txtLines.Text(), "x");
+}
+
+TEST_F(Forms, KeysTakeALineBreakAsOne) {
+  form.txtLines.Text("a\r\nb");
+  user.ClickInto(form.txtLines, 2);
+  EXPECT_EQ(form.txtLines.SelStart(), 3U);
+  user.Press(Key::left);
+  EXPECT_EQ(form.txtLines.SelStart(), 1U);
+  user.Press(Key::del);
+  EXPECT_EQ(form.txtLines.Text(), "ab");
+  user.Type("\n");
+  user.Press(Key::backspace);
+  EXPECT_EQ(form.txtLines.Text(), "ab");
 }
 
 TEST_F(Forms, TabFollowsTheOrderOfDeclaration) {

@@ -136,12 +136,56 @@ TEST_F(PropertyGrids, OnlyColourRowsAndButtonRowsHaveAButton) {
 }
 
 TEST_F(PropertyGrids, RemovingTheSelectedRowSelectsNothing) {
-  user.SelectItem(form.grid.Item("text"));
+  form.grid.Add({.kind = ItemKind::entry, .caption = "Eintrag", .key = "entry"});
+  user.SelectItem(form.grid.Item("entry"));
   user.Press(Key::del);
   EXPECT_EQ(form.events, Events{"delete"});
   form.grid.Remove(*form.grid.SelectedItem());
   EXPECT_EQ(form.grid.SelectedItem(), nullptr);
-  EXPECT_EQ(form.grid.Find("text"), nullptr);
+  EXPECT_EQ(form.grid.Find("entry"), nullptr);
+}
+
+TEST_F(PropertyGrids, KeysEditTheSelectedValue) {
+  PropertyGridItem& row = form.grid.Item("text");
+  row.Value("abcd");
+  user.SelectItem(row);
+  user.Press(Key::left);
+  user.Press(Key::del);  // a character, not the row
+  EXPECT_EQ(ToText(row.Value()), "bcd");
+  user.Press(Key::end);
+  user.Press(Key::left);
+  user.Type("xy");
+  EXPECT_EQ(ToText(row.Value()), "bcxyd");
+  user.Press(Key::backspace);
+  EXPECT_EQ(ToText(row.Value()), "bcxd");
+  user.Press(Key::selectAll);
+  user.Type("z");
+  EXPECT_EQ(ToText(row.Value()), "z");
+}
+
+TEST_F(PropertyGrids, ArrowKeysGoThroughRowsAndChoices) {
+  user.FocusByKeyboard(form.grid);
+  user.Press(Key::up);
+  EXPECT_EQ(form.grid.SelectedItem(), &form.grid.Item("fixed"));
+  user.SelectItem(*form.grid.Items()[0]);
+  user.Press(Key::down);
+  EXPECT_EQ(form.grid.SelectedItem(), &form.grid.Item("text"));
+  user.Press(Key::down);
+  user.Press(Key::down);
+  user.Press(Key::down);
+  EXPECT_EQ(form.grid.SelectedItem(), &form.grid.Item("border"));
+  EXPECT_EQ(form.grid.Item("border").Value(), Variant("1 Pixel"));
+}
+
+TEST_F(PropertyGrids, TheTabKeyStopsAtTheButtonBesideAColour) {
+  user.SelectItem(form.grid.Item("color"));
+  user.Press(Key::tab);
+  EXPECT_EQ(form.Focused(), &form.grid);
+  EXPECT_THROW(user.Type("x"), CannotDo);
+  user.Press(Key::enter);
+  EXPECT_EQ(form.events, Events{"!color"});
+  user.Type("x");
+  EXPECT_EQ(ToText(form.grid.Item("color").Value()), "x");
 }
 
 TEST_F(PropertyGrids, AnUnknownKeyIsAnError) {

@@ -69,6 +69,7 @@ TEST_F(IfPage, EachBoxMarksThePageChanged) {
     OpenOn("a");
     page.Apply();
     EXPECT_FALSE(page.Changed());
+    user.FocusByKeyboard(page.cmdShowExpressionBuilder);
     user.SelectTab(page.sstOnContent, box == &page.txtOnFalseContent ? 1 : 0);
     user.FocusByKeyboard(*box);
     EXPECT_EQ(box->SelLength(), CharacterCount(box->Text())) << box->Name();
