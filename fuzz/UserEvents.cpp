@@ -38,10 +38,29 @@ std::string ReadChoice(const PropertyGridItem& item, Bytes& story) {
 std::vector<std::size_t> ReadRows(Bytes& story) {
   std::vector<std::size_t> rows(story.Below(5));
   for (std::size_t& row : rows) row = story.Below(kFurthest);
+  // A second click takes a row out again.
+  std::ranges::sort(rows);
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
   return rows;
 }
 
-void Perform(char event, Form& form, HeadlessUser& user, Bytes& story) {
+// Keys of which the desktop says what they do. Where lines wrap, their font decides; in the rows of
+// a data grid and in a closed list every desktop has habits of its own.
+bool IsTheDesktops(FormControl& focused, Key key) {
+  const bool upOrDown = key == Key::up || key == Key::down;
+  const bool leftOrRight = key == Key::left || key == Key::right;
+  if (const auto* box = dynamic_cast<TextBox*>(&focused)) return box->MultiLine() && upOrDown;
+  if (const auto* list = dynamic_cast<ComboBox*>(&focused)) return !list->Editable() && leftOrRight;
+  if (const auto* grid = dynamic_cast<PropertyGrid*>(&focused)) {
+    const PropertyGridItem* item = grid->SelectedItem();
+    return item != nullptr && item->Kind() == ItemKind::list && !item->Editable() && leftOrRight;
+  }
+  const bool leaves =
+      key == Key::tab || key == Key::shiftTab || key == Key::enter || key == Key::escape;
+  return dynamic_cast<Grid*>(&focused) != nullptr && !leaves;
+}
+
+void Perform(char event, Form& form, FormUser& user, Bytes& story) {
   switch (event) {
     case 'f':
       return user.FocusByKeyboard(ReadControl<FormControl>(form, story));
@@ -51,10 +70,19 @@ void Perform(char event, Form& form, HeadlessUser& user, Bytes& story) {
     }
     case 't':
       return user.Type(story.Text());
-    case 'k':
-      return user.Press(static_cast<Key>(story.Below(static_cast<int>(Key::selectAll) + 1)));
-    case 'c':
-      return user.Click(ReadControl<FormControl>(form, story));
+    case 'k': {
+      const auto key = static_cast<Key>(story.Below(static_cast<int>(Key::selectAll) + 1));
+      if (form.Focused() != nullptr && IsTheDesktops(*form.Focused(), key))
+        throw CannotDo("what the key does is the desktop's affair");
+      return user.Press(key);
+    }
+    case 'c': {
+      auto& control = ReadControl<FormControl>(form, story);
+      if (dynamic_cast<PropertyGrid*>(&control) || dynamic_cast<Grid*>(&control) ||
+          dynamic_cast<TabControl*>(&control))
+        throw CannotDo("its rows or tabs can be clicked");
+      return user.Click(control);
+    }
     case 'o': {
       auto& box = ReadControl<ComboBox>(form, story);
       return user.Choose(box, static_cast<int>(story.Below(kFurthest)));
@@ -141,13 +169,14 @@ class SoundControl final : public FormVisitor {
 
 }  // namespace
 
-void PerformEvent(char event, Form& form, HeadlessUser& user, Bytes& story) {
+std::string PerformEvent(char event, Form& form, FormUser& user, Bytes& story) {
   try {
     Perform(event, form, user, story);
-  } catch (const RuntimeError&) {
-    // The page refuses.
+    return "done";
+  } catch (const RuntimeError& error) {
+    return "error " + std::to_string(error.Number());
   } catch (const CannotDo&) {
-    // A person could not have done it either.
+    return "cannot be done";
   }
 }
 

@@ -1,8 +1,10 @@
 // A user in front of any form, told by a fuzzer's bytes; and what holds for a form at any time.
 #pragma once
 
+#include <string>
+
 #include "fuzz/Bytes.h"
-#include "host/headless/HeadlessUser.h"
+#include "host/headless/FormUser.h"
 
 namespace kvo {
 
@@ -14,9 +16,9 @@ inline constexpr std::string_view kUserEvents = "fitkcordsbvxmw";
 //   c click               o choose a row       r select records             d double click a record
 //   s select a grid row   b click its button   v choose its value           x open a tab
 //   m time goes by        w close the window
-// What the form or the user refuses (RuntimeError, CannotDo) is passed over; anything else that is
-// thrown comes out.
-void PerformEvent(char event, Form& form, HeadlessUser& user, Bytes& story);
+// Returns what became of it: "done", "error 91" when the page refuses, or "cannot be done", which
+// holds for a person as well. Anything else that is thrown comes out.
+std::string PerformEvent(char event, Form& form, FormUser& user, Bytes& story);
 
 // Throws std::logic_error unless selections lie inside their texts and lists, at most one option
 // of each group is chosen, and what is selected is there.

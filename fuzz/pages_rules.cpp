@@ -9,18 +9,16 @@
 #include "common/RuntimeError.h"
 #include "common/modGlobal.h"
 #include "fuzz/Demand.h"
+#include "fuzz/PageStory.h"
 #include "fuzz/StoryBag.h"
 #include "fuzz/UserEvents.h"
+#include "host/headless/HeadlessUser.h"
 #include "host/registration/classes.h"
-#include "tests/forms/FakeRecordset.h"
-#include "tests/pages/FakeOffice.h"
 #include "tests/pages/PageRules.h"
 #include "tests/pages/PropertyObject.h"
 
 namespace kvo {
 namespace {
-
-constexpr int kMostEvents = 300;
 
 std::vector<std::string> TextsOf(Object& collection) {
   std::vector<std::string> texts;
@@ -63,185 +61,75 @@ class PropertyValues final : public PropertyObject {
   }
 };
 
-class Conversation final : private PropertyFrame::Window {
+class Conversation final : public PageStory {
  public:
-  explicit Conversation(std::string_view bytes) : story_(bytes) {
-    for (const char* name : {"EMAIL", "a&b", "EMAIL", ""}) {
-      office_->contactFields.push_back({name, "Name von " + std::string(name), 0});
-      office_->orderFields.push_back({name, "Bestellung " + std::string(name), 1});
-    }
-    for (std::int32_t type = 0; type <= 7; ++type)
-      office_->contactFields.push_back({"F" + std::to_string(type), "Feld", type});
-    table_.rows = {{{"ProductNo", "100"}, {"Desc1", "Tee"}, {"Desc2", "grün"}},
-                   {{"ProductNo", "2,0"}, {"Desc1", Variant()}, {"Desc2", ""}},
-                   {{"ProductNo", Variant()}, {"Desc1", "ohne"}, {"Desc2", ""}},
-                   {{"ProductNo", "300"}, {"Desc1", "Kanne"}, {"Desc2", "Ton"}}};
-    office_->connection = connection_;
-    platform_.recordsets = [this] { return std::make_shared<FakeRecordset>(table_); };
-    platform_.whileModal = [this](Form& form) { PlayDialog(form); };
+  using PageStory::PageStory;
+
+ private:
+  std::unique_ptr<FormUser> MakeUser(Form& form) override {
+    return std::make_unique<HeadlessUser>(Platform(), form);
   }
 
-  void Play() {
-    if (!LoadControl()) return;
-    PropertyFrame frame(*this, "Eigenschaften", {control_}, pages_, CreatePage);
-    frame_ = &frame;
-    std::vector<std::unique_ptr<HeadlessUser>> users;
-    for (std::size_t tab = 0; tab < frame.PageCount(); ++tab)
-      users.push_back(std::make_unique<HeadlessUser>(platform_, frame.Page(tab)));
-    if (users.empty()) return;
-    frame.Show(0);
-    DemandUntouched("showing a page");
-    while (!Over()) PlayEvent(*users[frame.ShownTab()]);
-    users.clear();
-    frame.Cancel();
-    Demand(closed_ && !frame.IsOpen(), "the frame is still open");
+  void Loaded() override { stored_ = StoredBy(*Subject()); }
+  void Opened() override { DemandUntouched("showing a page"); }
+  void Acted(Form& form, char, const std::string&) override {
+    if (!Table().gone) DemandSoundForm(form);
+  }
+  // A failure of the database is the database's; everything else is numbered.
+  void Threw(const std::exception& error) override {
+    if (dynamic_cast<const RuntimeError*>(&error) != nullptr) return;
+    Demand(Table().gone, std::string("an error without a number: ") + error.what());
+  }
+  void Performed(char) override {
+    DemandUntouched("an event before it was applied");
+    Demand(ApplyEnabled() == Frame().CanApply(), "the apply button is not what the pages are");
+  }
+  void Cancelled() override {
+    Demand(IsClosed() && !Frame().IsOpen(), "the frame is still open");
     DemandUntouched("cancelling");
   }
 
- private:
-  // --- the frame's window ---
-  void ApplyEnabledChanged() override { applyEnabled_ = !applyEnabled_; }
-  void ShowError(PropertyPage&, const std::exception& error) override {
-    DemandExpected(error);
-    ++errors_;
-  }
-  void Closed() override { closed_ = true; }
-
-  bool LoadControl() {
-    const ControlClass& contract = ReadClass(story_);
-    const auto all = RegisteredPages();
-    if (const std::size_t page = story_.Below(all.size() + 1); page == 0)
-      pages_.assign(contract.pages.begin(), contract.pages.end());
-    else
-      pages_ = {std::string(all[page - 1].name)};
-    story_.Skip('\n');
-    StoryBag bag(story_, contract);
-    control_ = contract.create();
-    try {
-      control_->ReadProperties(bag);
-    } catch (const RuntimeError&) {
-      return false;
-    }
-    if (contract.FindProperty("Office")) control_->Let("Office", ObjectRef(office_));
-    stored_ = StoredBy(*control_);
-    return true;
+  void DemandUntouched(const std::string& what) {
+    Demand(StoredBy(*Subject()) == stored_, what + " changed the control");
   }
 
-  ColorNumber ReadColor() {
-    ColorNumber color = 0;
-    for (int part = 0; part < 3; ++part)
-      color = color * 256 + static_cast<ColorNumber>(story_.Below(256));
-    return color;
-  }
-
-  bool Over() { return story_.AtEnd() || ++events_ > kMostEvents; }
-
-  // A failure of the database is the database's; everything else is numbered.
-  void DemandExpected(const std::exception& error) const {
-    if (dynamic_cast<const RuntimeError*>(&error) != nullptr) return;
-    Demand(table_.gone, std::string("an error without a number: ") + error.what());
-  }
-
-  void DemandUntouched(const std::string& what) const {
-    Demand(StoredBy(*control_) == stored_, what + " changed the control");
-  }
-
-  void Act(char event, Form& form, HeadlessUser& user) {
-    try {
-      PerformEvent(event, form, user, story_);
-    } catch (const std::logic_error&) {
-      throw;
-    } catch (const std::exception& error) {
-      DemandExpected(error);
-    }
-    if (!table_.gone) DemandSoundForm(form);
-  }
-
-  void PlayDialog(Form& form) {
-    HeadlessUser user(platform_, form);
-    while (form.IsLoaded() && !Over()) Act(story_.OneOf(kUserEvents), form, user);
-  }
-
-  void PlayEvent(HeadlessUser& user) {
-    switch (const char event = story_.OneOf("fitkcordsbvxmwAPSGCNF")) {
-      case 'A':
-        Apply();
-        break;
-      case 'P':
-        frame_->Show(story_.Below(frame_->PageCount()));
-        break;
-      case 'S':
-        frame_->Select({control_});
-        break;
-      case 'G':
-        table_.gone = !table_.gone;
-        break;
-      case 'C':
-        connection_->state = 1 - connection_->state;
-        break;
-      case 'N':
-        platform_.promptAnswers.emplace_back(story_.Text());
-        break;
-      case 'F':
-        platform_.colorAnswers.emplace_back(ReadColor());
-        break;
-      default:
-        Act(event, frame_->Page(frame_->ShownTab()), user);
-    }
-    DemandUntouched("an event before it was applied");
-    Demand(applyEnabled_ == frame_->CanApply(), "the apply button is not what the pages are");
-  }
-
-  void Apply() {
+  void Apply() override {
     std::vector<std::size_t> changed;
-    for (std::size_t tab = 0; tab < frame_->PageCount(); ++tab)
-      if (frame_->IsFilled(tab) && frame_->Page(tab).Changed()) changed.push_back(tab);
-    const int errors = errors_;
-    const bool applied = frame_->Apply();
-    Demand(applied == (errors == errors_), "a failure is not shown, or there was none");
-    Demand(applied != frame_->CanApply(), "what was applied is still to be applied, or is not");
+    for (std::size_t tab = 0; tab < Frame().PageCount(); ++tab)
+      if (Frame().IsFilled(tab) && Frame().Page(tab).Changed()) changed.push_back(tab);
+    const int errors = Errors();
+    const bool applied = Frame().Apply();
+    Demand(applied == (errors == Errors()), "a failure is not shown, or there was none");
+    Demand(applied != Frame().CanApply(), "what was applied is still to be applied, or is not");
     if (changed.empty() || (!applied && changed.size() == 1)) DemandUntouched("a page in vain");
-    stored_ = StoredBy(*control_);
+    stored_ = StoredBy(*Subject());
     if (!applied) return;
-    for (const std::size_t tab : changed) frame_->Page(tab).Apply();
+    for (const std::size_t tab : changed) Frame().Page(tab).Apply();
     DemandUntouched("applying a second time");
-    for (const std::size_t tab : changed) Reopen(pages_[tab]);
+    for (const std::size_t tab : changed) Reopen(PageNames()[tab]);
   }
 
   // Another frame on the same control, applied without an edit.
   void Reopen(const std::string& name) {
-    const bool gone = std::exchange(table_.gone, false);
-    const std::int32_t state = std::exchange(connection_->state, 1);
-    PropertyValues values(*control_);
+    const bool gone = std::exchange(Table().gone, false);
+    const std::int32_t state = std::exchange(Connection().state, 1);
+    PropertyValues values(*Subject());
     const auto page = CreatePage(name);
     try {
-      page->Select({control_});
+      page->Select({Subject()});
       DemandUntouched("reopening " + name);
       page->Apply();
-      PageRules(values, *office_).Apply(name);
+      PageRules(values, Office()).Apply(name);
     } catch (const RuntimeError&) {
       DemandUntouched(name + " in vain");
     }
-    values.DemandHeldBy(*control_, name);
-    stored_ = StoredBy(*control_);
-    table_.gone = gone;
-    connection_->state = state;
+    values.DemandHeldBy(*Subject(), name);
+    stored_ = StoredBy(*Subject());
+    Table().gone = gone;
+    Connection().state = state;
   }
 
-  Bytes story_;
-  HeadlessPlatform platform_;
-  PlatformScope scope_{platform_};
-  FakeTable table_;
-  std::shared_ptr<FakeConnection> connection_ = std::make_shared<FakeConnection>();
-  std::shared_ptr<FakeOffice> office_ = std::make_shared<FakeOffice>();
-  std::shared_ptr<Control> control_;
   std::vector<MemoryBag::Entry> stored_;  // by the control, as it has to be
-  std::vector<std::string> pages_;
-  PropertyFrame* frame_ = nullptr;
-  bool applyEnabled_ = false;
-  bool closed_ = false;
-  int errors_ = 0;
-  int events_ = 0;
 };
 
 }  // namespace
