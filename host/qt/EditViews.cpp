@@ -1,6 +1,7 @@
 #include "host/qt/EditViews.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QSignalBlocker>
@@ -12,24 +13,14 @@
 namespace kvo {
 namespace {
 
-// Being entered leaves the selection to the form: a line edit would select all its text.
-class FormLine final : public QLineEdit {
+// Being entered leaves the selection to the form as well; a line edit would select all.
+class FormLine final : public CalmLine {
  public:
-  using QLineEdit::QLineEdit;
+  using CalmLine::CalmLine;
 
  protected:
   void focusInEvent(QFocusEvent* event) override {
-    const QSignalBlocker quiet(this);
-    const int caret = cursorPosition();
-    const int start = selectionStart();
-    const int length = selectionLength();
-    QLineEdit::focusInEvent(event);
-    if (start < 0)
-      setCursorPosition(caret);
-    else if (caret == start)
-      setSelection(start + length, -length);
-    else
-      setSelection(start, length);
+    KeepSelection([&] { QLineEdit::focusInEvent(event); });
   }
 };
 
@@ -59,6 +50,38 @@ void ShowBackColor(QWidget& widget, SystemColor color) {
 }  // namespace
 
 // --- a line ---
+
+void CalmLine::KeepSelection(const std::function<void()>& action) {
+  const QSignalBlocker quiet(this);
+  const int caret = cursorPosition();
+  const int start = selectionStart();
+  const int length = selectionLength();
+  action();
+  if (start < 0)
+    setCursorPosition(caret);
+  else if (caret == start)
+    setSelection(start + length, -length);
+  else
+    setSelection(start, length);
+}
+
+bool CalmLine::event(QEvent* event) {
+  const bool activated = event->type() == QEvent::WindowActivate;
+  return activated ? QWidget::event(event) : QLineEdit::event(event);
+}
+
+void CalmLine::focusOutEvent(QFocusEvent* event) {
+  KeepSelection([&] { QLineEdit::focusOutEvent(event); });
+}
+
+void CalmLine::keyPressEvent(QKeyEvent* event) {
+  if (hasSelectedText() && event->matches(QKeySequence::MoveToPreviousChar))
+    setCursorPosition(selectionStart());
+  else if (hasSelectedText() && event->matches(QKeySequence::MoveToNextChar))
+    setCursorPosition(selectionStart() + selectionLength());
+  else
+    QLineEdit::keyPressEvent(event);
+}
 
 LineSync::LineSync(QLineEdit& line, EditBox& box, ViewHost& host)
     : line_(line), box_(box), host_(host), shown_({}, Lines::one, kQtStyle) {
@@ -211,6 +234,7 @@ void TextAreaView::Selected() {
 
 void MakeFreeText(QComboBox& list) {
   list.setEditable(true);
+  list.setLineEdit(new CalmLine(&list));
   list.setInsertPolicy(QComboBox::NoInsert);
   list.setCompleter(nullptr);
   QObject::disconnect(list.lineEdit(), &QLineEdit::editingFinished, &list, nullptr);

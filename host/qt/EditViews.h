@@ -9,6 +9,19 @@
 
 namespace kvo {
 
+// A line edit whose selection stays when it is left or its window activated, and from whose selection the arrow keys go to
+// its ends, as with several lines.
+class CalmLine : public QLineEdit {
+ public:
+  using QLineEdit::QLineEdit;
+
+ protected:
+  bool event(QEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void KeepSelection(const std::function<void()>& action);
+};
+
 // Keeps a line edit and the text and selection of an edit box in step.
 class LineSync {
  public:

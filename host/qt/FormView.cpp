@@ -130,6 +130,7 @@ FormControl* FormView::ControlOf(const QWidget* widget) const {
 
 void FormView::ControlChanged(FormControl& control, Aspect aspect) {
   ControlView& view = ViewOf(control);
+  const bool hadFocus = HasFocusWidget();
   Update([&] {
     if (aspect == Aspect::enabled)
       view.ShowEnabled(control.Enabled());
@@ -138,6 +139,13 @@ void FormView::ControlChanged(FormControl& control, Aspect aspect) {
     else
       view.Show(aspect);
   });
+  // What can no longer be used has handed the focus on, maybe beyond the form.
+  if (hadFocus && !HasFocusWidget()) FocusFirst();
+}
+
+bool FormView::HasFocusWidget() const {
+  const QWidget* focused = window()->focusWidget();
+  return focused != nullptr && isAncestorOf(focused);
 }
 
 void FormView::ItemChanged(PropertyGridItem& item) {

@@ -50,6 +50,7 @@ class FormView final : public QWidget, private FormRenderer, private ViewHost {
   ControlView& ViewOf(const FormControl& control) const;
   FormControl* ControlOf(const QWidget* widget) const;
   void FocusMoved(const QWidget* now);
+  bool HasFocusWidget() const;
   bool PressButton(CommandButton::Role role);
 
   std::vector<std::pair<FormControl*, std::unique_ptr<ControlView>>> views_;  // in tab order

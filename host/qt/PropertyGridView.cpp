@@ -100,6 +100,8 @@ class PropertyTree final : public QTreeView {
   }
 
   void ShowRows() {
+    // While its row is still there, so that the focus comes back to the grid.
+    if (edited_ != grid_.SelectedItem()) CloseEditor();
     model_.Synchronize();
     // A plain list needs no second column.
     const bool list = std::ranges::all_of(
@@ -149,19 +151,50 @@ class PropertyTree final : public QTreeView {
   void keyPressEvent(QKeyEvent* event) override {
     PropertyGridItem* item = grid_.SelectedItem();
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (event->key() == Qt::Key_Delete) {
+    const bool editing = editor_ != nullptr && editor_->isEnabled();
+    if (event->key() == Qt::Key_Delete && !editing) {
       host_.Act([this] { UserAction::PressDelete(grid_); });
     } else if (item != nullptr && item->Kind() == ItemKind::button &&
                (enter || event->key() == Qt::Key_Space)) {
       host_.Act([item] { UserAction::ClickButton(*item); });
     } else if (editor_ != nullptr && enter) {
       editor_->SelectValue();  // the value is edited: it does not close the dialog
-    } else {
+    } else if (!MoveSelection(event->key())) {
       QTreeView::keyPressEvent(event);
     }
   }
 
  private:
+  // Goes through the rows; without one, to the first or the last.
+  bool MoveSelection(int key) {
+    const int last = model_.rowCount({}) - 1;
+    const int now = model_.IndexOf(grid_.SelectedItem(), PropertyGridModel::caption).row();
+    int next = now;
+    switch (key) {
+      case Qt::Key_Up:
+        next = now < 0 ? last : std::max(now - 1, 0);
+        break;
+      case Qt::Key_Down:
+        next = std::min(now + 1, last);
+        break;
+      case Qt::Key_Home:
+        next = 0;
+        break;
+      case Qt::Key_End:
+        next = last;
+        break;
+      case Qt::Key_Left:
+      case Qt::Key_Right:
+        return true;  // rows have no levels
+      default:
+        return false;
+    }
+    if (last < 0) return true;
+    setCurrentIndex(model_.index(next, PropertyGridModel::caption));
+    EnterEditor(Qt::OtherFocusReason);
+    return true;
+  }
+
   QPushButton* MakeButton(PropertyGridItem& item) {
     auto* button = new QPushButton(ToQtCaption(item.Caption()));
     button->setFocusPolicy(Qt::NoFocus);  // the row has it

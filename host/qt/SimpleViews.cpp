@@ -21,7 +21,12 @@ bool IsEnter(const QKeyEvent& event) {
   return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
 
-// The enter key presses the button on which it is pressed, not the dialog's.
+bool IsArrow(const QKeyEvent& event) {
+  return event.key() >= Qt::Key_Left && event.key() <= Qt::Key_Down;
+}
+
+// The enter key presses the button on which it is pressed, not the dialog's. The tab key alone
+// moves the focus, here as on every desktop.
 class PressedByEnter final : public QPushButton {
  public:
   using QPushButton::QPushButton;
@@ -30,8 +35,18 @@ class PressedByEnter final : public QPushButton {
   void keyPressEvent(QKeyEvent* event) override {
     if (IsEnter(*event))
       click();
-    else
+    else if (!IsArrow(*event))
       QPushButton::keyPressEvent(event);
+  }
+};
+
+class CheckMark final : public QCheckBox {
+ public:
+  using QCheckBox::QCheckBox;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (!IsArrow(*event)) QCheckBox::keyPressEvent(event);
   }
 };
 
@@ -71,7 +86,7 @@ QWidget* LabelView::Widget() const { return widget_; }
 void LabelView::Show(Aspect) { widget_->setText(ToQt(label_.Caption())); }
 
 CheckBoxView::CheckBoxView(CheckBox& box, QWidget& parent, ViewHost& host)
-    : box_(box), widget_(new QCheckBox(ToQtCaption(box.Caption()), &parent)) {
+    : box_(box), widget_(new CheckMark(ToQtCaption(box.Caption()), &parent)) {
   Show(Aspect::checked);
   QObject::connect(widget_, &QCheckBox::clicked, widget_, [this, &host] {
     host.Act([this] { UserAction::Click(box_); });

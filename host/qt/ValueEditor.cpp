@@ -2,8 +2,10 @@
 
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QToolButton>
 #include <algorithm>
 #include <limits>
@@ -25,6 +27,44 @@ QHBoxLayout* TightLayout(QWidget* of) {
   return layout;
 }
 
+UnitRange SelectedIn(const QLineEdit& line) {
+  if (line.hasSelectedText()) return {line.selectionStart(), line.selectionLength()};
+  return {line.cursorPosition(), 0};
+}
+
+// As far as the text reaches.
+void SelectIn(QLineEdit& line, const UnitRange& wanted) {
+  const auto size = static_cast<int>(line.text().size());
+  const int start = std::min(wanted.start, size);
+  if (const int length = std::min(wanted.length, size - start); length > 0)
+    line.setSelection(start, length);
+  else
+    line.setCursorPosition(start);
+}
+
+// The button beside a value. Other keys than its own two go on through the rows or do nothing.
+class BesideValue final : public QToolButton {
+ public:
+  using QToolButton::QToolButton;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    switch (event->key()) {
+      case Qt::Key_Return:
+      case Qt::Key_Enter:
+        return click();
+      case Qt::Key_Space:
+        return QToolButton::keyPressEvent(event);
+      case Qt::Key_Up:
+      case Qt::Key_Down:
+      case Qt::Key_Escape:
+        return event->ignore();
+      default:
+        return;
+    }
+  }
+};
+
 // Keeps a line edit and the value of a row in step.
 class ValueLine {
  public:
@@ -40,7 +80,11 @@ class ValueLine {
 
   void Show() {
     shown_ = ShownText(ToText(item_.Value()), Lines::one, kQtStyle);
-    if (const QString units = UnitsOf(shown_); line_.text() != units) line_.setText(units);
+    const QString units = UnitsOf(shown_);
+    if (line_.text() == units) return;
+    const UnitRange selected = SelectedIn(line_);
+    line_.setText(units);
+    SelectIn(line_, selected);
   }
 
  private:
@@ -73,7 +117,7 @@ class TextEditor final : public ValueEditor {
       : ValueEditor(parent),
         item_(item),
         swatch_(new QLabel(this)),
-        line_(new QLineEdit(this)),
+        line_(new CalmLine(this)),
         value_(*line_, item, host) {
     constexpr int kBeforeSwatch = 45;
     swatch_->setContentsMargins(ToPixels(kBeforeSwatch, *this), 0, 0, 0);
@@ -93,13 +137,19 @@ class TextEditor final : public ValueEditor {
 
  private:
   QToolButton* MakeButton(PropertyGridItem& item, ViewHost& host) {
-    auto* button = new QToolButton(this);
+    auto* button = new BesideValue(this);
     button->setText(QStringLiteral("..."));
     button->setAccessibleName(ToQt(item.Caption()) + QLatin1String(" ..."));
     button->setFocusPolicy(Qt::TabFocus);
     button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
-    QObject::connect(button, &QToolButton::clicked, button,
-                     [&item, &host] { host.Act([&item] { UserAction::ClickButton(item); }); });
+    // The value may be typed over then.
+    QObject::connect(button, &QToolButton::clicked, line_, [this, &item, &host] {
+      const QPointer<QLineEdit> line = line_;
+      host.Act([&item] { UserAction::ClickButton(item); });
+      if (line == nullptr) return;
+      line->setFocus(Qt::OtherFocusReason);
+      line->selectAll();
+    });
     return button;
   }
 
@@ -130,12 +180,13 @@ class ListEditor final : public ValueEditor {
       host.Act(
           [&] { UserAction::ChooseValue(item_, *item_.Choices()[static_cast<std::size_t>(row)]); });
       host.Update([this] { ShowValue(); });
+      SelectValue();
     });
   }
   void ShowValue() override {
     const std::string value = ToText(item_.Value());
     const auto& choices = item_.Choices();
-    const int caret = value_ ? list_->lineEdit()->cursorPosition() : 0;
+    const UnitRange selected = value_ ? SelectedIn(*list_->lineEdit()) : UnitRange();
     for (auto row = static_cast<std::size_t>(list_->count()); row < choices.size(); ++row)
       list_->addItem(ToQt(choices[row]->Caption()));
     const auto chosen = std::ranges::find_if(
@@ -145,7 +196,7 @@ class ListEditor final : public ValueEditor {
     list_->setPlaceholderText(ToQt(value));  // a value that is no choice still shows
     if (!value_) return;
     value_->Show();
-    list_->lineEdit()->setCursorPosition(caret);
+    SelectIn(*list_->lineEdit(), selected);
   }
   void SelectValue() override {
     if (list_->lineEdit() != nullptr) list_->lineEdit()->selectAll();

@@ -5,8 +5,10 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTableView>
 #include <QTest>
+#include <QTextBlock>
 #include <QTimer>
 #include <QTimerEvent>
 #include <QToolButton>
@@ -17,6 +19,7 @@
 #include "common/FormKeys.h"
 #include "common/PropertyPage.h"
 #include "host/qt/QtText.h"
+#include "host/qt/ShownText.h"
 
 namespace kvo {
 namespace {
@@ -90,6 +93,7 @@ QtUser::QtUser(HeadlessPlatform& platform, Form& form) : platform_(platform) {
   }
   view_->onFailure = [this](const std::exception&) { failure_ = std::current_exception(); };
   window_->show();
+  Activate();
 }
 
 template <class Action>
@@ -98,6 +102,8 @@ void QtUser::Do(const Action& action) {
   failure_ = nullptr;
   action();
   QCoreApplication::processEvents();
+  // Of a list that was opened by the way, nothing is chosen.
+  if (QWidget* popup = QApplication::activePopupWidget()) popup->close();
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 
@@ -141,17 +147,26 @@ void QtUser::FocusByKeyboard(FormControl& control) {
 void QtUser::ClickInto(EditBox& box, std::size_t caret) {
   Do([&] {
     QWidget& widget = Reach(box);
-    const auto units =
-        ToQt(std::string_view(box.Text()).substr(0, CharacterOffset(box.Text(), caret))).size();
+    const auto* text = dynamic_cast<TextBox*>(&box);
+    const Lines lines = text != nullptr && text->MultiLine() ? Lines::many : Lines::one;
+    const int units = ShownText(box.Text(), lines, kQtStyle).ToWidget(caret);
     if (auto* area = dynamic_cast<QPlainTextEdit*>(&widget)) {
       QTextCursor cursor(area->document());
-      cursor.setPosition(static_cast<int>(units));
+      cursor.setPosition(units);
+      const QTextLine line = cursor.block().layout()->lineForTextPosition(cursor.positionInBlock());
+      area->verticalScrollBar()->setValue(cursor.block().firstLineNumber() + line.lineNumber());
       return ClickAt(*area->viewport(), area->cursorRect(cursor).center());
     }
     auto* combo = dynamic_cast<QComboBox*>(&widget);
+    if (combo != nullptr && !combo->isEditable()) Cannot(box, "only its rows can be chosen");
     QLineEdit& line = combo ? *combo->lineEdit() : As<QLineEdit>(widget);
+    const auto at = [&line](int x) { return line.cursorPositionAt({x, line.height() / 2}); };
+    // What does not show is gone to first. Lines scroll when they are painted.
+    line.repaint();
+    if (at(0) > units || at(line.width()) < units) line.setCursorPosition(units);
+    line.repaint();
     int x = 0;
-    while (x < line.width() && line.cursorPositionAt({x, line.height() / 2}) < units) ++x;
+    while (x < line.width() && at(x) < units) ++x;
     ClickAt(line, {x, line.height() / 2});
   });
 }
@@ -168,7 +183,8 @@ void QtUser::Type(std::string_view text) {
 void QtUser::TypeCharacter(std::string_view character) {
   Do([&] {
     QWidget& focused = FocusedWidget();
-    if (const auto* combo = dynamic_cast<QComboBox*>(&focused); combo && !combo->isEditable())
+    const auto* combo = dynamic_cast<QComboBox*>(&focused);
+    if (combo != nullptr && !combo->isEditable() && character != " ")
       throw CannotDo(FromQt(combo->objectName()) + ": only its rows can be chosen");
     const bool takesText = dynamic_cast<QLineEdit*>(&focused) ||
                            dynamic_cast<QPlainTextEdit*>(&focused) ||
@@ -188,8 +204,13 @@ void QtUser::Press(Key key) {
     if (target == nullptr || (dialogKey && !view_->isAncestorOf(target))) target = view_;
     const bool tab = key == Key::tab || key == Key::shiftTab;
     if (!tab && !dialogKey) target = &FocusedWidget();
+    // As a keyboard gives it, with a text that is no letter.
+    if (key == Key::selectAll)
+      return QTest::sendKeyEvent(QTest::Click, target, Qt::Key_A, QChar(1), Qt::ControlModifier);
+    const bool ofAllLines =
+        (key == Key::home || key == Key::end) && dynamic_cast<QPlainTextEdit*>(target);
     QTest::keyClick(target, QtKey(key),
-                    key == Key::selectAll  ? Qt::ControlModifier
+                    ofAllLines             ? Qt::ControlModifier
                     : key == Key::shiftTab ? Qt::ShiftModifier
                                            : Qt::NoModifier);
     if (tab && strip_ != nullptr && window_->focusWidget() == strip_)
@@ -208,12 +229,15 @@ void QtUser::ClickAt(QWidget& widget, const QPoint& position, Qt::KeyboardModifi
 }
 
 void QtUser::Click(FormControl& control) {
+  if (auto* box = dynamic_cast<TextBox*>(&control); box && box->MultiLine())
+    return ClickInto(*box, CharacterCount(box->Text()));
   Do([&] {
     QWidget* widget = &Reach(control);
     constexpr int kInBox = 6;  // where a check box or an option has its mark
     if (dynamic_cast<EditBox*>(&control) == nullptr)
       return ClickAt(*widget, {kInBox, widget->height() / 2});
-    if (auto* area = dynamic_cast<QPlainTextEdit*>(widget)) widget = area->viewport();
+    if (auto* list = dynamic_cast<QComboBox*>(widget); list && list->isEditable())
+      widget = list->lineEdit();
     ClickAt(*widget, widget->rect().bottomRight() - QPoint(2, widget->height() / 2));
   });
 }
@@ -228,6 +252,12 @@ void QtUser::ClickRow(Grid& grid, std::size_t row, Qt::KeyboardModifiers modifie
 
 void QtUser::SelectRows(Grid& grid, std::vector<std::size_t> rows) {
   Do([&] {
+    if (rows.empty()) {
+      auto& table = As<QTableView>(Reach(grid));
+      return ClickAt(*table.viewport(), table.viewport()->rect().bottomLeft() + QPoint(5, -2));
+    }
+    for (const std::size_t row : rows)
+      if (row >= grid.RowCount()) Cannot(grid, "has no row " + std::to_string(row));
     Qt::KeyboardModifiers modifiers;
     for (const std::size_t row : rows) {
       ClickRow(grid, row, modifiers);

@@ -24,6 +24,8 @@ class QtUser final : public FormUser {
   QtUser(HeadlessPlatform& platform, Form& form);
 
   FormView& View() { return *view_; }
+  // Brings the window to the front.
+  void Activate();
 
   void FocusByKeyboard(FormControl& control) override;
   void ClickInto(EditBox& box, std::size_t caret) override;
@@ -45,7 +47,6 @@ class QtUser final : public FormUser {
   // What a page's event throws comes out of it.
   template <class Action>
   void Do(const Action& action);
-  void Activate();
   QWidget& Reach(const FormControl& control);
   QWidget& FocusedWidget();
   void TypeCharacter(std::string_view character);

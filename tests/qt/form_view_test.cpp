@@ -118,6 +118,71 @@ TEST_F(Forms, AClickOnWhatIsChosenIsAClick) {
   EXPECT_EQ(form.rowClicks, 3);
 }
 
+TEST_F(Forms, ASelectionStaysWhenItsBoxIsLeft) {
+  form.txtName.Text("abc");
+  auto& line = Shown<QLineEdit>(form.txtName);
+  user.FocusByKeyboard(form.txtName);
+  user.Press(Key::selectAll);
+  user.Press(Key::tab);
+  EXPECT_FALSE(line.hasFocus());
+  EXPECT_EQ(form.txtName.SelLength(), 3U);
+  EXPECT_EQ(line.selectedText(), u"abc"_s);
+  // The window comes to the front: the box that has not the focus keeps its selection.
+  QEvent activated(QEvent::WindowActivate);
+  QCoreApplication::sendEvent(&line, &activated);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(form.txtName.SelLength(), 3U);
+  EXPECT_EQ(line.selectedText(), u"abc"_s);
+}
+
+TEST_F(Forms, ArrowKeysGoToTheEndsOfASelection) {
+  form.txtName.Text("abc");
+  user.FocusByKeyboard(form.txtName);
+  user.Press(Key::selectAll);
+  user.Press(Key::left);
+  EXPECT_EQ(form.txtName.SelStart(), 0U);
+  user.Press(Key::selectAll);
+  user.Press(Key::right);
+  EXPECT_EQ(form.txtName.SelStart(), 3U);
+}
+
+TEST_F(Forms, ArrowKeysDoNotLeaveButtons) {
+  for (FormControl* control : std::initializer_list<FormControl*>{&form.cmdFail, &form.chkA}) {
+    user.FocusByKeyboard(*control);
+    for (const Key key : {Key::left, Key::right, Key::up, Key::down}) user.Press(key);
+    EXPECT_EQ(form.Focused(), control) << control->Name();
+  }
+}
+
+TEST_F(Forms, AGridWithoutASelectedRowIsEnteredAtItsEnds) {
+  auto& first = form.suiRows.Add({.kind = ItemKind::entry, .caption = "eins", .key = "1"});
+  form.suiRows.Add({.kind = ItemKind::entry, .caption = "zwei", .key = "2"});
+  auto& last = form.suiRows.Add({.kind = ItemKind::entry, .caption = "drei", .key = "3"});
+  user.FocusByKeyboard(form.suiRows);
+  user.Press(Key::left);
+  EXPECT_EQ(form.suiRows.SelectedItem(), nullptr);
+  user.Press(Key::up);
+  EXPECT_EQ(form.suiRows.SelectedItem(), &last);
+  user.Press(Key::home);
+  EXPECT_EQ(form.suiRows.SelectedItem(), &first);
+}
+
+TEST_F(Forms, AChosenValueMayBeTypedOver) {
+  auto& list = form.suiRows.Add({.kind = ItemKind::list, .caption = "Liste", .key = "l"});
+  list.AddChoice("eins", 1);
+  user.Choose(list, "eins");
+  user.Type("x");
+  EXPECT_EQ(ToText(list.Value()), "x");
+  auto& color = form.suiRows.Add({.kind = ItemKind::color, .caption = "Farbe", .key = "c"});
+  form.onButton = [&] { color.Value("#FF0000"); };
+  user.ClickButton(color);
+  user.Type("y");
+  EXPECT_EQ(ToText(color.Value()), "y");
+  user.Press(Key::tab);
+  user.Press(Key::enter);
+  EXPECT_EQ(ToText(color.Value()), "#FF0000");
+}
+
 TEST_F(Forms, WidgetsAreNamedAsTheirControls) {
   EXPECT_EQ(Shown<QLineEdit>(form.txtName).objectName(), u"txtName"_s);
   EXPECT_EQ(Shown<QLineEdit>(form.txtName).accessibleName(), u"R&D && <b>x</b>"_s);
@@ -126,6 +191,7 @@ TEST_F(Forms, WidgetsAreNamedAsTheirControls) {
 }
 
 TEST_F(Forms, ProgrammaticChangesShowAndRaiseNoUserActions) {
+  form.log.clear();
   form.chkA.Value(true);
   EXPECT_TRUE(Shown<QCheckBox>(form.chkA).isChecked());
   EXPECT_EQ(form.log, std::vector<std::string>{"check"});  // by code, once
