@@ -328,7 +328,7 @@ void HeadlessUser::PressInValue(PropertyGridItem& item, Key key) {
   }
 }
 
-void HeadlessUser::EditSelectedValue(PropertyGridItem& item, const Part& replaced,
+void HeadlessUser::EditSelectedValue(PropertyGridItem& item, Part replaced,
                                      std::string_view typed) {
   typed = OneLine(typed);
   const std::size_t added = CharacterCount(typed);

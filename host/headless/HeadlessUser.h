@@ -64,7 +64,7 @@ class HeadlessUser final : public FormUser, public FormRenderer {
   void PressInList(ComboBox& list, Key key);
   void PressInGrid(PropertyGrid& grid, Key key);
   void PressInValue(PropertyGridItem& item, Key key);
-  void EditSelectedValue(PropertyGridItem& item, const Part& replaced, std::string_view typed);
+  void EditSelectedValue(PropertyGridItem& item, Part replaced, std::string_view typed);
   void SelectValue(const PropertyGrid& grid);
   void MoveToRow(PropertyGrid& grid, Key key);
   void PressDialogButton(CommandButton::Role role);

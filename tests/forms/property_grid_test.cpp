@@ -65,6 +65,7 @@ TEST_F(PropertyGrids, TypingBehindANumberMakesItAText) {
   user.Press(Key::selectAll);
   user.Press(Key::backspace);
   form.grid.Item("border").Value(2);
+  user.Press(Key::end);
   user.Type("px");
   EXPECT_EQ(form.grid.Item("border").Value(), Variant("2px"));
 }

@@ -91,7 +91,6 @@ std::string Tell(const Story& story, const Renderer& renderer) {
   out << "  " << headless.event << '\n';
   if (headless.event != rendered.event) out << "  rendered: " << rendered.event << '\n';
   TellLines(out, headless.state, rendered.state);
-  for (auto& s : both.rendered) out << "TRACE " << s.event << "\n" << s.state;
   out << "  as bytes: " << Escaped(story.Bytes()) << '\n';
   return out.str();
 }
