@@ -246,12 +246,11 @@ struct CommandLine::Parts {
       words.emplace_back("--help");
     }
     // The parser would take the next word for the value that is missing here.
-    const auto options = std::ranges::subrange(words.begin(), std::ranges::find(words, "--"));
-    if (const auto cut = std::ranges::find_if(
-            options,
-            [](const auto& word) { return word.starts_with("--") && word.ends_with('='); });
-        cut != options.end())
-      throw EmptyValue(cut->substr(0, cut->size() - 1), words.front());
+    const auto end = std::ranges::find(words, "--");
+    const auto cut = std::find_if(words.begin(), end, [](const std::string& word) {
+      return word.starts_with("--") && word.ends_with('=');
+    });
+    if (cut != end) throw EmptyValue(cut->substr(0, cut->size() - 1), words.front());
     std::ranges::for_each(words, Guard);
     std::ranges::reverse(words);  // as the parser takes them
     try {

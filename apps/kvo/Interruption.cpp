@@ -23,7 +23,7 @@ void CleanUpWhenEnded() {
     struct sigaction action {};
     action.sa_handler = CleanUp;
     // The handler is taken away before it runs, and the signal can reach the program in it.
-    action.sa_flags = SA_RESETHAND | SA_NODEFER;
+    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
     sigemptyset(&action.sa_mask);
     sigaction(signal, &action, nullptr);
   }

@@ -407,8 +407,10 @@ std::string ReadRegularFile(const std::string& file, std::size_t most) {
 
 std::unique_ptr<Output> OpenOutput(const std::string& file) {
   if (file == kStandardStream) return std::make_unique<HeldBack>(file, Descriptor(), STDOUT_FILENO);
-  const auto [target, descriptor] = TargetOf(file);
-  if (descriptor >= 0) return std::make_unique<HeldBack>(file, Descriptor(), descriptor);
+  const Target leadsTo = TargetOf(file);
+  if (leadsTo.descriptor >= 0)
+    return std::make_unique<HeldBack>(file, Descriptor(), leadsTo.descriptor);
+  const std::string& target = leadsTo.path;
   struct stat status;
   const bool exists = stat(target.c_str(), &status) == 0;
   if (!exists && errno != ENOENT) Throw(errno, Doing::writing, file);
