@@ -11,6 +11,8 @@
 
 namespace kvo::page {
 
+inline constexpr std::size_t kObjectTag = std::string_view("<object").size();
+
 class OurElements {
  public:
   // Looks at [from, to) of a page, or of another text that is followed by a NUL.
