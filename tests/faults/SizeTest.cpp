@@ -207,6 +207,28 @@ TEST_F(Counted, UnknownFieldsAreNotComparedWithAllKnownOnes) {
   ExpectAtMostTenTimes(less, workOf(4'000));
 }
 
+TEST_F(Counted, TextsThatLookLikeFieldsAndConditionsTakeNoMoreThanTheirLength) {
+  Write("office.json",
+        R"({"contactFields": [{"sqlName": "Email", "displayName": "x", "dataType": 0}]})");
+  const auto inTest = [](const std::string& text) {
+    return ControlElement("DTCIf", {{"test", text}, {"on-true", text}});
+  };
+  for (const std::string part : {"#customer.", "#customer.a", "<kv:contact ", "<kv:contact field=",
+                                 "<kv:contact field='", "#customer.Nix#", "'(a==1)", "#a#==1 "}) {
+    SCOPED_TRACE(part);
+    const std::string escaped =
+        part.front() == '<' ? "kv:@lt;" + part.substr(1) : part;  // no control in a control
+    for (const bool control : {false, true}) {
+      const auto workOf = [&](int count) {
+        Write("x.html", control ? inTest(Times(count, escaped)) : Times(count, part));
+        return WorkOf({"check", "x.html"}, {0, 1});
+      };
+      const Work less = workOf(4'000);
+      ExpectAtMostTenTimes(less, workOf(40'000));
+    }
+  }
+}
+
 // The program as it is built here, under the sanitizers perhaps.
 TEST_P(Size, LittleStackIsEnoughForSmallerOnesToo) {
   const Shape& shape = GetParam();
