@@ -98,7 +98,7 @@ class Memory : public ::testing::Test {
   PlatformScope scope_{platform_};
 };
 
-std::string Told(const page::Problems& problems) {
+std::string TextOf(const page::Problems& problems) {
   std::string text;
   for (const page::Problem& problem : problems)
     text += page::Describe(problem, "x.html", Language::english) + '\n';
@@ -112,7 +112,7 @@ TEST_F(Memory, SavingAndPublishing) {
   WithEachAllocationFailing(
       [&] {
         page::StringSink sink;
-        const std::string told = Told(page::Save(page, sink));
+        const std::string told = TextOf(page::Save(page, sink));
         return told + sink.Text();
       },
       same);
@@ -120,7 +120,7 @@ TEST_F(Memory, SavingAndPublishing) {
   WithEachAllocationFailing(
       [&] {
         page::StringSink sink;
-        const std::string told = Told(page::Publish(page, sink));
+        const std::string told = TextOf(page::Publish(page, sink));
         return told + sink.Text();
       },
       same);
@@ -133,7 +133,7 @@ TEST_F(Memory, ReadingAPageAndChangingAControlOfIt) {
   WithEachAllocationFailing([&] {
     const Page page(bytes);
     page::StringSink sink;
-    const std::string told = Told(page::Save(page, sink, {.edit = &edit}));
+    const std::string told = TextOf(page::Save(page, sink, {.edit = &edit}));
     return told + sink.Text();
   });
   EXPECT_GT(failures_, 200);
@@ -143,7 +143,7 @@ TEST_F(Memory, InspectingAndChecking) {
   const Page page(PageOfAllClasses() + "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\">");
   WithEachAllocationFailing([&] {
     const page::Inspection inspection = page::Inspect(page);
-    std::string text = Told(inspection.problems);
+    std::string text = TextOf(inspection.problems);
     for (const page::FoundControl& found : inspection.controls)
       for (const auto& [key, value] : found.bag) text += key + '=' + value + '\n';
     return text;
@@ -152,9 +152,9 @@ TEST_F(Memory, InspectingAndChecking) {
   const auto office = std::make_shared<office::Office>(
       office::Office::Description{{{kLong, kLong, 0}}, {{kLong, kLong, 0}}, {}});
   for (const RegisteredControl& registered : RegisteredControls()) {
-    const Page one(ElementOf(registered.contract(), 1));
+    const Page one(ElementOf(registered.contract(), 1) + "#customer.X#<kv:order field='X'/>");
     SCOPED_TRACE(registered.contract().name);
-    WithEachAllocationFailing([&] { return Told(check::CheckPage(one, office)); });
+    WithEachAllocationFailing([&] { return TextOf(check::CheckPage(one, office)); });
     if (HasFatalFailure()) return;
   }
   EXPECT_GT(failures_, 200);
