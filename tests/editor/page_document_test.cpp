@@ -49,7 +49,11 @@ TEST_F(PageDocumentTest, HoldsWhatWasLoaded) {
 }
 
 TEST_F(PageDocumentTest, NothingOutsideAnEditChanges) {
-  const std::string before = "eins\r\nzwei\n\xFF\rdrei " + Print("a", "1");
+  // A mark says that it is in UTF-8, whatever bytes it holds.
+  const std::string before =
+      "\xEF\xBB\xBF"
+      "eins\r\nzwei\n\xFF\rdrei " +
+      Print("a", "1");
   const std::string after = " vier\r\nfünf\x01\n" + Print("b", "2") + "\r";
   Load(before + after);
   const int place = static_cast<int>(PageText(before).Text().size());
