@@ -11,8 +11,6 @@
 
 namespace kvo::page {
 
-inline constexpr std::size_t kObjectTag = std::string_view("<object").size();
-
 class OurElements {
  public:
   // Looks at [from, to) of a page, or of another text that is followed by a NUL.
