@@ -135,10 +135,8 @@ Message SpanCommentNeverEnds() {
 
 Message MissingEnd(std::string_view endComment) {
   const std::string comment(endComment);
-  return {"Der Endekommentar fehlt. Ergänzen Sie " + comment +
-              " hinter dem Text des Controls, oder löschen Sie den Anfangskommentar.",
-          "The end comment is missing. Add " + comment +
-              " behind the control's text, or delete the start comment."};
+  return {"Der Endekommentar fehlt. Ergänzen Sie " + comment + " hinter dem Text des Controls.",
+          "The end comment is missing. Add " + comment + " behind the control's text."};
 }
 
 namespace {
