@@ -46,6 +46,8 @@ class Form : public Container {
   friend class FormControl;
   friend class FormRenderer;
 
+  // The user typed into one of its inputs, chose, clicked or deleted something; before the event.
+  virtual void Touched() {}
   // The user closes the window by its own button.
   virtual void Closing() { Unload(); }
 

@@ -21,6 +21,7 @@ void FormRenderer::Edit(EditBox& box, std::size_t start, std::size_t length,
   if (!box.IsEditable()) return;
   if (!box.HoldsLineBreaks()) typed = OneLine(typed);
   if (length == 0 && typed.empty()) return;
+  Touch(box);
   box.Replace(start, length, typed);
   box.TextTyped();
 }
@@ -31,13 +32,20 @@ void FormRenderer::Select(EditBox& box, std::size_t start, std::size_t length) {
 }
 
 void FormRenderer::Choose(ComboBox& box, int row) {
+  Touch(box);
   box.ListIndex(row);
   // In front of a text that was there already, too.
   if (box.SelStart() != 0 || box.SelLength() != 0) box.SelStart(0);
   if (box.onClick_) box.onClick_(box);
 }
 
+void FormRenderer::Click(CheckBox& box) {
+  Touch(box);
+  box.Value(!box.Value());
+}
+
 void FormRenderer::Click(OptionButton& button) {
+  Touch(button);
   if (!button.Value())
     button.Value(true);
   else if (button.onClick_)
@@ -45,6 +53,7 @@ void FormRenderer::Click(OptionButton& button) {
 }
 
 void FormRenderer::Click(CommandButton& button) {
+  Touch(button);
   if (button.onClick_) button.onClick_(button);
 }
 
@@ -65,23 +74,32 @@ bool FormRenderer::TakesText(const PropertyGridItem& item) {
 }
 
 void FormRenderer::EditValue(PropertyGridItem& item, std::string_view typed) {
-  if (TakesText(item)) item.Value(typed);
+  if (!TakesText(item)) return;
+  Touch(item.Grid());
+  item.Value(typed);
 }
 
 void FormRenderer::AppendToValue(PropertyGridItem& item, std::string_view typed) {
-  if (TakesText(item)) item.Append(typed);
+  if (!TakesText(item)) return;
+  Touch(item.Grid());
+  item.Append(typed);
 }
 
 void FormRenderer::ChooseValue(PropertyGridItem& item, const PropertyGridItem& choice) {
-  if (item.Enabled()) item.Value(choice.Caption());
+  if (!item.Enabled()) return;
+  Touch(item.Grid());
+  item.Value(choice.Caption());
 }
 
 void FormRenderer::ClickButton(PropertyGridItem& item) {
   const bool button = item.Kind() == ItemKind::color || item.Kind() == ItemKind::button;
-  if (button && item.Enabled() && item.Grid().onButtonClick_) item.Grid().onButtonClick_(item);
+  if (!button || !item.Enabled()) return;
+  Touch(item.Grid());
+  if (item.Grid().onButtonClick_) item.Grid().onButtonClick_(item);
 }
 
 void FormRenderer::PressDelete(PropertyGrid& grid) {
+  Touch(grid);
   if (grid.onDeleteKey_) grid.onDeleteKey_(grid);
 }
 
@@ -95,6 +113,7 @@ void FormRenderer::SelectRows(Grid& grid, std::vector<std::size_t> rows) {
 }
 
 void FormRenderer::DoubleClick(Grid& grid) {
+  Touch(grid);
   if (grid.onDblClick_) grid.onDblClick_(grid);
 }
 

@@ -46,7 +46,7 @@ class FormRenderer {
   static void Edit(EditBox& box, std::size_t start, std::size_t length, std::string_view typed);
   static void Select(EditBox& box, std::size_t start, std::size_t length);
   static void Choose(ComboBox& box, int row);
-  static void Click(CheckBox& box) { box.Value(!box.Value()); }
+  static void Click(CheckBox& box);
   static void Click(OptionButton& button);
   static void Click(CommandButton& button);
   static void SelectTab(TabControl& tabs, std::size_t tab) { tabs.SelectedTab(tab); }
@@ -69,6 +69,8 @@ class FormRenderer {
   friend class Form;
   friend class FormControl;
   friend class PropertyGrid;
+  static void Touch(const FormControl& control) { control.Parent().OwnerForm().Touched(); }
+
   Form& form_;
 };
 

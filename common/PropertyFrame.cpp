@@ -8,8 +8,11 @@ namespace kvo {
 
 PropertyFrame::PropertyFrame(Window& window, std::string caption, std::vector<ObjectRef> objects,
                              const std::vector<std::string>& pageClasses,
-                             const PageFactory& factory)
-    : window_(window), caption_(std::move(caption)), objects_(std::move(objects)) {
+                             const PageFactory& factory, Applies applies)
+    : window_(window),
+      caption_(std::move(caption)),
+      applies_(applies),
+      objects_(std::move(objects)) {
   for (const std::string& pageClass : pageClasses) {
     tabs_.push_back({factory(pageClass)});
     if (tabs_.back().page == nullptr)
@@ -20,7 +23,7 @@ PropertyFrame::PropertyFrame(Window& window, std::string caption, std::vector<Ob
 
 void PropertyFrame::Fill(Tab& tab) {
   try {
-    tab.filled = false;
+    tab.filled = tab.touched = false;
     tab.page->Select(objects_);
     tab.filled = true;
   } catch (const std::exception& error) {
@@ -41,18 +44,25 @@ void PropertyFrame::Select(std::vector<ObjectRef> objects) {
     if (tab.shown) Fill(tab);
 }
 
-bool PropertyFrame::CanApply() const {
+bool PropertyFrame::IsToApply(const Tab& tab) const {
   // A page that could not be filled has nothing that may be written.
-  return std::ranges::any_of(tabs_,
-                             [](const Tab& tab) { return tab.filled && tab.page->Changed(); });
+  if (!tab.filled) return false;
+  return tab.page->Changed() || (applies_ == Applies::markedOrTouched && tab.touched);
+}
+
+std::size_t PropertyFrame::PagesToApply() const {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(tabs_, [this](const Tab& tab) { return IsToApply(tab); }));
 }
 
 bool PropertyFrame::Apply() {
   for (std::size_t at = 0; at < tabs_.size(); ++at) {
     Tab& tab = tabs_[at];
-    if (!tab.filled || !tab.page->Changed()) continue;
+    if (!IsToApply(tab)) continue;
     try {
       tab.page->Apply();
+      tab.touched = false;
+      StatusChanged(*tab.page);
     } catch (const std::exception& error) {
       shown_ = at;
       window_.ShowError(*tab.page, error);
@@ -80,6 +90,12 @@ void PropertyFrame::StatusChanged(PropertyPage&) {
   if (couldApply_ == CanApply()) return;
   couldApply_ = !couldApply_;
   window_.ApplyEnabledChanged();
+}
+
+void PropertyFrame::Touched(PropertyPage& page) {
+  for (Tab& tab : tabs_)
+    if (tab.page.get() == &page) tab.touched = true;
+  StatusChanged(page);
 }
 
 }  // namespace kvo

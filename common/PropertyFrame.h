@@ -29,10 +29,15 @@ class PropertyFrame final : private PropertyPageSite {
     virtual void Closed() = 0;
   };
 
+  // Which pages there is something to apply of: those that marked themselves changed, or also those
+  // in which the user touched an input since they were filled or applied.
+  enum class Applies { marked, markedOrTouched };
+
   // `window` has to outlive the frame. RuntimeError 429 when the factory does not know a page.
   // Call Show once the window stands.
   PropertyFrame(Window& window, std::string caption, std::vector<ObjectRef> objects,
-                const std::vector<std::string>& pageClasses, const PageFactory& factory);
+                const std::vector<std::string>& pageClasses, const PageFactory& factory,
+                Applies applies = Applies::marked);
 
   const std::string& Caption() const { return caption_; }
   std::size_t PageCount() const { return tabs_.size(); }
@@ -48,10 +53,11 @@ class PropertyFrame final : private PropertyPageSite {
   // not be filled before.
   void Select(std::vector<ObjectRef> objects);
 
-  // Whether a page is changed.
-  bool CanApply() const;
-  // Applies the changed pages in the order of their tabs, and only those. The first that fails is
-  // shown and stays changed; the answer is then false.
+  // How many pages there are to apply, and whether there is one.
+  std::size_t PagesToApply() const;
+  bool CanApply() const { return PagesToApply() > 0; }
+  // Applies these pages in the order of their tabs, and only those. The first that fails is
+  // shown and stays to be applied; the answer is then false.
   bool Apply();
   // Applies and closes; stays open when a page fails.
   bool Ok();
@@ -63,13 +69,17 @@ class PropertyFrame final : private PropertyPageSite {
     std::unique_ptr<PropertyPage> page;
     bool shown = false;  // once at least
     bool filled = false;
+    bool touched = false;
   };
   void StatusChanged(PropertyPage& page) override;
+  void Touched(PropertyPage& page) override;
+  bool IsToApply(const Tab& tab) const;
   void Fill(Tab& tab);
   void Close();
 
   Window& window_;
   std::string caption_;
+  Applies applies_;
   std::vector<ObjectRef> objects_;
   std::vector<Tab> tabs_;
   std::size_t shown_ = 0;

@@ -17,6 +17,8 @@ class PropertyPage;
 class PropertyPageSite {
  public:
   virtual void StatusChanged(PropertyPage& page) = 0;
+  // The user touched one of the page's inputs, whether or not that marks the page.
+  virtual void Touched(PropertyPage& /*page*/) {}
 
  protected:
   ~PropertyPageSite() = default;
@@ -93,6 +95,9 @@ class PropertyPage : public Form {
   virtual void Initialize() {}
   virtual void SelectionChanged() = 0;
   virtual void ApplyChanges() = 0;
+  void Touched() final {
+    if (site_ != nullptr) site_->Touched(*this);
+  }
 
   std::vector<ObjectRef> selected_;
   PropertyPageSite* site_ = nullptr;

@@ -1,6 +1,7 @@
 #include "host/qt/PropertyFrameDialog.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QShortcut>
 #include <QTabWidget>
@@ -32,8 +33,10 @@ PropertyFrameDialog::PropertyFrameDialog(std::string_view caption, std::vector<O
                                          const std::vector<std::string>& pages,
                                          const PageFactory& factory, QWidget* parent)
     : QDialog(parent),
-      frame_(*this, std::string(caption), std::move(objects), pages, factory),
+      frame_(*this, std::string(caption), std::move(objects), pages, factory,
+             PropertyFrame::Applies::markedOrTouched),
       tabs_(new QTabWidget),
+      note_(new QLabel),
       views_(frame_.PageCount()) {
   LoadTahoma();
   setFont(QtFont({}));
@@ -48,6 +51,11 @@ PropertyFrameDialog::PropertyFrameDialog(std::string_view caption, std::vector<O
   auto* layout = new QVBoxLayout(this);
   layout->setSizeConstraint(QLayout::SetFixedSize);
   layout->addWidget(tabs_);
+  note_->setObjectName("note");
+  note_->setTextFormat(Qt::PlainText);
+  note_->setWordWrap(true);
+  note_->hide();
+  layout->addWidget(note_);
   layout->addWidget(MakeButtons());
   connect(tabs_, &QTabWidget::currentChanged, this, [this](int tab) { ShowTab(tab); });
   if (frame_.PageCount() > 0) ShowTab(0);
@@ -63,6 +71,12 @@ PropertyFrameDialog::PropertyFrameDialog(std::string_view caption, std::vector<O
 // The views end before their pages.
 PropertyFrameDialog::~PropertyFrameDialog() {
   for (const FormView* view : views_) delete view;
+}
+
+void PropertyFrameDialog::Note(const QString& note) {
+  note_->setText(note);
+  note_->setFixedWidth(tabs_->sizeHint().width());
+  note_->setVisible(!note.isEmpty());
 }
 
 QWidget* PropertyFrameDialog::MakeButtons() {
@@ -117,18 +131,11 @@ bool PropertyFrameDialog::IsBusy() const {
   return std::ranges::any_of(views_, [](const FormView* view) { return view && view->IsBusy(); });
 }
 
-std::size_t PropertyFrameDialog::ChangedPages() const {
-  std::size_t count = 0;
-  for (std::size_t tab = 0; tab < frame_.PageCount(); ++tab)
-    if (frame_.IsFilled(tab) && frame_.Page(tab).Changed()) ++count;
-  return count;
-}
-
 void PropertyFrameDialog::ApplyThen(bool close) {
   if (IsBusy()) return;
-  const std::size_t changed = ChangedPages();
+  const std::size_t before = frame_.PagesToApply();
   const bool applied = frame_.Apply();
-  if (ChangedPages() < changed && onApplied) onApplied();
+  if (frame_.PagesToApply() < before && onApplied) onApplied();
   if (!applied || !close) return;
   result_ = Accepted;
   frame_.Ok();

@@ -105,6 +105,7 @@ void QtPlatform::ShowPropertyFrame(WindowHandle owner, std::string_view caption,
   auto dialog = std::make_unique<PropertyFrameDialog>(
       caption, std::vector<ObjectRef>{std::move(object)}, pages, pages_, parent);
   dialog->onApplied = onApplied;
+  dialog->Note(frameNote);
   if (parent != nullptr) dialog->move(parent->mapToGlobal(QPoint(0, 0)));
   Execute(std::move(dialog));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <functional>
 
 #include "common/Platform.h"
@@ -18,6 +19,7 @@ class QtPlatform : public Platform {
   std::function<ObjectRef()> recordsets;
   // Handed to the property frames.
   std::function<void()> onApplied;
+  QString frameNote;
 
   void ShowMessage(WindowHandle owner, std::string_view text) override;
   std::optional<std::string> InputPrompt(std::string_view prompt, std::string_view title) override;

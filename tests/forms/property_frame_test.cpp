@@ -45,6 +45,32 @@ class TextPage final : public PropertyPage {
   std::vector<std::string>& log_;
 };
 
+// Never marks itself changed.
+class QuietPage final : public PropertyPage {
+ public:
+  QuietPage() : PropertyPage("Still") {}
+  KVO_CONTROL(TextBox, txtText, .at = {0, 0, 900, 300});
+  KVO_CONTROL(ComboBox, cboList, .at = {0, 300, 900, 300});
+  KVO_CONTROL(CheckBox, chkFlag, .at = {0, 600, 900, 300});
+  KVO_CONTROL(OptionButton, optOne, .at = {0, 900, 900, 300});
+  KVO_CONTROL(CommandButton, cmdAdd, .at = {0, 1200, 900, 300});
+  KVO_CONTROL(PropertyGrid, suiRows, .at = {0, 1500, 900, 900});
+  KVO_CONTROL(Grid, gdRows, .at = {0, 2400, 900, 900});
+  KVO_CONTROL(Timer, timerIdle, .interval = 100);
+  int applied = 0;
+
+ private:
+  void Initialize() override {
+    cboList.AddItem("eins");
+    suiRows.Add({.kind = ItemKind::text, .key = "text"});
+    suiRows.Add({.kind = ItemKind::button, .key = "button"});
+    suiRows.Add({.kind = ItemKind::list, .key = "list"}).AddChoice("a", "a");
+    suiRows.Add({.kind = ItemKind::text, .key = "grey", .enabled = false});
+  }
+  void SelectionChanged() override { timerIdle.Start(100); }
+  void ApplyChanges() override { ++applied; }
+};
+
 class RecordingWindow final : public PropertyFrame::Window {
  public:
   void ApplyEnabledChanged() override { ++applyChanges; }
@@ -180,6 +206,102 @@ TEST_F(Frames, APageThatWasNeverShownIsNotFilledByASelection) {
   frame.Select({subject});
   EXPECT_TRUE(second.empty());
   EXPECT_FALSE(frame.IsFilled(1));
+}
+
+// What the user does to a page that does not mark itself.
+class TouchedFrames : public testing::Test {
+ protected:
+  TouchedFrames() { frame.Show(0); }
+
+  // Whether that makes the page one to apply; it is applied then.
+  bool Counts(const std::function<void(HeadlessUser&)>& act) {
+    HeadlessUser user(platform, *page);
+    act(user);
+    const bool counts = frame.CanApply();
+    const int before = page->applied;
+    EXPECT_TRUE(frame.Apply());
+    EXPECT_EQ(page->applied - before, counts ? 1 : 0);
+    EXPECT_FALSE(frame.CanApply());
+    return counts;
+  }
+
+  HeadlessPlatform platform;
+  PlatformScope scope{platform};
+  RecordingWindow window;
+  QuietPage* page = nullptr;
+  const PageFactory factory = [this](std::string_view) {
+    auto made = std::make_unique<QuietPage>();
+    page = made.get();
+    return made;
+  };
+  const std::shared_ptr<Subject> subject = std::make_shared<Subject>();
+  PropertyFrame frame{window, "Probe", {subject},
+                      {"x"},  factory, PropertyFrame::Applies::markedOrTouched};
+};
+
+TEST_F(TouchedFrames, WhateverTheUserTypesChoosesClicksOrDeletesIsToBeApplied) {
+  EXPECT_TRUE(Counts([&](HeadlessUser& user) {
+    user.ClickInto(page->txtText, 0);
+    user.Type("a");
+  }));
+  EXPECT_TRUE(Counts([&](HeadlessUser& user) {
+    user.FocusByKeyboard(page->txtText);
+    user.Press(Key::del);
+    user.Press(Key::backspace);
+    user.Type("b");
+  }));
+  EXPECT_TRUE(Counts([&](HeadlessUser& user) { user.Choose(page->cboList, 0); }));
+  EXPECT_TRUE(Counts([&](HeadlessUser& user) { user.Choose(page->cboList, 0); }));  // once more
+  EXPECT_TRUE(Counts([&](HeadlessUser& user) { user.Click(page->chkFlag); }));
+  EXPECT_TRUE(Counts([&](HeadlessUser& user) { user.Click(page->optOne); }));
+  EXPECT_TRUE(Counts([&](HeadlessUser& user) { user.Click(page->cmdAdd); }));
+  PropertyGrid& rows = page->suiRows;
+  EXPECT_TRUE(Counts([&](HeadlessUser& user) {
+    user.SelectItem(rows.Item("text"));
+    user.Type("c");
+  }));
+  EXPECT_TRUE(Counts([&](HeadlessUser& user) { user.ClickButton(rows.Item("button")); }));
+  EXPECT_TRUE(Counts([&](HeadlessUser& user) { user.Choose(rows.Item("list"), "a"); }));
+  EXPECT_TRUE(Counts([&](HeadlessUser& user) {
+    user.SelectItem(rows.Item("list"));
+    user.Press(Key::del);
+  }));
+}
+
+TEST_F(TouchedFrames, LookingAtAPageTouchesNothing) {
+  EXPECT_FALSE(Counts([&](HeadlessUser& user) {
+    user.FocusByKeyboard(page->txtText);
+    user.Press(Key::selectAll);
+    user.Press(Key::right);
+    user.Press(Key::tab);
+    user.SelectItem(page->suiRows.Item("text"));
+    user.Tick(page->timerIdle);
+  }));
+  EXPECT_FALSE(Counts([&](HeadlessUser&) {
+    page->txtText.Text("from code");
+    page->chkFlag.Value(!page->chkFlag.Value());
+  }));
+  EXPECT_EQ(window.applyChanges, 0);
+}
+
+TEST_F(TouchedFrames, ANewSelectionForgetsWhatWasTouched) {
+  HeadlessUser(platform, *page).Click(page->cmdAdd);
+  EXPECT_TRUE(frame.CanApply());
+  EXPECT_EQ(window.applyChanges, 1);
+  frame.Select({std::make_shared<Subject>()});
+  EXPECT_FALSE(frame.CanApply());
+  EXPECT_EQ(window.applyChanges, 2);
+  EXPECT_TRUE(frame.Ok());
+  EXPECT_EQ(page->applied, 0);
+}
+
+TEST_F(TouchedFrames, AFrameThatGoesByThePagesMarkDoesNotCountIt) {
+  PropertyFrame marked(window, "Probe", {subject}, {"x"}, factory);
+  marked.Show(0);
+  HeadlessUser(platform, *page).Click(page->cmdAdd);
+  EXPECT_FALSE(marked.CanApply());
+  EXPECT_TRUE(marked.Ok());
+  EXPECT_EQ(page->applied, 0);
 }
 
 TEST_F(Frames, AnUnknownPageIsAnError) {

@@ -9,6 +9,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+#include <QTreeView>
 
 #include "common/RuntimeError.h"
 #include "host/qt/Messages.h"
@@ -119,6 +120,45 @@ TEST_F(FrameDialogs, ApplyIsEnabledByAChange) {
   EXPECT_FALSE(dialog->isVisible());
   EXPECT_EQ(dialog->result(), QDialog::Accepted);
   EXPECT_EQ(ToText((*object)["ClickId"]), "news");
+}
+
+// Typing a width does not mark the page.
+TEST_F(FrameDialogs, WhatIsTypedIntoABoxThatDoesNotMarkItsPageIsApplied) {
+  const auto list = FindControlByName("DTCProductList")->contract().create();
+  OpenOn(list, {"propProdListGeneral"});
+  EXPECT_FALSE(Button("cmdApply").isEnabled());
+  QTest::mouseClick(&Line("txtTableWidth"), Qt::LeftButton);
+  EXPECT_FALSE(Button("cmdApply").isEnabled());
+  QTest::keyClicks(&Line("txtTableWidth"), "7");
+  EXPECT_FALSE(dialog->Frame().Page(0).Changed());
+  EXPECT_TRUE(Button("cmdApply").isEnabled());
+  Press("cmdApply");
+  EXPECT_FALSE(Button("cmdApply").isEnabled());
+  EXPECT_EQ(ToText(list->Get("TableWidth")), "7");
+  QTest::keyClicks(&Line("txtTableWidth"), "8");
+  Press("cmdOk");
+  EXPECT_EQ(ToText(list->Get("TableWidth")), "8");  // the box selects itself
+  EXPECT_EQ(applied, 2);
+}
+
+// The attributes page is not marked after it was applied.
+TEST_F(FrameDialogs, WhatIsTypedAfterAnApplyIsAppliedToo) {
+  const auto element = FindControlByName("DTCElement")->contract().create();
+  const auto attributes = std::make_shared<Collection>();
+  attributes->Add("class|");
+  element->Let("AttributesCollection", ObjectRef(attributes));
+  OpenOn(element, {"propGeneralAttributes"});
+  Press("cmdApply");
+  auto* grid = dialog->findChild<QTreeView*>();
+  ASSERT_NE(grid, nullptr);
+  QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                    grid->visualRect(grid->model()->index(0, 1)).center());
+  EXPECT_FALSE(Button("cmdApply").isEnabled());
+  QTest::keyClicks(QApplication::focusWidget(), "neu");
+  EXPECT_FALSE(dialog->Frame().Page(0).Changed());
+  EXPECT_TRUE(Button("cmdApply").isEnabled());
+  Press("cmdOk");
+  EXPECT_EQ(ToText(ToObject(element->Get("AttributesCollection"))->Item(1)), "class|neu");
 }
 
 TEST_F(FrameDialogs, ACancelledEditIsLost) {
