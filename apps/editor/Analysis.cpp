@@ -139,6 +139,7 @@ Analysis Analyse(const AnalysisRequest& request) {
   if (request.office != nullptr) office = std::make_shared<office::Office>(*request.office);
   for (page::Problem& problem : check::CheckPage(page, office)) {
     const int position = places.PositionOf(problem.offset);
+    problem.place = places.PlaceOf(position);
     analysis.hasErrors |= problem.severity == page::Severity::error;
     analysis.problems.push_back({position, std::move(problem)});
   }

@@ -30,7 +30,7 @@ struct OutlineEntry {
 
 struct ProblemEntry {
   int position = 0;
-  page::Problem problem;
+  page::Problem problem;  // its place is the one in the source view
 };
 
 // How a text came out of the one before: the characters between two equal ends.

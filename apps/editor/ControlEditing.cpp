@@ -10,12 +10,26 @@
 #include "host/registration/classes.h"
 
 namespace kvo::editor {
+namespace {
+
+bool HoldsOffice(const Control& control) {
+  return control.Class().FindProperty("Office") != nullptr;
+}
+
+}  // namespace
 
 std::shared_ptr<Control> ControlEditing::Load(int position) const {
   std::shared_ptr<Control> control = page_.SourceAt(position).Load();
-  if (office_ != nullptr && control->Class().FindProperty("Office") != nullptr)
-    control->Let("Office", office_);
+  if (office_ != nullptr && HoldsOffice(*control)) control->Let("Office", ObjectRef(office_));
   return control;
+}
+
+QString ControlEditing::NoteFor(const Control& control) const {
+  if (office_ == nullptr || !HoldsOffice(control)) return {};
+  if (officeFile_.isEmpty()) return Said(words::kNoOffice);
+  const office::Office::Description& described = office_->Described();
+  if (!described.contactFields.empty() || !described.orderFields.empty()) return {};
+  return Said(words::kNoFields, {officeFile_});
 }
 
 std::shared_ptr<Control> ControlEditing::Fresh(const ControlClass& contract) const {
@@ -31,12 +45,21 @@ void ControlEditing::OpenPages(int position, bool doubleClicked) {
   try {
     const std::shared_ptr<Control> control = Load(position);
     const QString step = Said(words::kPagesStep, {NameAt(position)});
-    const auto applied = [this, position, control, step] { Store(position, *control, step); };
+    bool taken = false;
+    const auto applied = [this, position, &control, &step, &taken] {
+      Store(position, *control, step);
+      taken = true;
+    };
+    const QString note = NoteFor(*control);
     platform_.onApplied = applied;
+    platform_.frameNote = note;
     const auto handled =
         doubleClicked && control->DblClick(static_cast<WindowHandle>(window_.winId()));
     platform_.onApplied = nullptr;
-    if (handled) return;
+    if (handled) {
+      if (taken) source_.StandBehind(position);
+      return;
+    }
     const auto pages = control->PropertyPages();
     if (!pages || pages->empty()) {
       ShowMessageBox(&window_, Said(words::kNoPages, {NameAt(position)}));
@@ -44,7 +67,9 @@ void ControlEditing::OpenPages(int position, bool doubleClicked) {
     }
     PropertyFrameDialog frame(FromQt(step), {control}, *pages, CreatePage, &window_);
     frame.onApplied = applied;
-    frame.exec();
+    frame.Note(note);
+    // What is typed next does not replace the control.
+    if (frame.exec() == QDialog::Accepted || taken) source_.StandBehind(position);
   } catch (const std::exception& failure) {
     platform_.onApplied = nullptr;
     Complain(failure);
@@ -81,15 +106,17 @@ void ControlEditing::Insert(const Tool& tool) {
     constexpr std::string_view kPrefix = "DTC";
     std::string_view name = tool.contract->name;
     if (name.starts_with(kPrefix)) name.remove_prefix(kPrefix.size());
-    const QByteArray element =
-        ControlSource::Element(*page::Load(*tool.contract, tool.bag),
-                               page_.FreeId(std::string(name)), page_.Content().Encoding());
+    const std::shared_ptr<Control> fresh = page::Load(*tool.contract, tool.bag);
+    const QByteArray element = ControlSource::Element(*fresh, page_.FreeId(std::string(name)),
+                                                      page_.Content().Encoding());
     PageText control;
     control.Replace(0, 0, QStringView(&kEmbeddedCharacter, 1),
                     {{Embedded::Kind::control, 0, element}});
     QTextCursor cursor = source_.textCursor();
     page_.Insert(cursor, control, Said(words::kInsertStep, {ToQt(tool.caption)}));
-    source_.SelectControl(cursor.position() - 1);
+    source_.StandBehind(cursor.position() - 1);
+    if (const auto pages = fresh->PropertyPages(); pages && !pages->empty())
+      source_.ExpectEnter();
     source_.setFocus();
   } catch (const std::exception& failure) {
     Complain(failure);

@@ -8,6 +8,7 @@
 #include "apps/editor/PageDocument.h"
 #include "apps/editor/SourceEdit.h"
 #include "apps/editor/ToolboxFile.h"
+#include "host/office/Office.h"
 #include "host/qt/QtPlatform.h"
 
 namespace kvo::editor {
@@ -17,8 +18,11 @@ class ControlEditing {
   ControlEditing(PageDocument& page, SourceEdit& source, QtPlatform& platform, QWidget& window)
       : page_(page), source_(source), platform_(platform), window_(window) {}
 
-  // Given to every control that holds one.
-  void Office(ObjectRef office) { office_ = std::move(office); }
+  // Given to every control that holds one; `file` is empty when there is none.
+  void Office(std::shared_ptr<office::Office> office, const QString& file) {
+    office_ = std::move(office);
+    officeFile_ = file;
+  }
 
   // An instance of the control at a position, and a new one of a class.
   std::shared_ptr<Control> Load(int position) const;
@@ -28,12 +32,14 @@ class ControlEditing {
   // in the page as one step each time.
   void OpenPages(int position, bool doubleClicked);
   void Let(int position, const std::string& property, const Variant& value);
-  // At the caret, or in place of what is selected; the new control is selected then.
+  // At the caret, or in place of what is selected; the caret stands behind it then.
   void Insert(const Tool& tool);
 
   QString NameAt(int position) const;
 
  private:
+  // What the frame of its pages says besides: why their lists are empty.
+  QString NoteFor(const Control& control) const;
   void Store(int position, const Control& control, const QString& step);
   void Complain(const std::exception& failure) const;
 
@@ -41,7 +47,8 @@ class ControlEditing {
   SourceEdit& source_;
   QtPlatform& platform_;
   QWidget& window_;
-  ObjectRef office_;
+  std::shared_ptr<office::Office> office_;
+  QString officeFile_;
 };
 
 }  // namespace kvo::editor

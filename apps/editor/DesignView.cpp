@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <QApplication>
 #include <QBuffer>
 #include <QDir>
 #include <QFile>
@@ -9,6 +10,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMimeDatabase>
+#include <QPainter>
 #include <QVBoxLayout>
 #include <QWebChannel>
 #include <QWebEngineNewWindowRequest>
@@ -27,6 +29,7 @@
 namespace kvo::editor {
 namespace {
 
+constexpr int kFrame = 2;  // shows that the view has the keyboard
 constexpr char kScheme[] = "kvo-page";
 // The page itself; everything else under the scheme is a file beside it.
 constexpr char kPagePath[] = "/";
@@ -124,6 +127,16 @@ class DesignView::Page final : public QWebEnginePage {
                                 const QString&) override {}
 };
 
+// Behind the last place that takes the keyboard, the tab key begins again at the first one: it must
+// not lead into the source, where the next keys would be typed.
+class KeepsTabKey final : public QWebEngineView {
+ public:
+  using QWebEngineView::QWebEngineView;
+
+ protected:
+  bool focusNextPrevChild(bool) override { return true; }
+};
+
 // What the script in the view calls.
 class DesignView::Bridge final : public QObject {
   Q_OBJECT
@@ -147,7 +160,7 @@ DesignView::DesignView(QWidget* parent)
       source_(std::make_unique<Source>()),
       profile_(std::make_unique<QWebEngineProfile>()),
       bridge_(std::make_unique<Bridge>(*this)),
-      view_(new QWebEngineView(this)) {
+      view_(new KeepsTabKey(this)) {
   profile_->installUrlSchemeHandler(kScheme, source_.get());
   profile_->setUrlRequestInterceptor(new OnlyThePage(profile_.get()));
   auto* page = new Page(profile_.get(), view_);
@@ -156,7 +169,8 @@ DesignView::DesignView(QWidget* parent)
        {QWebEngineSettings::JavascriptEnabled, QWebEngineSettings::PluginsEnabled,
         QWebEngineSettings::PdfViewerEnabled, QWebEngineSettings::LocalStorageEnabled,
         QWebEngineSettings::AutoLoadIconsForPage, QWebEngineSettings::NavigateOnDropEnabled,
-        QWebEngineSettings::FullScreenSupportEnabled, QWebEngineSettings::ErrorPageEnabled})
+        QWebEngineSettings::FocusOnNavigationEnabled, QWebEngineSettings::FullScreenSupportEnabled,
+        QWebEngineSettings::ErrorPageEnabled})
     settings->setAttribute(off, false);
   auto* channel = new QWebChannel(page);
   channel->registerObject("kvo", bridge_.get());
@@ -166,14 +180,20 @@ DesignView::DesignView(QWidget* parent)
   view_->setContextMenuPolicy(Qt::NoContextMenu);
   view_->setAccessibleName(Said(words::kDesign));
   auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setContentsMargins(kFrame, kFrame, kFrame, kFrame);
   layout->addWidget(view_);
   setFocusProxy(view_);
+  connect(qApp, &QApplication::focusChanged, this, [this] { update(); });
 }
 
 DesignView::~DesignView() {
   // The page has to go before its profile.
   delete view_;
+}
+
+void DesignView::paintEvent(QPaintEvent*) {
+  if (isAncestorOf(QApplication::focusWidget()))
+    QPainter(this).fillRect(rect(), palette().highlight());
 }
 
 void DesignView::Folder(const QString& folder) { source_->folder = folder; }

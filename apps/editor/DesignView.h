@@ -32,6 +32,9 @@ class DesignView final : public QWidget {
 
   QWebEngineView& View() { return *view_; }
 
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
  private:
   class Bridge;
   class Page;

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
@@ -39,6 +40,14 @@ constexpr milliseconds kDraftDelay(800);
 constexpr milliseconds kOutsideDelay(300);
 
 constexpr qsizetype kProblemsNamed = 3;  // in a question; the panel has them all
+
+// The screen's room for a window that was never opened before, within its frame: how thick that
+// will be, a desktop tells only once the window shows.
+QSize FirstSize(const QWidget& window) {
+  constexpr QSize kWanted(1280, 800);
+  constexpr QSize kFrame(16, 48);
+  return kWanted.boundedTo(window.screen()->availableSize() - kFrame);
+}
 
 constexpr char kGeometry[] = "geometry";
 constexpr char kState[] = "state";
@@ -82,7 +91,7 @@ MainWindow::MainWindow(QtPlatform& platform, Places places)
           [this](const std::shared_ptr<const Analysis>& analysis) { Analysed(analysis); })) {
   UseResources();
   draftWriter_.setMaxThreadCount(1);
-  resize(1280, 800);
+  resize(FirstSize(*this));
   auto* left = new QWidget(this);
   auto* column = new QVBoxLayout(left);
   column->setContentsMargins(0, 0, 0, 0);
@@ -129,6 +138,7 @@ MainWindow::MainWindow(QtPlatform& platform, Places places)
     if (const auto control = source_->CurrentControl()) controls_->Let(*control, property, value);
     ShowControl();  // a value that was refused gives way to the one that holds
   };
+  outline_->onClicked = problems_->onClicked = [this](int position) { source_->Reveal(position); };
   outline_->onGoTo = problems_->onGoTo = [this](int position) { source_->GoTo(position); };
   design_->onBoxClicked = [this](int index) { GoToIndex(index, false); };
   design_->onBoxDoubleClicked = [this](int index) { GoToIndex(index, true); };
@@ -377,18 +387,28 @@ bool MainWindow::MayDiscard() {
   return box.clickedButton() == discard;
 }
 
+QString MainWindow::FirstErrors(const page::Problems& problems, const PageText::Places& places) {
+  QStringList lines;
+  for (page::Problem problem : problems) {
+    if (problem.severity != page::Severity::error || lines.size() == kProblemsNamed) continue;
+    problem.place = places.PlaceOf(places.PositionOf(problem.offset));
+    lines += ToQt(page::Describe(problem, "", UserLanguage())).mid(1);
+  }
+  return lines.join("\n\n");
+}
+
 std::optional<std::string> MainWindow::BytesToSave() {
-  const std::string bytes = page_->Content().Bytes();
+  const PageText content = page_->Content();
+  PageText::Places places;
+  const std::string bytes = content.Bytes(places);
   // A page that nobody touched is written as it stands.
   if (!page_->Document()->isModified()) return bytes;
   SavedPage saved = SavePage(bytes, false);
   if (saved.IsGood()) return saved.bytes;
-  QStringList lines = {Said(words::kCannotSave)};
-  for (const page::Problem& problem : saved.problems)
-    if (problem.severity == page::Severity::error && lines.size() <= kProblemsNamed)
-      lines += ToQt(page::Describe(problem, "", UserLanguage())).mid(1);
-  lines += Said(words::kSaveAnywayMeans);
-  PlainMessageBox box(QMessageBox::Warning, lines.join("\n\n"), this);
+  PlainMessageBox box(QMessageBox::Warning,
+                      Said(words::kCannotSave) + "\n\n" + FirstErrors(saved.problems, places) +
+                          "\n\n" + Said(words::kSaveAnywayMeans),
+                      this);
   QPushButton* overwrite = nullptr;
   if (saved.OnlyEditedByHand())
     overwrite = box.addButton(Said(words::kOverwrite), QMessageBox::DestructiveRole);
@@ -435,9 +455,11 @@ bool MainWindow::Save() {
 
 bool MainWindow::WriteRuntimeTexts() {
   return Guarded([&] {
-    const SavedPage saved = SavePage(page_->Content().Bytes(), false);
+    const PageText content = page_->Content();
+    PageText::Places places;
+    const SavedPage saved = SavePage(content.Bytes(places), false);
     if (!saved.IsGood()) {
-      Complain(Said(words::kCannotSave));
+      Complain(Said(words::kCannotSave) + "\n\n" + FirstErrors(saved.problems, places));
       ShowPanel(*problems_);
       return false;
     }

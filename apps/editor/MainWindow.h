@@ -104,6 +104,8 @@ class MainWindow final : public QMainWindow {
 
   void Start(const std::string& bytes, bool modified);
   bool MayDiscard();
+  // Says the first errors of the page, with their places in the source view.
+  static QString FirstErrors(const page::Problems& problems, const PageText::Places& places);
   // What is to be written; nothing when the user gave up.
   std::optional<std::string> BytesToSave();
   bool WriteTo(const QString& file);

@@ -125,7 +125,10 @@ void MainWindow::MakeControlMenu() {
   Action(menu, words::kNextControl, QKeySequence("F4"), [this] { StepControl(false); });
   Action(menu, words::kPreviousControl, QKeySequence("Shift+F4"), [this] { StepControl(true); });
   menu.addSeparator();
-  Action(menu, words::kInsertControl, QKeySequence("Ctrl+T"), [this] { ShowPanel(*toolbox_); });
+  Action(menu, words::kInsertControl, QKeySequence("Ctrl+T"), [this] {
+    toolbox_->ForgetSearch();
+    ShowPanel(*toolbox_);
+  });
   Action(menu, words::kRecognize, {}, [this] { RecognizeControls(); });
   Action(menu, words::kWriteTexts, {}, [this] { WriteRuntimeTexts(); });
 }
@@ -224,10 +227,13 @@ bool MainWindow::SaveAs(const QString& file) {
 
 bool MainWindow::Publish(const QString& file) {
   return Guarded([&] {
+    const PageText content = page_->Content();
+    PageText::Places places;
     page::StringSink sink;
-    const page::Problems problems = page::Publish(page::Page(page_->Content().Bytes()), sink);
+    const page::Problems problems = page::Publish(page::Page(content.Bytes(places)), sink);
     if (page::HasErrors(problems)) {
-      Complain(Said(words::kCannotPublish));
+      Complain(Said(words::kCannotPublish) + "\n\n" + FirstErrors(problems, places));
+      ShowPanel(*problems_);
       return false;
     }
     QString chosen = file;
@@ -273,7 +279,7 @@ bool MainWindow::UseOffice(const QString& file) {
       office_ = office::LoadOffice(FileName(file), places_.connections);
     }
     officeFile_ = file;
-    controls_->Office(office_);
+    controls_->Office(office_, file);
     PageChanged();
     ShowControl();
     return true;

@@ -265,6 +265,10 @@ std::string PageText::Bytes(Places& places) const {
   std::string bytes;
   places.text_ = this;
   places.marks_.clear();
+  places.lineStarts_ = {0};
+  for (qsizetype at = text_.indexOf(kLineBreakCharacter); at >= 0;
+       at = text_.indexOf(kLineBreakCharacter, at + 1))
+    places.lineStarts_.push_back(static_cast<int>(at) + 1);
   Writer(*this, bytes, &places.marks_).Write();
   return bytes;
 }
@@ -313,6 +317,12 @@ int PageText::Places::PositionOf(std::size_t offset) const {
   const int end = next == marks_.end() ? static_cast<int>(text_->text_.size()) : next->position;
   writer.WriteCharacters(end, offset - mark->offset);
   return writer.Position();
+}
+
+page::Place PageText::Places::PlaceOf(int position) const {
+  const auto next = std::ranges::upper_bound(lineStarts_, position);
+  return {static_cast<std::size_t>(next - lineStarts_.begin()),
+          static_cast<std::size_t>(position - *std::prev(next)) + 1};
 }
 
 }  // namespace kvo::editor

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "host/page/Encoding.h"
+#include "host/page/Problem.h"
 
 namespace kvo::editor {
 
@@ -64,6 +65,8 @@ class PageText {
     std::size_t OffsetOf(int position) const;
     // The character at or behind a byte.
     int PositionOf(std::size_t offset) const;
+    // Line and character of the text, in which a control is one character.
+    page::Place PlaceOf(int position) const;
 
    private:
     friend class PageText;
@@ -73,6 +76,7 @@ class PageText {
     };
     const PageText* text_ = nullptr;
     std::vector<Mark> marks_;
+    std::vector<int> lineStarts_;
   };
   std::string Bytes(Places& places) const;
 

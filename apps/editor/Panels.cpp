@@ -24,7 +24,7 @@ PlaceList::PlaceList(QAbstractTableModel* model, const QString& name, QWidget* p
     if (onGoTo) onGoTo(PositionOf(index.row()));
   });
   connect(this, &QTreeView::clicked, this, [this](const QModelIndex& index) {
-    if (onGoTo) onGoTo(PositionOf(index.row()));
+    if (onClicked) onClicked(PositionOf(index.row()));
   });
 }
 

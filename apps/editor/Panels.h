@@ -11,12 +11,13 @@
 
 namespace kvo::editor {
 
-// A list of places in the page: activating a row leads there. Long lists cost nothing but their
-// visible rows.
+// A list of places in the page: a click on a row shows its place, activating it leads there. Long
+// lists cost nothing but their visible rows.
 class PlaceList : public QTreeView {
  public:
   PlaceList(QAbstractTableModel* model, const QString& name, QWidget* parent);
 
+  std::function<void(int position)> onClicked;  // the keyboard stays in the list
   std::function<void(int position)> onGoTo;
 
  protected:

@@ -67,7 +67,10 @@ SourceEdit::SourceEdit(PageDocument& document, QWidget* parent)
     else
       lineNumbers_->update(0, rect.y(), lineNumbers_->width(), rect.height());
   });
-  connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] { ShowCurrentLine(); });
+  connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] {
+    expectsEnter_ = false;
+    ShowCurrentLine();
+  });
   PlaceLineNumbers();
   ShowCurrentLine();
 }
@@ -94,7 +97,14 @@ void SourceEdit::SelectControl(int position) {
   ensureCursorVisible();
 }
 
-void SourceEdit::GoTo(int position) {
+void SourceEdit::StandBehind(int position) {
+  QTextCursor cursor = textCursor();
+  cursor.setPosition(position + 1);
+  setTextCursor(cursor);
+  ensureCursorVisible();
+}
+
+void SourceEdit::Reveal(int position) {
   if (page_.IsControl(position)) {
     SelectControl(position);
   } else {
@@ -103,6 +113,10 @@ void SourceEdit::GoTo(int position) {
     setTextCursor(cursor);
     centerCursor();
   }
+}
+
+void SourceEdit::GoTo(int position) {
+  Reveal(position);
   setFocus();
 }
 
@@ -127,7 +141,9 @@ void SourceEdit::keyPressEvent(QKeyEvent* event) {
   const auto control = CurrentControl();
   const bool alt = event->modifiers().testFlag(Qt::AltModifier);
   const bool plain = !(event->modifiers() & ~Qt::KeypadModifier);
-  if (enter && control && (alt || (plain && textCursor().hasSelection()))) {
+  const bool expected = std::exchange(expectsEnter_, false);
+  const bool meant = textCursor().hasSelection() || expected;
+  if (enter && control && (alt || (plain && meant))) {
     if (onOpenControl) onOpenControl(*control, false);
     return;
   }

@@ -21,6 +21,13 @@ class SourceEdit final : public QPlainTextEdit {
   std::optional<int> CurrentControl() const;
   // Selects a control and scrolls it into view.
   void SelectControl(int position);
+  // Puts the caret behind a control.
+  void StandBehind(int position);
+  // If Enter is the next key, it opens the pages of the control at the caret.
+  void ExpectEnter() { expectsEnter_ = true; }
+  // Puts the caret at a place, or selects the control there, and scrolls it into view.
+  void Reveal(int position);
+  // The same, and the keyboard goes there, too.
   void GoTo(int position);
 
   // The user wants to edit a control: Enter on it, Alt+Enter, or a double click.
@@ -64,7 +71,8 @@ class SourceEdit final : public QPlainTextEdit {
   QWidget* lineNumbers_;
   QPointer<Highlighter> highlighter_;  // the document is its owner
   std::optional<int> pressedBox_;
-  bool moving_ = false;  // a drag inside the view: ids stay as they are
+  bool expectsEnter_ = false;  // until a key or the caret moves on
+  bool moving_ = false;           // a drag inside the view: ids stay as they are
 };
 
 }  // namespace kvo::editor

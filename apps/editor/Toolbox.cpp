@@ -76,6 +76,11 @@ void Toolbox::Tools(std::vector<Tool> tools) {
   Filter(search_->text());
 }
 
+void Toolbox::ForgetSearch() {
+  search_->clear();
+  list_->setCurrentRow(0);
+}
+
 void Toolbox::Filter(const QString& words) {
   QListWidgetItem* first = nullptr;
   for (int row = 0; row < list_->count(); ++row) {

@@ -22,6 +22,9 @@ class Toolbox final : public QWidget {
   void Tools(std::vector<Tool> tools);
   const std::vector<Tool>& Tools() const { return tools_; }
 
+  // All tools show, the first one chosen.
+  void ForgetSearch();
+
   std::function<void(int tool)> onInsert;
 
  protected:

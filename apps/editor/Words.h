@@ -146,8 +146,8 @@ inline constexpr Localized kCannotSave = {
     "Die Seite hat Fehler; die Laufzeittexte lassen sich nicht schreiben.",
     "The page has errors; the runtime texts can't be written."};
 inline constexpr Localized kCannotPublish = {
-    "Die Seite hat Fehler und lässt sich nicht veröffentlichen. Das Feld „Probleme“ nennt sie.",
-    "The page has errors and can't be published. The \"Problems\" panel lists them."};
+    "Die Seite hat Fehler und lässt sich nicht veröffentlichen.",
+    "The page has errors and can't be published."};
 inline constexpr Localized kPublishOverPage = {
     "Das ist die Seite selbst: Veröffentlicht verlöre sie ihre Controls. Wählen Sie eine andere "
     "Datei.",
@@ -173,6 +173,16 @@ inline constexpr Localized kOverwriteHandEdited = {
 inline constexpr Localized kNoPages = {
     "„{}“ hat keine Eigenschaftenseiten. Das Feld „Eigenschaften“ zeigt alle Werte.",
     "\"{}\" has no property pages. The \"Properties\" panel shows all values."};
+inline constexpr Localized kNoOffice = {
+    "Felder und Produkte stehen nicht zur Wahl: Neben der Seite liegt keine office.json, und keine "
+    "andere ist gewählt. „Datei – Office-Datei wählen …“ holt das nach.",
+    "There are no fields and products to choose from: no office.json lies beside the page, and no "
+    "other one is chosen. \"File - Choose office file …\" makes up for that."};
+inline constexpr Localized kNoFields = {
+    "Felder stehen nicht zur Wahl: „{}“ nennt keine. „Datei – Office-Datei wählen …“ nimmt eine "
+    "andere Datei.",
+    "There are no fields to choose from: \"{}\" names none. \"File - Choose office file …\" takes "
+    "another file."};
 inline constexpr Localized kDraftFound = {
     "Der Editor wurde nicht ordentlich beendet. Es gibt einen Entwurf von „{}“ vom {}.",
     "The editor did not end properly. There is a draft of \"{}\" from {}."};

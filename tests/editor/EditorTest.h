@@ -29,6 +29,8 @@ class Desk {
   QString Path(const QString& name) const { return folder_.filePath(name); }
 
   QtPlatform platform;
+  // Of the windows' shops; none unless a test says so.
+  office::ConnectionFactory connections;
   std::unique_ptr<MainWindow> NewWindow();
 
  private:

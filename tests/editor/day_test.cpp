@@ -187,13 +187,11 @@ TEST_F(DayTest, EndsInTheGoldenPage) {
   for (const Visit& visit : Day()) {
     SCOPED_TRACE(visit.tool.toStdString());
     author.Press(Qt::Key_T, Qt::ControlModifier);
-    author.Press(Qt::Key_A, Qt::ControlModifier);
     author.Type(visit.tool);
     author.Press(Qt::Key_Return);
     ASSERT_TRUE(window->Source().hasFocus());
     EXPECT_EQ(window->Page().UndoName(), visit.tool + " einfügen");
     if (!visit.pages.empty()) VisitPages(visit);
-    author.Press(Qt::Key_Right);
     author.Type("\n");
   }
   const std::string finished = Bytes();

@@ -1,4 +1,5 @@
 // The design view: follows the source, runs nothing, fetches nothing.
+#include <QApplication>
 #include <QTcpServer>
 #include <QWebEnginePage>
 #include <QWebEngineScript>
@@ -109,6 +110,31 @@ TEST_F(DesignViewTest, ShowsAsABrowserWouldWhatIsTypedIntoTables) {
       EXPECT_EQ(Evaluate("kvo.text()").toString(), window->Analysed()->design);
     }
   }
+}
+
+TEST_F(DesignViewTest, IsReachedAndLeftByKeyboardWithoutTypingIntoTheSource) {
+  Open("<body><a href=x>eins</a> " + Print("a", "1") + " <input>");
+  EXPECT_TRUE(window->Source().hasFocus());  // loading a page does not take the keyboard
+  const std::string before = window->Page().Content().Bytes();
+  const int caret = window->Source().textCursor().position();
+  const auto inDesign = [&] { return window->Design().isAncestorOf(QApplication::focusWidget()); };
+  QTest::keyClick(&window->Source(), Qt::Key_F6);
+  ASSERT_TRUE(inDesign());
+  Evaluate("window.tabs = 0; addEventListener('keydown', e => window.tabs += e.key === 'Tab'); 0");
+  for (int tab = 1; tab <= 5; ++tab) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    ASSERT_TRUE(WaitFor([&] { return Evaluate("window.tabs").toInt() == tab; }));
+    ASSERT_TRUE(inDesign()) << tab;
+    QTest::keyClicks(QApplication::focusWidget(), "x");
+  }
+  EXPECT_EQ(window->Page().Content().Bytes(), before);
+  EXPECT_EQ(window->Source().textCursor().position(), caret);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6, Qt::ShiftModifier);
+  EXPECT_TRUE(window->Source().hasFocus());
+  QTest::keyClick(&window->Source(), Qt::Key_F6);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6);
+  EXPECT_FALSE(inDesign());
+  EXPECT_FALSE(window->Source().hasFocus());
 }
 
 TEST_F(DesignViewTest, AClickOnABoxSelectsItInTheSourceAndTheOtherWayRound) {

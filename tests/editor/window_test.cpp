@@ -10,10 +10,14 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
+#include <QTabBar>
+#include <QTableView>
 #include <QTextDocument>
 #include <QToolTip>
 #include <QTreeWidget>
 #include <filesystem>
+#include <map>
 
 #include "apps/editor/FindBar.h"
 #include "apps/editor/MimeTypes.h"
@@ -21,6 +25,7 @@
 #include "host/page/Page.h"
 #include "host/qt/PropertyFrameDialog.h"
 #include "tests/editor/EditorTest.h"
+#include "tests/forms/FakeRecordset.h"
 
 namespace kvo::editor {
 namespace {
@@ -330,11 +335,86 @@ TEST_F(WindowTest, TheToolboxInsertsAtTheCaretWithAnIdOfItsOwn) {
   QTest::keyClick(search, Qt::Key_Return);
   EXPECT_TRUE(Source().hasFocus());
   EXPECT_EQ(Source().CurrentControl(), 1);
+  EXPECT_FALSE(Source().textCursor().hasSelection());
+  EXPECT_EQ(Source().textCursor().position(), 2);
   EXPECT_EQ(window->Page().UndoName(), "Ausdruck einfügen");
   const auto look = window->Page().LookAt(1);
   ASSERT_NE(look, nullptr);
   EXPECT_EQ(look->contract->name, "DTCPrint");
   EXPECT_EQ(look->id, "Print1");
+}
+
+TEST_F(WindowTest, TypingBehindANewControlKeepsIt) {
+  Open("ab");
+  Press(Qt::Key_Right);
+  window->Tools().onInsert(0);
+  const std::string inserted = Bytes();
+  ASSERT_TRUE(window->Page().IsControl(1));
+  Type("x");
+  EXPECT_EQ(window->Page().Content().Text(), QString("a") + kEmbeddedCharacter + "xb");
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Bytes(), inserted);
+  // No longer the next key after the insertion: a line break.
+  Press(Qt::Key_Return);
+  EXPECT_EQ(window->Page().Content().Text(),
+            QString("a") + kEmbeddedCharacter + kLineBreakCharacter + "b");
+}
+
+TEST_F(WindowTest, EnterOpensThePagesOfANewControlAndOkLeavesTheCaretBehindIt) {
+  Open("ab");
+  Press(Qt::Key_Right);
+  window->Tools().onInsert(0);
+  InPages([&](PropertyFrameDialog& frame) {
+    QTest::keyClicks(frame.findChild<QLineEdit*>("txtValue"), "neu");
+    PressButton(frame, "OK");
+  });
+  EXPECT_FALSE(Source().textCursor().hasSelection());
+  EXPECT_EQ(Source().textCursor().position(), 2);
+  Type("\tx");
+  EXPECT_EQ(window->Page().Content().Text(), QString("a") + kEmbeddedCharacter + "\txb");
+  EXPECT_EQ(window->RuntimeText().toPlainText(), "");
+  Source().SelectControl(1);
+  EXPECT_EQ(window->RuntimeText().toPlainText(), "<kv:print value=\"neu\"/>");
+  // The same for a control that was selected before; a cancelled page leaves the selection.
+  InPages([](PropertyFrameDialog& frame) { PressButton(frame, "Abbrechen"); });
+  EXPECT_TRUE(Source().textCursor().hasSelection());
+  InPages([](PropertyFrameDialog& frame) { PressButton(frame, "OK"); });
+  EXPECT_FALSE(Source().textCursor().hasSelection());
+  EXPECT_EQ(Source().textCursor().position(), 2);
+}
+
+TEST_F(WindowTest, ASearchForAToolBeginsAnew) {
+  Open("");
+  auto* search = window->Tools().findChild<QLineEdit*>();
+  auto* list = window->Tools().findChild<QListWidget*>();
+  Press(Qt::Key_T, Qt::ControlModifier);
+  QTest::keyClicks(search, "skript");
+  QTest::keyClick(search, Qt::Key_Return);
+  EXPECT_EQ(window->Page().LookAt(0)->contract->name, "DTCScript");
+  Press(Qt::Key_T, Qt::ControlModifier);
+  EXPECT_TRUE(search->hasFocus());
+  EXPECT_EQ(search->text(), "");
+  EXPECT_EQ(list->currentRow(), 0);
+  for (int row = 0; row < list->count(); ++row) EXPECT_FALSE(list->item(row)->isHidden()) << row;
+}
+
+TEST_F(WindowTest, TheBuiltInToolsGiveEachClassATagNameOfItsOwn) {
+  const std::map<std::string, std::string> names = {{"DTCPrint", "print"},
+                                                    {"DTCContact", "contact"},
+                                                    {"DTCOrder", "order"},
+                                                    {"DTCConfig", "config"},
+                                                    {"DTCElement", "element"},
+                                                    {"DTCScript", "script"},
+                                                    {"DTCIf", "if"},
+                                                    {"DTCProductList", "productlist"},
+                                                    {"DTCPositionList", "positionlist"},
+                                                    {"DTCClicktracker", "click"},
+                                                    {"DTCViewtracker", "viewtracker"},
+                                                    {"DTCUnsubscriber", "unsubscribe"}};
+  ASSERT_EQ(window->Tools().Tools().size(), names.size());
+  for (const Tool& tool : window->Tools().Tools())
+    EXPECT_EQ(ToText(page::Load(*tool.contract, tool.bag)->Get("basename")),
+              names.at(std::string(tool.contract->name)));
 }
 
 TEST_F(WindowTest, EveryClassHasItsTool) {
@@ -379,6 +459,96 @@ QTreeWidget& Rows(PropertyBrowser& browser) { return *browser.findChild<QTreeWid
 
 QTreeWidgetItem& Row(PropertyBrowser& browser, const QString& name) {
   return *Rows(browser).findItems(name, Qt::MatchExactly).at(0);
+}
+
+// --- property pages: what the user touched is applied, marked or not ---
+
+TEST_F(WindowTest, ATypedTableWidthIsKept) {
+  Open("<object classid=\"progid:KVOPDesignObjects.DTCProductList\" id=\"l\"></object>");
+  Source().SelectControl(0);
+  InPages([&](PropertyFrameDialog& frame) {
+    QTest::keyClicks(frame.findChild<QLineEdit*>("txtTableWidth"), "9");
+    PressButton(frame, "OK");
+  });
+  EXPECT_NE(Bytes().find("<param name=\"table-width\" value=\"9\">"), std::string::npos) << Bytes();
+  EXPECT_EQ(window->Page().UndoName(), "Eigenschaften von l");
+}
+
+TEST_F(WindowTest, ProductsThatTheButtonAddsAreKept) {
+  FakeTable products;
+  for (const char* number : {"A1", "A2", "A3"})
+    products.rows.push_back({{"ProductNo", number}, {"Desc1", "Name"}, {"Desc2", ""}});
+  desk.platform.recordsets = [&] { return std::make_shared<FakeRecordset>(products); };
+  desk.connections = [](const std::string&) { return std::make_shared<FakeConnection>(); };
+  window = desk.NewWindow();
+  desk.Put("office.json", R"({"shopDatabase":"sqlite3://shop.db"})");
+  Open("<object classid=\"progid:KVOPDesignObjects.DTCProductList\" id=\"l\"></object>");
+  Source().SelectControl(0);
+  InPages([&](PropertyFrameDialog& frame) {
+    auto* tabs = frame.findChild<QTabWidget*>();
+    QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, {},
+                      tabs->tabBar()->tabRect(tabs->count() - 1).center());
+    auto* rows = frame.findChild<QTableView*>("gdProducts");
+    ASSERT_NE(rows, nullptr);
+    ASSERT_EQ(rows->model()->rowCount({}), 3);
+    const auto click = [&](int row, Qt::KeyboardModifiers modifiers) {
+      QTest::mouseClick(rows->viewport(), Qt::LeftButton, modifiers,
+                        rows->visualRect(rows->model()->index(row, 0)).center());
+    };
+    click(0, {});
+    click(2, Qt::ControlModifier);
+    EXPECT_FALSE(frame.findChild<QPushButton*>("cmdApply")->isEnabled());
+    QTest::mouseClick(frame.findChild<QPushButton*>("cmdAddProduct"), Qt::LeftButton);
+    EXPECT_TRUE(frame.findChild<QPushButton*>("cmdApply")->isEnabled());
+    PressButton(frame, "OK");
+  });
+  EXPECT_NE(Bytes().find("value=\"A1,A3\""), std::string::npos) << Bytes();
+  window.reset();
+}
+
+// --- property pages without fields ---
+
+QString NoteOf(const PropertyFrameDialog& frame) {
+  const auto* note = frame.findChild<QLabel*>("note");
+  return note != nullptr && note->isVisible() ? note->text() : QString();
+}
+
+TEST_F(WindowTest, PagesWithoutFieldsSayWhy) {
+  const std::string contact =
+      "<object classid=\"progid:KVOPDesignObjects.DTCContact\" id=\"c\"></object>";
+  const auto note = [&] {
+    QString said;
+    Source().SelectControl(0);
+    InPages([&](PropertyFrameDialog& frame) {
+      said = NoteOf(frame);
+      PressButton(frame, "Abbrechen");
+    });
+    return said;
+  };
+  Open(contact);
+  EXPECT_TRUE(note().contains("office.json")) << note().toStdString();
+  EXPECT_TRUE(note().contains("Office-Datei wählen"));
+  // By a double click, which the control itself handles.
+  QString said;
+  WithDialogs(
+      [&](QWidget& dialog) {
+        if (auto* frame = dynamic_cast<PropertyFrameDialog*>(&dialog)) said = NoteOf(*frame);
+        PressButton(dialog, dynamic_cast<PropertyFrameDialog*>(&dialog) ? "Abbrechen" : "OK");
+      },
+      [&] { Source().onOpenControl(0, true); });
+  EXPECT_TRUE(said.contains("office.json"));
+
+  desk.Put("office.json", "{}");
+  Open(contact);
+  EXPECT_TRUE(note().contains("nennt keine")) << note().toStdString();
+  desk.Put("office.json",
+           R"({"contactFields":[{"sqlName":"City","displayName":"Ort","dataType":0}]})");
+  Open(contact);
+  EXPECT_EQ(note(), "");
+  // A control that needs no office.
+  ASSERT_TRUE(QFile::remove(desk.Path("office.json")));
+  Open(Print("Preis", "1"));
+  EXPECT_EQ(note(), "");
 }
 
 TEST_F(WindowTest, ThePropertyBrowserEditsAnyProperty) {
@@ -434,6 +604,71 @@ TEST_F(WindowTest, RuntimeTextAndProblemsFollow) {
   Q_EMIT problems->activated(problems->model()->index(0, 0));
   EXPECT_EQ(Source().textCursor().position(), 1);
   EXPECT_TRUE(Source().hasFocus());
+}
+
+// In the file, each control spans lines of its own.
+TEST_F(WindowTest, ProblemsAreCountedInTheLinesOfTheSource) {
+  const std::string wrong = "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\"></object>";
+  const std::string lines =
+      "<object classid=\"progid:KVOPDesignObjects.DTCPrint\">\n"
+      "<param name=\"value\"\nvalue=\"1\">\n</object>";
+  Open(lines + "\r\n" + lines + "\näö" + lines + wrong);
+  Type("!");
+  ASSERT_TRUE(WaitForViews(*window));
+  ASSERT_EQ(window->Analysed()->problems.size(), 1U);
+  const QAbstractItemModel& problems = *window->Problems().model();
+  EXPECT_EQ(problems.index(0, 0).data().toString(), "3:4");
+  Q_EMIT window->Problems().activated(problems.index(0, 0));
+  EXPECT_EQ(Source().textCursor().blockNumber(), 2);
+  EXPECT_EQ(Source().textCursor().positionInBlock(), 3);
+  QString said;
+  WithDialogs(
+      [&](QWidget& dialog) {
+        said = static_cast<QMessageBox&>(dialog).text();
+        PressButton(dialog, "Probleme zeigen");
+      },
+      [&] { EXPECT_FALSE(window->Save()); });
+  EXPECT_TRUE(said.contains("3:4: Fehler: ")) << said.toStdString();
+}
+
+TEST_F(WindowTest, PublishingNamesTheErrorsAndShowsThem) {
+  Open("\n<object classid=\"progid:KVOPDesignObjects.DTCPrnt\"></object>");
+  QString said;
+  WithDialogs(
+      [&](QWidget& dialog) {
+        said = static_cast<QMessageBox&>(dialog).text();
+        PressButton(dialog, "OK");
+      },
+      [&] { EXPECT_FALSE(window->Publish(desk.Path("fertig.html"))); });
+  EXPECT_TRUE(said.contains("2:1: Fehler: DTCPrnt: ")) << said.toStdString();
+  EXPECT_FALSE(QFile::exists(desk.Path("fertig.html")));
+  EXPECT_TRUE(window->Problems().isVisible());
+}
+
+TEST_F(WindowTest, AClickInAListShowsThePlaceAndEnterGoesThere) {
+  Open("\n" + Print("a", "1") + "\n\n" + Print("b", "2"));
+  ASSERT_TRUE(WaitForViews(*window));
+  auto* outline = window->findChild<QDockWidget*>("outline")->findChild<QTreeView*>();
+  const auto click = [&](int row) {
+    QTest::mouseClick(outline->viewport(), Qt::LeftButton, {},
+                      outline->visualRect(outline->model()->index(row, 0)).center());
+  };
+  click(1);
+  EXPECT_EQ(Source().CurrentControl(), 4);
+  EXPECT_TRUE(outline->hasFocus());
+  QTest::keyClick(outline, Qt::Key_Up);
+  EXPECT_TRUE(outline->hasFocus());
+  QTest::keyClick(outline, Qt::Key_Return);
+  EXPECT_EQ(Source().CurrentControl(), 1);
+  EXPECT_TRUE(Source().hasFocus());
+}
+
+TEST_F(WindowTest, TheFirstWindowFitsTheScreen) {
+  const QRect room = window->screen()->availableGeometry();
+  EXPECT_TRUE(room.contains(window->frameGeometry())) << window->width() << 'x' << window->height();
+  // Of a small notebook, within a frame.
+  EXPECT_LE(window->minimumSizeHint().width(), 1000);
+  EXPECT_LE(window->minimumSizeHint().height(), 560);
 }
 
 // What a tool tip shows, which renders markup.
