@@ -7,6 +7,7 @@
 #include <QObject>
 #include <algorithm>
 
+#include "apps/editor/SourceLines.h"
 #include "common/RuntimeError.h"
 #include "host/check/Check.h"
 #include "host/headless/BoxPicture.h"
@@ -137,9 +138,10 @@ Analysis Analyse(const AnalysisRequest& request) {
 
   ObjectRef office;
   if (request.office != nullptr) office = std::make_shared<office::Office>(*request.office);
+  SourceLines lines(page.Bytes(), places);
   for (page::Problem& problem : check::CheckPage(page, office)) {
     const int position = places.PositionOf(problem.offset);
-    problem.place = places.PlaceOf(position);
+    lines.Translate(problem);
     analysis.hasErrors |= problem.severity == page::Severity::error;
     analysis.problems.push_back({position, std::move(problem)});
   }

@@ -107,16 +107,14 @@ void ControlEditing::Insert(const Tool& tool) {
     std::string_view name = tool.contract->name;
     if (name.starts_with(kPrefix)) name.remove_prefix(kPrefix.size());
     const std::shared_ptr<Control> fresh = page::Load(*tool.contract, tool.bag);
-    const QByteArray element = ControlSource::Element(*fresh, page_.FreeId(std::string(name)),
-                                                      page_.Content().Encoding());
+    const QByteArray element =
+        ControlSource::Element(*fresh, page_.FreeId(std::string(name)), page_.Content().Encoding());
     PageText control;
     control.Replace(0, 0, QStringView(&kEmbeddedCharacter, 1),
                     {{Embedded::Kind::control, 0, element}});
-    QTextCursor cursor = source_.textCursor();
-    page_.Insert(cursor, control, Said(words::kInsertStep, {ToQt(tool.caption)}));
-    source_.StandBehind(cursor.position() - 1);
-    if (const auto pages = fresh->PropertyPages(); pages && !pages->empty())
-      source_.ExpectEnter();
+    const auto inserted = source_.Insert(control, Said(words::kInsertStep, {ToQt(tool.caption)}));
+    const auto pages = fresh->PropertyPages();
+    if (inserted == SourceEdit::Inserted::asItIs && pages && !pages->empty()) source_.ExpectEnter();
     source_.setFocus();
   } catch (const std::exception& failure) {
     Complain(failure);

@@ -18,6 +18,7 @@
 #include "apps/editor/FindBar.h"
 #include "apps/editor/Panels.h"
 #include "apps/editor/PropertyBrowser.h"
+#include "apps/editor/SourceLines.h"
 #include "apps/editor/Toolbox.h"
 #include "apps/editor/Words.h"
 #include "common/RuntimeError.h"
@@ -387,14 +388,14 @@ bool MainWindow::MayDiscard() {
   return box.clickedButton() == discard;
 }
 
-QString MainWindow::FirstErrors(const page::Problems& problems, const PageText::Places& places) {
-  QStringList lines;
+QString MainWindow::FirstErrors(const page::Problems& problems, SourceLines lines) {
+  QStringList errors;
   for (page::Problem problem : problems) {
-    if (problem.severity != page::Severity::error || lines.size() == kProblemsNamed) continue;
-    problem.place = places.PlaceOf(places.PositionOf(problem.offset));
-    lines += ToQt(page::Describe(problem, "", UserLanguage())).mid(1);
+    if (problem.severity != page::Severity::error || errors.size() == kProblemsNamed) continue;
+    lines.Translate(problem);
+    errors += ToQt(page::Describe(problem, "", UserLanguage())).mid(1);
   }
-  return lines.join("\n\n");
+  return errors.join("\n\n");
 }
 
 std::optional<std::string> MainWindow::BytesToSave() {
@@ -406,8 +407,9 @@ std::optional<std::string> MainWindow::BytesToSave() {
   SavedPage saved = SavePage(bytes, false);
   if (saved.IsGood()) return saved.bytes;
   PlainMessageBox box(QMessageBox::Warning,
-                      Said(words::kCannotSave) + "\n\n" + FirstErrors(saved.problems, places) +
-                          "\n\n" + Said(words::kSaveAnywayMeans),
+                      Said(words::kCannotSave) + "\n\n" +
+                          FirstErrors(saved.problems, {bytes, places}) + "\n\n" +
+                          Said(words::kSaveAnywayMeans),
                       this);
   QPushButton* overwrite = nullptr;
   if (saved.OnlyEditedByHand())
@@ -457,9 +459,10 @@ bool MainWindow::WriteRuntimeTexts() {
   return Guarded([&] {
     const PageText content = page_->Content();
     PageText::Places places;
-    const SavedPage saved = SavePage(content.Bytes(places), false);
+    const std::string bytes = content.Bytes(places);
+    const SavedPage saved = SavePage(bytes, false);
     if (!saved.IsGood()) {
-      Complain(Said(words::kCannotSave) + "\n\n" + FirstErrors(saved.problems, places));
+      Complain(Said(words::kCannotSave) + "\n\n" + FirstErrors(saved.problems, {bytes, places}));
       ShowPanel(*problems_);
       return false;
     }

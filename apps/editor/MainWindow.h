@@ -23,6 +23,7 @@ namespace kvo::editor {
 class DesignView;
 class FindBar;
 class OutlinePanel;
+class SourceLines;
 class ProblemsPanel;
 class PropertyBrowser;
 class TextPanel;
@@ -105,7 +106,7 @@ class MainWindow final : public QMainWindow {
   void Start(const std::string& bytes, bool modified);
   bool MayDiscard();
   // Says the first errors of the page, with their places in the source view.
-  static QString FirstErrors(const page::Problems& problems, const PageText::Places& places);
+  static QString FirstErrors(const page::Problems& problems, SourceLines lines);
   // What is to be written; nothing when the user gave up.
   std::optional<std::string> BytesToSave();
   bool WriteTo(const QString& file);

@@ -13,6 +13,7 @@
 #include "apps/editor/MainWindow.h"
 #include "apps/editor/Panels.h"
 #include "apps/editor/PropertyBrowser.h"
+#include "apps/editor/SourceLines.h"
 #include "apps/editor/Toolbox.h"
 #include "apps/editor/Words.h"
 #include "host/office/OfficeFile.h"
@@ -230,9 +231,11 @@ bool MainWindow::Publish(const QString& file) {
     const PageText content = page_->Content();
     PageText::Places places;
     page::StringSink sink;
-    const page::Problems problems = page::Publish(page::Page(content.Bytes(places)), sink);
+    const page::Page page(content.Bytes(places));
+    const page::Problems problems = page::Publish(page, sink);
     if (page::HasErrors(problems)) {
-      Complain(Said(words::kCannotPublish) + "\n\n" + FirstErrors(problems, places));
+      Complain(Said(words::kCannotPublish) + "\n\n" +
+               FirstErrors(problems, {page.Bytes(), places}));
       ShowPanel(*problems_);
       return false;
     }

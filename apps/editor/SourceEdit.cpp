@@ -10,11 +10,15 @@
 #include <unordered_set>
 #include <utility>
 
+#include "apps/editor/Ask.h"
 #include "apps/editor/Highlighter.h"
 #include "apps/editor/MimeTypes.h"
+#include "apps/editor/Placement.h"
 #include "apps/editor/SourceAccessibility.h"
 #include "apps/editor/Words.h"
 #include "host/page/Page.h"
+#include "host/page/Surroundings.h"
+#include "host/qt/Messages.h"
 #include "host/qt/QtText.h"
 
 namespace kvo::editor {
@@ -37,6 +41,11 @@ std::string Published(const std::string& fragment) {
   page::StringSink sink;
   page::Publish(page::Page(fragment), sink);
   return sink.Text();
+}
+
+std::string FragmentOf(const QMimeData& data) {
+  return data.hasFormat(kFragmentType) ? data.data(kFragmentType).toStdString()
+                                       : data.text().toStdString();
 }
 
 constexpr std::string_view kUtf8Declaration = "<meta charset=utf-8>";
@@ -214,9 +223,49 @@ void SourceEdit::changeEvent(QEvent* event) {
   QPlainTextEdit::changeEvent(event);
 }
 
+bool SourceEdit::CanDrop(const QMimeData& dragged, int position) const {
+  if (dragged.hasFormat(kToolType)) {
+    PageText::Places places;
+    const PageText text = page_.Content();
+    const page::Page page(text.Bytes(places));
+    return page::SurroundingsAt(page, places.OffsetOf(position)).CanHoldControl();
+  }
+  PageText text = page_.Content();
+  PageText part = ReadFragment(FragmentOf(dragged));
+  const QTextCursor cursor = textCursor();
+  if (moving_) {
+    const int begin = cursor.selectionStart();
+    const int length = cursor.selectionEnd() - begin;
+    text.Replace(begin, length, {}, {});
+    if (position > begin) position = std::max(begin, position - length);
+  }
+  return !FindMisplacement(text, {std::move(part), position, position});
+}
+
 void SourceEdit::dropEvent(QDropEvent* event) {
   pressedBox_.reset();
   moving_ = event->source() == viewport() && event->proposedAction() == Qt::MoveAction;
+  const QTextCursor place = cursorForPosition(event->position().toPoint());
+  if (!CanDrop(*event->mimeData(), place.position())) {
+    // What was dragged stays where it was; the question waits until the drag is over.
+    moving_ = false;
+    event->setDropAction(Qt::IgnoreAction);
+    QDragLeaveEvent leave;
+    dragLeaveEvent(&leave);
+    auto dragged = std::make_shared<QMimeData>();
+    for (const char* format : {kToolType, kFragmentType})
+      if (event->mimeData()->hasFormat(format))
+        dragged->setData(format, event->mimeData()->data(format));
+    if (event->mimeData()->hasText()) dragged->setText(event->mimeData()->text());
+    QMetaObject::invokeMethod(
+        this,
+        [this, place, dragged] {
+          setTextCursor(place);
+          insertFromMimeData(dragged.get());
+        },
+        Qt::QueuedConnection);
+    return;
+  }
   const PageDocument::Step step(page_, Said(moving_ ? words::kMoveStep : words::kPasteStep));
   QPlainTextEdit::dropEvent(event);
   moving_ = false;
@@ -249,15 +298,16 @@ void SourceEdit::insertFromMimeData(const QMimeData* source) {
     if (onToolDropped) onToolDropped(source->data(kToolType).toInt());
     return;
   }
-  const QByteArray fragment =
-      source->hasFormat(kFragmentType) ? source->data(kFragmentType) : source->text().toUtf8();
-  InsertFragment({fragment.constData(), static_cast<std::size_t>(fragment.size())},
-                 Said(moving_ ? words::kMoveStep : words::kPasteStep));
+  InsertFragment(FragmentOf(*source), Said(moving_ ? words::kMoveStep : words::kPasteStep));
   ensureCursorVisible();
 }
 
+PageText SourceEdit::ReadFragment(std::string_view fragment) const {
+  return PageText::OfFragment(fragment, page_.Content().Encoding());
+}
+
 void SourceEdit::InsertFragment(std::string_view fragment, const QString& step) {
-  PageText text = PageText::OfFragment(fragment, page_.Content().Encoding());
+  PageText text = ReadFragment(fragment);
   if (!moving_) {
     std::unordered_set<std::string> taken;
     for (const Embedded& part : std::vector<Embedded>(text.EmbeddedParts())) {
@@ -275,9 +325,46 @@ void SourceEdit::InsertFragment(std::string_view fragment, const QString& step) 
                    {{Embedded::Kind::control, 0, control.WithId(fresh)}});
     }
   }
+  Insert(text, step);
+}
+
+SourceEdit::Inserted SourceEdit::Insert(const PageText& part, const QString& step) {
   QTextCursor cursor = textCursor();
-  page_.Insert(cursor, text, step);
+  // A move was looked at before it began.
+  const auto misplacement =
+      moving_ ? std::nullopt
+              : FindMisplacement(page_.Content(),
+                                 {part, cursor.selectionStart(), cursor.selectionEnd()});
+  if (!misplacement) {
+    page_.Insert(cursor, part, step);
+    setTextCursor(cursor);
+    return Inserted::asItIs;
+  }
+  const QString message = ToQt(misplacement->message.In(UserLanguage()));
+  if (!misplacement->asText) {
+    ShowMessageBox(this, message);
+    return Inserted::nothing;
+  }
+  if (!Confirm(this, message, words::kInsertText, words::kCancel, Default::yes))
+    return Inserted::nothing;
+  const PageDocument::Step named(page_, step);
+  const int begin = cursor.selectionStart();
+  const int end = cursor.selectionEnd();
+  QTextCursor quote(page_.Document());
+  cursor.beginEditBlock();
+  if (misplacement->quotes) {
+    for (const int position : {misplacement->quotes->close, misplacement->quotes->open}) {
+      quote.setPosition(position);
+      quote.setPosition(position + 1, QTextCursor::KeepAnchor);
+      quote.insertText("'");
+    }
+  }
+  cursor.setPosition(begin);
+  cursor.setPosition(end, QTextCursor::KeepAnchor);
+  page_.Insert(cursor, *misplacement->asText, step);
+  cursor.endEditBlock();
   setTextCursor(cursor);
+  return Inserted::asText;
 }
 
 QString SourceEdit::SpokenText(int begin, int end) const {

@@ -35,7 +35,11 @@ class SourceEdit final : public QPlainTextEdit {
   // An entry of the toolbox was dropped; the caret stands at the place.
   std::function<void(int entry)> onToolDropped;
 
-  // Replaces the selection by a part of a page; controls get new ids where theirs are taken.
+  // Replaces the selection by a part of a page and puts the caret behind it. Where its controls
+  // cannot stand, the user is told, and asked whether their runtime texts are to stand there.
+  enum class Inserted { asItIs, asText, nothing };
+  Inserted Insert(const PageText& part, const QString& step);
+  // The same; controls get new ids where theirs are taken.
   void InsertFragment(std::string_view fragment, const QString& step);
   // The selection as a part of a page in UTF-8, controls as elements.
   std::string SelectedFragment() const;
@@ -63,6 +67,9 @@ class SourceEdit final : public QPlainTextEdit {
  private:
   // The position of the box under a point of the viewport.
   std::optional<int> BoxAt(const QPoint& point) const;
+  PageText ReadFragment(std::string_view fragment) const;
+  // Whether what is dragged can stand where it would be dropped.
+  bool CanDrop(const QMimeData& dragged, int position) const;
   void ShowCurrentLine();
   void PlaceLineNumbers();
 
@@ -72,7 +79,7 @@ class SourceEdit final : public QPlainTextEdit {
   QPointer<Highlighter> highlighter_;  // the document is its owner
   std::optional<int> pressedBox_;
   bool expectsEnter_ = false;  // until a key or the caret moves on
-  bool moving_ = false;           // a drag inside the view: ids stay as they are
+  bool moving_ = false;        // a drag inside the view: ids stay as they are
 };
 
 }  // namespace kvo::editor

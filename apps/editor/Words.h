@@ -135,6 +135,7 @@ inline constexpr Localized kOverwrite = {"Handgeändertes überschreiben", "Over
 inline constexpr Localized kOverwriteAnyway = {"Überschreiben", "Overwrite"};
 inline constexpr Localized kReload = {"Neu laden", "Reload"};
 inline constexpr Localized kKeep = {"Behalten", "Keep"};
+inline constexpr Localized kInsertText = {"Text einfügen", "Insert text"};
 inline constexpr Localized kSaveAsItStands = {"Trotzdem speichern", "Save anyway"};
 inline constexpr Localized kSaveAnywayMeans = {
     "„Trotzdem speichern“ schreibt die Seite, wie sie dasteht, ohne neue Laufzeittexte.",
@@ -174,15 +175,15 @@ inline constexpr Localized kNoPages = {
     "„{}“ hat keine Eigenschaftenseiten. Das Feld „Eigenschaften“ zeigt alle Werte.",
     "\"{}\" has no property pages. The \"Properties\" panel shows all values."};
 inline constexpr Localized kNoOffice = {
-    "Felder und Produkte stehen nicht zur Wahl: Neben der Seite liegt keine office.json, und keine "
-    "andere ist gewählt. „Datei – Office-Datei wählen …“ holt das nach.",
-    "There are no fields and products to choose from: no office.json lies beside the page, and no "
-    "other one is chosen. \"File - Choose office file …\" makes up for that."};
+    "Felder und Produkte lassen sich nicht auswählen: Neben der Seite liegt keine office.json, und "
+    "keine andere Office-Datei ist gewählt. Wählen Sie eine mit „Datei – Office-Datei wählen …“.",
+    "Fields and products can't be chosen: there is no office.json beside the page, and no other "
+    "office file is chosen. Choose one by \"File - Choose office file …\"."};
 inline constexpr Localized kNoFields = {
-    "Felder stehen nicht zur Wahl: „{}“ nennt keine. „Datei – Office-Datei wählen …“ nimmt eine "
-    "andere Datei.",
-    "There are no fields to choose from: \"{}\" names none. \"File - Choose office file …\" takes "
-    "another file."};
+    "Felder lassen sich nicht auswählen: „{}“ nennt keine. Wählen Sie eine andere Datei mit "
+    "„Datei – Office-Datei wählen …“.",
+    "Fields can't be chosen: \"{}\" names none. Choose another file by \"File - Choose office file "
+    "…\"."};
 inline constexpr Localized kDraftFound = {
     "Der Editor wurde nicht ordentlich beendet. Es gibt einen Entwurf von „{}“ vom {}.",
     "The editor did not end properly. There is a draft of \"{}\" from {}."};

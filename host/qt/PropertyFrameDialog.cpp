@@ -75,7 +75,7 @@ PropertyFrameDialog::~PropertyFrameDialog() {
 
 void PropertyFrameDialog::Note(const QString& note) {
   note_->setText(note);
-  note_->setFixedWidth(tabs_->sizeHint().width());
+  note_->setFixedWidth(ToPixels(PropertyPage::kSize.width, *this));
   note_->setVisible(!note.isEmpty());
 }
 

@@ -50,6 +50,11 @@ std::unique_ptr<MainWindow> Desk::NewWindow() {
   return window;
 }
 
+std::string Print(const std::string& id, const std::string& value) {
+  return "<object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"" + id +
+         "\"><param name=\"value\" value=\"" + value + "\"></object>";
+}
+
 bool WaitFor(const std::function<bool()>& holds) {
   QElapsedTimer timer;
   timer.start();

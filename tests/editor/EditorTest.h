@@ -38,6 +38,9 @@ class Desk {
   PlatformScope scope_;
 };
 
+// A print control as an element.
+std::string Print(const std::string& id, const std::string& value);
+
 // Waits until something holds; false after ten seconds.
 bool WaitFor(const std::function<bool()>& holds);
 // Until the analysis and the design view show the page as it is.

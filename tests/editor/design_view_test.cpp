@@ -10,11 +10,6 @@
 namespace kvo::editor {
 namespace {
 
-std::string Print(const std::string& id, const std::string& value) {
-  return "<object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"" + id +
-         "\"><param name=\"value\" value=\"" + value + "\"></object>";
-}
-
 class DesignViewTest : public testing::Test {
  protected:
   DesignViewTest() : window(desk.NewWindow()) {}

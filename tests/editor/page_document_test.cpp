@@ -11,11 +11,6 @@
 namespace kvo::editor {
 namespace {
 
-std::string Print(const std::string& id, const std::string& value) {
-  return "<object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"" + id +
-         "\"><param name=\"value\" value=\"" + value + "\"></object>";
-}
-
 class PageDocumentTest : public testing::Test {
  protected:
   PageDocumentTest() : page(nullptr) {

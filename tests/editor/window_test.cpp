@@ -30,11 +30,6 @@
 namespace kvo::editor {
 namespace {
 
-std::string Print(const std::string& id, const std::string& value) {
-  return "<object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"" + id +
-         "\"><param name=\"value\" value=\"" + value + "\"></object>";
-}
-
 std::string SavedPrint(const std::string& id, const std::string& value) {
   return "<!--KVO CONTROL STARTSPAN 1 <object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"" +
          id + "\"><param name=\"value\" value=\"" + value +
