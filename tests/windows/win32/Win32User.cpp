@@ -218,9 +218,9 @@ void Win32User::Press(Key key) {
     if (target == nullptr || !IsChild(view_->Window(), target)) target = view_->Window();
     const bool tab = key == Key::tab || key == Key::shiftTab;
     if (!tab && !dialogKey) target = FocusedWindow();
-    const Held held = key == Key::selectAll  ? Held({VK_CONTROL})
-                      : key == Key::shiftTab ? Held({VK_SHIFT})
-                                             : Held({});
+    const HeldKeys held = key == Key::selectAll  ? HeldKeys({VK_CONTROL})
+                          : key == Key::shiftTab ? HeldKeys({VK_SHIFT})
+                                                 : HeldKeys({});
     if (!tab || dialog_) return SendKey(target, VirtualKey(key));
     MSG message{target, WM_KEYDOWN, VK_TAB, 1, 0, {}};
     if (view_->TranslateKey(message)) return;
@@ -234,7 +234,7 @@ void Win32User::Press(Key key) {
 
 void Win32User::PressWith(WPARAM key, std::initializer_list<int> held) {
   Do([&] {
-    const Held down(held);
+    const HeldKeys down(held);
     SendKey(FocusedWindow(), key);
   });
 }

@@ -50,14 +50,14 @@ POINT Centre(const RECT& area) {
   return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
 }
 
-Held::Held(std::initializer_list<int> keys) {
+HeldKeys::HeldKeys(std::initializer_list<int> keys) {
   GetKeyboardState(former_);
   BYTE now[256]{};
   for (const int key : keys) now[static_cast<std::size_t>(key)] = kDown;
   SetKeyboardState(now);
 }
 
-Held::~Held() { SetKeyboardState(former_); }
+HeldKeys::~HeldKeys() { SetKeyboardState(former_); }
 
 void ClickAt(HWND window, POINT at, const MouseButton& button) {
   Tell(button, true);
@@ -73,7 +73,7 @@ void ClickListRow(HWND list, std::size_t row, bool add, bool twice, const MouseB
   RECT place{LVIR_BOUNDS, 0, 0, 0};
   SendMessageW(list, LVM_GETITEMRECT, row, reinterpret_cast<LPARAM>(&place));
   const LPARAM at = At({place.left + 10, Centre(place).y});
-  const Held held = add ? Held({VK_CONTROL}) : Held({});
+  const HeldKeys held = add ? HeldKeys({VK_CONTROL}) : HeldKeys({});
   const WPARAM keys = MK_LBUTTON | (add ? MK_CONTROL : 0);
   Tell(button, true);
   // The list waits for the button to come up again.

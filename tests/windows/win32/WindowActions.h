@@ -21,12 +21,12 @@ RECT Inside(HWND window);
 POINT Centre(const RECT& area);
 
 // Holds keys down for this thread.
-class Held {
+class HeldKeys {
  public:
-  explicit Held(std::initializer_list<int> keys);
-  Held(const Held&) = delete;
-  Held& operator=(const Held&) = delete;
-  ~Held();
+  explicit HeldKeys(std::initializer_list<int> keys);
+  HeldKeys(const HeldKeys&) = delete;
+  HeldKeys& operator=(const HeldKeys&) = delete;
+  ~HeldKeys();
 
  private:
   BYTE former_[256]{};
