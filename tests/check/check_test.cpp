@@ -330,6 +330,19 @@ TEST(PrintTagRule, IsSilentWhereNothingIsEmitted) {
       Holds(CheckText(Control("DTCConfig", {{"basename", "print"}, {"item", ""}})), "print-tag"));
 }
 
+TEST(PrintTagRule, HasNothingToSayOfTheBuiltInTools) {
+  std::ifstream file(KVO_SOURCE_DIR "/apps/editor/resources/toolbox.json", std::ios::binary);
+  const std::string tools{std::istreambuf_iterator<char>(file), {}};
+  for (const RegisteredControl& control : RegisteredControls()) {
+    const std::string name(control.contract().name);
+    const std::size_t at = tools.find("\"class\": \"" + name + '"');
+    ASSERT_NE(at, std::string::npos) << name;
+    const std::string tool = tools.substr(at, tools.find("\"class\"", at + 1) - at);
+    const std::string tag = "\"basename\": \"" + std::string(control.tagName) + '"';
+    EXPECT_EQ(tool.find(tag) != std::string::npos, !control.tagName.empty()) << name;
+  }
+}
+
 TEST(MissingJoinerRule, SeesComparisonsSideBySide) {
   for (const std::string test :
        {"'#customer.A#'=='x''#customer.B#'=='y'", "#customer.A#==1#customer.B#&gt;2",
