@@ -154,7 +154,7 @@ LRESULT EditSync::Message(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_KEYDOWN:
       if (wParam == 'A' && IsDown(VK_CONTROL) && !IsDown(VK_MENU))
         SendMessageW(edit_, EM_SETSEL, 0, -1);
-      else
+      else if (!LeaveSelection(wParam))
         result = hook_.Next(message, wParam, lParam);
       break;
     case WM_COPY:
@@ -177,6 +177,17 @@ LRESULT EditSync::Message(UINT message, WPARAM wParam, LPARAM lParam) {
   }
   if (concerns) SelectionMayHaveMoved();
   return result;
+}
+
+// The arrow keys go from a selection to its ends.
+bool EditSync::LeaveSelection(WPARAM key) {
+  const bool arrow = key == VK_LEFT || key == VK_RIGHT;
+  if (!arrow || IsDown(VK_SHIFT) || IsDown(VK_CONTROL) || IsDown(VK_MENU)) return false;
+  const UnitRange selected = InWindow();
+  if (selected.length == 0) return false;
+  const int caret = key == VK_LEFT ? selected.start : selected.start + selected.length;
+  SendMessageW(edit_, EM_SETSEL, static_cast<WPARAM>(caret), caret);
+  return true;
 }
 
 // A character beyond the first 65,536 is typed as two, and reaches the form as one.

@@ -60,6 +60,7 @@ class EditSync {
  private:
   LRESULT Message(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Character(WPARAM unit, LPARAM lParam);
+  bool LeaveSelection(WPARAM key);
   void SelectionMayHaveMoved();
   void Copy() const;
   void Paste() const;

@@ -318,7 +318,7 @@ ControlView::KeyUse PropertyGridView::Key(WPARAM key, HWND window) {
     return KeyUse::done;
   }
   if (window == editors_->Button() && window != nullptr) {
-    host_.Act([item] { UserAction::ClickButton(*item); });
+    editors_->PressButton();
     return KeyUse::done;
   }
   if (editors_->Main() == nullptr) return KeyUse::none;

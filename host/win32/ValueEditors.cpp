@@ -208,8 +208,7 @@ HWND ValueEditors::Button() const {
 void ValueEditors::Command(HWND window, WORD notification) {
   if (open_ == nullptr) return;
   if (window == button_) {
-    if (notification == BN_CLICKED || notification == BN_DOUBLECLICKED)
-      host_.Act([this] { UserAction::ClickButton(*item_); });
+    if (notification == BN_CLICKED || notification == BN_DOUBLECLICKED) PressButton();
   } else if (window != open_) {
     return;
   } else if (window == line_) {
@@ -223,13 +222,22 @@ void ValueEditors::Command(HWND window, WORD notification) {
   }
 }
 
+// The value may be typed over then.
+void ValueEditors::PressButton() {
+  host_.Act([this] { UserAction::ClickButton(*item_); });
+  if (Main() == nullptr) return;
+  SetFocus(Main());
+  SelectValue();
+}
+
 // The user has chosen a row of a list, or thought better of it.
 void ValueEditors::Later() {
   if (!IsList()) return;
   const auto row = static_cast<std::size_t>(SendMessageW(open_, CB_GETCURSEL, 0, 0));
-  if (std::exchange(accepted_, false) && row < item_->Choices().size())
-    host_.Act([&] { UserAction::ChooseValue(*item_, *item_->Choices()[row]); });
+  const bool chosen = std::exchange(accepted_, false) && row < item_->Choices().size();
+  if (chosen) host_.Act([&] { UserAction::ChooseValue(*item_, *item_->Choices()[row]); });
   host_.Update([this] { ShowValue(); });
+  if (chosen) SelectValue();
 }
 
 ControlView::KeyUse ValueEditors::Key(WPARAM key) const {

@@ -41,6 +41,7 @@ class ValueEditors {
   void ShowValue();
   // Selects what the next character replaces.
   void SelectValue();
+  void PressButton();
 
   // What the keyboard goes to; nullptr when no editor is open, or it is disabled.
   HWND Main() const;

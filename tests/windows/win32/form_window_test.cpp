@@ -315,6 +315,30 @@ TEST_F(Forms, AnEventMayRunTheMessagesMeanwhile) {
   EXPECT_TRUE(IsWindowVisible(Shown(form.chkInner)));
 }
 
+TEST_F(Forms, ArrowKeysGoToTheEndsOfASelection) {
+  form.txtName.Text("abc");
+  user.FocusByKeyboard(form.txtName);
+  user.Press(Key::selectAll);
+  user.Press(Key::left);
+  EXPECT_EQ(form.txtName.SelStart(), 0U);
+  user.Press(Key::selectAll);
+  user.Press(Key::right);
+  EXPECT_EQ(form.txtName.SelStart(), 3U);
+}
+
+TEST_F(Forms, AChosenValueMayBeTypedOver) {
+  auto& list = form.suiRows.Add({.kind = ItemKind::list, .caption = "Liste", .key = "l"});
+  list.AddChoice("eins", 1);
+  user.Choose(list, "eins");
+  user.Type("x");
+  EXPECT_EQ(ToText(list.Value()), "x");
+  auto& color = form.suiRows.Add({.kind = ItemKind::color, .caption = "Farbe", .key = "c"});
+  form.onButton = [&] { color.Value("#FF0000"); };
+  user.ClickButton(color);
+  user.Type("y");
+  EXPECT_EQ(ToText(color.Value()), "y");
+}
+
 TEST_F(Forms, AnEditableListOfARowTakesTextAndChoices) {
   auto& row = form.suiRows.Add({.kind = ItemKind::list, .caption = "Liste", .value = "frei"});
   row.AddChoice("eins", 1);
@@ -340,6 +364,8 @@ TEST_F(Forms, TheTabKeyGoesThroughAColourRow) {
   EXPECT_EQ(GetFocus(), ChildOf(Shown(form.suiRows), WC_BUTTONW));
   user.Press(Key::enter);
   EXPECT_EQ(clicks, 1);
+  EXPECT_EQ(GetFocus(), ChildOf(Shown(form.suiRows), WC_EDITW));  // to be typed over
+  user.Press(Key::tab);
   user.Press(Key::shiftTab);
   EXPECT_EQ(GetFocus(), ChildOf(Shown(form.suiRows), WC_EDITW));
   user.Press(Key::shiftTab);
