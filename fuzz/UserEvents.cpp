@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "common/RuntimeError.h"
+#include "common/modGlobal.h"
 #include "fuzz/Demand.h"
 #include "host/headless/FormState.h"
 
@@ -45,19 +46,30 @@ std::vector<std::size_t> ReadRows(Bytes& story) {
 }
 
 // Keys of which the desktop says what they do. Where lines wrap, their font decides; in the rows of
-// a data grid and in a closed list every desktop has habits of its own.
+// a data grid, in a closed list, and from a text that is no row of its list every desktop has
+// habits of its own.
 bool IsTheDesktops(FormControl& focused, Key key) {
   const bool upOrDown = key == Key::up || key == Key::down;
   const bool leftOrRight = key == Key::left || key == Key::right;
-  if (const auto* box = dynamic_cast<TextBox*>(&focused)) return box->MultiLine() && upOrDown;
-  if (const auto* list = dynamic_cast<ComboBox*>(&focused)) return !list->Editable() && leftOrRight;
+  const bool homeOrEnd = key == Key::home || key == Key::end;
+  if (dynamic_cast<TextBox*>(&focused) != nullptr) return upOrDown;
+  if (const auto* list = dynamic_cast<ComboBox*>(&focused))
+    return (list->ListIndex() == kNoRow && (upOrDown || (!list->Editable() && homeOrEnd))) ||
+           (!list->Editable() && (leftOrRight || key == Key::space));
   if (const auto* grid = dynamic_cast<PropertyGrid*>(&focused)) {
     const PropertyGridItem* item = grid->SelectedItem();
-    return item != nullptr && item->Kind() == ItemKind::list && !item->Editable() && leftOrRight;
+    if (item == nullptr || item->Kind() != ItemKind::list) return false;
+    return (upOrDown && GetSelectedChoice(*item) == nullptr) ||
+           (!item->Editable() && (leftOrRight || key == Key::space));
   }
   const bool leaves =
       key == Key::tab || key == Key::shiftTab || key == Key::enter || key == Key::escape;
   return dynamic_cast<Grid*>(&focused) != nullptr && !leaves;
+}
+
+void DemandDefined(const Form& form, Key key) {
+  if (form.Focused() != nullptr && IsTheDesktops(*form.Focused(), key))
+    throw CannotDo("what the key does is the desktop's affair");
 }
 
 void Perform(char event, Form& form, FormUser& user, Bytes& story) {
@@ -68,12 +80,14 @@ void Perform(char event, Form& form, FormUser& user, Bytes& story) {
       auto& box = ReadControl<EditBox>(form, story);
       return user.ClickInto(box, story.Below(kFurthest));
     }
-    case 't':
-      return user.Type(story.Text());
+    case 't': {
+      const std::string text = story.Text();
+      if (text.starts_with(' ')) DemandDefined(form, Key::space);
+      return user.Type(text);
+    }
     case 'k': {
       const auto key = static_cast<Key>(story.Below(static_cast<int>(Key::selectAll) + 1));
-      if (form.Focused() != nullptr && IsTheDesktops(*form.Focused(), key))
-        throw CannotDo("what the key does is the desktop's affair");
+      DemandDefined(form, key);
       return user.Press(key);
     }
     case 'c': {
@@ -105,6 +119,7 @@ void Perform(char event, Form& form, FormUser& user, Bytes& story) {
     }
     case 'x': {
       auto& tabs = ReadControl<TabControl>(form, story);
+      user.FocusByKeyboard(tabs);  // whether a click brings the keyboard there is the desktop's
       return user.SelectTab(tabs, story.Below(kFurthest));
     }
     case 'm':

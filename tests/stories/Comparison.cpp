@@ -77,6 +77,13 @@ void TellLines(std::ostream& out, const std::string& headless, const std::string
   }
 }
 
+// The first word of each action of a step that was done.
+void Count(const std::string& event, std::map<std::string, int>& done) {
+  if (!event.ends_with("; done")) return;
+  for (std::size_t at = 0, end = 0; (end = event.find("; ", at)) != std::string::npos; at = end + 2)
+    ++done[event.substr(at, event.find(' ', at) - at)];
+}
+
 std::string Tell(const Story& story, const Renderer& renderer) {
   const Performances both(story, renderer);
   const std::size_t parting = both.Parting();
@@ -112,9 +119,7 @@ Comparison CompareStories(const Repertoire& repertoire, const Renderer& renderer
       comparison.difference += Tell(Shrink(story, renderer), renderer);
       if (++differences == kMostDifferences) return comparison;
     }
-    for (const Step& step : both.headless)
-      if (step.event.ends_with(" done"))
-        ++comparison.done[step.event.substr(0, step.event.find_first_of(" ;"))];
+    for (const Step& step : both.headless) Count(step.event, comparison.done);
   }
   return comparison;
 }

@@ -8,6 +8,7 @@
 #include "common/FormKeys.h"
 #include "common/PropertyPage.h"
 #include "host/win32/OwnWindow.h"
+#include "host/win32/ShownText.h"
 #include "host/win32/WideText.h"
 #include "host/win32/WindowText.h"
 
@@ -65,6 +66,17 @@ int RowOf(const PropertyGridItem& item) {
   return static_cast<int>(at - items.begin());
 }
 
+LONG LineHeight(HWND edit) {
+  const HDC device = GetDC(edit);
+  const HGDIOBJ former =
+      SelectObject(device, reinterpret_cast<HFONT>(SendMessageW(edit, WM_GETFONT, 0, 0)));
+  TEXTMETRICW metrics{};
+  GetTextMetricsW(device, &metrics);
+  SelectObject(device, former);
+  ReleaseDC(edit, device);
+  return metrics.tmHeight;
+}
+
 }  // namespace
 
 void PumpMessages() {
@@ -97,7 +109,7 @@ TestFrame::TestFrame(SIZE inside) {
                            nullptr, ThisModule(), nullptr);
 }
 
-Win32User::Win32User(HeadlessPlatform& platform, Form& form) : platform_(platform) {
+Win32User::Win32User(HeadlessPlatform& platform, Form& form) : platform_(platform), form_(form) {
   if (dynamic_cast<PropertyPage*>(&form) != nullptr) {
     frame_ = std::make_unique<TestFrame>(FormWindow::PixelSize(form));
     page_ = std::make_unique<FormWindow>(form, frame_->Window());
@@ -117,15 +129,41 @@ Win32User::~Win32User() = default;
 
 HWND Win32User::Frame() const { return frame_ ? frame_->Window() : dialog_->Window(); }
 
+void Win32User::Activate() {
+  if (GetActiveWindow() == Frame() && IsChild(Frame(), GetFocus())) return;
+  SetActiveWindow(Frame());
+  PumpMessages();
+  const FormControl* focused = form_.Focused();
+  if (focused != nullptr && view_->ControlOf(focus_) != focused) focus_ = view_->WindowOf(*focused);
+  if (IsChild(Frame(), GetFocus()) || !IsChild(Frame(), focus_)) return;
+  if (IsWindowVisible(focus_) && IsWindowEnabled(focus_)) {
+    SetFocus(focus_);
+  } else {
+    MSG tab{view_->Window(), WM_KEYDOWN, VK_TAB, 1, 0, {}};
+    if (!view_->TranslateKey(tab)) view_->FocusFirst();
+  }
+  PumpMessages();
+}
+
+// Of a list that was opened by the way, nothing is chosen.
+void Win32User::CloseLists() const {
+  const auto close = [](HWND window, LPARAM) -> BOOL {
+    if (Is(window, WC_COMBOBOXW) && SendMessageW(window, CB_GETDROPPEDSTATE, 0, 0))
+      SendMessageW(window, WM_KEYDOWN, VK_ESCAPE, 1);
+    return TRUE;
+  };
+  EnumChildWindows(Frame(), close, 0);
+}
+
 template <class Action>
 void Win32User::Do(const Action& action) {
-  if (GetActiveWindow() != Frame()) {
-    SetActiveWindow(Frame());
-    PumpMessages();
-  }
+  Activate();
   failure_ = nullptr;
   action();
   PumpMessages();
+  CloseLists();
+  PumpMessages();
+  if (IsChild(Frame(), GetFocus())) focus_ = GetFocus();
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 
@@ -164,17 +202,21 @@ void Win32User::ClickInto(EditBox& box, std::size_t caret) {
       window = ChildOf(window, WC_EDITW);
       if (window == nullptr) Cannot(box, "only its rows can be chosen");
     }
-    const auto units =
-        ToWide(std::string_view(box.Text()).substr(0, CharacterOffset(box.Text(), caret))).size();
-    DWORD at = static_cast<DWORD>(SendMessageW(window, EM_POSFROMCHAR, units, 0));
+    const auto* area = dynamic_cast<TextBox*>(&box);
+    const Lines lines = area != nullptr && area->MultiLine() ? Lines::many : Lines::one;
+    const int units = ShownText(box.Text(), lines, kWindowStyle).ToWidget(caret);
+    // What does not show is gone to first.
+    const auto first = SendMessageW(window, EM_GETFIRSTVISIBLELINE, 0, 0);
+    const auto line = SendMessageW(window, EM_LINEFROMCHAR, static_cast<WPARAM>(units), 0);
+    if (lines == Lines::many) SendMessageW(window, EM_LINESCROLL, 0, line - first);
+    const auto at =
+        static_cast<DWORD>(SendMessageW(window, EM_POSFROMCHAR, static_cast<WPARAM>(units), 0));
     POINT point{static_cast<short>(LOWORD(at)), static_cast<short>(HIWORD(at))};
     if (static_cast<LONG>(at) == -1) {
       // Behind the last character.
-      point = {Inside(window).right - 2, 2};
-      if (units > 0) {
-        at = static_cast<DWORD>(SendMessageW(window, EM_POSFROMCHAR, units - 1, 0));
-        point.y = static_cast<short>(HIWORD(at));
-      }
+      const auto top = SendMessageW(window, EM_GETFIRSTVISIBLELINE, 0, 0);
+      const LONG down = lines == Lines::many ? static_cast<LONG>(line - top) : 0;
+      point = {Inside(window).right - 2, down * LineHeight(window) + 2};
     }
     ClickAt(window, {point.x, point.y + 2}, Button());
   });
@@ -218,9 +260,12 @@ void Win32User::Press(Key key) {
     if (target == nullptr || !IsChild(view_->Window(), target)) target = view_->Window();
     const bool tab = key == Key::tab || key == Key::shiftTab;
     if (!tab && !dialogKey) target = FocusedWindow();
-    const HeldKeys held = key == Key::selectAll  ? HeldKeys({VK_CONTROL})
-                          : key == Key::shiftTab ? HeldKeys({VK_SHIFT})
-                                                 : HeldKeys({});
+    const bool ofAllLines = (key == Key::home || key == Key::end) &&
+                            (GetWindowLongW(target, GWL_STYLE) & ES_MULTILINE) != 0 &&
+                            Is(target, WC_EDITW);
+    const HeldKeys held = key == Key::selectAll || ofAllLines ? HeldKeys({VK_CONTROL})
+                          : key == Key::shiftTab              ? HeldKeys({VK_SHIFT})
+                                                              : HeldKeys({});
     if (!tab || dialog_) return SendKey(target, VirtualKey(key));
     MSG message{target, WM_KEYDOWN, VK_TAB, 1, 0, {}};
     if (view_->TranslateKey(message)) return;
@@ -250,6 +295,8 @@ MouseButton Win32User::Button() {
 }
 
 void Win32User::Click(FormControl& control) {
+  if (auto* box = dynamic_cast<TextBox*>(&control); box && box->MultiLine())
+    return ClickInto(*box, CharacterCount(box->Text()));
   Do([&] {
     HWND window = Reach(control);
     constexpr int kInBox = 6;  // where a check box or an option has its mark
@@ -269,6 +316,10 @@ void Win32User::ClickRow(Grid& grid, std::size_t row, bool add, bool twice) {
 
 void Win32User::SelectRows(Grid& grid, std::vector<std::size_t> rows) {
   Do([&] {
+    Reach(grid);
+    for (const std::size_t row : rows)
+      if (row >= grid.RowCount()) Cannot(grid, "has no row " + std::to_string(row));
+    if (rows.empty()) return ClickBelowRows(Reach(grid), Button());
     bool add = false;
     for (const std::size_t row : rows) {
       ClickRow(grid, row, add, false);

@@ -47,6 +47,8 @@ class Win32User final : public FormUser {
 
   FormWindow& View() { return *view_; }
   HWND Frame() const;
+  // Brings the window to the front, and the keyboard to where it was.
+  void Activate();
 
   void FocusByKeyboard(FormControl& control) override;
   void ClickInto(EditBox& box, std::size_t caret) override;
@@ -71,6 +73,7 @@ class Win32User final : public FormUser {
   // What a page's event throws comes out of it.
   template <class Action>
   void Do(const Action& action);
+  void CloseLists() const;
   HWND Reach(const FormControl& control) const;
   HWND FocusedWindow() const;
   void TypeUnits(const std::wstring& units);
@@ -80,10 +83,12 @@ class Win32User final : public FormUser {
   MouseButton Button();
 
   HeadlessPlatform& platform_;
+  Form& form_;
   std::unique_ptr<TestFrame> frame_;
   std::unique_ptr<FormWindow> page_;
   std::unique_ptr<FormDialog> dialog_;
   FormWindow* view_ = nullptr;
+  HWND focus_ = nullptr;  // when the window was last acted on
   std::exception_ptr failure_;
 };
 

@@ -82,6 +82,14 @@ void ClickListRow(HWND list, std::size_t row, bool add, bool twice, const MouseB
   Tell(button, false);
 }
 
+void ClickBelowRows(HWND list, const MouseButton& button) {
+  const LPARAM at = At({10, Inside(list).bottom - 3});
+  Tell(button, true);
+  PostMessageW(list, WM_LBUTTONUP, 0, at);
+  SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, at);
+  Tell(button, false);
+}
+
 void ClickTab(HWND tabs, std::size_t tab, const MouseButton& button) {
   RECT place{};
   if (!SendMessageW(tabs, TCM_GETITEMRECT, tab, reinterpret_cast<LPARAM>(&place)))

@@ -39,6 +39,7 @@ using MouseButton = std::function<void(bool down)>;
 void ClickAt(HWND window, POINT at, const MouseButton& button = {});
 // `add`: with the control key. The list gets its last messages when messages are next dispatched.
 void ClickListRow(HWND list, std::size_t row, bool add, bool twice, const MouseButton& button = {});
+void ClickBelowRows(HWND list, const MouseButton& button = {});
 void ClickTab(HWND tabs, std::size_t tab, const MouseButton& button = {});
 // Opens a drop-down list and clicks a row.
 void ChooseInList(HWND list, int row, const MouseButton& button = {});
