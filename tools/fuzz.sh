@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the fuzzers and lets each of them search for KVO_FUZZ_SECONDS (60), two at a time, under the
-# address and undefined-behaviour sanitizers. Fails when one finds something. `./test fuzz` calls it.
+# address and undefined-behaviour sanitizers. Then KVO_STORIES (3000) random stories are performed on
+# Qt's widgets. Fails when one finds something. `./test fuzz` calls it.
 set -uo pipefail
 cd "$(dirname "$0")/.."
 export KVO_FUZZ_SECONDS=${KVO_FUZZ_SECONDS:-60}
@@ -48,4 +49,15 @@ search() {
 export -f search
 export runs
 
-printf '%s\n' "${names[@]}" | xargs -P 2 -I NAME bash -c 'search NAME' || exit 1
+failed=0
+printf '%s\n' "${names[@]}" | xargs -P 2 -I NAME bash -c 'search NAME' || failed=1
+
+# Stories after those that ./test performs.
+export KVO_STORIES=${KVO_STORIES:-3000} KVO_STORY_SEED=${KVO_STORY_SEED:-301}
+{ cmake --preset sanitize -DKVO_EDITOR=ON && cmake --build --preset sanitize --target kvo_qt_tests; } \
+  >build/fuzz.log 2>&1 || {
+  tail -n 60 build/fuzz.log >&2
+  exit 1
+}
+build/sanitize/bin/kvo_qt_tests --gtest_filter='Stories.*' || failed=1
+exit $failed

@@ -229,7 +229,7 @@ void QtUser::ClickAt(QWidget& widget, const QPoint& position, Qt::KeyboardModifi
 }
 
 void QtUser::Click(FormControl& control) {
-  if (auto* box = dynamic_cast<TextBox*>(&control); box && box->MultiLine())
+  if (auto* box = dynamic_cast<TextBox*>(&control))
     return ClickInto(*box, CharacterCount(box->Text()));
   Do([&] {
     QWidget* widget = &Reach(control);
