@@ -45,6 +45,10 @@ windows_x86_packages=(g++-mingw-w64-i686-posix)
 # What it takes to test it: Wine without its 32-bit half, with a screen, a German locale and Tahoma.
 # GoogleTest's sources are built for Windows.
 windows_test_packages=(wine64 fonts-wine xvfb locales googletest)
+# What it takes to test it for 32 bit: a Debian for i386 in a folder, and in it the Wine for such
+# programs.
+windows_x86_test_packages=(debootstrap xvfb googletest)
+i386_packages=(wine wine32 fonts-wine locales)
 # What it takes to fuzz, beside building: libFuzzer and the sanitizers' runtime come with clang.
 fuzz_packages=(clang libclang-rt-dev)
 # What it takes to measure everything, with what it is measured against.

@@ -31,8 +31,8 @@ void Tell(std::string_view line);
 // The message that there is no memory; needs none itself.
 void ComplainOfMemory();
 
-// What is told of a page's problems, one per line: `check` prints them as its result on standard output,
-// everything else as complaints on standard error.
+// What is told of a page's problems, one per line: `check` prints them as its result on standard
+// output, everything else as complaints on standard error.
 enum class Stream { output, error };
 void ShowProblems(Stream stream, std::string_view file, const page::Problems& problems);
 

@@ -9,8 +9,8 @@
 
 namespace kvo {
 
-// A line edit whose selection stays when it is left or its window activated, and from whose selection the arrow keys go to
-// its ends, as with several lines.
+// A line edit whose selection stays when it is left or its window activated, and from whose
+// selection the arrow keys go to its ends, as with several lines.
 class CalmLine : public QLineEdit {
  public:
   using QLineEdit::QLineEdit;

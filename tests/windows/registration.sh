@@ -1,23 +1,27 @@
 #!/bin/bash
-# registration.sh DLL: regsvr32 writes what it should, once or twice, for the machine and for the
+# registration.sh DLL KIND: regsvr32 writes what it should, once or twice, for the machine and for the
 # user, and regsvr32 /u leaves the registry as it was. In a Wine prefix of its own, which is made
 # anew. The names and ids come from tests/golden/classes.txt.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
-if [ $# -ne 1 ]; then
-  echo "registration.sh DLL" >&2
+if [ $# -ne 2 ]; then
+  echo "registration.sh DLL win32|win64" >&2
   exit 2
 fi
 windows_path() { printf 'Z:%s' "$(realpath "$1" | tr / '\\')"; }
 dll=$(windows_path "$1")
 folder=${dll%\\*}
 classes=$here/../golden/classes.txt
+# The type library's key for programs like the component, and that for the others.
+kind=$2
+other_kind=win32
+[ "$kind" = win64 ] || other_kind=win64
 
 work=$(mktemp -d)
 export KVO_WINE_PREFIX=$work/prefix
 # Only what this prefix started is ended.
 end() {
-  WINEPREFIX=$KVO_WINE_PREFIX PATH="$PATH:/usr/lib/wine" wineserver -k >/dev/null 2>&1
+  "$here/under-wine.sh" --end >/dev/null 2>&1
   rm -rf "$work"
 }
 trap end EXIT
@@ -151,12 +155,12 @@ expect_all() {
     complain "expected 12 controls and 13 pages, got $controls and $pages"
   key="TypeLib\\$library\\1.0"
   expect "$file" "$root" "$key" @ KVOPDesignObjects
-  expect "$file" "$root" "$key\\0\\win64" @ "$dll\\1"
+  expect "$file" "$root" "$key\\0\\$kind" @ "$dll\\1"
   expect "$file" "$root" "$key\\FLAGS" @ 0
   expect "$file" "$root" "$key\\HELPDIR" @ "$folder"
   key="TypeLib\\$framework\\1.0"
   expect "$file" "$root" "$key" @ DTCFramework
-  expect "$file" "$root" "$key\\0\\win64" @ "$dll\\2"
+  expect "$file" "$root" "$key\\0\\$kind" @ "$dll\\2"
   key="Interface\\$contract"
   expect "$file" "$root" "$key" @ IProvideRuntimeText
   expect "$file" "$root" "$key\\ProxyStubClsid32" @ '{00020424-0000-0000-C000-000000000046}'
@@ -192,10 +196,10 @@ round() {
   regsvr /u "$@"
 }
 
-# What programs of the other kind (32 bit) find under the same keys stays until their module goes.
+# What programs of the other kind find under the same keys stays until their module goes.
 shared_stays() {
   local name id file=$work/shared.machine.flat root=HKEY_LOCAL_MACHINE
-  local other="TypeLib\\$library\\1.0\\0\\win32"
+  local other="TypeLib\\$library\\1.0\\0\\$other_kind"
   export_classes before-shared
   regsvr
   wine reg add "HKLM\\Software\\Classes\\$other" /ve /d other.dll /f >/dev/null
@@ -207,7 +211,7 @@ shared_stays() {
     expect_no_key "$file" "$root" "CLSID\\$id"
   done < <(registered_classes)
   expect "$file" "$root" "$other" @ other.dll
-  expect_no_key "$file" "$root" "TypeLib\\$library\\1.0\\0\\win64"
+  expect_no_key "$file" "$root" "TypeLib\\$library\\1.0\\0\\$kind"
   wine reg delete "HKLM\\Software\\Classes\\$other" /f >/dev/null
   regsvr /u
   export_classes after-shared

@@ -10,6 +10,7 @@
 #include "host/win32/Twips.h"
 #include "host/win32/WindowText.h"
 #include "pages/frmExpressionBuilder.h"
+#include "tests/windows/Callback.h"
 #include "tests/windows/win32/WindowActions.h"
 
 namespace kvo::com {
@@ -22,10 +23,10 @@ const wchar_t* const kFormClass = L"KVOPDesignObjects.Window";
 
 template <class Visit>
 void ForEachInside(HWND window, Visit visit) {
-  EnumChildWindows(
-      window,
-      [](HWND inside, LPARAM data) -> BOOL { return (*reinterpret_cast<Visit*>(data))(inside); },
-      reinterpret_cast<LPARAM>(&visit));
+  EnumChildWindows(window, Callback([](HWND inside, LPARAM data) -> BOOL {
+                     return (*reinterpret_cast<Visit*>(data))(inside);
+                   }),
+                   reinterpret_cast<LPARAM>(&visit));
 }
 
 // The outermost window of the component's own that shows in another one.

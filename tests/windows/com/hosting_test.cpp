@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "host/win32/WindowText.h"
+#include "tests/windows/Callback.h"
 #include "tests/windows/com/Host.h"
 #include "tests/windows/win32/Win32User.h"
 #include "tests/windows/win32/pictures/Png.h"
@@ -142,17 +143,18 @@ class Hosting : public ModuleTest {
     waiting_.emplace_back(std::move(title), std::move(action));
     current_ = this;
     if (waiting_.size() > 1) return;
-    SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR id, DWORD) {
-      if (current_ == nullptr || current_->waiting_.empty()) return void(KillTimer(nullptr, id));
-      const HWND active = GetActiveWindow();
-      if (active == nullptr ||
-          TextOf(active).find(current_->waiting_[0].first) == std::wstring::npos)
-        return;
-      const auto now = std::move(current_->waiting_[0]);
-      current_->waiting_.erase(current_->waiting_.begin());
-      current_->seen.push_back(FromWide(TextOf(active)));
-      now.second(active);
-    });
+    SetTimer(nullptr, 0, 20, Callback([](HWND, UINT, UINT_PTR id, DWORD) {
+               if (current_ == nullptr || current_->waiting_.empty())
+                 return void(KillTimer(nullptr, id));
+               const HWND active = GetActiveWindow();
+               if (active == nullptr ||
+                   TextOf(active).find(current_->waiting_[0].first) == std::wstring::npos)
+                 return;
+               const auto now = std::move(current_->waiting_[0]);
+               current_->waiting_.erase(current_->waiting_.begin());
+               current_->seen.push_back(FromWide(TextOf(active)));
+               now.second(active);
+             }));
   }
   static void Cancel(HWND frame) { PostMessageW(GetDlgItem(frame, IDCANCEL), BM_CLICK, 0, 0); }
   static void PressButton(HWND box) {

@@ -11,6 +11,7 @@
 #include "host/win32/ShownText.h"
 #include "host/win32/WideText.h"
 #include "host/win32/WindowText.h"
+#include "tests/windows/Callback.h"
 
 namespace kvo {
 namespace {
@@ -152,7 +153,7 @@ void Win32User::CloseLists() const {
       SendMessageW(window, WM_KEYDOWN, VK_ESCAPE, 1);
     return TRUE;
   };
-  EnumChildWindows(Frame(), close, 0);
+  EnumChildWindows(Frame(), Callback(close), 0);
 }
 
 template <class Action>

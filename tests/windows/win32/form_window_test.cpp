@@ -14,6 +14,7 @@
 #include "tests/forms/FakeRecordset.h"
 #include "tests/pages/FakeOffice.h"
 #include "tests/qt/AllForms.h"
+#include "tests/windows/Callback.h"
 #include "tests/windows/win32/Win32User.h"
 
 namespace kvo {
@@ -401,13 +402,11 @@ TEST(FormWindows, LeaveNothingBehind) {
   const auto count = [](DWORD kind) { return GetGuiResources(GetCurrentProcess(), kind); };
   const auto children = [&] {
     int found = 0;
-    EnumChildWindows(
-        frame.Window(),
-        [](HWND, LPARAM to) {
-          ++*reinterpret_cast<int*>(to);
-          return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&found));
+    EnumChildWindows(frame.Window(), Callback([](HWND, LPARAM to) {
+                       ++*reinterpret_cast<int*>(to);
+                       return TRUE;
+                     }),
+                     reinterpret_cast<LPARAM>(&found));
     return found;
   };
   show();

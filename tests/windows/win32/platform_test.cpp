@@ -13,6 +13,7 @@
 #include "host/win32/Messages.h"
 #include "host/win32/WindowText.h"
 #include "pages/frmExpressionBuilder.h"
+#include "tests/windows/Callback.h"
 #include "tests/windows/win32/Win32User.h"
 
 namespace kvo {
@@ -35,18 +36,18 @@ class Platforms : public testing::Test {
   void Meanwhile(std::wstring title, Action action) {
     waiting_.push_back({std::move(title), std::move(action)});
     current_ = this;
-    SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR id, DWORD) {
-      const HWND dialog = GetActiveWindow();
-      if (current_ == nullptr || current_->waiting_.empty()) {
-        KillTimer(nullptr, id);
-      } else if (dialog != nullptr && TextOf(dialog) == current_->waiting_.front().title) {
-        KillTimer(nullptr, id);
-        const Waiting now = std::move(current_->waiting_.front());
-        current_->waiting_.erase(current_->waiting_.begin());
-        ++current_->answered;
-        now.action(dialog);
-      }
-    });
+    SetTimer(nullptr, 0, 10, Callback([](HWND, UINT, UINT_PTR id, DWORD) {
+               const HWND dialog = GetActiveWindow();
+               if (current_ == nullptr || current_->waiting_.empty()) {
+                 KillTimer(nullptr, id);
+               } else if (dialog != nullptr && TextOf(dialog) == current_->waiting_.front().title) {
+                 KillTimer(nullptr, id);
+                 const Waiting now = std::move(current_->waiting_.front());
+                 current_->waiting_.erase(current_->waiting_.begin());
+                 ++current_->answered;
+                 now.action(dialog);
+               }
+             }));
   }
   ~Platforms() override { current_ = nullptr; }
 
@@ -113,27 +114,28 @@ TEST_F(Platforms, AskForALine) {
 // The system's own dialog, whatever its title; its fields are those of the documented template.
 TEST_F(Platforms, ChooseColours) {
   static HWND dialog = nullptr;
-  const HHOOK hook = SetWindowsHookExW(
-      WH_CBT,
-      [](int code, WPARAM wParam, LPARAM lParam) -> LRESULT {
-        if (code == HCBT_ACTIVATE) dialog = reinterpret_cast<HWND>(wParam);
-        return CallNextHookEx(nullptr, code, wParam, lParam);
-      },
-      nullptr, GetCurrentThreadId());
+  const HHOOK hook =
+      SetWindowsHookExW(WH_CBT, Callback([](int code, WPARAM wParam, LPARAM lParam) -> LRESULT {
+                          if (code == HCBT_ACTIVATE) dialog = reinterpret_cast<HWND>(wParam);
+                          return CallNextHookEx(nullptr, code, wParam, lParam);
+                        }),
+                        nullptr, GetCurrentThreadId());
   constexpr int kRed = 706;  // COLOR_RED; green and blue follow
   static int turn = 0;
   static UINT preset[3]{};
-  const UINT_PTR timer = SetTimer(nullptr, 0, 50, [](HWND, UINT, UINT_PTR, DWORD) {
-    if (dialog == nullptr || GetDlgItem(dialog, kRed) == nullptr) return;
-    const HWND open = std::exchange(dialog, nullptr);
-    for (int part = 0; part < 3; ++part)
-      preset[part] = GetDlgItemInt(open, kRed + part, nullptr, FALSE);
-    if (turn++ > 0) return Press(open, IDCANCEL);
-    SetDlgItemInt(open, kRed, 0xAB, FALSE);
-    SetDlgItemInt(open, kRed + 1, 0xCD, FALSE);
-    SetDlgItemInt(open, kRed + 2, 0xEF, FALSE);
-    Press(open, IDOK);
-  });
+  const UINT_PTR timer = SetTimer(nullptr, 0, 50, Callback([](HWND, UINT, UINT_PTR, DWORD) {
+                                    if (dialog == nullptr || GetDlgItem(dialog, kRed) == nullptr)
+                                      return;
+                                    const HWND open = std::exchange(dialog, nullptr);
+                                    for (int part = 0; part < 3; ++part)
+                                      preset[part] =
+                                          GetDlgItemInt(open, kRed + part, nullptr, FALSE);
+                                    if (turn++ > 0) return Press(open, IDCANCEL);
+                                    SetDlgItemInt(open, kRed, 0xAB, FALSE);
+                                    SetDlgItemInt(open, kRed + 1, 0xCD, FALSE);
+                                    SetDlgItemInt(open, kRed + 2, 0xEF, FALSE);
+                                    Press(open, IDOK);
+                                  }));
   EXPECT_EQ(platform.ChooseColor(0x563412), 0xEFCDAB);
   EXPECT_EQ(preset[0], 0x12U);
   EXPECT_EQ(preset[1], 0x34U);

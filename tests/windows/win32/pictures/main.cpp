@@ -18,6 +18,7 @@
 #include "pages/frmExpressionBuilder.h"
 #include "tests/forms/FakeRecordset.h"
 #include "tests/pages/FakeOffice.h"
+#include "tests/windows/Callback.h"
 #include "tests/windows/win32/Win32User.h"
 #include "tests/windows/win32/pictures/Png.h"
 
@@ -207,7 +208,7 @@ void DrawPrompt(Studio& studio) {
     at->Draw(dialog, "prompt");
     PostMessageW(dialog, WM_CLOSE, 0, 0);
   };
-  SetTimer(nullptr, 0, 100, meanwhile);
+  SetTimer(nullptr, 0, 100, Callback(meanwhile));
   AskForLine(nullptr, "Bitte geben Sie einen Namen ein.", "Attribut hinzufügen...");
 }
 
