@@ -168,7 +168,7 @@ TEST_F(Faults, APageCommandsNoTerminal) {
     const Result result =
         Kvo({"-qec", std::string(KVO_PROGRAM " ") + command + " x.html", "/dev/null"}, "",
             {{"NO_COLOR", "1"}, {"TERM", "xterm"}});
-    EXPECT_NE(result.out.find("[unknown-class]"), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("[unknown-class]"), std::string::npos) << result.out << result.err;
     for (const char c : {'\x1B', '\x07', '\x7F', '\b'})
       EXPECT_EQ(result.out.find(c), std::string::npos) << command << int{c};
     EXPECT_EQ(result.out.find("\xC2\x9B"), std::string::npos) << command;
