@@ -2,6 +2,7 @@
 # slowest.sh BUILD-FOLDER...: the ten slowest tests of the last run and the ten sources that took
 # longest when they were last compiled, so that the next slow one is seen.
 set -uo pipefail
+export LC_ALL=C  # numbers with a decimal point
 
 # seconds_of_tests FOLDER: "SECONDS NAME" a test, from what GoogleTest wrote.
 seconds_of_tests() {
@@ -25,7 +26,7 @@ seconds_of_sources() {
 }
 
 # top_ten: the ten largest of "SECONDS NAME" lines.
-top_ten() { LC_ALL=C sort -rn | head -n 10 | LC_ALL=C awk '{ printf "%8.1f s  %s\n", $1, $2 }'; }
+top_ten() { sort -rn | head -n 10 | awk '{ printf "%8.1f s  %s\n", $1, $2 }'; }
 
 tests=$(for folder; do seconds_of_tests "$folder"; done)
 echo "$(printf '%s\n' "$tests" | grep -c .) tests; the slowest:"
