@@ -11,8 +11,8 @@
 #include "bench/Peers.h"
 #include "bench/Stopwatch.h"
 #include "bench/sections.h"
+#include "document/page/Page.h"
 #include "fuzz/hostile_pages.h"
-#include "host/page/Page.h"
 
 namespace kvo::bench {
 namespace {

@@ -10,8 +10,8 @@
 #include "bench/sections.h"
 #include "common/Form.h"
 #include "common/FormGrid.h"
+#include "document/shop/Shop.h"
 #include "host/headless/HeadlessPlatform.h"
-#include "host/shop/Shop.h"
 #include "tests/shop/support/PostgresqlServer.h"
 #include "tests/shop/support/SqliteFile.h"
 

@@ -5,10 +5,10 @@
 
 #include "common/RuntimeError.h"
 #include "common/modGlobal.h"
+#include "document/page/NewGuids.h"
 #include "fuzz/Demand.h"
 #include "fuzz/StoryBag.h"
 #include "host/headless/HeadlessPlatform.h"
-#include "host/page/NewGuids.h"
 
 namespace kvo {
 namespace {

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "common/RuntimeError.h"
+#include "document/office/OfficeFile.h"
+#include "document/page/Utf8.h"
 #include "fuzz/Demand.h"
-#include "host/office/OfficeFile.h"
-#include "host/page/Utf8.h"
 
 namespace kvo::office {
 namespace {

@@ -1,7 +1,7 @@
 #include "fuzz/page_rules.h"
 
+#include "document/page/Page.h"
 #include "host/headless/HeadlessPlatform.h"
-#include "host/page/Page.h"
 
 namespace kvo::page {
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "common/Ascii.h"
-#include "host/page/Scanner.h"
+#include "document/page/Scanner.h"
 
 namespace kvo::page {
 namespace {

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Writes host/page/character_references.inc, the named character references of HTML, from the
-table in Python's standard library. Usage: tools/character_references.py > host/page/character_references.inc
+"""Writes document/page/character_references.inc, the named character references of HTML, from the
+table in Python's standard library. Usage: tools/character_references.py > document/page/character_references.inc
 """
 from html.entities import html5
 

@@ -9,10 +9,10 @@
 
 #include "apps/editor/SourceLines.h"
 #include "common/RuntimeError.h"
-#include "host/check/Check.h"
+#include "document/check/Check.h"
+#include "document/page/Page.h"
 #include "host/headless/BoxPicture.h"
 #include "host/headless/Xml.h"
-#include "host/page/Page.h"
 #include "host/qt/QtText.h"
 
 namespace kvo::editor {

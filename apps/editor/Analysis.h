@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "apps/editor/PageText.h"
-#include "host/office/Office.h"
-#include "host/page/Problem.h"
+#include "document/office/Office.h"
+#include "document/page/Problem.h"
 
 namespace kvo::editor {
 

@@ -3,7 +3,7 @@
 #include "apps/editor/Ask.h"
 #include "apps/editor/Words.h"
 #include "common/RuntimeError.h"
-#include "host/page/Page.h"
+#include "document/page/Page.h"
 #include "host/qt/Messages.h"
 #include "host/qt/PropertyFrameDialog.h"
 #include "host/qt/QtText.h"

@@ -8,7 +8,7 @@
 #include "apps/editor/PageDocument.h"
 #include "apps/editor/SourceEdit.h"
 #include "apps/editor/ToolboxFile.h"
-#include "host/office/Office.h"
+#include "document/office/Office.h"
 #include "host/qt/QtPlatform.h"
 
 namespace kvo::editor {

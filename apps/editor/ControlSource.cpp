@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "host/page/ElementWriter.h"
+#include "document/page/ElementWriter.h"
 
 namespace kvo::editor {
 namespace {

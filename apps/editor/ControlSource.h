@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/page/Page.h"
+#include "document/page/Page.h"
 
 namespace kvo::editor {
 

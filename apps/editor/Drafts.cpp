@@ -7,7 +7,7 @@
 #include <QUuid>
 #include <algorithm>
 
-#include "host/page/File.h"
+#include "document/page/File.h"
 #include "host/qt/QtText.h"
 
 namespace kvo::editor {

@@ -22,8 +22,8 @@
 #include "apps/editor/Toolbox.h"
 #include "apps/editor/Words.h"
 #include "common/RuntimeError.h"
-#include "host/office/OfficeFile.h"
-#include "host/page/File.h"
+#include "document/office/OfficeFile.h"
+#include "document/page/File.h"
 #include "host/qt/Messages.h"
 #include "host/qt/QtText.h"
 

@@ -16,8 +16,8 @@
 #include "apps/editor/SourceLines.h"
 #include "apps/editor/Toolbox.h"
 #include "apps/editor/Words.h"
-#include "host/office/OfficeFile.h"
-#include "host/page/File.h"
+#include "document/office/OfficeFile.h"
+#include "document/page/File.h"
 #include "host/qt/Messages.h"
 
 namespace kvo::editor {

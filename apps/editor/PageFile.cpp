@@ -5,7 +5,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
-#include "host/page/File.h"
+#include "document/page/File.h"
 
 namespace kvo::editor {
 namespace {

@@ -5,7 +5,7 @@
 #include <QString>
 #include <string>
 
-#include "host/page/Page.h"
+#include "document/page/Page.h"
 
 namespace kvo::editor {
 

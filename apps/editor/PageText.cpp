@@ -4,8 +4,8 @@
 #include <array>
 
 #include "apps/editor/ControlSource.h"
-#include "host/page/Page.h"
-#include "host/page/Utf8.h"
+#include "document/page/Page.h"
+#include "document/page/Utf8.h"
 
 namespace kvo::editor {
 namespace {

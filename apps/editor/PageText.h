@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include "host/page/Encoding.h"
-#include "host/page/Problem.h"
+#include "document/page/Encoding.h"
+#include "document/page/Problem.h"
 
 namespace kvo::editor {
 

@@ -4,8 +4,8 @@
 
 #include "apps/editor/ControlSource.h"
 #include "common/RuntimeError.h"
-#include "host/page/Page.h"
-#include "host/page/Surroundings.h"
+#include "document/page/Page.h"
+#include "document/page/Surroundings.h"
 #include "host/qt/QtText.h"
 
 namespace kvo::editor {

@@ -5,7 +5,7 @@
 
 #include "apps/editor/PageText.h"
 #include "common/Localized.h"
-#include "host/page/Problem.h"
+#include "document/page/Problem.h"
 
 namespace kvo::editor {
 

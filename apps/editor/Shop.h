@@ -1,7 +1,7 @@
 // The shop database, where this build has it.
 #pragma once
 
-#include "host/office/Office.h"
+#include "document/office/Office.h"
 
 namespace kvo::editor {
 

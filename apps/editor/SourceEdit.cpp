@@ -16,8 +16,8 @@
 #include "apps/editor/Placement.h"
 #include "apps/editor/SourceAccessibility.h"
 #include "apps/editor/Words.h"
-#include "host/page/Page.h"
-#include "host/page/Surroundings.h"
+#include "document/page/Page.h"
+#include "document/page/Surroundings.h"
 #include "host/qt/Messages.h"
 #include "host/qt/QtText.h"
 

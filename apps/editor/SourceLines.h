@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "apps/editor/PageText.h"
-#include "host/page/Problem.h"
+#include "document/page/Problem.h"
 
 namespace kvo::editor {
 

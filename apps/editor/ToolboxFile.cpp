@@ -5,7 +5,7 @@
 
 #include "common/RuntimeError.h"
 #include "common/Suggest.h"
-#include "host/page/Page.h"
+#include "document/page/Page.h"
 #include "host/registration/classes.h"
 
 namespace kvo::editor {

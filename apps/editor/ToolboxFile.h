@@ -18,7 +18,7 @@
 
 #include "common/Control.h"
 #include "common/Localized.h"
-#include "host/office/JsonFile.h"
+#include "document/office/JsonFile.h"
 
 namespace kvo::editor {
 

@@ -10,7 +10,7 @@
 #include "apps/editor/MainWindow.h"
 #include "apps/editor/Shop.h"
 #include "apps/editor/Words.h"
-#include "host/page/StandardStreams.h"
+#include "document/page/StandardStreams.h"
 #include "host/qt/QtPlatform.h"
 #include "host/qt/TahomaFont.h"
 #include "host/registration/classes.h"

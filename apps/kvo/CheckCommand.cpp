@@ -6,10 +6,10 @@
 #include "apps/kvo/Json.h"
 #include "apps/kvo/PageRun.h"
 #include "apps/kvo/Shop.h"
-#include "host/check/Products.h"
+#include "document/check/Products.h"
+#include "document/office/OfficeFile.h"
+#include "document/page/File.h"
 #include "host/headless/HeadlessPlatform.h"
-#include "host/office/OfficeFile.h"
-#include "host/page/File.h"
 
 namespace kvo {
 namespace {

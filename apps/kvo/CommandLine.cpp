@@ -7,9 +7,9 @@
 
 #include "apps/kvo/Names.h"
 #include "common/RuntimeError.h"
-#include "host/office/OfficeFile.h"
-#include "host/page/File.h"
-#include "host/page/Utf8.h"
+#include "document/office/OfficeFile.h"
+#include "document/page/File.h"
+#include "document/page/Utf8.h"
 
 namespace kvo {
 namespace {

@@ -3,7 +3,7 @@
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/Names.h"
 #include "apps/kvo/PageRun.h"
-#include "host/page/File.h"
+#include "document/page/File.h"
 
 namespace kvo {
 namespace {

@@ -4,7 +4,7 @@
 #include "apps/kvo/Json.h"
 #include "apps/kvo/PageRun.h"
 #include "common/RuntimeError.h"
-#include "host/page/File.h"
+#include "document/page/File.h"
 
 namespace kvo {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <initializer_list>
 
-#include "host/page/File.h"
+#include "document/page/File.h"
 
 namespace kvo {
 namespace {

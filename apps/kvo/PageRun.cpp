@@ -10,7 +10,7 @@
 #include <optional>
 #include <utility>
 
-#include "host/page/File.h"
+#include "document/page/File.h"
 
 namespace kvo {
 namespace {

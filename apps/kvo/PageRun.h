@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "apps/kvo/Terminal.h"
-#include "host/page/Page.h"
+#include "document/page/Page.h"
 
 namespace kvo {
 

@@ -5,9 +5,9 @@
 #include "apps/kvo/Shop.h"
 #include "common/PropertyPage.h"
 #include "common/RuntimeError.h"
+#include "document/page/File.h"
+#include "document/page/Page.h"
 #include "host/headless/FormPicture.h"
-#include "host/page/File.h"
-#include "host/page/Page.h"
 #include "host/registration/classes.h"
 #include "pages/frmExpressionBuilder.h"
 

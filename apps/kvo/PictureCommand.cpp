@@ -5,8 +5,8 @@
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/PageRun.h"
 #include "common/RuntimeError.h"
+#include "document/page/File.h"
 #include "host/headless/BoxPicture.h"
-#include "host/page/File.h"
 #include "host/registration/classes.h"
 
 namespace kvo {

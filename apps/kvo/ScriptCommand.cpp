@@ -3,9 +3,9 @@
 #include "apps/kvo/PageRun.h"
 #include "apps/kvo/Shop.h"
 #include "common/RuntimeError.h"
+#include "document/page/File.h"
+#include "document/page/Page.h"
 #include "host/headless/PageScript.h"
-#include "host/page/File.h"
-#include "host/page/Page.h"
 #include "host/registration/classes.h"
 
 namespace kvo {

@@ -1,6 +1,6 @@
 #include "apps/kvo/Shop.h"
 
-#include "host/office/OfficeFile.h"
+#include "document/office/OfficeFile.h"
 
 namespace kvo {
 

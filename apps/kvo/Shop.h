@@ -10,8 +10,8 @@
 #include <memory>
 #include <string>
 
+#include "document/office/Office.h"
 #include "host/headless/HeadlessPlatform.h"
-#include "host/office/Office.h"
 
 namespace kvo {
 

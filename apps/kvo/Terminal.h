@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "common/Localized.h"
-#include "host/page/Problem.h"
+#include "document/page/Problem.h"
 
 namespace kvo {
 

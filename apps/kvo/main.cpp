@@ -5,8 +5,8 @@
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/Interruption.h"
 #include "apps/kvo/Terminal.h"
+#include "document/page/StandardStreams.h"
 #include "host/headless/HeadlessPlatform.h"
-#include "host/page/StandardStreams.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "host/check/Check.h"
+#include "document/check/Check.h"
 
 #include <gtest/gtest.h>
 
@@ -10,9 +10,9 @@
 
 #include "common/Ascii.h"
 #include "common/Recordset.h"
-#include "host/check/Conditions.h"
-#include "host/check/Fields.h"
-#include "host/check/Products.h"
+#include "document/check/Conditions.h"
+#include "document/check/Fields.h"
+#include "document/check/Products.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/registration/classes.h"
 #include "tests/forms/FakeRecordset.h"

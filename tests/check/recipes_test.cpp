@@ -6,7 +6,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "host/check/Check.h"
+#include "document/check/Check.h"
 #include "host/headless/HeadlessPlatform.h"
 
 namespace kvo::check {

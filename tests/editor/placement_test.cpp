@@ -8,7 +8,7 @@
 
 #include "apps/editor/MimeTypes.h"
 #include "apps/editor/Panels.h"
-#include "host/page/Page.h"
+#include "document/page/Page.h"
 #include "host/qt/QtText.h"
 #include "tests/editor/EditorTest.h"
 

@@ -22,7 +22,7 @@
 #include "apps/editor/FindBar.h"
 #include "apps/editor/MimeTypes.h"
 #include "apps/editor/Panels.h"
-#include "host/page/Page.h"
+#include "document/page/Page.h"
 #include "host/qt/PropertyFrameDialog.h"
 #include "tests/editor/EditorTest.h"
 #include "tests/forms/FakeRecordset.h"

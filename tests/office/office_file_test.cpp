@@ -1,4 +1,4 @@
-#include "host/office/OfficeFile.h"
+#include "document/office/OfficeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "host/page/File.h"
+#include "document/page/File.h"
 
 namespace kvo::office {
 namespace {

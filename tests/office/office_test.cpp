@@ -1,4 +1,4 @@
-#include "host/office/Office.h"
+#include "document/office/Office.h"
 
 #include <gtest/gtest.h>
 

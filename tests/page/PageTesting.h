@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "document/page/Page.h"
 #include "host/headless/HeadlessPlatform.h"
-#include "host/page/Page.h"
 
 namespace kvo::page {
 

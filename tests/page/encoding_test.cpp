@@ -1,6 +1,6 @@
 // Which encoding a page is in, and what is read and written in each.
 #include "PageTesting.h"
-#include "host/page/CharacterReferences.h"
+#include "document/page/CharacterReferences.h"
 
 namespace kvo::page {
 namespace {

@@ -15,7 +15,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "host/page/File.h"
+#include "document/page/File.h"
 
 namespace kvo::page {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "PageTesting.h"
 #include "common/Ascii.h"
-#include "host/page/Surroundings.h"
+#include "document/page/Surroundings.h"
 #include "host/registration/classes.h"
 
 namespace kvo::page {

@@ -8,9 +8,9 @@
 #include "common/Object.h"
 #include "common/Recordset.h"
 #include "common/RuntimeError.h"
-#include "host/shop/Connection.h"
-#include "host/shop/Recordset.h"
-#include "host/shop/Shop.h"
+#include "document/shop/Connection.h"
+#include "document/shop/Recordset.h"
+#include "document/shop/Shop.h"
 
 namespace kvo::shop {
 

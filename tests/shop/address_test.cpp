@@ -1,4 +1,4 @@
-#include "host/shop/Address.h"
+#include "document/shop/Address.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "host/shop/Passwords.h"
+#include "document/shop/Passwords.h"
 
 #include <gtest/gtest.h>
 

@@ -4,9 +4,9 @@
 #include <filesystem>
 
 #include "controls/DTCProductList.h"
+#include "document/office/Office.h"
 #include "host/headless/FormState.h"
 #include "host/headless/HeadlessUser.h"
-#include "host/office/Office.h"
 #include "pages/propProdListPicker.h"
 #include "tests/shop/Members.h"
 #include "tests/shop/support/PostgresqlServer.h"

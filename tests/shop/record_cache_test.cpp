@@ -1,4 +1,4 @@
-#include "host/shop/RecordCache.h"
+#include "document/shop/RecordCache.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 
 #include <fstream>
 
-#include "host/office/OfficeFile.h"
+#include "document/office/OfficeFile.h"
 #include "tests/shop/Members.h"
 #include "tests/shop/support/SqliteFile.h"
 

@@ -1,4 +1,4 @@
-#include "host/shop/Statement.h"
+#include "document/shop/Statement.h"
 
 #include <gtest/gtest.h>
 

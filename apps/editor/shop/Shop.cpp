@@ -1,6 +1,6 @@
 #include "apps/editor/Shop.h"
 
-#include "host/shop/Shop.h"
+#include "document/shop/Shop.h"
 
 namespace kvo::editor {
 

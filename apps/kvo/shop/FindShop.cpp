@@ -1,6 +1,6 @@
 // As kvo-shop finds it: linked.
 #include "apps/kvo/Shop.h"
-#include "host/shop/Shop.h"
+#include "document/shop/Shop.h"
 
 namespace kvo {
 

@@ -7,10 +7,10 @@
 #include <new>
 
 #include "common/RuntimeError.h"
-#include "host/check/Check.h"
+#include "document/check/Check.h"
+#include "document/office/Office.h"
+#include "document/page/Page.h"
 #include "host/headless/HeadlessPlatform.h"
-#include "host/office/Office.h"
-#include "host/page/Page.h"
 #include "host/registration/classes.h"
 #include "tests/faults/memory/Allocations.h"
 

@@ -1,0 +1,258 @@
+#include "document/check/ControlRules.h"
+
+#include <algorithm>
+#include <set>
+
+#include "common/modGlobal.h"
+#include "controls/BlockLevel.h"
+#include "document/check/Conditions.h"
+#include "document/page/Messages.h"
+#include "host/registration/classes.h"
+
+namespace kvo::check {
+namespace {
+
+using page::Message;
+using page::Severity;
+using page::messages::Quoted;
+
+constexpr std::string_view kPrintTag = "print";
+
+// A property without which a control is of no use.
+void ExpectFilled(const Checked& checked, std::string_view className, std::string_view property,
+                  const Localized& what, const Report& report) {
+  if (!checked.Is(className) || !checked.Text(property).empty()) return;
+  const std::string name(property);
+  report({std::string(what.german) + " Füllen Sie " + name + ".",
+          std::string(what.english) + " Fill in " + name + "."});
+}
+
+void ExpectField(FieldKind kind, const std::string& name, const Checked& checked,
+                 const Report& report) {
+  if (auto message = UnknownFieldMessage(kind, name, checked.fields)) report(std::move(*message));
+}
+
+bool IsField(const Checked& checked) { return checked.Is("DTCContact") || checked.Is("DTCOrder"); }
+
+// Those that the control emits and that are fields for sure, or the others; each once.
+void ExpectReferences(const Checked& checked, bool forSure, const Report& report) {
+  std::set<std::pair<FieldKind, std::string>> seen;
+  ForEachFieldReference(checked.runtimeText, [&](const FieldReference& reference) {
+    if (IsFieldForSure(reference) != forSure) return;
+    const auto [entry, isNew] = seen.emplace(reference.kind, reference.name);
+    if (isNew) ExpectField(entry->first, entry->second, checked, report);
+  });
+}
+
+void UnknownField(const Checked& checked, const Report& report) {
+  if (!IsField(checked)) return ExpectReferences(checked, true, report);
+  const std::string field = checked.Text("Field");
+  if (field.empty()) return;
+  ExpectField(checked.Is("DTCOrder") ? FieldKind::order : FieldKind::contact, field, checked,
+              report);
+}
+
+void UnknownOrderValue(const Checked& checked, const Report& report) {
+  if (!IsField(checked)) ExpectReferences(checked, false, report);
+}
+
+void OutputWithoutField(const Checked& checked, const Report& report) {
+  const Localized what = {"Es wird kein Feld ausgegeben.", "No field is printed."};
+  for (const std::string_view className : {"DTCContact", "DTCOrder"})
+    ExpectFilled(checked, className, "Field", what, report);
+}
+
+// Where others have it, the template engine takes them for an expression without a value.
+void PrintTag(const Checked& checked, const Report& report) {
+  const RegisteredControl* control = FindControlByName(checked.found.contract->name);
+  const std::string_view fitting = TagNameOf(*control);
+  if (fitting == kPrintTag || checked.Text("basename") != kPrintTag || checked.runtimeText.empty())
+    return;
+  report({"Das Control gibt ein Element " + Quoted(kPrintTag) +
+              " aus, das für Ausdrücke da ist. Setzen Sie basename auf " + Quoted(fitting) + ".",
+          "The control emits an element " + Quoted(kPrintTag) +
+              ", which is for expressions. Set basename to " + Quoted(fitting) + "."});
+}
+
+void MissingJoiner(const Checked& checked, const Report& report) {
+  if (!checked.Has("Test")) return;
+  const std::string test = checked.Text("Test");
+  const std::size_t place = PlaceOfMissingJoiner(test);
+  if (place == std::string::npos) return;
+  const std::string second = Quoted(std::string_view(test).substr(place));
+  report({"Vor der Bedingung " + second + " fehlt „&&“ oder „||“. Verbinden Sie sie mit der davor.",
+          "There is no \"&&\" or \"||\" in front of the condition " + second +
+              ". Join it with the one before."});
+}
+
+void ContradictoryFlags(const Checked& checked, const Report& report) {
+  if (!checked.Has("OpeningTagOnly")) return;
+  if (!checked.Flag("OpeningTagOnly") || !checked.Flag("ClosingTagOnly")) return;
+  report(
+      {"Das Element soll zugleich nur öffnen und nur schließen. Löschen Sie opening-tag-only oder "
+       "closing-tag-only.",
+       "The element is to be an opening tag only and a closing tag only. Delete opening-tag-only "
+       "or closing-tag-only."});
+}
+
+// What a control emits only together with another property.
+struct Dependent {
+  std::string_view property;
+  std::string_view needs;
+};
+constexpr Dependent kDependents[] = {
+    {"Format", "Value"}, {"Format", "Item"},  {"HTMLContent", "Value"},   {"Attributes", "Value"},
+    {"OnTrue", "Test"},  {"OnFalse", "Test"}, {"FontSize", "FontFamily"},
+};
+
+void NeverEmitted(const Checked& checked, const Report& report) {
+  for (const auto& [property, needs] : kDependents) {
+    if (!checked.Has(property) || !checked.Has(needs)) continue;
+    if (checked.Text(property).empty() || !checked.Text(needs).empty()) continue;
+    const std::string name(property);
+    const std::string other(needs);
+    report({name + " wird nie ausgegeben, weil " + other + " leer ist. Füllen Sie " + other +
+                " oder leeren Sie " + name + ".",
+            name + " is never emitted because " + other + " is empty. Fill in " + other +
+                " or empty " + name + "."});
+  }
+}
+
+void AttributeFails(const Checked& checked, const Report& report) {
+  if (!checked.Has("AttributesCollection")) return;
+  ForEach(*ToObject(checked.control->Get("AttributesCollection")), [&](const Variant& item) {
+    const std::string text = ToText(item);
+    if (text.empty() || text.find('|') != std::string::npos) return;
+    report({"Dem Attribut " + Quoted(text) +
+                " fehlt „|“: Der Laufzeittext scheitert mit Fehler 9. Schreiben Sie Name|Wert.",
+            "The attribute " + Quoted(text) +
+                " has no \"|\": the runtime text fails with error 9. Write name|value."});
+  });
+}
+
+void AttributeChanges(const Checked& checked, const Report& report) {
+  if (!checked.Has("AttributesCollection")) return;
+  const auto key = std::ranges::find(checked.found.bag, "attributes", &MemoryBag::Entry::first);
+  if (key != checked.found.bag.end() && key->second != checked.Text("Attributes"))
+    report(
+        {"Leere Attribute am Anfang der Liste gehen beim nächsten Speichern verloren. Löschen "
+         "Sie die führenden „||“.",
+         "Empty attributes at the front of the list get lost when it is saved next. Delete the "
+         "leading \"||\"."});
+  ForEach(*ToObject(checked.control->Get("AttributesCollection")), [&](const Variant& item) {
+    const std::string text = ToText(item);
+    if (text.starts_with('|') && std::ranges::count(text, '|') > 1)
+      report({"Vor " + Quoted(text) +
+                  " stand ein Attribut mit leerem Wert: Dabei ist ein „|“ hierher gerutscht. "
+                  "Schreiben Sie Name|Wert und lassen Sie leere Werte weg.",
+              "An attribute with an empty value stood before " + Quoted(text) +
+                  ": a \"|\" has shifted to this one. Write name|value and leave out empty "
+                  "values."});
+    else if (std::ranges::count(text, '|') > 1)
+      report({"Von " + Quoted(text) +
+                  " wird nur der Teil bis zum zweiten „|“ ausgegeben. Ein Wert kann kein „|“ "
+                  "enthalten.",
+              "Only the part before the second \"|\" of " + Quoted(text) +
+                  " is emitted. A value cannot hold a \"|\"."});
+  });
+}
+
+void QuoteInAttribute(const Checked& checked, const Report& report) {
+  if (!checked.Has("AttributesCollection")) return;
+  ForEach(*ToObject(checked.control->Get("AttributesCollection")), [&](const Variant& item) {
+    const std::string text = ToText(item);
+    if (text.find('"') == std::string::npos) return;
+    report({"Das Attribut " + Quoted(text) +
+                " enthält ein Anführungszeichen, mit dem sein Wert endet. Schreiben Sie ' dafür.",
+            "The attribute " + Quoted(text) +
+                " holds a quotation mark, which ends its value. Write ' instead."});
+  });
+}
+
+void MarkerInContent(const Checked& checked, const Report& report) {
+  std::string_view inside = checked.runtimeText;
+  if (!inside.starts_with(kBlockStart) || !inside.ends_with(kBlockEnd)) return;
+  inside.remove_prefix(kBlockStart.size());
+  inside.remove_suffix(kBlockEnd.size());
+  for (const std::string_view marker :
+       {std::string_view("-->"), std::string_view("--!>"), kBlockStart.substr(4),
+        kBlockEnd.substr(0, kBlockEnd.size() - 3)})
+    if (inside.find(marker) != std::string_view::npos)
+      return report({"Der Inhalt enthält " + Quoted(marker) +
+                         ": Damit endet der Block im HTML-Editor zu früh. Nehmen Sie es heraus.",
+                     "The content holds " + Quoted(marker) +
+                         ": it ends the block too early in an HTML editor. Take it out."});
+}
+
+void LinkWithoutAddress(const Checked& checked, const Report& report) {
+  ExpectFilled(checked, "DTCClicktracker", "Href",
+               {"Der Link hat keine Adresse.", "The link has no address."}, report);
+}
+void UnsubscribeWithoutRecipient(const Checked& checked, const Report& report) {
+  ExpectFilled(checked, "DTCUnsubscriber", "Recipient",
+               {"Niemand empfängt die Abmeldungen.", "Nobody receives the unsubscriptions."},
+               report);
+}
+void UnsubscribeWithoutSite(const Checked& checked, const Report& report) {
+  if (checked.Is("DTCUnsubscriber") && checked.Text("Site") == "/")
+    report({"Die Bestätigungsseite hat keine Adresse, nur „/“. Füllen Sie Site.",
+            "The confirmation page has no address, only \"/\". Fill in Site."});
+  ExpectFilled(
+      checked, "DTCUnsubscriber", "Site",
+      {"Die Bestätigungsseite hat keine Adresse.", "The confirmation page has no address."},
+      report);
+}
+
+// Properties that become attribute values; contents are HTML, where an "&" is the author's own.
+// clang-format off
+constexpr std::string_view kAttributeValues[] = {
+    "Value", "Field", "Item", "Format", "Test", "Href", "ClickId", "Recipient", "Site",
+    "TableWidth", "SelectedProducts", "ShopHTTPURL", "ImagesHTTPURL", "FontFamily", "FontSize",
+    "Border", "TableBgColor", "HeaderBgColor", "HeaderCSSStyle", "DefaultExtension", "OrderId",
+    "TableCellSpacing", "TableCellPadding", "TableBorder", "TableBackground", "TableCssStyle",
+    "HeaderBackground", "BodyBackground", "BodyCssStyle",
+};
+// clang-format on
+
+void BareAmpersand(const Checked& checked, const Report& report) {
+  const auto complain = [&](std::string_view property, std::string_view value) {
+    const std::string name(property);
+    report(
+        {"Ein „&“ in " + name + " bleibt unmaskiert: " + Quoted(value) + ". Schreiben Sie „&amp;“.",
+         "An \"&\" in " + name + " stays raw: " + Quoted(value) + ". Write \"&amp;\"."});
+  };
+  for (const std::string_view property : kAttributeValues) {
+    if (!checked.Has(property)) continue;
+    // The escaping leaves an "&" raw only where the text ends before it could be told from "&amp;".
+    const std::string value = checked.Text(property);
+    if (FixAmpersands(value + ' ') != FixAmpersands(value) + ' ') complain(property, value);
+  }
+  if (checked.Has("Headline")) {
+    const std::string headline = checked.Text("Headline");
+    if (FixAmpersands(headline + ' ') != headline + ' ') complain("Headline", headline);
+  }
+}
+
+constexpr ControlRule kRules[] = {
+    {kUnknownField, UnknownField},
+    {kUnknownOrderValue, UnknownOrderValue},
+    {{"output-without-field", Severity::error}, OutputWithoutField},
+    {{"print-tag", Severity::warning}, PrintTag},
+    {{"missing-joiner", Severity::error}, MissingJoiner},
+    {{"contradictory-flags", Severity::error}, ContradictoryFlags},
+    {{"never-emitted", Severity::warning}, NeverEmitted},
+    {{"attribute-fails", Severity::error}, AttributeFails},
+    {{"attribute-changes", Severity::warning}, AttributeChanges},
+    {{"quote-in-attribute", Severity::error}, QuoteInAttribute},
+    {{"marker-in-content", Severity::error}, MarkerInContent},
+    {{"link-without-address", Severity::error}, LinkWithoutAddress},
+    {{"unsubscribe-without-recipient", Severity::error}, UnsubscribeWithoutRecipient},
+    {{"unsubscribe-without-site", Severity::error}, UnsubscribeWithoutSite},
+    {{"bare-ampersand", Severity::warning}, BareAmpersand},
+};
+
+}  // namespace
+
+std::span<const ControlRule> ControlRules() { return kRules; }
+
+}  // namespace kvo::check

@@ -1,0 +1,43 @@
+// The rules that look at one control at a time.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/Control.h"
+#include "document/check/Check.h"
+#include "document/check/Fields.h"
+
+namespace kvo::check {
+
+// The rules that the page's own text is held against as well.
+inline constexpr Rule kUnknownField{"unknown-field", page::Severity::error};
+inline constexpr Rule kUnknownOrderValue{"unknown-order-value", page::Severity::warning};
+
+// A control under inspection: loaded from its bag, and the runtime text that it answers.
+struct Checked {
+  const page::FoundControl& found;
+  const std::shared_ptr<Control>& control;
+  KnownFields& fields;
+  std::string runtimeText;
+
+  bool Is(std::string_view className) const { return found.contract->name == className; }
+  bool Has(std::string_view property) const {
+    return found.contract->FindProperty(property) != nullptr;
+  }
+  std::string Text(std::string_view property) const { return ToText(control->Get(property)); }
+  bool Flag(std::string_view property) const { return ToFlag(control->Get(property)); }
+};
+
+using Report = std::function<void(page::Message)>;
+
+struct ControlRule {
+  Rule rule;
+  void (*check)(const Checked& checked, const Report& report);
+};
+std::span<const ControlRule> ControlRules();
+
+}  // namespace kvo::check

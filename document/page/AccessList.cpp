@@ -1,0 +1,30 @@
+#include "document/page/AccessList.h"
+
+#include <sys/types.h>
+#include <sys/xattr.h>
+
+#include <cerrno>
+
+namespace kvo::page {
+namespace {
+
+// Under this name the system hands out the list as a whole, so that it is copied as it is.
+constexpr const char* kAccessList = "system.posix_acl_access";
+
+// Of a file system, or a system, that has no access lists.
+bool HasNone(int error) { return error == ENODATA || error == ENOTSUP || error == ENOSYS; }
+
+}  // namespace
+
+int CopyAccessList(const std::string& from, int to) {
+  const ssize_t size = getxattr(from.c_str(), kAccessList, nullptr, 0);
+  if (size < 0) {
+    if (!HasNone(errno)) return errno;
+    return fremovexattr(to, kAccessList) == 0 || HasNone(errno) ? 0 : errno;
+  }
+  std::string list(static_cast<std::size_t>(size), '\0');
+  if (getxattr(from.c_str(), kAccessList, list.data(), list.size()) != size) return EIO;
+  return fsetxattr(to, kAccessList, list.data(), list.size(), 0) == 0 ? 0 : errno;
+}
+
+}  // namespace kvo::page

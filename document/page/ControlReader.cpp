@@ -1,0 +1,518 @@
+#include "document/page/ControlReader.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "common/Ascii.h"
+#include "common/Suggest.h"
+#include "document/page/ElementWriter.h"
+#include "document/page/Messages.h"
+#include "document/page/OurElements.h"
+#include "document/page/Utf8.h"
+#include "host/registration/classes.h"
+
+namespace kvo::page {
+namespace {
+
+// How we write it ourselves.
+constexpr char kPlainClassId[] = " classid=\"";
+constexpr char kPlainId[] = " id=\"";
+constexpr char kPlainParamName[] = "<param name=\"";
+constexpr char kPlainParamValue[] = "\" value=\"";
+constexpr char kPlainTagEnd[] = "\">";
+constexpr char kPlainElementEnd[] = "</object>";
+
+template <std::size_t size>
+constexpr std::size_t LengthOf(const char (&)[size]) {
+  return size - 1;
+}
+
+// The comparison is compiled in place.
+template <std::size_t size>
+bool HasAt(std::string_view text, std::size_t at, const char (&literal)[size]) {
+  return text.size() >= at + LengthOf(literal) &&
+         std::memcmp(text.data() + at, literal, LengthOf(literal)) == 0;
+}
+
+constexpr std::size_t kParamTag = std::string_view("<param").size();
+
+constexpr std::size_t kShownBytes = 80;  // in messages, of what stands in the page
+
+std::string_view FirstLine(std::string_view text) {
+  return text.substr(0, text.find_first_of("\r\n"));
+}
+
+std::string_view NearestClass(std::string_view className) {
+  std::vector<std::string_view> names;
+  for (const RegisteredControl& control : RegisteredControls())
+    names.push_back(control.contract().name);
+  return Suggest(className, names);
+}
+
+std::string_view NearestKey(const ControlClass& contract, std::string_view key) {
+  std::vector<std::string_view> keys;
+  for (const BagKey& row : contract.bag) keys.push_back(row.key);
+  return Suggest(key, keys);
+}
+
+// A name of an attribute can be written again when it would be read as the same name.
+bool IsWritableName(std::string_view name) {
+  return name.find_first_of(std::string_view("\"'<=\0", 5)) == npos;
+}
+
+}  // namespace
+
+bool ControlReader::Next() {
+  while (!refused_) {
+    decodedInUse_ = 0;
+    const Scanner before = foreignObject_.value_or(scanner_);
+    const std::size_t from = before.Position() + (foreignObject_ ? kObjectStart.size() : 0);
+    foreignObject_.reset();
+    const Scanner::Kind kind = scanner_.Next();
+    const std::size_t at = scanner_.Position();
+    FindMisplaced(before, from, at);
+    bool found = false;
+    switch (kind) {
+      case Scanner::Kind::end:
+        return false;
+      case Scanner::Kind::spanEnd:
+        ReportStrayEnd(at);
+        scanner_.GoOn(BehindComment(at));
+        break;
+      case Scanner::Kind::object:
+        found = ReadObject(at);
+        break;
+      case Scanner::Kind::spanStart:
+        found = ReadSpan(at);
+        break;
+    }
+    if (!found) continue;
+    if (encoding_.kind() == PageEncoding::Kind::other) {
+      Fail(at, rule::encoding, messages::OtherEncoding(encoding_.Name()));
+      refused_ = true;
+    }
+    ++count_;
+    return true;
+  }
+  return false;
+}
+
+void ControlReader::ReadSpanTextAsPage(std::size_t ownSize) {
+  if (!spanEnds_) IndexSpanEnds(control_.textBegin);
+  scanner_.GoOn(control_.textBegin + ownSize);
+}
+
+void ControlReader::FindMisplaced(const Scanner& before, std::size_t from, std::size_t to) {
+  OurElements elements(page_, from, to, encoding_);
+  std::optional<SurroundingsFinder> surroundings;
+  while (const auto element = elements.Next()) {
+    if (!surroundings) surroundings.emplace(page_, before);
+    const Surroundings place = surroundings->At(element->begin);
+    const bool isValue = place.kind == Surroundings::Kind::attributeValue;
+    const std::size_t line = (isValue ? valuePlaces_ : places_).At(place.begin).line;
+    // The start comment of a saved control is as misplaced as its element.
+    if (const std::size_t number = SpanNumberBefore(page_, element->begin); number != 0)
+      misplacedSpans_[number] = {place, line};
+    const LoneElement alone =
+        ReadAlone(page_.substr(element->begin, element->end - element->begin), encoding_);
+    problems_.Add(element->begin, rule::misplacedControl, {alone.className, alone.id},
+                  CannotHoldControl(place, line, alone.runtimeText));
+  }
+}
+
+void ControlReader::ReportStrayEnd(std::size_t at) {
+  std::string_view rest = page_.substr(at + kSpanEnd.size());
+  const auto misplaced = misplacedSpans_.find(TakeNumber(rest));
+  if (misplaced == misplacedSpans_.end()) {
+    problems_.Add(at, rule::strayEnd, {}, messages::StrayEnd());
+    return;
+  }
+  problems_.Add(at, rule::strayEnd, {},
+                messages::StrayEndOfMisplaced(misplaced->second.place, misplaced->second.line));
+  misplacedSpans_.erase(misplaced);
+}
+
+bool ControlReader::ReadObject(std::size_t at) {
+  inComment_ = false;
+  std::size_t end = at;
+  const bool ours = ReadElement(end);
+  if (!ours) foreignObject_ = scanner_;
+  scanner_.GoOn(end);
+  if (!ours) return false;
+  control_.begin = at;
+  control_.end = end;
+  const bool closed = !stopped_ && ReadParams(end);
+  if (!closed && !stopped_) Fail(at, rule::unclosedControl, messages::UnclosedControl());
+  control_.end = end;
+  scanner_.GoOn(end);
+  return true;
+}
+
+bool ControlReader::ReadSpan(std::size_t at) {
+  inComment_ = true;
+  commentBegin_ = at;
+  commentEnd_ = 0;
+  const auto refuse = [&](Message message) {
+    problems_.Add(at, rule::malformedSpan, {}, std::move(message));
+    scanner_.GoOn(BehindComment(at));
+    return false;
+  };
+  std::string_view rest = page_.substr(at + kSpanStart.size());
+  const std::size_t number = TakeNumber(rest);
+  if (number == 0 || !rest.starts_with(' ')) return refuse(messages::SpanWithoutNumber());
+  std::size_t element = OffsetOf(rest) + 1;
+  if (!IsTagAt(page_, element, "<", "object") || !ReadElement(element))
+    return refuse(messages::SpanWithoutControl());
+  control_.begin = at;
+  control_.isSpan = true;
+  control_.number = number;
+  const bool closed = !stopped_ && ReadParams(element);
+  if (!closed && !stopped_) Fail(at, rule::unclosedControl, messages::UnclosedControl());
+  ReadSpanText(element, closed);
+  scanner_.GoOn(control_.end);
+  // With its end comment lost as well, a broken control must not hide those behind it.
+  if (control_.broken && control_.OldText(page_).find(kSpanStart) != npos) ReadSpanTextAsPage();
+  return true;
+}
+
+void ControlReader::ReadSpanText(std::size_t at, bool elementClosed) {
+  const std::size_t begin = control_.begin;
+  std::size_t text = 0;
+  if (elementClosed) {
+    while (at < page_.size() && IsHtmlSpace(page_[at])) ++at;
+    if (page_.substr(at, kCommentEnd.size()) == kCommentEnd) {
+      text = at + kCommentEnd.size();
+    } else if (at < page_.size()) {
+      Fail(at, rule::malformedSpan, messages::SpanCommentGoesOn());
+    }
+  }
+  if (text == 0) {
+    text = EndOfComment(page_, begin);
+    if (text == npos) {
+      Fail(begin, rule::malformedSpan, messages::SpanCommentNeverEnds());
+      control_.textBegin = control_.textEnd = control_.end = page_.size();
+      return;
+    }
+  }
+  control_.textBegin = control_.textEnd = control_.end = text;
+  const std::size_t end = FindSpanEnd(text, control_.number);
+  if (end == npos) {
+    Fail(begin, rule::missingEnd, messages::MissingEnd(EndComment(control_.number)));
+    return;
+  }
+  control_.textEnd = end;
+  control_.end = BehindComment(end);
+}
+
+bool ControlReader::ReadElement(std::size_t& at) {
+  stopped_ = isOurs_ = false;
+  const std::size_t begin = at;
+  TagReader tag(page_, begin + kObjectStart.size());
+  RawAttribute attribute;
+  bool isFirst = true;
+  bool found = false;
+  if (const std::size_t known = EndOfKnownClassId(begin + kObjectStart.size()); known != npos) {
+    attribute.value = lastClassId_;
+    tag = TagReader(page_, known);
+    found = true;
+  }
+  while (!found && NextAttribute(tag, attribute)) {
+    found = EqualIgnoringCase(attribute.name, "classid");
+    if (!found) isFirst = false;
+  }
+  if (!found || !ReadClass(attribute)) {
+    while (!stopped_ && found && NextAttribute(tag, attribute)) {
+    }
+    at = tag.Position();
+    return false;
+  }
+  isOurs_ = true;
+  control_.index = count_;
+  control_.begin = control_.textBegin = control_.textEnd = begin;
+  control_.isSpan = false;
+  control_.id.reset();
+  control_.attributes.clear();
+  control_.params.clear();
+  control_.broken = control_.contract == nullptr;
+  control_.paramOfKey.assign(control_.contract == nullptr ? 0 : control_.contract->bag.size(),
+                             ReadControl::kNoParam);
+  nextKey_ = 0;
+  if (!isFirst) tag = TagReader(page_, begin + kObjectStart.size());
+  at = tag.Position();
+  if (!isFirst || !ReadPlainId(at)) {
+    ReadAttributes(tag, isFirst);
+    at = tag.Position();
+  }
+  if (control_.contract == nullptr)
+    Fail(begin, rule::unknownClass,
+         messages::UnknownClass(control_.className, NearestClass(control_.className)));
+  return true;
+}
+
+// The class is mostly that of the control before, and stands first.
+std::size_t ControlReader::EndOfKnownClassId(std::size_t at) const {
+  if (lastContract_ == nullptr || !HasAt(page_, at, kPlainClassId)) return npos;
+  const std::size_t value = at + LengthOf(kPlainClassId);
+  const std::size_t end = value + lastClassId_.size();
+  const bool same = end < page_.size() && page_[end] == '"' &&
+                    std::memcmp(page_.data() + value, lastClassId_.data(), end - value) == 0;
+  return same ? end + 1 : npos;
+}
+
+bool ControlReader::ReadClass(const RawAttribute& classId) {
+  if (lastContract_ != nullptr && classId.value == lastClassId_) {
+    control_.contract = lastContract_;
+    control_.className = lastContract_->name;
+    return true;
+  }
+  std::string value;
+  encoding_.DecodeAttribute(classId.value, value);
+  if (const RegisteredControl* control = FindControlByClassId(value)) {
+    control_.contract = lastContract_ = &control->contract();
+    control_.className = lastContract_->name;
+    lastClassId_ = classId.value;
+    return true;
+  }
+  if (!IsOurProgId(value)) return false;
+  // Decoding may report something, which then is not about the control before.
+  control_.contract = nullptr;
+  control_.className = {};
+  control_.id.reset();
+  control_.className = Decoded(classId);
+  const std::size_t dot = control_.className.find('.');
+  control_.className.remove_prefix(dot == npos ? control_.className.size() : dot + 1);
+  return true;
+}
+
+bool ControlReader::ReadPlainId(std::size_t& at) {
+  if (!HasAt(page_, at, kPlainId)) return false;
+  const std::size_t value = at + LengthOf(kPlainId);
+  const std::size_t end = EndOfPlainText(page_, value);
+  if (!HasAt(page_, end, kPlainTagEnd)) return false;
+  control_.id = page_.substr(value, end - value);
+  at = end + LengthOf(kPlainTagEnd);
+  return true;
+}
+
+void ControlReader::ReadAttributes(TagReader& tag, bool classIdSeen) {
+  RawAttribute attribute;
+  while (NextAttribute(tag, attribute)) {
+    if (EqualIgnoringCase(attribute.name, "classid")) {
+      if (classIdSeen)
+        Fail(OffsetOf(attribute.name), rule::attribute, messages::DuplicateAttribute("classid"));
+      classIdSeen = true;
+    } else if (EqualIgnoringCase(attribute.name, "id")) {
+      if (control_.id)
+        Fail(OffsetOf(attribute.name), rule::attribute, messages::DuplicateAttribute("id"));
+      else
+        control_.id = Decoded(attribute);
+    } else {
+      control_.attributes.push_back({attribute.name, Decoded(attribute), attribute.hasValue});
+    }
+  }
+  if (!control_.attributes.empty()) CheckAttributeNames(control_.begin);
+}
+
+void ControlReader::CheckAttributeNames(std::size_t at) {
+  std::vector<std::string> names;
+  for (const ReadControl::Attribute& attribute : control_.attributes) {
+    std::string name;
+    const bool valid = encoding_.Decode(attribute.name, name) == npos;
+    if (!valid || !IsWritableName(attribute.name))
+      Fail(at, rule::attribute, messages::UnwritableAttribute(ForPeople(attribute.name)));
+    std::ranges::transform(name, name.begin(), LowerAscii);
+    names.push_back(std::move(name));
+  }
+  std::ranges::sort(names);
+  for (auto twin = std::ranges::adjacent_find(names); twin != names.end();
+       twin = std::adjacent_find(twin + 1, names.end()))
+    Fail(at, rule::attribute, messages::DuplicateAttribute(*twin));
+}
+
+bool ControlReader::ReadParams(std::size_t& at) {
+  bool reported = false;
+  while (at < page_.size()) {
+    if (IsHtmlSpace(page_[at])) {
+      ++at;
+      continue;
+    }
+    if (ReadPlainParam(at)) continue;
+    if (HasAt(page_, at, kPlainElementEnd)) {
+      at += LengthOf(kPlainElementEnd);
+      return true;
+    }
+    if (IsTagAt(page_, at, "<", "param")) {
+      ReadParam(at);
+      if (stopped_) return false;
+      continue;
+    }
+    const bool closesObject = IsTagAt(page_, at, "</", "object");
+    if (closesObject || IsTagAt(page_, at, "</", "param")) {
+      TagReader tag(page_, at + std::string_view(closesObject ? "</object" : "</param").size());
+      RawAttribute attribute;
+      while (NextAttribute(tag, attribute))
+        Fail(OffsetOf(attribute.name), rule::unexpectedContent,
+             messages::UnexpectedContent(ForPeople(attribute.name)));
+      at = tag.Position();
+      if (closesObject || stopped_) return closesObject && !stopped_;
+      continue;
+    }
+    const std::string_view rest = page_.substr(at);
+    if (IsTagAt(page_, at, "<", "object") || rest.starts_with(kSpanStart) ||
+        rest.starts_with(kSpanEnd) || (inComment_ && rest.starts_with(kCommentEnd)))
+      return false;
+    // Anything else would be lost. Say so once, then look for more params.
+    if (!reported)
+      Fail(at, rule::unexpectedContent,
+           messages::UnexpectedContent(ForPeople(FirstLine(rest.substr(0, kShownBytes)))));
+    reported = true;
+    if (inComment_) {
+      stopped_ = true;
+      return false;
+    }
+    if (page_[at] == '<') {
+      scanner_.GoOn(at);
+      scanner_.SkipOne();
+      at = scanner_.Position();
+    } else {
+      at = std::min(page_.find('<', at), page_.size());
+    }
+  }
+  return false;
+}
+
+bool ControlReader::ReadPlainParam(std::size_t& at) {
+  if (!HasAt(page_, at, kPlainParamName)) return false;
+  const std::size_t key = at + LengthOf(kPlainParamName);
+  const std::size_t keyEnd = EndOfPlainText(page_, key);
+  if (keyEnd == key || !HasAt(page_, keyEnd, kPlainParamValue)) return false;
+  const std::size_t value = keyEnd + LengthOf(kPlainParamValue);
+  const std::size_t valueEnd = EndOfPlainText(page_, value);
+  if (!HasAt(page_, valueEnd, kPlainTagEnd)) return false;
+  const std::size_t begin = at;
+  at = valueEnd + LengthOf(kPlainTagEnd);
+  AddParam(begin, page_.substr(key, keyEnd - key), page_.substr(value, valueEnd - value));
+  return true;
+}
+
+void ControlReader::ReadParam(std::size_t& at) {
+  const std::size_t begin = at;
+  TagReader tag(page_, begin + kParamTag);
+  RawAttribute attribute;
+  std::optional<std::string_view> key;
+  std::optional<std::string_view> value;
+  while (NextAttribute(tag, attribute)) {
+    if (!key && EqualIgnoringCase(attribute.name, "name")) {
+      key = Decoded(attribute);
+    } else if (!value && EqualIgnoringCase(attribute.name, "value")) {
+      value = Decoded(attribute);
+      if (!attribute.hasValue) value.reset();
+    } else {
+      Fail(OffsetOf(attribute.name), rule::malformedParam,
+           messages::ParamAttribute(ForPeople(attribute.name)));
+    }
+  }
+  at = tag.Position();
+  if (stopped_) return;
+  if (!key || key->empty()) return Fail(begin, rule::malformedParam, messages::ParamWithoutName());
+  if (!value) Fail(begin, rule::malformedParam, messages::ParamWithoutValue(*key));
+  AddParam(begin, *key, value.value_or(std::string_view()));
+}
+
+void ControlReader::AddParam(std::size_t at, std::string_view key, std::string_view value) {
+  if (control_.contract != nullptr) {
+    const auto rows = control_.contract->bag;
+    std::size_t row = nextKey_;
+    std::size_t tried = 0;
+    for (; tried < rows.size(); ++tried, ++row) {
+      if (row == rows.size()) row = 0;
+      if (rows[row].key == key) break;
+    }
+    if (tried == rows.size()) {
+      Fail(at, rule::unknownKey, messages::UnknownKey(key, NearestKey(*control_.contract, key)));
+    } else if (control_.paramOfKey[row] != ReadControl::kNoParam) {
+      Fail(at, rule::duplicateParam, messages::DuplicateParam(key));
+    } else {
+      control_.paramOfKey[row] = control_.params.size();
+      control_.params.push_back({key, value});
+      nextKey_ = row + 1;
+      return;
+    }
+  }
+  if (allParams_) control_.params.push_back({key, value});
+}
+
+bool ControlReader::NextAttribute(TagReader& tag, RawAttribute& attribute) {
+  if (tag.Next(attribute)) {
+    if (!PastComment(tag.Position(), attribute.special)) return true;
+  } else if (tag.CutOff()) {
+    stopped_ = true;
+    if (isOurs_) Fail(control_.begin, rule::unclosedControl, messages::CutOffTag());
+  } else if (inComment_) {
+    const char before = page_[tag.Position() - 2];
+    PastComment(tag.Position(), before == '-' || before == '!');
+  }
+  return false;
+}
+
+bool ControlReader::PastComment(std::size_t at, bool mayHaveEnded) {
+  if (!inComment_ || (!mayHaveEnded && commentEnd_ == 0)) return false;
+  if (commentEnd_ == 0) commentEnd_ = EndOfComment(page_, commentBegin_);
+  if (at < commentEnd_) return false;
+  stopped_ = true;
+  if (isOurs_)
+    Fail(commentEnd_ - kCommentEnd.size(), rule::malformedSpan, messages::SpanCommentEndsEarly());
+  return true;
+}
+
+std::string_view ControlReader::Decoded(const RawAttribute& attribute) {
+  if (!attribute.special) return attribute.value;
+  if (decodedInUse_ == decoded_.size()) decoded_.emplace_back();
+  std::string& text = decoded_[decodedInUse_++];
+  text.clear();
+  const std::size_t invalid = encoding_.DecodeAttribute(attribute.value, text);
+  if (invalid != npos && encoding_.kind() != PageEncoding::Kind::other)
+    Fail(OffsetOf(attribute.value) + invalid, rule::invalidBytes,
+         messages::InvalidBytes(static_cast<unsigned char>(attribute.value[invalid]),
+                                encoding_.Name()));
+  return text;
+}
+
+std::string ControlReader::ForPeople(std::string_view bytes) const {
+  bytes = bytes.substr(0, kShownBytes);
+  std::string text;
+  for (;;) {
+    const std::size_t invalid = encoding_.Decode(bytes, text);
+    if (invalid == npos) return text;
+    AppendUtf8(text, kReplacementCharacter);
+    bytes.remove_prefix(invalid + 1);
+  }
+}
+
+void ControlReader::Fail(std::size_t at, std::string_view rule, Message message) {
+  control_.broken = true;
+  problems_.Add(at, rule, control_.Subject(), std::move(message));
+}
+
+std::size_t ControlReader::FindSpanEnd(std::size_t from, std::size_t number) {
+  if (!spanEnds_) {
+    const std::size_t end = page_.find(EndComment(number), from);
+    if (end == npos) IndexSpanEnds(from);
+    return end;
+  }
+  const auto entry = std::ranges::lower_bound(*spanEnds_, SpanEndEntry(number, from));
+  return entry != spanEnds_->end() && entry->first == number ? entry->second : npos;
+}
+
+void ControlReader::IndexSpanEnds(std::size_t from) {
+  spanEnds_.emplace();
+  for (std::size_t at = page_.find(kSpanEnd, from); at != npos;
+       at = page_.find(kSpanEnd, at + kSpanEnd.size())) {
+    std::string_view rest = page_.substr(at + kSpanEnd.size());
+    const std::size_t number = TakeNumber(rest);
+    if (number != 0 && rest.starts_with(kCommentEnd)) spanEnds_->push_back({number, at});
+  }
+  std::ranges::sort(*spanEnds_);
+}
+
+}  // namespace kvo::page

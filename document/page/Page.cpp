@@ -1,0 +1,629 @@
+#include "document/page/Page.h"
+
+#include <algorithm>
+#include <cstring>
+#include <initializer_list>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "common/RuntimeError.h"
+#include "document/page/ControlReader.h"
+#include "document/page/ElementWriter.h"
+#include "document/page/Messages.h"
+#include "document/page/NewGuids.h"
+#include "document/page/OurElements.h"
+#include "document/page/ProblemList.h"
+#include "document/page/Utf8.h"
+
+namespace kvo::page {
+namespace {
+
+// Most keys come from the class's own rows, so comparing addresses settles it.
+bool IsKey(const BagKey& row, std::string_view key) {
+  return row.key.size() == key.size() && (row.key.data() == key.data() || row.key == key);
+}
+
+// What a control reads from: the params found in the page.
+class FoundBag final : public PropertyBag {
+ public:
+  explicit FoundBag(const ReadControl& control) : control_(control) {}
+
+  // Whether the class reads this value for a row of its bag.
+  bool Reads(std::size_t row, std::string_view value) const {
+    const std::size_t param = control_.paramOfKey[row];
+    return value == (param == ReadControl::kNoParam ? control_.contract->bag[row].readDefault
+                                                    : control_.params[param].value);
+  }
+  // Whether it reads its default.
+  bool ReadsDefault(std::size_t row) const {
+    return control_.paramOfKey[row] == ReadControl::kNoParam ||
+           Reads(row, control_.contract->bag[row].readDefault);
+  }
+
+ protected:
+  bool Find(std::string_view key, BagValue& value) override {
+    // A class reads its keys in the order of its rows.
+    const auto rows = control_.contract->bag;
+    while (next_ < rows.size() && !IsKey(rows[next_], key)) ++next_;
+    if (next_ == rows.size()) return false;
+    const std::size_t param = control_.paramOfKey[next_++];
+    if (param == ReadControl::kNoParam) return false;
+    value.Set(control_.params[param].value);
+    return true;
+  }
+  void Store(std::string_view, std::string_view) override {}
+
+ private:
+  const ReadControl& control_;
+  std::size_t next_ = 0;  // keys are asked for in the order of the rows
+};
+
+// What a control is stored into: params of an element, compared on the way with those it was
+// loaded from.
+class WrittenBag final : public PropertyBag {
+ public:
+  WrittenBag(const ReadControl& control, const FoundBag& found, ElementWriter& element)
+      : rows_(control.contract->bag), found_(found), element_(element) {}
+
+  // Whether a control loaded from what was stored holds what this one was loaded from.
+  bool ReadsAsFound() {
+    SkipTo(rows_.size());
+    return same_;
+  }
+
+ protected:
+  bool Find(std::string_view, BagValue&) override { return false; }
+  void Store(std::string_view key, std::string_view value) override {
+    std::size_t row = next_;
+    while (row < rows_.size() && !IsKey(rows_[row], key)) ++row;
+    SkipTo(row);
+    if (row == rows_.size()) return element_.Param(key, value);
+    element_.Param(row, value);
+    if (!found_.Reads(row, value)) same_ = false;
+    next_ = row + 1;
+  }
+
+ private:
+  // The rows before this one were not stored.
+  void SkipTo(std::size_t row) {
+    for (; next_ < row; ++next_)
+      if (!found_.ReadsDefault(next_)) same_ = false;
+  }
+
+  std::span<const BagKey> rows_;
+  const FoundBag& found_;
+  ElementWriter& element_;
+  std::size_t next_ = 0;
+  bool same_ = true;
+};
+
+// Copies a page into a sink, piece by piece, with some of its parts replaced.
+class PageCopy {
+ public:
+  PageCopy(std::string_view page, Sink& sink) : page_(page), sink_(sink) {}
+
+  // Parts are replaced in the order of the page.
+  void Replace(std::size_t begin, std::size_t end, std::initializer_list<std::string_view> pieces) {
+    std::size_t size = 0;
+    for (const std::string_view piece : pieces) size += piece.size();
+    if (size == end - begin && Consists(page_.data() + begin, pieces)) return;
+    Append(page_.substr(copied_, begin - copied_));
+    if (size > room_ / 2) {
+      for (const std::string_view piece : pieces) Append(piece);
+    } else {
+      if (size > room_ - used_) Flush();
+      for (const std::string_view piece : pieces) Copy(piece);
+    }
+    copied_ = end;
+  }
+  void Finish() {
+    Append(page_.substr(copied_));
+    copied_ = page_.size();
+    Flush();
+  }
+  // As much of the copy as tells its encoding; after Finish().
+  std::string_view Head() const { return head_; }
+
+ private:
+  // Small pages need no more than they are and what their controls add.
+  static constexpr std::size_t kMostRoom = 1 << 16;
+  static constexpr std::size_t kRoomBesidePage = 1 << 11;
+
+  static bool Consists(const char* part, std::initializer_list<std::string_view> pieces) {
+    for (const std::string_view piece : pieces) {
+      if (std::memcmp(part, piece.data(), piece.size()) != 0) return false;
+      part += piece.size();
+    }
+    return true;
+  }
+
+  void Append(std::string_view piece) {
+    const bool large = piece.size() > room_ / 2;
+    if (large || piece.size() > room_ - used_) Flush();
+    if (large)
+      Write(piece);
+    else
+      Copy(piece);
+  }
+  // There must be room.
+  void Copy(std::string_view piece) {
+    std::memcpy(buffer_.get() + used_, piece.data(), piece.size());
+    used_ += piece.size();
+  }
+  void Flush() {
+    if (used_ != 0) Write({buffer_.get(), used_});
+    used_ = 0;
+  }
+  void Write(std::string_view piece) {
+    if (head_.size() < PageEncoding::kDeclarationReach)
+      head_ += piece.substr(0, PageEncoding::kDeclarationReach - head_.size());
+    sink_.append(piece);
+  }
+
+  std::string_view page_;
+  Sink& sink_;
+  std::size_t copied_ = 0;
+  std::string head_;
+  std::size_t room_ = std::min(kMostRoom, page_.size() + kRoomBesidePage);
+  std::unique_ptr<char[]> buffer_{new char[room_]};
+  std::size_t used_ = 0;
+};
+
+struct WriteOptions : SaveOptions {
+  bool checkIds = false;
+};
+
+// Goes through a page control by control and writes what each becomes.
+class Writer {
+ public:
+  enum class Result { savedSpans, runtimeText };
+
+  Writer(const Page& page, Sink& sink, Result result, const WriteOptions& options)
+      : page_(page.Bytes()),
+        encoding_(page.Encoding()),
+        reader_(page_, encoding_, ControlReader::Params::known, problems_),
+        copy_(page_, sink),
+        result_(result),
+        options_(options) {}
+
+  Problems Write() {
+    if (encoding_.kind() == PageEncoding::Kind::utf16) {
+      problems_.Add(0, rule::encoding, {}, messages::Utf16());
+      return problems_.Take(page_, encoding_);
+    }
+    while (reader_.Next()) {
+      if (options_.checkIds) CheckId();
+      const bool edited = options_.edit != nullptr && options_.edit->index == Found().index;
+      if (Found().broken || (options_.editedOnly && !edited)) continue;
+      try {
+        WriteControl(edited);
+      } catch (const RuntimeError& error) {
+        if (changing_) throw;
+        Fail(rule::controlFails, messages::ControlFails(error));
+      }
+    }
+    if (!problems_.HasErrors()) {
+      copy_.Finish();
+      if (result_ == Result::savedSpans) CheckEncoding();
+    }
+    WarnOfUndeclaredEncoding();
+    return problems_.Take(page_, encoding_);
+  }
+
+ private:
+  const ReadControl& Found() const { return reader_.Control(); }
+
+  void Fail(std::string_view rule, Message message, Severity severity = Severity::error) {
+    problems_.Add(Found().begin, rule, Found().Subject(), std::move(message), severity);
+  }
+
+  // What controls write may push the page's declaration out of reach, or hold one of its own, or
+  // take away what showed that the page is not UTF-8.
+  void CheckEncoding() {
+    PageEncoding saved;
+    if (const auto declared = PageEncoding::Declared(copy_.Head()))
+      saved = *declared;
+    else if (!encoding_.IsDeclared() || encoding_.IsUtf8())
+      saved = PageEncoding::Undeclared(ReadsAsUtf8WhenSaved());
+    if (!saved.ReadsAs(encoding_))
+      problems_.Add(0, rule::encodingChanges, {},
+                    messages::EncodingChanges(encoding_.Name(), saved.Name()));
+  }
+  bool ReadsAsUtf8WhenSaved() {
+    if (encoding_.IsUtf8()) return !encoding_.IsDeclared() || FindInvalidUtf8(page_) == npos;
+    NoteWritten(page_.substr(noted_));
+    return !wroteInvalidUtf8_;
+  }
+  // Of a page that is not UTF-8 just because of its bytes, what is written.
+  void NoteWritten(std::string_view bytes) {
+    wroteInvalidUtf8_ = wroteInvalidUtf8_ || FindInvalidUtf8(bytes) != npos;
+  }
+
+  void WarnOfUndeclaredEncoding() {
+    if (encoding_.IsDeclared()) return;
+    if (const auto declaration = PageEncoding::FindVoidDeclaration(page_))
+      problems_.Add(declaration->offset, rule::undeclaredEncoding, {},
+                    messages::VoidDeclaration(*declaration, encoding_.Name()), Severity::warning);
+    else if (!encoding_.IsUtf8())
+      problems_.Add(FindInvalidUtf8(page_), rule::undeclaredEncoding, {},
+                    messages::UndeclaredEncoding(encoding_.Name()), Severity::warning);
+  }
+
+  void CheckId() {
+    const std::string_view id = Found().Subject().id;
+    if (!id.empty() && !ids_.emplace(id).second)
+      Fail(rule::duplicateId, messages::DuplicateId(id), Severity::warning);
+  }
+
+  void WriteControl(bool edited) {
+    const std::shared_ptr<Control> control = Found().contract->create();
+    FoundBag found(Found());
+    control->ReadProperties(found);
+    std::string_view text;
+    if (!ChooseText(*control, text)) return;
+    if (Found().isSpan && !keepsOldText_ && !MayReplaceText(text)) return;
+    if (result_ == Result::runtimeText) return Replace({text});
+    if (edited) {
+      changing_ = true;
+      options_.edit->change(*control);
+      changing_ = false;
+      if (!ChooseText(*control, text)) return;
+    }
+    if (WriteElement(*control, found, text, edited)) WriteSpan(text);
+  }
+
+  // The text to write for the control: the span's own when it is what the control gave earlier,
+  // else the control's new one, which is also in text_. False when the page cannot hold it.
+  bool ChooseText(const Control& control, std::string_view& text) {
+    if (!RuntimeTextOf(control, text_)) return false;
+    const std::string_view old = Found().OldText(page_);
+    keepsOldText_ = Found().isSpan && (old == text_ || IsEarlierTextOf(control, old));
+    text = keepsOldText_ ? old : text_;
+    return true;
+  }
+
+  // Whether the span's text, which is not what its control gives, may give way to `text`.
+  bool MayReplaceText(std::string_view text) {
+    if (RefuseLoss(text)) return false;
+    if (result_ == Result::runtimeText) {
+      Fail(rule::editedByHand, messages::EditedByHandPublished(), Severity::warning);
+    } else if (!options_.force) {
+      Fail(rule::editedByHand, messages::EditedByHand());
+      return false;
+    }
+    return true;
+  }
+
+  // Whether another control stands in the span's text that is not part of `text`: it would be lost.
+  bool RefuseLoss(std::string_view text) {
+    const auto lost = FindLost(text);
+    if (!lost) return false;
+    const LoneElement alone =
+        ReadAlone(page_.substr(lost->begin, lost->end - lost->begin), encoding_);
+    const std::string end = EndComment(Found().number);
+    const std::size_t line = lostPlaces_.At(lost->begin).line;
+    const Subject other = {alone.className, alone.id};
+    if (lost->begin == lost->end || SpanNumberBefore(page_, lost->begin) != 0) {
+      Fail(rule::missingEnd, messages::ControlInsideSpan(other, line, end));
+      reader_.ReadSpanTextAsPage(Found().OldText(page_).starts_with(text) ? text.size() : 0);
+    } else {
+      Fail(rule::nestedControl, messages::NestedControl(other, line, end));
+    }
+    return true;
+  }
+
+  // The first element in the span's text of which `text` does not hold as many, or an empty one for
+  // such a start comment without an element.
+  std::optional<OurElements::Element> FindLost(std::string_view text) const {
+    const std::string kept(text);  // followed by a NUL
+    std::unordered_map<std::string_view, std::size_t> elements;
+    OurElements mine(kept, 0, kept.size(), encoding_);
+    while (const auto element = mine.Next()) ++elements[Bytes(kept, *element)];
+    OurElements all(page_, Found().textBegin, Found().textEnd, encoding_);
+    while (const auto element = all.Next()) {
+      const auto same = elements.find(Bytes(page_, *element));
+      if (same == elements.end() || same->second == 0) return element;
+      --same->second;
+    }
+    std::size_t comment = page_.find(kSpanStart, Found().textBegin);
+    for (std::size_t at = 0; comment < Found().textEnd; ++at) {
+      at = kept.find(kSpanStart, at);
+      if (at == npos) return OurElements::Element{comment, comment};
+      comment = page_.find(kSpanStart, comment + 1);
+    }
+    return std::nullopt;
+  }
+  // As far as it tells one element from another.
+  static std::string_view Bytes(std::string_view page, OurElements::Element element) {
+    const std::string_view whole = page.substr(element.begin, element.end - element.begin);
+    const std::size_t close = whole.find("</");
+    return whole.substr(0, close != npos ? close : whole.find('>'));
+  }
+
+  // Puts the control's element into element_; `text` may change. False after a problem.
+  bool WriteElement(const Control& control, const FoundBag& found, std::string_view& text,
+                    bool edited) {
+    BeginElement();
+    WrittenBag written(Found(), found, element_);
+    control.WriteProperties(written);
+    if (!EndElement()) return false;
+    return (!edited && written.ReadsAsFound()) || Settle(control, text, edited);
+  }
+
+  bool WriteElement(std::span<const MemoryBag::Entry> bag) {
+    BeginElement();
+    for (const auto& [key, value] : bag) element_.Param(key, value);
+    return EndElement();
+  }
+
+  bool EndElement() {
+    element_.End();
+    std::optional<Unwritable> failure = element_.Failure();
+    if (!failure && MakesControlCharacter(element_.Text()))
+      failure = ControlCharacterIn(element_.Text());
+    if (!failure) return true;
+    Fail(rule::notInEncoding, messages::ValueNotInEncoding(failure->text, encoding_.Name()));
+    return false;
+  }
+
+  // What is written must give the same text and the same bag when it is read again, or the next
+  // save would take the text for one edited by hand. A few values do not survive being stored (an
+  // empty table border comes back as "0"). If that changes the text, the bag stays as it stands in
+  // the page; after an edit, where it cannot, the text follows what was stored.
+  bool Settle(const Control& control, std::string_view& text, bool edited) {
+    constexpr int kMostRounds = 4;
+    bool moved = false;
+    bool warned = false;
+    const Control* giver = &control;  // of text_
+    std::shared_ptr<Control> kept;
+    std::vector<MemoryBag::Entry> stored = StoredBag(control);
+    for (int round = 0; round < kMostRounds; ++round) {
+      std::shared_ptr<Control> next;
+      bool sameText = false;
+      try {
+        next = Load(*Found().contract, stored);
+        if (!RuntimeTextOf(*next, next_)) return false;
+        sameText = next_ == text_ ||
+                   (RuntimeTextOf(*giver, again_) && EqualButForNewGuids(next_, text_, again_));
+      } catch (const RuntimeError&) {
+        if (edited) throw;
+      }
+      if (!sameText) {
+        if (!warned) Fail(rule::unstableBag, messages::UnstableBag(), Severity::warning);
+        warned = true;
+        if (!edited) return WriteElement(EntriesInPage());
+        text_.swap(next_);
+        text = text_;
+        kept = next;
+        giver = kept.get();
+      }
+      std::vector<MemoryBag::Entry> again = StoredBag(*next);
+      if (again == stored) break;
+      stored.swap(again);
+      moved = true;
+    }
+    return !moved || WriteElement(stored);
+  }
+
+  std::vector<MemoryBag::Entry> EntriesInPage() const {
+    std::vector<MemoryBag::Entry> entries;
+    for (const ReadControl::Param& param : Found().params)
+      entries.emplace_back(param.key, param.value);
+    return entries;
+  }
+
+  void WriteSpan(std::string_view text) {
+    if (const std::size_t number = SpanNumber(text); number != spanNumber_) {
+      spanNumber_ = number;
+      spanBegin_ = SpanBegin(number);
+      spanEnd_ = EndComment(number);
+    }
+    Replace({spanBegin_, element_.Text(), kCommentEnd, text, spanEnd_});
+  }
+
+  void BeginElement() {
+    element_.Begin(*Found().contract, Found().id);
+    for (const ReadControl::Attribute& attribute : Found().attributes)
+      element_.Attribute(attribute.name,
+                         attribute.hasValue ? std::optional(attribute.value) : std::nullopt);
+  }
+
+  void Replace(std::initializer_list<std::string_view> pieces) {
+    if (problems_.HasErrors()) return;
+    copy_.Replace(Found().begin, Found().end, pieces);
+    if (encoding_.IsDeclared() || encoding_.IsUtf8()) return;
+    // No character begins in one piece and ends in the next.
+    NoteWritten(page_.substr(noted_, Found().begin - noted_));
+    for (const std::string_view piece : pieces) NoteWritten(piece);
+    noted_ = Found().end;
+  }
+
+  // The control's runtime text in the page's encoding; false when the page cannot hold it.
+  bool RuntimeTextOf(const Control& control, std::string& text) {
+    text.clear();
+    control.AppendRuntimeText(text);
+    if (AsciiPrefix(text) == text.size()) return true;
+    if (encoding_.IsUtf8() && FindInvalidUtf8(text) == std::string_view::npos) return true;
+    std::string encoded;
+    if (const auto unwritable = AppendText(text, encoding_, encoded)) {
+      FailText(control, *unwritable);
+      return false;
+    }
+    if (MakesControlCharacter(encoded)) {
+      FailText(control, ControlCharacterIn(encoded));
+      return false;
+    }
+    text.swap(encoded);
+    return true;
+  }
+
+  // In ISO-8859-1 the bytes 0x80 to 0x9F are control characters; browsers take them for letters.
+  // Where they stand in a page they stay, but none is written that was not there.
+  bool MakesControlCharacter(std::string_view written) const {
+    return encoding_.IsReadAsWindows1252() && FindControlCharacter(written) != npos &&
+           FindControlCharacter(page_.substr(Found().begin, Found().end - Found().begin)) == npos;
+  }
+  static std::size_t FindControlCharacter(std::string_view bytes) {
+    const auto* const at = std::ranges::find_if(
+        bytes, [](unsigned char byte) { return byte >= 0x80 && byte <= 0x9F; });
+    return at == bytes.end() ? npos : static_cast<std::size_t>(at - bytes.begin());
+  }
+  static Unwritable ControlCharacterIn(std::string_view bytes) {
+    return NotHeld(static_cast<unsigned char>(bytes[FindControlCharacter(bytes)]));
+  }
+
+  void FailText(const Control& control, const Unwritable& unwritable) {
+    messages::TextWayOut wayOut;
+    wayOut.windows1252 = encoding_.IsReadAsWindows1252() && unwritable.character != 0 &&
+                         PageEncoding::IsInWindows1252(unwritable.character);
+    const std::string reference =
+        "&#" + std::to_string(static_cast<std::uint32_t>(unwritable.character)) + ";";
+    wayOut.reference = reference;
+    if (unwritable.character > 0x9F) wayOut.content = HtmlWith(control, unwritable.character);
+    Fail(rule::notInEncoding,
+         messages::TextNotInEncoding(unwritable.text, encoding_.Name(), wayOut));
+  }
+
+  // The name of a property that is HTML and holds the character; empty when there is none.
+  static std::string_view HtmlWith(const Control& control, char32_t character) {
+    std::string wanted;
+    AppendUtf8(wanted, character);
+    const ControlClass& contract = control.Class();
+    if (contract.name == "DTCScript") return {};  // statements
+    for (const std::string_view name : {"HTMLContent", "OnTrue", "OnFalse"}) {
+      const PropertyRow* const property = contract.FindProperty(name);
+      std::string scratch;
+      if (property != nullptr && property->text(control, scratch).find(wanted) != npos) return name;
+    }
+    return {};
+  }
+
+  // Whether the text is what the control gave earlier, but for identifiers made anew.
+  bool IsEarlierTextOf(const Control& control, std::string_view earlier) {
+    if (earlier.size() != text_.size()) return false;
+    return RuntimeTextOf(control, again_) && EqualButForNewGuids(earlier, text_, again_);
+  }
+
+  std::string_view page_;
+  const PageEncoding& encoding_;
+  ProblemList problems_;
+  ControlReader reader_;
+  PageCopy copy_;
+  Result result_;
+  WriteOptions options_;
+  std::unordered_set<std::string> ids_;
+  PlaceFinder lostPlaces_{page_, encoding_};
+
+  // Kept from control to control, so that they need not be allocated anew.
+  std::string text_;  // the control's runtime text
+  bool keepsOldText_ = false;
+  std::size_t noted_ = 0;  // how far of the page NoteWritten() has seen what became of it
+  bool wroteInvalidUtf8_ = false;
+  bool changing_ = false;  // the caller's change is being made; its failures are the caller's
+  std::string again_;      // the same, another time
+  std::string next_;       // the same, from what was stored
+  ElementWriter element_{encoding_};
+  std::size_t spanNumber_ = 0;
+  std::string spanBegin_;
+  std::string spanEnd_;
+};
+
+std::string Utf8Of(std::string_view bytes, const PageEncoding& encoding) {
+  std::string text;
+  encoding.Decode(bytes, text);
+  return text;
+}
+
+FoundControl Describe(const ReadControl& control, const PageEncoding& encoding) {
+  FoundControl found;
+  found.index = control.index;
+  found.begin = control.begin;
+  found.end = control.end;
+  found.contract = control.contract;
+  found.className = control.className;
+  found.id = control.id.value_or(std::string_view());
+  for (const ReadControl::Attribute& attribute : control.attributes)
+    found.attributes.push_back(
+        {Utf8Of(attribute.name, encoding),
+         attribute.hasValue ? std::optional(std::string(attribute.value)) : std::nullopt});
+  for (const ReadControl::Param& param : control.params)
+    found.bag.emplace_back(param.key, param.value);
+  if (control.isSpan) {
+    found.form = Form::span;
+    found.textBegin = control.textBegin;
+    found.textEnd = control.textEnd;
+  }
+  found.broken = control.broken;
+  return found;
+}
+
+}  // namespace
+
+Page::Page(std::string bytes) : bytes_(std::move(bytes)), encoding_(PageEncoding::Of(bytes_)) {}
+
+Inspection Inspect(const Page& page) {
+  const std::string_view bytes = page.Bytes();
+  const PageEncoding& encoding = page.Encoding();
+  Inspection inspection;
+  ProblemList problems;
+  if (encoding.kind() == PageEncoding::Kind::utf16) {
+    problems.Add(0, rule::encoding, {}, messages::Utf16());
+  } else {
+    ControlReader reader(bytes, encoding, ControlReader::Params::all, problems);
+    PlaceFinder places(bytes, encoding);
+    while (reader.Next()) {
+      inspection.controls.push_back(Describe(reader.Control(), encoding));
+      inspection.controls.back().place = places.At(reader.Control().begin);
+    }
+  }
+  inspection.problems = problems.Take(bytes, encoding);
+  return inspection;
+}
+
+std::shared_ptr<Control> Load(const ControlClass& contract, std::vector<MemoryBag::Entry> bag) {
+  std::shared_ptr<Control> control = contract.create();
+  MemoryBag entries(std::move(bag));
+  control->ReadProperties(entries);
+  return control;
+}
+
+std::vector<MemoryBag::Entry> StoredBag(const Control& control) {
+  MemoryBag bag;
+  control.WriteProperties(bag);
+  return bag.Entries();
+}
+
+Problems Save(const Page& page, Sink& sink, const SaveOptions& options) {
+  return Writer(page, sink, Writer::Result::savedSpans, {options}).Write();
+}
+
+Problems Publish(const Page& page, Sink& sink) {
+  return Writer(page, sink, Writer::Result::runtimeText, {}).Write();
+}
+
+Problems Check(const Page& page) {
+  NullSink sink;
+  WriteOptions options;
+  options.checkIds = true;
+  return Writer(page, sink, Writer::Result::savedSpans, options).Write();
+}
+
+std::string ElementText(const ControlClass& contract, std::optional<std::string_view> id,
+                        const std::vector<MemoryBag::Entry>& bag,
+                        const std::vector<Attribute>& attributes, const PageEncoding& encoding) {
+  ElementWriter element(encoding);
+  element.Begin(contract, id);
+  for (const auto& [name, value] : attributes) {
+    std::string encoded;
+    if (const auto unwritable = AppendText(name, encoding, encoded))
+      throw RuntimeError(ErrorNumber::invalidCall, unwritable->text);
+    element.Attribute(encoded, value);
+  }
+  for (const auto& [key, value] : bag) element.Param(key, value);
+  element.End();
+  if (element.Failure()) throw RuntimeError(ErrorNumber::invalidCall, element.Failure()->text);
+  return element.Text();
+}
+
+}  // namespace kvo::page

@@ -1,0 +1,61 @@
+#include "document/page/ProblemList.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace kvo::page {
+namespace {
+
+// Names are copied into every problem of a control, and may be as long as the page.
+std::string Beginning(std::string_view name) {
+  constexpr std::size_t kMost = 100;
+  if (name.size() <= kMost) return std::string(name);
+  std::size_t end = kMost;  // no half character at the cut
+  while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80) --end;
+  return std::string(name.substr(0, end)) + "...";
+}
+
+}  // namespace
+
+Place PlaceFinder::At(std::size_t offset) {
+  if (offset < at_) {
+    at_ = std::min(offset, PageEncoding::Mark(page_));
+    place_ = {};
+  }
+  while (at_ < offset) {
+    const char c = page_[at_];
+    const bool lineEnd = c == '\n' || (c == '\r' && page_.substr(at_ + 1, 1) != "\n");
+    if (lineEnd) {
+      ++place_.line;
+      place_.column = 1;
+      ++at_;
+    } else {
+      ++place_.column;
+      at_ += encoding_.CharacterLength(page_.substr(at_));
+    }
+  }
+  return place_;
+}
+
+void ProblemList::Add(std::size_t offset, std::string_view rule, Subject subject, Message message,
+                      Severity severity) {
+  if (severity == Severity::error) ++errors_;
+  problems_.push_back({severity,
+                       rule,
+                       {},
+                       Beginning(subject.control),
+                       Beginning(subject.id),
+                       std::move(message),
+                       offset});
+}
+
+Problems ProblemList::Take(std::string_view page, const PageEncoding& encoding) {
+  std::ranges::stable_sort(problems_, {}, &Problem::offset);
+  PlaceFinder places(page, encoding);
+  for (Problem& problem : problems_) problem.place = places.At(problem.offset);
+  errors_ = 0;
+  return std::exchange(problems_, {});
+}
+
+}  // namespace kvo::page

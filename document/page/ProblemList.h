@@ -1,0 +1,52 @@
+// Collects problems while a page is read. Places are worked out once, at the end, in one pass.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "document/page/Encoding.h"
+#include "document/page/Problem.h"
+
+namespace kvo::page {
+
+// The line and column of ascending offsets.
+class PlaceFinder {
+ public:
+  PlaceFinder(std::string_view page, const PageEncoding& encoding)
+      : page_(page), encoding_(encoding), at_(PageEncoding::Mark(page)) {}
+
+  // No offset may be smaller than the one before; else the search starts anew.
+  Place At(std::size_t offset);
+
+ private:
+  std::string_view page_;
+  const PageEncoding& encoding_;
+  std::size_t at_;
+  Place place_;
+};
+
+// Which control a problem is about.
+struct Subject {
+  std::string_view control;  // class name
+  std::string_view id;
+};
+
+class ProblemList {
+ public:
+  void Add(std::size_t offset, std::string_view rule, Subject subject, Message message,
+           Severity severity = Severity::error);
+
+  bool HasErrors() const { return errors_ != 0; }
+  std::size_t Errors() const { return errors_; }
+
+  // The problems with their places, sorted by them.
+  Problems Take(std::string_view page, const PageEncoding& encoding);
+
+ private:
+  Problems problems_;  // their places are not worked out yet
+  std::size_t errors_ = 0;
+};
+
+}  // namespace kvo::page

@@ -1,0 +1,154 @@
+#include "document/shop/Address.h"
+
+#include <array>
+#include <optional>
+
+#include "common/Ascii.h"
+#include "common/RuntimeError.h"
+
+namespace kvo::shop {
+namespace {
+
+constexpr std::size_t npos = std::string_view::npos;
+
+// How long a lock of another program is waited for, in seconds: as long as a short writing
+// takes, and not so long that a window seems stuck.
+constexpr std::string_view kLockWait = "1";
+// How long a server is waited for, in seconds.
+constexpr std::string_view kConnectWait = "10";
+
+struct KindRow {
+  Kind kind;
+  std::string_view scheme;
+  std::string_view driver;
+};
+constexpr std::array kKinds = {
+    KindRow{Kind::sqlite3, "sqlite3", "sqlite3"},
+    KindRow{Kind::postgresql, "postgresql", "postgresql"},
+    KindRow{Kind::postgresql, "postgres", "postgresql"},
+    KindRow{Kind::mysql, "mysql", "mysql"},
+    KindRow{Kind::odbc, "odbc", "odbc"},
+};
+
+// "key = value ..." and not "user:password@host/database".
+bool IsKeyValueForm(std::string_view details) {
+  std::size_t at = 0;
+  while (at < details.size() && details[at] == ' ') ++at;
+  const std::size_t key = at;
+  while (at < details.size() && (details[at] == '_' || IsLetter(details[at]))) ++at;
+  if (at == key) return false;
+  while (at < details.size() && details[at] == ' ') ++at;
+  return at < details.size() && details[at] == '=';
+}
+
+[[noreturn]] void Refuse(const Address& address) {
+  throw RuntimeError(ErrorNumber::invalidCall, address.shown.text);
+}
+
+std::string SqliteDetails(const Address& address) {
+  // The backend's own quoting knows no way to write these.
+  const bool quote = address.path.find('"') != npos;
+  const bool blank = address.path.find(' ') != npos;
+  if ((quote && blank) || address.path.find('\0') != npos) Refuse(address);
+  return "db=\"" + address.path + "\" readonly=true timeout=" + std::string(kLockWait);
+}
+
+std::string PostgresqlDetails(std::string_view details) {
+  constexpr std::string_view kTimeout = "connect_timeout";
+  const bool timeout = details.find(kTimeout) != npos;
+  const std::string wait = std::string(kTimeout) + '=' + std::string(kConnectWait);
+  if (IsKeyValueForm(details)) return (timeout ? "" : wait + ' ') + std::string(details);
+  std::string uri = "postgresql://" + std::string(details);
+  if (!timeout) uri += (details.find('?') == npos ? '?' : '&') + wait;
+  return uri;
+}
+
+std::optional<char> HexByte(std::string_view digits) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  if (digits.size() != 2) return std::nullopt;
+  const std::size_t high = kDigits.find(LowerAscii(digits[0]));
+  const std::size_t low = kDigits.find(LowerAscii(digits[1]));
+  if (high == npos || low == npos) return std::nullopt;
+  return static_cast<char>(high * 16 + low);
+}
+
+// "key='value' " with the "%xx" of an address resolved; nothing for an empty value.
+std::string Pair(const Address& address, std::string_view key, std::string_view encoded) {
+  if (encoded.empty()) return {};
+  std::string value;
+  for (std::size_t i = 0; i < encoded.size(); ++i) {
+    if (encoded[i] != '%') {
+      value += encoded[i];
+      continue;
+    }
+    const auto byte = HexByte(encoded.substr(i + 1, 2));
+    if (!byte) Refuse(address);
+    value += *byte;
+    i += 2;
+  }
+  const char mark = value.find('\'') == npos ? '\'' : '"';
+  if (value.find(mark) != npos) Refuse(address);
+  return std::string(key) + '=' + mark + value + mark + ' ';
+}
+
+// user:password@host:port/database
+std::string MysqlPairs(const Address& address, std::string_view details) {
+  std::string pairs;
+  if (const std::size_t at = details.rfind('@'); at != npos) {
+    const std::string_view user = details.substr(0, at);
+    const std::size_t colon = user.find(':');
+    pairs += Pair(address, "user", user.substr(0, colon));
+    if (colon != npos) pairs += Pair(address, "password", user.substr(colon + 1));
+    details.remove_prefix(at + 1);
+  }
+  const std::size_t slash = details.find('/');
+  const std::string_view server = details.substr(0, slash);
+  const std::size_t colon = server.find(':');
+  pairs += Pair(address, "host", server.substr(0, colon));
+  if (colon != npos) pairs += Pair(address, "port", server.substr(colon + 1));
+  if (slash != npos) pairs += Pair(address, "dbname", details.substr(slash + 1));
+  return pairs;
+}
+
+std::string MysqlDetails(const Address& address, std::string_view details) {
+  std::string pairs =
+      IsKeyValueForm(details) ? std::string(details) + ' ' : MysqlPairs(address, details);
+  if (pairs.find("charset") == npos) pairs += "charset=utf8mb4 ";
+  if (pairs.find("connect_timeout") == npos)
+    pairs += "connect_timeout=" + std::string(kConnectWait);
+  return pairs;
+}
+
+}  // namespace
+
+Address ParseAddress(std::string_view connectionString) {
+  constexpr std::string_view kSchemeEnd = "://";
+  Address address;
+  address.shown = ShownOf(connectionString);
+  const std::size_t end = connectionString.find(kSchemeEnd);
+  for (const KindRow& row : kKinds) {
+    if (end == npos || connectionString.substr(0, end) != row.scheme) continue;
+    const std::string_view details = connectionString.substr(end + kSchemeEnd.size());
+    address.kind = row.kind;
+    address.driver = row.driver;
+    switch (row.kind) {
+      case Kind::sqlite3:
+        address.path = details;
+        address.details = SqliteDetails(address);
+        break;
+      case Kind::postgresql:
+        address.details = PostgresqlDetails(details);
+        break;
+      case Kind::mysql:
+        address.details = MysqlDetails(address, details);
+        break;
+      case Kind::odbc:
+        address.details = details;
+        break;
+    }
+    return address;
+  }
+  throw RuntimeError(ErrorNumber::driverNotFound, address.shown.text);
+}
+
+}  // namespace kvo::shop

@@ -1,0 +1,69 @@
+#include "document/shop/Connection.h"
+
+#include "common/Ascii.h"
+#include "common/Recordset.h"
+#include "common/RuntimeError.h"
+
+namespace kvo::shop {
+
+Variant Connection::Get(std::string_view name) {
+  if (EqualIgnoringCase(name, "State")) {
+    if (closed_) return ado::kStateClosed;
+    Opened();
+    return ado::kStateOpen;
+  }
+  if (EqualIgnoringCase(name, "ConnectionString")) return connectionString_;
+  return Object::Get(name);
+}
+
+Variant Connection::Call(std::string_view name, std::span<const Variant> arguments) {
+  if (EqualIgnoringCase(name, "Open") && arguments.empty()) {
+    if (database_ != nullptr) throw RuntimeError(ErrorNumber::alreadyOpen);
+    closed_ = false;
+    Opened();
+    return {};
+  }
+  if (EqualIgnoringCase(name, "Close") && arguments.empty()) {
+    if (closed_) throw RuntimeError(ErrorNumber::closed);
+    closed_ = true;
+    database_.reset();
+    return {};
+  }
+  return Object::Call(name, arguments);
+}
+
+Database& Connection::Opened() {
+  if (closed_) throw RuntimeError(ErrorNumber::closed);
+  if (database_ != nullptr && !database_->IsUsable()) database_.reset();
+  if (database_ == nullptr)
+    database_ = std::make_unique<Database>(ParseAddress(connectionString_), traffic_);
+  return *database_;
+}
+
+template <class Work>
+auto Connection::Use(Work work) {
+  const bool fresh = database_ == nullptr;
+  Database& database = Opened();
+  try {
+    return work(database);
+  } catch (const RuntimeError&) {
+    if (fresh || database.IsUsable()) throw;
+  }
+  return work(Opened());
+}
+
+std::vector<Column> Connection::Describe(const Statement& statement) {
+  return Use([&](Database& database) { return database.Describe(statement); });
+}
+
+std::vector<Record> Connection::Fetch(const Statement& statement,
+                                      const std::vector<Column>& columns, std::int64_t first,
+                                      std::int64_t count) {
+  return Use([&](Database& database) { return database.Fetch(statement, columns, first, count); });
+}
+
+std::optional<std::int64_t> Connection::Count(const Statement& statement) {
+  return Use([&](Database& database) { return database.Count(statement); });
+}
+
+}  // namespace kvo::shop

@@ -1,0 +1,48 @@
+// The connection to the shop database, as controls and pages get to see it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "common/Object.h"
+#include "document/shop/Database.h"
+
+namespace kvo::shop {
+
+// Late bound: State (0 closed, 1 open), ConnectionString (as it was given, password included: a
+// recordset can be opened on it), Open, Close.
+//
+// The database is opened when it is first needed, which reading State is; State fails with the
+// reason when that does not succeed, and tries again when it is asked again. Only Close makes it 0.
+// When the server or the file was lost meanwhile, the next use opens it once more before it fails.
+class Connection final : public Object {
+ public:
+  explicit Connection(std::string connectionString)
+      : connectionString_(std::move(connectionString)) {}
+
+  Variant Get(std::string_view name) override;
+  Variant Call(std::string_view name, std::span<const Variant> arguments) override;
+
+  // As of Database; also RuntimeError 3704 after Close.
+  std::vector<Column> Describe(const Statement& statement);
+  std::vector<Record> Fetch(const Statement& statement, const std::vector<Column>& columns,
+                            std::int64_t first, std::int64_t count);
+  std::optional<std::int64_t> Count(const Statement& statement);
+
+  const Traffic& Asked() const { return traffic_; }
+
+ private:
+  Database& Opened();
+  template <class Work>
+  auto Use(Work work);
+
+  std::string connectionString_;
+  Traffic traffic_;
+  std::unique_ptr<Database> database_;
+  bool closed_ = false;
+};
+
+}  // namespace kvo::shop
