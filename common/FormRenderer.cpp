@@ -34,7 +34,7 @@ void FormRenderer::Select(EditBox& box, std::size_t start, std::size_t length) {
 void FormRenderer::Choose(ComboBox& box, int row) {
   Touch(box);
   box.ListIndex(row);
-  // In front of a text that was there already, too.
+  // Choosing the chosen row moves the caret as well.
   if (box.SelStart() != 0 || box.SelLength() != 0) box.SelStart(0);
   if (box.onClick_) box.onClick_(box);
 }

@@ -134,8 +134,10 @@ void propProdListPicker::DeletePicked() {
 }
 
 void propProdListPicker::suiSearch_Change(const PropertyGridItem& item) {
-  const auto* term = suiSearch.Item(kSearchTerm).Value().If<std::string>();
-  const bool searching = term != nullptr && !term->empty();
+  // A typed text is not copied, since it may be long and every key comes here.
+  const Variant& term = suiSearch.Item(kSearchTerm).Value();
+  const auto* text = term.If<std::string>();
+  const bool searching = text != nullptr ? !text->empty() : !ToText(term).empty();
   if (item.Key() == kSearchTerm) suiSearch.Item(kSearchButton).Enabled(searching);
   timerAutomaticSearch.Stop();
   if (searching) timerAutomaticSearch.Start(kSearchDelay);

@@ -19,8 +19,8 @@ struct Insertion {
 // Why the controls of a part cannot stand there.
 struct Misplacement {
   page::Message message;  // with the place, and the runtime text if it is offered
-  // The part with its misplaced controls as their runtime texts; nothing when one of them is more
-  // than a tag or would end what is around it.
+  // The part with its misplaced controls replaced by their runtime texts. Nothing if one of these
+  // is not a single tag, or would close the surrounding markup.
   std::optional<PageText> asText;
   // The quotes, positions in the page, around the value in which the part is to stand; they have to
   // become single ones.

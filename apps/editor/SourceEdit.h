@@ -27,7 +27,7 @@ class SourceEdit final : public QPlainTextEdit {
   void ExpectEnter() { expectsEnter_ = true; }
   // Puts the caret at a place, or selects the control there, and scrolls it into view.
   void Reveal(int position);
-  // The same, and the keyboard goes there, too.
+  // The same, and moves the keyboard focus there.
   void GoTo(int position);
 
   // The user wants to edit a control: Enter on it, Alt+Enter, or a double click.
@@ -68,7 +68,7 @@ class SourceEdit final : public QPlainTextEdit {
   // The position of the box under a point of the viewport.
   std::optional<int> BoxAt(const QPoint& point) const;
   PageText ReadFragment(std::string_view fragment) const;
-  // Whether what is dragged can stand where it would be dropped.
+  // Whether the dragged content is allowed at the drop position.
   bool CanDrop(const QMimeData& dragged, int position) const;
   void ShowCurrentLine();
   void PlaceLineNumbers();

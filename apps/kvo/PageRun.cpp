@@ -42,7 +42,7 @@ class Progress {
 // A file by what it is, whatever its name.
 using FileIdentity = std::pair<dev_t, ino_t>;
 
-// Nothing for what is no regular file, or is not there (yet); "-" is the stream given.
+// Nothing if the file does not exist or is not a regular one; "-" is the given stream.
 std::optional<FileIdentity> IdentityOf(const std::string& file, int stream) {
   struct stat status;
   const bool found =
