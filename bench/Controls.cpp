@@ -6,7 +6,6 @@
 #include "bench/Heap.h"
 #include "bench/Stopwatch.h"
 #include "bench/sections.h"
-#include "common/modGlobal.h"
 #include "host/registration/classes.h"
 
 namespace kvo::bench {

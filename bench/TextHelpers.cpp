@@ -6,7 +6,7 @@
 #include "bench/Peers.h"
 #include "bench/Stopwatch.h"
 #include "bench/sections.h"
-#include "common/modGlobal.h"
+#include "common/text/modGlobal.h"
 #include "tests/core/Definitions.h"
 
 namespace kvo::bench {

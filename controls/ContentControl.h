@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/Control.h"
+#include "common/frame/Control.h"
 
 namespace kvo {
 

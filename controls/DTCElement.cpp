@@ -1,7 +1,7 @@
 #include "controls/DTCElement.h"
 
-#include "common/RuntimeError.h"
-#include "common/TagWriter.h"
+#include "common/frame/TagWriter.h"
+#include "common/values/RuntimeError.h"
 #include "controls/BlockLevel.h"
 
 namespace kvo {

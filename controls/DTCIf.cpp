@@ -1,6 +1,6 @@
 #include "controls/DTCIf.h"
 
-#include "common/TagWriter.h"
+#include "common/frame/TagWriter.h"
 #include "controls/BlockLevel.h"
 
 namespace kvo {

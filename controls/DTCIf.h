@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/Control.h"
+#include "common/frame/Control.h"
 #include "controls/OfficeHolder.h"
 
 namespace kvo {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/Control.h"
+#include "common/frame/Control.h"
 
 namespace kvo {
 

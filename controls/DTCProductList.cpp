@@ -4,7 +4,7 @@
 #include <charconv>
 #include <limits>
 
-#include "common/TagWriter.h"
+#include "common/frame/TagWriter.h"
 
 namespace kvo {
 namespace {

@@ -1,6 +1,6 @@
 #include "controls/DTCScript.h"
 
-#include "common/TagWriter.h"
+#include "common/frame/TagWriter.h"
 
 namespace kvo {
 

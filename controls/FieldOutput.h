@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "common/Control.h"
-#include "common/TagWriter.h"
+#include "common/frame/Control.h"
+#include "common/frame/TagWriter.h"
 
 namespace kvo {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/TagWriter.h"
+#include "common/frame/TagWriter.h"
 #include "controls/BlockLevel.h"
 #include "controls/ContentControl.h"
 

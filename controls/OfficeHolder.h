@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "common/Variant.h"
+#include "common/values/Variant.h"
 
 namespace kvo {
 

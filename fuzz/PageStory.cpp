@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "fuzz/StoryBag.h"
 #include "fuzz/UserEvents.h"
 #include "host/registration/classes.h"

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "common/Control.h"
-#include "common/PropertyFrame.h"
+#include "common/forms/PropertyFrame.h"
+#include "common/frame/Control.h"
 #include "fuzz/Bytes.h"
 #include "host/headless/FormUser.h"
 #include "host/headless/HeadlessPlatform.h"

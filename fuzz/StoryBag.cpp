@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/registration/classes.h"
 
 namespace kvo {

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/Control.h"
+#include "common/frame/Control.h"
 #include "fuzz/Bytes.h"
 
 namespace kvo {

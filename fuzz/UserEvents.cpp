@@ -5,8 +5,7 @@
 #include <set>
 #include <vector>
 
-#include "common/RuntimeError.h"
-#include "common/modGlobal.h"
+#include "common/values/RuntimeError.h"
 #include "fuzz/Demand.h"
 #include "host/headless/FormState.h"
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "common/RuntimeError.h"
-#include "common/modGlobal.h"
+#include "common/text/modGlobal.h"
+#include "common/values/RuntimeError.h"
 #include "document/page/NewGuids.h"
 #include "fuzz/Demand.h"
 #include "fuzz/StoryBag.h"

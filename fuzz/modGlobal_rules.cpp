@@ -7,14 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "common/Ascii.h"
-#include "common/FormControls.h"
-#include "common/GermanFormat.h"
-#include "common/Localized.h"
-#include "common/RuntimeError.h"
-#include "common/Suggest.h"
-#include "common/TagWriter.h"
-#include "common/modGlobal.h"
+#include "common/forms/FormControls.h"
+#include "common/frame/TagWriter.h"
+#include "common/text/Suggest.h"
+#include "common/text/modGlobal.h"
+#include "common/values/Ascii.h"
+#include "common/values/GermanFormat.h"
+#include "common/values/Localized.h"
+#include "common/values/RuntimeError.h"
 #include "fuzz/Demand.h"
 #include "tests/core/Definitions.h"
 #include "tests/core/ErrorOf.h"

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/office/OfficeFile.h"
 #include "document/page/Utf8.h"
 #include "fuzz/Demand.h"

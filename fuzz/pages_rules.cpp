@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "common/PropertyFrame.h"
-#include "common/RuntimeError.h"
-#include "common/modGlobal.h"
+#include "common/forms/PropertyFrame.h"
+#include "common/text/modGlobal.h"
+#include "common/values/RuntimeError.h"
 #include "fuzz/Demand.h"
 #include "fuzz/PageStory.h"
 #include "fuzz/StoryBag.h"

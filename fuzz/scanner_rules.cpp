@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/Ascii.h"
+#include "common/values/Ascii.h"
 #include "document/page/Scanner.h"
 
 namespace kvo::page {

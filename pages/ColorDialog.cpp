@@ -1,6 +1,6 @@
 #include "pages/ColorDialog.h"
 
-#include "common/modGlobal.h"
+#include "common/text/modGlobal.h"
 
 namespace kvo {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/Platform.h"
+#include "common/frame/Platform.h"
 
 namespace kvo {
 

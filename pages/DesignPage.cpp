@@ -1,7 +1,5 @@
 #include "pages/DesignPage.h"
 
-#include "common/modGlobal.h"
-
 namespace kvo {
 
 void DesignPage::Initialize() {

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "common/FormPropertyGrid.h"
-#include "common/PropertyPage.h"
+#include "common/forms/FormPropertyGrid.h"
+#include "common/forms/PropertyPage.h"
 #include "pages/ColorDialog.h"
 
 namespace kvo {

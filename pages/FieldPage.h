@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "common/PropertyPage.h"
+#include "common/forms/PropertyPage.h"
 
 namespace kvo {
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <span>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 
 namespace kvo {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "common/Form.h"
-#include "common/Object.h"
+#include "common/forms/Form.h"
+#include "common/values/Object.h"
 
 namespace kvo {
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "common/PropertyPage.h"
-#include "common/modGlobal.h"
+#include "common/forms/PropertyPage.h"
 
 namespace kvo {
 

@@ -1,6 +1,6 @@
 #include "pages/propGeneralAttributes.h"
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 
 namespace kvo {
 namespace {

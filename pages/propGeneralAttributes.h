@@ -1,7 +1,7 @@
 #pragma once
 
-#include "common/FormPropertyGrid.h"
-#include "common/PropertyPage.h"
+#include "common/forms/FormPropertyGrid.h"
+#include "common/forms/PropertyPage.h"
 
 namespace kvo {
 

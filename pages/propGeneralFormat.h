@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/PropertyPage.h"
+#include "common/forms/PropertyPage.h"
 
 namespace kvo {
 

@@ -3,8 +3,7 @@
 #include <span>
 #include <string_view>
 
-#include "common/PropertyPage.h"
-#include "common/modGlobal.h"
+#include "common/forms/PropertyPage.h"
 
 namespace kvo {
 

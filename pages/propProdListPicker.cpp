@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "common/GridRows.h"
-#include "common/Recordset.h"
+#include "common/forms/GridRows.h"
+#include "common/values/Recordset.h"
 
 namespace kvo {
 namespace {

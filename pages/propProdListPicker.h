@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "common/FormGrid.h"
-#include "common/FormPropertyGrid.h"
-#include "common/PropertyPage.h"
+#include "common/forms/FormGrid.h"
+#include "common/forms/FormPropertyGrid.h"
+#include "common/forms/PropertyPage.h"
 
 namespace kvo {
 

@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "apps/editor/SourceLines.h"
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/check/Check.h"
 #include "document/page/Page.h"
 #include "host/headless/BoxPicture.h"

@@ -4,7 +4,7 @@
 #include <QMessageBox>
 #include <QString>
 
-#include "common/Localized.h"
+#include "common/values/Localized.h"
 
 namespace kvo::editor {
 

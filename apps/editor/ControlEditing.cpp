@@ -2,7 +2,7 @@
 
 #include "apps/editor/Ask.h"
 #include "apps/editor/Words.h"
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/page/Page.h"
 #include "host/qt/Messages.h"
 #include "host/qt/PropertyFrameDialog.h"

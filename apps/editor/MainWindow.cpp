@@ -21,7 +21,7 @@
 #include "apps/editor/SourceLines.h"
 #include "apps/editor/Toolbox.h"
 #include "apps/editor/Words.h"
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/office/OfficeFile.h"
 #include "document/page/File.h"
 #include "host/qt/Messages.h"

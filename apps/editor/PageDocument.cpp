@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "apps/editor/Words.h"
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/qt/QtText.h"
 
 namespace kvo::editor {

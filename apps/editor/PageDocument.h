@@ -13,7 +13,7 @@
 
 #include "apps/editor/ControlSource.h"
 #include "apps/editor/PageText.h"
-#include "common/DesignBox.h"
+#include "common/frame/DesignBox.h"
 
 namespace kvo::editor {
 

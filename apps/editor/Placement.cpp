@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "apps/editor/ControlSource.h"
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/page/Page.h"
 #include "document/page/Surroundings.h"
 #include "host/qt/QtText.h"

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "apps/editor/PageText.h"
-#include "common/Localized.h"
+#include "common/values/Localized.h"
 #include "document/page/Problem.h"
 
 namespace kvo::editor {

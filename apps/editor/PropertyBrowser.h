@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-#include "common/Control.h"
+#include "common/frame/Control.h"
 
 class QLabel;
 class QPushButton;

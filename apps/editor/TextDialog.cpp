@@ -5,7 +5,7 @@
 #include <QVBoxLayout>
 
 #include "apps/editor/Words.h"
-#include "common/Form.h"
+#include "common/forms/Form.h"
 #include "host/qt/FormView.h"
 
 namespace kvo::editor {

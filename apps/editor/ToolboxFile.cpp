@@ -3,8 +3,8 @@
 #include <array>
 #include <filesystem>
 
-#include "common/RuntimeError.h"
-#include "common/Suggest.h"
+#include "common/text/Suggest.h"
+#include "common/values/RuntimeError.h"
 #include "document/page/Page.h"
 #include "host/registration/classes.h"
 

@@ -16,8 +16,8 @@
 #include <string_view>
 #include <vector>
 
-#include "common/Control.h"
-#include "common/Localized.h"
+#include "common/frame/Control.h"
+#include "common/values/Localized.h"
 #include "document/office/JsonFile.h"
 
 namespace kvo::editor {

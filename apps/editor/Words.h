@@ -4,7 +4,7 @@
 #include <QString>
 #include <initializer_list>
 
-#include "common/Localized.h"
+#include "common/values/Localized.h"
 #include "host/qt/Messages.h"
 #include "host/qt/QtText.h"
 

@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "apps/kvo/Names.h"
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/office/OfficeFile.h"
 #include "document/page/File.h"
 #include "document/page/Utf8.h"

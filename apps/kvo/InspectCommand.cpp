@@ -3,7 +3,7 @@
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/Json.h"
 #include "apps/kvo/PageRun.h"
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/page/File.h"
 
 namespace kvo {

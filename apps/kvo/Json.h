@@ -4,9 +4,9 @@
 #include <nlohmann/json.hpp>
 
 #include "apps/kvo/Terminal.h"
-#include "common/DesignBox.h"
-#include "common/Object.h"
-#include "common/PropertyBag.h"
+#include "common/frame/DesignBox.h"
+#include "common/frame/PropertyBag.h"
+#include "common/values/Object.h"
 
 namespace kvo {
 

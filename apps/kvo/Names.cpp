@@ -1,9 +1,9 @@
 #include "apps/kvo/Names.h"
 
 #include "apps/kvo/Terminal.h"
-#include "common/Ascii.h"
-#include "common/RuntimeError.h"
-#include "common/Suggest.h"
+#include "common/text/Suggest.h"
+#include "common/values/Ascii.h"
+#include "common/values/RuntimeError.h"
 #include "host/registration/classes.h"
 
 namespace kvo {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "common/Control.h"
+#include "common/frame/Control.h"
 
 namespace kvo {
 

@@ -4,7 +4,7 @@
 
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/PageRun.h"
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/page/File.h"
 #include "host/headless/BoxPicture.h"
 #include "host/registration/classes.h"

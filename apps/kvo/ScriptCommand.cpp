@@ -2,7 +2,7 @@
 #include "apps/kvo/Json.h"
 #include "apps/kvo/PageRun.h"
 #include "apps/kvo/Shop.h"
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/page/File.h"
 #include "document/page/Page.h"
 #include "host/headless/PageScript.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/Localized.h"
+#include "common/values/Localized.h"
 #include "document/page/Problem.h"
 
 namespace kvo {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/check/Balance.h"
 #include "document/check/ControlRules.h"
 #include "document/check/OwnText.h"

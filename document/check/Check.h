@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "common/Object.h"
+#include "common/values/Object.h"
 #include "document/page/Page.h"
 
 namespace kvo::check {

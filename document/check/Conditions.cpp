@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "common/Ascii.h"
+#include "common/values/Ascii.h"
 
 namespace kvo::check {
 namespace {

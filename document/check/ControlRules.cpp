@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "common/modGlobal.h"
+#include "common/text/modGlobal.h"
 #include "controls/BlockLevel.h"
 #include "document/check/Conditions.h"
 #include "document/page/Messages.h"

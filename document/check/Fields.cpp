@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <new>
 
-#include "common/Ascii.h"
-#include "common/Localized.h"
-#include "common/Suggest.h"
+#include "common/text/Suggest.h"
+#include "common/values/Ascii.h"
+#include "common/values/Localized.h"
 #include "document/page/Messages.h"
 #include "document/page/Scanner.h"
 

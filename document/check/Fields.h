@@ -10,7 +10,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "common/Object.h"
+#include "common/values/Object.h"
 #include "document/page/Problem.h"
 
 namespace kvo::check {

@@ -6,11 +6,11 @@
 #include <new>
 #include <set>
 
-#include "common/Ascii.h"
-#include "common/GridRows.h"
-#include "common/Platform.h"
-#include "common/Recordset.h"
-#include "common/RuntimeError.h"
+#include "common/forms/GridRows.h"
+#include "common/frame/Platform.h"
+#include "common/values/Ascii.h"
+#include "common/values/Recordset.h"
+#include "common/values/RuntimeError.h"
 #include "document/page/Messages.h"
 
 namespace kvo::check {

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/Object.h"
+#include "common/values/Object.h"
 #include "document/check/Check.h"
 
 namespace kvo::check {

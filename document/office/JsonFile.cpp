@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <set>
 
-#include "common/Ascii.h"
-#include "common/Suggest.h"
+#include "common/text/Suggest.h"
+#include "common/values/Ascii.h"
 
 namespace kvo::office {
 namespace {

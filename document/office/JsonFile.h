@@ -9,7 +9,7 @@
 #include <utility>
 #include <variant>
 
-#include "common/Localized.h"
+#include "common/values/Localized.h"
 #include "document/office/JsonTree.h"
 #include "document/page/Problem.h"
 #include "document/page/ProblemList.h"

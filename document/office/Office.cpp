@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "common/Ascii.h"
-#include "common/RuntimeError.h"
+#include "common/values/Ascii.h"
+#include "common/values/RuntimeError.h"
 
 namespace kvo::office {
 namespace {

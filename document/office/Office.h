@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "common/Object.h"
+#include "common/values/Object.h"
 
 namespace kvo::office {
 

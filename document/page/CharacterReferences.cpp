@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "common/Ascii.h"
+#include "common/values/Ascii.h"
 #include "document/page/Utf8.h"
 
 namespace kvo::page {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "common/Ascii.h"
-#include "common/Suggest.h"
+#include "common/text/Suggest.h"
+#include "common/values/Ascii.h"
 #include "document/page/ElementWriter.h"
 #include "document/page/Messages.h"
 #include "document/page/OurElements.h"

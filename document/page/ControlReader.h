@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/Control.h"
+#include "common/frame/Control.h"
 #include "document/page/Encoding.h"
 #include "document/page/ProblemList.h"
 #include "document/page/Scanner.h"

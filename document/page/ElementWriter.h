@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "common/Control.h"
+#include "common/frame/Control.h"
 #include "document/page/Encoding.h"
 
 namespace kvo::page {

@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include "common/Ascii.h"
+#include "common/values/Ascii.h"
 #include "document/page/CharacterReferences.h"
 #include "document/page/Scanner.h"
 #include "document/page/Utf8.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/page/Problem.h"
 #include "document/page/ProblemList.h"
 #include "document/page/Surroundings.h"

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "common/Ascii.h"
+#include "common/values/Ascii.h"
 
 namespace kvo::page {
 namespace {

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <vector>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/page/ControlReader.h"
 #include "document/page/Page.h"
 #include "host/registration/classes.h"

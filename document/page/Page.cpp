@@ -7,7 +7,7 @@
 #include <unordered_set>
 #include <utility>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/page/ControlReader.h"
 #include "document/page/ElementWriter.h"
 #include "document/page/Messages.h"

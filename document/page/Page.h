@@ -9,7 +9,8 @@
 //   ENDSPAN 1-->
 //
 // Every byte outside the controls is copied as it stands. All functions take time and memory in
-// proportion to the page. They call controls, so a platform must be installed (common/Platform.h).
+// proportion to the page. They call controls, so a platform must be installed
+// (common/frame/Platform.h).
 #pragma once
 
 #include <cstddef>
@@ -20,8 +21,8 @@
 #include <string_view>
 #include <vector>
 
-#include "common/Control.h"
-#include "common/PropertyBag.h"
+#include "common/frame/Control.h"
+#include "common/frame/PropertyBag.h"
 #include "document/page/Encoding.h"
 #include "document/page/Problem.h"
 #include "document/page/Sink.h"

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "common/Localized.h"
+#include "common/values/Localized.h"
 
 namespace kvo::page {
 

@@ -10,7 +10,7 @@
 #include <emmintrin.h>
 #endif
 
-#include "common/Ascii.h"
+#include "common/values/Ascii.h"
 
 namespace kvo::page {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/Ascii.h"
+#include "common/values/Ascii.h"
 #include "document/page/ControlReader.h"
 #include "document/page/Messages.h"
 

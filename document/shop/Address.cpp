@@ -3,8 +3,8 @@
 #include <array>
 #include <optional>
 
-#include "common/Ascii.h"
-#include "common/RuntimeError.h"
+#include "common/values/Ascii.h"
+#include "common/values/RuntimeError.h"
 
 namespace kvo::shop {
 namespace {

@@ -1,8 +1,8 @@
 #include "document/shop/Connection.h"
 
-#include "common/Ascii.h"
-#include "common/Recordset.h"
-#include "common/RuntimeError.h"
+#include "common/values/Ascii.h"
+#include "common/values/Recordset.h"
+#include "common/values/RuntimeError.h"
 
 namespace kvo::shop {
 

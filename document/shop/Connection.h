@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "common/Object.h"
+#include "common/values/Object.h"
 #include "document/shop/Database.h"
 
 namespace kvo::shop {

@@ -10,7 +10,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 
 namespace kvo::shop {
 namespace {

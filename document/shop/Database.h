@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "common/Variant.h"
+#include "common/values/Variant.h"
 #include "document/shop/Address.h"
 #include "document/shop/Statement.h"
 

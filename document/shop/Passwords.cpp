@@ -6,7 +6,7 @@
 #include <optional>
 #include <utility>
 
-#include "common/Ascii.h"
+#include "common/values/Ascii.h"
 
 namespace kvo::shop {
 namespace {

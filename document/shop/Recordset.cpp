@@ -6,9 +6,9 @@
 #include <string_view>
 #include <utility>
 
-#include "common/Ascii.h"
-#include "common/Recordset.h"
-#include "common/RuntimeError.h"
+#include "common/values/Ascii.h"
+#include "common/values/Recordset.h"
+#include "common/values/RuntimeError.h"
 
 namespace kvo::shop {
 namespace {

@@ -7,14 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "common/Object.h"
+#include "common/values/Object.h"
 #include "document/shop/Connection.h"
 #include "document/shop/RecordCache.h"
 
 namespace kvo::shop {
 
-// Late bound, as common/Recordset.h lists it, and besides: State, ActiveConnection, BOF, MoveFirst,
-// MovePrevious, MoveLast, Move(n) from where it stands, Move(n, 2) from the last record,
+// Late bound, as common/values/Recordset.h lists it, and besides: State, ActiveConnection, BOF,
+// MoveFirst, MovePrevious, MoveLast, Move(n) from where it stands, Move(n, 2) from the last record,
 // Move(n, bookmark), Close, and Fields as a collection (Count, items by name or by number from 0).
 // Field names are matched without regard to case.
 //

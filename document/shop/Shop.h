@@ -1,10 +1,10 @@
 // The shop database. Late bound: a connection and a recordset have the members that
-// common/Recordset.h lists.
+// common/values/Recordset.h lists.
 #pragma once
 
 #include <string>
 
-#include "common/Variant.h"
+#include "common/values/Variant.h"
 
 namespace kvo::shop {
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <vector>
 
-#include "common/Ascii.h"
-#include "common/RuntimeError.h"
+#include "common/values/Ascii.h"
+#include "common/values/RuntimeError.h"
 
 namespace kvo::shop {
 namespace {

@@ -1,6 +1,6 @@
 #include "host/com/Classes.h"
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/com/Text.h"
 #include "host/win32/WideText.h"
 

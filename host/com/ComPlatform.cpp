@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/com/Classes.h"
 #include "host/com/Edge.h"
 #include "host/com/Ole.h"

@@ -1,6 +1,6 @@
 #include "host/com/ControlDispatch.h"
 
-#include "common/Ascii.h"
+#include "common/values/Ascii.h"
 #include "host/com/Dispatch.h"
 #include "host/com/Edge.h"
 #include "host/com/Text.h"

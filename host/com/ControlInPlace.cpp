@@ -1,6 +1,5 @@
 #include "host/com/ControlInPlace.h"
 
-#include "common/modGlobal.h"
 #include "host/com/ControlView.h"
 #include "host/com/Edge.h"
 #include "host/com/Ole.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/Ascii.h"
+#include "common/values/Ascii.h"
 #include "host/com/ControlDispatch.h"
 #include "host/com/Edge.h"
 #include "host/com/Text.h"

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/com/Edge.h"
 #include "host/com/Text.h"
 #include "host/com/Values.h"

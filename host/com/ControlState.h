@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "common/Control.h"
+#include "common/frame/Control.h"
 #include "host/com/Classes.h"
 #include "host/com/Identity.h"
 #include "host/com/Ole.h"

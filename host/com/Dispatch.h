@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "common/Variant.h"
+#include "common/values/Variant.h"
 #include "host/com/Ole.h"
 
 namespace kvo::com {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/Object.h"
+#include "common/values/Object.h"
 #include "host/com/Ole.h"
 #include "host/com/Pointer.h"
 

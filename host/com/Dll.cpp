@@ -1,7 +1,7 @@
 // The entry points of the module. Each only hands on.
 
-#include "common/Ascii.h"
-#include "common/Localized.h"
+#include "common/values/Ascii.h"
+#include "common/values/Localized.h"
 #include "host/com/ClassFactory.h"
 #include "host/com/Classes.h"
 #include "host/com/ComPlatform.h"

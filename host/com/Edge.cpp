@@ -2,8 +2,8 @@
 
 #include <new>
 
-#include "common/Localized.h"
-#include "common/RuntimeError.h"
+#include "common/values/Localized.h"
+#include "common/values/RuntimeError.h"
 #include "host/com/Pointer.h"
 #include "host/com/Text.h"
 #include "host/win32/WideText.h"

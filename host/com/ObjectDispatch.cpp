@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "common/Ascii.h"
-#include "common/RuntimeError.h"
+#include "common/values/Ascii.h"
+#include "common/values/RuntimeError.h"
 #include "host/com/Classes.h"
 #include "host/com/Counted.h"
 #include "host/com/Dispatch.h"

@@ -1,7 +1,7 @@
 // One of our own objects for those outside: `IDispatch` over Object, members by name.
 #pragma once
 
-#include "common/Object.h"
+#include "common/values/Object.h"
 #include "host/com/Ole.h"
 #include "host/com/Pointer.h"
 

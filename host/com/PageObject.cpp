@@ -1,6 +1,6 @@
 #include "host/com/PageObject.h"
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/com/Edge.h"
 #include "host/com/Ole.h"
 #include "host/com/Text.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "common/PropertyPage.h"
+#include "common/forms/PropertyPage.h"
 #include "host/com/Classes.h"
 #include "host/com/Identity.h"
 #include "host/com/Ole.h"

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <unordered_map>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/com/DispatchObject.h"
 #include "host/com/Edge.h"
 #include "host/com/ObjectDispatch.h"

@@ -2,7 +2,7 @@
 // ObjectDispatch this is the one bridge between objects here and objects outside.
 #pragma once
 
-#include "common/Object.h"
+#include "common/values/Object.h"
 #include "host/com/Ole.h"
 #include "host/com/Pointer.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/FormControl.h"
+#include "common/forms/FormControl.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/headless/Xml.h"
 

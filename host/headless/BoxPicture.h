@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "common/DesignBox.h"
+#include "common/frame/DesignBox.h"
 
 namespace kvo {
 

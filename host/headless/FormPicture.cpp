@@ -4,8 +4,8 @@
 #include <initializer_list>
 #include <utility>
 
-#include "common/FormGrid.h"
-#include "common/FormPropertyGrid.h"
+#include "common/forms/FormGrid.h"
+#include "common/forms/FormPropertyGrid.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/headless/TextLines.h"
 #include "host/headless/Xml.h"

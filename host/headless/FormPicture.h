@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "common/Form.h"
+#include "common/forms/Form.h"
 
 namespace kvo {
 

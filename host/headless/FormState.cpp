@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "common/FormGrid.h"
-#include "common/FormPropertyGrid.h"
+#include "common/forms/FormGrid.h"
+#include "common/forms/FormPropertyGrid.h"
 
 namespace kvo {
 namespace {

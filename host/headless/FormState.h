@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-#include "common/Form.h"
+#include "common/forms/Form.h"
 
 namespace kvo {
 

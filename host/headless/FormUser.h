@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "common/Form.h"
-#include "common/FormGrid.h"
-#include "common/FormPropertyGrid.h"
+#include "common/forms/Form.h"
+#include "common/forms/FormGrid.h"
+#include "common/forms/FormPropertyGrid.h"
 
 namespace kvo {
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <random>
 
-#include "common/GermanFormat.h"
-#include "common/RuntimeError.h"
+#include "common/values/GermanFormat.h"
+#include "common/values/RuntimeError.h"
 
 namespace kvo {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "common/Platform.h"
+#include "common/frame/Platform.h"
 
 namespace kvo {
 

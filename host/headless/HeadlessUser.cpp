@@ -2,9 +2,8 @@
 
 #include <algorithm>
 
-#include "common/FormActions.h"
-#include "common/FormKeys.h"
-#include "common/modGlobal.h"
+#include "common/forms/FormActions.h"
+#include "common/forms/FormKeys.h"
 
 namespace kvo {
 namespace {

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/FormRenderer.h"
+#include "common/forms/FormRenderer.h"
 #include "host/headless/FormUser.h"
 #include "host/headless/HeadlessPlatform.h"
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <charconv>
 
-#include "common/RuntimeError.h"
-#include "common/modGlobal.h"
+#include "common/text/modGlobal.h"
+#include "common/values/RuntimeError.h"
 #include "host/headless/HeadlessUser.h"
 #include "host/headless/ScriptWords.h"
 

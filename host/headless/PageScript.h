@@ -10,9 +10,9 @@
 #include <string_view>
 #include <vector>
 
-#include "common/Control.h"
-#include "common/Localized.h"
-#include "common/PropertyFrame.h"
+#include "common/forms/PropertyFrame.h"
+#include "common/frame/Control.h"
+#include "common/values/Localized.h"
 #include "host/headless/FormState.h"
 #include "host/headless/FormUser.h"
 #include "host/headless/HeadlessPlatform.h"

@@ -1,6 +1,6 @@
 #include "host/headless/TextLines.h"
 
-#include "common/FormControls.h"
+#include "common/forms/FormControls.h"
 #include "host/headless/HeadlessPlatform.h"
 
 namespace kvo {

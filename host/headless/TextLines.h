@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "common/Platform.h"
+#include "common/frame/Platform.h"
 
 namespace kvo {
 

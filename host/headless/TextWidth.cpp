@@ -1,6 +1,6 @@
 #include <cstdint>
 
-#include "common/DesignBox.h"
+#include "common/frame/DesignBox.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/headless/TahomaAdvances.h"
 

@@ -1,7 +1,7 @@
 #include "host/qt/AccessibleName.h"
 
-#include "common/FormControls.h"
-#include "common/FormPropertyGrid.h"
+#include "common/forms/FormControls.h"
+#include "common/forms/FormPropertyGrid.h"
 
 namespace kvo {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "common/FormControl.h"
+#include "common/forms/FormControl.h"
 
 namespace kvo {
 

@@ -5,7 +5,7 @@
 #include <QPainter>
 #include <QRectF>
 
-#include "common/DesignBox.h"
+#include "common/frame/DesignBox.h"
 
 namespace kvo {
 

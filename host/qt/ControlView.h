@@ -4,7 +4,7 @@
 #include <QWidget>
 #include <memory>
 
-#include "common/FormActions.h"
+#include "common/forms/FormActions.h"
 
 namespace kvo {
 

@@ -3,7 +3,7 @@
 #include <QCloseEvent>
 #include <QVBoxLayout>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/qt/Messages.h"
 #include "host/qt/QtText.h"
 

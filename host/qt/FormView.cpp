@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 
-#include "common/FormKeys.h"
+#include "common/forms/FormKeys.h"
 #include "host/qt/AccessibleName.h"
 #include "host/qt/EditViews.h"
 #include "host/qt/GridView.h"

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-#include "common/Localized.h"
+#include "common/values/Localized.h"
 
 class QWidget;
 

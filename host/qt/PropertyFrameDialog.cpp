@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/qt/Messages.h"
 #include "host/qt/QtText.h"
 #include "host/qt/TahomaFont.h"

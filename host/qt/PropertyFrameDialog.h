@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "common/PropertyFrame.h"
+#include "common/forms/PropertyFrame.h"
 #include "host/qt/FormView.h"
 
 class QLabel;

@@ -3,7 +3,7 @@
 #include <QAbstractTableModel>
 #include <vector>
 
-#include "common/FormPropertyGrid.h"
+#include "common/forms/FormPropertyGrid.h"
 
 namespace kvo {
 

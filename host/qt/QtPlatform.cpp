@@ -8,8 +8,8 @@
 #include <QUuid>
 #include <algorithm>
 
-#include "common/GermanFormat.h"
-#include "common/RuntimeError.h"
+#include "common/values/GermanFormat.h"
+#include "common/values/RuntimeError.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/qt/FormDialog.h"
 #include "host/qt/Messages.h"

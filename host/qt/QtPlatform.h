@@ -3,8 +3,8 @@
 #include <QString>
 #include <functional>
 
-#include "common/Platform.h"
-#include "common/PropertyFrame.h"
+#include "common/forms/PropertyFrame.h"
+#include "common/frame/Platform.h"
 
 namespace kvo {
 

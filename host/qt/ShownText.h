@@ -3,7 +3,7 @@
 
 #include <QString>
 
-#include "common/ShownText.h"
+#include "common/forms/ShownText.h"
 
 namespace kvo {
 

@@ -10,7 +10,7 @@
 #include <QTabBar>
 #include <algorithm>
 
-#include "common/FormKeys.h"
+#include "common/forms/FormKeys.h"
 #include "host/qt/QtText.h"
 #include "host/qt/Twips.h"
 

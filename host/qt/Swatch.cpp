@@ -2,7 +2,7 @@
 
 #include <QPainter>
 
-#include "common/modGlobal.h"
+#include "common/text/modGlobal.h"
 #include "host/qt/Twips.h"
 
 namespace kvo {

@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <optional>
 
-#include "common/FormPropertyGrid.h"
+#include "common/forms/FormPropertyGrid.h"
 
 namespace kvo {
 

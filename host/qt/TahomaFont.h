@@ -2,7 +2,7 @@
 
 #include <QFont>
 
-#include "common/FormControl.h"
+#include "common/forms/FormControl.h"
 
 namespace kvo {
 

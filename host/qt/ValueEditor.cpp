@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "common/FormKeys.h"
+#include "common/forms/FormKeys.h"
 #include "host/qt/EditViews.h"
 #include "host/qt/QtText.h"
 #include "host/qt/ShownText.h"

@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-#include "common/FormPropertyGrid.h"
+#include "common/forms/FormPropertyGrid.h"
 #include "host/qt/ControlView.h"
 
 namespace kvo {

@@ -1,6 +1,6 @@
 #include "host/registration/classes.h"
 
-#include "common/Ascii.h"
+#include "common/values/Ascii.h"
 #include "controls/DTCClicktracker.h"
 #include "controls/DTCConfig.h"
 #include "controls/DTCContact.h"

@@ -6,9 +6,9 @@
 #include <span>
 #include <string_view>
 
-#include "common/Control.h"
-#include "common/Localized.h"
-#include "common/PropertyPage.h"
+#include "common/forms/PropertyPage.h"
+#include "common/frame/Control.h"
+#include "common/values/Localized.h"
 
 namespace kvo {
 

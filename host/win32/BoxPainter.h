@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "common/DesignBox.h"
+#include "common/frame/DesignBox.h"
 
 namespace kvo {
 

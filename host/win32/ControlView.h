@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "common/FormActions.h"
+#include "common/forms/FormActions.h"
 
 namespace kvo {
 

@@ -1,6 +1,6 @@
 #include "host/win32/FormDialog.h"
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/win32/Messages.h"
 #include "host/win32/ModalLoop.h"
 #include "host/win32/WindowText.h"

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "common/FormKeys.h"
+#include "common/forms/FormKeys.h"
 #include "host/win32/EditViews.h"
 #include "host/win32/Fonts.h"
 #include "host/win32/GridView.h"

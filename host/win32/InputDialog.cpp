@@ -1,7 +1,7 @@
 #include "host/win32/InputDialog.h"
 
-#include "common/Form.h"
-#include "common/Localized.h"
+#include "common/forms/Form.h"
+#include "common/values/Localized.h"
 #include "host/win32/FormDialog.h"
 
 namespace kvo {

@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-#include "common/Localized.h"
+#include "common/values/Localized.h"
 
 namespace kvo {
 

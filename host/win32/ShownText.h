@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/ShownText.h"
+#include "common/forms/ShownText.h"
 
 namespace kvo {
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "common/FormKeys.h"
+#include "common/forms/FormKeys.h"
 #include "host/win32/Twips.h"
 #include "host/win32/WindowText.h"
 

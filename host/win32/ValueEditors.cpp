@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "common/FormKeys.h"
-#include "common/modGlobal.h"
+#include "common/forms/FormKeys.h"
+#include "common/text/modGlobal.h"
 #include "host/win32/EditViews.h"
 #include "host/win32/Fonts.h"
 #include "host/win32/Twips.h"

@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "common/FormPropertyGrid.h"
+#include "common/forms/FormPropertyGrid.h"
 #include "host/win32/ControlView.h"
 #include "host/win32/EditSync.h"
 

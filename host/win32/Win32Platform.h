@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/Platform.h"
+#include "common/frame/Platform.h"
 
 namespace kvo {
 

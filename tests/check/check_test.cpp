@@ -8,8 +8,8 @@
 #include <map>
 #include <set>
 
-#include "common/Ascii.h"
-#include "common/Recordset.h"
+#include "common/values/Ascii.h"
+#include "common/values/Recordset.h"
 #include "document/check/Conditions.h"
 #include "document/check/Fields.h"
 #include "document/check/Products.h"

@@ -1,7 +1,7 @@
 // The number of the run-time error that something ends with.
 #pragma once
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 
 namespace kvo {
 

@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/Variant.h"
+#include "common/values/Variant.h"
 #include "tests/core/ValueDefinitions.h"
 
 namespace kvo {

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "common/PropertyBag.h"
+#include "common/frame/PropertyBag.h"
 
 namespace kvo::golden {
 

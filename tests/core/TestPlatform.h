@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "common/Platform.h"
+#include "common/frame/Platform.h"
 
 namespace kvo {
 

@@ -4,8 +4,8 @@
 #include <random>
 #include <set>
 
-#include "common/Ascii.h"
-#include "common/RuntimeError.h"
+#include "common/values/Ascii.h"
+#include "common/values/RuntimeError.h"
 #include "host/registration/classes.h"
 #include "tests/core/ErrorOf.h"
 #include "tests/core/TestPlatform.h"

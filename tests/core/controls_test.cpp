@@ -3,7 +3,7 @@
 // stored bags of loaded controls are golden pairs.
 #include <gtest/gtest.h>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/registration/classes.h"
 #include "tests/core/ErrorOf.h"
 #include "tests/core/TestPlatform.h"

@@ -1,11 +1,11 @@
-#include "common/modGlobal.h"
+#include "common/text/modGlobal.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
 
-#include "common/Object.h"
-#include "common/RuntimeError.h"
+#include "common/values/Object.h"
+#include "common/values/RuntimeError.h"
 #include "tests/core/Definitions.h"
 #include "tests/core/ErrorOf.h"
 #include "tests/core/TestPlatform.h"

@@ -1,11 +1,11 @@
-#include "common/Object.h"
+#include "common/values/Object.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 
-#include "common/Localized.h"
-#include "common/RuntimeError.h"
+#include "common/values/Localized.h"
+#include "common/values/RuntimeError.h"
 
 namespace kvo {
 namespace {

@@ -1,4 +1,4 @@
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "common/Suggest.h"
+#include "common/text/Suggest.h"
 
 #include <gtest/gtest.h>
 

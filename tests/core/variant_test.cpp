@@ -1,12 +1,12 @@
-#include "common/Variant.h"
+#include "common/values/Variant.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <string>
 
-#include "common/Object.h"
-#include "common/RuntimeError.h"
+#include "common/values/Object.h"
+#include "common/values/RuntimeError.h"
 #include "tests/core/Conversions.h"
 #include "tests/core/ErrorOf.h"
 

@@ -5,7 +5,7 @@
 #include <QTextBlock>
 #include <random>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "tests/editor/EditorTest.h"
 
 namespace kvo::editor {

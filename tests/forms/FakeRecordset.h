@@ -1,4 +1,4 @@
-// A database of one table in memory, behind the late-bound members of common/Recordset.h.
+// A database of one table in memory, behind the late-bound members of common/values/Recordset.h.
 #pragma once
 
 #include <map>
@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "common/Object.h"
+#include "common/values/Object.h"
 
 namespace kvo {
 

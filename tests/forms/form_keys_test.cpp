@@ -1,9 +1,9 @@
 // What keys mean to a form, beyond what its user shows (form_test.cpp).
-#include "common/FormKeys.h"
+#include "common/forms/FormKeys.h"
 
 #include <gtest/gtest.h>
 
-#include "common/FormRenderer.h"
+#include "common/forms/FormRenderer.h"
 
 namespace kvo {
 namespace {

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "common/RuntimeError.h"
-#include "common/modGlobal.h"
+#include "common/values/RuntimeError.h"
 #include "host/headless/HeadlessUser.h"
 #include "tests/core/ErrorOf.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "common/GermanFormat.h"
+#include "common/values/GermanFormat.h"
 
 namespace kvo {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "tests/core/ErrorOf.h"
 

@@ -1,8 +1,8 @@
-#include "common/PropertyFrame.h"
+#include "common/forms/PropertyFrame.h"
 
 #include <gtest/gtest.h>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/headless/HeadlessUser.h"
 #include "tests/core/ErrorOf.h"
 

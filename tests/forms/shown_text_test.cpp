@@ -1,9 +1,9 @@
 // How a form's text and the text of its widget correspond, whatever the toolkit.
-#include "common/ShownText.h"
+#include "common/forms/ShownText.h"
 
 #include <gtest/gtest.h>
 
-#include "common/FormControls.h"
+#include "common/forms/FormControls.h"
 
 namespace kvo {
 namespace {

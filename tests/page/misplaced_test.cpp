@@ -2,7 +2,7 @@
 #include <random>
 
 #include "PageTesting.h"
-#include "common/Ascii.h"
+#include "common/values/Ascii.h"
 #include "document/page/Surroundings.h"
 #include "host/registration/classes.h"
 

@@ -2,7 +2,7 @@
 #include <random>
 
 #include "PageTesting.h"
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/registration/classes.h"
 
 namespace kvo::page {

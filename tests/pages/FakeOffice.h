@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "common/Ascii.h"
-#include "common/Object.h"
-#include "common/RuntimeError.h"
+#include "common/values/Ascii.h"
+#include "common/values/Object.h"
+#include "common/values/RuntimeError.h"
 
 namespace kvo {
 

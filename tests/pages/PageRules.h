@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/Object.h"
+#include "common/values/Object.h"
 #include "tests/pages/FakeOffice.h"
 
 namespace kvo {

@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-#include "common/Ascii.h"
+#include "common/values/Ascii.h"
 #include "host/headless/HeadlessUser.h"
 #include "tests/core/ErrorOf.h"
 #include "tests/pages/PropertyObject.h"

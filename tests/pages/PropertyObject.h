@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/Object.h"
+#include "common/values/Object.h"
 
 namespace kvo {
 

@@ -1,5 +1,5 @@
 // Pages act on the first of several selected objects, and never so much as ask the others.
-#include "common/PropertyPage.h"
+#include "common/forms/PropertyPage.h"
 #include "host/headless/FormState.h"
 #include "host/registration/classes.h"
 #include "pages/frmExpressionBuilder.h"

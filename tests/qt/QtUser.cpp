@@ -16,8 +16,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "common/FormKeys.h"
-#include "common/PropertyPage.h"
+#include "common/forms/FormKeys.h"
+#include "common/forms/PropertyPage.h"
 #include "host/qt/QtText.h"
 #include "host/qt/ShownText.h"
 

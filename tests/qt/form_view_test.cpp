@@ -20,7 +20,7 @@
 #include <QTimer>
 #include <QTreeView>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/qt/AccessibleName.h"
 #include "host/qt/QtText.h"
 #include "host/qt/TahomaFont.h"

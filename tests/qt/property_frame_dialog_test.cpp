@@ -11,7 +11,7 @@
 #include <QTest>
 #include <QTreeView>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/qt/Messages.h"
 #include "host/qt/QtText.h"
 #include "host/registration/classes.h"

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "common/Object.h"
-#include "common/Recordset.h"
-#include "common/RuntimeError.h"
+#include "common/values/Object.h"
+#include "common/values/Recordset.h"
+#include "common/values/RuntimeError.h"
 #include "document/shop/Connection.h"
 #include "document/shop/Recordset.h"
 #include "document/shop/Shop.h"

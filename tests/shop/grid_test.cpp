@@ -1,8 +1,8 @@
 // The data grid over real databases.
 #include <gtest/gtest.h>
 
-#include "common/Form.h"
-#include "common/FormGrid.h"
+#include "common/forms/Form.h"
+#include "common/forms/FormGrid.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "tests/shop/Members.h"
 #include "tests/shop/support/PostgresqlServer.h"

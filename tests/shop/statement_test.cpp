@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 
 namespace kvo::shop {
 namespace {

@@ -8,7 +8,7 @@
 #include <tuple>
 #include <vector>
 
-#include "common/modGlobal.h"
+#include "common/text/modGlobal.h"
 #include "host/registration/classes.h"
 
 namespace kvo {

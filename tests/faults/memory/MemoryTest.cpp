@@ -6,7 +6,7 @@
 #include <iostream>
 #include <new>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "document/check/Check.h"
 #include "document/office/Office.h"
 #include "document/page/Page.h"

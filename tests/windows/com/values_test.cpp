@@ -1,7 +1,7 @@
 // The bridge between late binding here and automation there, and the conversions of both.
 #include <gmock/gmock.h>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/com/ComPlatform.h"
 #include "host/com/DispatchObject.h"
 #include "tests/core/Conversions.h"

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <chrono>
 
-#include "common/FormKeys.h"
-#include "common/PropertyPage.h"
+#include "common/forms/FormKeys.h"
+#include "common/forms/PropertyPage.h"
 #include "host/win32/OwnWindow.h"
 #include "host/win32/ShownText.h"
 #include "host/win32/WideText.h"

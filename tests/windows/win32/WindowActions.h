@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/FormPropertyGrid.h"
+#include "common/forms/FormPropertyGrid.h"
 
 namespace kvo {
 

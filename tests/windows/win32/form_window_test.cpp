@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "common/RuntimeError.h"
+#include "common/values/RuntimeError.h"
 #include "host/headless/TextLines.h"
 #include "host/win32/Fonts.h"
 #include "host/win32/Twips.h"

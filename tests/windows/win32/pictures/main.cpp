@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <string>
 
-#include "common/PropertyFrame.h"
+#include "common/forms/PropertyFrame.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/registration/classes.h"
 #include "host/win32/BoxPainter.h"

@@ -1,0 +1,93 @@
+#include "common/frame/Control.h"
+
+#include <new>
+
+#include "common/values/Ascii.h"
+#include "common/values/RuntimeError.h"
+
+namespace kvo {
+
+const PropertyRow* ControlClass::FindProperty(std::string_view propertyName) const {
+  for (const PropertyRow& row : properties)
+    if (EqualIgnoringCase(row.name, propertyName)) return &row;
+  return nullptr;
+}
+
+const BagKey* ControlClass::FindKey(std::string_view key) const {
+  for (const BagKey& row : bag)
+    if (row.key == key) return &row;
+  return nullptr;
+}
+
+void Control::ReadProperties(PropertyBag& propertyBag) {
+  const ControlClass& contract = Class();
+  BagValue value;
+  for (const BagKey& row : contract.bag) {
+    try {
+      propertyBag.ReadProperty(row.key, row.readDefault, value);
+      if (row.way.in != nullptr)
+        row.way.in(*this, value.Take());
+      else
+        row.way.inText(*this, value.Text());
+    } catch (const std::bad_alloc&) {
+      throw;  // nothing is wrong with the key: skipping it would lose its value at the next saving
+    } catch (const std::exception& error) {
+      propertyBag.KeyFailed(row.key, error);
+      if (contract.readFailure == ReadFailure::endsLoad) throw;
+      // The key is skipped: its property keeps the value that it had.
+    }
+  }
+  Resize();
+}
+
+void Control::WriteProperties(PropertyBag& propertyBag) const {
+  std::string scratch;
+  for (const BagKey& row : Class().bag)
+    propertyBag.WriteProperty(row.key, row.way.out(*this, scratch), row.writeDefault);
+}
+
+std::string Control::GetRuntimeText() const {
+  std::string text;
+  AppendRuntimeText(text);
+  return text;
+}
+
+Box Control::DesignTimeBox() const {
+  const BoxDesign& design = Class().box;
+  Box box{design.width, design.height, design.border, {}};
+  for (const BoxLabel& label : design.labels) {
+    const std::string_view caption = captionsShown_ ? label.caption(*this) : label.designCaption;
+    Rect at = label.at;
+    if (label.autoSize) at.width = ThePlatform().TextWidth(caption, label.weight);
+    box.labels.push_back({label.name, std::string(caption), label.weight, at});
+  }
+  if (laidOut_) design.layOut(box, *this);
+  return box;
+}
+
+Variant Control::Get(std::string_view name) {
+  if (const PropertyRow* row = Class().FindProperty(name)) return row->get(*this);
+  return Object::Get(name);
+}
+
+void Control::Let(std::string_view name, Variant value) {
+  const PropertyRow* row = Class().FindProperty(name);
+  if (row == nullptr) return Object::Let(name, std::move(value));
+  row->let(*this, std::move(value));
+}
+
+Variant Control::Call(std::string_view name, std::span<const Variant> arguments) {
+  if (EqualIgnoringCase(name, kRuntimeTextMethod) && arguments.empty()) return GetRuntimeText();
+  return Object::Call(name, arguments);
+}
+
+std::optional<std::vector<std::string>> Control::PropertyPages() {
+  const auto pages = Class().pages;
+  return std::vector<std::string>(pages.begin(), pages.end());
+}
+
+std::string_view BasenameCaption(const Control& control) {
+  return control.DisplayBasename().empty() ? control.basename() : control.DisplayBasename();
+}
+
+}  // namespace kvo

@@ -1,0 +1,48 @@
+#include "common/values/Localized.h"
+
+#include <cstdlib>
+#include <cstring>
+
+namespace kvo {
+namespace {
+
+std::string_view Setting(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string_view() : value;
+}
+
+Language ReadLanguage() {
+  for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    const std::string_view value = Setting(variable);
+    if (value.empty()) continue;
+    const bool german =
+        value.starts_with("de") && (value.size() == 2 || std::strchr("_.@-", value[2]) != nullptr);
+    return german ? Language::german : Language::english;
+  }
+  return Language::english;
+}
+
+Language& TheLanguage() {
+  static Language language = ReadLanguage();
+  return language;
+}
+
+}  // namespace
+
+Language UserLanguage() { return TheLanguage(); }
+void UserLanguage(Language newLanguage) { TheLanguage() = newLanguage; }
+
+std::string Say(const Localized& text, std::initializer_list<std::string_view> values) {
+  std::string_view rest = text.In(UserLanguage());
+  std::string said;
+  for (const std::string_view value : values) {
+    const std::size_t at = rest.find("{}");
+    said += rest.substr(0, at);
+    said += value;
+    rest = rest.substr(at + 2);
+  }
+  said += rest;
+  return said;
+}
+
+}  // namespace kvo

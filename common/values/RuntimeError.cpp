@@ -1,0 +1,82 @@
+#include "common/values/RuntimeError.h"
+
+#include <array>
+#include <utility>
+
+namespace kvo {
+namespace {
+
+struct Row {
+  ErrorNumber number;
+  Localized description;
+};
+
+constexpr std::array kDescriptions = {
+    Row{ErrorNumber::invalidCall,
+        {"Ungültiger Prozeduraufruf oder ungültiges Argument",
+         "Invalid procedure call or argument"}},
+    Row{ErrorNumber::overflow, {"Überlauf", "Overflow"}},
+    Row{ErrorNumber::subscriptOutOfRange,
+        {"Index außerhalb des gültigen Bereichs", "Subscript out of range"}},
+    Row{ErrorNumber::typeMismatch, {"Typen unverträglich", "Type mismatch"}},
+    Row{ErrorNumber::objectNotSet, {"Objektvariable nicht festgelegt", "Object variable not set"}},
+    Row{ErrorNumber::cannotCreateObject,
+        {"Objekterstellung nicht möglich", "Can't create the object"}},
+    Row{ErrorNumber::unknownMember,
+        {"Objekt unterstützt diese Eigenschaft oder Methode nicht",
+         "Object doesn't support this property or method"}},
+    Row{ErrorNumber::keyInUse,
+        {"Dieser Schlüssel ist bereits einem Element dieser Auflistung zugeordnet",
+         "This key is already associated with an element of this collection"}},
+    Row{ErrorNumber::statementRejected,
+        {"Die Datenbank lehnt die Abfrage ab; prüfen Sie, ob es die Tabelle und ihre Felder gibt",
+         "The database rejects the statement; check that the table and its fields exist"}},
+    Row{ErrorNumber::fileNotOpened,
+        {"Die Datenbankdatei lässt sich nicht öffnen; prüfen Sie Pfad, Leserecht und Inhalt",
+         "The database file cannot be opened; check its path, its contents and that it may be "
+         "read"}},
+    Row{ErrorNumber::databaseLocked,
+        {"Die Datenbank ist gesperrt; versuchen Sie es noch einmal, wenn das andere Programm "
+         "fertig ist",
+         "The database is locked; try again when the other program is done"}},
+    Row{ErrorNumber::noCurrentRecord,
+        {"Hier steht kein Datensatz: das Ende ist erreicht, oder er wurde geändert oder gelöscht",
+         "There is no record here: the end is reached, or it was changed or deleted"}},
+    Row{ErrorNumber::fieldNotFound,
+        {"Dieses Feld gibt es nicht in der Abfrage", "The statement has no such field"}},
+    Row{ErrorNumber::closed,
+        {"Das geht nicht, solange das Objekt geschlossen ist",
+         "This cannot be done while the object is closed"}},
+    Row{ErrorNumber::alreadyOpen,
+        {"Das geht nicht, solange das Objekt geöffnet ist",
+         "This cannot be done while the object is open"}},
+    Row{ErrorNumber::driverNotFound,
+        {"Diese Art Datenbank ist unbekannt, oder ihr Treiber ist nicht installiert; möglich sind "
+         "sqlite3://, postgresql://, mysql:// und odbc://",
+         "This kind of database is unknown, or its driver is not installed; there are sqlite3://, "
+         "postgresql://, mysql:// and odbc://"}},
+    Row{ErrorNumber::noConnection,
+        {"Es besteht keine Verbindung zur Datenbank; prüfen Sie Server, Zugangsdaten und Netz",
+         "There is no connection to the database; check server, credentials and network"}},
+};
+
+}  // namespace
+
+RuntimeError::RuntimeError(ErrorNumber number, std::string about)
+    : number_(number), about_(std::move(about)), what_(Description(Language::english)) {}
+
+std::string RuntimeError::Description(Language language) const {
+  std::string text;
+  for (const Row& row : kDescriptions)
+    if (row.number == number_) text = row.description.In(language);
+  if (!about_.empty()) text += ": " + about_;
+  return text;
+}
+
+std::string FailureText(const std::exception& failure) {
+  if (const auto* numbered = dynamic_cast<const RuntimeError*>(&failure))
+    return numbered->Description(UserLanguage());
+  return failure.what();
+}
+
+}  // namespace kvo
