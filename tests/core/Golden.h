@@ -1,60 +1,104 @@
-// Golden pairs: tests/golden/CLASS/BEHAVIOUR/ holds a stored bag, the runtime text that a control
-// loaded from it answers, and in many cases the bag that it stores then.
-//   bag.txt, stored.txt   a line per key, "key=value"; \r \n \t \\ stand for themselves
-//   runtime.html          the text, to the byte
+// Golden pairs: tests/golden/CONTROL.txt holds a control's cases, each under its name. A case is a
+// stored bag, the runtime text that a control loaded from it answers, and in many cases the bag
+// that it stores then:
+//   === name
+//   key=value
+//   --- runtime
+//   the text in one line, none if it is empty
+//   --- stored
+//   key=value
+// \r \n \t \\ stand for themselves and \s for a blank at the end of a line; every other byte counts
+// as it stands. Empty lines stand between the cases.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <optional>
+#include <ostream>
+#include <stdexcept>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "common/frame/PropertyBag.h"
 
 namespace kvo::golden {
 
-namespace fs = std::filesystem;
+using Bag = std::vector<MemoryBag::Entry>;
 
-inline std::string ReadFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+struct Pair {
+  std::string control;
+  std::string name;
+  Bag bag;
+  std::string runtime;
+  std::optional<Bag> stored;
+};
+
+inline void PrintTo(const Pair& pair, std::ostream* out) {
+  *out << pair.control << '/' << pair.name;
+}
+
+inline std::filesystem::path Folder() {
+  return std::filesystem::path(KVO_SOURCE_DIR) / "tests/golden";
 }
 
 inline std::string Unescape(std::string_view text) {
+  constexpr std::string_view letters = "rnts\\", meant = "\r\n\t \\";
   std::string plain;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '\\' || i + 1 == text.size()) {
-      plain += text[i];
-      continue;
-    }
-    const char c = text[++i];
-    plain += c == 'r' ? '\r' : c == 'n' ? '\n' : c == 't' ? '\t' : c;
+    const bool escape = text[i] == '\\' && i + 1 < text.size();
+    const std::size_t letter = escape ? letters.find(text[i + 1]) : std::string_view::npos;
+    if (escape && letter == std::string_view::npos)
+      throw std::runtime_error("no such escape: " + std::string(text));
+    plain += escape ? meant[letter] : text[i];
+    if (escape) ++i;
   }
   return plain;
 }
 
-inline std::vector<MemoryBag::Entry> ReadBag(const fs::path& path) {
-  std::vector<MemoryBag::Entry> entries;
-  std::ifstream file(path, std::ios::binary);
-  for (std::string line; std::getline(file, line);) {
-    const std::size_t equals = line.find('=');
-    EXPECT_NE(equals, std::string::npos) << path << ": " << line;
-    entries.emplace_back(line.substr(0, equals), Unescape(line.substr(equals + 1)));
-  }
-  return entries;
+inline MemoryBag::Entry ReadEntry(const std::string& line) {
+  const std::size_t equals = line.find('=');
+  if (equals == 0 || equals == std::string::npos) throw std::runtime_error("no key: " + line);
+  return {line.substr(0, equals), Unescape(std::string_view(line).substr(equals + 1))};
 }
 
-inline std::vector<fs::path> AllPairs() {
-  std::vector<fs::path> pairs;
-  for (const auto& entry :
-       fs::recursive_directory_iterator(fs::path(KVO_SOURCE_DIR) / "tests/golden"))
-    if (entry.path().filename() == "bag.txt") pairs.push_back(entry.path().parent_path());
-  std::ranges::sort(pairs);
+inline std::vector<Pair> ReadPairs(const std::string& control) {
+  std::ifstream file(Folder() / (control + ".txt"), std::ios::binary);
+  if (!file) throw std::runtime_error("no golden pairs of " + control);
+  std::vector<Pair> pairs;
+  enum { bag, runtime, stored } part = bag;
+  for (std::string line; std::getline(file, line);) {
+    if (line.empty()) continue;
+    if (line.rfind("=== ", 0) == 0) {
+      pairs.push_back({control, line.substr(4), {}, {}, {}});
+      part = bag;
+      continue;
+    }
+    Pair& pair = pairs.at(pairs.size() - 1);
+    if (line == "--- runtime") {
+      part = runtime;
+    } else if (line == "--- stored") {
+      part = stored;
+      pair.stored.emplace();
+    } else if (part == runtime) {
+      if (!pair.runtime.empty()) throw std::runtime_error("a second line of text: " + line);
+      pair.runtime = Unescape(line);
+    } else {
+      (part == bag ? pair.bag : *pair.stored).push_back(ReadEntry(line));
+    }
+  }
   return pairs;
+}
+
+// The pairs of every file, in no order that means anything.
+inline std::vector<Pair> AllPairs() {
+  std::vector<Pair> all;
+  for (const auto& entry : std::filesystem::directory_iterator(Folder())) {
+    if (entry.path().extension() != ".txt" || entry.path().stem() == "classes") continue;
+    for (Pair& pair : ReadPairs(entry.path().stem().string())) all.push_back(std::move(pair));
+  }
+  return all;
 }
 
 }  // namespace kvo::golden

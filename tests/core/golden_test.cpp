@@ -1,46 +1,46 @@
+#include "tests/core/Golden.h"
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "host/registration/classes.h"
-#include "tests/core/Golden.h"
 
 namespace kvo {
 namespace {
 
-using namespace golden;
-
-class GoldenPair : public testing::TestWithParam<fs::path> {};
+class GoldenPair : public testing::TestWithParam<golden::Pair> {};
 
 TEST_P(GoldenPair, IsReproducedToTheByte) {
-  const fs::path folder = GetParam();
-  const RegisteredControl* registered = FindControlByName(folder.parent_path().filename().string());
+  const golden::Pair& pair = GetParam();
+  const RegisteredControl* registered = FindControlByName(pair.control);
   ASSERT_NE(registered, nullptr);
   const auto control = registered->contract().create();
 
-  MemoryBag bag(ReadBag(folder / "bag.txt"));
+  MemoryBag bag(pair.bag);
   for (const auto& [key, value] : bag.Entries())
     EXPECT_NE(registered->contract().FindKey(key), nullptr) << "no such key: " << key;
   control->ReadProperties(bag);
-  EXPECT_EQ(control->GetRuntimeText(), ReadFile(folder / "runtime.html"));
+  EXPECT_EQ(control->GetRuntimeText(), pair.runtime);
 
   MemoryBag stored;
   control->WriteProperties(stored);
-  if (fs::exists(folder / "stored.txt")) {
-    EXPECT_EQ(stored.Entries(), ReadBag(folder / "stored.txt"));
+  if (pair.stored) {
+    EXPECT_EQ(stored.Entries(), *pair.stored);
   }
 }
 
-std::string PairName(const testing::TestParamInfo<fs::path>& info) {
-  std::string name =
-      info.param.parent_path().filename().string() + "_" + info.param.filename().string();
+std::string PairName(const testing::TestParamInfo<golden::Pair>& info) {
+  std::string name = info.param.control + "_" + info.param.name;
   std::replace(name.begin(), name.end(), '-', '_');
   return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Golden, GoldenPair, testing::ValuesIn(AllPairs()), PairName);
+INSTANTIATE_TEST_SUITE_P(Golden, GoldenPair, testing::ValuesIn(golden::AllPairs()), PairName);
 
 TEST(GoldenPairs, EveryClassHasSome) {
   for (const RegisteredControl& control : RegisteredControls())
-    EXPECT_TRUE(fs::exists(fs::path(KVO_SOURCE_DIR) / "tests/golden" / control.contract().name))
+    EXPECT_FALSE(golden::ReadPairs(std::string(control.contract().name)).empty())
         << control.contract().name;
 }
 

@@ -6,31 +6,27 @@
 namespace kvo::com {
 namespace {
 
-using namespace golden;
-
 class GoldenPairs : public ModuleTest, public testing::WithParamInterface<std::string> {};
 
 TEST_P(GoldenPairs, AreReproducedToTheByte) {
-  std::size_t pairs = 0;
-  for (const fs::path& folder : AllPairs()) {
-    if (folder.parent_path().filename().string() != GetParam()) continue;
-    ++pairs;
-    SCOPED_TRACE(folder.filename().string());
+  const auto pairs = golden::ReadPairs(GetParam());
+  EXPECT_FALSE(pairs.empty());
+  for (const golden::Pair& pair : pairs) {
+    SCOPED_TRACE(pair.name);
     const auto control = Dll::Get().Make<IPersistPropertyBag>(GetParam());
-    TestBag bag(ReadBag(folder / "bag.txt"));
+    TestBag bag(pair.bag);
     ASSERT_EQ(control->Load(&bag, nullptr), S_OK);
     const auto text = AsRuntimeText(control.get());
     Bstr runtime;
     ASSERT_EQ(text->GetRuntimeText(runtime.Receive()), S_OK);
-    EXPECT_EQ(runtime.Utf8(), ReadFile(folder / "runtime.html"));
+    EXPECT_EQ(runtime.Utf8(), pair.runtime);
 
     TestBag stored;
     ASSERT_EQ(control->Save(&stored, TRUE, TRUE), S_OK);
-    if (fs::exists(folder / "stored.txt")) {
-      EXPECT_EQ(stored.entries, ReadBag(folder / "stored.txt"));
+    if (pair.stored) {
+      EXPECT_EQ(stored.entries, *pair.stored);
     }
   }
-  EXPECT_GT(pairs, 0u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, GoldenPairs, testing::ValuesIn(ControlNames()), ParameterName);

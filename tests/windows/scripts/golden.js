@@ -12,19 +12,21 @@ function compareAll() {
   var classes = readClasses();
   var rules = readRules(classes);
   var unreachable = readUnreachable();
-  var checked = {}, found = {}, pairs = allPairs(), reached = 0, name, i;
-  for (i = 0; i < pairs.length; ++i) {
-    var pair = pairs[i], className = pair.split("/")[0];
-    if (!classes[className]) continue;  // not of a class
-    found[pair] = true;
-    if (unreachable[pair]) {
-      if (compare(classes[className], rules, pair, false))
-        fail(pair, "is listed in unreachable.txt", "but the runtime text matches");
-      continue;
+  var checked = {}, found = {}, reached = 0, name, i;
+  for (name in classes) {
+    var pairs = readPairs(name);
+    for (i = 0; i < pairs.length; ++i) {
+      var pair = pairs[i];
+      found[pair.name] = true;
+      if (unreachable[pair.name]) {
+        if (compare(classes[name], rules, pair, false))
+          fail(pair.name, "is listed in unreachable.txt", "but the runtime text matches");
+        continue;
+      }
+      compare(classes[name], rules, pair, true);
+      checked[name] = true;
+      ++reached;
     }
-    compare(classes[className], rules, pair, true);
-    checked[className] = true;
-    ++reached;
   }
   for (name in classes)
     if (!checked[name]) fail(name, "at least one pair that properties reach", "none");
@@ -40,11 +42,9 @@ function compareAll() {
 // Whether the runtime text is as it should be. What is wrong is told only when `loud`.
 function compare(contract, rules, pair, loud) {
   var control = new ActiveXObject("KVOPDesignObjects." + contract.name);
-  var folder = golden + "\\" + pair.replace("/", "\\");
-  var bag = readBag(folder + "\\bag.txt"), key, i;
-  var stored = fso.FileExists(folder + "\\stored.txt") ? readBag(folder + "\\stored.txt") : null;
+  var bag = pair.bag, stored = pair.stored, key, i;
   for (key in bag)
-    if (!contract.keys[key]) fail(pair, "a key of the class", key);
+    if (!contract.keys[key]) fail(pair.name, "a key of the class", key);
   for (i = 0; i < contract.keyOrder.length; ++i) {
     key = contract.keyOrder[i];
     var rule = rules[contract.name + " " + key];
@@ -59,12 +59,12 @@ function compare(contract, rules, pair, loud) {
     var expected = assigned;
     if (rule.storedAs === "as-is" && stored)
       expected = own(stored, key) ? stored[key] : defaults.write;
-    checkReading(control, rule.property, contract.properties[rule.property], expected, pair);
+    checkReading(control, rule.property, contract.properties[rule.property], expected,
+                 pair.name);
   }
-  var runtime = fromUtf8(readBytes(folder + "\\runtime.html"));
   var actual = control.GetRuntimeText();
-  if (loud && actual !== runtime) fail(pair, runtime, actual);
-  return actual === runtime;
+  if (loud && actual !== pair.runtime) fail(pair.name, pair.runtime, actual);
+  return actual === pair.runtime;
 }
 
 function checkReading(control, property, kind, expected, pair) {
@@ -99,17 +99,25 @@ function decodeTokens(value) {
 
 // --- files ---
 
-// Every "CLASS/PAIR" with a bag.
-function allPairs() {
-  // Not with an Enumerator over SubFolders: Wine's has no way to begin anew, which that needs.
-  var list = fso.GetSpecialFolder(2).Path + "\\" + fso.GetTempName();
-  var command = "cmd /c dir /b /s /a-d \"" + golden + "\\bag.txt\" > \"" + list + "\"";
-  new ActiveXObject("WScript.Shell").Run(command, 0, true);
-  var lines = linesOf(list), pairs = [];
-  fso.DeleteFile(list);
+// The pairs of a control; tests/core/Golden.h says how they are written.
+function readPairs(control) {
+  var pairs = [], pair = null, part = "", lines = linesOf(golden + "\\" + control + ".txt");
   for (var i = 0; i < lines.length; ++i) {
-    var parts = lines[i].split("\\");
-    if (parts.length > 3) pairs.push(parts[parts.length - 3] + "/" + parts[parts.length - 2]);
+    var line = lines[i], mark = line.substr(0, 4);
+    if (line === "") continue;
+    if (mark === "=== ") {
+      pair = {name: control + "/" + line.substr(4), bag: {}, runtime: "", stored: null};
+      pairs.push(pair);
+      part = "bag";
+    } else if (mark === "--- ") {
+      part = line.substr(4);
+      if (part === "stored") pair.stored = {};
+    } else if (part === "runtime") {
+      pair.runtime = unescapeText(line);
+    } else {
+      var equals = line.indexOf("=");
+      pair[part][line.substr(0, equals)] = unescapeText(line.substr(equals + 1));
+    }
   }
   return pairs;
 }
@@ -163,23 +171,13 @@ function readUnreachable() {
   return pairs;
 }
 
-// A line per key, "key=value"; \r \n \t \\ stand for themselves.
-function readBag(path) {
-  var bag = {}, lines = linesOf(path);
-  for (var i = 0; i < lines.length; ++i) {
-    var equals = lines[i].indexOf("=");
-    if (equals > 0) bag[lines[i].substr(0, equals)] = unescapeText(lines[i].substr(equals + 1));
-  }
-  return bag;
-}
-
 function unescapeText(text) {
   var plain = "";
   for (var i = 0; i < text.length; ++i) {
     var c = text.charAt(i);
     if (c === "\\" && i + 1 < text.length) {
       c = text.charAt(++i);
-      c = c === "r" ? "\r" : c === "n" ? "\n" : c === "t" ? "\t" : c;
+      c = c === "r" ? "\r" : c === "n" ? "\n" : c === "t" ? "\t" : c === "s" ? " " : c;
     }
     plain += c;
   }

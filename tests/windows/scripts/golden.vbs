@@ -64,7 +64,7 @@ Function Accessors(golden)
 End Function
 
 Function CompareAll(golden, here, keys)
-  Dim classes, className, rules, unreachable, pair, folder, checked, pairs, reached, key
+  Dim classes, className, rules, unreachable, pair, checked, pairs, reached, key
   Set classes = ReadClasses(golden)
   Set rules = ReadRules(keys, classes)
   Set unreachable = ReadUnreachable(here)
@@ -72,17 +72,15 @@ Function CompareAll(golden, here, keys)
   reached = 0
   For Each className In classes.Keys
     checked = 0
-    For Each pair In fso.GetFolder(golden & "\" & className).SubFolders
-      folder = golden & "\" & className & "\" & pair.Name
-      key = className & "/" & pair.Name
+    For Each pair In ReadPairs(golden, className).Items
       pairs = pairs + 1
-      If unreachable.Exists(key) Then
-        If Compare(classes(className), rules, folder, key, False) Then
-          Fail key, "is listed in unreachable.txt", "but the runtime text matches"
+      If unreachable.Exists(pair.Name) Then
+        If Compare(classes(className), rules, pair, False) Then
+          Fail pair.Name, "is listed in unreachable.txt", "but the runtime text matches"
         End If
-        unreachable.Remove key
+        unreachable.Remove pair.Name
       Else
-        Compare classes(className), rules, folder, key, True
+        Compare classes(className), rules, pair, True
         checked = checked + 1
       End If
     Next
@@ -100,18 +98,15 @@ End Function
 ' --- one pair ---
 
 ' Whether the runtime text is as it should be. What is wrong is told only when `loud`.
-Function Compare(contract, rules, folder, pair, loud)
-  Dim control, bag, stored, key, value, property, expected, actual, assigned
+Function Compare(contract, rules, pair, loud)
+  Dim control, key, value, property, expected, actual, assigned
   Set control = CreateObject("KVOPDesignObjects." & contract.Name)
-  Set bag = ReadBag(folder & "\bag.txt")
-  For Each key In bag.Keys
-    If Not contract.ReadDefaults.Exists(key) Then Fail pair, "a key of the class", key
+  For Each key In pair.Bag.Keys
+    If Not contract.ReadDefaults.Exists(key) Then Fail pair.Name, "a key of the class", key
   Next
-  Set stored = Nothing
-  If fso.FileExists(folder & "\stored.txt") Then Set stored = ReadBag(folder & "\stored.txt")
   For Each key In contract.ReadDefaults.Keys
     value = contract.ReadDefaults.Item(key)
-    If bag.Exists(key) Then value = bag(key)
+    If pair.Bag.Exists(key) Then value = pair.Bag.Item(key)
     Set property = PropertyOf(contract, rules, key)
     If property.Name <> "-" Then
       assigned = property.Assigned(value, contract.ReadDefaults.Item(key))
@@ -119,18 +114,17 @@ Function Compare(contract, rules, folder, pair, loud)
       If loud Then
         ' What comes back is what was assigned, or what the setter has made of it and stores.
         expected = assigned
-        If property.StoredAs = "as-is" And Not stored Is Nothing Then
+        If property.StoredAs = "as-is" And Not pair.Stored Is Nothing Then
           expected = contract.WriteDefaults.Item(key)
-          If stored.Exists(key) Then expected = stored(key)
+          If pair.Stored.Exists(key) Then expected = pair.Stored.Item(key)
         End If
-        CheckReading control, property, expected, pair
+        CheckReading control, property, expected, pair.Name
       End If
     End If
   Next
-  expected = FromUtf8(ReadBytes(folder & "\runtime.html"))
   actual = control.GetRuntimeText()
-  Compare = Same(expected, actual)
-  If loud And Not Compare Then Fail pair, expected, actual
+  Compare = Same(pair.Runtime, actual)
+  If loud And Not Compare Then Fail pair.Name, pair.Runtime, actual
 End Function
 
 Sub CheckReading(control, property, expected, pair)
@@ -281,15 +275,39 @@ Function ReadUnreachable(here)
   Set ReadUnreachable = pairs
 End Function
 
-' A line per key, "key=value"; \r \n \t \\ stand for themselves.
-Function ReadBag(path)
-  Dim line, equals, bag
-  Set bag = CreateObject("Scripting.Dictionary")
-  For Each line In LinesOf(path)
-    equals = InStr(line, "=")
-    If equals > 0 Then bag.Add Left(line, equals - 1), Unescape(Mid(line, equals + 1))
+Class GoldenPair
+  Public Name     ' "CLASS/CASE"
+  Public Bag      ' key -> text
+  Public Runtime
+  Public Stored   ' as Bag, or Nothing
+End Class
+
+' The pairs of a class, by number; tests/core/Golden.h says how they are written.
+Function ReadPairs(golden, className)
+  Dim pairs, pair, part, line
+  Set pairs = CreateObject("Scripting.Dictionary")
+  For Each line In LinesOf(golden & "\" & className & ".txt")
+    If Left(line, 4) = "=== " Then
+      Set pair = New GoldenPair
+      pair.Name = className & "/" & Mid(line, 5)
+      Set pair.Bag = CreateObject("Scripting.Dictionary")
+      Set pair.Stored = Nothing
+      pairs.Add pairs.Count, pair
+      Set part = pair.Bag
+    ElseIf line = "--- runtime" Then
+      Set part = Nothing
+    ElseIf line = "--- stored" Then
+      Set pair.Stored = CreateObject("Scripting.Dictionary")
+      Set part = pair.Stored
+    ElseIf line <> "" Then
+      If part Is Nothing Then
+        pair.Runtime = Unescape(line)
+      Else
+        part.Add FirstOf(line, "="), Unescape(Mid(line, InStr(line, "=") + 1))
+      End If
+    End If
   Next
-  Set ReadBag = bag
+  Set ReadPairs = pairs
 End Function
 
 Function Unescape(text)
@@ -304,6 +322,7 @@ Function Unescape(text)
       If c = "r" Then c = vbCr
       If c = "n" Then c = vbLf
       If c = "t" Then c = vbTab
+      If c = "s" Then c = " "
     End If
     plain = plain & c
     i = i + 1
