@@ -10,8 +10,8 @@
 #include "common/forms/PropertyFrame.h"
 #include "common/frame/Control.h"
 #include "fuzz/Bytes.h"
-#include "host/headless/FormUser.h"
 #include "host/headless/HeadlessPlatform.h"
+#include "host/script/FormUser.h"
 #include "tests/forms/FakeRecordset.h"
 #include "tests/pages/FakeOffice.h"
 

@@ -7,7 +7,7 @@
 
 #include "common/values/RuntimeError.h"
 #include "fuzz/Demand.h"
-#include "host/headless/FormState.h"
+#include "host/script/FormState.h"
 
 namespace kvo {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "fuzz/Bytes.h"
-#include "host/headless/FormUser.h"
+#include "host/script/FormUser.h"
 
 namespace kvo {
 

@@ -6,7 +6,7 @@
 
 #include "fuzz/Demand.h"
 #include "fuzz/UserEvents.h"
-#include "host/headless/HeadlessUser.h"
+#include "host/script/HeadlessUser.h"
 #include "pages/frmExpressionBuilder.h"
 #include "tests/pages/FakeOffice.h"
 

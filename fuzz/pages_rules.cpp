@@ -12,8 +12,8 @@
 #include "fuzz/PageStory.h"
 #include "fuzz/StoryBag.h"
 #include "fuzz/UserEvents.h"
-#include "host/headless/HeadlessUser.h"
 #include "host/registration/classes.h"
+#include "host/script/HeadlessUser.h"
 #include "tests/pages/PageRules.h"
 #include "tests/pages/PropertyObject.h"
 

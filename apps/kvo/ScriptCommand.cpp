@@ -5,8 +5,8 @@
 #include "common/values/RuntimeError.h"
 #include "document/page/File.h"
 #include "document/page/Page.h"
-#include "host/headless/PageScript.h"
 #include "host/registration/classes.h"
+#include "host/script/PageScript.h"
 
 namespace kvo {
 namespace {

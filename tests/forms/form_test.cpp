@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "common/values/RuntimeError.h"
-#include "host/headless/HeadlessUser.h"
 #include "tests/core/ErrorOf.h"
+#include "tests/support/SeeingUser.h"
 
 namespace kvo {
 namespace {
@@ -56,7 +56,7 @@ class Forms : public testing::Test {
   HeadlessPlatform platform;
   PlatformScope scope{platform};
   SampleForm form;
-  HeadlessUser user{platform, form};
+  SeeingUser user{platform, form};
 };
 
 TEST_F(Forms, ControlsAreFoundUnderTheirOwnNames) {
@@ -70,7 +70,7 @@ TEST_F(Forms, AssigningTextRaisesTheChangeEventOnlyForNewText) {
   form.txtName.Text("a");
   form.txtName.Text("a");
   EXPECT_EQ(form.events, Events{"txtName_Change"});
-  EXPECT_EQ(user.seen, (std::vector<HeadlessUser::Seen>{{"txtName", Aspect::text}}));
+  EXPECT_EQ(user.seen, (std::vector<SeeingUser::Seen>{{"txtName", Aspect::text}}));
 }
 
 TEST_F(Forms, TypingReplacesTheSelectionAndRaisesAnEventForEachKey) {

@@ -3,7 +3,7 @@
 #include <set>
 
 #include "common/values/RuntimeError.h"
-#include "host/headless/HeadlessUser.h"
+#include "host/script/HeadlessUser.h"
 #include "tests/forms/FakeRecordset.h"
 
 namespace kvo {

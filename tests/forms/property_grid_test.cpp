@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "common/values/RuntimeError.h"
-#include "host/headless/HeadlessUser.h"
+#include "host/script/HeadlessUser.h"
 #include "tests/core/ErrorOf.h"
 
 namespace kvo {

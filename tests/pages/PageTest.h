@@ -7,9 +7,9 @@
 #include <utility>
 
 #include "common/values/Ascii.h"
-#include "host/headless/HeadlessUser.h"
 #include "tests/core/ErrorOf.h"
 #include "tests/pages/PropertyObject.h"
+#include "tests/support/SeeingUser.h"
 
 namespace kvo {
 
@@ -28,7 +28,7 @@ class PageTest : public testing::Test {
   PlatformScope scope{platform};
   std::shared_ptr<PropertyObject> object;
   Page page;
-  HeadlessUser user{platform, page};
+  SeeingUser user{platform, page};
 };
 
 }  // namespace kvo

@@ -6,8 +6,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "host/headless/PageScript.h"
 #include "host/registration/classes.h"
+#include "host/script/PageScript.h"
 #include "tests/pages/Furnishing.h"
 
 namespace kvo {

@@ -1,7 +1,7 @@
 // Pages act on the first of several selected objects, and never so much as ask the others.
 #include "common/forms/PropertyPage.h"
-#include "host/headless/FormState.h"
 #include "host/registration/classes.h"
+#include "host/script/FormState.h"
 #include "pages/frmExpressionBuilder.h"
 #include "pages/propIfGeneral.h"
 #include "tests/forms/FakeRecordset.h"

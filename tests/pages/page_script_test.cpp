@@ -1,5 +1,5 @@
 // The scripted conversations of tests/pages/scripts, and the runner itself.
-#include "host/headless/PageScript.h"
+#include "host/script/PageScript.h"
 
 #include <algorithm>
 

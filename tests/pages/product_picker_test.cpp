@@ -311,7 +311,7 @@ TEST_F(ProductPicker, AnotherSearchColumnRestartsTheTimerOnlyWhileThereIsAText) 
   user.seen.clear();
   user.Choose(SearchIn(), "Beschreibung");
   EXPECT_TRUE(page.timerAutomaticSearch.IsRunning());
-  const HeadlessUser::Seen restarted = {"timerAutomaticSearch", Aspect::timer};
+  const SeeingUser::Seen restarted = {"timerAutomaticSearch", Aspect::timer};
   EXPECT_EQ(std::ranges::count(user.seen, restarted), 2);  // stopped and started
 }
 

@@ -6,10 +6,10 @@
 #include <exception>
 #include <memory>
 
-#include "host/headless/FormUser.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/qt/FormDialog.h"
 #include "host/qt/FormView.h"
+#include "host/script/FormUser.h"
 
 class QComboBox;
 class QTreeView;

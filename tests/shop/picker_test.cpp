@@ -5,8 +5,8 @@
 
 #include "controls/DTCProductList.h"
 #include "document/office/Office.h"
-#include "host/headless/FormState.h"
-#include "host/headless/HeadlessUser.h"
+#include "host/script/FormState.h"
+#include "host/script/HeadlessUser.h"
 #include "pages/propProdListPicker.h"
 #include "tests/shop/Members.h"
 #include "tests/shop/support/PostgresqlServer.h"

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "fuzz/StoryBag.h"
-#include "host/headless/FormState.h"
-#include "host/headless/HeadlessUser.h"
+#include "host/script/FormState.h"
+#include "host/script/HeadlessUser.h"
 
 namespace kvo {
 namespace {

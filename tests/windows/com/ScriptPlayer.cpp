@@ -5,8 +5,8 @@
 #include <algorithm>
 
 #include "common/forms/FormKeys.h"
-#include "host/headless/FormUser.h"
-#include "host/headless/ScriptWords.h"
+#include "host/script/FormUser.h"
+#include "host/script/ScriptWords.h"
 #include "host/win32/Twips.h"
 #include "host/win32/WindowText.h"
 #include "pages/frmExpressionBuilder.h"

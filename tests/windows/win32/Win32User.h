@@ -7,8 +7,8 @@
 #include <exception>
 #include <memory>
 
-#include "host/headless/FormUser.h"
 #include "host/headless/HeadlessPlatform.h"
+#include "host/script/FormUser.h"
 #include "host/win32/FormDialog.h"
 #include "host/win32/FormWindow.h"
 #include "host/win32/OwnWindow.h"

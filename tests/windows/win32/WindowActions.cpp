@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-#include "host/headless/FormUser.h"
+#include "host/script/FormUser.h"
 #include "host/win32/PropertyGridView.h"
 #include "host/win32/Twips.h"
 #include "host/win32/WindowText.h"

@@ -1,4 +1,4 @@
-#include "host/headless/PageScript.h"
+#include "host/script/PageScript.h"
 
 #include <algorithm>
 #include <array>
@@ -6,8 +6,8 @@
 
 #include "common/text/modGlobal.h"
 #include "common/values/RuntimeError.h"
-#include "host/headless/HeadlessUser.h"
-#include "host/headless/ScriptWords.h"
+#include "host/script/HeadlessUser.h"
+#include "host/script/ScriptWords.h"
 
 namespace kvo {
 namespace {

@@ -1,4 +1,4 @@
-#include "host/headless/ScriptWords.h"
+#include "host/script/ScriptWords.h"
 
 #include <algorithm>
 

@@ -13,9 +13,9 @@
 #include "common/forms/PropertyFrame.h"
 #include "common/frame/Control.h"
 #include "common/values/Localized.h"
-#include "host/headless/FormState.h"
-#include "host/headless/FormUser.h"
 #include "host/headless/HeadlessPlatform.h"
+#include "host/script/FormState.h"
+#include "host/script/FormUser.h"
 
 namespace kvo {
 

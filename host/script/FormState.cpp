@@ -1,4 +1,4 @@
-#include "host/headless/FormState.h"
+#include "host/script/FormState.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // A user without eyes: acts on a form as a person does at real widgets, key by key and click by
-// click, where no widgets are. Drives forms in tests and scripts.
+// click, where no widgets are.
 #pragma once
 
 #include <string>
@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "common/forms/FormRenderer.h"
-#include "host/headless/FormUser.h"
 #include "host/headless/HeadlessPlatform.h"
+#include "host/script/FormUser.h"
 
 namespace kvo {
 
-class HeadlessUser final : public FormUser, public FormRenderer {
+class HeadlessUser : public FormUser, public FormRenderer {
  public:
   // The platform is the one that the program runs on; its mouse button goes down with a click.
   // A dialog that is open is entered at its first input.
@@ -41,18 +41,11 @@ class HeadlessUser final : public FormUser, public FormRenderer {
     std::size_t length = 0;
   };
 
-  // What the form told its renderer, in order.
-  struct Seen {
-    std::string_view control;
-    Aspect aspect;
-    bool operator==(const Seen&) const = default;
-  };
-  std::vector<Seen> seen;
-
- private:
+ protected:
   void ControlChanged(FormControl& control, Aspect aspect) override;
   void ItemChanged(PropertyGridItem& item) override;
 
+ private:
   void MustBeOpen() const;
   void MustBeReachable(const FormControl& control) const;
   void FocusByMouse(FormControl& control);

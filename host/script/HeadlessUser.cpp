@@ -1,4 +1,4 @@
-#include "host/headless/HeadlessUser.h"
+#include "host/script/HeadlessUser.h"
 
 #include <algorithm>
 
@@ -76,14 +76,12 @@ void HeadlessUser::MustBeReachable(const FormControl& control) const {
   if (!control.IsReachable()) Cannot(control, "is disabled or does not show");
 }
 
-void HeadlessUser::ControlChanged(FormControl& control, Aspect aspect) {
-  seen.push_back({control.Name(), aspect});
+void HeadlessUser::ControlChanged(FormControl&, Aspect) {
   // What can no longer be used hands the keyboard on.
   if (Shown().Focused() != nullptr && !Shown().Focused()->IsReachable()) MoveFocus(false);
 }
 
 void HeadlessUser::ItemChanged(PropertyGridItem& item) {
-  seen.push_back({item.Grid().Name(), Aspect::value});
   if (editsValue_ > 0 || &item != item.Grid().SelectedItem() || Shown().Focused() != &item.Grid())
     return;
   valueSize_ = CharacterCount(ToText(item.Value()));
