@@ -28,16 +28,14 @@ need_packages() {
   fi
 }
 
-# What it takes to build the programs.
-build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
-# What it takes to build the editor with the shop database. fonts-wine brings the pages' font; the
-# translations are those of Qt's own dialogs.
-editor_packages=(qt6-base-dev qt6-webengine-dev libqt6svg6 qt6-translations-l10n fonts-wine
-  libsoci-dev libboost-dev libsqlite3-dev)
+# What it takes to build the programs. SOCI's headers include Boost's.
+build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libsoci-dev libboost-dev)
+# What it takes to build the editor. fonts-wine brings the pages' font; the translations are those of
+# Qt's own dialogs.
+editor_packages=(qt6-base-dev qt6-webengine-dev libqt6svg6 qt6-translations-l10n fonts-wine)
 # What it takes to test everything: the shop database is tested on SQLite files and on a PostgreSQL
-# server of the tests' own. SOCI's headers include Boost's.
-test_packages=(libgtest-dev clang-format-14 sqlite3 libsoci-dev libboost-dev
-  libsqlite3-dev postgresql strace)
+# server of the tests' own.
+test_packages=(libgtest-dev clang-format-14 sqlite3 libsqlite3-dev postgresql strace)
 # What it takes to build the Windows component: the cross compiler, the compiler of type libraries,
 # and from Wine the type library of automation. ./run windows builds for 32 bit as well.
 windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools libwine)
@@ -54,4 +52,4 @@ fuzz_packages=(clang libclang-rt-dev)
 # What it takes to measure everything, with what it is measured against.
 bench_packages=(libbenchmark-dev pkg-config libapr1-dev libboost-dev libctemplate-dev libglib2.0-dev
   libgumbo-dev libhtmlcxx-dev libxml2-dev qt6-base-dev gnuplot-nox perl python3 nodejs
-  libsoci-dev libsqlite3-dev sqlite3 postgresql)
+  libsqlite3-dev sqlite3 postgresql)

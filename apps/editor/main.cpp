@@ -8,9 +8,9 @@
 #include "apps/editor/DesignView.h"
 #include "apps/editor/Drafts.h"
 #include "apps/editor/MainWindow.h"
-#include "apps/editor/Shop.h"
 #include "apps/editor/Words.h"
 #include "document/page/StandardStreams.h"
+#include "document/shop/Shop.h"
 #include "host/qt/QtPlatform.h"
 #include "host/qt/TahomaFont.h"
 #include "host/registration/classes.h"
@@ -38,8 +38,8 @@ int main(int argc, char** argv) {
   LoadTahoma();
   QtPlatform platform(CreatePage);
   const PlatformScope scope(platform);
-  platform.recordsets = editor::ShopRecordsets();
-  editor::MainWindow window(platform, {editor::DraftFolder(), editor::ShopConnections()});
+  platform.recordsets = shop::NewRecordset;
+  editor::MainWindow window(platform, {editor::DraftFolder(), shop::NewConnection});
   window.show();
   QTimer::singleShot(0, &window, [&] {
     const QStringList files = line.positionalArguments();

@@ -5,10 +5,10 @@
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/Json.h"
 #include "apps/kvo/PageRun.h"
-#include "apps/kvo/Shop.h"
 #include "document/check/Products.h"
 #include "document/office/OfficeFile.h"
 #include "document/page/File.h"
+#include "document/shop/Shop.h"
 #include "host/headless/HeadlessPlatform.h"
 
 namespace kvo {
@@ -47,12 +47,7 @@ struct Known {
 // must not choose what this machine connects to.
 class Offices {
  public:
-  // To be called as FindShop is.
-  Offices(const std::string& named, HeadlessPlatform& platform) : named_(named) {
-    if (named_.empty()) return;
-    shop_ = FindShop();
-    platform.recordsets = shop_.recordsets;
-  }
+  explicit Offices(const std::string& named) : named_(named) {}
 
   Known& Of(const std::string& page) {
     if (!named_.empty()) return Load(named_);
@@ -70,7 +65,8 @@ class Offices {
     Known& known = entry->second;
     if (!isNew) return known;
     try {
-      known.office = office::LoadOffice(file, shop_.connections);
+      known.office = office::LoadOffice(
+          file, named_.empty() ? office::ConnectionFactory() : shop::NewConnection);
       if (!named_.empty()) known.products.emplace(known.office);
     } catch (const office::JsonFileError& error) {
       ShowProblems(Stream::error, error.File(), error.Problems());
@@ -83,7 +79,6 @@ class Offices {
   }
 
   std::string named_;
-  Shop shop_;
   std::map<std::string, Known> loaded_;
   Known none_;
   ExitCode code_ = ExitCode::good;
@@ -92,7 +87,8 @@ class Offices {
 ExitCode Check(const CheckValues& values) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
-  Offices offices(values.office, platform);
+  platform.recordsets = shop::NewRecordset;
+  Offices offices(values.office);
   Json all = Json::array();
   const ExitCode code = ForEachPage(values.pages, [&](const std::string& file) {
     const page::Page page(page::ReadFile(file));

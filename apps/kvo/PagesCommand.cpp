@@ -2,12 +2,14 @@
 
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/PageRun.h"
-#include "apps/kvo/Shop.h"
 #include "common/forms/PropertyPage.h"
 #include "common/values/RuntimeError.h"
+#include "document/office/OfficeFile.h"
 #include "document/page/File.h"
 #include "document/page/Page.h"
+#include "document/shop/Shop.h"
 #include "host/headless/FormPicture.h"
+#include "host/headless/HeadlessPlatform.h"
 #include "host/registration/classes.h"
 #include "pages/frmExpressionBuilder.h"
 
@@ -58,7 +60,9 @@ void DrawExpressionBuilder(const PagesValues& values, const ObjectRef& office) {
 ExitCode Draw(const PagesValues& values) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
-  const ObjectRef office = LoadOfficeWithShop(values.office, platform);
+  platform.recordsets = shop::NewRecordset;
+  ObjectRef office;
+  if (!values.office.empty()) office = office::LoadOffice(values.office, shop::NewConnection);
   const RegisteredControl* control = FindControlByName(values.className);
   if (control == nullptr)
     throw Failure(Say({"Die Klasse „{}“ gibt es nicht; „kvo classes“ nennt alle.",

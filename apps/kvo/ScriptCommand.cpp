@@ -1,10 +1,11 @@
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/Json.h"
 #include "apps/kvo/PageRun.h"
-#include "apps/kvo/Shop.h"
 #include "common/values/RuntimeError.h"
+#include "document/office/OfficeFile.h"
 #include "document/page/File.h"
 #include "document/page/Page.h"
+#include "document/shop/Shop.h"
 #include "host/registration/classes.h"
 #include "host/script/PageScript.h"
 
@@ -67,6 +68,7 @@ void AddControls(ScriptStage& stage, const std::string& file) {
 ExitCode Play(const ScriptValues& values) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
+  platform.recordsets = shop::NewRecordset;
   ScriptStage stage{.platform = platform,
                     .pages = CreatePage,
                     .newControl = [](std::string_view className) -> std::shared_ptr<Control> {
@@ -77,7 +79,7 @@ ExitCode Play(const ScriptValues& values) {
                     .controls = {},
                     .user = {},
                     .command = {}};
-  stage.office = LoadOfficeWithShop(values.office, platform);
+  if (!values.office.empty()) stage.office = office::LoadOffice(values.office, shop::NewConnection);
   AddControls(stage, values.page);
   const ScriptOutcome outcome = RunPageScript(stage, page::ReadFile(values.script));
 

@@ -51,10 +51,10 @@ constexpr std::array kDescriptions = {
         {"Das geht nicht, solange das Objekt geöffnet ist",
          "This cannot be done while the object is open"}},
     Row{ErrorNumber::driverNotFound,
-        {"Diese Art Datenbank ist unbekannt, oder ihr Treiber ist nicht installiert; möglich sind "
-         "sqlite3://, postgresql://, mysql:// und odbc://",
-         "This kind of database is unknown, or its driver is not installed; there are sqlite3://, "
-         "postgresql://, mysql:// and odbc://"}},
+        {"Diese Art Datenbank ist unbekannt (möglich sind sqlite3://, postgresql://, mysql:// und "
+         "odbc://), oder ihr Treiber ist nicht installiert",
+         "This kind of database is unknown (there are sqlite3://, postgresql://, mysql:// and "
+         "odbc://), or its driver is not installed"}},
     Row{ErrorNumber::noConnection,
         {"Es besteht keine Verbindung zur Datenbank; prüfen Sie Server, Zugangsdaten und Netz",
          "There is no connection to the database; check server, credentials and network"}},

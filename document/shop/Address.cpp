@@ -21,13 +21,14 @@ struct KindRow {
   Kind kind;
   std::string_view scheme;
   std::string_view driver;
+  std::string_view package;
 };
 constexpr std::array kKinds = {
-    KindRow{Kind::sqlite3, "sqlite3", "sqlite3"},
-    KindRow{Kind::postgresql, "postgresql", "postgresql"},
-    KindRow{Kind::postgresql, "postgres", "postgresql"},
-    KindRow{Kind::mysql, "mysql", "mysql"},
-    KindRow{Kind::odbc, "odbc", "odbc"},
+    KindRow{Kind::sqlite3, "sqlite3", "sqlite3", "libsoci-sqlite3-4.0"},
+    KindRow{Kind::postgresql, "postgresql", "postgresql", "libsoci-postgresql4.0"},
+    KindRow{Kind::postgresql, "postgres", "postgresql", "libsoci-postgresql4.0"},
+    KindRow{Kind::mysql, "mysql", "mysql", "libsoci-mysql4.0"},
+    KindRow{Kind::odbc, "odbc", "odbc", "libsoci-odbc4.0"},
 };
 
 // "key = value ..." and not "user:password@host/database".
@@ -131,6 +132,7 @@ Address ParseAddress(std::string_view connectionString) {
     const std::string_view details = connectionString.substr(end + kSchemeEnd.size());
     address.kind = row.kind;
     address.driver = row.driver;
+    address.package = row.package;
     switch (row.kind) {
       case Kind::sqlite3:
         address.path = details;

@@ -18,6 +18,7 @@ enum class Kind { sqlite3, postgresql, mysql, odbc };
 struct Address {
   Kind kind = Kind::sqlite3;
   std::string driver;   // the name of SOCI's backend
+  std::string package;  // Debian's, with the backend
   std::string details;  // as the backend wants them
   std::string path;     // of the file, with sqlite3
   ShownAddress shown;

@@ -1,9 +1,10 @@
 #include "document/shop/Database.h"
 
 #include <soci/soci.h>
-#include <soci/sqlite3/soci-sqlite3.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <limits>
 #include <string_view>
@@ -107,21 +108,18 @@ std::string_view WithoutFunction(std::string_view message) {
   return message.substr(colon + 2);
 }
 
-ErrorNumber NumberOf(const soci::sqlite3_soci_error& error, bool opening) {
-  constexpr int kPrimaryCode = 0xFF;  // the other bits say more about the same failure
-  switch (error.result() & kPrimaryCode) {
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-      return ErrorNumber::databaseLocked;
-    case SQLITE_CANTOPEN:
-    case SQLITE_CORRUPT:
-    case SQLITE_NOTADB:
-    case SQLITE_IOERR:
-    case SQLITE_PERM:
-      return ErrorNumber::fileNotOpened;
-    default:
-      return opening ? ErrorNumber::fileNotOpened : ErrorNumber::statementRejected;
-  }
+// SQLite's code is known to its driver alone, which is no part of this program, so its message has
+// to tell. Only its end counts: SOCI puts words of its own in front of some.
+ErrorNumber SqliteNumber(std::string_view message, bool opening) {
+  constexpr std::array<std::string_view, 2> kLocked = {"database is locked",
+                                                       "database table is locked"};
+  constexpr std::array<std::string_view, 5> kNotReadable = {
+      "unable to open database file", "database disk image is malformed", "file is not a database",
+      "disk I/O error", "access permission denied"};
+  const auto ends = [&](std::string_view end) { return message.ends_with(end); };
+  if (std::ranges::any_of(kLocked, ends)) return ErrorNumber::databaseLocked;
+  return opening || std::ranges::any_of(kNotReadable, ends) ? ErrorNumber::fileNotOpened
+                                                            : ErrorNumber::statementRejected;
 }
 
 }  // namespace
@@ -144,11 +142,10 @@ struct Database::Session {
 
 Database::Database(const Address& address, Traffic& traffic)
     : address_(address), traffic_(traffic), session_(std::make_unique<Session>()) {
+  // SOCI would look for drivers in the current folder too, where anybody may have put one.
+  [[maybe_unused]] static const auto left = std::erase(soci::dynamic_backends::search_paths(), ".");
   try {
-    if (address_.kind == Kind::sqlite3)
-      session_->soci.open(*soci::factory_sqlite3(), address_.details);
-    else
-      session_->soci.open(address_.driver, address_.details);
+    session_->soci.open(address_.driver, address_.details);
     Prepare();
   } catch (const std::exception& error) {
     Fail(error, true);
@@ -203,11 +200,11 @@ void Database::Fail(const std::exception& error, bool opening) {
   ErrorNumber number = opening ? ErrorNumber::noConnection : ErrorNumber::statementRejected;
   if (const auto* soci = dynamic_cast<const soci::soci_error*>(&error))
     message = soci->get_error_message();
-  if (const auto* sqlite = dynamic_cast<const soci::sqlite3_soci_error*>(&error)) {
-    number = NumberOf(*sqlite, opening);
-  } else if (opening) {
-    if (message.starts_with("Failed to find shared library")) number = ErrorNumber::driverNotFound;
-  } else {
+  if (message.starts_with("Failed to find shared library"))
+    throw RuntimeError(ErrorNumber::driverNotFound, address_.shown.text + ": " + address_.package);
+  if (address_.kind == Kind::sqlite3) {
+    number = SqliteNumber(message, opening);
+  } else if (!opening) {
     bool connected = false;
     try {
       connected = session_->soci.is_connected();

@@ -290,24 +290,6 @@ TEST_P(FailingCalls, AnAccessListIsKeptOrThePageIsNotWritten) {
   EXPECT_EQ(kept, list);
 }
 
-// Where kvo cannot tell where it stands, it starts nothing, least of all from the current folder.
-TEST_P(FailingCalls, WithoutItsOwnPlaceNoProgramIsStarted) {
-  Write("office.json", R"({"shopDatabase": "sqlite3://shop.db"})");
-  Write("kvo-shop", "#!/bin/sh\necho started > started\n");
-  std::filesystem::permissions(Folder() / "work/kvo-shop", std::filesystem::perms::owner_all);
-  const std::string mark = (Folder() / "mark").string();
-  const std::string runtime = GetParam().runtime;
-  const Result result =
-      Kvo({"pages", "DTCProductList", "--office", "office.json", "-o", "out"}, "",
-          {{"LD_PRELOAD", (runtime.empty() ? "" : runtime + ':') + KVO_FAILING_CALLS},
-           {"KVO_FAIL", "readlink 1 " + std::to_string(ENOENT)},
-           {"KVO_FAIL_MARK", mark}});
-  EXPECT_TRUE(std::filesystem::exists(mark));
-  EXPECT_FALSE(Exists("started"));
-  EXPECT_EQ(result.code, 0) << result.err;
-  EXPECT_NE(result.err.find("\"kvo-shop\" can't be started"), std::string::npos) << result.err;
-}
-
 class NoMemory : public Faults {
  protected:
   NoMemory() { UseProgram(KVO_PLAIN_PROGRAM); }

@@ -142,15 +142,28 @@ TEST_F(HostilePage, WritesOnlyWhereItWasTold) {
     EXPECT_TRUE(entry.is_regular_file()) << entry.path();
 }
 
-TEST_F(HostilePage, OnlyTheShopProgramIsStartedAndOnlyForAnOffice) {
-  Bounds bounds = BoundsOf({"x.html", "office.json", "talk.txt", "shop.db"}, {"out"});
-  ExpectInBounds({"pages", "DTCProductList", "-o", "out"}, bounds, 0);
-  ExpectInBounds({"script", "x.html", "talk.txt"}, bounds, 0);
-  const fs::path shop = fs::path(KVO_PROGRAM).replace_filename("kvo-shop");
-  bounds.starts.insert(shop);
-  ExpectInBounds({"pages", "DTCProductList", "--office", "office.json", "-o", "out"}, bounds, 0);
-  ExpectInBounds({"script", "x.html", "talk.txt", "--office", "office.json"}, bounds, 0);
-  ExpectInBounds({"check", "x.html", "--office", "office.json", "--json"}, bounds, 0);
+TEST_F(HostilePage, AnOfficeStartsNoProgramAndLeadsToNothingButItsShop) {
+  const Bounds without = BoundsOf({"x.html", "talk.txt"}, {"out"});
+  ExpectInBounds({"pages", "DTCProductList", "-o", "out"}, without, 0);
+  ExpectInBounds({"script", "x.html", "talk.txt"}, without, 0);
+  const Bounds with = BoundsOf({"x.html", "office.json", "talk.txt", "shop.db"}, {"out"});
+  ExpectInBounds({"pages", "DTCProductList", "--office", "office.json", "-o", "out"}, with, 0);
+  ExpectInBounds({"script", "x.html", "talk.txt", "--office", "office.json"}, with, 0);
+  ExpectInBounds({"check", "x.html", "--office", "office.json", "--json"}, with, 0);
+}
+
+// Not even where the system's driver cannot be loaded.
+TEST_F(Faults, ALibraryBesideThePageIsNotTakenForADriver) {
+  constexpr const char* kDriver = "libsoci_sqlite3.so.4.0";
+  Write("office.json", R"({"shopDatabase": "sqlite3://shop.db"})");
+  Write("x.html", ControlElement("DTCProductList", {{"selected-products", "P-1"}}));
+  fs::copy_file(KVO_FAILING_CALLS, Folder() / "work" / kDriver);
+  fs::create_directory(Folder() / "drivers");
+  std::ofstream(Folder() / "drivers" / kDriver);  // no library, and found before the system's
+  const Result result = Kvo({"check", "x.html", "--office", "office.json"}, "",
+                            {{"LD_LIBRARY_PATH", (Folder() / "drivers").string()}});
+  EXPECT_NE(result.out.find("[products-not-checked]"), std::string::npos) << result.out;
+  EXPECT_EQ(result.out.find("Failed to resolve"), std::string::npos) << result.out;
 }
 
 // On a terminal, which `script` makes.

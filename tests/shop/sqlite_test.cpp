@@ -381,6 +381,19 @@ TEST_F(Sqlite, AFileThatDisappearsIsAnErrorWhenItIsNextNeeded) {
   EXPECT_EQ(connection->Get("State"), Variant(ado::kStateOpen));
 }
 
+TEST_F(Sqlite, AFileThatIsDamagedWhileItIsOpenIsAnError) {
+  constexpr std::size_t kPageOfTheTable = 4096;
+  for (const std::size_t from : {kPageOfTheTable, std::size_t{0}}) {
+    const auto connection = Connection();
+    EXPECT_EQ(connection->Get("State"), Variant(ado::kStateOpen));
+    file.Close();
+    const std::size_t left = std::filesystem::file_size(file.Path()) - from;
+    std::fstream stream(file.Path(), std::ios::in | std::ios::out | std::ios::binary);
+    stream.seekp(static_cast<std::streamoff>(from)) << std::string(left, 'x') << std::flush;
+    EXPECT_EQ(FailureOf([&] { Number(OpenRecordset(connection)); }).number, 3002) << from;
+  }
+}
+
 TEST_F(Sqlite, AFileThatIsReplacedIsReadAnew) {
   const auto connection = Connection();
   EXPECT_EQ(Number(OpenRecordset(connection)), "K-1");

@@ -107,20 +107,6 @@ TEST_F(ShopCheck, FindsNothingInTheExampleNewsletter) {
   EXPECT_EQ(result.code, 0);
   EXPECT_EQ(result.out + result.err, "");
 }
-// Without the program that reads shops.
-TEST_F(ShopCheck, SaysWhenNoShopCanBeRead) {
-  WriteSqliteShop();
-  const std::filesystem::path alone = Folder() / "alone/kvo";
-  std::filesystem::create_directory(alone.parent_path());
-  std::filesystem::copy_file(KVO_PROGRAM, alone);
-  UseProgram(alone);
-  const Result result = Kvo({"check", "bad.html", "good.html", "--office", "office.json"});
-  EXPECT_EQ(result.code, 0);
-  EXPECT_EQ(result.out, "");
-  const std::string said = "kvo-shop\" can't be started";
-  EXPECT_NE(result.err.find(said), std::string::npos) << result.err;
-  EXPECT_EQ(result.err.find(said), result.err.rfind(said));
-}
 
 }  // namespace
 }  // namespace kvo::test

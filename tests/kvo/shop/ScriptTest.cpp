@@ -1,9 +1,10 @@
 // Conversations with pages that read the shop's database.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <nlohmann/json.hpp>
+#include <tuple>
 
 #include "tests/kvo/Program.h"
 #include "tests/shop/support/PostgresqlServer.h"
@@ -154,43 +155,37 @@ TEST_F(ShopScript, WithoutAShopDatabaseThePickerFails) {
   EXPECT_EQ(result.err, "");
 }
 
-TEST_F(ShopScript, WithoutTheShopProgramThePickerFailsAndItIsSaidHowToGetIt) {
-  WriteSqliteShop();
-  Write("picking.txt",
-        "open liste\nfails 91 page propProdListPicker\nfails 91 page propProdListPicker\n"
-        "page propProdListGeneral\n");
-  const auto alone = Folder() / "alone";
-  std::filesystem::create_directory(alone);
-  std::filesystem::copy_file(KVO_PROGRAM, alone / "kvo");
-  UseProgram(alone / "kvo");
-
-  const Result english = Picking();
-  EXPECT_EQ(english.code, 0) << english.out;
-  EXPECT_EQ(english.err.find("kvo: error: The shop's products can't be read, because \"" +
-                             (alone / "kvo-shop").string() + "\" can't be started"),
-            0U)
-      << english.err;
-  EXPECT_NE(english.err.find("-DKVO_SHOP=ON"), std::string::npos);
-  EXPECT_EQ(std::ranges::count(english.err, '\n'), 1) << english.err;
-  const std::string german = Picking({{"LANG", "de_DE.UTF-8"}}).err;
-  EXPECT_EQ(german.find("kvo: Fehler: Die Produkte des Shops lassen sich nicht lesen"), 0U)
-      << german;
-
-  Write("picking.txt", "open liste\n");
-  EXPECT_EQ(Picking().err, "") << "nobody asked for the products";
+TEST_F(ShopScript, ADriverThatIsNotInstalledStopsItAndItsPackageIsNamed) {
+  // What is no library hides the system's of the same name.
+  const auto drivers = Folder() / "drivers";
+  std::filesystem::create_directory(drivers);
+  for (const auto& [connectionString, driver, package] :
+       {std::tuple{"sqlite3://shop.db", "sqlite3", "libsoci-sqlite3-4.0"},
+        std::tuple{"postgresql://bob:geheim@h/d", "postgresql", "libsoci-postgresql4.0"},
+        std::tuple{"mysql://bob:geheim@h/d", "mysql", "libsoci-mysql4.0"},
+        std::tuple{"odbc://DSN=d;PWD=geheim", "odbc", "libsoci-odbc4.0"}}) {
+    WriteOffice(connectionString);
+    std::ofstream(drivers / ("libsoci_" + std::string(driver) + ".so.4.0"));
+    const std::map<std::string, std::string> without = {{"LD_LIBRARY_PATH", drivers.string()},
+                                                        {"SOCI_BACKENDS_PATH", "/nowhere"}};
+    const Result english = Picking(without);
+    ExpectStopped(english, "Error 3706: This kind of database is unknown");
+    EXPECT_NE(english.out.find(std::string(": ") + package + '"'), std::string::npos)
+        << english.out;
+    EXPECT_EQ(english.out.find("eim"), std::string::npos) << english.out;
+    EXPECT_EQ(english.err, "");
+    auto german = without;
+    german["LANG"] = "de_DE.UTF-8";
+    ExpectStopped(Picking(german), "Fehler 3706: Diese Art Datenbank ist unbekannt");
+  }
 }
 
-// It would start several times slower, and not at all where there is none.
-TEST_F(ShopScript, KvoItselfLoadsNoDatabaseLibrary) {
-  const std::map<std::string, std::string> listed = {{"LD_TRACE_LOADED_OBJECTS", "1"}};
-  const std::string kvo = Kvo({}, "", listed).out;
-  EXPECT_NE(kvo.find("libc.so"), std::string::npos) << kvo;
-  UseProgram(KVO_PROGRAM "-shop");
-  const std::string shop = Kvo({}, "", listed).out;
-  for (const char* library : {"libsoci_core.so", "libsqlite3.so"}) {
-    EXPECT_EQ(kvo.find(library), std::string::npos) << kvo;
-    EXPECT_NE(shop.find(library), std::string::npos) << shop;
-  }
+// With them it would start several times slower, and not at all where there are none.
+TEST_F(ShopScript, KvoLoadsNoDriverBeforeAShopIsOpened) {
+  const std::string libraries = Kvo({}, "", {{"LD_TRACE_LOADED_OBJECTS", "1"}}).out;
+  EXPECT_NE(libraries.find("libsoci_core.so"), std::string::npos) << libraries;
+  for (const char* driver : {"libsoci_sqlite3", "libsqlite3", "libpq", "odbc"})
+    EXPECT_EQ(libraries.find(driver), std::string::npos) << libraries;
 }
 
 }  // namespace

@@ -1,0 +1,14 @@
+// For builds on machines without SOCI: whoever asks for the shop's database is told so.
+#include "document/shop/Shop.h"
+
+#include "common/values/RuntimeError.h"
+
+namespace kvo::shop {
+
+ObjectRef NewConnection(const std::string&) {
+  throw RuntimeError(ErrorNumber::driverNotFound, "KVO_SHOP=OFF");
+}
+
+ObjectRef NewRecordset() { throw RuntimeError(ErrorNumber::driverNotFound, "KVO_SHOP=OFF"); }
+
+}  // namespace kvo::shop
