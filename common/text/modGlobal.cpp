@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <initializer_list>
 #include <limits>
 
-#include "common/text/Replacing.h"
+#include "common/text/Blocks.h"
 #include "common/values/Ascii.h"
 #include "common/values/RuntimeError.h"
 
@@ -13,168 +14,95 @@ namespace kvo {
 namespace {
 
 constexpr std::string_view kCdataStart = "<![CDATA[";
+constexpr std::string_view kCdataEnd = "]]>";
 constexpr std::string_view kLineBreak = "\r\n";
-constexpr std::string_view kTokenPrefix = "kv:@";
 
 struct Token {
-  std::string_view token;
   std::string_view text;
+  std::string_view token;
 };
 constexpr std::array kTokens = {
-    Token{"kv:@lt;", "<"},  Token{"kv:@gt;", ">"},        Token{"kv:@quot;", "\""},
-    Token{"kv:@amp;", "&"}, Token{"kv:@br;", kLineBreak},
+    Token{"<", "kv:@lt;"},  Token{">", "kv:@gt;"},        Token{"\"", "kv:@quot;"},
+    Token{"&", "kv:@amp;"}, Token{kLineBreak, "kv:@br;"},
+};
+constexpr std::string_view kTokenPrefix = "kv:@";
+
+constexpr std::array kEntities = {Token{"<", "&lt;"}, Token{">", "&gt;"}, Token{"\"", "&quot;"}};
+
+// What stands for a character, in a block of a fixed size that is copied without a loop.
+struct Replacement {
+  constexpr Replacement() = default;
+  constexpr explicit Replacement(std::string_view of) : size(static_cast<std::uint8_t>(of.size())) {
+    std::ranges::copy(of, text.begin());
+  }
+
+  std::array<char, 15> text{};
+  std::uint8_t size = 0;
 };
 
-constexpr Replacement kLineBreakToken(kTokens.back().token);
-static_assert(kTokens.back().text == kLineBreak);
-
-// What stands for a character, by the character; most stand for themselves.
-using Replacements = std::array<Replacement, 256>;
-
-constexpr Replacements Themselves() {
-  Replacements table;
-  for (std::size_t i = 0; i < table.size(); ++i) {
-    const char c = static_cast<char>(i);
-    table[i] = Replacement({&c, 1});
-  }
-  return table;
-}
-
-constexpr Replacements kMarkupReplacements = [] {
-  Replacements table = Themselves();
-  for (const Token& token : kTokens)
-    if (token.text.size() == 1)
-      table[static_cast<unsigned char>(token.text[0])] = Replacement(token.token);
-  return table;
-}();
-
-constexpr Replacements kEntityReplacements = [] {
-  Replacements table = Themselves();
-  table['<'] = Replacement("&lt;");
-  table['>'] = Replacement("&gt;");
-  table['"'] = Replacement("&quot;");
-  return table;
-}();
-
-const Replacement& ReplacementOf(const Replacements& table, char c) {
-  return table[static_cast<unsigned char>(c)];
-}
-
-using EntityCharacters = CharacterSet<'<', '>', '"'>;
-// What the token form replaces, removes or joins.
-using MarkupCharacters = CharacterSet<'<', '>', '"', '&', ']', '\r', '\n'>;
-
-// Whether a pass that stops at the set's characters only meets all that the table replaces.
-template <class Set>
-constexpr bool StopsAtAll(const Replacements& table) {
-  for (std::size_t i = 0; i < table.size(); ++i)
-    if (table[i].size > 1 && !Set::Has(static_cast<char>(i))) return false;
-  return true;
-}
-static_assert(StopsAtAll<EntityCharacters>(kEntityReplacements));
-static_assert(StopsAtAll<MarkupCharacters>(kMarkupReplacements));
-
-struct AmpersandFixer {
-  static ReplacingAt Next(ReplacingAt at, const char* end) {
-    static constexpr Replacement kEscaped("&amp;");
-    static constexpr Replacement kRaw("&");
-    const bool bare = IsBare(at.from, end);
-    return {at.from + 1, Put(bare ? kEscaped : kRaw, at.to)};
-  }
-  static char* Settle(char* to) { return to; }
-
- private:
-  // Whether the "&" is to be escaped: the first character that departs from "amp;" decides, and
-  // there must be one.
-  static bool IsBare(const char* ampersand, const char* end) {
-    for (const char wanted : std::string_view("amp;")) {
-      if (++ampersand == end) return false;  // the text ends before it departs: stays raw
-      if (LowerAscii(*ampersand) != wanted) return true;
-    }
-    return false;
-  }
-};
-
-struct EntityEncoder {
-  static ReplacingAt Next(ReplacingAt at, const char* /*end*/) {
-    return {at.from + 1, Put(ReplacementOf(kEntityReplacements, *at.from), at.to)};
-  }
-  static char* Settle(char* to) { return to; }
-};
-
-// The first pass of the token form, and the others over what that leaves. What may still be removed
-// or joined is held back; a character without a meaning of its own settles it.
-class MarkupTokenEncoder {
+// By the first character of what they stand for.
+class Replacements {
  public:
-  ReplacingAt Next(ReplacingAt at, const char* end) {
-    // Nearly always nothing is held back.
-    if (brackets_ == 0 && !carriageReturn_) {
-      const char* const start = at.from;
-      at = PutRun(at, end);
-      if (at.from != start) return at;
-    }
-    const char c = *at.from;
-    if (std::string_view(at.from, end).starts_with(kCdataStart))
-      return {at.from + kCdataStart.size(), at.to};
-    ++at.from;
-    if (c == ']') {
-      if (brackets_ == 2)
-        at.to = Emit(']', at.to);
-      else
-        ++brackets_;
-    } else if (c == '>' && brackets_ == 2) {
-      brackets_ = 0;
-    } else {
-      at.to = Emit(c, ReleaseBrackets(at.to));
-    }
-    return at;
+  template <std::size_t size>
+  constexpr explicit Replacements(const std::array<Token, size>& tokens) {
+    for (const Token& token : tokens)
+      table_[static_cast<unsigned char>(token.text[0])] = Replacement(token.token);
   }
-
-  char* Settle(char* to) { return ReleaseCarriageReturn(ReleaseBrackets(to)); }
+  const Replacement& operator[](char c) const { return table_[static_cast<unsigned char>(c)]; }
 
  private:
-  static bool Begins(const char* from, const char* end, std::string_view pair) {
-    return *from == pair[0] && end - from > 1 && from[1] == pair[1];
-  }
+  std::array<Replacement, 0x80> table_;
+};
 
-  // Replaces what may be replaced without looking further than one character ahead.
-  static ReplacingAt PutRun(ReplacingAt at, const char* end) {
-    for (std::size_t i = 0; i < kLongestRun && at.from != end; ++i, ++at.from) {
-      const Replacement& replacement = ReplacementOf(kMarkupReplacements, *at.from);
-      if (replacement.size > 1 && !Begins(at.from, end, kCdataStart.substr(0, 2))) {
-        at.to = Put(replacement, at.to);
-      } else if (Begins(at.from, end, kLineBreak)) {
-        at.to = Put(kLineBreakToken, at.to);
-        ++at.from;
-      } else {
-        break;
+// One pass in which some characters are replaced and all others are copied. `next` moves behind
+// such a character, or behind it and some after it, and says what stands for that.
+template <char... replaced, class Next>
+void AppendReplacing(std::string& out, std::string_view text, Next next) {
+  constexpr std::size_t kChunk = 512;
+  char gathered[kChunk * sizeof(Replacement)];  // left as it is until it is written
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  while (at < end) {
+    const char* const chunk =
+        at + std::min<std::size_t>(kChunk, static_cast<std::size_t>(end - at));
+    char* to = gathered;
+    while (at < chunk) {
+      const std::size_t plain = CopyUpTo<replaced...>(at, static_cast<std::size_t>(chunk - at), to);
+      at += plain;
+      to += plain;
+      while (at < chunk && IsAny<replaced...>(*at)) {
+        const Replacement& replacement = next(at, end);
+        std::memcpy(to, &replacement, sizeof replacement);
+        to += replacement.size;
       }
     }
-    return at;
+    out.append(gathered, to);
   }
+}
 
-  char* ReleaseBrackets(char* to) {
-    for (; brackets_ > 0; --brackets_) to = Emit(']', to);
-    return to;
+// Whether the "&" is to be escaped: the first character that departs from "amp;" decides, and there
+// must be one.
+bool IsBare(const char* ampersand, const char* end) {
+  for (const char wanted : std::string_view("amp;")) {
+    if (++ampersand == end) return false;  // the text ends before it departs: stays raw
+    if (LowerAscii(*ampersand) != wanted) return true;
   }
-  char* ReleaseCarriageReturn(char* to) {
-    if (carriageReturn_) *to++ = '\r';
-    carriageReturn_ = false;
-    return to;
-  }
-  char* Emit(char c, char* to) {
-    if (c == '\n' && carriageReturn_) {
-      carriageReturn_ = false;
-      return Put(kLineBreakToken, to);
-    }
-    to = ReleaseCarriageReturn(to);
-    carriageReturn_ = c == '\r';
-    return carriageReturn_ ? to : Put(ReplacementOf(kMarkupReplacements, c), to);
-  }
+  return false;
+}
 
-  int brackets_ = 0;  // "]" held back, at most the two that may begin "]]>"
-  bool carriageReturn_ = false;
-};
+bool Holds(std::string_view text, std::string_view part) {
+  return text.find(part) != std::string_view::npos;
+}
+
+std::string Without(std::string_view text, std::string_view removed) {
+  std::string out;
+  for (;;) {
+    const std::size_t end = text.find(removed);
+    out += text.substr(0, end);
+    if (end == std::string_view::npos) return out;
+    text.remove_prefix(end + removed.size());
+  }
+}
 
 char UpperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
 
@@ -209,10 +137,11 @@ bool ParseRgbColor(std::string_view text, std::array<std::uint8_t, 3>& parts) {
 }  // namespace
 
 void AppendFixAmpersands(std::string& out, std::string_view text) {
-  const std::size_t clean = std::min(text.find('&'), text.size());
-  out += text.substr(0, clean);
-  if (clean < text.size())
-    AppendReplacing<CharacterSet<'&'>>(out, text.substr(clean), AmpersandFixer());
+  AppendReplacing<'&'>(out, text, [](const char*& at, const char* end) -> const Replacement& {
+    static constexpr Replacement kEscaped("&amp;");
+    static constexpr Replacement kRaw("&");
+    return IsBare(at++, end) ? kEscaped : kRaw;
+  });
 }
 
 std::string FixAmpersands(std::string_view text) {
@@ -222,7 +151,21 @@ std::string FixAmpersands(std::string_view text) {
 }
 
 void AppendEncodeMarkupTokens(std::string& out, std::string_view text) {
-  AppendReplacing<MarkupCharacters>(out, text, MarkupTokenEncoder());
+  std::string unmarked;
+  const bool hasBracket = FindAny<'[', ']'>(text) < text.size();
+  if (hasBracket && (Holds(text, kCdataStart) || Holds(text, kCdataEnd)))
+    text = unmarked = Without(Without(text, kCdataStart), kCdataEnd);
+  AppendReplacing<'<', '>', '"', '&', '\r'>(
+      out, text, [](const char*& at, const char* end) -> const Replacement& {
+        static constexpr Replacements kReplacements(kTokens);
+        static constexpr Replacement kCarriageReturn("\r");
+        const char c = *at++;
+        if (c == '\r') {
+          if (at == end || *at != '\n') return kCarriageReturn;
+          ++at;
+        }
+        return kReplacements[c];
+      });
 }
 
 std::string EncodeMarkupTokens(std::string_view text) {
@@ -232,24 +175,35 @@ std::string EncodeMarkupTokens(std::string_view text) {
 }
 
 void AppendDecodeMarkupTokens(std::string& out, std::string_view text) {
-  // The characters that tokens become never belong to another token, so one pass is enough. Of a
-  // token's beginning the last character is the one that other texts hardly have.
-  constexpr std::size_t kPrefix = kTokenPrefix.size();
+  // The characters that tokens become never belong to another token, so one pass is enough. It
+  // looks for that character of a token which other texts hardly have. What was searched is copied
+  // piece by piece, while it is still at hand.
+  constexpr std::size_t kPiece = 4096;
+  constexpr std::size_t kMark = kTokenPrefix.size() - 1;
   std::size_t copied = 0;
-  for (std::size_t at = text.find(kTokenPrefix.back()); at != std::string_view::npos;
-       at = text.find(kTokenPrefix.back(), at)) {
-    ++at;
-    if (at - copied < kPrefix) continue;
-    const std::size_t begin = at - kPrefix;
+  const auto copyTo = [&](std::size_t end) {
+    out += text.substr(copied, end - copied);
+    copied = end;
+  };
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t found = text.substr(at, kPiece).find(kTokenPrefix[kMark]);
+    if (found == std::string_view::npos) {
+      at = std::min(at + kPiece, text.size());
+      if (at > copied + kMark) copyTo(at - kMark);
+      continue;
+    }
+    at += found + 1;
+    if (at - copied <= kMark) continue;
+    const std::size_t begin = at - kTokenPrefix.size();
     const std::string_view rest = text.substr(begin);
-    const auto* token = std::ranges::find_if(
+    const auto* const token = std::ranges::find_if(
         kTokens, [&](const Token& candidate) { return rest.starts_with(candidate.token); });
     if (token == kTokens.end()) continue;
-    out += text.substr(copied, begin - copied);
+    copyTo(begin);
     out += token->text;
     at = copied = begin + token->token.size();
   }
-  out += text.substr(copied);
+  copyTo(text.size());
 }
 
 std::string DecodeMarkupTokens(std::string_view text) {
@@ -259,7 +213,11 @@ std::string DecodeMarkupTokens(std::string_view text) {
 }
 
 void AppendEncodeHtmlEntities(std::string& out, std::string_view text) {
-  AppendReplacing<EntityCharacters>(out, text, EntityEncoder());
+  AppendReplacing<'<', '>', '"'>(out, text,
+                                 [](const char*& at, const char* /*end*/) -> const Replacement& {
+                                   static constexpr Replacements kReplacements(kEntities);
+                                   return kReplacements[*at++];
+                                 });
 }
 
 std::string EncodeHtmlEntities(std::string_view text) {

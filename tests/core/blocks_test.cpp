@@ -1,0 +1,62 @@
+// Blocks against the plain loops that define them, at every distance from the ends of a block.
+#include "common/text/Blocks.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "common/text/modGlobal.h"
+#include "tests/core/Definitions.h"
+
+namespace kvo {
+namespace {
+
+constexpr std::size_t kLongest = 3 * kBlock + 1;
+
+// Calls `check` with texts of all lengths, each with nothing wanted and with it at every place.
+template <class Check>
+void ForEveryPlace(const Check& check) {
+  for (std::size_t size = 0; size <= kLongest; ++size) {
+    const std::string plain(size, 'x');
+    check(plain);
+    for (std::size_t at = 0; at < size; ++at) {
+      std::string text = plain;
+      text[at] = at % 2 == 0 ? '<' : '\xE4';
+      if (at + 2 < size) text[at + 2] = '<';
+      check(text);
+    }
+  }
+}
+
+TEST(Blocks, FindAnyFindsWhatAPlainLoopFinds) {
+  ForEveryPlace([](const std::string& text) {
+    EXPECT_EQ((FindAny<'<', '\xE4'>(text)), std::min(text.find_first_of("<\xE4"), text.size()));
+  });
+}
+
+TEST(Blocks, CopyUpToCopiesThatAndWritesNothingBehindTheText) {
+  ForEveryPlace([](const std::string& text) {
+    std::string copy(text.size() + kBlock, '?');
+    const std::size_t size = CopyUpTo<'<', '\xE4'>(text.data(), text.size(), copy.data());
+    EXPECT_EQ(size, std::min(text.find_first_of("<\xE4"), text.size()));
+    EXPECT_EQ(copy.substr(0, size), text.substr(0, size));
+    EXPECT_EQ(copy.substr(text.size()), std::string(kBlock, '?'));
+  });
+}
+
+// What is taken in or looked at together may stand on both sides of any boundary.
+TEST(Blocks, TheHelpersKeepTheirDefinitionsInLongTexts) {
+  const std::string piece = "]<![CDATA[]>\r\n&am&amp;\"\r<![CDATA[\n]]>kv:@kv:@lt;kv:@br;>";
+  for (std::size_t before = 0; before < 4200; before += before < 1100 ? 1 : 3) {
+    const std::string plain(before, 'x');
+    const std::string text = plain + piece + piece;
+    ASSERT_EQ(EncodeMarkupTokens(text), EncodeByDefinition(text)) << before;
+    ASSERT_EQ(DecodeMarkupTokens(text), DecodeByDefinition(text)) << before;
+    ASSERT_EQ(EncodeHtmlEntities(text), EntitiesByDefinition(text)) << before;
+    ASSERT_EQ(FixAmpersands(plain + "&&ampx&amp;y&am"), plain + "&amp;&amp;ampx&amp;y&am")
+        << before;
+  }
+}
+
+}  // namespace
+}  // namespace kvo
