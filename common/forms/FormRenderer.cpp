@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/forms/FormKeys.h"
+#include "common/forms/PropertyRows.h"
 
 namespace kvo {
 
@@ -92,8 +93,7 @@ void FormRenderer::ChooseValue(PropertyGridItem& item, const PropertyGridItem& c
 }
 
 void FormRenderer::ClickButton(PropertyGridItem& item) {
-  const bool button = item.Kind() == ItemKind::color || item.Kind() == ItemKind::button;
-  if (!button || !item.Enabled()) return;
+  if (!HasButton(item) || !item.Enabled()) return;
   Touch(item.Grid());
   if (item.Grid().onButtonClick_) item.Grid().onButtonClick_(item);
 }

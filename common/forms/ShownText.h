@@ -12,6 +12,9 @@ namespace kvo {
 
 enum class Lines { one, many };
 
+// What stands for a NUL where that would end a text.
+inline constexpr char16_t kSymbolForNull = 0x2400;
+
 // How a toolkit's boxes have texts.
 struct TextStyle {
   // What stands for a character, which may be the CR or the LF of a line break.

@@ -15,6 +15,7 @@ namespace kvo {
 class Control;
 
 inline constexpr int kTwipsPerPixel = 15;
+inline constexpr int kTwipsPerInch = 1440;
 
 struct Rect {
   int left = 0;

@@ -6,7 +6,6 @@
 namespace kvo::com {
 namespace {
 
-constexpr int kTwipsPerInch = 1440;
 constexpr int kHimetricPerInch = 2540;
 
 }  // namespace

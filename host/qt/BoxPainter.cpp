@@ -10,8 +10,6 @@
 namespace kvo {
 namespace {
 
-constexpr double kTwipsPerInch = 1440;
-
 // `scale` is pixels per twip. Fonts are set in pixels and not by scaling the painter, so that they
 // are hinted, and emboldened where there is no bold one.
 void DrawLabel(QPainter& painter, const Box::Label& label, const Box& box, double scale) {

@@ -7,8 +7,9 @@
 #include <QSignalBlocker>
 #include <limits>
 
+#include "host/desktop/Measures.h"
 #include "host/qt/QtText.h"
-#include "host/qt/Twips.h"
+#include "host/qt/ShownText.h"
 
 namespace kvo {
 namespace {
@@ -23,21 +24,6 @@ class FormLine final : public CalmLine {
     KeepSelection([&] { QLineEdit::focusInEvent(event); });
   }
 };
-
-UnitRange SelectionOf(const QLineEdit& line) {
-  if (line.hasSelectedText()) return {line.selectionStart(), line.selectionLength()};
-  return {line.cursorPosition(), 0};
-}
-
-UnitRange SelectionOf(const EditBox& box, const ShownText& shown) {
-  const int start = shown.ToWidget(box.SelStart());
-  return {start, shown.ToWidget(box.SelStart() + box.SelLength()) - start};
-}
-
-void Select(EditBox& box, const ShownText& shown, const UnitRange& selected) {
-  const std::size_t start = shown.ToForm(selected.start);
-  UserAction::Select(box, start, shown.ToForm(selected.start + selected.length) - start);
-}
 
 // A colour of the desktop, in whatever palette the user has.
 void ShowBackColor(QWidget& widget, SystemColor color) {
@@ -83,8 +69,8 @@ void CalmLine::keyPressEvent(QKeyEvent* event) {
     QLineEdit::keyPressEvent(event);
 }
 
-LineSync::LineSync(QLineEdit& line, EditBox& box, ViewHost& host)
-    : line_(line), box_(box), host_(host), shown_({}, Lines::one, kQtStyle) {
+LineSync::LineSync(QLineEdit& line, EditedText& text, FormActions& host)
+    : TextSync(text, Lines::one, kQtStyle, host), line_(line) {
   line.setMaxLength(std::numeric_limits<int>::max());
   ShowText();
   QObject::connect(&line, &QLineEdit::textEdited, &line, [this] { Edited(); });
@@ -92,142 +78,107 @@ LineSync::LineSync(QLineEdit& line, EditBox& box, ViewHost& host)
   QObject::connect(&line, &QLineEdit::cursorPositionChanged, &line, [this] { Selected(); });
 }
 
-void LineSync::ShowText() {
-  shown_ = ShownText(box_.Text(), Lines::one, kQtStyle);
-  if (const QString units = UnitsOf(shown_); line_.text() != units) line_.setText(units);
-  ShowSelection();
+std::u16string LineSync::Units() const { return line_.text().toStdU16String(); }
+
+void LineSync::ShowUnits(const std::u16string& units) {
+  line_.setText(QString::fromStdU16String(units));
 }
 
-void LineSync::ShowSelection() {
-  const UnitRange selected = SelectionOf(box_, shown_);
-  if (SelectionOf(line_) == selected) return;
-  if (selected.length > 0)
-    line_.setSelection(selected.start, selected.length);
+UnitRange LineSync::Selection() const {
+  if (line_.hasSelectedText()) return {line_.selectionStart(), line_.selectionLength()};
+  return {line_.cursorPosition(), 0};
+}
+
+void LineSync::Select(const UnitRange& selection) {
+  if (selection.length > 0)
+    line_.setSelection(selection.start, selection.length);
   else
-    line_.setCursorPosition(selected.start);
-}
-
-void LineSync::Edited() {
-  host_.Act([this] {
-    const auto edit = FindEdit(shown_, SelectionOf(box_, shown_), line_.text().toStdU16String(),
-                               line_.cursorPosition());
-    if (edit) UserAction::Edit(box_, edit->start, edit->length, edit->typed);
-  });
-  // What the form did not take goes from the line as well.
-  host_.Update([this] { ShowText(); });
-}
-
-void LineSync::Selected() {
-  // A text that is ahead of the form's is being edited, and its caret comes with it.
-  if (line_.text() != UnitsOf(shown_) || SelectionOf(line_) == SelectionOf(box_, shown_)) return;
-  host_.Act([this] { Select(box_, shown_, SelectionOf(line_)); });
-}
-
-LineView::LineView(TextBox& box, QWidget& parent, ViewHost& host)
-    : box_(box), widget_(new FormLine(&parent)), sync_(*widget_, box, host) {
-  Show(Aspect::color);
-}
-
-void LineView::Show(Aspect aspect) {
-  if (aspect == Aspect::text) sync_.ShowText();
-  if (aspect == Aspect::selection) sync_.ShowSelection();
-  if (aspect == Aspect::color) ShowBackColor(*widget_, box_.BackColor());
+    line_.setCursorPosition(selection.start);
 }
 
 // --- several lines ---
 
-class TextAreaView::Area final : public QPlainTextEdit {
+namespace {
+
+class Area final : public QPlainTextEdit {
  public:
-  Area(TextAreaView& view, QWidget* parent) : QPlainTextEdit(parent), view_(view) {}
+  using QPlainTextEdit::QPlainTextEdit;
+  std::function<std::string()> selectedText;
 
  protected:
   // What is copied is the form's text, not what stands for it.
   QMimeData* createMimeDataFromSelection() const override {
-    const UnitRange selected = view_.Selection();
-    const std::string& text = view_.box_.Text();
-    const std::size_t start = CharacterOffset(text, view_.shown_.ToForm(selected.start));
-    const std::size_t end =
-        CharacterOffset(text, view_.shown_.ToForm(selected.start + selected.length));
     auto copied = std::make_unique<QMimeData>();
-    copied->setText(ToQt(std::string_view(text).substr(start, end - start)));
+    copied->setText(ToQt(selectedText()));
     return copied.release();
+  }
+};
+
+class AreaSync final : public TextSync {
+ public:
+  AreaSync(Area& area, EditedText& text, FormActions& host)
+      : TextSync(text, Lines::many, kQtStyle, host), area_(area) {
+    ShowText();
+    area.selectedText = [this] { return SelectedText(); };
+    QObject::connect(area.document(), &QTextDocument::contentsChange, &area, [this, &host] {
+      if (!host.IsUpdating()) editing_ = true;
+    });
+    QObject::connect(&area, &QPlainTextEdit::textChanged, &area, [this] {
+      if (std::exchange(editing_, false)) Edited();
+    });
+    QObject::connect(&area, &QPlainTextEdit::selectionChanged, &area, [this] { Selected(); });
+    QObject::connect(&area, &QPlainTextEdit::cursorPositionChanged, &area, [this] { Selected(); });
   }
 
  private:
-  TextAreaView& view_;
+  // As it stands in the document, which separates its lines by marks of its own.
+  std::u16string Units() const override {
+    QString units = area_.document()->toRawText();
+    return units.replace(QChar::ParagraphSeparator, QLatin1Char('\n')).toStdU16String();
+  }
+  void ShowUnits(const std::u16string& units) override {
+    const QSignalBlocker quiet(&area_);
+    area_.setPlainText(QString::fromStdU16String(units));
+  }
+  UnitRange Selection() const override {
+    const QTextCursor cursor = area_.textCursor();
+    return {cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart()};
+  }
+  void Select(const UnitRange& selection) override {
+    QTextCursor cursor = area_.textCursor();
+    cursor.setPosition(selection.start);
+    cursor.setPosition(selection.start + selection.length, QTextCursor::KeepAnchor);
+    area_.setTextCursor(cursor);
+  }
+  // The caret moves before the text is told of, and the same may have been typed again.
+  bool IsAhead() const override { return editing_; }
+
+  Area& area_;
+  bool editing_ = false;
 };
 
-TextAreaView::TextAreaView(TextBox& box, QWidget& parent, ViewHost& host)
-    : box_(box), host_(host), widget_(new Area(*this, &parent)), shown_({}, Lines::many, kQtStyle) {
-  constexpr int kTwoLines = 600;
-  widget_->setTabChangesFocus(true);
-  widget_->document()->setDocumentMargin(1);
-  if (box.At().height < kTwoLines) widget_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  ShowText();
-  Show(Aspect::color);
-  QObject::connect(widget_->document(), &QTextDocument::contentsChange, widget_,
-                   [this] { editing_ = true; });
-  QObject::connect(widget_, &QPlainTextEdit::textChanged, widget_, [this] { Edited(); });
-  QObject::connect(widget_, &QPlainTextEdit::selectionChanged, widget_, [this] { Selected(); });
-  QObject::connect(widget_, &QPlainTextEdit::cursorPositionChanged, widget_,
-                   [this] { Selected(); });
-}
+}  // namespace
 
-QWidget* TextAreaView::Widget() const { return widget_; }
-
-void TextAreaView::Show(Aspect aspect) {
-  if (aspect == Aspect::text) ShowText();
-  if (aspect == Aspect::selection) ShowSelection();
-  if (aspect == Aspect::color) ShowBackColor(*widget_, box_.BackColor());
-}
-
-// As it stands in the document, which separates its lines by marks of its own.
-QString TextAreaView::Units() const {
-  QString units = widget_->document()->toRawText();
-  return units.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
-}
-
-UnitRange TextAreaView::Selection() const {
-  const QTextCursor cursor = widget_->textCursor();
-  return {cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart()};
-}
-
-void TextAreaView::ShowText() {
-  shown_ = ShownText(box_.Text(), Lines::many, kQtStyle);
-  if (const QString units = UnitsOf(shown_); Units() != units) {
-    const QSignalBlocker quiet(widget_);
-    widget_->setPlainText(units);
+TextBoxView::TextBoxView(TextBox& box, QWidget& parent, ViewHost& host) : box_(box), text_(box) {
+  if (box.MultiLine()) {
+    auto* area = new Area(&parent);
+    area->setTabChangesFocus(true);
+    area->document()->setDocumentMargin(1);
+    if (box.At().height < kTwoLines) area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    sync_ = std::make_unique<AreaSync>(*area, text_, host);
+    widget_ = area;
+  } else {
+    auto* line = new FormLine(&parent);
+    sync_ = std::make_unique<LineSync>(*line, text_, host);
+    widget_ = line;
   }
-  editing_ = false;
-  ShowSelection();
+  Show(Aspect::color);
 }
 
-void TextAreaView::ShowSelection() {
-  const UnitRange selected = SelectionOf(box_, shown_);
-  if (Selection() == selected) return;
-  QTextCursor cursor = widget_->textCursor();
-  cursor.setPosition(selected.start);
-  cursor.setPosition(selected.start + selected.length, QTextCursor::KeepAnchor);
-  widget_->setTextCursor(cursor);
-}
-
-void TextAreaView::Edited() {
-  if (!editing_) return;
-  host_.Act([this] {
-    const UnitRange now = Selection();
-    // A change of the layout alone leaves the selection as it is.
-    const UnitRange before = now.length > 0 ? UnitRange{now.start, 0} : SelectionOf(box_, shown_);
-    const auto edit =
-        FindEdit(shown_, before, Units().toStdU16String(), widget_->textCursor().position());
-    editing_ = false;
-    if (edit) UserAction::Edit(box_, edit->start, edit->length, edit->typed);
-  });
-  host_.Update([this] { ShowText(); });
-}
-
-void TextAreaView::Selected() {
-  if (editing_ || Selection() == SelectionOf(box_, shown_)) return;
-  host_.Act([this] { Select(box_, shown_, Selection()); });
+void TextBoxView::Show(Aspect aspect) {
+  if (aspect == Aspect::text) sync_->ShowText();
+  if (aspect == Aspect::selection) sync_->ShowSelection();
+  if (aspect == Aspect::color) ShowBackColor(*widget_, box_.BackColor());
 }
 
 // --- lists ---
@@ -241,34 +192,28 @@ void MakeFreeText(QComboBox& list) {
   QObject::disconnect(list.lineEdit(), &QLineEdit::returnPressed, &list, nullptr);
 }
 
+void ListOfRows::Add(std::string_view text) { list_.addItem(ToQt(text)); }
+
 ComboBoxView::ComboBoxView(ComboBox& box, QWidget& parent, ViewHost& host)
-    : box_(box), widget_(new QComboBox(&parent)) {
-  if (box.Editable()) MakeFreeText(*widget_);
+    : box_(box), text_(box), widget_(new QComboBox(&parent)) {
+  if (box.Editable()) {
+    MakeFreeText(*widget_);
+    sync_ = std::make_unique<LineSync>(*widget_->lineEdit(), text_, host);
+  }
   ShowChoices();
-  if (box.Editable()) sync_ = std::make_unique<LineSync>(*widget_->lineEdit(), box, host);
   QObject::connect(widget_, &QComboBox::activated, widget_, [this, &host](int row) {
     host.Act([this, row] { UserAction::Choose(box_, row); });
-    host.Update([this] { ShowChoice(); });
+    host.Update([this] { ShowChoices(); });
   });
 }
 
 void ComboBoxView::Show(Aspect aspect) {
-  if (aspect == Aspect::choices) ShowChoices();
-  if (aspect == Aspect::text) ShowChoice();
+  if (aspect == Aspect::choices || aspect == Aspect::text) ShowChoices();
   if (aspect == Aspect::selection && sync_) sync_->ShowSelection();
 }
 
-// Rows are only ever added at the end, or all removed.
 void ComboBoxView::ShowChoices() {
-  const auto& rows = box_.Rows();
-  if (static_cast<int>(rows.size()) < widget_->count()) widget_->clear();
-  for (auto row = static_cast<std::size_t>(widget_->count()); row < rows.size(); ++row)
-    widget_->addItem(ToQt(rows[row].text));
-  ShowChoice();
-}
-
-void ComboBoxView::ShowChoice() {
-  if (widget_->currentIndex() != box_.ListIndex()) widget_->setCurrentIndex(box_.ListIndex());
+  ShowRows(ListOfRows(*widget_), box_.Rows(), &ComboBox::Row::text, box_.ListIndex());
   if (sync_) sync_->ShowText();
 }
 

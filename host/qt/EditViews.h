@@ -4,8 +4,8 @@
 #include <QComboBox>
 #include <QLineEdit>
 
+#include "host/desktop/TextSync.h"
 #include "host/qt/ControlView.h"
-#include "host/qt/ShownText.h"
 
 namespace kvo {
 
@@ -22,58 +22,30 @@ class CalmLine : public QLineEdit {
   void KeepSelection(const std::function<void()>& action);
 };
 
-// Keeps a line edit and the text and selection of an edit box in step.
-class LineSync {
+class LineSync final : public TextSync {
  public:
-  LineSync(QLineEdit& line, EditBox& box, ViewHost& host);
-  LineSync(const LineSync&) = delete;
-  LineSync& operator=(const LineSync&) = delete;
-
-  void ShowText();
-  void ShowSelection();
+  LineSync(QLineEdit& line, EditedText& text, FormActions& host);
 
  private:
-  void Edited();
-  void Selected();
+  std::u16string Units() const override;
+  void ShowUnits(const std::u16string& units) override;
+  UnitRange Selection() const override;
+  void Select(const UnitRange& selection) override;
 
   QLineEdit& line_;
-  EditBox& box_;
-  ViewHost& host_;
-  ShownText shown_;
 };
 
-class LineView final : public ControlView {
+class TextBoxView final : public ControlView {
  public:
-  LineView(TextBox& box, QWidget& parent, ViewHost& host);
+  TextBoxView(TextBox& box, QWidget& parent, ViewHost& host);
   QWidget* Widget() const override { return widget_; }
   void Show(Aspect aspect) override;
 
  private:
   TextBox& box_;
-  QLineEdit* widget_;
-  LineSync sync_;
-};
-
-class TextAreaView final : public ControlView {
- public:
-  TextAreaView(TextBox& box, QWidget& parent, ViewHost& host);
-  QWidget* Widget() const override;
-  void Show(Aspect aspect) override;
-
- private:
-  class Area;
-  void ShowText();
-  void ShowSelection();
-  void Edited();
-  void Selected();
-  QString Units() const;
-  UnitRange Selection() const;
-
-  TextBox& box_;
-  ViewHost& host_;
-  Area* widget_;
-  ShownText shown_;
-  bool editing_ = false;  // the widget's text is ahead of the form's
+  BoxText text_;
+  QWidget* widget_;
+  std::unique_ptr<TextSync> sync_;
 };
 
 class ComboBoxView final : public ControlView {
@@ -84,11 +56,25 @@ class ComboBoxView final : public ControlView {
 
  private:
   void ShowChoices();
-  void ShowChoice();
 
   ComboBox& box_;
+  BoxText text_;
   QComboBox* widget_;
   std::unique_ptr<LineSync> sync_;  // of a box that can be typed into
+};
+
+// For ShowRows.
+class ListOfRows {
+ public:
+  explicit ListOfRows(QComboBox& list) : list_(list) {}
+  std::size_t Count() const { return static_cast<std::size_t>(list_.count()); }
+  void Clear() { list_.clear(); }
+  void Add(std::string_view text);
+  int Chosen() const { return list_.currentIndex(); }
+  void Choose(int row) { list_.setCurrentIndex(row); }
+
+ private:
+  QComboBox& list_;
 };
 
 // A list whose text, when it can be typed into, is free: it is not completed, and never taken for

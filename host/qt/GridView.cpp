@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "host/desktop/Measures.h"
 #include "host/qt/QtText.h"
 #include "host/qt/TahomaFont.h"
 #include "host/qt/Twips.h"
@@ -13,28 +14,17 @@ namespace kvo {
 
 // --- records ---
 
+GridModel::GridModel(const Grid& grid, ViewHost& host)
+    : grid_(grid), records_(grid, host, std::numeric_limits<int>::max()) {}
+
 void GridModel::Renew() {
   beginResetModel();
-  rows_.reset();
-  refused_ = false;
+  records_.Renew();
   endResetModel();
 }
 
-void GridModel::Refused() const {
-  if (!std::exchange(refused_, true)) host_.ReportLater(std::current_exception());
-}
-
 int GridModel::rowCount(const QModelIndex& parent) const {
-  if (parent.isValid()) return 0;
-  if (rows_) return *rows_;
-  rows_ = 0;
-  try {
-    constexpr std::size_t kMost = std::numeric_limits<int>::max();
-    rows_ = static_cast<int>(std::min(grid_.RowCount(), kMost));
-  } catch (const std::exception&) {
-    Refused();
-  }
-  return *rows_;
+  return parent.isValid() ? 0 : static_cast<int>(records_.Count());
 }
 
 int GridModel::columnCount(const QModelIndex& parent) const {
@@ -42,14 +32,9 @@ int GridModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || role != Qt::DisplayRole || refused_) return {};
-  try {
-    return ToQt(grid_.Cell(static_cast<std::size_t>(index.row()),
-                           static_cast<std::size_t>(index.column())));
-  } catch (const std::exception&) {
-    Refused();
-  }
-  return {};
+  if (!index.isValid() || role != Qt::DisplayRole) return {};
+  return ToQt(records_.Cell(static_cast<std::size_t>(index.row()),
+                            static_cast<std::size_t>(index.column())));
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -64,7 +49,6 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
 
 GridView::GridView(Grid& grid, QWidget& parent, ViewHost& host)
     : grid_(grid), model_(grid, host), widget_(new QTableView(&parent)) {
-  constexpr int kRowHeight = 270;
   widget_->setModel(&model_);
   widget_->setSelectionBehavior(QAbstractItemView::SelectRows);
   widget_->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -74,7 +58,7 @@ GridView::GridView(Grid& grid, QWidget& parent, ViewHost& host)
   widget_->verticalHeader()->hide();
   widget_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   widget_->verticalHeader()->setMinimumSectionSize(1);
-  widget_->verticalHeader()->setDefaultSectionSize(ToPixels(kRowHeight, *widget_));
+  widget_->verticalHeader()->setDefaultSectionSize(ToPixels(kGridRowHeight, *widget_));
   widget_->horizontalHeader()->setFont(QtFont(grid.TextFont()));
   widget_->horizontalHeader()->setHighlightSections(false);
   widget_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -94,14 +78,10 @@ void GridView::Show(Aspect aspect) {
 
 void GridView::ShowRows() {
   model_.Renew();
-  int shares = 0;
-  for (const GridColumn& column : grid_.Columns()) shares += column.size;
-  if (shares == 0) return;
   const int room = ToPixels(grid_.At().width, *widget_) - 2 * widget_->frameWidth() -
                    widget_->verticalScrollBar()->sizeHint().width();
-  for (int column = 0; column < model_.columnCount({}); ++column)
-    widget_->setColumnWidth(column,
-                            room * grid_.Columns()[static_cast<std::size_t>(column)].size / shares);
+  int column = 0;
+  for (const int width : model_.Widths(room)) widget_->setColumnWidth(column++, width);
 }
 
 void GridView::ShowSelection() {

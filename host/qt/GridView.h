@@ -2,19 +2,19 @@
 
 #include <QAbstractTableModel>
 #include <QTableView>
-#include <optional>
 
+#include "host/desktop/ShownRecords.h"
 #include "host/qt/ControlView.h"
 
 namespace kvo {
 
-// The records of a data grid. Holds none of them: each is asked for when it is painted.
 class GridModel final : public QAbstractTableModel {
  public:
-  GridModel(const Grid& grid, ViewHost& host) : grid_(grid), host_(host) {}
+  GridModel(const Grid& grid, ViewHost& host);
 
   // The grid's columns or rows are new.
   void Renew();
+  std::vector<int> Widths(int room) const { return records_.Widths(room); }
 
   int rowCount(const QModelIndex& parent) const override;
   int columnCount(const QModelIndex& parent) const override;
@@ -22,13 +22,8 @@ class GridModel final : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
-  // What the database refuses is reported once, and shows as nothing until the rows are new.
-  void Refused() const;
-
   const Grid& grid_;
-  ViewHost& host_;
-  mutable std::optional<int> rows_;
-  mutable bool refused_ = false;
+  mutable ShownRecords records_;
 };
 
 class GridView final : public ControlView {

@@ -7,11 +7,6 @@
 
 namespace kvo {
 
-bool SpansColumns(const PropertyGridItem& item) {
-  return item.Kind() == ItemKind::category || item.Kind() == ItemKind::button ||
-         item.Kind() == ItemKind::entry;
-}
-
 void PropertyGridModel::Synchronize() {
   std::vector<PropertyGridItem*> now;
   for (const auto& item : grid_.Items()) now.push_back(item.get());

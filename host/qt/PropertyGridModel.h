@@ -33,7 +33,4 @@ class PropertyGridModel final : public QAbstractTableModel {
   std::vector<PropertyGridItem*> rows_;
 };
 
-// Whether the row is one line across the grid, without a value.
-bool SpansColumns(const PropertyGridItem& item);
-
 }  // namespace kvo

@@ -8,9 +8,9 @@
 #include <QPushButton>
 #include <QStyledItemDelegate>
 #include <QTreeView>
-#include <algorithm>
 #include <utility>
 
+#include "host/desktop/Measures.h"
 #include "host/qt/QtText.h"
 #include "host/qt/Swatch.h"
 #include "host/qt/Twips.h"
@@ -18,8 +18,6 @@
 
 namespace kvo {
 namespace {
-
-constexpr int kRowHeight = 270;
 
 // Draws the rows: categories on a band, disabled rows gray, colours with a swatch.
 class RowPainter final : public QStyledItemDelegate {
@@ -29,7 +27,7 @@ class RowPainter final : public QStyledItemDelegate {
 
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     return {QStyledItemDelegate::sizeHint(option, index).width(),
-            ToPixels(kRowHeight, *option.widget)};
+            ToPixels(kGridRowHeight, *option.widget)};
   }
 
   // However much an editor would like to have.
@@ -60,7 +58,7 @@ class RowPainter final : public QStyledItemDelegate {
 
  private:
   // Beside the text, which begins behind it.
-  static void PaintSwatch(QPainter& painter, QStyleOptionViewItem& option, const QColor& color) {
+  static void PaintSwatch(QPainter& painter, QStyleOptionViewItem& option, const Swatch& color) {
     const QPixmap swatch = SwatchPicture(color, *option.widget);
     const int size = SwatchSize(*option.widget);
     const int margin = (option.rect.height() - size) / 2;
@@ -103,9 +101,7 @@ class PropertyTree final : public QTreeView {
     // While its row is still there, so that the focus comes back to the grid.
     if (edited_ != grid_.SelectedItem()) CloseEditor();
     model_.Synchronize();
-    // A plain list needs no second column.
-    const bool list = std::ranges::all_of(
-        grid_.Items(), [](const auto& item) { return item->Kind() == ItemKind::entry; });
+    const bool list = IsPlainList(grid_);
     setColumnHidden(PropertyGridModel::value, list);
     for (int row = 0; !list && row < model_.rowCount({}); ++row) {
       const QModelIndex index = model_.index(row, PropertyGridModel::caption);
@@ -165,23 +161,21 @@ class PropertyTree final : public QTreeView {
   }
 
  private:
-  // Goes through the rows; without one, to the first or the last.
   bool MoveSelection(int key) {
-    const int last = model_.rowCount({}) - 1;
-    const int now = model_.IndexOf(grid_.SelectedItem(), PropertyGridModel::caption).row();
-    int next = now;
+    const int rows = model_.rowCount({});
+    PropertyGridItem* next = nullptr;
     switch (key) {
       case Qt::Key_Up:
-        next = now < 0 ? last : std::max(now - 1, 0);
+        next = NextRow(grid_, -1);
         break;
       case Qt::Key_Down:
-        next = std::min(now + 1, last);
+        next = NextRow(grid_, 1);
         break;
       case Qt::Key_Home:
-        next = 0;
+        next = NextRow(grid_, -rows);
         break;
       case Qt::Key_End:
-        next = last;
+        next = NextRow(grid_, rows);
         break;
       case Qt::Key_Left:
       case Qt::Key_Right:
@@ -189,8 +183,8 @@ class PropertyTree final : public QTreeView {
       default:
         return false;
     }
-    if (last < 0) return true;
-    setCurrentIndex(model_.index(next, PropertyGridModel::caption));
+    if (next == nullptr) return true;
+    setCurrentIndex(model_.IndexOf(next, PropertyGridModel::caption));
     EnterEditor(Qt::OtherFocusReason);
     return true;
   }

@@ -5,7 +5,6 @@
 namespace kvo {
 namespace {
 
-constexpr char16_t kSymbolForNull = 0x2400;
 constexpr char16_t kSymbolForBreak = 0x21B5;
 constexpr char16_t kReplacement = 0xFFFD;
 
@@ -51,7 +50,5 @@ std::string Typed(std::u16string_view units, Lines lines) {
 }  // namespace
 
 const TextStyle kQtStyle = {.show = Show, .joinsCrLfInLine = false, .typed = Typed};
-
-QString UnitsOf(const ShownText& shown) { return QString::fromStdU16String(shown.Units()); }
 
 }  // namespace kvo

@@ -1,8 +1,6 @@
 // How Qt's boxes show texts.
 #pragma once
 
-#include <QString>
-
 #include "common/forms/ShownText.h"
 
 namespace kvo {
@@ -10,7 +8,5 @@ namespace kvo {
 // With Lines::many a line break, which is CR LF, CR or LF, is one LF, and characters that a
 // document would take for something else have stand-ins. A line break that was typed is CR LF.
 extern const TextStyle kQtStyle;
-
-QString UnitsOf(const ShownText& shown);
 
 }  // namespace kvo

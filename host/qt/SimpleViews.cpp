@@ -10,7 +10,7 @@
 #include <QTabBar>
 #include <algorithm>
 
-#include "common/forms/FormKeys.h"
+#include "host/desktop/Measures.h"
 #include "host/qt/QtText.h"
 #include "host/qt/Twips.h"
 
@@ -73,7 +73,8 @@ class TabWidget final : public QTabWidget {
 
 // --- labels and boxes ---
 
-LabelView::LabelView(Label& label, QWidget& parent) : label_(label), widget_(new QLabel(&parent)) {
+LabelView::LabelView(Label& label, QWidget& parent, ViewHost&)
+    : label_(label), widget_(new QLabel(&parent)) {
   widget_->setTextFormat(Qt::PlainText);
   widget_->setWordWrap(label.Wraps());
   widget_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
@@ -98,8 +99,7 @@ QWidget* CheckBoxView::Widget() const { return widget_; }
 
 void CheckBoxView::Show(Aspect) { widget_->setChecked(box_.Value()); }
 
-FrameView::FrameView(const Frame& frame, QWidget& parent) {
-  constexpr int kThickestLine = 60;
+FrameView::FrameView(const Frame& frame, QWidget& parent, ViewHost&) {
   if (!frame.Caption().empty()) {
     widget_ = new QGroupBox(ToQtCaption(frame.Caption()), &parent);
   } else {
@@ -112,7 +112,7 @@ FrameView::FrameView(const Frame& frame, QWidget& parent) {
   widget_->lower();  // what stands inside is declared beside it
 }
 
-PictureView::PictureView(const PictureBox& picture, QWidget& parent)
+PictureView::PictureView(const PictureBox& picture, QWidget& parent, ViewHost&)
     : widget_(new QLabel(&parent)) {
   const QIcon icon = widget_->style()->standardIcon(QStyle::SP_MessageBoxInformation);
   const int size = ToPixels(std::min(picture.At().width, picture.At().height), *widget_);
@@ -215,9 +215,8 @@ void TabControlView::Show(Aspect) {
   widget_->setCurrentIndex(static_cast<int>(tabs_.SelectedTab()));
 }
 
-TabPanelView::TabPanelView(const TabPanel& panel, ViewHost& host)
-    : tabs_(dynamic_cast<QTabWidget*>(host.WidgetOf(*panel.Parent().AsControl()))),
-      page_(new QWidget(tabs_)) {
+TabPanelView::TabPanelView(const TabPanel& panel, QWidget& tabs, ViewHost&)
+    : tabs_(&dynamic_cast<QTabWidget&>(tabs)), page_(new QWidget(tabs_)) {
   tabs_->addTab(page_, ToQtCaption(panel.Caption()));
 }
 

@@ -15,7 +15,7 @@ namespace kvo {
 
 class LabelView final : public ControlView {
  public:
-  LabelView(Label& label, QWidget& parent);
+  LabelView(Label& label, QWidget& parent, ViewHost&);
   QWidget* Widget() const override;
   void Show(Aspect aspect) override;
 
@@ -66,7 +66,7 @@ class CommandButtonView final : public ControlView {
 
 class FrameView final : public ControlView {
  public:
-  FrameView(const Frame& frame, QWidget& parent);
+  FrameView(const Frame& frame, QWidget& parent, ViewHost&);
   QWidget* Widget() const override { return widget_; }
   void Show(Aspect) override {}
 
@@ -76,7 +76,7 @@ class FrameView final : public ControlView {
 
 class PictureView final : public ControlView {
  public:
-  PictureView(const PictureBox& picture, QWidget& parent);
+  PictureView(const PictureBox& picture, QWidget& parent, ViewHost&);
   QWidget* Widget() const override;
   void Show(Aspect) override {}
 
@@ -97,7 +97,7 @@ class TabControlView final : public ControlView {
 
 class TabPanelView final : public ControlView {
  public:
-  TabPanelView(const TabPanel& panel, ViewHost& host);
+  TabPanelView(const TabPanel& panel, QWidget& tabs, ViewHost&);
   QWidget* Widget() const override { return page_; }
   void Show(Aspect) override {}
   void ShowEnabled(bool enabled) override;

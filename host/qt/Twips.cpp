@@ -3,11 +3,13 @@
 #include <QPaintDevice>
 #include <cmath>
 
+#include "common/frame/DesignBox.h"
+
 namespace kvo {
 
 int ToPixels(int twips, const QPaintDevice& device) {
-  constexpr double kTwipsPerInch = 1440;
-  return static_cast<int>(std::lround(twips * device.logicalDpiX() / kTwipsPerInch));
+  return static_cast<int>(
+      std::lround(static_cast<double>(twips) * device.logicalDpiX() / kTwipsPerInch));
 }
 
 }  // namespace kvo

@@ -7,13 +7,9 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QToolButton>
-#include <algorithm>
-#include <limits>
 
-#include "common/forms/FormKeys.h"
 #include "host/qt/EditViews.h"
 #include "host/qt/QtText.h"
-#include "host/qt/ShownText.h"
 #include "host/qt/Swatch.h"
 #include "host/qt/Twips.h"
 
@@ -25,21 +21,6 @@ QHBoxLayout* TightLayout(QWidget* of) {
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   return layout;
-}
-
-UnitRange SelectedIn(const QLineEdit& line) {
-  if (line.hasSelectedText()) return {line.selectionStart(), line.selectionLength()};
-  return {line.cursorPosition(), 0};
-}
-
-// As far as the text reaches.
-void SelectIn(QLineEdit& line, const UnitRange& wanted) {
-  const auto size = static_cast<int>(line.text().size());
-  const int start = std::min(wanted.start, size);
-  if (const int length = std::min(wanted.length, size - start); length > 0)
-    line.setSelection(start, length);
-  else
-    line.setCursorPosition(start);
 }
 
 // The button beside a value. Other keys than its own two go on through the rows or do nothing.
@@ -65,50 +46,24 @@ class BesideValue final : public QToolButton {
   }
 };
 
-// Keeps a line edit and the value of a row in step.
+// A line edit for the value of a row.
 class ValueLine {
  public:
   ValueLine(QLineEdit& line, PropertyGridItem& item, ViewHost& host)
-      : line_(line), item_(item), host_(host), shown_({}, Lines::one, kQtStyle) {
-    line.setMaxLength(std::numeric_limits<int>::max());
+      : line_(line), text_(&item), sync_(line, text_, host) {
     line.setAccessibleName(ToQt(item.Caption()));
-    Show();
-    QObject::connect(&line, &QLineEdit::textEdited, &line, [this] { Edited(); });
   }
-  ValueLine(const ValueLine&) = delete;
-  ValueLine& operator=(const ValueLine&) = delete;
 
-  void Show() {
-    shown_ = ShownText(ToText(item_.Value()), Lines::one, kQtStyle);
-    const QString units = UnitsOf(shown_);
-    if (line_.text() == units) return;
-    const UnitRange selected = SelectedIn(line_);
-    line_.setText(units);
-    SelectIn(line_, selected);
+  void Show() { sync_.ShowText(); }
+  void SelectAll() {
+    text_.Select({0, CharacterCount(text_.Text())});
+    line_.selectAll();
   }
 
  private:
-  void Edited() {
-    host_.Act([this] {
-      const int caret = line_.cursorPosition();
-      if (const auto edit = FindEdit(shown_, {caret, 0}, line_.text().toStdU16String(), caret))
-        Apply(*edit);
-    });
-    host_.Update([this] { Show(); });
-  }
-
-  void Apply(const TextEdit& edit) {
-    std::string text = ToText(item_.Value());
-    const std::size_t start = CharacterOffset(text, edit.start);
-    const std::size_t end = CharacterOffset(text, edit.start + edit.length);
-    text.replace(start, end - start, OneLine(edit.typed));
-    UserAction::EditValue(item_, text);
-  }
-
   QLineEdit& line_;
-  PropertyGridItem& item_;
-  ViewHost& host_;
-  ShownText shown_;
+  ValueText text_;
+  LineSync sync_;
 };
 
 class TextEditor final : public ValueEditor {
@@ -133,7 +88,7 @@ class TextEditor final : public ValueEditor {
     value_.Show();
     ShowSwatch();
   }
-  void SelectValue() override { line_->selectAll(); }
+  void SelectValue() override { value_.SelectAll(); }
 
  private:
   QToolButton* MakeButton(PropertyGridItem& item, ViewHost& host) {
@@ -148,7 +103,7 @@ class TextEditor final : public ValueEditor {
       host.Act([&item] { UserAction::ClickButton(item); });
       if (line == nullptr) return;
       line->setFocus(Qt::OtherFocusReason);
-      line->selectAll();
+      SelectValue();
     });
     return button;
   }
@@ -184,22 +139,13 @@ class ListEditor final : public ValueEditor {
     });
   }
   void ShowValue() override {
-    const std::string value = ToText(item_.Value());
-    const auto& choices = item_.Choices();
-    const UnitRange selected = value_ ? SelectedIn(*list_->lineEdit()) : UnitRange();
-    for (auto row = static_cast<std::size_t>(list_->count()); row < choices.size(); ++row)
-      list_->addItem(ToQt(choices[row]->Caption()));
-    const auto chosen = std::ranges::find_if(
-        choices, [&](const auto& choice) { return choice->Caption() == value; });
-    const auto row = chosen == choices.end() ? -1 : static_cast<int>(chosen - choices.begin());
-    if (list_->currentIndex() != row) list_->setCurrentIndex(row);
-    list_->setPlaceholderText(ToQt(value));  // a value that is no choice still shows
-    if (!value_) return;
-    value_->Show();
-    SelectIn(*list_->lineEdit(), selected);
+    ShowRows(ListOfRows(*list_), item_.Choices(), &PropertyGridItem::Caption, ChosenRow(item_));
+    list_->setPlaceholderText(
+        ToQt(ToText(item_.Value())));  // a value that is no choice still shows
+    if (value_) value_->Show();
   }
   void SelectValue() override {
-    if (list_->lineEdit() != nullptr) list_->lineEdit()->selectAll();
+    if (value_) value_->SelectAll();
   }
 
  private:

@@ -4,6 +4,7 @@
 
 #include "common/forms/FormActions.h"
 #include "common/forms/FormKeys.h"
+#include "common/forms/PropertyRows.h"
 
 namespace kvo {
 namespace {
@@ -20,17 +21,13 @@ bool InsideLineBreak(const EditBox& box, std::size_t position) {
   return std::string_view(text->Text()).substr(before).starts_with("\r\n");
 }
 
-bool IsPlainList(const FormControl& control) {
+bool IsClosedList(const FormControl& control) {
   const auto* list = dynamic_cast<const ComboBox*>(&control);
   return list != nullptr && !list->Editable();
 }
 
-// Whether a row's value stands in a box of its own while the row is selected.
-bool HasValueBox(const PropertyGridItem& item) {
-  const bool kind = item.Kind() == ItemKind::text || item.Kind() == ItemKind::color ||
-                    item.Kind() == ItemKind::list;
-  return kind && item.Enabled();
-}
+// Whether the keys go to the box of a row's value while the row is selected.
+bool HasOpenBox(const PropertyGridItem& item) { return HasValueBox(item) && item.Enabled(); }
 
 // How many characters a key goes back or forth from a position; 0 at the text's ends.
 std::size_t StepBack(const EditBox& box, std::size_t position) {
@@ -104,7 +101,7 @@ void HeadlessUser::EnterByKeyboard(FormControl& control, bool backwards) {
   SelectValue(*grid);
   const PropertyGridItem* item = grid->SelectedItem();
   besideValue_ =
-      backwards && item != nullptr && item->Kind() == ItemKind::color && HasValueBox(*item);
+      backwards && item != nullptr && item->Kind() == ItemKind::color && HasOpenBox(*item);
 }
 
 void HeadlessUser::FocusByMouse(FormControl& control) {
@@ -116,7 +113,7 @@ void HeadlessUser::FocusByMouse(FormControl& control) {
 
 void HeadlessUser::ClickInto(EditBox& box, std::size_t caret) {
   MustBeReachable(box);
-  if (IsPlainList(box)) Cannot(box, "only its rows can be chosen");
+  if (IsClosedList(box)) Cannot(box, "only its rows can be chosen");
   FocusByMouse(box);
   Select(box, InsideLineBreak(box, caret) ? caret + 1 : caret, 0);
 }
@@ -141,7 +138,7 @@ void HeadlessUser::MoveFocus(bool backwards) {
 bool HeadlessUser::MoveInsideGrid(bool backwards) {
   const auto* grid = dynamic_cast<PropertyGrid*>(Shown().Focused());
   const PropertyGridItem* item = grid == nullptr ? nullptr : grid->SelectedItem();
-  const bool button = item != nullptr && item->Kind() == ItemKind::color && HasValueBox(*item);
+  const bool button = item != nullptr && item->Kind() == ItemKind::color && HasOpenBox(*item);
   if (!button || !grid->IsReachable() || besideValue_ != backwards) return false;
   SelectValue(*grid);
   besideValue_ = !backwards;
@@ -165,7 +162,7 @@ void HeadlessUser::TypeStroke(std::string_view stroke) {
   FormControl* focused = Shown().Focused();
   if (focused == nullptr) throw CannotDo("nothing has the keyboard focus");
   MustBeReachable(*focused);
-  if (IsPlainList(*focused)) Cannot(*focused, "only its rows can be chosen");
+  if (IsClosedList(*focused)) Cannot(*focused, "only its rows can be chosen");
   if (auto* box = dynamic_cast<EditBox*>(focused))
     return Edit(*box, box->SelStart(), box->SelLength(), stroke);
   if (auto* grid = dynamic_cast<PropertyGrid*>(focused)) {
@@ -267,7 +264,7 @@ void HeadlessUser::PressInGrid(PropertyGrid& grid, Key key) {
     FormRenderer::ClickButton(*item);
     return SelectValue(grid);
   }
-  if (item != nullptr && HasValueBox(*item) && !besideValue_) return PressInValue(*item, key);
+  if (item != nullptr && HasOpenBox(*item) && !besideValue_) return PressInValue(*item, key);
   if (key == Key::enter) return PressDialogButton(CommandButton::Role::acceptsDialog);
   if (besideValue_ && key != Key::up && key != Key::down) return;
   if (key == Key::del) return PressDelete(grid);
@@ -281,10 +278,8 @@ void HeadlessUser::PressInValue(PropertyGridItem& item, Key key) {
   if (key == Key::enter) return SelectValue(grid);  // the value is edited: the dialog stays open
   if (item.Kind() == ItemKind::list && (key == Key::up || key == Key::down || !TakesText(item))) {
     const auto& choices = item.Choices();
-    const PropertyGridItem* chosen = GetSelectedChoice(item);
-    const auto at = std::ranges::find(choices, chosen, &std::unique_ptr<PropertyGridItem>::get);
     const int last = static_cast<int>(choices.size()) - 1;
-    const int now = chosen == nullptr ? kNoRow : static_cast<int>(at - choices.begin());
+    const int now = ChosenRow(item);
     const int next = key == Key::up     ? now - 1
                      : key == Key::down ? now + 1
                      : key == Key::home ? 0
@@ -351,20 +346,16 @@ void HeadlessUser::SelectValue(const PropertyGrid& grid) {
   besideValue_ = false;
 }
 
-// Without a row, one goes to the first or the last.
 void HeadlessUser::MoveToRow(PropertyGrid& grid, Key key) {
-  const auto& items = grid.Items();
-  const auto at =
-      std::ranges::find(items, grid.SelectedItem(), &std::unique_ptr<PropertyGridItem>::get);
-  const int last = static_cast<int>(items.size()) - 1;
-  const int now = at == items.end() ? kNoRow : static_cast<int>(at - items.begin());
-  int next = now;
-  if (key == Key::up) next = now == kNoRow ? last : std::max(now - 1, 0);
-  if (key == Key::down) next = std::min(now + 1, last);
-  if (key == Key::home) next = 0;
-  if (key == Key::end) next = last;
-  if (next < 0 || next > last || (next == now && key != Key::up && key != Key::down)) return;
-  FormRenderer::SelectItem(grid, items[static_cast<std::size_t>(next)].get());
+  const int rows = static_cast<int>(grid.Items().size());
+  const int steps = key == Key::up     ? -1
+                    : key == Key::down ? 1
+                    : key == Key::home ? -rows
+                    : key == Key::end  ? rows
+                                       : 0;
+  PropertyGridItem* next = NextRow(grid, steps);
+  if (steps == 0 || next == nullptr) return;
+  FormRenderer::SelectItem(grid, next);
   SelectValue(grid);
 }
 
@@ -384,7 +375,7 @@ void HeadlessUser::Click(FormControl& control) {
   if (auto* button = dynamic_cast<CommandButton*>(&control)) return FormRenderer::Click(*button);
   if (auto* check = dynamic_cast<CheckBox*>(&control)) return FormRenderer::Click(*check);
   if (auto* option = dynamic_cast<OptionButton*>(&control)) return FormRenderer::Click(*option);
-  if (auto* box = dynamic_cast<EditBox*>(&control); box && !IsPlainList(control))
+  if (auto* box = dynamic_cast<EditBox*>(&control); box && !IsClosedList(control))
     return Select(*box, box->TextLength(), 0);
 }
 
@@ -424,8 +415,7 @@ void HeadlessUser::SelectItem(PropertyGridItem& item) {
 
 void HeadlessUser::ClickButton(PropertyGridItem& item) {
   MustBeReachable(item.Grid());
-  if (item.Kind() != ItemKind::color && item.Kind() != ItemKind::button)
-    Cannot(item.Grid(), "the row \"" + item.Caption() + "\" has no button");
+  if (!HasButton(item)) Cannot(item.Grid(), "the row \"" + item.Caption() + "\" has no button");
   if (!item.Enabled()) Cannot(item.Grid(), "the row \"" + item.Caption() + "\" is disabled");
   SelectItem(item);
   PropertyGrid& grid = item.Grid();

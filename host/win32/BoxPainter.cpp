@@ -70,7 +70,7 @@ std::vector<int> Advances(const std::wstring& text, HFONT font, int width) {
 }
 
 void DrawLabel(HDC device, const Box::Label& label, const Scale& scale, const RECT& target) {
-  constexpr int kFontTwips = 165;  // 8.25 point
+  constexpr auto kFontTwips = static_cast<int>(Font().points * kTwipsPerPoint);
   std::wstring caption = ToWindowText(label.caption);
   std::ranges::replace_if(
       caption, [](wchar_t c) { return c < 0x20; }, L' ');

@@ -3,15 +3,14 @@
 
 #include <windows.h>
 
-#include <memory>
 #include <string>
 
-#include "common/forms/FormActions.h"
+#include "host/desktop/FormViews.h"
 
 namespace kvo {
 
 // The form around a view.
-class ViewHost : public FormActions {
+class ViewHost : public FormAround<HWND> {
  public:
   // Whether a window is just being given the keyboard. Option buttons say that they were clicked
   // then.
@@ -22,27 +21,15 @@ class ViewHost : public FormActions {
   virtual void CallLater(HWND window) = 0;
   // The form's own window.
   virtual HWND Window() const = 0;
-  // nullptr for what has none.
-  virtual HWND WindowOf(const FormControl& control) const = 0;
 
  protected:
   ~ViewHost() = default;
 };
 
-class ControlView {
+class ControlView : public WidgetView<HWND> {
  public:
-  ControlView() = default;
-  ControlView(const ControlView&) = delete;
-  ControlView& operator=(const ControlView&) = delete;
-  virtual ~ControlView() = default;
-
-  // nullptr for what nobody sees. It ends with its parent.
-  virtual HWND Window() const = 0;
-  // Brings an aspect of the control to its window; called within ViewHost::Update.
-  virtual void Show(Aspect aspect) = 0;
-  virtual void ShowItem(PropertyGridItem& /*item*/) {}
-  virtual void ShowEnabled(bool enabled) { EnableWindow(Window(), enabled); }
-  virtual void ShowVisible(bool visible) { ShowWindow(Window(), visible ? SW_SHOWNA : SW_HIDE); }
+  void ShowEnabled(bool enabled) override { EnableWindow(Widget(), enabled); }
+  void ShowVisible(bool visible) override { ShowWindow(Widget(), visible ? SW_SHOWNA : SW_HIDE); }
 
   // --- what the window tells ---
   virtual void Command(WORD /*notification*/) {}
@@ -53,8 +40,7 @@ class ControlView {
   virtual HBRUSH Color(HDC /*device*/) { return nullptr; }
 
   // --- keyboard ---
-  // Takes the keyboard focus as the tab key brings it.
-  virtual void Enter(bool /*backwards*/) { SetFocus(Window()); }
+  void Enter(bool /*backwards*/) override { SetFocus(Widget()); }
   // The tab key goes on inside; false when it leaves.
   virtual bool MoveInside(bool /*backwards*/) { return false; }
   enum class KeyUse {
@@ -77,8 +63,5 @@ HWND MakeWindow(const FormControl& control, HWND parent, const wchar_t* classNam
 
 // A rectangle of twips in pixels.
 RECT PlaceOf(const Rect& at);
-
-// A view of `control` with its window in `parent`, filled.
-std::unique_ptr<ControlView> MakeView(FormControl& control, HWND parent, ViewHost& host);
 
 }  // namespace kvo

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/win32/ShownText.h"
 #include "host/win32/WideText.h"
 #include "host/win32/WindowText.h"
 
@@ -72,11 +73,9 @@ std::wstring FromClipboard(HWND owner) {
 
 }  // namespace
 
-EditSync::EditSync(HWND edit, EditedText& text, Lines lines, ViewHost& host)
-    : edit_(edit),
-      text_(text),
-      host_(host),
-      shown_({}, lines, kWindowStyle),
+EditSync::EditSync(HWND edit, EditedText& text, Lines lines, FormActions& host)
+    : TextSync(text, lines, kWindowStyle, host),
+      edit_(edit),
       hook_(edit, [this](UINT message, WPARAM wParam, LPARAM lParam) {
         return Message(message, wParam, lParam);
       }) {
@@ -84,64 +83,30 @@ EditSync::EditSync(HWND edit, EditedText& text, Lines lines, ViewHost& host)
   SendMessageW(edit_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(1, 1));
 }
 
-// --- from the form to the window ---
+std::u16string EditSync::Units() const { return ToUnits(TextOf(edit_)); }
 
-void EditSync::ShowText() {
-  shown_ = ShownText(text_.Text(), shown_.Kind(), kWindowStyle);
-  if (const std::wstring units = UnitsOf(shown_); TextOf(edit_) != units)
-    SetWindowTextW(edit_, units.c_str());
-  ShowSelection();
+void EditSync::ShowUnits(const std::u16string& units) {
+  SetWindowTextW(edit_, std::wstring(units.begin(), units.end()).c_str());
 }
 
-void EditSync::ShowSelection() {
-  const UnitRange selected = InForm();
-  if (InWindow() == selected) return;
-  SendMessageW(edit_, EM_SETSEL, static_cast<WPARAM>(selected.start),
-               selected.start + selected.length);
-  SendMessageW(edit_, EM_SCROLLCARET, 0, 0);
-}
-
-UnitRange EditSync::InWindow() const {
+UnitRange EditSync::Selection() const {
   DWORD start = 0;
   DWORD end = 0;
   SendMessageW(edit_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
   return {static_cast<int>(start), static_cast<int>(end - start)};
 }
 
-UnitRange EditSync::InForm() const {
-  const EditedText::Selection selected = text_.Selected();
-  const int start = shown_.ToWidget(selected.start);
-  return {start, shown_.ToWidget(selected.start + selected.length) - start};
+void EditSync::Select(const UnitRange& selection) {
+  SendMessageW(edit_, EM_SETSEL, static_cast<WPARAM>(selection.start),
+               selection.start + selection.length);
+  SendMessageW(edit_, EM_SCROLLCARET, 0, 0);
 }
 
-EditedText::Selection EditSync::ToForm(const UnitRange& units) const {
-  const std::size_t start = shown_.ToForm(units.start);
-  return {start, shown_.ToForm(units.start + units.length) - start};
-}
-
-// --- from the user to the form ---
-
-void EditSync::Edited() {
-  if (host_.IsUpdating()) return;
-  host_.Act([this] {
-    const UnitRange now = InWindow();
-    const auto edit = FindEdit(shown_, InForm(), ToUnits(TextOf(edit_)), now.start + now.length);
-    if (edit) text_.Edit({edit->start, edit->length}, edit->typed);
-  });
-  // What the form did not take goes from the window as well.
-  host_.Update([this] { ShowText(); });
-}
-
-// Windows does not tell of it.
-void EditSync::SelectionMayHaveMoved() {
-  // A text that is ahead of the form's is being edited, and its caret comes with it.
-  if (host_.IsUpdating() || InWindow() == InForm() || TextOf(edit_) != UnitsOf(shown_)) return;
-  host_.Act([this] { text_.Select(ToForm(InWindow())); });
-}
-
+// Windows does not tell of a selection that has moved, so each message that may move it is looked
+// at before and after.
 LRESULT EditSync::Message(UINT message, WPARAM wParam, LPARAM lParam) {
-  const bool concerns = ConcernsSelection(message) && !host_.IsUpdating();
-  if (concerns) SelectionMayHaveMoved();
+  const bool concerns = ConcernsSelection(message);
+  if (concerns) Selected();
   LRESULT result = 0;
   switch (message) {
     case WM_GETDLGCODE:
@@ -170,12 +135,12 @@ LRESULT EditSync::Message(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SETTEXT:
       result = hook_.Next(message, wParam, lParam);
       // By another program, for the user; a single line tells of it by itself.
-      if (shown_.Kind() == Lines::many) Edited();
+      if (Kind() == Lines::many) Edited();
       break;
     default:
       result = hook_.Next(message, wParam, lParam);
   }
-  if (concerns) SelectionMayHaveMoved();
+  if (concerns) Selected();
   return result;
 }
 
@@ -183,7 +148,7 @@ LRESULT EditSync::Message(UINT message, WPARAM wParam, LPARAM lParam) {
 bool EditSync::LeaveSelection(WPARAM key) {
   const bool arrow = key == VK_LEFT || key == VK_RIGHT;
   if (!arrow || IsDown(VK_SHIFT) || IsDown(VK_CONTROL) || IsDown(VK_MENU)) return false;
-  const UnitRange selected = InWindow();
+  const UnitRange selected = Selection();
   if (selected.length == 0) return false;
   const int caret = key == VK_LEFT ? selected.start : selected.start + selected.length;
   SendMessageW(edit_, EM_SETSEL, static_cast<WPARAM>(caret), caret);
@@ -206,18 +171,14 @@ LRESULT EditSync::Character(WPARAM unit, LPARAM lParam) {
 
 // What is copied is the form's text, not what stands for it.
 void EditSync::Copy() const {
-  const EditedText::Selection selected = ToForm(InWindow());
-  if (selected.length == 0) return;
-  const std::string text = text_.Text();
-  const std::size_t start = CharacterOffset(text, selected.start);
-  const std::size_t end = CharacterOffset(text, selected.start + selected.length);
-  PutOnClipboard(edit_, ToWide(std::string_view(text).substr(start, end - start)));
+  const std::string selected = SelectedText();
+  if (!selected.empty()) PutOnClipboard(edit_, ToWide(selected));
 }
 
 void EditSync::Paste() const {
   std::wstring text = FromClipboard(edit_);
   if (text.empty()) return;
-  if (shown_.Kind() == Lines::many)
+  if (Kind() == Lines::many)
     text = WithWindowsBreaks(text);
   else
     text.resize(std::min(text.size(), text.find_first_of(L"\r\n")));

@@ -1,5 +1,6 @@
 #include "host/win32/EditViews.h"
 
+#include "host/desktop/Measures.h"
 #include "host/win32/Fonts.h"
 #include "host/win32/Twips.h"
 #include "host/win32/WindowText.h"
@@ -8,7 +9,6 @@ namespace kvo {
 namespace {
 
 DWORD EditStyle(const TextBox& box) {
-  constexpr int kTwoLines = 600;
   if (!box.MultiLine()) return ES_AUTOHSCROLL | WS_TABSTOP;
   const DWORD bar = box.At().height < kTwoLines ? 0 : WS_VSCROLL;
   return ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN | WS_TABSTOP | bar;
@@ -68,6 +68,20 @@ void SetListHeight(HWND list, int height) {
   }
 }
 
+std::size_t ListOfRows::Count() const {
+  return static_cast<std::size_t>(SendMessageW(list_, CB_GETCOUNT, 0, 0));
+}
+
+void ListOfRows::Clear() { SendMessageW(list_, CB_RESETCONTENT, 0, 0); }
+
+void ListOfRows::Add(std::string_view text) {
+  SendMessageW(list_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(ToWindowText(text).c_str()));
+}
+
+int ListOfRows::Chosen() const { return static_cast<int>(SendMessageW(list_, CB_GETCURSEL, 0, 0)); }
+
+void ListOfRows::Choose(int row) { SendMessageW(list_, CB_SETCURSEL, static_cast<WPARAM>(row), 0); }
+
 HWND EditOf(HWND list) { return FindWindowExW(list, nullptr, WC_EDITW, nullptr); }
 
 ControlView::KeyUse KeyOfList(HWND list, WPARAM key) {
@@ -94,25 +108,12 @@ ComboBoxView::ComboBoxView(ComboBox& box, HWND parent, ViewHost& host)
 }
 
 void ComboBoxView::Show(Aspect aspect) {
-  if (aspect == Aspect::choices) ShowChoices();
-  if (aspect == Aspect::text) ShowChoice();
+  if (aspect == Aspect::choices || aspect == Aspect::text) ShowChoices();
   if (aspect == Aspect::selection && sync_) sync_->ShowSelection();
 }
 
-// Rows are only ever added at the end, or all removed.
 void ComboBoxView::ShowChoices() {
-  const auto& rows = box_.Rows();
-  const auto shown = static_cast<std::size_t>(SendMessageW(window_, CB_GETCOUNT, 0, 0));
-  if (rows.size() < shown) SendMessageW(window_, CB_RESETCONTENT, 0, 0);
-  for (auto row = rows.size() < shown ? 0 : shown; row < rows.size(); ++row)
-    SendMessageW(window_, CB_ADDSTRING, 0,
-                 reinterpret_cast<LPARAM>(ToWindowText(rows[row].text).c_str()));
-  ShowChoice();
-}
-
-void ComboBoxView::ShowChoice() {
-  if (SendMessageW(window_, CB_GETCURSEL, 0, 0) != box_.ListIndex())
-    SendMessageW(window_, CB_SETCURSEL, static_cast<WPARAM>(box_.ListIndex()), 0);
+  ShowRows(ListOfRows(window_), box_.Rows(), &ComboBox::Row::text, box_.ListIndex());
   if (sync_) sync_->ShowText();
 }
 
@@ -143,12 +144,12 @@ void ComboBoxView::Command(WORD notification) {
 bool ComboBoxView::IsOpen() const { return SendMessageW(window_, CB_GETDROPPEDSTATE, 0, 0) != 0; }
 
 void ComboBoxView::Later() {
-  const auto row = static_cast<int>(SendMessageW(window_, CB_GETCURSEL, 0, 0));
+  const int row = ListOfRows(window_).Chosen();
   const Accepted how = std::exchange(accepted_, Accepted::nothing);
   const bool chosen = how == Accepted::click || (how == Accepted::key && row != box_.ListIndex());
   if (chosen && row >= 0 && row < static_cast<int>(box_.Rows().size()))
     host_.Act([&] { UserAction::Choose(box_, row); });
-  host_.Update([this] { ShowChoice(); });
+  host_.Update([this] { ShowChoices(); });
 }
 
 void ComboBoxView::Enter(bool) {

@@ -15,7 +15,7 @@ namespace kvo {
 class TextBoxView final : public ControlView {
  public:
   TextBoxView(TextBox& box, HWND parent, ViewHost& host);
-  HWND Window() const override { return window_; }
+  HWND Widget() const override { return window_; }
   void Show(Aspect aspect) override;
   void Command(WORD notification) override;
   HBRUSH Color(HDC device) override;
@@ -31,7 +31,7 @@ class TextBoxView final : public ControlView {
 class ComboBoxView final : public ControlView {
  public:
   ComboBoxView(ComboBox& box, HWND parent, ViewHost& host);
-  HWND Window() const override { return window_; }
+  HWND Widget() const override { return window_; }
   void Show(Aspect aspect) override;
   void Command(WORD notification) override;
   void Enter(bool backwards) override;
@@ -41,7 +41,6 @@ class ComboBoxView final : public ControlView {
 
  private:
   void ShowChoices();
-  void ShowChoice();
   bool IsOpen() const;
 
   // A key in the closed list chooses only a row that was not chosen before.
@@ -56,6 +55,20 @@ class ComboBoxView final : public ControlView {
 };
 
 // --- lists that drop down ---
+
+// For ShowRows.
+class ListOfRows {
+ public:
+  explicit ListOfRows(HWND list) : list_(list) {}
+  std::size_t Count() const;
+  void Clear();
+  void Add(std::string_view text);
+  int Chosen() const;
+  void Choose(int row);
+
+ private:
+  HWND list_;
+};
 
 // How much of the screen a list takes while it is dropped down.
 inline constexpr int kDropHeight = 3000;

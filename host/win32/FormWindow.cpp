@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "common/forms/FormKeys.h"
 #include "host/win32/EditViews.h"
 #include "host/win32/Fonts.h"
 #include "host/win32/GridView.h"
@@ -25,34 +24,10 @@ enum : UINT {
   kHandFocusOn,              // what has the focus may be disabled or hidden
 };
 
-class ViewMaker final : public FormVisitor {
- public:
-  ViewMaker(HWND parent, ViewHost& host) : parent_(parent), host_(host) {}
-  std::unique_ptr<ControlView> made;
-
-  void Visit(Label& label) override { made = std::make_unique<LabelView>(label, parent_); }
-  void Visit(TextBox& box) override { Make<TextBoxView>(box); }
-  void Visit(ComboBox& box) override { Make<ComboBoxView>(box); }
-  void Visit(CheckBox& box) override { Make<CheckBoxView>(box); }
-  void Visit(OptionButton& button) override { Make<OptionButtonView>(button); }
-  void Visit(CommandButton& button) override { Make<CommandButtonView>(button); }
-  void Visit(Frame& frame) override { made = std::make_unique<FrameView>(frame, parent_); }
-  void Visit(PictureBox& box) override { made = std::make_unique<PictureView>(box, parent_); }
-  void Visit(TabControl& tabs) override { Make<TabControlView>(tabs); }
-  void Visit(TabPanel& panel) override { Make<TabPanelView>(panel); }
-  void Visit(PropertyGrid& grid) override { Make<PropertyGridView>(grid); }
-  void Visit(Grid& grid) override { Make<GridView>(grid); }
-  void Visit(Timer& timer) override { made = std::make_unique<TimerView>(timer, host_); }
-
- private:
-  template <class View, class Control>
-  void Make(Control& control) {
-    made = std::make_unique<View>(control, parent_, host_);
-  }
-
-  HWND parent_;
-  ViewHost& host_;
-};
+using WindowViewMaker =
+    ViewMaker<ControlView, HWND, ViewHost, LabelView, TextBoxView, ComboBoxView, CheckBoxView,
+              OptionButtonView, CommandButtonView, FrameView, PictureView, TabControlView,
+              TabPanelView, PropertyGridView, GridView, TimerView>;
 
 bool IsUsable(HWND window) { return IsWindowVisible(window) && IsWindowEnabled(window); }
 
@@ -76,17 +51,11 @@ HWND MakeWindow(const FormControl& control, HWND parent, const wchar_t* classNam
   return window;
 }
 
-std::unique_ptr<ControlView> MakeView(FormControl& control, HWND parent, ViewHost& host) {
-  ViewMaker maker(parent, host);
-  control.Accept(maker);
-  return std::move(maker.made);
-}
-
 SIZE FormWindow::PixelSize(const Form& form) {
   return {ToPixels(form.FormSize().width), ToPixels(form.FormSize().height)};
 }
 
-FormWindow::FormWindow(Form& form, HWND parent) : FormRenderer(form) {
+FormWindow::FormWindow(Form& form, HWND parent) : FormViews(form) {
   constexpr DWORD kClasses = ICC_STANDARD_CLASSES | ICC_TAB_CLASSES | ICC_LISTVIEW_CLASSES;
   const INITCOMMONCONTROLSEX classes{sizeof(classes), kClasses};
   InitCommonControlsEx(&classes);
@@ -96,7 +65,11 @@ FormWindow::FormWindow(Form& form, HWND parent) : FormRenderer(form) {
                  .exStyle = WS_EX_CONTROLPARENT,
                  .place = {0, 0, size.cx, size.cy}});
   Update([&] {
-    Build(form, Handle(), {0, 0});
+    Build(form, Handle());
+    for (const auto& [control, view] : Views())
+      if (view->IsBackground())
+        SetWindowPos(view->Widget(), HWND_BOTTOM, 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     ShowAll();
   });
 }
@@ -110,48 +83,20 @@ FormWindow::~FormWindow() {
 
 // --- making the windows ---
 
-void FormWindow::Build(Container& container, HWND parent, POINT origin) {
-  for (FormControl* control : container.Controls()) {
-    auto view = MakeView(*control, parent, *this);
-    ControlView& made = *view;
-    byControl_[control] = &made;
-    views_.emplace_back(control, std::move(view));
-    const HWND window = made.Window();
-    if (window == nullptr) continue;
-    byWindow_[window] = control;
-    if (origin.x != 0 || origin.y != 0) {
-      const RECT at = PlaceInParent(window);
-      SetWindowPos(window, nullptr, at.left + origin.x, at.top + origin.y, 0, 0,
-                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-    }
-    if (auto* inner = dynamic_cast<Container*>(control)) Build(*inner, window, made.Origin());
-  }
+std::unique_ptr<ControlView> FormWindow::MakeView(FormControl& control, HWND parent) {
+  return WindowViewMaker(parent, *this).Make(control);
 }
 
-void FormWindow::ShowAll() {
-  for (const auto& [control, view] : views_) {
-    if (view->IsBackground())
-      SetWindowPos(view->Window(), HWND_BOTTOM, 0, 0, 0, 0,
-                   SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    view->ShowEnabled(control->Enabled());
-    view->ShowVisible(control->Visible());
-    view->Show(Aspect::selection);
-  }
+void FormWindow::SetUp(FormControl&, ControlView& view, const ControlView* around) {
+  const POINT origin = around == nullptr ? POINT{} : around->Origin();
+  if (origin.x == 0 && origin.y == 0) return;
+  const RECT at = PlaceInParent(view.Widget());
+  SetWindowPos(view.Widget(), nullptr, at.left + origin.x, at.top + origin.y, 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-HWND FormWindow::WindowOf(const FormControl& control) const {
-  const auto found = byControl_.find(&control);
-  return found == byControl_.end() || Handle() == nullptr ? nullptr : found->second->Window();
-}
-
-ControlView& FormWindow::ViewOf(const FormControl& control) const {
-  return *byControl_.at(&control);
-}
-
-FormControl* FormWindow::ControlOf(HWND window) const {
-  for (; window != nullptr && window != Handle(); window = GetAncestor(window, GA_PARENT))
-    if (const auto found = byWindow_.find(window); found != byWindow_.end()) return found->second;
-  return nullptr;
+HWND FormWindow::WidgetOf(const FormControl& control) const {
+  return Handle() == nullptr ? nullptr : FormViews::WidgetOf(control);
 }
 
 ControlView* FormWindow::ViewAt(HWND window) const {
@@ -165,29 +110,7 @@ void FormWindow::Update(const std::function<void()>& change) {
   if (Handle() != nullptr) ViewHost::Update(change);
 }
 
-void FormWindow::ControlChanged(FormControl& control, Aspect aspect) {
-  ControlView& view = ViewOf(control);
-  const bool hadFocus = IsChild(Handle(), GetFocus());
-  Update([&] {
-    if (aspect == Aspect::enabled)
-      view.ShowEnabled(control.Enabled());
-    else if (aspect == Aspect::visible)
-      view.ShowVisible(control.Visible());
-    else
-      view.Show(aspect);
-  });
-  const bool mayHide = aspect == Aspect::enabled || aspect == Aspect::visible ||
-                       (aspect == Aspect::selection && dynamic_cast<TabControl*>(&control));
-  if (mayHide && hadFocus) PostMessageW(Handle(), kHandFocusOn, 0, 0);
-}
-
-void FormWindow::ItemChanged(PropertyGridItem& item) {
-  Update([&] { ViewOf(item.Grid()).ShowItem(item); });
-}
-
-void FormWindow::FormUnloaded() {
-  if (onUnloaded) onUnloaded();
-}
+void FormWindow::HandFocusOn() { PostMessageW(Handle(), kHandFocusOn, 0, 0); }
 
 // --- from the user to the form ---
 
@@ -195,10 +118,6 @@ void FormWindow::CallForReport() { PostMessageW(Handle(), kReport, 0, 0); }
 
 void FormWindow::CallLater(HWND window) {
   PostMessageW(Handle(), kCallLater, reinterpret_cast<WPARAM>(window), 0);
-}
-
-void FormWindow::UserClosesWindow() {
-  Act([this] { CloseWindow(); });
 }
 
 LRESULT FormWindow::Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
@@ -217,7 +136,7 @@ LRESULT FormWindow::Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept
           return reinterpret_cast<LRESULT>(brush);
       break;
     case WM_TIMER:
-      for (const auto& [control, view] : views_)
+      for (const auto& [control, view] : Views())
         if (reinterpret_cast<WPARAM>(view.get()) == wParam) view->Ticked();
       return 0;
     case kReport:
@@ -230,7 +149,7 @@ LRESULT FormWindow::Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept
       if (IsChild(Handle(), GetFocus())) FocusEntered(GetFocus());
       return 0;
     case kHandFocusOn:
-      HandFocusOn();
+      FocusMayHaveGone();
       return 0;
     default:
       break;
@@ -276,7 +195,7 @@ void FormWindow::FocusLeft(HWND to) {
 
 // What had the focus and can no longer be used hands it on. Windows has given it to nobody by now,
 // or to a window around the form.
-void FormWindow::HandFocusOn() {
+void FormWindow::FocusMayHaveGone() {
   const HWND focused = GetFocus();
   const bool here = IsChild(Handle(), focused);
   if (here ? IsUsable(focused)
@@ -287,16 +206,12 @@ void FormWindow::HandFocusOn() {
 
 std::vector<FormControl*> FormWindow::TabStops(const FormControl* also) const {
   std::vector<FormControl*> stops;
-  for (const auto& [control, view] : views_)
+  for (const auto& [control, view] : Views())
     if (control == also || IsTabStop(*control)) stops.push_back(control);
   return stops;
 }
 
 void FormWindow::Enter(const FormControl& control) { ViewOf(control).Enter(false); }
-
-void FormWindow::FocusFirst() {
-  if (const auto stops = TabStops(nullptr); !stops.empty()) Enter(*stops.front());
-}
 
 void FormWindow::FocusLast() {
   if (const auto stops = TabStops(nullptr); !stops.empty()) ViewOf(*stops.back()).Enter(true);
@@ -332,12 +247,6 @@ bool FormWindow::TranslateKey(MSG& message) {
     default:
       return false;
   }
-}
-
-bool FormWindow::PressButton(CommandButton::Role role) {
-  CommandButton* button = DialogButton(Shown(), role);
-  if (button != nullptr) Act([button] { Click(*button); });
-  return button != nullptr;
 }
 
 }  // namespace kvo

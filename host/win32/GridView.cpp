@@ -1,8 +1,6 @@
 #include "host/win32/GridView.h"
 
 #include <algorithm>
-#include <limits>
-#include <utility>
 
 #include "host/win32/OwnWindow.h"
 #include "host/win32/Twips.h"
@@ -10,6 +8,8 @@
 
 namespace kvo {
 namespace {
+
+constexpr std::size_t kMostRows = 100'000'000;  // a list of Windows holds no more
 
 // The common controls' messages.
 LRESULT Send(HWND window, UINT message, WPARAM wParam = 0, const void* lParam = nullptr) {
@@ -29,7 +29,8 @@ GridView::GridView(Grid& grid, HWND parent, ViewHost& host)
                      WS_EX_CLIENTEDGE)),
       hints_(CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
                              WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, window_, nullptr,
-                             ThisModule(), nullptr)) {
+                             ThisModule(), nullptr)),
+      records_(grid, host, kMostRows) {
   SendMessageW(window_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
   host.Watch(window_);
   ShowRows();
@@ -44,38 +45,21 @@ void GridView::Show(Aspect aspect) {
 
 void GridView::ShowRows() {
   ShowColumns();
-  refused_ = false;
-  std::size_t rows = 0;
-  try {
-    constexpr std::size_t kMost = 100'000'000;  // a list of Windows holds no more
-    rows = std::min(grid_.RowCount(), kMost);
-  } catch (const std::exception&) {
-    Refused();
-  }
+  records_.Renew();
   LVITEMW none{};
   none.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
   Send(window_, LVM_SETITEMSTATE, WPARAM(-1), &none);
-  SendMessageW(window_, LVM_SETITEMCOUNT, rows, 0);
+  SendMessageW(window_, LVM_SETITEMCOUNT, records_.Count(), 0);
   InvalidateRect(window_, nullptr, TRUE);
   ShowSelection();
 }
 
-void GridView::Refused() {
-  if (!std::exchange(refused_, true)) host_.ReportLater(std::current_exception());
-}
-
 void GridView::Fetch(LVITEMW& item) {
   if (!(item.mask & LVIF_TEXT) || item.pszText == nullptr || item.cchTextMax <= 0) return;
-  cell_.clear();
-  try {
-    if (!refused_)
-      cell_ = ToWindowText(grid_.Cell(static_cast<std::size_t>(item.iItem),
-                                      static_cast<std::size_t>(item.iSubItem)));
-  } catch (const std::exception&) {
-    Refused();
-  }
-  const std::size_t shown = std::min(cell_.size(), static_cast<std::size_t>(item.cchTextMax) - 1);
-  std::copy_n(cell_.begin(), shown, item.pszText);
+  const std::wstring cell = ToWindowText(
+      records_.Cell(static_cast<std::size_t>(item.iItem), static_cast<std::size_t>(item.iSubItem)));
+  const std::size_t shown = std::min(cell.size(), static_cast<std::size_t>(item.cchTextMax) - 1);
+  std::copy_n(cell.begin(), shown, item.pszText);
   item.pszText[shown] = 0;
 }
 
@@ -86,18 +70,17 @@ void GridView::ShowColumns() {
   const auto shown = static_cast<std::size_t>(Send(HeadOf(window_), HDM_GETITEMCOUNT));
   for (std::size_t column = shown; column > columns.size(); --column)
     Send(window_, LVM_DELETECOLUMN, column - 1);
-  int shares = 0;
-  for (const GridColumn& column : columns) shares += column.size;
   const RECT place = PlaceOf(grid_.At());
   const int room =
       place.right - place.left - 2 * GetSystemMetrics(SM_CXEDGE) - GetSystemMetrics(SM_CXVSCROLL);
+  const std::vector<int> widths = records_.Widths(room);
   for (std::size_t at = 0; at < columns.size(); ++at) {
     std::wstring caption = ToWindowText(columns[at].caption);
     LVCOLUMNW column{};
     column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
     column.fmt = LVCFMT_LEFT;
     column.pszText = caption.data();
-    column.cx = shares == 0 ? 0 : room * columns[at].size / shares;
+    column.cx = widths[at];
     Send(window_, at < shown ? LVM_SETCOLUMNW : LVM_INSERTCOLUMNW, at, &column);
   }
   ShowSortHints();

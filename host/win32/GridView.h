@@ -7,15 +7,15 @@
 #include <string>
 #include <vector>
 
+#include "host/desktop/ShownRecords.h"
 #include "host/win32/ControlView.h"
 
 namespace kvo {
 
-// The records of a data grid. Holds none of them: each is asked for when it is painted.
 class GridView final : public ControlView {
  public:
   GridView(Grid& grid, HWND parent, ViewHost& host);
-  HWND Window() const override { return window_; }
+  HWND Widget() const override { return window_; }
   void Show(Aspect aspect) override;
   LRESULT Notify(NMHDR& notification) override;
 
@@ -25,8 +25,6 @@ class GridView final : public ControlView {
   void ShowSortHints();
   void ShowSelection();
   void Fetch(LVITEMW& item);
-  // What the database refuses is reported once, and shows as nothing until the rows are new.
-  void Refused();
   std::vector<std::size_t> SelectedRows() const;
 
   Grid& grid_;
@@ -34,8 +32,7 @@ class GridView final : public ControlView {
   HWND window_;
   HWND hints_;
   std::size_t hintCount_ = 0;
-  bool refused_ = false;
-  std::wstring cell_;
+  ShownRecords records_;
 };
 
 }  // namespace kvo

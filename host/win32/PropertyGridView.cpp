@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/desktop/Measures.h"
 #include "host/win32/Fonts.h"
 #include "host/win32/Twips.h"
 #include "host/win32/WindowText.h"
@@ -14,12 +15,7 @@ namespace {
 
 constexpr int kTextLeft = 45;
 
-int RowHeight() { return ToPixels(PropertyGridView::kRowHeight); }
-
-bool SpansColumns(const PropertyGridItem& item) {
-  return item.Kind() == ItemKind::category || item.Kind() == ItemKind::button ||
-         item.Kind() == ItemKind::entry;
-}
+int RowHeight() { return ToPixels(kGridRowHeight); }
 
 void DrawLine(HDC device, std::string_view text, RECT at, COLORREF color) {
   at.left += ToPixels(kTextLeft);
@@ -28,15 +24,14 @@ void DrawLine(HDC device, std::string_view text, RECT at, COLORREF color) {
             DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
 }
 
-void DrawSwatch(HDC device, const RECT& value, COLORREF color) {
-  constexpr int kSize = 180;
-  const int size = ToPixels(kSize);
+void DrawSwatch(HDC device, const RECT& value, const Swatch& color) {
+  const int size = ToPixels(kSwatchSize);
   const auto margin = static_cast<int>((value.bottom - value.top - size) / 2);
   RECT at{value.left + margin, value.top + margin, value.left + margin + size,
           value.top + margin + size};
   FillRect(device, &at, GetSysColorBrush(COLOR_WINDOWTEXT));
   InflateRect(&at, -1, -1);
-  const HBRUSH brush = CreateSolidBrush(color);
+  const HBRUSH brush = CreateSolidBrush(RGB(color.red, color.green, color.blue));
   FillRect(device, &at, brush);
   DeleteObject(brush);
 }
@@ -58,29 +53,12 @@ PropertyGridView::~PropertyGridView() { End(); }
 
 // --- rows ---
 
-int PropertyGridView::RowOf(const PropertyGridItem* item) const {
-  const auto& items = grid_.Items();
-  const auto at = std::ranges::find(items, item, &std::unique_ptr<PropertyGridItem>::get);
-  return at == items.end() ? -1 : static_cast<int>(at - items.begin());
-}
-
-PropertyGridItem* PropertyGridView::ItemAt(int row) const {
-  return row < 0 || row >= RowCount() ? nullptr
-                                      : grid_.Items()[static_cast<std::size_t>(row)].get();
-}
-
 int PropertyGridView::HeadHeight() const { return grid_.Caption().empty() ? 0 : RowHeight(); }
 
 int PropertyGridView::RowsThatShow() const {
   RECT area{};
   GetClientRect(Handle(), &area);
   return std::max(1, (static_cast<int>(area.bottom) - HeadHeight()) / RowHeight());
-}
-
-// A plain list needs no second column.
-bool PropertyGridView::IsPlainList() const {
-  return std::ranges::all_of(grid_.Items(),
-                             [](const auto& item) { return item->Kind() == ItemKind::entry; });
 }
 
 int PropertyGridView::Middle() const {
@@ -101,7 +79,7 @@ void PropertyGridView::Show(Aspect aspect) {
   if (aspect == Aspect::items) ShowRows();
   if (aspect != Aspect::selection) return;
   ShowEditor();
-  BringIntoView(RowOf(grid_.SelectedItem()));
+  BringIntoView(RowOf(grid_, grid_.SelectedItem()));
   InvalidateRect(Handle(), nullptr, FALSE);
 }
 
@@ -168,7 +146,7 @@ void PropertyGridView::BringIntoView(int row) {
 void PropertyGridView::ShowButtons() {
   std::size_t used = 0;
   for (int row = 0; row < RowCount(); ++row) {
-    const PropertyGridItem& item = *ItemAt(row);
+    const PropertyGridItem& item = *RowAt(grid_, row);
     if (item.Kind() != ItemKind::button) continue;
     if (used == buttons_.size()) {
       buttons_.push_back(CreateWindowExW(0, WC_BUTTONW, nullptr,
@@ -190,7 +168,7 @@ void PropertyGridView::ShowButtons() {
 }
 
 void PropertyGridView::ShowEditor() {
-  const int row = RowOf(grid_.SelectedItem());
+  const int row = RowOf(grid_, grid_.SelectedItem());
   RECT at = PlaceOfRow(row);
   if (at.top < HeadHeight()) OffsetRect(&at, 0, -0x4000);  // scrolled away
   at.left = Middle();
@@ -227,10 +205,10 @@ void PropertyGridView::PaintRows(HDC device) {
 }
 
 void PropertyGridView::PaintRow(HDC device, int row) {
-  const PropertyGridItem& item = *ItemAt(row);
+  const PropertyGridItem& item = *RowAt(grid_, row);
   const RECT at = PlaceOfRow(row);
   const bool category = item.Kind() == ItemKind::category;
-  const bool list = IsPlainList();
+  const bool list = IsPlainList(grid_);
   const bool chosen = &item == grid_.SelectedItem();
   const bool spans = list || SpansColumns(item);
   RECT caption = at;
@@ -277,8 +255,8 @@ bool PropertyGridView::HasFocus() const {
   return focused == Handle() || IsChild(Handle(), focused);
 }
 
-void PropertyGridView::SelectRow(int row) {
-  host_.Act([&] { UserAction::SelectItem(grid_, ItemAt(row)); });
+void PropertyGridView::SelectRow(PropertyGridItem* item) {
+  host_.Act([&] { UserAction::SelectItem(grid_, item); });
 }
 
 void PropertyGridView::EnterEditor() {
@@ -332,32 +310,32 @@ bool PropertyGridView::MoveSelection(WPARAM key) {
   const bool editing = editors_->Main() != nullptr;
   if (editing && (editors_->IsList() && !control)) return false;
   if (editing && (key == VK_HOME || key == VK_END)) return false;
-  const int now = RowOf(grid_.SelectedItem());
-  int next = now;
+  int steps = 0;
   switch (key) {
     case VK_UP:
-      next = now < 0 ? RowCount() - 1 : now - 1;
+      steps = -1;
       break;
     case VK_DOWN:
-      next = now + 1;
+      steps = 1;
       break;
     case VK_PRIOR:
-      next = now - RowsThatShow();
+      steps = -RowsThatShow();
       break;
     case VK_NEXT:
-      next = now + RowsThatShow();
+      steps = RowsThatShow();
       break;
     case VK_HOME:
-      next = 0;
+      steps = -RowCount();
       break;
     case VK_END:
-      next = RowCount() - 1;
+      steps = RowCount();
       break;
     default:
       return false;
   }
-  if (RowCount() == 0) return true;
-  SelectRow(std::clamp(next, 0, RowCount() - 1));
+  PropertyGridItem* next = NextRow(grid_, steps);
+  if (next == nullptr) return true;
+  SelectRow(next);
   if (GetFocus() == Handle() || editors_->Main() == nullptr) SetFocus(Handle());
   EnterEditor();
   return true;
@@ -377,8 +355,9 @@ bool PropertyGridView::KeyDown(WPARAM key) {
 void PropertyGridView::Click(int y) {
   SetFocus(Handle());
   const int row = y < HeadHeight() ? -1 : top_ + (y - HeadHeight()) / RowHeight();
-  if (ItemAt(row) == nullptr) return EnterEditor();
-  SelectRow(row);
+  PropertyGridItem* item = RowAt(grid_, row);
+  if (item == nullptr) return EnterEditor();
+  SelectRow(item);
   EnterEditor();
 }
 
@@ -388,8 +367,9 @@ void PropertyGridView::Clicked(HWND button) {
     if (item->Kind() != ItemKind::button || number-- > 0) continue;
     PropertyGridItem& clicked = *item;
     SetFocus(Handle());  // the row has it
-    SelectRow(RowOf(&clicked));
-    if (RowOf(&clicked) >= 0) host_.Act([&clicked] { UserAction::ClickButton(clicked); });
+    SelectRow(&clicked);
+    if (RowOf(grid_, &clicked) != kNoRow)
+      host_.Act([&clicked] { UserAction::ClickButton(clicked); });
     return;
   }
 }

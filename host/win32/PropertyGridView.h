@@ -16,7 +16,7 @@ class PropertyGridView final : public ControlView, private OwnWindow {
   PropertyGridView(PropertyGrid& grid, HWND parent, ViewHost& host);
   ~PropertyGridView() override;
 
-  HWND Window() const override { return Handle(); }
+  HWND Widget() const override { return Handle(); }
   void Show(Aspect aspect) override;
   void ShowItem(PropertyGridItem& item) override;
   void Enter(bool backwards) override;
@@ -25,18 +25,13 @@ class PropertyGridView final : public ControlView, private OwnWindow {
 
   void Later() override;
 
-  static constexpr int kRowHeight = 270;
-
  private:
   LRESULT Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept override;
 
   // --- rows; a row's number is its place in the grid ---
   int RowCount() const { return static_cast<int>(grid_.Items().size()); }
-  int RowOf(const PropertyGridItem* item) const;  // -1 when there is none
-  PropertyGridItem* ItemAt(int row) const;        // nullptr when there is none
   int HeadHeight() const;
   int RowsThatShow() const;
-  bool IsPlainList() const;
   int Middle() const;  // where the values begin
   RECT PlaceOfRow(int row) const;
 
@@ -54,7 +49,7 @@ class PropertyGridView final : public ControlView, private OwnWindow {
   void PaintHead(HDC device);
 
   // --- the user ---
-  void SelectRow(int row);
+  void SelectRow(PropertyGridItem* item);
   void EnterEditor();
   void Click(int y);
   bool KeyDown(WPARAM key);

@@ -7,7 +7,6 @@
 namespace kvo {
 namespace {
 
-constexpr char16_t kSymbolForNull = 0x2400;
 constexpr char16_t kSymbolForBreak = 0xB6;
 
 std::u16string Show(std::string_view character, Lines lines) {
@@ -26,10 +25,6 @@ std::string Typed(std::u16string_view units, Lines) {
 }  // namespace
 
 const TextStyle kWindowStyle = {.show = Show, .joinsCrLfInLine = true, .typed = Typed};
-
-std::wstring UnitsOf(const ShownText& shown) {
-  return {shown.Units().begin(), shown.Units().end()};
-}
 
 std::u16string ToUnits(std::wstring_view text) { return {text.begin(), text.end()}; }
 

@@ -12,7 +12,6 @@ namespace kvo {
 // A NUL has a stand-in.
 extern const TextStyle kWindowStyle;
 
-std::wstring UnitsOf(const ShownText& shown);
 std::u16string ToUnits(std::wstring_view text);
 
 // A text from elsewhere as several lines can take it: every line break is CR LF.

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "common/forms/FormKeys.h"
+#include "host/desktop/Measures.h"
 #include "host/win32/Twips.h"
 #include "host/win32/WindowText.h"
 
@@ -27,7 +27,7 @@ bool IsClick(WORD notification) {
 
 // --- labels and boxes ---
 
-LabelView::LabelView(Label& label, HWND parent)
+LabelView::LabelView(Label& label, HWND parent, ViewHost&)
     : label_(label),
       window_(MakeWindow(label, parent, WC_STATICW, {},
                          SS_NOPREFIX | (label.Wraps() ? SS_LEFT : SS_LEFTNOWORDWRAP))) {
@@ -53,8 +53,7 @@ void CheckBoxView::Command(WORD notification) {
   if (IsClick(notification)) host_.Act([this] { UserAction::Click(box_); });
 }
 
-FrameView::FrameView(const Frame& frame, HWND parent) {
-  constexpr int kThickestLine = 60;
+FrameView::FrameView(const Frame& frame, HWND parent, ViewHost&) {
   if (!frame.Caption().empty()) {
     window_ = MakeWindow(frame, parent, WC_BUTTONW, ToWindowCaption(frame.Caption()), BS_GROUPBOX);
     return;
@@ -67,7 +66,7 @@ FrameView::FrameView(const Frame& frame, HWND parent) {
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-PictureView::PictureView(const PictureBox& picture, HWND parent)
+PictureView::PictureView(const PictureBox& picture, HWND parent, ViewHost&)
     : window_(MakeWindow(picture, parent, WC_STATICW, {},
                          SS_ICON | SS_REALSIZECONTROL | SS_CENTERIMAGE)) {
   const int size = ToPixels(std::min(picture.At().width, picture.At().height));
@@ -104,7 +103,7 @@ ControlView::KeyUse OptionButtonView::Key(WPARAM key, HWND) {
 
 ControlView::KeyUse OptionButtonView::Step(int step) {
   if (OptionButton* next = NextOption(button_, step)) {
-    SetFocus(host_.WindowOf(*next));
+    SetFocus(host_.WidgetOf(*next));
     host_.Act([next] { UserAction::Click(*next); });
   }
   return KeyUse::done;
@@ -153,7 +152,7 @@ void TabControlView::Show(Aspect) {
   const std::size_t chosen = tabs_.SelectedTab();
   SendMessageW(window_, TCM_SETCURSEL, chosen, 0);
   for (std::size_t tab = 0; tab < tabs_.Controls().size(); ++tab)
-    ShowWindow(host_.WindowOf(*tabs_.Controls()[tab]), tab == chosen ? SW_SHOWNA : SW_HIDE);
+    ShowWindow(host_.WidgetOf(*tabs_.Controls()[tab]), tab == chosen ? SW_SHOWNA : SW_HIDE);
 }
 
 LRESULT TabControlView::Notify(NMHDR& notification) {

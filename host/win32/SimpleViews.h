@@ -8,8 +8,8 @@ namespace kvo {
 
 class LabelView final : public ControlView {
  public:
-  LabelView(Label& label, HWND parent);
-  HWND Window() const override { return window_; }
+  LabelView(Label& label, HWND parent, ViewHost&);
+  HWND Widget() const override { return window_; }
   void Show(Aspect aspect) override;
 
  private:
@@ -20,7 +20,7 @@ class LabelView final : public ControlView {
 class CheckBoxView final : public ControlView {
  public:
   CheckBoxView(CheckBox& box, HWND parent, ViewHost& host);
-  HWND Window() const override { return window_; }
+  HWND Widget() const override { return window_; }
   void Show(Aspect aspect) override;
   void Command(WORD notification) override;
 
@@ -34,7 +34,7 @@ class CheckBoxView final : public ControlView {
 class OptionButtonView final : public ControlView {
  public:
   OptionButtonView(OptionButton& button, HWND parent, ViewHost& host);
-  HWND Window() const override { return window_; }
+  HWND Widget() const override { return window_; }
   void Show(Aspect aspect) override;
   void Command(WORD notification) override;
   KeyUse Key(WPARAM key, HWND window) override;
@@ -50,7 +50,7 @@ class OptionButtonView final : public ControlView {
 class CommandButtonView final : public ControlView {
  public:
   CommandButtonView(CommandButton& button, HWND parent, ViewHost& host);
-  HWND Window() const override { return window_; }
+  HWND Widget() const override { return window_; }
   void Show(Aspect) override {}
   void Command(WORD notification) override;
   KeyUse Key(WPARAM key, HWND window) override;
@@ -65,8 +65,8 @@ class CommandButtonView final : public ControlView {
 
 class FrameView final : public ControlView {
  public:
-  FrameView(const Frame& frame, HWND parent);
-  HWND Window() const override { return window_; }
+  FrameView(const Frame& frame, HWND parent, ViewHost&);
+  HWND Widget() const override { return window_; }
   void Show(Aspect) override {}
   bool IsBackground() const override { return true; }
 
@@ -76,9 +76,9 @@ class FrameView final : public ControlView {
 
 class PictureView final : public ControlView {
  public:
-  PictureView(const PictureBox& picture, HWND parent);
+  PictureView(const PictureBox& picture, HWND parent, ViewHost&);
   ~PictureView() override;
-  HWND Window() const override { return window_; }
+  HWND Widget() const override { return window_; }
   void Show(Aspect) override {}
 
  private:
@@ -89,7 +89,7 @@ class PictureView final : public ControlView {
 class TabControlView final : public ControlView {
  public:
   TabControlView(TabControl& tabs, HWND parent, ViewHost& host);
-  HWND Window() const override { return window_; }
+  HWND Widget() const override { return window_; }
   void Show(Aspect aspect) override;
   LRESULT Notify(NMHDR& notification) override;
 
@@ -104,7 +104,7 @@ class TabPanelView final : public ControlView, private OwnWindow {
  public:
   TabPanelView(const TabPanel& panel, HWND tabs, ViewHost& host);
   ~TabPanelView() override { End(); }
-  HWND Window() const override { return Handle(); }
+  HWND Widget() const override { return Handle(); }
   void Show(Aspect) override {}
   // The tabs decide.
   void ShowVisible(bool) override {}
@@ -118,8 +118,8 @@ class TabPanelView final : public ControlView, private OwnWindow {
 
 class TimerView final : public ControlView {
  public:
-  TimerView(Timer& timer, ViewHost& host) : timer_(timer), host_(host) {}
-  HWND Window() const override { return nullptr; }
+  TimerView(Timer& timer, HWND, ViewHost& host) : timer_(timer), host_(host) {}
+  HWND Widget() const override { return nullptr; }
   void Show(Aspect aspect) override;
   void ShowEnabled(bool) override { Show(Aspect::timer); }
   void ShowVisible(bool) override {}

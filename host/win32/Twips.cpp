@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "common/frame/DesignBox.h"
+
 namespace kvo {
 
 int ScreenResolution() {
@@ -11,9 +13,6 @@ int ScreenResolution() {
   return dots;
 }
 
-int ToPixels(int twips) {
-  constexpr int kTwipsPerInch = 1440;
-  return MulDiv(twips, ScreenResolution(), kTwipsPerInch);
-}
+int ToPixels(int twips) { return MulDiv(twips, ScreenResolution(), kTwipsPerInch); }
 
 }  // namespace kvo

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "common/forms/FormKeys.h"
-#include "common/text/modGlobal.h"
 #include "host/win32/EditViews.h"
 #include "host/win32/Fonts.h"
 #include "host/win32/Twips.h"
@@ -17,48 +15,10 @@ namespace {
 
 constexpr int kButtonWidth = 330;
 
-bool HasEditor(const PropertyGridItem& item) {
-  return item.Kind() == ItemKind::text || item.Kind() == ItemKind::color ||
-         item.Kind() == ItemKind::list;
-}
-
-LPARAM AsParameter(const std::wstring& text) { return reinterpret_cast<LPARAM>(text.c_str()); }
-
 }  // namespace
-
-std::optional<COLORREF> SwatchOf(const PropertyGridItem& item) {
-  std::uint8_t red = 0;
-  std::uint8_t green = 0;
-  std::uint8_t blue = 0;
-  if (item.Kind() != ItemKind::color || !ParseColor(ToText(item.Value()), red, green, blue))
-    return std::nullopt;
-  return RGB(red, green, blue);
-}
 
 int SwatchRoom(const PropertyGridItem& item, const RECT& place) {
   return SwatchOf(item) ? static_cast<int>(place.bottom - place.top) : 0;
-}
-
-// --- values ---
-
-void ValueText::Of(PropertyGridItem* item) {
-  item_ = item;
-  selection_ = {};
-}
-
-std::string ValueText::Text() const {
-  return item_ == nullptr ? std::string() : ToText(item_->Value());
-}
-
-void ValueText::Edit(const Selection& replaced, std::string_view typed) {
-  if (item_ == nullptr) return;
-  typed = OneLine(typed);
-  std::string text = Text();
-  const std::size_t start = CharacterOffset(text, replaced.start);
-  const std::size_t end = CharacterOffset(text, replaced.start + replaced.length);
-  text.replace(start, end - start, typed);
-  selection_ = {replaced.start + CharacterCount(typed), 0};
-  UserAction::EditValue(*item_, text);
 }
 
 // --- windows ---
@@ -101,7 +61,7 @@ void ValueEditors::Hook(HWND window) {
 }
 
 void ValueEditors::Open(PropertyGridItem* item, const RECT& place) {
-  if (item != nullptr && !HasEditor(*item)) item = nullptr;
+  if (item != nullptr && !HasValueBox(*item)) item = nullptr;
   if (item == item_) {
     if (item != nullptr) Place(place);
     return;
@@ -117,7 +77,7 @@ void ValueEditors::Open(PropertyGridItem* item, const RECT& place) {
     if (item->Editable() && listSync_ == nullptr)
       listSync_ = std::make_unique<EditSync>(EditOf(list), text_, Lines::one, host_);
     open_ = list;
-    SendMessageW(open_, CB_RESETCONTENT, 0, 0);
+    ListOfRows(open_).Clear();
   } else if (item != nullptr) {
     if (line_ == nullptr) {
       line_ = Make(WC_EDITW, nullptr, ES_AUTOHSCROLL);
@@ -172,17 +132,8 @@ void ValueEditors::ShowValue() {
     ShowChoices();
 }
 
-// Choices are only ever added at the end.
 void ValueEditors::ShowChoices() {
-  const auto& choices = item_->Choices();
-  for (auto row = static_cast<std::size_t>(SendMessageW(open_, CB_GETCOUNT, 0, 0));
-       row < choices.size(); ++row)
-    SendMessageW(open_, CB_ADDSTRING, 0, AsParameter(ToWindowText(choices[row]->Caption())));
-  const PropertyGridItem* chosen = GetSelectedChoice(*item_);
-  const auto at = std::ranges::find(choices, chosen, &std::unique_ptr<PropertyGridItem>::get);
-  const int row = chosen == nullptr ? -1 : static_cast<int>(at - choices.begin());
-  if (SendMessageW(open_, CB_GETCURSEL, 0, 0) != row)
-    SendMessageW(open_, CB_SETCURSEL, static_cast<WPARAM>(row), 0);
+  ShowRows(ListOfRows(open_), item_->Choices(), &PropertyGridItem::Caption, ChosenRow(*item_));
   if (open_ == freeList_)
     listSync_->ShowText();
   else
@@ -233,7 +184,7 @@ void ValueEditors::PressButton() {
 // The user has chosen a row of a list, or thought better of it.
 void ValueEditors::Later() {
   if (!IsList()) return;
-  const auto row = static_cast<std::size_t>(SendMessageW(open_, CB_GETCURSEL, 0, 0));
+  const auto row = static_cast<std::size_t>(ListOfRows(open_).Chosen());
   const bool chosen = std::exchange(accepted_, false) && row < item_->Choices().size();
   if (chosen) host_.Act([&] { UserAction::ChooseValue(*item_, *item_->Choices()[row]); });
   host_.Update([this] { ShowValue(); });

@@ -4,28 +4,12 @@
 #include <windows.h>
 
 #include <memory>
-#include <optional>
 
-#include "common/forms/FormPropertyGrid.h"
+#include "common/forms/PropertyRows.h"
 #include "host/win32/ControlView.h"
 #include "host/win32/EditSync.h"
 
 namespace kvo {
-
-// The value of a row as it is edited.
-class ValueText final : public EditedText {
- public:
-  // nullptr: of none.
-  void Of(PropertyGridItem* item);
-  std::string Text() const override;
-  Selection Selected() const override { return selection_; }
-  void Select(const Selection& selection) override { selection_ = selection; }
-  void Edit(const Selection& replaced, std::string_view typed) override;
-
- private:
-  PropertyGridItem* item_ = nullptr;
-  Selection selection_;
-};
 
 // One window of each kind that is needed, lent to the row on which the user stands. None ends
 // before the grid: what it tells may be the end of its row.
@@ -80,8 +64,6 @@ class ValueEditors {
   bool accepted_ = false;
 };
 
-// The colour that a row's value is.
-std::optional<COLORREF> SwatchOf(const PropertyGridItem& item);
 // How much of a value's place its swatch takes.
 int SwatchRoom(const PropertyGridItem& item, const RECT& place);
 

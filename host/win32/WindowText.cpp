@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
+#include "common/forms/ShownText.h"
 #include "host/win32/WideText.h"
 
 namespace kvo {
 
 std::wstring ToWindowText(std::string_view text) {
-  constexpr wchar_t kSymbolForNull = 0x2400;
   std::wstring wide = ToWide(text);
-  std::ranges::replace(wide, L'\0', kSymbolForNull);
+  std::ranges::replace(wide, L'\0', static_cast<wchar_t>(kSymbolForNull));
   return wide;
 }
 

@@ -20,6 +20,7 @@ namespace kvo {
 namespace {
 
 std::string InWords(const QString& text) { return '"' + FromQt(text) + '"'; }
+QString UnitsOf(const ShownText& shown) { return QString::fromStdU16String(shown.Units()); }
 std::string InWords(int number) { return std::to_string(number); }
 
 class Looker final : public FormVisitor {

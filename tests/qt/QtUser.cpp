@@ -18,6 +18,7 @@
 
 #include "common/forms/FormKeys.h"
 #include "common/forms/PropertyPage.h"
+#include "common/forms/PropertyRows.h"
 #include "host/qt/QtText.h"
 #include "host/qt/ShownText.h"
 
@@ -60,12 +61,6 @@ Qt::Key QtKey(Key key) {
       return Qt::Key_A;
   }
   return Qt::Key_unknown;
-}
-
-int RowOf(const PropertyGridItem& item) {
-  const auto& items = item.Grid().Items();
-  const auto at = std::ranges::find(items, &item, &std::unique_ptr<PropertyGridItem>::get);
-  return static_cast<int>(at - items.begin());
 }
 
 template <class Kind>
@@ -302,7 +297,7 @@ void QtUser::SelectTab(TabControl& tabs, std::size_t tab) {
 
 void QtUser::ClickItem(const PropertyGridItem& item) {
   auto& tree = As<QTreeView>(Reach(item.Grid()));
-  const QModelIndex index = tree.model()->index(RowOf(item), 0);
+  const QModelIndex index = tree.model()->index(RowOf(item.Grid(), &item), 0);
   tree.scrollTo(index);
   const QRect row = tree.visualRect(index);
   ClickAt(*tree.viewport(), {row.left() + 5, row.center().y()});
@@ -318,9 +313,11 @@ void QtUser::ClickButton(PropertyGridItem& item) {
     QAbstractButton* button = nullptr;
     if (item.Kind() == ItemKind::color) {
       ClickItem(item);
-      button = tree.indexWidget(tree.model()->index(RowOf(item), 1))->findChild<QToolButton*>();
+      button = tree.indexWidget(tree.model()->index(RowOf(item.Grid(), &item), 1))
+                   ->findChild<QToolButton*>();
     } else {
-      button = dynamic_cast<QPushButton*>(tree.indexWidget(tree.model()->index(RowOf(item), 0)));
+      button = dynamic_cast<QPushButton*>(
+          tree.indexWidget(tree.model()->index(RowOf(item.Grid(), &item), 0)));
     }
     if (button == nullptr || !button->isEnabled())
       Cannot(item.Grid(), "the row \"" + item.Caption() + "\" has no button to press");
@@ -332,7 +329,7 @@ void QtUser::Choose(PropertyGridItem& item, std::string_view choice) {
   Do([&] {
     ClickItem(item);
     auto& tree = As<QTreeView>(Reach(item.Grid()));
-    const QWidget* editor = tree.indexWidget(tree.model()->index(RowOf(item), 1));
+    const QWidget* editor = tree.indexWidget(tree.model()->index(RowOf(item.Grid(), &item), 1));
     auto* list = editor ? editor->findChild<QComboBox*>() : nullptr;
     const int row =
         list ? list->findText(ToQt(choice), Qt::MatchExactly | Qt::MatchCaseSensitive) : -1;

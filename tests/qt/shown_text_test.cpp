@@ -23,18 +23,18 @@ TEST(QtTexts, WhatIsInvalidIsReplaced) {
 }
 
 TEST(QtStyle, ALineShowsEveryCharacter) {
-  EXPECT_EQ(UnitsOf(ShownText("a😀\r\nb", Lines::one, kQtStyle)), u"a😀\r\nb"_s);
+  EXPECT_EQ(ShownText("a😀\r\nb", Lines::one, kQtStyle).Units(), u"a😀\r\nb");
   EXPECT_EQ(kQtStyle.typed(u"a\nb", Lines::one), "a\nb");
 }
 
 TEST(QtStyle, ALineBreakOfSeveralLinesIsOneUnit) {
-  EXPECT_EQ(UnitsOf(ShownText("a\r\nb\rc\nd", Lines::many, kQtStyle)), u"a\nb\nc\nd"_s);
+  EXPECT_EQ(ShownText("a\r\nb\rc\nd", Lines::many, kQtStyle).Units(), u"a\nb\nc\nd");
   EXPECT_EQ(kQtStyle.typed(u"a\nb\u2028\u2029😀", Lines::many), "a\r\nb\r\n\r\n😀");
 }
 
 TEST(QtStyle, WhatADocumentTakesForSomethingElseHasAStandIn) {
   const std::string_view text("\0\xE2\x80\xA8\xE2\x80\xA9", 7);
-  EXPECT_EQ(UnitsOf(ShownText(text, Lines::many, kQtStyle)), u"\u2400\u21B5\u21B5"_s);
+  EXPECT_EQ(ShownText(text, Lines::many, kQtStyle).Units(), u"\u2400\u21B5\u21B5");
 }
 
 }  // namespace

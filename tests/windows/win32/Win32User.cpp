@@ -7,6 +7,7 @@
 
 #include "common/forms/FormKeys.h"
 #include "common/forms/PropertyPage.h"
+#include "common/forms/PropertyRows.h"
 #include "host/win32/OwnWindow.h"
 #include "host/win32/ShownText.h"
 #include "host/win32/WideText.h"
@@ -59,12 +60,6 @@ wchar_t CharacterOf(WPARAM key, bool control) {
   const bool isOne =
       key == VK_RETURN || key == VK_ESCAPE || key == VK_SPACE || key == VK_BACK || key == VK_TAB;
   return isOne ? static_cast<wchar_t>(key) : L'\0';
-}
-
-int RowOf(const PropertyGridItem& item) {
-  const auto& items = item.Grid().Items();
-  const auto at = std::ranges::find(items, &item, &std::unique_ptr<PropertyGridItem>::get);
-  return static_cast<int>(at - items.begin());
 }
 
 LONG LineHeight(HWND edit) {
@@ -135,7 +130,7 @@ void Win32User::Activate() {
   SetActiveWindow(Frame());
   PumpMessages();
   const FormControl* focused = form_.Focused();
-  if (focused != nullptr && view_->ControlOf(focus_) != focused) focus_ = view_->WindowOf(*focused);
+  if (focused != nullptr && view_->ControlOf(focus_) != focused) focus_ = view_->WidgetOf(*focused);
   if (IsChild(Frame(), GetFocus()) || !IsChild(Frame(), focus_)) return;
   if (IsWindowVisible(focus_) && IsWindowEnabled(focus_)) {
     SetFocus(focus_);
@@ -169,7 +164,7 @@ void Win32User::Do(const Action& action) {
 }
 
 HWND Win32User::Reach(const FormControl& control) const {
-  const HWND window = view_->WindowOf(control);
+  const HWND window = view_->WidgetOf(control);
   bool usable = window != nullptr && IsWindowVisible(window);
   for (HWND at = window; usable && at != Frame(); at = GetAncestor(at, GA_PARENT))
     usable = IsWindowEnabled(at);
@@ -352,7 +347,7 @@ void Win32User::SelectTab(TabControl& tabs, std::size_t tab) {
 // --- property grids ---
 
 void Win32User::Click(const PropertyGridItem& item) {
-  ClickItem(Reach(item.Grid()), item.Grid(), RowOf(item), Button());
+  ClickItem(Reach(item.Grid()), item.Grid(), RowOf(item.Grid(), &item), Button());
 }
 
 void Win32User::SelectItem(PropertyGridItem& item) {
@@ -367,7 +362,8 @@ void Win32User::ClickButton(PropertyGridItem& item) {
       Click(item);
     else
       caption = ToWindowCaption(item.Caption());
-    if (item.Kind() == ItemKind::button) PlaceOfItem(window, item.Grid(), RowOf(item));
+    if (item.Kind() == ItemKind::button)
+      PlaceOfItem(window, item.Grid(), RowOf(item.Grid(), &item));
     const HWND button = FindWindowExW(window, nullptr, WC_BUTTONW, caption.c_str());
     if (button == nullptr || !IsWindowVisible(button) || !IsWindowEnabled(button))
       Cannot(item.Grid(), "the row \"" + item.Caption() + "\" has no button to press");

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <array>
 
+#include "host/desktop/Measures.h"
 #include "host/script/FormUser.h"
-#include "host/win32/PropertyGridView.h"
 #include "host/win32/Twips.h"
 #include "host/win32/WindowText.h"
 
@@ -121,7 +121,7 @@ int FindInList(HWND list, std::string_view text) {
 }
 
 RECT PlaceOfItem(HWND window, const PropertyGrid& grid, int row) {
-  const int height = ToPixels(PropertyGridView::kRowHeight);
+  const int height = ToPixels(kGridRowHeight);
   const int head = grid.Caption().empty() ? 0 : height;
   for (int turn = 0; turn < 1000; ++turn) {
     RECT at = Inside(window);

@@ -63,7 +63,7 @@ bool IsChecked(HWND button) { return SendMessageW(button, BM_GETCHECK, 0, 0) == 
 
 class Forms : public testing::Test {
  protected:
-  HWND Shown(const FormControl& control) { return user.View().WindowOf(control); }
+  HWND Shown(const FormControl& control) { return user.View().WidgetOf(control); }
 
   HeadlessPlatform platform;
   PlatformScope scope{platform};
@@ -455,7 +455,7 @@ class DataGrids : public testing::Test {
 TEST_F(DataGrids, FetchOnlyWhatShowsOfManyRows) {
   Win32User user(platform, form);
   form.grid.Rebind();
-  const HWND list = user.View().WindowOf(form.grid);
+  const HWND list = user.View().WidgetOf(form.grid);
   EXPECT_EQ(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0), 100'000);
   Paint(list);
   EXPECT_GT(table.fetched, 0U);
@@ -475,7 +475,7 @@ TEST_F(DataGrids, ADatabaseThatGoesIsReportedOnce) {
   int failures = 0;
   user.View().onFailure = [&](const std::exception&) { ++failures; };
   form.grid.Rebind();
-  const HWND list = user.View().WindowOf(form.grid);
+  const HWND list = user.View().WidgetOf(form.grid);
   Paint(list);
   table.gone = true;
   SendMessageW(list, LVM_ENSUREVISIBLE, 99'999, FALSE);
@@ -548,7 +548,7 @@ TEST(Captions, AreNotCutOff) {
                           : option ? option->Caption()
                                    : button->Caption());
       caption.resize(caption.find_last_not_of(' ') + 1);  // nobody misses a blank
-      const HWND window = view.WindowOf(*control);
+      const HWND window = view.WidgetOf(*control);
       RECT area{};
       GetClientRect(window, &area);
       const SIZE room = RoomOf(*control, caption, label && label->Wraps());
@@ -571,14 +571,14 @@ TEST(Scaling, FollowsTheScreensLogicalResolution) {
     const double pixels = ScreenResolution() / 1440.0;
     EXPECT_NEAR(FormWindow::PixelSize(*named.form).cx, named.form->FormSize().width * pixels, 0.51);
     for (const FormControl* control : named.form->AllControls()) {
-      const HWND window = view.WindowOf(*control);
+      const HWND window = view.WidgetOf(*control);
       if (window == nullptr || dynamic_cast<const TabPanel*>(control)) continue;
       SCOPED_TRACE(named.name + "." + std::string(control->Name()));
       RECT at{};
       GetWindowRect(window, &at);
       const FormControl* parent = control->Parent().AsControl();
       const HWND around =
-          parent == nullptr ? view.Window() : view.WindowOf(*parent->Parent().AsControl());
+          parent == nullptr ? view.Window() : view.WidgetOf(*parent->Parent().AsControl());
       MapWindowPoints(nullptr, around, reinterpret_cast<POINT*>(&at), 2);
       const int down = parent == nullptr ? 0 : kTabRowHeight;
       EXPECT_NEAR(at.left, control->At().left * pixels, 0.51);

@@ -8,19 +8,13 @@ namespace {
 
 TEST(WindowStyle, ALineBreakIsASignInALineAndCrLfInSeveral) {
   constexpr std::string_view kText = "a😀\r\nb\rc\nd";
-  EXPECT_EQ(UnitsOf(ShownText(kText, Lines::one, kWindowStyle)),
-            L"a\xD83D\xDE00\xB6"
-            L"b\xB6"
-            L"c\xB6"
-            L"d");
-  EXPECT_EQ(UnitsOf(ShownText(kText, Lines::many, kWindowStyle)), L"a\xD83D\xDE00\r\nb\r\nc\r\nd");
+  EXPECT_EQ(ShownText(kText, Lines::one, kWindowStyle).Units(), u"a😀\u00B6b\u00B6c\u00B6d");
+  EXPECT_EQ(ShownText(kText, Lines::many, kWindowStyle).Units(), u"a😀\r\nb\r\nc\r\nd");
   EXPECT_EQ(kWindowStyle.typed(u"a\r\nb", Lines::many), "a\r\nb");
 }
 
 TEST(WindowStyle, NothingEndsAText) {
-  EXPECT_EQ(UnitsOf(ShownText(std::string_view("a\0b", 3), Lines::many, kWindowStyle)),
-            L"a\x2400"
-            L"b");
+  EXPECT_EQ(ShownText(std::string_view("a\0b", 3), Lines::many, kWindowStyle).Units(), u"a\u2400b");
   EXPECT_EQ(WithWindowsBreaks(L"a\nb\rc\r\nd\n\r"), L"a\r\nb\r\nc\r\nd\r\n\r\n");
 }
 

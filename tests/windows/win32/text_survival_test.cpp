@@ -74,7 +74,7 @@ class TextSurvival : public testing::Test {
     EXPECT_EQ(box.Text(), before + after);
   }
 
-  HWND Shown(const FormControl& control) { return user.View().WindowOf(control); }
+  HWND Shown(const FormControl& control) { return user.View().WidgetOf(control); }
 
   HeadlessPlatform platform;
   PlatformScope scope{platform};

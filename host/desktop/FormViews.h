@@ -1,0 +1,207 @@
+// What every desktop's renderer is made of: one view for each control of a form, with the widget of
+// the toolkit that shows it. `Widget` is the toolkit's pointer to one.
+#pragma once
+
+#include <concepts>
+#include <functional>
+#include <memory>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "common/forms/FormActions.h"
+#include "common/forms/FormKeys.h"
+
+namespace kvo {
+
+// The form around a view.
+template <class Widget>
+class FormAround : public FormActions {
+ public:
+  // nullptr for what has none.
+  virtual Widget WidgetOf(const FormControl& control) const = 0;
+
+ protected:
+  ~FormAround() = default;
+};
+
+template <class WidgetPointer>
+class WidgetView {
+ public:
+  WidgetView() = default;
+  WidgetView(const WidgetView&) = delete;
+  WidgetView& operator=(const WidgetView&) = delete;
+  virtual ~WidgetView() = default;
+
+  // nullptr for what nobody sees. It ends with its parent.
+  virtual WidgetPointer Widget() const = 0;
+  // Brings an aspect of the control to its widget; called within FormActions::Update.
+  virtual void Show(Aspect aspect) = 0;
+  virtual void ShowItem(PropertyGridItem& /*item*/) {}
+  virtual void ShowEnabled(bool enabled) = 0;
+  virtual void ShowVisible(bool visible) = 0;
+  // Takes the keyboard focus as the tab key brings it.
+  virtual void Enter(bool backwards) = 0;
+};
+
+// Makes the view of a control: the one of `Views` that is constructed with a control of its kind, a
+// parent and a host.
+template <class View, class Parent, class Host, class... Views>
+class ViewMaker final : private FormVisitor {
+ public:
+  ViewMaker(Parent parent, Host& host) : parent_(parent), host_(host) {}
+
+  std::unique_ptr<View> Make(FormControl& control) {
+    control.Accept(*this);
+    return std::move(made_);
+  }
+
+ private:
+  void Visit(Label& label) override { MakeFor(label); }
+  void Visit(TextBox& box) override { MakeFor(box); }
+  void Visit(ComboBox& box) override { MakeFor(box); }
+  void Visit(CheckBox& box) override { MakeFor(box); }
+  void Visit(OptionButton& button) override { MakeFor(button); }
+  void Visit(CommandButton& button) override { MakeFor(button); }
+  void Visit(Frame& frame) override { MakeFor(frame); }
+  void Visit(PictureBox& box) override { MakeFor(box); }
+  void Visit(TabControl& tabs) override { MakeFor(tabs); }
+  void Visit(TabPanel& panel) override { MakeFor(panel); }
+  void Visit(PropertyGrid& grid) override { MakeFor(grid); }
+  void Visit(Grid& grid) override { MakeFor(grid); }
+  void Visit(Timer& timer) override { MakeFor(timer); }
+
+  template <class Control>
+  void MakeFor(Control& control) {
+    constexpr int kFitting = (0 + ... + std::constructible_from<Views, Control&, Parent, Host&>);
+    static_assert(kFitting == 1, "each kind of control has one view");
+    (TryToMake<Views>(control), ...);
+  }
+  template <class Candidate, class Control>
+  void TryToMake(Control& control) {
+    if constexpr (std::constructible_from<Candidate, Control&, Parent, Host&>)
+      made_ = std::make_unique<Candidate>(control, parent_, host_);
+  }
+
+  Parent parent_;
+  Host& host_;
+  std::unique_ptr<View> made_;
+};
+
+// A form with its views; ends before the form, and not while a user action is on its way (IsBusy).
+// `View` is the toolkit's WidgetView, `Host` its FormAround.
+template <class View, class Host>
+class FormViews : protected FormRenderer, protected Host {
+ public:
+  using Widget = decltype(std::declval<const View&>().Widget());
+
+  using Host::IsBusy;
+  using Host::onFailure;
+  // The dialog was unloaded (modal forms).
+  std::function<void()> onUnloaded;
+
+  // The widget that shows a control; nullptr for what has none (timers).
+  Widget WidgetOf(const FormControl& control) const override {
+    const auto found = byControl_.find(&control);
+    return found == byControl_.end() ? nullptr : found->second->Widget();
+  }
+  // The control whose widget this is, or in whose it lies; nullptr when there is none.
+  FormControl* ControlOf(Widget widget) const {
+    for (; widget != nullptr; widget = ParentOf(widget))
+      if (const auto found = byWidget_.find(widget); found != byWidget_.end()) return found->second;
+    return nullptr;
+  }
+
+  // The first input that can take the keyboard.
+  void FocusFirst() {
+    for (const auto& [control, view] : views_)
+      if (IsTabStop(*control)) return view->Enter(false);
+  }
+  // By the window's own button.
+  void UserClosesWindow() {
+    this->Act([this] { CloseWindow(); });
+  }
+
+ protected:
+  using FormRenderer::FormRenderer;
+
+  // In tab order.
+  const auto& Views() const { return views_; }
+  View& ViewOf(const FormControl& control) const { return *byControl_.at(&control); }
+
+  // Makes the views of what a container holds, `around` being the container's own (nullptr: the
+  // form itself), and of all that is inside.
+  void Build(Container& container, Widget parent, const View* around = nullptr) {
+    for (FormControl* control : container.Controls()) {
+      View& made = *views_.emplace_back(control, MakeView(*control, parent)).second;
+      byControl_[control] = &made;
+      if (made.Widget() == nullptr) continue;
+      byWidget_[made.Widget()] = control;
+      SetUp(*control, made, around);
+      if (auto* inner = dynamic_cast<Container*>(control)) Build(*inner, made.Widget(), &made);
+    }
+  }
+  void ShowAll() {
+    for (const auto& [control, view] : views_) {
+      view->ShowEnabled(control->Enabled());
+      view->ShowVisible(control->Visible());
+      view->Show(Aspect::selection);
+    }
+  }
+
+  // Presses the dialog's button of a role; false when there is none.
+  bool PressButton(CommandButton::Role role) {
+    CommandButton* button = DialogButton(Shown(), role);
+    if (button != nullptr) this->Act([button] { Click(*button); });
+    return button != nullptr;
+  }
+
+ private:
+  // --- the toolkit's part ---
+  virtual std::unique_ptr<View> MakeView(FormControl& control, Widget parent) = 0;
+  virtual void SetUp(FormControl& /*control*/, View& /*view*/, const View* /*around*/) {}
+  virtual Widget ParentOf(Widget widget) const = 0;
+  virtual bool HasFocus() const = 0;
+  // What had the focus may be disabled or hidden now: it goes to what can be used.
+  virtual void HandFocusOn() = 0;
+
+  // --- FormRenderer ---
+  void ControlChanged(FormControl& control, Aspect aspect) override {
+    View& view = ViewOf(control);
+    const bool hadFocus = HasFocus();
+    this->Update([&] {
+      if (aspect == Aspect::enabled)
+        view.ShowEnabled(control.Enabled());
+      else if (aspect == Aspect::visible)
+        view.ShowVisible(control.Visible());
+      else
+        view.Show(aspect);
+    });
+    const bool mayHide = aspect == Aspect::enabled || aspect == Aspect::visible ||
+                         (aspect == Aspect::selection && dynamic_cast<TabControl*>(&control));
+    if (hadFocus && mayHide) HandFocusOn();
+  }
+  void ItemChanged(PropertyGridItem& item) override {
+    this->Update([&] { ViewOf(item.Grid()).ShowItem(item); });
+  }
+  void FormUnloaded() override {
+    if (onUnloaded) onUnloaded();
+  }
+
+  std::vector<std::pair<FormControl*, std::unique_ptr<View>>> views_;
+  std::unordered_map<const FormControl*, View*> byControl_;
+  std::unordered_map<Widget, FormControl*> byWidget_;
+};
+
+// Brings a drop-down list in step with its rows, which are only ever added at the end, or all
+// removed. `List` is a toolkit's: Count, Clear, Add(text), Chosen, Choose(row); a row has the text
+// `textOf`.
+template <class List, class Rows, class Text>
+void ShowRows(List list, const Rows& rows, const Text& textOf, int chosen) {
+  if (rows.size() < list.Count()) list.Clear();
+  for (std::size_t row = list.Count(); row < rows.size(); ++row)
+    list.Add(std::invoke(textOf, rows[row]));
+  if (list.Chosen() != chosen) list.Choose(chosen);
+}
+
+}  // namespace kvo
