@@ -18,7 +18,7 @@ constexpr double kMostOfCopying = 2;
 // A control with every key filled with a text of usual length.
 std::vector<MemoryBag::Entry> FilledBag(const ControlClass& contract) {
   std::vector<MemoryBag::Entry> entries;
-  for (const BagKey& row : contract.bag) {
+  for (const PropertyRow& row : contract.bag) {
     std::string value = "Wert von " + std::string(row.key);
     if (row.key == "attributes") value = "align|center||width|100";
     if (row.key == "display-columns") value = "3";

@@ -5,22 +5,26 @@
 namespace kvo {
 
 // A link whose clicks are counted.
-class DTCClicktracker final : public LinkBlock {
+class DTCClicktracker final : public ControlOf<DTCClicktracker, LinkBlock> {
  public:
-  static const ControlClass& Contract();
-  const ControlClass& Class() const override { return Contract(); }
-  void AppendRuntimeText(std::string& out) const override;
+  Text Href;     // the target address
+  Text ClickId;  // the name under which clicks are counted
 
-  // The target address.
-  const std::string& Href() const { return href_; }
-  void Href(std::string_view sNewHref) { href_ = sNewHref; }
-  // The name under which clicks are counted.
-  const std::string& ClickId() const { return clickId_; }
-  void ClickId(std::string_view sNewClickId) { clickId_ = sNewClickId; }
-
- private:
-  std::string href_;
-  std::string clickId_;
+  // clang-format off
+  static constexpr PropertyRow rows[] = {
+      // id property          key             read  write  emitted      stored
+      {4,   KVO(HTMLContent), "html-content", "",   "",    kNever, kTrimmed},
+      {5,   KVO(Href),        "href",         "",   "",    kAlways},
+      {6,   KVO(ClickId),     "click-id",     "",   "",    kAlways},
+  };
+  // clang-format on
+  static constexpr std::string_view pages[] = {"propClickGeneral"};
+  static constexpr ControlDesign design = {
+      .name = "DTCClicktracker",
+      .basename = "print",  // deliberate: not a name of its own
+      .box = CaptionBox("ClickCounter", 90, 15, 380),
+      .pages = pages,
+  };
 };
 
 }  // namespace kvo

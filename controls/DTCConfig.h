@@ -5,15 +5,25 @@
 namespace kvo {
 
 // Outputs one configuration item of the shop, such as the company name. No pages of its own.
-class DTCConfig final : public FieldOutput {
+class DTCConfig final : public ControlOf<DTCConfig, FieldOutput> {
  public:
-  static const ControlClass& Contract();
-  const ControlClass& Class() const override { return Contract(); }
-  void AppendRuntimeText(std::string& out) const override;
+  DTCConfig() : ControlOf(Item) {}
 
-  const std::string& Item() const { return MainValue(); }
-  void Item(std::string_view sNewItem) { MainValue(sNewItem); }
-  using Object::Item;
+  Shown<Text> Item{*this};
+
+  // clang-format off
+  static constexpr PropertyRow rows[] = {
+      // id property           key              read  write          emitted
+      {4,   KVO(Item),         "item",          "",   kAlwaysStored, kAlways},
+      {5,   KVO(DisplayValue), "display-value", "",   "",            kNever},
+      {6,   KVO(Format),       "format",        "",   kAlwaysStored, kIfSet},
+  };
+  // clang-format on
+  static constexpr ControlDesign design = {
+      .name = "DTCConfig",
+      .basename = "print",  // deliberate: not a name of its own
+      .box = SideBySideBox("Config", "lblItem", "company-name", ValueCaption),
+  };
 };
 
 }  // namespace kvo

@@ -5,11 +5,21 @@
 namespace kvo {
 
 // Outputs one field of the current contact, the recipient of the mail.
-class DTCContact final : public DataField {
+class DTCContact final : public ControlOf<DTCContact, DataField> {
  public:
-  static const ControlClass& Contract();
-  const ControlClass& Class() const override { return Contract(); }
-  bool DblClick(WindowHandle owner) override;
+  bool DblClick(WindowHandle owner) override {
+    ThePlatform().ShowMessage(owner, "yo");  // deliberate: the notice comes before the pages
+    ShowPropertyPages(shared_from_this(), "Kontaktfeld", owner);
+    return true;
+  }
+
+  static constexpr std::string_view pages[] = {"propContactGeneral", "propGeneralFormat"};
+  static constexpr ControlDesign design = {
+      .name = "DTCContact",
+      .basename = "contact",
+      .box = SideBySideBox("Contact", "lblField", "Email", ValueCaption),
+      .pages = pages,
+  };
 };
 
 }  // namespace kvo

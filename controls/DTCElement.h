@@ -1,48 +1,57 @@
 #pragma once
 
-#include <memory>
-
-#include "controls/ContentControl.h"
+#include "common/frame/Control.h"
+#include "controls/AttributeList.h"
 
 namespace kvo {
 
 // Stands for one arbitrary HTML element: whole, or its opening or closing tag only.
-class DTCElement final : public ContentControl {
+class DTCElement final : public ControlOf<DTCElement> {
  public:
-  DTCElement() { AttributesCollection(nullptr); }
-  static const ControlClass& Contract();
-  const ControlClass& Class() const override { return Contract(); }
+  Shown<Text> Value{*this};  // the HTML element's name, such as "td"
+  Flag OpeningTagOnly;
+  Flag ClosingTagOnly;
+  TokenText HTMLContent;
+  AttributeList AttributesCollection;
+  JoinedAttributes Attributes{AttributesCollection};
+
   // RuntimeError 9 for an attribute item without "|".
   void AppendRuntimeText(std::string& out) const override;
 
-  // The HTML element's name, such as "td".
-  const std::string& Value() const { return value_; }
-  void Value(std::string_view sNewValue) {
-    value_ = sNewValue;
-    UpdateDisplay();
-  }
-  bool OpeningTagOnly() const { return openingTagOnly_; }
-  void OpeningTagOnly(bool bNewOpeningTagOnly) { openingTagOnly_ = bNewOpeningTagOnly; }
-  bool ClosingTagOnly() const { return closingTagOnly_; }
-  void ClosingTagOnly(bool bNewClosingTagOnly) { closingTagOnly_ = bNewClosingTagOnly; }
-
-  // The attribute list: items "name|value" joined by "||". Empty items at the front get lost.
-  std::string Attributes() const;
-  void Attributes(std::string_view sNewAttributes);
-  // The list itself, a collection of texts: shared with whoever sets it, never null.
-  const ObjectRef& AttributesCollection() const { return attributes_; }
-  void AttributesCollection(ObjectRef colNewAttributesCollection);
-
  private:
-  template <class Visit>
-  void ForEachAttribute(const Visit& visit) const;
+  static std::string_view Caption(const Control& control) {
+    return static_cast<const DTCElement&>(control).Value();
+  }
+  static void EmitName(const PropertyRow& row, const Control& control, TagWriter& tag);
+  static void EmitOpening(const PropertyRow& row, const Control& control, TagWriter& tag);
+  static void EmitClosing(const PropertyRow& row, const Control& control, TagWriter& tag);
+  static void EmitAttributes(const PropertyRow& row, const Control& control, TagWriter& tag);
 
-  std::string value_;
-  std::string displayValue_;  // persisted under a key of its own, but never set by anything
-  bool openingTagOnly_ = false;
-  bool closingTagOnly_ = false;
-  ObjectRef attributes_;
-  const Collection* ownList_ = nullptr;  // attributes_, unless it is a host's own collection
+  // Deliberate: a key without a property, dropped on reading and in practice never stored.
+  static constexpr KeyCodec kDropped = {
+      "-", [](const PropertyRow&, Control&, std::string_view) {},
+      [](const PropertyRow&, const Control&, std::string&) { return std::string_view(); }};
+
+ public:
+  // clang-format off
+  static constexpr PropertyRow rows[] = {
+      // id property                   key                 read     write          emitted         stored
+      {4,   KVO(Value),                "value",            "",      kAlwaysStored, {EmitName}},
+      {0,   {},                        "display-value",    "",      "",            kNever,          kDropped},
+      {5,   KVO(OpeningTagOnly),       "opening-tag-only", "false", "false",       {EmitOpening},   kTrueFalse},
+      {6,   KVO(ClosingTagOnly),       "closing-tag-only", "false", "false",       {EmitClosing},   kTrueFalse},
+      {7,   KVO(HTMLContent),          "html-content",     "",      "",            kNever,          kTrimmed},
+      {8,   KVO(Attributes),           "attributes",       "",      "",            {EmitAttributes}},
+      {9,   KVO(AttributesCollection)},
+  };
+  // clang-format on
+  static constexpr std::string_view pages[] = {"propElementProperties", "propGeneralAttributes"};
+  static constexpr ControlDesign design = {
+      .name = "DTCElement",
+      .basename = "print",  // deliberate: not a name of its own
+      .box = SideBySideBox("Element", "lblValue", "<Value>", Caption),
+      .pages = pages,
+  };
 };
 
 }  // namespace kvo

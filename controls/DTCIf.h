@@ -1,36 +1,50 @@
 #pragma once
 
 #include "common/frame/Control.h"
-#include "controls/OfficeHolder.h"
 
 namespace kvo {
 
 // Conditional content: HTML for when a test holds and, optionally, for when it does not.
-class DTCIf final : public Control, public OfficeHolder {
+class DTCIf final : public ControlOf<DTCIf> {
  public:
-  static const ControlClass& Contract();
-  const ControlClass& Class() const override { return Contract(); }
+  Shown<TokenText> DisplayValue{*this};  // the author's description of the condition
+  Text Test;
+  TokenText OnTrue;
+  TokenText OnFalse;
+  Reference Office;
+
   void AppendRuntimeText(std::string& out) const override;
 
-  // The author's description of the condition.
-  std::string DisplayValue() const { return DecodeMarkupTokens(storedDisplayValue_); }
-  void DisplayValue(std::string_view sNewDisplayValue) {
-    storedDisplayValue_ = EncodeMarkupTokens(sNewDisplayValue);
-    UpdateDisplay();
-  }
-  const std::string& Test() const { return test_; }
-  void Test(std::string_view sNewTest) { test_ = sNewTest; }
-  std::string OnTrue() const { return DecodeMarkupTokens(storedOnTrue_); }
-  void OnTrue(std::string_view sNewOnTrue) { storedOnTrue_ = EncodeMarkupTokens(sNewOnTrue); }
-  std::string OnFalse() const { return DecodeMarkupTokens(storedOnFalse_); }
-  void OnFalse(std::string_view sNewOnFalse) { storedOnFalse_ = EncodeMarkupTokens(sNewOnFalse); }
-
  private:
-  std::string test_;
-  // In token form, as the bag holds them.
-  std::string storedDisplayValue_;
-  std::string storedOnTrue_;
-  std::string storedOnFalse_;
+  // Deliberate: the box and the attribute show the token form of the description.
+  static std::string_view Description(const Control& control) {
+    return static_cast<const DTCIf&>(control).DisplayValue.Held();
+  }
+  static std::string_view Caption(const Control& control) {
+    return Description(control).empty() ? "<keine Beschreibung>" : Description(control);
+  }
+  static void EmitDescription(const PropertyRow& row, const Control& control, TagWriter& tag);
+  static constexpr Emission kDescriptionLast = {EmitDescription, true};
+
+ public:
+  // clang-format off
+  static constexpr PropertyRow rows[] = {
+      // id property           key              read  write  emitted           stored
+      {4,   KVO(DisplayValue), "display-value", "",   "",    kDescriptionLast, kEncoding},
+      {5,   KVO(Test),         "test",          "",   "",    kAlways},
+      {6,   KVO(OnTrue),       "on-true",       "",   "",    kNever,           kTrimmed},
+      {7,   KVO(OnFalse),      "on-false",      "",   "",    kNever,           kTrimmed},
+      {8,   KVO(Office)},
+  };
+  // clang-format on
+  static constexpr std::string_view pages[] = {"propIfGeneral"};
+  static constexpr ControlDesign design = {
+      .name = "DTCIf",
+      .basename = "if",
+      .box = SideBySideBox("If", "lblField", "...", Caption),
+      .pages = pages,
+      .readFailure = ReadFailure::skipsKey,
+  };
 };
 
 }  // namespace kvo

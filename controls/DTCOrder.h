@@ -5,10 +5,15 @@
 namespace kvo {
 
 // Outputs one field of the current order. A double click does nothing of its own.
-class DTCOrder final : public DataField {
+class DTCOrder final : public ControlOf<DTCOrder, DataField> {
  public:
-  static const ControlClass& Contract();
-  const ControlClass& Class() const override { return Contract(); }
+  static constexpr std::string_view pages[] = {"propOrderGeneral", "propGeneralFormat"};
+  static constexpr ControlDesign design = {
+      .name = "DTCOrder",
+      .basename = "order",
+      .box = SideBySideBox("Order", "lblField", "OrderID", ValueCaption),
+      .pages = pages,
+  };
 };
 
 }  // namespace kvo

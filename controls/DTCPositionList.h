@@ -1,61 +1,53 @@
 #pragma once
 
 #include "common/frame/Control.h"
+#include "common/frame/TagWriter.h"
 
 namespace kvo {
 
 // Stands for the table of an order's positions. The template engine draws the table.
-class DTCPositionList final : public Control {
+class DTCPositionList final : public ControlOf<DTCPositionList> {
  public:
-  static const ControlClass& Contract();
-  const ControlClass& Class() const override { return Contract(); }
-  void AppendRuntimeText(std::string& out) const override;
-
-  const std::string& OrderId() const { return orderId_; }
-  void OrderId(std::string_view sNewOrderId) { orderId_ = sNewOrderId; }
-  const std::string& TableCellSpacing() const { return tableCellSpacing_; }
-  void TableCellSpacing(std::string_view sNewTableCellSpacing) {
-    tableCellSpacing_ = sNewTableCellSpacing;
-  }
-  const std::string& TableCellPadding() const { return tableCellPadding_; }
-  void TableCellPadding(std::string_view sNewTableCellPadding) {
-    tableCellPadding_ = sNewTableCellPadding;
-  }
-  const std::string& TableBorder() const { return tableBorder_; }
-  void TableBorder(std::string_view sNewTableBorder) { tableBorder_ = sNewTableBorder; }
-  const std::string& TableBackground() const { return tableBackground_; }
-  void TableBackground(std::string_view sNewTableBackground) {
-    tableBackground_ = sNewTableBackground;
-  }
-  const std::string& TableCssStyle() const { return tableCssStyle_; }
-  void TableCssStyle(std::string_view sNewTableCssStyle) { tableCssStyle_ = sNewTableCssStyle; }
-  const std::string& HeaderBackground() const { return headerBackground_; }
-  void HeaderBackground(std::string_view sNewHeaderBackground) {
-    headerBackground_ = sNewHeaderBackground;
-  }
-  const std::string& HeaderCSSStyle() const { return headerCSSStyle_; }
-  void HeaderCSSStyle(std::string_view sNewHeaderCSSStyle) { headerCSSStyle_ = sNewHeaderCSSStyle; }
-  const std::string& BodyBackground() const { return bodyBackground_; }
-  void BodyBackground(std::string_view sNewBodyBackground) { bodyBackground_ = sNewBodyBackground; }
-  const std::string& BodyCssStyle() const { return bodyCssStyle_; }
-  void BodyCssStyle(std::string_view sNewBodyCssStyle) { bodyCssStyle_ = sNewBodyCssStyle; }
+  Text OrderId{"#order.orderID#"};  // deliberate: not as the bag's default spells it
+  Text TableCellSpacing{"1"};
+  Text TableCellPadding{"3"};
+  Text TableBorder{"0"};
+  Text TableBackground;
+  Text TableCssStyle;
+  Text HeaderBackground;
+  Text HeaderCSSStyle;
+  Text BodyBackground;
+  Text BodyCssStyle;
 
  private:
-  // Initial value, bag default and "not written" at once.
-  static constexpr std::string_view kCellSpacing = "1";
-  static constexpr std::string_view kCellPadding = "3";
-  static constexpr std::string_view kBorder = "0";
+  static void EmitOrderId(const PropertyRow& row, const Control& control, TagWriter& tag) {
+    const auto& self = static_cast<const DTCPositionList&>(control);
+    tag.Attribute(row.key, self.OrderId().empty() ? row.readDefault : self.OrderId());
+  }
 
-  std::string orderId_ = "#order.orderID#";  // deliberate: not as the bag's default spells it
-  std::string tableCellSpacing_{kCellSpacing};
-  std::string tableCellPadding_{kCellPadding};
-  std::string tableBorder_{kBorder};
-  std::string tableBackground_;
-  std::string tableCssStyle_;
-  std::string headerBackground_;
-  std::string headerCSSStyle_;
-  std::string bodyBackground_;
-  std::string bodyCssStyle_;
+ public:
+  // clang-format off
+  static constexpr PropertyRow rows[] = {
+      // id property               key                  read               write              emitted
+      {4,   KVO(OrderId),          "order-id",          "#order.orderid#", "#order.orderid#", {EmitOrderId}},
+      {5,   KVO(TableCellSpacing), "table-cellspacing", "1",               "1",               kIfSetUnlessDefault},
+      {6,   KVO(TableCellPadding), "table-cellpadding", "3",               "3",               kIfSetUnlessDefault},
+      {7,   KVO(TableBorder),      "table-border",      "0",               "0",               kIfSetUnlessDefault},
+      {8,   KVO(TableBackground),  "table-bgcolor",     "",                "",                kIfSet},
+      {9,   KVO(TableCssStyle),    "table-css-style",   "",                "",                kIfSet},
+      {10,  KVO(HeaderBackground), "header-bgcolor",    "",                "",                kIfSet},
+      {11,  KVO(HeaderCSSStyle),   "header-css-style",  "",                "",                kIfSet},
+      {12,  KVO(BodyBackground),   "body-bgcolor",      "",                "",                kIfSet},
+      {13,  KVO(BodyCssStyle),     "body-css-style",    "",                "",                kIfSet},
+  };
+  // clang-format on
+  static constexpr std::string_view pages[] = {"propPosListDesign"};
+  static constexpr ControlDesign design = {
+      .name = "DTCPositionList",
+      .basename = "print",  // deliberate: not a name of its own
+      .box = TableBox("Position-List"),
+      .pages = pages,
+  };
 };
 
 }  // namespace kvo

@@ -5,14 +5,27 @@
 namespace kvo {
 
 // Outputs the value of an expression of the template language, optionally in a data format.
-class DTCPrint final : public FieldOutput {
+class DTCPrint final : public ControlOf<DTCPrint, FieldOutput> {
  public:
-  static const ControlClass& Contract();
-  const ControlClass& Class() const override { return Contract(); }
-  void AppendRuntimeText(std::string& out) const override;
+  DTCPrint() : ControlOf(Value) {}
 
-  const std::string& Value() const { return MainValue(); }
-  void Value(std::string_view sNewValue) { MainValue(sNewValue); }
+  Shown<Text> Value{*this};
+
+  // clang-format off
+  static constexpr PropertyRow rows[] = {
+      // id property           key              read  write          emitted
+      {4,   KVO(Value),        "value",         "",   kAlwaysStored, kAlways},
+      {5,   KVO(DisplayValue), "display-value", "",   "",            kNever},
+      {6,   KVO(Format),       "format",        "",   kAlwaysStored, kIfSet},
+  };
+  // clang-format on
+  static constexpr std::string_view pages[] = {"propPrintGeneral", "propGeneralFormat"};
+  static constexpr ControlDesign design = {
+      .name = "DTCPrint",
+      .basename = "print",
+      .box = SideBySideBox("Print", "lblValue", "<Value>", ValueCaption),
+      .pages = pages,
+  };
 };
 
 }  // namespace kvo

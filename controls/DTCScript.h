@@ -1,24 +1,38 @@
 #pragma once
 
-#include "controls/ContentControl.h"
+#include "common/frame/Control.h"
 
 namespace kvo {
 
 // Carries a block of template code or HTML verbatim. No pages of its own.
-class DTCScript final : public ContentControl {
+class DTCScript final : public ControlOf<DTCScript> {
  public:
-  static const ControlClass& Contract();
-  const ControlClass& Class() const override { return Contract(); }
+  Shown<Text> DisplayValue{*this};
+  TokenText HTMLContent;
+
+  // Always emitted, without content too; exactly as typed, with no escaping.
   void AppendRuntimeText(std::string& out) const override;
 
-  const std::string& DisplayValue() const { return displayValue_; }
-  void DisplayValue(std::string_view sNewDisplayValue) {
-    displayValue_ = sNewDisplayValue;
-    UpdateDisplay();
+ private:
+  static constexpr std::string_view kNoDescription = "...";
+  static std::string_view Caption(const Control& control) {
+    const auto& self = static_cast<const DTCScript&>(control);
+    return self.DisplayValue().empty() ? kNoDescription : self.DisplayValue();
   }
 
- private:
-  std::string displayValue_;
+ public:
+  // clang-format off
+  static constexpr PropertyRow rows[] = {
+      // id property           key              read  write          emitted      stored
+      {4,   KVO(DisplayValue), "display-value", "",   "",            kNever},
+      {5,   KVO(HTMLContent),  "html-content",  "",   kAlwaysStored, kNever, kEncoding},
+  };
+  // clang-format on
+  static constexpr ControlDesign design = {
+      .name = "DTCScript",
+      .basename = "script",
+      .box = SideBySideBox("Script", "lblValue", kNoDescription, Caption),
+  };
 };
 
 }  // namespace kvo

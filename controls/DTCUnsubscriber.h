@@ -5,22 +5,26 @@
 namespace kvo {
 
 // The link with which a reader unsubscribes from the newsletter.
-class DTCUnsubscriber final : public LinkBlock {
+class DTCUnsubscriber final : public ControlOf<DTCUnsubscriber, LinkBlock> {
  public:
-  static const ControlClass& Contract();
-  const ControlClass& Class() const override { return Contract(); }
-  void AppendRuntimeText(std::string& out) const override;
+  Text Recipient;  // the mail address that receives the unsubscriptions
+  Text Site;       // the address of the folder of the confirmation page, ending in "/"
 
-  // The mail address that receives the unsubscriptions.
-  const std::string& Recipient() const { return recipient_; }
-  void Recipient(std::string_view sNewRecipient) { recipient_ = sNewRecipient; }
-  // The address of the folder of the confirmation page, ending in "/".
-  const std::string& Site() const { return site_; }
-  void Site(std::string_view sNewSite) { site_ = sNewSite; }
-
- private:
-  std::string recipient_;
-  std::string site_;
+  // clang-format off
+  static constexpr PropertyRow rows[] = {
+      // id property          key             read        write       emitted      stored
+      {4,   KVO(HTMLContent), "html-content", "Abmelden", "Abmelden", kNever, kTrimmed},
+      {5,   KVO(Recipient),   "recipient",    "",         "",         kAlways},
+      {6,   KVO(Site),        "site",         "",         "",         kAlways},
+  };
+  // clang-format on
+  static constexpr std::string_view pages[] = {"propUnsubGeneral"};
+  static constexpr ControlDesign design = {
+      .name = "DTCUnsubscriber",
+      .basename = "print",  // deliberate: not a name of its own
+      .box = CaptionBox("Unsubscriber", 75, 0, 380),
+      .pages = pages,
+  };
 };
 
 }  // namespace kvo

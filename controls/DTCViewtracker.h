@@ -5,11 +5,14 @@
 namespace kvo {
 
 // Marks the place of the mail's view counter. No settings and no pages of its own.
-class DTCViewtracker final : public Control {
+class DTCViewtracker final : public ControlOf<DTCViewtracker> {
  public:
-  static const ControlClass& Contract();
-  const ControlClass& Class() const override { return Contract(); }
-  void AppendRuntimeText(std::string& out) const override;
+  static constexpr std::array<PropertyRow, 0> rows{};
+  static constexpr ControlDesign design = {
+      .name = "DTCViewtracker",
+      .basename = "print",  // deliberate: not a name of its own
+      .box = CaptionBox("ViewCounter", 90, 15, 375),
+  };
 };
 
 }  // namespace kvo

@@ -1,26 +1,22 @@
-// A block around a link's content, with two attributes that are always written.
+// A block around a link's content.
 #pragma once
 
-#include <string>
-#include <string_view>
-
+#include "common/frame/Control.h"
 #include "common/frame/TagWriter.h"
 #include "controls/BlockLevel.h"
-#include "controls/ContentControl.h"
 
 namespace kvo {
 
-class LinkBlock : public ContentControl {
- protected:
-  template <AttributeName first, AttributeName second>
-  void AppendLinkBlock(std::string& out, std::string_view firstValue,
-                       std::string_view secondValue) const {
+class LinkBlock : public Control {
+ public:
+  TokenText HTMLContent;
+
+  void AppendRuntimeText(std::string& out) const override {
     out += kBlockStart;
-    TagWriter(out, Namespace(), basename())
-        .template Attribute<first>(firstValue)
-        .template Attribute<second>(secondValue)
-        .Close();
-    AppendDecodeMarkupTokens(out, storedContent_);
+    TagWriter tag(out, Namespace(), basename());
+    AppendAttributes(tag);
+    tag.Close();
+    AppendDecodeMarkupTokens(out, HTMLContent.Held());
     AppendEndTag(out, Namespace(), basename());
     out += kBlockEnd;
   }

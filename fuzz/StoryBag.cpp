@@ -45,7 +45,7 @@ const ControlClass& ReadClass(Bytes& story) {
   return controls[story.Below(controls.size())].contract();
 }
 
-StoryBag::StoryBag(Bytes& story, const ControlClass& contract) {
+StoryBag::StoryBag(Bytes& story, const ControlClass& contract) : contract_(contract) {
   while (!story.AtEnd() && !story.Skip('\n')) {
     const std::string_view key = ReadKey(story, contract);
     const char kind = story.OneOf("=#+-?@!");
@@ -55,14 +55,13 @@ StoryBag::StoryBag(Bytes& story, const ControlClass& contract) {
 
 void StoryBag::KeyFailed(std::string_view key, const std::exception&) { failed_.emplace_back(key); }
 
-bool StoryBag::Find(std::string_view key, BagValue& value) {
+std::optional<std::string_view> StoryBag::Find(std::string_view key) {
   for (const Entry& entry : entries_) {
     if (entry.key != key) continue;
     if (!entry.readable) throw RuntimeError(ErrorNumber::invalidCall, std::string(key));
-    value.Set(entry.value);
-    return true;
+    return found_ = StoredText(*contract_.FindKey(key), entry.value);
   }
-  return false;
+  return std::nullopt;
 }
 
 void StoryBag::Store(std::string_view, std::string_view) {

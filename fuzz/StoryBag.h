@@ -25,7 +25,7 @@ class StoryBag final : public PropertyBag {
   void KeyFailed(std::string_view key, const std::exception& error) override;
 
  protected:
-  bool Find(std::string_view key, BagValue& value) override;
+  std::optional<std::string_view> Find(std::string_view key) override;
   void Store(std::string_view key, std::string_view value) override;
 
  private:
@@ -34,7 +34,9 @@ class StoryBag final : public PropertyBag {
     Variant value;
     bool readable;
   };
+  const ControlClass& contract_;
   std::vector<Entry> entries_;
+  std::string found_;
   std::vector<std::string> failed_;
 };
 

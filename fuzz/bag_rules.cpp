@@ -44,7 +44,7 @@ void DemandOwnKeysInOrder(const Bag& bag, const ControlClass& contract) {
   auto key = contract.bag.begin();
   for (const MemoryBag::Entry& entry : bag) {
     key = std::find_if(key, contract.bag.end(),
-                       [&](const BagKey& row) { return row.key == entry.first; });
+                       [&](const PropertyRow& row) { return row.key == entry.first; });
     Demand(key != contract.bag.end(), "a key is stored twice, out of order, or is not the class's");
     Demand(key->writeDefault != entry.second, "a key's default is stored");
     ++key;
@@ -69,7 +69,7 @@ Bag StoredNext(const ControlClass& contract, const Bag& bag) {
   // An empty border is not stored and comes back as "0"; a chain of tokens is decoded once more,
   // and a CDATA marker that thereby comes to light gets lost. Both deliberate.
   Bag next;
-  for (const BagKey& row : contract.bag) {
+  for (const PropertyRow& row : contract.bag) {
     const auto stored = std::ranges::find(bag, row.key, &MemoryBag::Entry::first);
     std::optional<std::string> value;
     if (stored != bag.end()) value = stored->second;

@@ -80,14 +80,13 @@ void CheckTags(const std::string& text) {
   const std::string fixed = FixAmpersands(text);
   std::string out = "x";
   TagWriter tag(out, "kv", text);
-  tag.Attribute<"a">(text).AttributeIfSet<"b">(text).AttributeAsIs<"c">(text);
-  tag.AttributeWith<"d">(text, AppendEncodeHtmlEntities).NamedAttribute(text, text);
+  tag.Attribute(text, text);
+  tag.AttributeAsIs("c", text);
+  tag.AttributeWith("d", text, AppendEncodeHtmlEntities);
   tag.Close();
   AppendEndTag(out, text, "e");
-  Demand(out == "x<kv:" + text + " a=\"" + fixed + '"' +
-                    (text.empty() ? "" : " b=\"" + fixed + '"') + " c=\"" + text + "\" d=\"" +
-                    EntitiesByDefinition(text) + "\" " + text + "=\"" + fixed + "\"></" + text +
-                    ":e>",
+  Demand(out == "x<kv:" + text + ' ' + text + "=\"" + fixed + "\" c=\"" + text + "\" d=\"" +
+                    EntitiesByDefinition(text) + "\"></" + text + ":e>",
          "TagWriter");
   out.clear();
   TagWriter(out, text, "e").CloseEmpty();

@@ -44,7 +44,7 @@ class PropertyBrowser::ValueDelegate final : public QStyledItemDelegate {
 
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&,
                         const QModelIndex& index) const override {
-    const PropertyRow* row = Row(index);
+    const PropertyRow* row = RowAt(index);
     if (index.column() != kValue || row == nullptr) return nullptr;
     QWidget* editor = nullptr;
     if (row->type == PropertyType::flag) {
@@ -65,14 +65,14 @@ class PropertyBrowser::ValueDelegate final : public QStyledItemDelegate {
     return editor;
   }
   void setEditorData(QWidget* editor, const QModelIndex& index) const override {
-    const QString value = ToQt(ToText(browser_.control_->Get(Row(index)->name)));
+    const QString value = ToQt(ToText(browser_.control_->Get(RowAt(index)->name)));
     if (auto* flags = qobject_cast<QComboBox*>(editor))
       flags->setCurrentText(value);
     else
       static_cast<QLineEdit*>(editor)->setText(value);
   }
   void setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const override {
-    const PropertyRow& row = *Row(index);
+    const PropertyRow& row = *RowAt(index);
     const auto* flags = qobject_cast<QComboBox*>(editor);
     const QString text = flags ? flags->currentText() : static_cast<QLineEdit*>(editor)->text();
     const std::string value = FromQt(text);
@@ -81,7 +81,7 @@ class PropertyBrowser::ValueDelegate final : public QStyledItemDelegate {
   }
 
  private:
-  const PropertyRow* Row(const QModelIndex& index) const {
+  const PropertyRow* RowAt(const QModelIndex& index) const {
     return browser_.RowOf(browser_.tree_->topLevelItem(index.row()));
   }
   PropertyBrowser& browser_;

@@ -100,7 +100,7 @@ class Reader : private office::JsonFileReader {
   void ReadBag(const JsonNode& bag, const std::string& path, Tool& tool) {
     if (!Is(bag, Kind::object, office::kObjectWanted, path) || tool.contract == nullptr) return;
     std::vector<std::string_view> keys;
-    for (const BagKey& row : tool.contract->bag) keys.push_back(row.key);
+    for (const PropertyRow& row : tool.contract->bag) keys.push_back(row.key);
     CheckKeys(bag, keys, path);
     for (const JsonNode& entry : bag.children)
       if (Is(entry, Kind::text, office::kTextWanted, PathTo(path, entry.key)))

@@ -39,7 +39,7 @@ Json ClassJson(const RegisteredControl& registered) {
   for (const PropertyRow& row : contract.properties)
     properties.push_back({{"name", row.name}, {"id", row.id}, {"type", TypeName(row.type)}});
   Json keys = Json::array();
-  for (const BagKey& row : contract.bag)
+  for (const PropertyRow& row : contract.bag)
     keys.push_back({{"key", row.key},
                     {"readDefault", row.readDefault},
                     {"writeDefault", row.writeDefault ? Json(*row.writeDefault) : Json()},
@@ -62,7 +62,7 @@ std::string Padded(std::string text, std::size_t width) {
   return text;
 }
 
-std::string WriteDefaultText(const BagKey& row) {
+std::string WriteDefaultText(const PropertyRow& row) {
   return row.writeDefault ? Quoted(*row.writeDefault)
                           : Say({"keine, immer gespeichert", "none, always stored"});
 }
@@ -78,7 +78,7 @@ std::string ClassText(const RegisteredControl& registered) {
           Say({"Schlüssel: Vorgabe beim Lesen, Vorgabe beim Schreiben",
                "keys: read default, write default"}) +
           '\n';
-  for (const BagKey& row : contract.bag)
+  for (const PropertyRow& row : contract.bag)
     text += "    " + Padded(std::string(row.key), 28) + Padded(Quoted(row.readDefault), 28) +
             WriteDefaultText(row) + '\n';
   text += "  " + Say({"Seiten", "pages"}) + '\n';
@@ -87,7 +87,7 @@ std::string ClassText(const RegisteredControl& registered) {
 }
 
 // The cells of a table of Markdown.
-std::string Row(std::initializer_list<std::string> cells) {
+std::string TableRow(std::initializer_list<std::string> cells) {
   std::string row = "|";
   for (const std::string& cell : cells) row += ' ' + cell + " |";
   return row + '\n';
@@ -101,13 +101,13 @@ std::string ClassMarkdown(const RegisteredControl& registered) {
   const ControlClass& contract = registered.contract();
   std::string text = "\n## " + std::string(contract.name) + "\n\n" + "Class " +
                      Code("progid:" + ProgId(contract)) + ", " + Code(registered.classId) + ".\n\n";
-  text += Row({"id", "property", "type"}) + "|---|---|---|\n";
+  text += TableRow({"id", "property", "type"}) + "|---|---|---|\n";
   for (const PropertyRow& row : contract.properties)
-    text += Row({std::to_string(row.id), Code(row.name), std::string(TypeName(row.type))});
-  text += '\n' + Row({"key", "when absent", "not stored when"}) + "|---|---|---|\n";
-  for (const BagKey& row : contract.bag)
-    text += Row({Code(row.key), DefaultCell(row.readDefault),
-                 row.writeDefault ? DefaultCell(*row.writeDefault) : "always stored"});
+    text += TableRow({std::to_string(row.id), Code(row.name), std::string(TypeName(row.type))});
+  text += '\n' + TableRow({"key", "when absent", "not stored when"}) + "|---|---|---|\n";
+  for (const PropertyRow& row : contract.bag)
+    text += TableRow({Code(row.key), DefaultCell(row.readDefault),
+                      row.writeDefault ? DefaultCell(*row.writeDefault) : "always stored"});
   text += "\nProperty pages:";
   const char* separator = " ";
   for (const std::string_view page : contract.pages) {

@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "common/frame/TagWriter.h"
 #include "common/values/Ascii.h"
 #include "common/values/RuntimeError.h"
 
@@ -13,22 +14,17 @@ const PropertyRow* ControlClass::FindProperty(std::string_view propertyName) con
   return nullptr;
 }
 
-const BagKey* ControlClass::FindKey(std::string_view key) const {
-  for (const BagKey& row : bag)
+const PropertyRow* ControlClass::FindKey(std::string_view key) const {
+  for (const PropertyRow& row : bag)
     if (row.key == key) return &row;
   return nullptr;
 }
 
 void Control::ReadProperties(PropertyBag& propertyBag) {
   const ControlClass& contract = Class();
-  BagValue value;
-  for (const BagKey& row : contract.bag) {
+  for (const PropertyRow& row : contract.bag) {
     try {
-      propertyBag.ReadProperty(row.key, row.readDefault, value);
-      if (row.way.in != nullptr)
-        row.way.in(*this, value.Take());
-      else
-        row.way.inText(*this, value.Text());
+      row.codec.read(row, *this, propertyBag.ReadProperty(row.key, row.readDefault));
     } catch (const std::bad_alloc&) {
       throw;  // nothing is wrong with the key: skipping it would lose its value at the next saving
     } catch (const std::exception& error) {
@@ -42,8 +38,8 @@ void Control::ReadProperties(PropertyBag& propertyBag) {
 
 void Control::WriteProperties(PropertyBag& propertyBag) const {
   std::string scratch;
-  for (const BagKey& row : Class().bag)
-    propertyBag.WriteProperty(row.key, row.way.out(*this, scratch), row.writeDefault);
+  for (const PropertyRow& row : Class().bag)
+    propertyBag.WriteProperty(row.key, row.codec.write(row, *this, scratch), row.writeDefault);
 }
 
 std::string Control::GetRuntimeText() const {
@@ -52,13 +48,26 @@ std::string Control::GetRuntimeText() const {
   return text;
 }
 
+void Control::AppendRuntimeText(std::string& out) const {
+  TagWriter tag(out, Namespace(), basename());
+  AppendAttributes(tag);
+  tag.CloseEmpty();
+}
+
+void Control::AppendAttributes(TagWriter& tag) const {
+  for (const bool last : {false, true})
+    for (const PropertyRow& row : Class().bag)
+      if (row.emission.append != nullptr && row.emission.last == last)
+        row.emission.append(row, *this, tag);
+}
+
 Box Control::DesignTimeBox() const {
   const BoxDesign& design = Class().box;
   Box box{design.width, design.height, design.border, {}};
-  for (const BoxLabel& label : design.labels) {
+  for (const BoxLabel& label : design.Labels()) {
     const std::string_view caption = captionsShown_ ? label.caption(*this) : label.designCaption;
     Rect at = label.at;
-    if (label.autoSize) at.width = ThePlatform().TextWidth(caption, label.weight);
+    if (at.width == 0) at.width = ThePlatform().TextWidth(caption, label.weight);
     box.labels.push_back({label.name, std::string(caption), label.weight, at});
   }
   if (laidOut_) design.layOut(box, *this);

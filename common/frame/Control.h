@@ -10,7 +10,7 @@
 
 #include "common/frame/DesignBox.h"
 #include "common/frame/PropertyBag.h"
-#include "common/frame/PropertyTable.h"
+#include "common/frame/PropertyRow.h"
 #include "common/values/Object.h"
 
 namespace kvo {
@@ -23,19 +23,24 @@ inline constexpr std::string_view kRuntimeTextMethod = "GetRuntimeText";
 // A failing bag call or assignment while loading ends the load - or, in one class, that key only.
 enum class ReadFailure { endsLoad, skipsKey };
 
-// The whole contract of a control class. Each class returns its own from `Contract()`.
-struct ControlClass {
+// What a class says of itself beside its rows.
+struct ControlDesign {
   std::string_view name;
-  std::span<const PropertyRow> properties;  // in interface order
-  std::span<const BagKey> bag;              // in persisted order
+  std::string_view basename;  // the default of the tag's name
   BoxDesign box;
-  std::span<const std::string_view> pages;  // class names, in the order of their tabs
-  std::shared_ptr<Control> (*create)();
+  std::span<const std::string_view> pages{};  // class names, in the order of their tabs
   ReadFailure readFailure = ReadFailure::endsLoad;
+};
+
+// The whole contract of a control class, made of its rows.
+struct ControlClass : ControlDesign {
+  std::span<const PropertyRow> properties;  // in interface order
+  std::span<const PropertyRow> bag;         // those with a key, in persisted order
+  std::shared_ptr<Control> (*create)();
 
   // The row of a property, names without regard to case; nullptr when there is none.
   const PropertyRow* FindProperty(std::string_view propertyName) const;
-  const BagKey* FindKey(std::string_view key) const;  // keys exactly
+  const PropertyRow* FindKey(std::string_view key) const;  // keys exactly
 };
 
 // A control instance. It is born as its initialise step leaves it; its end is the terminate event.
@@ -51,8 +56,9 @@ class Control : public Object {
 
   // The markup that stands in the page for this control. Depends on the properties alone.
   std::string GetRuntimeText() const;
-  // The same, appended to `out`. After a failure `out` may hold a part of the text.
-  virtual void AppendRuntimeText(std::string& out) const = 0;
+  // The same, appended to `out`. After a failure `out` may hold a part of the text. Unless a class
+  // has a text of its own, it is one empty tag with the attributes of its rows.
+  virtual void AppendRuntimeText(std::string& out) const;
 
   // The picture as it looks now. Text is measured here, not when a property changes.
   Box DesignTimeBox() const;
@@ -61,18 +67,9 @@ class Control : public Object {
   // The user's double click. False: not handled; what happens then is the host's choice.
   virtual bool DblClick(WindowHandle /*owner*/) { return false; }
 
-  const std::string& Namespace() const { return namespace_; }
-  void Namespace(std::string_view sNewNamespace) { namespace_ = sNewNamespace; }
-  const std::string& basename() const { return basename_; }
-  void basename(std::string_view sNewBasename) {
-    basename_ = sNewBasename;
-    UpdateDisplay();
-  }
-  const std::string& DisplayBasename() const { return displayBasename_; }
-  void DisplayBasename(std::string_view sNewDisplayBasename) {
-    displayBasename_ = sNewDisplayBasename;
-    UpdateDisplay();
-  }
+  Text Namespace;
+  Shown<Text> basename{*this};
+  Shown<Text> DisplayBasename{*this};
 
   // Late binding over the class's interface, and the method GetRuntimeText.
   Variant Get(std::string_view name) override;
@@ -80,57 +77,72 @@ class Control : public Object {
   Variant Call(std::string_view name, std::span<const Variant> arguments) override;
   std::optional<std::vector<std::string>> PropertyPages() override;
 
- protected:
   // Refreshes the box: from now on it shows the properties instead of the design captions.
   void UpdateDisplay() { captionsShown_ = laidOut_ = true; }
 
+ protected:
+  // The attributes that the class's rows emit.
+  void AppendAttributes(TagWriter& tag) const;
+
  private:
-  std::string namespace_;
-  std::string basename_;
-  std::string displayBasename_;
   bool captionsShown_ = false;
   bool laidOut_ = false;
 };
 
-namespace property_table {
+namespace rows {
 
-using Self = Control;
-inline constexpr std::array kFrameProperties = {
-    KVO_PROPERTY(1, Namespace), KVO_PROPERTY(2, basename), KVO_PROPERTY(3, DisplayBasename)};
-
-consteval std::array<BagKey, 3> FrameKeys(std::string_view basename) {
-  return {BagKey{"namespace", "kv", "kv", Through(kFrameProperties, "Namespace")},
-          BagKey{"basename", basename, basename, Through(kFrameProperties, "basename")},
-          BagKey{"display-basename", "", "", Through(kFrameProperties, "DisplayBasename")}};
+// What every class begins with. Only the default base name differs from class to class.
+constexpr std::array<PropertyRow, 3> OfFrame(std::string_view basename) {
+  using Self = Control;
+  return {PropertyRow(1, KVO(Namespace), "namespace", "kv", "kv", kNever),
+          PropertyRow(2, KVO(basename), "basename", basename, basename, kNever),
+          PropertyRow(3, KVO(DisplayBasename), "display-basename", "", "", kNever)};
 }
 
-template <class T, std::size_t first, std::size_t second>
-consteval std::array<T, first + second> Join(const std::array<T, first>& a, const T (&b)[second]) {
-  std::array<T, first + second> joined{};
-  std::ranges::copy(a, joined.begin());
-  std::ranges::copy(b, joined.begin() + first);
-  return joined;
+template <std::size_t count, class Picks>
+consteval std::size_t Count(const std::array<PropertyRow, count>& all, Picks picks) {
+  return static_cast<std::size_t>(std::count_if(all.begin(), all.end(), picks));
 }
 
-}  // namespace property_table
+}  // namespace rows
 
-// What every class begins with: the first three properties, and the first three keys. Only the
-// default base name differs from class to class.
-template <std::size_t own>
-consteval std::array<PropertyRow, own + 3> FrameProperties(const PropertyRow (&ownRows)[own]) {
-  return property_table::Join(property_table::kFrameProperties, ownRows);
-}
+// Base of a class of controls: gives it the contract that follows from its `design` and `rows`.
+template <class Class_, class Base = Control>
+class ControlOf : public Base {
+ public:
+  using Base::Base;
 
-template <std::size_t own>
-consteval std::array<BagKey, own + 3> FrameKeys(std::string_view basename,
-                                                const BagKey (&ownKeys)[own]) {
-  return property_table::Join(property_table::FrameKeys(basename), ownKeys);
-}
+  static const ControlClass& Contract() {
+    static constexpr auto kRows = [] {
+      constexpr auto frame = rows::OfFrame(Class_::design.basename);
+      std::array<PropertyRow, frame.size() + std::size(Class_::rows)> all;
+      std::copy(std::begin(Class_::rows), std::end(Class_::rows),
+                std::copy(frame.begin(), frame.end(), all.begin()));
+      return all;
+    }();
+    static constexpr auto kProperties = [] {
+      constexpr auto isProperty = [](const PropertyRow& row) { return row.id != 0; };
+      std::array<PropertyRow, rows::Count(kRows, isProperty)> picked;
+      std::copy_if(kRows.begin(), kRows.end(), picked.begin(), isProperty);
+      std::sort(picked.begin(), picked.end(),
+                [](const PropertyRow& a, const PropertyRow& b) { return a.id < b.id; });
+      return picked;
+    }();
+    static constexpr auto kBag = [] {
+      constexpr auto isStored = [](const PropertyRow& row) { return !row.key.empty(); };
+      std::array<PropertyRow, rows::Count(kRows, isStored)> picked;
+      std::copy_if(kRows.begin(), kRows.end(), picked.begin(), isStored);
+      return picked;
+    }();
+    static constexpr ControlClass contract{
+        Class_::design, kProperties, kBag,
+        []() -> std::shared_ptr<Control> { return std::make_shared<Class_>(); }};
+    return contract;
+  }
+  const ControlClass& Class() const final { return Contract(); }
 
-// For a class that adds nothing.
-inline constexpr const auto& kFramePropertiesOnly = property_table::kFrameProperties;
-consteval std::array<BagKey, 3> FrameKeys(std::string_view basename) {
-  return property_table::FrameKeys(basename);
-}
+ protected:
+  using Self = Class_;
+};
 
 }  // namespace kvo

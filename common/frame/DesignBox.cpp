@@ -3,7 +3,6 @@
 namespace kvo {
 namespace {
 
-constexpr int kLineHeight = 390;
 constexpr int kCaptionLeft = 120;
 
 void StretchBorder(Box& box) {
@@ -30,9 +29,9 @@ void LayOutCaption(Box& box, const Control&) {
   box.labels[0].at.left = kCaptionLeft;
 }
 
-void LayOutFixed(Box& box, const Control&) {
-  box.width = 7200;
-  box.height = 480;
+void LayOutTable(Box& box, const Control&) {
+  box.width = kTableWidth;
+  box.height = kTableHeight;
 }
 
 }  // namespace kvo

@@ -26,14 +26,13 @@ struct Rect {
 };
 
 // A label as it is declared: its design-time caption shows until the first refresh, then what
-// `caption` answers. An auto-size label is as wide as its caption, whatever `at` says.
+// `caption` answers. A label without a width is as wide as its caption.
 struct BoxLabel {
-  std::string_view name;
-  std::string_view designCaption;
+  std::string_view name{};
+  std::string_view designCaption{};
   FontWeight weight = FontWeight::normal;
-  Rect at;
-  bool autoSize = true;
-  std::string_view (*caption)(const Control&);
+  Rect at{};
+  std::string_view (*caption)(const Control&) = nullptr;
 };
 
 struct Box;
@@ -43,9 +42,13 @@ struct Box;
 struct BoxDesign {
   int width;
   int height;
-  std::span<const BoxLabel> labels;
+  std::array<BoxLabel, 2> labels;  // a box with one label leaves the other without a name
   Rect border;
   void (*layOut)(Box& box, const Control& control);
+
+  constexpr std::span<const BoxLabel> Labels() const {
+    return std::span(labels).first(labels[1].name.empty() ? 1 : 2);
+  }
 };
 
 // A box as somebody looks at it.
@@ -65,42 +68,52 @@ struct Box {
 
 inline constexpr std::string_view kBorderName = "shpBorder";
 
-// Layout rules shared by several classes. labels[0] is always `lblBasename`.
-
-// Caption and value side by side: the box is as wide as both labels and 270, and 390 high.
-void LayOutSideBySide(Box& box, const Control& control);
-// The caption alone: the box is as wide as its caption and 180, and 390 high.
-void LayOutCaption(Box& box, const Control& control);
-// A box that cannot be resized: always 7200 by 480, nothing inside moves.
-void LayOutFixed(Box& box, const Control& control);
-
 // The caption of every `lblBasename`: DisplayBasename, or basename when that is empty.
 std::string_view BasenameCaption(const Control& control);
 
-// The labels and the box of the classes that show a caption and a value side by side.
-using CaptionOf = std::string_view (*)(const Control&);
-constexpr std::array<BoxLabel, 2> SideBySideLabels(std::string_view designBasename,
-                                                   std::string_view valueLabel,
-                                                   std::string_view designValue, CaptionOf value) {
-  return {BoxLabel{"lblBasename",
-                   designBasename,
-                   FontWeight::bold,
-                   {120, 90, 0, 195},
-                   true,
-                   BasenameCaption},
-          BoxLabel{valueLabel, designValue, FontWeight::normal, {1200, 90, 0, 195}, true, value}};
-}
-constexpr BoxDesign SideBySideBox(std::span<const BoxLabel> labels) {
-  return {2700, 390, labels, {15, 15, 2670, 360}, LayOutSideBySide};
+// Layout rules of the boxes below.
+void LayOutSideBySide(Box& box, const Control& control);
+void LayOutCaption(Box& box, const Control& control);
+
+// The boxes that several classes have. `lblBasename` is always the first label.
+inline constexpr int kLineHeight = 390;
+constexpr BoxLabel BasenameLabel(std::string_view designCaption, Rect at) {
+  return {"lblBasename", designCaption, FontWeight::bold, at, BasenameCaption};
 }
 
-// The box of the classes that show their caption alone.
-constexpr std::array<BoxLabel, 1> CaptionLabel(std::string_view designCaption, int top) {
-  return {BoxLabel{
-      "lblBasename", designCaption, FontWeight::bold, {120, top, 0, 195}, true, BasenameCaption}};
+// A caption and a value side by side: as wide as both labels and 270.
+constexpr BoxDesign SideBySideBox(std::string_view designBasename, std::string_view valueLabel,
+                                  std::string_view designValue,
+                                  std::string_view (*value)(const Control&)) {
+  return {2700,
+          kLineHeight,
+          {BasenameLabel(designBasename, {120, 90, 0, 195}),
+           BoxLabel{valueLabel, designValue, FontWeight::normal, {1200, 90, 0, 195}, value}},
+          {15, 15, 2670, 360},
+          LayOutSideBySide};
 }
-constexpr BoxDesign CaptionBox(std::span<const BoxLabel> labels, int borderTop, int borderHeight) {
-  return {2700, 390, labels, {15, borderTop, 2670, borderHeight}, LayOutCaption};
+
+// The caption alone: as wide as it and 180.
+constexpr BoxDesign CaptionBox(std::string_view designCaption, int captionTop, int borderTop,
+                               int borderHeight) {
+  return {2700,
+          kLineHeight,
+          {BasenameLabel(designCaption, {120, captionTop, 0, 195})},
+          {15, borderTop, 2670, borderHeight},
+          LayOutCaption};
+}
+
+// A wide box for a table. Unless `layOut` does more, it cannot be resized and nothing inside moves.
+inline constexpr int kTableWidth = 7200;
+inline constexpr int kTableHeight = 480;
+void LayOutTable(Box& box, const Control& control);
+constexpr BoxDesign TableBox(std::string_view designCaption,
+                             void (*layOut)(Box&, const Control&) = LayOutTable) {
+  return {kTableWidth,
+          kTableHeight,
+          {BasenameLabel(designCaption, {120, 120, 6930, 255})},
+          {15, 15, kTableWidth - 30, kTableHeight - 30},
+          layOut};
 }
 
 }  // namespace kvo

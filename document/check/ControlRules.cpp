@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <set>
 
-#include "common/text/modGlobal.h"
+#include "common/frame/TagWriter.h"
+#include "common/values/RuntimeError.h"
 #include "controls/BlockLevel.h"
 #include "document/check/Conditions.h"
 #include "document/page/Messages.h"
@@ -203,33 +204,29 @@ void UnsubscribeWithoutSite(const Checked& checked, const Report& report) {
       report);
 }
 
-// Properties that become attribute values; contents are HTML, where an "&" is the author's own.
-// clang-format off
-constexpr std::string_view kAttributeValues[] = {
-    "Value", "Field", "Item", "Format", "Test", "Href", "ClickId", "Recipient", "Site",
-    "TableWidth", "SelectedProducts", "ShopHTTPURL", "ImagesHTTPURL", "FontFamily", "FontSize",
-    "Border", "TableBgColor", "HeaderBgColor", "HeaderCSSStyle", "DefaultExtension", "OrderId",
-    "TableCellSpacing", "TableCellPadding", "TableBorder", "TableBackground", "TableCssStyle",
-    "HeaderBackground", "BodyBackground", "BodyCssStyle",
-};
-// clang-format on
-
-void BareAmpersand(const Checked& checked, const Report& report) {
-  const auto complain = [&](std::string_view property, std::string_view value) {
-    const std::string name(property);
-    report(
-        {"Ein „&“ in " + name + " bleibt unmaskiert: " + Quoted(value) + ". Schreiben Sie „&amp;“.",
-         "An \"&\" in " + name + " stays raw: " + Quoted(value) + ". Write \"&amp;\"."});
-  };
-  for (const std::string_view property : kAttributeValues) {
-    if (!checked.Has(property)) continue;
-    // The escaping leaves an "&" raw only where the text ends before it could be told from "&amp;".
-    const std::string value = checked.Text(property);
-    if (FixAmpersands(value + ' ') != FixAmpersands(value) + ' ') complain(property, value);
+// The attributes that a row emits. None when that fails, which is another rule's finding.
+std::string AttributesOf(const PropertyRow& row, const Control& control) {
+  std::string text;
+  try {
+    TagWriter tag(text, {}, {});
+    row.emission.append(row, control, tag);
+  } catch (const RuntimeError&) {
+    text.clear();
   }
-  if (checked.Has("Headline")) {
-    const std::string headline = checked.Text("Headline");
-    if (FixAmpersands(headline + ' ') != headline + ' ') complain("Headline", headline);
+  return text;
+}
+
+// Contents are no attributes: there an "&" is the author's own.
+void BareAmpersand(const Checked& checked, const Report& report) {
+  for (const PropertyRow& row : checked.found.contract->bag) {
+    if (row.type != PropertyType::text || row.emission.append == nullptr) continue;
+    // The escaping leaves an "&" raw where the value ends before it can be told from "&amp;".
+    const std::string emitted = AttributesOf(row, *checked.control);
+    if (FixAmpersands(emitted) == emitted) continue;
+    const std::string name(row.name);
+    const std::string value = Quoted(checked.Text(row.name));
+    report({"Ein „&“ in " + name + " bleibt unmaskiert: " + value + ". Schreiben Sie „&amp;“.",
+            "An \"&\" in " + name + " stays raw: " + value + ". Write \"&amp;\"."});
   }
 }
 

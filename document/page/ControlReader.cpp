@@ -51,7 +51,7 @@ std::string_view NearestClass(std::string_view className) {
 
 std::string_view NearestKey(const ControlClass& contract, std::string_view key) {
   std::vector<std::string_view> keys;
-  for (const BagKey& row : contract.bag) keys.push_back(row.key);
+  for (const PropertyRow& row : contract.bag) keys.push_back(row.key);
   return Suggest(key, keys);
 }
 

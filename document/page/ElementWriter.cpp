@@ -135,7 +135,7 @@ void ElementWriter::Begin(const ControlClass& contract, std::optional<std::strin
     classBegin_ += contract.name;
     classBegin_ += '"';
     paramBegins_.clear();
-    for (const BagKey& row : contract.bag) {
+    for (const PropertyRow& row : contract.bag) {
       BeginParam(row.key);
       paramBegins_.push_back(text_);
       text_.clear();

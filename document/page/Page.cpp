@@ -20,7 +20,7 @@ namespace kvo::page {
 namespace {
 
 // Most keys come from the class's own rows, so comparing addresses settles it.
-bool IsKey(const BagKey& row, std::string_view key) {
+bool IsKey(const PropertyRow& row, std::string_view key) {
   return row.key.size() == key.size() && (row.key.data() == key.data() || row.key == key);
 }
 
@@ -42,15 +42,14 @@ class FoundBag final : public PropertyBag {
   }
 
  protected:
-  bool Find(std::string_view key, BagValue& value) override {
+  std::optional<std::string_view> Find(std::string_view key) override {
     // A class reads its keys in the order of its rows.
     const auto rows = control_.contract->bag;
     while (next_ < rows.size() && !IsKey(rows[next_], key)) ++next_;
-    if (next_ == rows.size()) return false;
+    if (next_ == rows.size()) return std::nullopt;
     const std::size_t param = control_.paramOfKey[next_++];
-    if (param == ReadControl::kNoParam) return false;
-    value.Set(control_.params[param].value);
-    return true;
+    if (param == ReadControl::kNoParam) return std::nullopt;
+    return control_.params[param].value;
   }
   void Store(std::string_view, std::string_view) override {}
 
@@ -73,7 +72,7 @@ class WrittenBag final : public PropertyBag {
   }
 
  protected:
-  bool Find(std::string_view, BagValue&) override { return false; }
+  std::optional<std::string_view> Find(std::string_view) override { return std::nullopt; }
   void Store(std::string_view key, std::string_view value) override {
     std::size_t row = next_;
     while (row < rows_.size() && !IsKey(rows_[row], key)) ++row;
@@ -91,7 +90,7 @@ class WrittenBag final : public PropertyBag {
       if (!found_.ReadsDefault(next_)) same_ = false;
   }
 
-  std::span<const BagKey> rows_;
+  std::span<const PropertyRow> rows_;
   const FoundBag& found_;
   ElementWriter& element_;
   std::size_t next_ = 0;
@@ -493,8 +492,7 @@ class Writer {
     if (contract.name == "DTCScript") return {};  // statements
     for (const std::string_view name : {"HTMLContent", "OnTrue", "OnFalse"}) {
       const PropertyRow* const property = contract.FindProperty(name);
-      std::string scratch;
-      if (property != nullptr && property->text(control, scratch).find(wanted) != npos) return name;
+      if (property != nullptr && ToText(property->get(control)).find(wanted) != npos) return name;
     }
     return {};
   }

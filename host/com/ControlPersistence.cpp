@@ -14,17 +14,16 @@ namespace {
 // The host's property bag, for one load or save.
 class HostBag final : public PropertyBag {
  public:
-  HostBag(IPropertyBag* bag, IErrorLog* log, std::wstring_view source)
-      : bag_(bag), log_(log), source_(source) {}
+  HostBag(const ControlClass& contract, IPropertyBag* bag, IErrorLog* log, std::wstring_view source)
+      : contract_(contract), bag_(bag), log_(log), source_(source) {}
 
  private:
-  bool Find(std::string_view key, BagValue& value) override {
+  std::optional<std::string_view> Find(std::string_view key) override {
     AutoVariant found;
     const HRESULT code = bag_->Read(ToWide(key).c_str(), found.get(), log_);
-    if (code == E_INVALIDARG) return false;  // the bag does not hold the key
+    if (code == E_INVALIDARG) return std::nullopt;  // the bag does not hold the key
     Check(code);
-    value.Set(FromVariant(*found));
-    return true;
+    return found_ = StoredText(*contract_.FindKey(key), FromVariant(*found));
   }
 
   void Store(std::string_view key, std::string_view value) override {
@@ -45,9 +44,11 @@ class HostBag final : public PropertyBag {
     SysFreeString(exception.bstrDescription);
   }
 
+  const ControlClass& contract_;
   IPropertyBag* bag_;
   IErrorLog* log_;
   std::wstring_view source_;
+  std::string found_;
 };
 
 // --- the stream ---
@@ -144,7 +145,7 @@ HRESULT ControlPersistence::InitNew() noexcept { return S_OK; }
 HRESULT ControlPersistence::Load(IPropertyBag* bag, IErrorLog* log) noexcept {
   if (bag == nullptr) return E_POINTER;
   return Boundary(state_.source, [&] {
-    HostBag hostBag(bag, log, state_.source);
+    HostBag hostBag(state_.Contract(), bag, log, state_.source);
     Load(hostBag);
   });
 }
@@ -152,7 +153,7 @@ HRESULT ControlPersistence::Load(IPropertyBag* bag, IErrorLog* log) noexcept {
 HRESULT ControlPersistence::Save(IPropertyBag* bag, BOOL clearDirty, BOOL) noexcept {
   if (bag == nullptr) return E_POINTER;
   return Boundary(state_.source, [&] {
-    HostBag hostBag(bag, nullptr, state_.source);
+    HostBag hostBag(state_.Contract(), bag, nullptr, state_.source);
     state_.control->WriteProperties(hostBag);
     if (clearDirty) clean_ = Stored();
   });

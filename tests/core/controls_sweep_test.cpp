@@ -60,7 +60,7 @@ TEST_P(EveryClass, HasUniqueNamesIdsAndKeys) {
     EXPECT_GT(row.id, 0) << row.name;
   }
   std::set<std::string_view> keys;
-  for (const BagKey& row : Contract().bag) EXPECT_TRUE(keys.insert(row.key).second) << row.key;
+  for (const PropertyRow& row : Contract().bag) EXPECT_TRUE(keys.insert(row.key).second) << row.key;
 }
 
 TEST_P(EveryClass, TakesAndGivesEachPropertyByNameInAnyCase) {
@@ -109,9 +109,9 @@ TEST_P(EveryClass, ShowsDesignCaptionsUntilTheFirstRefresh) {
   const auto control = Fresh();
   const auto expectDesign = [&] {
     const Box box = control->DesignTimeBox();
-    ASSERT_EQ(box.labels.size(), Contract().box.labels.size());
+    ASSERT_EQ(box.labels.size(), Contract().box.Labels().size());
     for (std::size_t i = 0; i < box.labels.size(); ++i)
-      EXPECT_EQ(box.labels[i].caption, Contract().box.labels[i].designCaption);
+      EXPECT_EQ(box.labels[i].caption, Contract().box.Labels()[i].designCaption);
   };
   expectDesign();
   control->Namespace("neu");  // stores, no refresh
@@ -169,7 +169,7 @@ TEST_P(EveryClass, SettlesAfterOneSaveOrTwoWhereDefaultsDiffer) {
   int loaded = 0;
   for (int round = 0; round < 3000; ++round) {
     std::vector<MemoryBag::Entry> entries;
-    for (const BagKey& row : Contract().bag)
+    for (const PropertyRow& row : Contract().bag)
       if (random() % 3 != 0) entries.emplace_back(row.key, RandomText(random));
     std::shared_ptr<Control> first;
     try {
@@ -186,7 +186,7 @@ TEST_P(EveryClass, SettlesAfterOneSaveOrTwoWhereDefaultsDiffer) {
     // One value takes a second save: a value equal to a write default that is not the read
     // default. It is not stored, so the next load reads another value and that is stored.
     MemoryBag expected;
-    for (const BagKey& row : Contract().bag) {
+    for (const PropertyRow& row : Contract().bag) {
       const auto entry = std::find_if(once.begin(), once.end(),
                                       [&](const auto& stored) { return stored.first == row.key; });
       if (entry != once.end()) {
@@ -204,7 +204,7 @@ TEST_P(EveryClass, AnswersARuntimeTextThatDependsOnItsPropertiesAlone) {
   std::mt19937 random(7);
   for (int round = 0; round < 500; ++round) {
     std::vector<MemoryBag::Entry> entries;
-    for (const BagKey& row : Contract().bag)
+    for (const PropertyRow& row : Contract().bag)
       if (random() % 2 == 0) entries.emplace_back(row.key, RandomText(random));
     std::string texts[2];
     try {

@@ -267,9 +267,9 @@ class FailingBag : public MemoryBag {
       : MemoryBag(std::move(entries)), key_(std::move(key)) {}
 
  protected:
-  bool Find(std::string_view key, BagValue& value) override {
+  std::optional<std::string_view> Find(std::string_view key) override {
     if (key == key_) throw RuntimeError(ErrorNumber::invalidCall);
-    return MemoryBag::Find(key, value);
+    return MemoryBag::Find(key);
   }
 
  private:

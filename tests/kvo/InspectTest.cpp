@@ -118,7 +118,7 @@ TEST_F(InspectCommand, EveryClassIsInspected) {
     const ControlClass& contract = RegisteredControls()[i].contract();
     EXPECT_EQ(controls[i]["class"], contract.name);
     EXPECT_EQ(controls[i]["properties"].size(), contract.properties.size());
-    EXPECT_EQ(controls[i]["box"]["elements"].size(), contract.box.labels.size() + 1);
+    EXPECT_EQ(controls[i]["box"]["elements"].size(), contract.box.Labels().size() + 1);
     EXPECT_TRUE(controls[i].contains("runtimeText")) << contract.name;
   }
 }

