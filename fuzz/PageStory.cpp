@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "common/frame/Office.h"
 #include "common/values/RuntimeError.h"
 #include "fuzz/StoryBag.h"
 #include "fuzz/UserEvents.h"
@@ -81,7 +82,7 @@ bool PageStory::LoadControl() {
   } catch (const RuntimeError&) {
     return false;
   }
-  if (contract.FindProperty("Office")) control_->Let("Office", ObjectRef(office_));
+  GiveOffice(*control_, office_);
   return true;
 }
 

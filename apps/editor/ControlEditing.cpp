@@ -2,6 +2,7 @@
 
 #include "apps/editor/Ask.h"
 #include "apps/editor/Words.h"
+#include "common/frame/Office.h"
 #include "common/values/RuntimeError.h"
 #include "document/page/Page.h"
 #include "host/qt/Messages.h"
@@ -10,17 +11,10 @@
 #include "host/registration/classes.h"
 
 namespace kvo::editor {
-namespace {
-
-bool HoldsOffice(const Control& control) {
-  return control.Class().FindProperty("Office") != nullptr;
-}
-
-}  // namespace
 
 std::shared_ptr<Control> ControlEditing::Load(int position) const {
   std::shared_ptr<Control> control = page_.SourceAt(position).Load();
-  if (office_ != nullptr && HoldsOffice(*control)) control->Let("Office", ObjectRef(office_));
+  GiveOffice(*control, office_);
   return control;
 }
 

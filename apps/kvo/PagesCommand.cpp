@@ -3,6 +3,7 @@
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/PageRun.h"
 #include "common/forms/PropertyPage.h"
+#include "common/frame/Office.h"
 #include "common/values/RuntimeError.h"
 #include "document/office/OfficeFile.h"
 #include "document/page/File.h"
@@ -38,8 +39,7 @@ void Write(const std::string& folder, std::string_view name, Form& form) {
 void DrawPage(const PagesValues& values, const ControlClass& contract, std::string_view name,
               const ObjectRef& office) {
   const auto control = page::Load(contract, {});
-  if (office != nullptr && contract.FindProperty("Office") != nullptr)
-    control->Let("Office", office);
+  GiveOffice(*control, office);
   const auto page = CreatePage(name);
   try {
     page->Select({control});

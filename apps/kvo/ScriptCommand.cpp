@@ -58,10 +58,7 @@ void AddControls(ScriptStage& stage, const std::string& file) {
   ShowProblems(Stream::error, ShownName(file), inspection.problems);
   for (const page::FoundControl& found : inspection.controls) {
     if (found.id.empty() || found.broken || found.contract == nullptr) continue;
-    auto control = page::Load(*found.contract, found.bag);
-    if (stage.office != nullptr && found.contract->FindProperty("Office") != nullptr)
-      control->Let("Office", stage.office);
-    stage.controls.emplace(found.id, std::move(control));
+    stage.controls.emplace(found.id, page::Load(*found.contract, found.bag));
   }
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 
+#include "common/frame/Office.h"
 #include "common/text/modGlobal.h"
 #include "common/values/RuntimeError.h"
 #include "host/script/HeadlessUser.h"
@@ -221,8 +222,7 @@ class Performance final : private PropertyFrame::Window {
     std::vector<ObjectRef> objects;
     for (const std::string& name : names) {
       const auto& control = ControlNamed(name);
-      if (stage_.office && control->Class().FindProperty("Office"))
-        control->Let("Office", stage_.office);
+      GiveOffice(*control, stage_.office);
       objects.emplace_back(control);
     }
     return objects;

@@ -1,5 +1,6 @@
 // Pages act on the first of several selected objects, and never so much as ask the others.
 #include "common/forms/PropertyPage.h"
+#include "common/frame/Office.h"
 #include "host/registration/classes.h"
 #include "host/script/FormState.h"
 #include "pages/frmExpressionBuilder.h"
@@ -121,7 +122,7 @@ class FirstSelected : public testing::TestWithParam<Edit> {
     MemoryBag bag(std::vector<MemoryBag::Entry>{
         {"value", "td"}, {"attributes", "align|left"}, {"selected-products", "7"}});
     control->ReadProperties(bag);
-    if (contract.FindProperty("Office")) control->Let("Office", ObjectRef(office));
+    GiveOffice(*control, office);
   }
   std::vector<MemoryBag::Entry> Stored() const {
     MemoryBag bag;

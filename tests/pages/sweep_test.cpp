@@ -2,6 +2,7 @@
 // applying without an edit changes nothing but what that page's own rules change.
 #include <random>
 
+#include "common/frame/Office.h"
 #include "host/registration/classes.h"
 #include "tests/forms/FakeRecordset.h"
 #include "tests/pages/FakeOffice.h"
@@ -97,7 +98,7 @@ class PageSweep : public testing::TestWithParam<std::string_view> {
     } catch (const RuntimeError&) {
       return nullptr;
     }
-    if (contract.FindProperty("Office")) control->Let("Office", ObjectRef(office));
+    GiveOffice(*control, office);
     return control;
   }
 

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "common/frame/Office.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/qt/FormDialog.h"
 #include "host/qt/PropertyFrameDialog.h"
@@ -108,7 +109,7 @@ void DrawPages(Studio& studio, const ObjectRef& office) {
       const std::shared_ptr<Control> control = contract.create();
       MemoryBag bag(Bag(contract.name));
       control->ReadProperties(bag);
-      if (contract.FindProperty("Office")) control->Let("Office", office);
+      GiveOffice(*control, office);
       PropertyFrameDialog dialog(contract.name, {control}, pages, CreatePage, nullptr);
       dialog.findChild<QTabWidget*>()->setCurrentIndex(static_cast<int>(tab - pages.begin()));
       studio.Draw(dialog, page.name);

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "common/forms/PropertyFrame.h"
+#include "common/frame/Office.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/registration/classes.h"
 #include "host/win32/BoxPainter.h"
@@ -92,7 +93,7 @@ std::shared_ptr<Control> MakeControl(const ControlClass& contract, const ObjectR
   std::shared_ptr<Control> control = contract.create();
   MemoryBag bag(Bag(contract.name));
   control->ReadProperties(bag);
-  if (contract.FindProperty("Office")) control->Let("Office", office);
+  GiveOffice(*control, office);
   return control;
 }
 
