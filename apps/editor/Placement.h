@@ -18,7 +18,7 @@ struct Insertion {
 
 // Why the controls of a part cannot stand there.
 struct Misplacement {
-  page::Message message;  // with the place, and the runtime text if it is offered
+  Message message;  // with the place, and the runtime text if it is offered
   // The part with its misplaced controls replaced by their runtime texts. Nothing if one of these
   // is not a single tag, or would close the surrounding markup.
   std::optional<PageText> asText;

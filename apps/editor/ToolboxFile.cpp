@@ -5,6 +5,7 @@
 
 #include "common/text/Suggest.h"
 #include "common/values/RuntimeError.h"
+#include "document/page/Messages.h"
 #include "document/page/Page.h"
 #include "host/registration/classes.h"
 
@@ -109,23 +110,17 @@ class Reader : private office::JsonFileReader {
       page::Load(*tool.contract, tool.bag);
     } catch (const RuntimeError& error) {
       Add(bag.at,
-          {path +
-               ": Das Control lässt sich damit nicht laden: " + error.Description(Language::german),
-           path +
-               ": the control cannot be loaded from it: " + error.Description(Language::english)});
+          {path + ": Das Control lässt sich damit nicht laden: " + error.Text(Language::german),
+           path + ": the control cannot be loaded from it: " + error.Text(Language::english)});
     }
   }
 
   void AddUnknownName(const JsonNode& name, const std::string& path,
                       std::span<const std::string_view> known, const Localized& text) {
-    const auto fill = [&](std::string_view words, const char* meant) {
-      std::string message = path + ": " + std::string(words);
-      message.replace(message.rfind("{}"), 2, name.text);
-      if (const auto near = Suggest(name.text, known); !near.empty())
-        message += meant + std::string(" \"") + std::string(near) + "\"?";
-      return message;
-    };
-    Add(name.at, {fill(text.german, " Meinten Sie"), fill(text.english, " Did you mean")});
+    const std::array names = {name.text};
+    const Message message =
+        page::messages::WithSuggestion(Filled(text, names), Suggest(name.text, known));
+    Add(name.at, {path + ": " + message.german, path + ": " + message.english});
   }
 
   const std::filesystem::path& folder_;

@@ -3,6 +3,8 @@
 
 #include <QString>
 #include <initializer_list>
+#include <string>
+#include <vector>
 
 #include "common/values/Localized.h"
 #include "host/qt/Messages.h"
@@ -12,14 +14,9 @@ namespace kvo::editor {
 
 // In the user's language, each "{}" replaced by the next of `values`.
 inline QString Said(const Localized& text, std::initializer_list<QString> values = {}) {
-  QString rest = ToQt(text.In(UserLanguage()));
-  QString said;
-  for (const QString& value : values) {
-    const auto at = rest.indexOf("{}");
-    said += rest.left(at) + value;
-    rest = rest.mid(at + 2);
-  }
-  return said + rest;
+  std::vector<std::string> texts;
+  for (const QString& value : values) texts.push_back(FromQt(value));
+  return ToQt(Filled(text.In(UserLanguage()), texts));
 }
 
 namespace words {

@@ -6,7 +6,6 @@
 #include <optional>
 
 #include "apps/kvo/Names.h"
-#include "common/values/RuntimeError.h"
 #include "document/office/OfficeFile.h"
 #include "document/page/File.h"
 #include "document/page/Utf8.h"
@@ -288,16 +287,12 @@ ExitCode CommandLine::Execute(int argc, char** argv) {
     const ExitCode code = parts_->Execute(argc, argv);
     FlushOutput();
     return code;
-  } catch (const page::FileError& error) {
-    Complain(error.Text(UserLanguage()));
   } catch (const office::JsonFileError& error) {
     ShowProblems(Stream::error, error.File(), error.Problems());
-  } catch (const RuntimeError& error) {
-    Complain(error.Description(UserLanguage()));
   } catch (const std::bad_alloc&) {
     throw;  // a message takes memory, too: see main()
   } catch (const std::exception& error) {
-    Complain(error.what());
+    Complain(FailureText(error));
   }
   return ExitCode::failure;
 }

@@ -63,7 +63,7 @@ Inspected InspectControl(const page::Inspection& inspection, std::size_t index) 
     result.bag = page::StoredBag(*result.control);
     result.runtimeText = result.control->GetRuntimeText();
   } catch (const RuntimeError& error) {
-    result.fault = Fault{error.Number(), error.Description(UserLanguage())};
+    result.fault = Fault{error.Number(), error.Text(UserLanguage())};
   }
   return result;
 }

@@ -75,7 +75,7 @@ void Assign(Control& control, const std::vector<Assignment>& assignments) {
     } catch (const RuntimeError& error) {
       throw Failure(Say({"{}.{} nimmt „{}“ nicht an ({}); erwartet wird {}.",
                          "{}.{} refuses \"{}\" ({}); it takes {}."},
-                        {contract.name, row->name, value, error.Description(UserLanguage()),
+                        {contract.name, row->name, value, error.Text(UserLanguage()),
                          TypeWords(row->type, UserLanguage() == Language::german)}));
     }
   }

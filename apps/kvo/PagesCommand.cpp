@@ -44,8 +44,7 @@ void DrawPage(const PagesValues& values, const ControlClass& contract, std::stri
   try {
     page->Select({control});
   } catch (const RuntimeError& error) {
-    Complain(Say({"{} bleibt leer: {}", "{} stays empty: {}"},
-                 {name, error.Description(UserLanguage())}));
+    Complain(Say({"{} bleibt leer: {}", "{} stays empty: {}"}, {name, error.Text(UserLanguage())}));
   }
   Write(values.output, name, *page);
 }

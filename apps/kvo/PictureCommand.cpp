@@ -56,7 +56,7 @@ std::vector<Picture> PagePictures(const std::string& file, ExitCode& code) {
           {std::move(name), page::Load(*found.contract, found.bag)->DesignTimeBox()});
     } catch (const RuntimeError& error) {
       Complain(Say({"{}:{}: {}", "{}:{}: {}"}, {ShownName(file), std::to_string(found.place.line),
-                                                error.Description(UserLanguage())}));
+                                                error.Text(UserLanguage())}));
       code = ExitCode::problemsFound;
     }
   }

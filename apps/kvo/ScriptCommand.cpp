@@ -46,7 +46,7 @@ Json ControlJson(const std::string& name, const Control& control) {
   try {
     json["runtimeText"] = control.GetRuntimeText();
   } catch (const RuntimeError& error) {
-    json["error"] = {{"number", error.Number()}, {"message", error.Description(UserLanguage())}};
+    json["error"] = {{"number", error.Number()}, {"message", error.Text(UserLanguage())}};
   }
   return json;
 }
@@ -84,7 +84,7 @@ ExitCode Play(const ScriptValues& values) {
   document["failure"] = nullptr;
   if (outcome.failure)
     document["failure"] = {{"line", outcome.failure->line},
-                           {"message", outcome.failure->In(UserLanguage())}};
+                           {"message", outcome.failure->message.In(UserLanguage())}};
   document["frame"] = nullptr;
   if (outcome.frameOpen)
     document["frame"] = {{"open", *outcome.frameOpen}, {"apply", outcome.canApply}};

@@ -33,16 +33,17 @@ Language UserLanguage() { return TheLanguage(); }
 void UserLanguage(Language newLanguage) { TheLanguage() = newLanguage; }
 
 std::string Say(const Localized& text, std::initializer_list<std::string_view> values) {
-  std::string_view rest = text.In(UserLanguage());
-  std::string said;
-  for (const std::string_view value : values) {
-    const std::size_t at = rest.find("{}");
-    said += rest.substr(0, at);
-    said += value;
-    rest = rest.substr(at + 2);
-  }
-  said += rest;
-  return said;
+  return Filled(text.In(UserLanguage()), values);
+}
+
+Message FailureMessage(const std::exception& failure) {
+  if (const auto* localized = dynamic_cast<const LocalizedError*>(&failure))
+    return localized->What();
+  return {failure.what(), failure.what()};
+}
+
+std::string FailureText(const std::exception& failure) {
+  return FailureMessage(failure).In(UserLanguage());
 }
 
 }  // namespace kvo

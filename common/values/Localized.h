@@ -1,23 +1,28 @@
 // Texts for people, in the two languages that the programs speak.
 #pragma once
 
+#include <exception>
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kvo {
 
 enum class Language { german, english };
 
 // One text in both languages. German is the system's own language; English is the translation.
-struct Localized {
-  std::string_view german;
-  std::string_view english;
+template <class String>
+struct BothLanguages {
+  String german;
+  String english;
 
-  constexpr std::string_view In(Language language) const {
+  constexpr const String& In(Language language) const {
     return language == Language::german ? german : english;
   }
 };
+using Localized = BothLanguages<std::string_view>;  // a constant
+using Message = BothLanguages<std::string>;         // put together at run time
 
 // The user's language: the first of LC_ALL, LC_MESSAGES and LANG that is set decides; "de..." is
 // German, everything else English.
@@ -25,7 +30,40 @@ Language UserLanguage();
 // For hosts that know the user's language from elsewhere. Takes the place of the above from now on.
 void UserLanguage(Language newLanguage);
 
-// A text in the user's language, each "{}" replaced by the next of `values`.
+// A text with each "{}" replaced by the next of `values`: no more of them than "{}".
+template <class Values>
+std::string Filled(std::string_view text, const Values& values) {
+  std::string filled;
+  for (const std::string_view value : values) {
+    const std::size_t at = text.find("{}");
+    filled.append(text.substr(0, at)).append(value);
+    text.remove_prefix(at + 2);
+  }
+  return filled.append(text);
+}
+template <class Values>
+Message Filled(const Localized& text, const Values& values) {
+  return {Filled(text.german, values), Filled(text.english, values)};
+}
+// The same in the user's language.
 std::string Say(const Localized& text, std::initializer_list<std::string_view> values = {});
+
+// A failure that people are told of in their language.
+class LocalizedError : public std::exception {
+ public:
+  explicit LocalizedError(Message message) : message_(std::move(message)) {}
+
+  const Message& What() const { return message_; }
+  const std::string& Text(Language language) const { return message_.In(language); }
+  const char* what() const noexcept override { return message_.english.c_str(); }
+
+ private:
+  Message message_;
+};
+
+// What any failure says, in both languages where it has them.
+Message FailureMessage(const std::exception& failure);
+// The same in the user's language.
+std::string FailureText(const std::exception& failure);
 
 }  // namespace kvo

@@ -60,23 +60,21 @@ constexpr std::array kDescriptions = {
          "There is no connection to the database; check server, credentials and network"}},
 };
 
+Message MessageOf(ErrorNumber number, const std::string& about) {
+  Message message;
+  for (const Row& row : kDescriptions)
+    if (row.number == number)
+      message = {std::string(row.description.german), std::string(row.description.english)};
+  if (!about.empty()) {
+    message.german += ": " + about;
+    message.english += ": " + about;
+  }
+  return message;
+}
+
 }  // namespace
 
 RuntimeError::RuntimeError(ErrorNumber number, std::string about)
-    : number_(number), about_(std::move(about)), what_(Description(Language::english)) {}
-
-std::string RuntimeError::Description(Language language) const {
-  std::string text;
-  for (const Row& row : kDescriptions)
-    if (row.number == number_) text = row.description.In(language);
-  if (!about_.empty()) text += ": " + about_;
-  return text;
-}
-
-std::string FailureText(const std::exception& failure) {
-  if (const auto* numbered = dynamic_cast<const RuntimeError*>(&failure))
-    return numbered->Description(UserLanguage());
-  return failure.what();
-}
+    : LocalizedError(MessageOf(number, about)), number_(number), about_(std::move(about)) {}
 
 }  // namespace kvo

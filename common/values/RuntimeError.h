@@ -1,9 +1,7 @@
 // Failures that the system names by number.
 #pragma once
 
-#include <exception>
 #include <string>
-#include <string_view>
 
 #include "common/values/Localized.h"
 
@@ -34,22 +32,16 @@ enum class ErrorNumber : int {
 
 // A run-time error: a number, the standing description of that number, and optionally what it was
 // about (a member's name, a text that is no number, ...), which is shown behind the description.
-class RuntimeError : public std::exception {
+class RuntimeError : public LocalizedError {
  public:
   explicit RuntimeError(ErrorNumber number, std::string about = {});
 
   int Number() const { return static_cast<int>(number_); }
-  std::string Description(Language language) const;
   const std::string& About() const { return about_; }
-  const char* what() const noexcept override { return what_.c_str(); }
 
  private:
   ErrorNumber number_;
   std::string about_;
-  std::string what_;
 };
-
-// Any failure as the user is told of it, in the user's language where it has one.
-std::string FailureText(const std::exception& failure);
 
 }  // namespace kvo

@@ -11,7 +11,7 @@ std::string PlaceText(const page::FoundControl& control) {
   return std::to_string(control.place.line) + ":" + std::to_string(control.place.column);
 }
 
-page::Problem Unbalanced(const page::FoundControl& control, page::Message message) {
+page::Problem Unbalanced(const page::FoundControl& control, Message message) {
   return {kUnbalanced.severity, kUnbalanced.id,     control.place, control.className,
           control.id,           std::move(message), control.begin};
 }
@@ -28,8 +28,8 @@ void Balance::Close(const std::string& name, const page::FoundControl& control) 
   Tags& tags = names_[name];
   if (tags.open.empty()) {
     const std::string tag = Quoted(name);
-    page::Message message = {"Dieses schließende Element " + tag + " hat kein öffnendes vor sich.",
-                             "This closing element " + tag + " has no opening one before it."};
+    Message message = {"Dieses schließende Element " + tag + " hat kein öffnendes vor sich.",
+                       "This closing element " + tag + " has no opening one before it."};
     if (tags.lastClose != nullptr) {
       message.german += " Das letzte öffnende (" + PlaceText(*tags.lastOpen) +
                         ") schließt schon das Element in " + PlaceText(*tags.lastClose) + ".";
@@ -48,8 +48,8 @@ page::Problems Balance::Take() {
   for (const auto& [name, tags] : names_) {
     for (const page::FoundControl* control : tags.open) {
       const std::string tag = Quoted(name);
-      page::Message message = {"Dieses öffnende Element " + tag + " wird nie geschlossen.",
-                               "This opening element " + tag + " is never closed."};
+      Message message = {"Dieses öffnende Element " + tag + " wird nie geschlossen.",
+                         "This opening element " + tag + " is never closed."};
       if (tags.lastClose != nullptr) {
         message.german += " Das letzte schließende steht in " + PlaceText(*tags.lastClose) + ".";
         message.english += " The last closing one stands at " + PlaceText(*tags.lastClose) + ".";

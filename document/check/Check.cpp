@@ -64,7 +64,7 @@ page::Problems CheckPage(const page::Page& page, const ObjectRef& office,
     if (productCheck && checked.Has("SelectedProducts"))
       productCheck->Note(found, checked.Text("SelectedProducts"));
     for (const ControlRule& rule : ControlRules())
-      rule.check(checked, [&](page::Message message) {
+      rule.check(checked, [&](Message message) {
         problems.push_back({rule.rule.severity, rule.rule.id, found.place, found.className,
                             found.id, std::move(message), found.begin});
       });

@@ -13,7 +13,6 @@
 namespace kvo::check {
 namespace {
 
-using page::Message;
 using page::Severity;
 using page::messages::Quoted;
 

@@ -32,7 +32,7 @@ struct Checked {
   bool Flag(std::string_view property) const { return ToFlag(control->Get(property)); }
 };
 
-using Report = std::function<void(page::Message)>;
+using Report = std::function<void(Message)>;
 
 struct ControlRule {
   Rule rule;

@@ -120,8 +120,8 @@ void ForEachFieldReference(std::string_view text, const Found& found) {
   FindTags(text, found);
 }
 
-std::optional<page::Message> UnknownFieldMessage(FieldKind kind, const std::string& name,
-                                                 KnownFields& fields) {
+std::optional<Message> UnknownFieldMessage(FieldKind kind, const std::string& name,
+                                           KnownFields& fields) {
   std::optional<FieldNames>& known = kind == FieldKind::contact ? fields.contact : fields.order;
   if (!known || known->Know(name)) return std::nullopt;
   const Localized what = std::ranges::find(kSpellings, kind, &Spelling::kind)->what;

@@ -67,7 +67,7 @@ inline bool IsFieldForSure(const FieldReference& reference) {
 }
 
 // What is wrong with a field; nothing when it is known, or when the office has no list of its kind.
-std::optional<page::Message> UnknownFieldMessage(FieldKind kind, const std::string& name,
-                                                 KnownFields& fields);
+std::optional<Message> UnknownFieldMessage(FieldKind kind, const std::string& name,
+                                           KnownFields& fields);
 
 }  // namespace kvo::check

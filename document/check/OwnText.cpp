@@ -38,8 +38,8 @@ page::Problems CheckOwnText(const page::Page& page, const std::vector<page::Foun
     auto message = UnknownFieldMessage(reference.kind, name, fields);
     if (!message) return;
     if (++told > kMostTold)
-      message = page::Message{"Weitere unbekannte Felder im Text der Seite werden nicht genannt.",
-                              "Further unknown fields in the page's text are not named."};
+      message = Message{"Weitere unbekannte Felder im Text der Seite werden nicht genannt.",
+                        "Further unknown fields in the page's text are not named."};
     const Rule& rule = IsFieldForSure(reference) ? kUnknownField : kUnknownOrderValue;
     problems.Add(reference.at, rule.id, {}, std::move(*message), rule.severity);
   });

@@ -10,7 +10,6 @@
 #include "common/frame/Platform.h"
 #include "common/values/Ascii.h"
 #include "common/values/Recordset.h"
-#include "common/values/RuntimeError.h"
 #include "document/page/Messages.h"
 
 namespace kvo::check {
@@ -53,15 +52,9 @@ std::string StatementFor(std::span<const std::string> numbers) {
   return statement;
 }
 
-page::Message NotChecked(std::string_view german, std::string_view english) {
-  return {"Nicht alle Produktnummern sind geprüft: " + std::string(german),
-          "Not all product numbers are checked: " + std::string(english)};
-}
-
-page::Message ReasonOf(const std::exception& failure) {
-  if (const auto* error = dynamic_cast<const RuntimeError*>(&failure))
-    return NotChecked(error->Description(Language::german), error->Description(Language::english));
-  return NotChecked(failure.what(), failure.what());
+Message NotChecked(const Message& reason) {
+  return {"Nicht alle Produktnummern sind geprüft: " + reason.german,
+          "Not all product numbers are checked: " + reason.english};
 }
 
 }  // namespace
@@ -76,7 +69,7 @@ void ProductNumbers::LookUp(const std::vector<std::string>& numbers) {
   for (std::size_t at = 0; at < left.size() && readable_; at += kNumbersOfAStatement) {
     if (known_.size() >= kMostNumbers || Clock::now() > end) {
       readable_ = false;
-      failure_ = NotChecked("Es sind zu viele.", "there are too many.");
+      failure_ = NotChecked({"Es sind zu viele.", "there are too many."});
       return;
     }
     try {
@@ -85,7 +78,7 @@ void ProductNumbers::LookUp(const std::vector<std::string>& numbers) {
       throw;
     } catch (const std::exception& failure) {
       readable_ = false;
-      failure_ = ReasonOf(failure);
+      failure_ = NotChecked(FailureMessage(failure));
     }
   }
 }
@@ -130,7 +123,7 @@ page::Problems ProductCheck::Take() {
     numbers.insert(numbers.end(), noted.numbers.begin(), noted.numbers.end());
   products_.LookUp(numbers);
   page::Problems problems;
-  const auto report = [&](const Noted& noted, const Rule& rule, page::Message message) {
+  const auto report = [&](const Noted& noted, const Rule& rule, Message message) {
     const page::FoundControl& control = *noted.control;
     problems.push_back({rule.severity, rule.id, control.place, control.className, control.id,
                         std::move(message), control.begin});

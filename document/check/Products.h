@@ -29,14 +29,14 @@ class ProductNumbers {
   // False also for a number that could not be looked up.
   bool IsUnknown(const std::string& number) const;
   // Why not all numbers were looked up; once.
-  std::optional<page::Message> TakeFailure() { return std::exchange(failure_, std::nullopt); }
+  std::optional<Message> TakeFailure() { return std::exchange(failure_, std::nullopt); }
 
  private:
   void Ask(std::span<const std::string> numbers, Object& office);
 
   ObjectRef office_;
   std::map<std::string, bool> known_;  // of each number that was looked up
-  std::optional<page::Message> failure_;
+  std::optional<Message> failure_;
   bool readable_ = true;
 };
 

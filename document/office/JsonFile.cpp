@@ -5,6 +5,7 @@
 
 #include "common/text/Suggest.h"
 #include "common/values/Ascii.h"
+#include "document/page/Messages.h"
 
 namespace kvo::office {
 namespace {
@@ -41,19 +42,22 @@ std::string Shown(const std::string& key) {
   return isName ? key : "\"...\"";
 }
 
-}  // namespace
-
-JsonFileError::JsonFileError(std::string file, page::Problems problems)
-    : file_(std::move(file)), problems_(std::move(problems)), what_(Text(Language::english)) {}
-
-std::string JsonFileError::Text(Language language) const {
+std::string Lines(const std::string& file, const page::Problems& problems, Language language) {
   std::string text;
-  for (const page::Problem& problem : problems_) {
+  for (const page::Problem& problem : problems) {
     if (!text.empty()) text += '\n';
-    text += page::Describe(problem, file_, language);
+    text += page::Describe(problem, file, language);
   }
   return text;
 }
+
+}  // namespace
+
+JsonFileError::JsonFileError(std::string file, page::Problems problems)
+    : LocalizedError(
+          {Lines(file, problems, Language::german), Lines(file, problems, Language::english)}),
+      file_(std::move(file)),
+      problems_(std::move(problems)) {}
 
 std::string PathTo(const std::string& parent, std::string_view key) {
   return parent.empty() ? std::string(key) : parent + '.' + std::string(key);
@@ -101,11 +105,10 @@ void JsonFileReader::CheckKeys(const JsonNode& object, std::span<const std::stri
 
 void JsonFileReader::AddUnknown(const JsonNode& member, const std::string& where,
                                 std::span<const std::string_view> known) {
-  page::Message message = {where + ": Diesen Schlüssel gibt es nicht.",
-                           where + ": there is no such key."};
+  Message message = {where + ": Diesen Schlüssel gibt es nicht.",
+                     where + ": there is no such key."};
   if (const auto meant = Suggest(member.key, known); !meant.empty()) {
-    message.german += " Meinten Sie " + Quoted(meant) + '?';
-    message.english += " Did you mean " + Quoted(meant) + '?';
+    message = page::messages::WithSuggestion(std::move(message), meant);
   } else {
     std::string names;
     for (const std::string_view name : known) names += (names.empty() ? "" : ", ") + Quoted(name);
@@ -115,7 +118,7 @@ void JsonFileReader::AddUnknown(const JsonNode& member, const std::string& where
   Add(member.keyAt, std::move(message));
 }
 
-void JsonFileReader::Add(std::size_t at, page::Message message) {
+void JsonFileReader::Add(std::size_t at, Message message) {
   problems_.Add(at, rule_, {}, std::move(message));
 }
 

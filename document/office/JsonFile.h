@@ -2,7 +2,6 @@
 // place, and read on.
 #pragma once
 
-#include <exception>
 #include <span>
 #include <string>
 #include <string_view>
@@ -18,20 +17,17 @@ namespace kvo::office {
 
 // A file that is not what it should be. Holds everything that is wrong with it, in the order of the
 // file.
-class JsonFileError : public std::exception {
+// Its text has a line for each problem: "file:line:column: error: what and what to do [rule]".
+class JsonFileError : public LocalizedError {
  public:
   JsonFileError(std::string file, page::Problems problems);
 
   const std::string& File() const { return file_; }
   const page::Problems& Problems() const { return problems_; }
-  // One line for each problem: "file:line:column: error: what and what to do [rule]".
-  std::string Text(Language language) const;
-  const char* what() const noexcept override { return what_.c_str(); }
 
  private:
   std::string file_;
   page::Problems problems_;
-  std::string what_;
 };
 
 // "contactFields[2].dataType"; the file as a whole has no path.
@@ -64,7 +60,7 @@ class JsonFileReader {
                  const std::string& path);
   void AddUnknown(const JsonNode& member, const std::string& where,
                   std::span<const std::string_view> known);
-  void Add(std::size_t at, page::Message message);
+  void Add(std::size_t at, Message message);
 
  private:
   std::string_view rule_;

@@ -29,7 +29,7 @@ struct JsonNode {
 // Why a text is no JSON, and where.
 struct JsonError {
   std::size_t at;
-  page::Message message;
+  Message message;
 };
 
 std::variant<JsonNode, JsonError> ParseJson(std::string_view text);

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <exception>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -14,18 +13,15 @@
 namespace kvo::page {
 
 // A file that cannot be read or written. The message names the file and says what to do.
-class FileError : public std::exception {
+class FileError : public LocalizedError {
  public:
   FileError(std::string file, Message message)
-      : file_(std::move(file)), message_(std::move(message)) {}
+      : LocalizedError(std::move(message)), file_(std::move(file)) {}
 
   const std::string& File() const { return file_; }
-  const std::string& Text(Language language) const { return message_.In(language); }
-  const char* what() const noexcept override { return message_.english.c_str(); }
 
  private:
   std::string file_;
-  Message message_;
 };
 
 // The whole file; "-" is standard input. Throws FileError.

@@ -350,9 +350,9 @@ Message VoidDeclaration(const PageEncoding::VoidDeclaration& declaration,
 
 Message ControlFails(const RuntimeError& error) {
   const std::string number = std::to_string(error.Number());
-  return {"Laufzeitfehler " + number + ": " + error.Description(Language::german) +
+  return {"Laufzeitfehler " + number + ": " + error.Text(Language::german) +
               ". Berichtigen Sie die Werte der param.",
-          "Run-time error " + number + ": " + error.Description(Language::english) +
+          "Run-time error " + number + ": " + error.Text(Language::english) +
               ". Correct the values of the params."};
 }
 

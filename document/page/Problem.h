@@ -10,17 +10,6 @@
 
 namespace kvo::page {
 
-// A message for people, put together at run time, in both languages; the program that shows it
-// chooses one.
-struct Message {
-  std::string german;
-  std::string english;
-
-  const std::string& In(Language language) const {
-    return language == Language::german ? german : english;
-  }
-};
-
 // A place in a page. Both count from 1; the column counts characters of the page's encoding (code
 // points in UTF-8). A line ends with CR LF, LF or CR.
 struct Place {

@@ -15,36 +15,20 @@ namespace {
 
 // --- messages -----------------------------------------------------------------------------------
 
-std::string Filled(std::string_view pattern, std::span<const std::string> texts) {
-  std::string out;
-  for (std::size_t at = 0; at < pattern.size(); ++at) {
-    if (pattern.substr(at, 2) == "{}" && !texts.empty()) {
-      out += texts.front();
-      texts = texts.subspan(1);
-      ++at;
-    } else {
-      out += pattern[at];
-    }
-  }
-  return out;
-}
-
-[[noreturn]] void Fail(const Localized& message, const std::vector<std::string>& texts = {}) {
-  throw ScriptTrouble{Filled(message.german, texts), Filled(message.english, texts)};
+[[noreturn]] void Fail(const Localized& message,
+                       std::initializer_list<std::string_view> texts = {}) {
+  throw ScriptTrouble(Filled(message, texts));
 }
 
 // A command fails with a failure of the page: its number (0: none) and its text.
 struct PageFailure {
   int number;
-  std::string german;
-  std::string english;
+  Message message;
 };
 
 PageFailure FailureOf(const std::exception& error) {
-  if (const auto* numbered = dynamic_cast<const RuntimeError*>(&error))
-    return {numbered->Number(), numbered->Description(Language::german),
-            numbered->Description(Language::english)};
-  return {0, error.what(), error.what()};
+  const auto* numbered = dynamic_cast<const RuntimeError*>(&error);
+  return {numbered == nullptr ? 0 : numbered->Number(), FailureMessage(error)};
 }
 
 std::size_t ToNumber(const std::string& word) {
@@ -128,17 +112,16 @@ class Performance final : private PropertyFrame::Window {
     try {
       work();
     } catch (const ScriptTrouble& trouble) {
-      Stop(line, trouble.german, trouble.english);
+      Stop(line, trouble.What());
     } catch (const PageFailure& failure) {
       const std::string number = failure.number ? ' ' + std::to_string(failure.number) : "";
-      Stop(line, "Fehler" + number + ": " + failure.german,
-           "Error" + number + ": " + failure.english);
+      Stop(line, {"Fehler" + number + ": " + failure.message.german,
+                  "Error" + number + ": " + failure.message.english});
     }
   }
 
-  void Stop(std::size_t line, std::string german, std::string english) {
-    if (!outcome_.failure)
-      outcome_.failure = ScriptFailure{line, std::move(german), std::move(english)};
+  void Stop(std::size_t line, Message message) {
+    if (!outcome_.failure) outcome_.failure = ScriptFailure{line, std::move(message)};
   }
 
   void Perform(Words words) {

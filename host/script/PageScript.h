@@ -37,12 +37,7 @@ struct ScriptStage {
 
 struct ScriptFailure {
   std::size_t line = 0;  // from 1
-  std::string german;
-  std::string english;
-
-  const std::string& In(Language language) const {
-    return language == Language::german ? german : english;
-  }
+  Message message;
 };
 
 struct PageOutcome {

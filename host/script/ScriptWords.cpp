@@ -23,13 +23,13 @@ std::vector<std::string> SplitWords(std::string_view line) {
         const std::size_t which =
             ++at < line.size() ? kNames.find(line[at]) : std::string_view::npos;
         if (which == std::string_view::npos)
-          throw ScriptTrouble{"Hinter „\\“ steht in einem Text n, r, t, 0, \" oder \\.",
-                              "In a text, \"\\\" is followed by n, r, t, 0, \" or \\."};
+          throw ScriptTrouble({"Hinter „\\“ steht in einem Text n, r, t, 0, \" oder \\.",
+                               "In a text, \"\\\" is followed by n, r, t, 0, \" or \\."});
         word += kCharacters[which];
       }
       if (at == line.size())
-        throw ScriptTrouble{"Das Anführungszeichen wird nicht geschlossen.",
-                            "The quote is not closed."};
+        throw ScriptTrouble(
+            {"Das Anführungszeichen wird nicht geschlossen.", "The quote is not closed."});
       ++at;
       words.push_back(std::move(word));
     } else {

@@ -5,12 +5,13 @@
 #include <string_view>
 #include <vector>
 
+#include "common/values/Localized.h"
+
 namespace kvo {
 
-// What is wrong with a line, in both languages.
-struct ScriptTrouble {
-  std::string german;
-  std::string english;
+// What is wrong with a line.
+class ScriptTrouble : public LocalizedError {
+  using LocalizedError::LocalizedError;
 };
 
 // Without the comment, if there is one. Throws ScriptTrouble.

@@ -17,7 +17,7 @@ void ExpectUnknown(const Use& use, const std::string& name) {
     ADD_FAILURE() << name;
   } catch (const RuntimeError& error) {
     EXPECT_EQ(error.Number(), 438) << name;
-    EXPECT_NE(error.Description(Language::english).find(name), std::string::npos);
+    EXPECT_NE(error.Text(Language::english).find(name), std::string::npos);
   }
 }
 

@@ -11,11 +11,11 @@ TEST(RuntimeError, IsToldInTheUsersLanguage) {
   const RuntimeError error(ErrorNumber::typeMismatch, "Tee");
   const Language before = UserLanguage();
   UserLanguage(Language::german);
-  EXPECT_EQ(FailureText(error), error.Description(Language::german));
+  EXPECT_EQ(FailureText(error), error.Text(Language::german));
   UserLanguage(Language::english);
-  EXPECT_EQ(FailureText(error), error.Description(Language::english));
+  EXPECT_EQ(FailureText(error), error.Text(Language::english));
   UserLanguage(before);
-  EXPECT_NE(error.Description(Language::german), error.Description(Language::english));
+  EXPECT_NE(error.Text(Language::german), error.Text(Language::english));
 }
 
 TEST(RuntimeError, AnyOtherFailureIsToldAsItStands) {

@@ -71,8 +71,8 @@ TEST(VariantInteger, TrueIsAllBits) { EXPECT_EQ(ToInteger(Variant(true)), -1); }
 
 TEST(RuntimeErrors, DescribeThemselvesInBothLanguages) {
   const RuntimeError error(ErrorNumber::typeMismatch, "\"abc\"");
-  EXPECT_EQ(error.Description(Language::german), "Typen unverträglich: \"abc\"");
-  EXPECT_EQ(error.Description(Language::english), "Type mismatch: \"abc\"");
+  EXPECT_EQ(error.Text(Language::german), "Typen unverträglich: \"abc\"");
+  EXPECT_EQ(error.Text(Language::english), "Type mismatch: \"abc\"");
 }
 
 TEST(Collection, IsWalkedInOrderAndIndexedFromOne) {

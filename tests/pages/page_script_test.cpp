@@ -17,7 +17,8 @@ TEST_P(Conversation, GoesAsWritten) {
   Theatre theatre;
   const ScriptOutcome outcome = theatre.Run(script);
   if (outcome.failure)
-    FAIL() << GetParam() << ".txt:" << outcome.failure->line << ": " << outcome.failure->english;
+    FAIL() << GetParam() << ".txt:" << outcome.failure->line << ": "
+           << outcome.failure->message.english;
 }
 
 INSTANTIATE_TEST_SUITE_P(Scripts, Conversation, testing::ValuesIn(ScriptNames()),
@@ -71,10 +72,10 @@ TEST(PageScript, StopsAtTheLineThatIsWrongAndSaysWhatIs) {
     const ScriptOutcome outcome = theatre.Run(stopping.script);
     ASSERT_TRUE(outcome.failure);
     EXPECT_EQ(outcome.failure->line, stopping.line);
-    EXPECT_NE(outcome.failure->english.find(stopping.message), std::string::npos)
-        << outcome.failure->english;
-    EXPECT_FALSE(outcome.failure->german.empty());
-    EXPECT_EQ(outcome.failure->In(Language::german), outcome.failure->german);
+    EXPECT_NE(outcome.failure->message.english.find(stopping.message), std::string::npos)
+        << outcome.failure->message.english;
+    EXPECT_FALSE(outcome.failure->message.german.empty());
+    EXPECT_EQ(outcome.failure->message.In(Language::german), outcome.failure->message.german);
   }
 }
 
@@ -85,7 +86,7 @@ TEST(PageScript, AnswersWithTheStateOfThePagesThatWereShown) {
       "bag format \"hh:mm\"\n"
       "open a\n"
       "page propGeneralFormat\n");
-  ASSERT_FALSE(outcome.failure) << outcome.failure->english;
+  ASSERT_FALSE(outcome.failure) << outcome.failure->message.english;
   EXPECT_EQ(outcome.frameOpen, true);
   EXPECT_TRUE(outcome.canApply);
   ASSERT_EQ(outcome.pages.size(), 2U);
@@ -107,7 +108,7 @@ TEST(PageScript, ControlsOfTheStageKeepWhatTheScriptDid) {
   const auto control = theatre.stage.newControl("DTCPrint");
   theatre.stage.controls["preis"] = control;
   const ScriptOutcome outcome = theatre.Run("open preis\nfocus txtValue\ntype \"neu\"\nok\n");
-  ASSERT_FALSE(outcome.failure) << outcome.failure->english;
+  ASSERT_FALSE(outcome.failure) << outcome.failure->message.english;
   EXPECT_EQ(ToText(control->Get("Value")), "neu");
   EXPECT_EQ(outcome.frameOpen, false);
 }
@@ -132,9 +133,9 @@ TEST(PageScript, NothingCanBeDoneToTheFrameWhileADialogIsOpen) {
           before + command + "\nclick cmdOk\n");
       ASSERT_TRUE(outcome.failure);
       EXPECT_EQ(outcome.failure->line, 7U);
-      EXPECT_NE(outcome.failure->english.find("while a dialog is open"), std::string::npos)
-          << outcome.failure->english;
-      EXPECT_NE(outcome.failure->german.find("ein Dialog offen"), std::string::npos);
+      EXPECT_NE(outcome.failure->message.english.find("while a dialog is open"), std::string::npos)
+          << outcome.failure->message.english;
+      EXPECT_NE(outcome.failure->message.german.find("ein Dialog offen"), std::string::npos);
       EXPECT_EQ(outcome.frameOpen, true);
       ASSERT_EQ(outcome.pages.size(), 1U);
       EXPECT_EQ(outcome.pages[0].className, "propIfGeneral");
@@ -148,8 +149,8 @@ TEST(PageScript, AfterTheDialogTheFrameIsFreeAgain) {
       "control a DTCIf\nopen a\nclick cmdShowExpressionBuilder\nfocus txtIfExpression\ntype x\n"
       "click cmdOk\napply\nexpect bag a test \"%x%\"\npage propPrintGeneral\n");
   ASSERT_TRUE(outcome.failure);
-  EXPECT_EQ(outcome.failure->line, 9U) << outcome.failure->english;
-  EXPECT_NE(outcome.failure->english.find("Error 438"), std::string::npos);
+  EXPECT_EQ(outcome.failure->line, 9U) << outcome.failure->message.english;
+  EXPECT_NE(outcome.failure->message.english.find("Error 438"), std::string::npos);
 }
 
 TEST(PageScript, NothingCanBeDoneOnAPageThatCouldNotBeFilled) {
@@ -159,11 +160,11 @@ TEST(PageScript, NothingCanBeDoneOnAPageThatCouldNotBeFilled) {
   const ScriptOutcome stopped = theatre.Run(until + "focus txtValue\n");
   ASSERT_TRUE(stopped.failure);
   EXPECT_EQ(stopped.failure->line, 6U);
-  EXPECT_NE(stopped.failure->english.find("could not be filled"), std::string::npos);
+  EXPECT_NE(stopped.failure->message.english.find("could not be filled"), std::string::npos);
   Theatre again;
   const ScriptOutcome outcome =
       again.Run(until + "select a\nfocus txtValue\ntype x\nok\nexpect bag a value x\n");
-  EXPECT_FALSE(outcome.failure) << outcome.failure->english;
+  EXPECT_FALSE(outcome.failure) << outcome.failure->message.english;
 }
 
 TEST(PageScript, AFrameThatDoesNotOpenIsNotOpen) {
@@ -171,7 +172,7 @@ TEST(PageScript, AFrameThatDoesNotOpenIsNotOpen) {
   const ScriptOutcome outcome = theatre.Run(
       "control a DTCPrint\nopen a\nfails 429 page propNichts\n"
       "expect frame open no\n");
-  EXPECT_FALSE(outcome.failure) << outcome.failure->english;
+  EXPECT_FALSE(outcome.failure) << outcome.failure->message.english;
   EXPECT_EQ(outcome.frameOpen, false);
   EXPECT_TRUE(outcome.pages.empty());
 }

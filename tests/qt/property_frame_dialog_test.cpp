@@ -206,7 +206,7 @@ TEST_F(FrameDialogs, APageThatCannotBeAppliedIsShownAndKeepsTheFrameOpen) {
   EXPECT_EQ(applied, 1);  // the first page reached the control
   EXPECT_EQ(tabs->currentIndex(), 1);
   EXPECT_TRUE(Button("cmdApply").isEnabled());
-  EXPECT_EQ(Message(), ToQt(RuntimeError(ErrorNumber::typeMismatch).Description(UserLanguage())));
+  EXPECT_EQ(Message(), ToQt(RuntimeError(ErrorNumber::typeMismatch).Text(UserLanguage())));
 }
 
 TEST_F(FrameDialogs, APageThatIsNotKnownThrows) {

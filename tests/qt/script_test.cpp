@@ -16,7 +16,8 @@ TEST_P(WidgetConversation, GoesAsWritten) {
   theatre.stage.user = [&](Form& form) { return std::make_unique<QtUser>(theatre.platform, form); };
   const ScriptOutcome outcome = theatre.Run(script);
   if (outcome.failure)
-    FAIL() << GetParam() << ".txt:" << outcome.failure->line << ": " << outcome.failure->english;
+    FAIL() << GetParam() << ".txt:" << outcome.failure->line << ": "
+           << outcome.failure->message.english;
 }
 
 INSTANTIATE_TEST_SUITE_P(Scripts, WidgetConversation, testing::ValuesIn(ScriptNames()),

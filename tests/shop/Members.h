@@ -53,7 +53,7 @@ inline Failure FailureOf(const std::function<void()>& call) {
   try {
     call();
   } catch (const RuntimeError& error) {
-    return {error.Number(), error.Description(Language::german), error.what()};
+    return {error.Number(), error.Text(Language::german), error.what()};
   }
   return {};
 }

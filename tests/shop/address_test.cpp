@@ -15,7 +15,7 @@ int ErrorOf(std::string_view connectionString) {
   try {
     ParseAddress(connectionString);
   } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Description(Language::german).find("geheim"), std::string::npos);
+    EXPECT_EQ(error.Text(Language::german).find("geheim"), std::string::npos);
     EXPECT_EQ(std::string(error.what()).find("geheim"), std::string::npos);
     return error.Number();
   }

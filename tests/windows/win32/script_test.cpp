@@ -18,7 +18,8 @@ TEST_P(WindowConversation, GoesAsWritten) {
   };
   const ScriptOutcome outcome = theatre.Run(script);
   if (outcome.failure)
-    FAIL() << GetParam() << ".txt:" << outcome.failure->line << ": " << outcome.failure->english;
+    FAIL() << GetParam() << ".txt:" << outcome.failure->line << ": "
+           << outcome.failure->message.english;
 }
 
 INSTANTIATE_TEST_SUITE_P(Scripts, WindowConversation, testing::ValuesIn(ScriptNames()),
