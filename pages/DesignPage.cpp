@@ -1,6 +1,23 @@
 #include "pages/DesignPage.h"
 
+#include <algorithm>
+
+#include "common/text/modGlobal.h"
+
 namespace kvo {
+
+void DesignPage::Declare(std::span<const Row> rows) {
+  rows_ = rows;
+  for (int order = 1;; ++order) {
+    const auto row = std::find_if(rows.begin(), rows.end(),
+                                  [order](const Row& each) { return each.order == order; });
+    if (row == rows.end()) return;
+    fields_.emplace_back(
+        *this, Binding(row->property),
+        [this, row](Variant&& value) { Fill(*row, ToText(std::move(value))); },
+        [this, row] { return ValueOf(*row); });
+  }
+}
 
 void DesignPage::Initialize() {
   for (const Row& row : rows_) {
@@ -12,28 +29,31 @@ void DesignPage::Initialize() {
   }
 }
 
-void DesignPage::SelectionChanged() {
-  for (const Transfer& transfer : transfers_) {
-    PropertyGridItem& row = suiDesign.Item(transfer.key);
-    const std::string value = Read(transfer.property);
-    // A pixel row keeps the former control's value when its choices lack this one, and writes it
-    // over the new control's on apply: deliberate.
-    if (transfer.way == Way::choiceOnly && FindChoiceByValue(row, value) == nullptr) continue;
-    row.Value(value);
-  }
+void DesignPage::Fill(const Row& row, const std::string& value) {
+  PropertyGridItem& item = suiDesign.Item(row.key);
+  // A pixel row keeps the former control's value when its choices lack this one, and writes it
+  // over the new control's on apply: deliberate.
+  if (row.way == Way::choiceOnly && FindChoiceByValue(item, value) == nullptr) return;
+  item.Value(value);
 }
 
-void DesignPage::ApplyChanges() {
-  for (const Transfer& transfer : transfers_) {
-    const PropertyGridItem& row = suiDesign.Item(transfer.key);
-    const PropertyGridItem* choice =
-        transfer.way == Way::asItStands ? nullptr : GetSelectedChoice(row);
-    Write(transfer.property, choice == nullptr ? row.Value() : choice->Value());
-  }
+Variant DesignPage::ValueOf(const Row& row) {
+  const PropertyGridItem& item = suiDesign.Item(row.key);
+  const PropertyGridItem* choice = row.way == Way::asItStands ? nullptr : GetSelectedChoice(item);
+  return choice == nullptr ? item.Value() : choice->Value();
 }
 
 void DesignPage::PickColor(PropertyGridItem& row) {
-  row.Value(comDlgColor.Choose(ToText(row.Value())));
+  const std::string current = ToText(row.Value());
+  if (!current.empty()) {
+    std::uint8_t red = 0;
+    std::uint8_t green = 0;
+    std::uint8_t blue = 0;
+    ParseColor(current, red, green, blue);  // white when it is no colour
+    comDlgColor = red + green * 0x100 + blue * 0x10000;
+  }
+  comDlgColor = ThePlatform().ChooseColor(comDlgColor);
+  row.Value('#' + ColorToHex(comDlgColor));
 }
 
 }  // namespace kvo

@@ -1,15 +1,15 @@
 // The page on which the look of a table is edited in a property grid.
 #pragma once
 
-#include <functional>
+#include <deque>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "common/forms/FormPropertyGrid.h"
-#include "common/forms/PropertyPage.h"
-#include "pages/ColorDialog.h"
+#include "common/forms/PageField.h"
+#include "common/frame/Platform.h"
 
 namespace kvo {
 
@@ -18,45 +18,45 @@ class DesignPage : public PropertyPage {
   KVO_CONTROL(
       PropertyGrid, suiDesign, .at = {120, 120, 5520, 4320}, .onChange = marksChanged,
       .onButtonClick = [this](PropertyGridItem& row) { PickColor(row); });
-  ColorDialog comDlgColor;
+  // The colour dialog's colour. It stays from one opening to the next, black at first.
+  ColorNumber comDlgColor = 0;
 
  protected:
   struct Choice {
     std::string caption;
     Variant value;
   };
-  struct Row {
-    ItemKind kind;
-    std::string_view caption;
-    std::string_view key{};
-    std::vector<Choice> (*choices)() = nullptr;
-  };
-
   // How a row and its property exchange their value.
   enum class Way {
     asItStands,    // in both directions
     choiceStored,  // filled as it stands; a chosen row stores the choice's value
     choiceOnly,    // as choiceStored, but a row whose choices lack the value keeps the one it had
   };
-  struct Transfer {
-    std::string_view key;
-    std::string_view property;
-    Way way;
+  struct Row {
+    ItemKind kind;
+    std::string_view caption;
+    std::string_view key{};
+    std::vector<Choice> (*choices)() = nullptr;
+    // Which of the transfers with the control is the row's, from 1; 0: it shows and can be edited,
+    // but never reaches the control.
+    int order = 0;
+    std::string_view property{};
+    Way way = Way::asItStands;
   };
 
-  // `transfers` stand in the order in which they are carried out. Rows that are not among them
-  // show and can be edited, but never reach the control.
-  DesignPage(std::span<const Row> rows, std::span<const Transfer> transfers)
-      : PropertyPage("Design"), rows_(rows), transfers_(transfers) {}
+  DesignPage() : PropertyPage("Design") {}
+  // Called once, at the page's construction.
+  void Declare(std::span<const Row> rows);
 
  private:
   void Initialize() override;
-  void SelectionChanged() override;
-  void ApplyChanges() override;
+  void Fill(const Row& row, const std::string& value);
+  Variant ValueOf(const Row& row);
+  // A cancel of the dialog is not told apart: deliberate.
   void PickColor(PropertyGridItem& row);
 
   std::span<const Row> rows_;
-  std::span<const Transfer> transfers_;
+  std::deque<PageField> fields_;
 };
 
 }  // namespace kvo

@@ -21,22 +21,21 @@ void FieldPage::SelectionChanged() {
   cboFields.Clear();
   IgnoringErrors([&] {
     const ObjectRef office = ToObject(SelectedControls(0).Get("Office"));
-    ForEach(*ToObject(office->Get(difference_.fields)), [&](const Variant& element) {
+    ForEach(*ToObject(office->Get(fields_)), [&](const Variant& element) {
       IgnoringErrors([&] {
         const ObjectRef field = ToObject(element);
         cboFields.AddItem(ToText(field->Get("SQLName")), ToText(field->Get("DisplayName")));
       });
     });
   });
-  IgnoringErrors([&] { cboFields.SelectKey(Read("Field")); });
+  IgnoringErrors([&] { cboFields.Read(); });
 }
 
 void FieldPage::ApplyChanges() {
-  const ComboBox::Row* field = cboFields.SelectedItem();
-  if (field == nullptr)
+  if (cboFields.SelectedItem() == nullptr)
     throw RuntimeError(ErrorNumber::objectNotSet, std::string(cboFields.Name()));
-  Write("Field", *field->key);
-  Write("DisplayValue", field->text);
+  cboFields.Write();
+  SelectedControls(0).Let("DisplayValue", cboFields.Text());
 }
 
 }  // namespace kvo

@@ -3,34 +3,30 @@
 
 #include <string_view>
 
-#include "common/forms/PropertyPage.h"
+#include "common/forms/PageField.h"
 
 namespace kvo {
 
 class FieldPage : public PropertyPage {
- protected:
-  // All in which the pages differ: the list's name, and the collection of `Office` that fills it.
-  struct Difference {
-    std::string_view list;
-    std::string_view fields;
-  };
-  explicit FieldPage(const Difference& difference)
-      : PropertyPage("Allgemein"), difference_(difference) {}
-
- private:
-  const Difference difference_;
-
  public:
   KVO_CONTROL(Label, lblField, .caption = "Auszugebendes Datenfeld:", .at = {240, 240, 5280, 240});
   // A row's key is the field's SQLName, its text the DisplayName.
-  ComboBox cboFields{
-      *this, difference_.list, {.at = {240, 480, 5280, 300}, .onChange = marksChanged}};
+  Field<ComboBox> cboFields;
+
+ protected:
+  // The list's name, and the collection of `Office` that fills it.
+  FieldPage(std::string_view list, std::string_view fields)
+      : PropertyPage("Allgemein"),
+        cboFields(*this, list, Binding("Field"), {.at = {240, 480, 5280, 300}}),
+        fields_(fields) {}
 
  private:
   // Nothing in it can fail: what cannot be read is left out.
   void SelectionChanged() override;
   // RuntimeError 91 when no field is chosen; nothing is written then.
   void ApplyChanges() override;
+
+  const std::string_view fields_;
 };
 
 }  // namespace kvo

@@ -6,7 +6,7 @@ namespace kvo {
 
 class propContactGeneral final : public FieldPage {
  public:
-  propContactGeneral() : FieldPage({.list = "cboContactFields", .fields = "ContactFields"}) {}
+  propContactGeneral() : FieldPage("cboContactFields", "ContactFields") {}
 };
 
 }  // namespace kvo

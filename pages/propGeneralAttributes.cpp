@@ -15,7 +15,12 @@ PropertyGridItem::Design AttributeRow(const std::string& name, std::string value
 
 void propGeneralAttributes::SelectionChanged() {
   suiAttributes.Clear();
-  ForEach(*ToObject(SelectedControls(0).Get("AttributesCollection")), [&](const Variant& element) {
+  PropertyPage::SelectionChanged();
+  Changed(true);
+}
+
+void propGeneralAttributes::List(Object& attributes) {
+  ForEach(attributes, [&](const Variant& element) {
     const std::string item = ToText(element);
     if (item.empty()) return;
     const std::size_t bar = item.find(kBar);
@@ -25,14 +30,13 @@ void propGeneralAttributes::SelectionChanged() {
     const std::size_t end = item.find(kBar, bar + 1);
     suiAttributes.Add(AttributeRow(item.substr(0, bar), item.substr(bar + 1, end - bar - 1)));
   });
-  Changed(true);
 }
 
-void propGeneralAttributes::ApplyChanges() {
+ObjectRef propGeneralAttributes::Listed() const {
   const auto attributes = std::make_shared<Collection>();
   for (const auto& row : suiAttributes.Items())
     attributes->Add(row->Key() + kBar + ToText(row->Value()));
-  Write("AttributesCollection", ObjectRef(attributes));
+  return attributes;
 }
 
 void propGeneralAttributes::cmdNew_Click() {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "common/forms/FormPropertyGrid.h"
-#include "common/forms/PropertyPage.h"
+#include "common/forms/PageField.h"
 
 namespace kvo {
 
@@ -20,11 +20,16 @@ class propGeneralAttributes final : public PropertyPage {
       .onClick = [this](CommandButton&) { cmdDelete_Click(); });
 
  private:
-  // RuntimeError 9 for an item without "|"; empty items are skipped.
   void SelectionChanged() override;
-  void ApplyChanges() override;
+  // RuntimeError 9 for an item without "|"; empty items are skipped.
+  void List(Object& attributes);
+  ObjectRef Listed() const;
   void cmdNew_Click();
   void cmdDelete_Click();
+
+  const PageField attributes_{*this, Binding("AttributesCollection"),
+                              [this](const Variant& attributes) { List(*ToObject(attributes)); },
+                              [this] { return Listed(); }};
 };
 
 }  // namespace kvo

@@ -1,7 +1,5 @@
 #include "pages/propGeneralFormat.h"
 
-#include <algorithm>
-
 namespace kvo {
 namespace {
 
@@ -37,31 +35,14 @@ std::string DataFormat::CaptionWithSample() const {
 }
 
 void propGeneralFormat::Initialize() {
-  for (const DataFormat& format : kFormats) cboFormat.AddItem(format.CaptionWithSample());
-}
-
-void propGeneralFormat::SelectionChanged() {
-  const std::string stored = Read("Format");
-  const auto* row = std::ranges::find(kFormats, stored, &DataFormat::pattern);
-  if (row == std::end(kFormats))
-    cboFormat.Text(stored);
-  else
-    cboFormat.ListIndex(static_cast<int>(row - kFormats));
-}
-
-std::optional<std::string_view> propGeneralFormat::ChosenPattern() const {
-  if (cboFormat.ListIndex() == kNoRow) return std::nullopt;
-  return kFormats[cboFormat.ListIndex()].pattern;
+  for (const DataFormat& format : kFormats)
+    cboFormat.AddItem(std::string(format.pattern), format.CaptionWithSample());
 }
 
 void propGeneralFormat::cboFormat_Change() {
   Changed(true);
-  const std::string_view typed = cboFormat.Text().empty() ? kNoFormat : cboFormat.Text();
-  lblFormatString.Caption(std::string(ChosenPattern().value_or(typed)));
-}
-
-void propGeneralFormat::ApplyChanges() {
-  Write("Format", ChosenPattern().value_or(cboFormat.Text()));
+  const std::string format = ToText(cboFormat.Held());
+  lblFormatString.Caption(format.empty() ? std::string(kNoFormat) : format);
 }
 
 }  // namespace kvo

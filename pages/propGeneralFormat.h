@@ -1,11 +1,10 @@
 #pragma once
 
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
-#include "common/forms/PropertyPage.h"
+#include "common/forms/PageField.h"
 
 namespace kvo {
 
@@ -29,8 +28,9 @@ class propGeneralFormat final : public PropertyPage {
  public:
   propGeneralFormat() : PropertyPage("Datenformat") {}
 
-  KVO_CONTROL(
-      ComboBox, cboFormat, .at = {1680, 840, 3855, 315}, .editable = true,
+  // A row's key is its pattern.
+  KVO_FIELD(
+      ComboBox, cboFormat, "Format", .at = {1680, 840, 3855, 315}, .editable = true,
       .onChange = [this](ComboBox&) { cboFormat_Change(); });
   KVO_CONTROL(Label, lblGeneralFormat, .caption = "Anzeigeformat:", .at = {240, 870, 1110, 195});
   KVO_CONTROL(Label, lblGeneralDataFormatInfo,
@@ -42,11 +42,7 @@ class propGeneralFormat final : public PropertyPage {
   static constexpr std::string_view kNoFormat = "keine Formatangaben";
 
   void Initialize() override;
-  void SelectionChanged() override;
-  void ApplyChanges() override;
   void cboFormat_Change();
-  // The chosen row's pattern; nothing when free text stands in the box.
-  std::optional<std::string_view> ChosenPattern() const;
 };
 
 }  // namespace kvo

@@ -5,35 +5,22 @@
 namespace kvo {
 namespace {
 
-// Stands round the test in the control, and not in the page's box.
 constexpr char kPercent = '%';
-
-std::string WithoutPercents(std::string_view test) {
-  if (test.starts_with(kPercent)) test.remove_prefix(1);
-  if (test.ends_with(kPercent)) test.remove_suffix(1);
-  return std::string(test);
-}
-
-std::string WithoutBlanks(std::string_view text) {
-  while (text.starts_with(' ')) text.remove_prefix(1);
-  while (text.ends_with(' ')) text.remove_suffix(1);
-  return std::string(text);
-}
 
 }  // namespace
 
-void propIfGeneral::SelectionChanged() {
-  txtTestCondition.Text(WithoutPercents(Read("Test")));
-  txtOnTrueContent.Text(WithoutBlanks(Read("OnTrue")));
-  txtOnFalseContent.Text(WithoutBlanks(Read("OnFalse")));
-  txtInfo.Text(Read("DisplayValue"));
+std::string propIfGeneral::WithoutPercents(std::string test) {
+  if (test.starts_with(kPercent)) test.erase(0, 1);
+  if (test.ends_with(kPercent)) test.pop_back();
+  return test;
 }
 
-void propIfGeneral::ApplyChanges() {
-  Write("Test", kPercent + txtTestCondition.Text() + kPercent);  // round an empty test as well
-  Write("OnTrue", txtOnTrueContent.Text());
-  Write("OnFalse", txtOnFalseContent.Text());
-  Write("DisplayValue", txtInfo.Text());
+std::string propIfGeneral::BetweenPercents(std::string test) { return kPercent + test + kPercent; }
+
+std::string propIfGeneral::WithoutBlanks(std::string text) {
+  text.erase(0, text.find_first_not_of(' '));
+  text.erase(text.find_last_not_of(' ') + 1);
+  return text;
 }
 
 void propIfGeneral::cmdShowExpressionBuilder_Click() {

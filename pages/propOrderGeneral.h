@@ -6,7 +6,7 @@ namespace kvo {
 
 class propOrderGeneral final : public FieldPage {
  public:
-  propOrderGeneral() : FieldPage({.list = "cboOrderFields", .fields = "OrderFields"}) {}
+  propOrderGeneral() : FieldPage("cboOrderFields", "OrderFields") {}
 };
 
 }  // namespace kvo

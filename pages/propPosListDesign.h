@@ -7,11 +7,7 @@ namespace kvo {
 // The look of a position list's table.
 class propPosListDesign final : public DesignPage {
  public:
-  propPosListDesign() : DesignPage(Rows(), Transfers()) {}
-
- private:
-  static std::span<const Row> Rows();
-  static std::span<const Transfer> Transfers();
+  propPosListDesign();
 };
 
 }  // namespace kvo

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/forms/PropertyPage.h"
+#include "common/forms/PageField.h"
 
 namespace kvo {
 
@@ -11,11 +11,8 @@ class propPrintGeneral final : public PropertyPage {
 
   KVO_CONTROL(Label, lblPrintInfo, .caption = "KVML Ausdruck zur Ausgabe",
               .at = {240, 240, 5175, 255});
-  KVO_CONTROL(TextBox, txtValue, .at = {240, 480, 5295, 300}, .onChange = marksChanged);
-
- private:
-  void SelectionChanged() override { txtValue.Text(Read("Value")); }
-  void ApplyChanges() override { Write("Value", txtValue.Text()); }
+  // Does not select its text when it is entered, unlike other fields: deliberate.
+  KVO_FIELD(TextBox, txtValue, "Value", .at = {240, 480, 5295, 300}, .onGotFocus = kNothing);
 };
 
 }  // namespace kvo

@@ -61,8 +61,10 @@ void propProdListPicker::SelectionChanged() {
   EnableControls(open);
   if (!open) return;
   LoadProducts(connection);
+  PropertyPage::SelectionChanged();
+}
 
-  const std::string numbers = Read("SelectedProducts");
+void propProdListPicker::ShowPicked(const std::string& numbers) {
   suiPickedProducts.Clear();
   if (numbers.empty()) return;
   for (std::size_t at = 0; at <= numbers.size();) {
@@ -71,6 +73,15 @@ void propProdListPicker::SelectionChanged() {
     suiPickedProducts.Add({.kind = ItemKind::entry, .caption = number, .key = PickedKey(number)});
     at = end + kSeparator.size();
   }
+}
+
+std::string propProdListPicker::PickedNumbers() const {
+  std::string numbers;
+  for (const auto& picked : suiPickedProducts.Items()) {
+    if (picked != suiPickedProducts.Items().front()) numbers += kSeparator;
+    numbers += picked->Key().substr(kPickedPrefix.size());
+  }
+  return numbers;
 }
 
 void propProdListPicker::EnableControls(bool enabled) {
@@ -141,15 +152,6 @@ void propProdListPicker::suiSearch_Change(const PropertyGridItem& item) {
   if (item.Key() == kSearchTerm) suiSearch.Item(kSearchButton).Enabled(searching);
   timerAutomaticSearch.Stop();
   if (searching) timerAutomaticSearch.Start(kSearchDelay);
-}
-
-void propProdListPicker::ApplyChanges() {
-  std::string numbers;
-  for (const auto& picked : suiPickedProducts.Items()) {
-    if (picked != suiPickedProducts.Items().front()) numbers += kSeparator;
-    numbers += picked->Key().substr(kPickedPrefix.size());
-  }
-  Write("SelectedProducts", numbers);
 }
 
 }  // namespace kvo

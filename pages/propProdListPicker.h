@@ -5,7 +5,7 @@
 
 #include "common/forms/FormGrid.h"
 #include "common/forms/FormPropertyGrid.h"
-#include "common/forms/PropertyPage.h"
+#include "common/forms/PageField.h"
 
 namespace kvo {
 
@@ -43,8 +43,10 @@ class propProdListPicker final : public PropertyPage {
  private:
   void Initialize() override;
   void SelectionChanged() override;
-  void ApplyChanges() override;
 
+  // The picked products as the control keeps them: their numbers, separated.
+  void ShowPicked(const std::string& numbers);
+  std::string PickedNumbers() const;
   void AddSelectedRows();
   void DeletePicked();
   void LoadProducts(const ObjectRef& connection);
@@ -54,6 +56,10 @@ class propProdListPicker final : public PropertyPage {
   void Search() {}
   void suiSearch_Change(const PropertyGridItem& item);
 
+  const PageField selectedProducts_{
+      *this, Binding("SelectedProducts"),
+      [this](Variant&& numbers) { ShowPicked(ToText(std::move(numbers))); },
+      [this] { return PickedNumbers(); }};
   // Held from the first load until the page ends; the connection is the host's and stays open.
   ObjectRef connection_;
   ObjectRef recordset_;

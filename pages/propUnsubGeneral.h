@@ -1,23 +1,21 @@
 #pragma once
 
-#include "common/forms/PropertyPage.h"
+#include "common/forms/PageField.h"
 
 namespace kvo {
 
 // Recipient, confirmation page and text of an unsubscribe link.
 class propUnsubGeneral final : public PropertyPage {
  public:
-  propUnsubGeneral() : PropertyPage("Allgemein") {}
+  propUnsubGeneral() : PropertyPage("Allgemein", Filling::isNoChange) {}
 
   KVO_CONTROL(Label, lblRecipient,
               .caption = "Email-Adresse für den Empfang von Newsletter Abmeldungen",
               .at = {240, 360, 5295, 240});
-  KVO_CONTROL(TextBox, txtRecipient, .at = {240, 600, 5295, 285},
-              .onChange = marksChangedUnlessLoading, .onGotFocus = SelectAllText);
+  KVO_FIELD(TextBox, txtRecipient, "Recipient", .at = {240, 600, 5295, 285});
   KVO_CONTROL(Label, lblSite, .caption = "Internet-Adresse der Bestätigungsseite",
               .at = {240, 1080, 5295, 240});
-  KVO_CONTROL(TextBox, txtSite, .at = {240, 1320, 5295, 285}, .onChange = marksChangedUnlessLoading,
-              .onGotFocus = SelectAllText);
+  KVO_FIELD(TextBox, txtSite, Binding("Site").Stored(WithSlash), .at = {240, 1320, 5295, 285});
   KVO_CONTROL(PictureBox, picInfo, .picture = Picture::information, .at = {300, 1680, 480, 480});
   KVO_CONTROL(Label, lblWhatsThat, .caption = "Hinweis:", .at = {960, 1680, 4560, 240},
               .font = kBoldFont);
@@ -31,19 +29,14 @@ class propUnsubGeneral final : public PropertyPage {
               .at = {960, 3000, 4560, 480}, .wraps = true);
   KVO_CONTROL(Label, lblHTMLContent, .caption = "Link-Text", .at = {240, 3720, 5295, 240});
   // The initial text ends with a line break: deliberate.
-  KVO_CONTROL(TextBox, txtHTMLContent, .at = {240, 3960, 5295, 285}, .font = kMarkupFont,
-              .text = "Abmelden\r\n", .multiLine = true, .onChange = marksChangedUnlessLoading,
-              .onGotFocus = SelectAllText);
+  KVO_FIELD(TextBox, txtHTMLContent, "HTMLContent", .at = {240, 3960, 5295, 285},
+            .font = kMarkupFont, .text = "Abmelden\r\n", .multiLine = true);
 
  private:
-  void SelectionChanged() override {
-    const Loading loading(*this);
-    Fill(fields_);
+  // The address of a folder; behind an empty one as well: deliberate.
+  static std::string WithSlash(std::string address) {
+    return address.ends_with('/') ? std::move(address) : std::move(address) + '/';
   }
-  void ApplyChanges() override;
-
-  const TextField fields_[3] = {
-      {txtRecipient, "Recipient"}, {txtSite, "Site"}, {txtHTMLContent, "HTMLContent"}};
 };
 
 }  // namespace kvo

@@ -133,8 +133,7 @@ void ComboBox::AddItem(std::string text) {
 }
 
 void ComboBox::AddItem(std::string key, std::string text) {
-  if (std::ranges::any_of(rows_, [&](const Row& row) { return row.key == key; }))
-    throw RuntimeError(ErrorNumber::keyInUse, '"' + key + '"');
+  if (RowOf(key) != kNoRow) throw RuntimeError(ErrorNumber::keyInUse, '"' + key + '"');
   rows_.push_back({std::move(key), std::move(text)});
   Notify(Aspect::choices);
 }
@@ -158,11 +157,10 @@ const ComboBox::Row* ComboBox::SelectedItem() const {
   return listIndex_ == kNoRow ? nullptr : &rows_[static_cast<std::size_t>(listIndex_)];
 }
 
-bool ComboBox::SelectKey(std::string_view key) {
+int ComboBox::RowOf(std::string_view key) const {
   const auto row =
-      std::ranges::find_if(rows_, [&](const Row& candidate) { return candidate.key == key; });
-  ListIndex(row == rows_.end() ? kNoRow : static_cast<int>(row - rows_.begin()));
-  return row != rows_.end();
+      std::find_if(rows_.begin(), rows_.end(), [key](const Row& each) { return each.key == key; });
+  return row == rows_.end() ? kNoRow : static_cast<int>(row - rows_.begin());
 }
 
 void ComboBox::TextAssigned(std::string text) {

@@ -82,7 +82,7 @@ class EditBox : public FormControl {
 
 // Holds any text as it is. A widget that cannot show a text exactly (line breaks in a single line,
 // a NUL) still leaves what the user did not edit as it was.
-class TextBox final : public EditBox {
+class TextBox : public EditBox {
  public:
   struct Design {
     Rect at{};
@@ -117,7 +117,7 @@ inline constexpr int kNoRow = -1;
 
 // A list that drops down: with `editable` any text can be typed, without only rows can be chosen.
 // Rows may have keys, which differ from each other (compared exactly).
-class ComboBox final : public EditBox {
+class ComboBox : public EditBox {
  public:
   struct Row {
     std::optional<std::string> key;
@@ -149,8 +149,8 @@ class ComboBox final : public EditBox {
 
   // The chosen row; nullptr when none is.
   const Row* SelectedItem() const;
-  // Chooses the row with a key; false, and nothing chosen, when there is none.
-  bool SelectKey(std::string_view key);
+  // The row with a key; kNoRow when there is none.
+  int RowOf(std::string_view key) const;
 
   void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
 
@@ -170,7 +170,7 @@ class ComboBox final : public EditBox {
   Handler<ComboBox> onClick_;
 };
 
-class CheckBox final : public FormControl {
+class CheckBox : public FormControl {
  public:
   struct Design {
     std::string_view caption{};
@@ -194,7 +194,7 @@ class CheckBox final : public FormControl {
 };
 
 // One of a group: of all option buttons of its container, at most one is chosen.
-class OptionButton final : public FormControl {
+class OptionButton : public FormControl {
  public:
   struct Design {
     std::string_view caption{};

@@ -1,5 +1,9 @@
 #include "common/forms/PropertyPage.h"
 
+#include <algorithm>
+
+#include "common/forms/PageField.h"
+#include "common/values/Ascii.h"
 #include "common/values/RuntimeError.h"
 
 namespace kvo {
@@ -9,6 +13,11 @@ void PropertyPage::Select(std::vector<ObjectRef> objects) {
   if (!initialized_) Initialize();
   initialized_ = true;
   Changed(false);
+  const struct Filled {
+    PropertyPage& page;
+    ~Filled() { page.isFilled_ = false; }
+  } filled{*this};
+  isFilled_ = true;
   SelectionChanged();
 }
 
@@ -23,20 +32,24 @@ Object& PropertyPage::SelectedControls(std::size_t index) const {
   return *selected_[index];
 }
 
-std::string PropertyPage::Read(std::string_view property) const {
-  return ToText(SelectedControls(0).Get(property));
+bool PropertyPage::Shows(std::string_view property) const {
+  return std::any_of(reads_.begin(), reads_.end(), [property](const PageField* field) {
+    return EqualIgnoringCase(field->Bound().property, property);
+  });
 }
 
-void PropertyPage::Write(std::string_view property, Variant value) const {
-  SelectedControls(0).Let(property, std::move(value));
+void PropertyPage::SelectionChanged() {
+  for (const PageField* field : reads_) field->Read();
 }
 
-void PropertyPage::Fill(std::span<const TextField> fields) const {
-  for (const TextField& field : fields) field.box.Text(Read(field.property));
+void PropertyPage::ApplyChanges() {
+  for (const PageField* field : writes_) field->Write();
 }
 
-void PropertyPage::Store(std::span<const TextField> fields) const {
-  for (const TextField& field : fields) Write(field.property, field.box.Text());
+void PropertyPage::Add(const PageField& field) {
+  // In front of the one that it names, or behind all.
+  reads_.insert(std::find(reads_.begin(), reads_.end(), field.Bound().readBefore), &field);
+  writes_.insert(std::find(writes_.begin(), writes_.end(), field.Bound().writtenBefore), &field);
 }
 
 void PropertyPage::Changed(bool bNewChanged) {

@@ -1,7 +1,6 @@
 // A property page: a form over properties of the objects that are selected in the host.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +10,7 @@
 
 namespace kvo {
 
+class PageField;
 class PropertyPage;
 
 // Who shows a page: told when the page is marked changed or no longer is.
@@ -25,8 +25,8 @@ class PropertyPageSite {
 };
 
 // Pages reach the selected objects by property name only, so that a page serves every object that
-// has those properties. A page begins with Initialize, before its first selection, and ends with
-// its destruction.
+// has those properties. What a page shows is declared in its fields (common/forms/PageField.h). A
+// page begins with Initialize, before its first selection, and ends with its destruction.
 class PropertyPage : public Form {
  public:
   // --- for the page's host ---
@@ -39,71 +39,52 @@ class PropertyPage : public Form {
   // Whether there is something to apply.
   bool Changed() const { return changed_; }
   void Site(PropertyPageSite* site) { site_ = site; }
+  // Whether a field of the page shows the property.
+  bool Shows(std::string_view property) const;
 
   static constexpr Size kSize = {5775, 4560};
 
  protected:
-  explicit PropertyPage(std::string_view caption, Size size = kSize) : Form(caption, size) {}
+  // Whether a page counts as edited when its fields are given other values by being filled.
+  enum class Filling { marksChanged, isNoChange };
+  explicit PropertyPage(std::string_view caption, Filling filling = Filling::marksChanged)
+      : Form(caption, kSize), filling_(filling) {}
 
   // RuntimeError 9 when fewer are selected.
   Object& SelectedControls(std::size_t index) const;
   void Changed(bool bNewChanged);
-  // A property of the first selected object as text, and its assignment.
-  std::string Read(std::string_view property) const;
-  void Write(std::string_view property, Variant value) const;
 
-  // Boxes that show a text property each and write it back as it stands.
-  struct TextField {
-    TextBox& box;
-    std::string_view property;
-  };
-  void Fill(std::span<const TextField> fields) const;
-  void Store(std::span<const TextField> fields) const;
-
-  // Listeners for events of any control that mark the page changed - always, or only while the
-  // page is not being filled (see Loading).
+  // A listener for events of any control: the user edited the page.
   struct MarksChanged {
     PropertyPage* page;
     template <class Sender>
     void operator()(Sender&) const {
-      page->Changed(true);
-    }
-  };
-  struct MarksChangedUnlessLoading {
-    PropertyPage* page;
-    template <class Sender>
-    void operator()(Sender&) const {
-      if (!page->loading_) page->Changed(true);
+      if (!page->isFilled_ || page->filling_ == Filling::marksChanged) page->Changed(true);
     }
   };
   const MarksChanged marksChanged{this};
-  const MarksChangedUnlessLoading marksChangedUnlessLoading{this};
 
-  // The loading flag of pages that filling must not mark changed: set as long as this lives.
-  class Loading {
-   public:
-    explicit Loading(PropertyPage& page) : page_(page) { page_.loading_ = true; }
-    Loading(const Loading&) = delete;
-    Loading& operator=(const Loading&) = delete;
-    ~Loading() { page_.loading_ = false; }
-
-   private:
-    PropertyPage& page_;
-  };
+  virtual void Initialize() {}
+  // Read and write every field, in order.
+  virtual void SelectionChanged();
+  virtual void ApplyChanges();
 
  private:
-  virtual void Initialize() {}
-  virtual void SelectionChanged() = 0;
-  virtual void ApplyChanges() = 0;
+  friend class PageField;
+  void Add(const PageField& field);
   void Touched() final {
     if (site_ != nullptr) site_->Touched(*this);
   }
 
   std::vector<ObjectRef> selected_;
+  // The fields in the order in which they are read, and written.
+  std::vector<const PageField*> reads_;
+  std::vector<const PageField*> writes_;
   PropertyPageSite* site_ = nullptr;
+  Filling filling_;
   bool initialized_ = false;
   bool changed_ = false;
-  bool loading_ = false;
+  bool isFilled_ = false;  // at this moment
 };
 
 }  // namespace kvo

@@ -336,9 +336,10 @@ TEST_F(Forms, KeysOfAListAreUniqueAndComparedExactly) {
   form.cboKeyed.AddItem("a", "Alpha");
   form.cboKeyed.AddItem("A", "ALPHA");
   EXPECT_EQ(ErrorOf([&] { form.cboKeyed.AddItem("a", "noch einmal"); }), 457);
-  EXPECT_TRUE(form.cboKeyed.SelectKey("A"));
+  form.cboKeyed.ListIndex(form.cboKeyed.RowOf("A"));
   EXPECT_EQ(form.cboKeyed.ListIndex(), 1);
-  EXPECT_FALSE(form.cboKeyed.SelectKey("b"));
+  EXPECT_EQ(form.cboKeyed.RowOf("b"), kNoRow);
+  form.cboKeyed.ListIndex(kNoRow);
   EXPECT_EQ(form.cboKeyed.SelectedItem(), nullptr);
 }
 

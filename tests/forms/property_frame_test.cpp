@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/forms/PageField.h"
 #include "common/values/RuntimeError.h"
 #include "host/script/HeadlessUser.h"
 #include "tests/core/ErrorOf.h"
@@ -27,20 +28,20 @@ class Subject final : public Object {
 
 class TextPage final : public PropertyPage {
  public:
-  explicit TextPage(std::vector<std::string>& log) : PropertyPage("Text"), log_(log) {}
+  explicit TextPage(std::vector<std::string>& log)
+      : PropertyPage("Text", Filling::isNoChange), log_(log) {}
   ~TextPage() override { log_.push_back("Terminate"); }
-  KVO_CONTROL(TextBox, txtText, .onChange = marksChangedUnlessLoading);
+  KVO_FIELD(TextBox, txtText, "Text");
 
  private:
   void Initialize() override { log_.push_back("Initialize"); }
   void SelectionChanged() override {
     log_.push_back("SelectionChanged");
-    const Loading loading(*this);
-    txtText.Text(Read("Text"));
+    PropertyPage::SelectionChanged();
   }
   void ApplyChanges() override {
     log_.push_back("ApplyChanges");
-    Write("Text", txtText.Text());
+    PropertyPage::ApplyChanges();
   }
   std::vector<std::string>& log_;
 };
