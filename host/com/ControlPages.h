@@ -13,8 +13,8 @@ class ControlPages final : public Part<ISpecifyPropertyPages, IPerPropertyBrowsi
   HRESULT STDMETHODCALLTYPE GetPages(CAUUID* pages) noexcept override;
 
   HRESULT STDMETHODCALLTYPE GetDisplayString(DISPID member, BSTR* text) noexcept override;
-  // The page that shows the property: the first of the control's pages that reads it when it is
-  // filled. PERPROP_E_NOPAGEAVAILABLE when none does, or when the page cannot be filled now.
+  // The first of the control's pages that shows the property; PERPROP_E_NOPAGEAVAILABLE when none
+  // does, as with every property that is an object.
   HRESULT STDMETHODCALLTYPE MapPropertyToPage(DISPID member, CLSID* page) noexcept override;
   // No property has a list of choices of its own; its page has.
   HRESULT STDMETHODCALLTYPE GetPredefinedStrings(DISPID, CALPOLESTR* texts,

@@ -186,6 +186,12 @@ TEST_F(Dispatch, PropertiesAreMappedToTheirPages) {
   Late(control.get())->Let("Value", "#order.total#");
   EXPECT_EQ(control->GetDisplayString(4, shown.Receive()), S_OK);
   EXPECT_EQ(shown.Utf8(), "#order.total#");
+  // The page of the shop's products is not filled for that: this list has no shop.
+  const auto list = Dll::Get().Make<IPerPropertyBrowsing>("DTCProductList");
+  EXPECT_EQ(list->MapPropertyToPage(6, &page), S_OK);
+  EXPECT_EQ(PageName(page), "propProdListPicker");
+  // A property that is an object has no page, even one that a page reads.
+  EXPECT_EQ(list->MapPropertyToPage(20, &page), PERPROP_E_NOPAGEAVAILABLE);
 }
 
 }  // namespace
