@@ -7,6 +7,7 @@
 #include <QUuid>
 #include <algorithm>
 
+#include "apps/editor/PageFile.h"
 #include "document/page/File.h"
 #include "host/qt/QtText.h"
 
@@ -19,12 +20,6 @@ constexpr char kLockSuffix[] = ".lock";
 
 QString WithSuffix(const QString& pageFile, const char* suffix) {
   return pageFile.chopped(static_cast<qsizetype>(qstrlen(kPageSuffix))) + suffix;
-}
-
-void WriteWhole(const QString& file, std::string_view bytes) {
-  const auto output = page::OpenOutput(QFile::encodeName(file).toStdString());
-  output->append(bytes);
-  output->Commit();
 }
 
 void RemoveFiles(const QString& pageFile) {
@@ -49,8 +44,9 @@ Draft::Draft(const QString& folder)
 Draft::~Draft() = default;
 
 void Draft::Write(const std::string& bytes, const QString& pageFile, const QByteArray& known) {
-  WriteWhole(WithSuffix(file_, kNameSuffix), known.toStdString() + '\n' + FromQt(pageFile));
-  WriteWhole(file_, bytes);
+  page::WriteFile(FileName(WithSuffix(file_, kNameSuffix)),
+                  known.toStdString() + '\n' + FromQt(pageFile));
+  page::WriteFile(FileName(file_), bytes);
   written_ = true;
 }
 
@@ -78,7 +74,7 @@ std::vector<LeftDraft> Draft::LeftIn(const QString& folder) {
 
 std::optional<std::string> Draft::Read(const LeftDraft& draft) {
   try {
-    return page::ReadFile(QFile::encodeName(draft.file).toStdString());
+    return page::ReadFile(FileName(draft.file));
   } catch (const page::FileError&) {
     return std::nullopt;
   }

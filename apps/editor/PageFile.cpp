@@ -27,6 +27,11 @@ QString PageFile::Folder() const {
   return name_.isEmpty() ? QString() : QFileInfo(name_).absolutePath();
 }
 
+QString PageFile::Companion(const char* name) const {
+  const QString file = Folder() + '/' + name;
+  return !name_.isEmpty() && QFileInfo::exists(file) ? file : QString();
+}
+
 void PageFile::Forget() {
   name_.clear();
   known_.clear();
@@ -45,9 +50,7 @@ void PageFile::Take(const QString& name, const QByteArray& known) {
 }
 
 void PageFile::Write(const QString& name, const std::string& bytes) {
-  const auto output = page::OpenOutput(FileName(name));
-  output->append(bytes);
-  output->Commit();
+  page::WriteFile(FileName(name), bytes);
   name_ = name;
   known_ = FingerprintOf(bytes);
 }

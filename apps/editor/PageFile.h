@@ -16,6 +16,8 @@ class PageFile {
   // Empty for a page that was never saved.
   const QString& Name() const { return name_; }
   QString Folder() const;
+  // A file of this name beside it; empty when there is none.
+  QString Companion(const char* name) const;
 
   void Forget();
   // Reads the file and remembers it. Throws page::FileError.

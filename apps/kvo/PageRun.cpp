@@ -181,4 +181,14 @@ ExitCode WritePages(const std::vector<std::string>& pages, const std::vector<std
   });
 }
 
+void MakeFolder(const std::string& folder) {
+  std::error_code failed;
+  std::filesystem::create_directories(folder, failed);
+  if (failed)
+    throw Failure(Say({"Der Ordner „{}“ lässt sich nicht anlegen: {}. Einen anderen hinter -o "
+                       "angeben.",
+                       "The folder \"{}\" can't be made: {}. Name another one behind -o."},
+                      {folder, failed.message()}));
+}
+
 }  // namespace kvo

@@ -38,6 +38,9 @@ ExitCode WritePage(const std::string& file, const std::string& target, const Pag
 ExitCode WritePages(const std::vector<std::string>& pages, const std::vector<std::string>& targets,
                     const PageWriter& write);
 
+// Makes the folder that pictures go to, where it is missing. Throws a Failure.
+void MakeFolder(const std::string& folder);
+
 // A page's name in messages: "-" is "<stdin>".
 std::string ShownName(const std::string& file);
 

@@ -28,9 +28,7 @@ struct PagesValues {
 
 void Write(const std::string& folder, std::string_view name, Form& form) {
   const std::string file = (std::filesystem::path(folder) / (std::string(name) + ".svg")).string();
-  const auto output = page::OpenOutput(file);
-  output->append(FormPicture(form));
-  output->Commit();
+  page::WriteFile(file, FormPicture(form));
   Print(file + '\n');
 }
 
@@ -71,13 +69,7 @@ ExitCode Draw(const PagesValues& values) {
     throw Failure(Say(
         {"Wohin? Mit -o ORDNER das Ziel angeben.", "Where to? Name the target with -o FOLDER."}));
   const ControlClass& contract = control->contract();
-  std::error_code failed;
-  std::filesystem::create_directories(values.output, failed);
-  if (failed)
-    throw Failure(Say({"Der Ordner „{}“ lässt sich nicht anlegen: {}. Einen anderen hinter -o "
-                       "angeben.",
-                       "The folder \"{}\" can't be made: {}. Name another one behind -o."},
-                      {values.output, failed.message()}));
+  MakeFolder(values.output);
   for (const std::string_view name : contract.pages) {
     DrawPage(values, contract, name, office);
     if (name == kIfPage) DrawExpressionBuilder(values, office);

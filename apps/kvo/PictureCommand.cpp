@@ -1,5 +1,4 @@
 #include <cctype>
-#include <cstring>
 #include <filesystem>
 
 #include "apps/kvo/Commands.h"
@@ -63,12 +62,6 @@ std::vector<Picture> PagePictures(const std::string& file, ExitCode& code) {
   return pictures;
 }
 
-void Write(const std::string& file, std::string_view text) {
-  const auto output = page::OpenOutput(file);
-  output->append(text);
-  output->Commit();
-}
-
 ExitCode Draw(const PictureValues& values) {
   ExitCode code = ExitCode::good;
   std::vector<Picture> pictures;
@@ -89,18 +82,12 @@ ExitCode Draw(const PictureValues& values) {
     throw Failure(Say({"Wohin? Mit -o ORDNER das Ziel angeben, mit „-o -“ die Standardausgabe.",
                        "Where to? Name the target with -o FOLDER, or \"-o -\" for standard "
                        "output."}));
-  std::error_code failed;
-  std::filesystem::create_directories(values.output, failed);
-  if (failed)
-    throw Failure(Say({"Der Ordner „{}“ lässt sich nicht anlegen: {}. Einen anderen hinter -o "
-                       "angeben.",
-                       "The folder \"{}\" can't be made: {}. Name another one behind -o."},
-                      {values.output, std::strerror(failed.value())}));
+  MakeFolder(values.output);
   for (const Picture& picture : pictures) {
     const std::string file =
         (std::filesystem::path(values.output) / (picture.name + ".svg")).string();
     try {
-      Write(file, BoxPicture({picture.box}));
+      page::WriteFile(file, BoxPicture({picture.box}));
       Print(file + '\n');
     } catch (const page::FileError& error) {
       Complain(error.Text(UserLanguage()));

@@ -429,4 +429,10 @@ std::unique_ptr<Output> OpenOutput(const std::string& file) {
   return std::make_unique<FileReplacement>(file, target, &status);
 }
 
+void WriteFile(const std::string& file, std::string_view bytes) {
+  const auto output = OpenOutput(file);
+  output->append(bytes);
+  output->Commit();
+}
+
 }  // namespace kvo::page

@@ -45,6 +45,9 @@ class Output : public Sink {
 // or a folder, is a FileError at once.
 std::unique_ptr<Output> OpenOutput(const std::string& file);
 
+// Writes a whole file that way.
+void WriteFile(const std::string& file, std::string_view bytes);
+
 // Removes the file that is just being written beside its place, for programs that are about to be
 // ended by a signal: it may be called in a signal's handler.
 void RemoveUnfinishedFile() noexcept;
