@@ -53,7 +53,7 @@ class Bench {
     if (file.open(QIODevice::WriteOnly)) file.write(QByteArray::fromStdString(LargePage()));
     file.close();
     window =
-        std::make_unique<MainWindow>(platform_, MainWindow::Places{folder_.filePath("drafts"), {}});
+        std::make_unique<MainWindow>(platform_, Session::Places{folder_.filePath("drafts"), {}});
     window->resize(1400, 900);
     window->show();
     window->activateWindow();
@@ -106,7 +106,7 @@ void Open(benchmark::State& state) {
     bench->window->Page().Document()->setModified(false);
     QElapsedTimer timer;
     timer.start();
-    if (!bench->window->Open(bench->page)) state.SkipWithError("the page does not open");
+    if (!bench->window->Work().Open(bench->page)) state.SkipWithError("the page does not open");
     QCoreApplication::processEvents();
     bench->window->Source().repaint();
     times.Add(timer);

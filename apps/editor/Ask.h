@@ -1,23 +1,16 @@
-// Questions whose answers say what they do.
+// Asks the user in a message box, under the program's title. The text is never taken for markup:
+// names of files and texts of pages may hold anything.
 #pragma once
 
-#include <QMessageBox>
-#include <QString>
+#include "apps/editor/Question.h"
 
-#include "common/values/Localized.h"
+class QWidget;
 
 namespace kvo::editor {
 
-// A message box under the program's title. Its text is never taken for markup: names of files and
-// texts of pages may hold anything.
-class PlainMessageBox final : public QMessageBox {
- public:
-  PlainMessageBox(Icon icon, const QString& text, QWidget* parent);
-};
+// The number of the answer.
+std::size_t Ask(QWidget* parent, const Question& question);
 
-enum class Default { yes, no };
-
-// Escape and the window's button are the same as `no`.
 bool Confirm(QWidget* parent, const QString& question, const Localized& yes, const Localized& no,
              Default preset);
 

@@ -14,16 +14,16 @@ namespace kvo::editor {
 
 std::shared_ptr<Control> ControlEditing::Load(int position) const {
   std::shared_ptr<Control> control = page_.SourceAt(position).Load();
-  GiveOffice(*control, office_);
+  GiveOffice(*control, session_.Office());
   return control;
 }
 
 QString ControlEditing::NoteFor(const Control& control) const {
-  if (office_ == nullptr || !HoldsOffice(control)) return {};
-  if (officeFile_.isEmpty()) return Said(words::kNoOffice);
-  const office::Office::Description& described = office_->Described();
+  if (!HoldsOffice(control)) return {};
+  if (session_.OfficeFile().isEmpty()) return Said(words::kNoOffice);
+  const office::Office::Description& described = session_.Office()->Described();
   if (!described.contactFields.empty() || !described.orderFields.empty()) return {};
-  return Said(words::kNoFields, {officeFile_});
+  return Said(words::kNoFields, {session_.OfficeFile()});
 }
 
 std::shared_ptr<Control> ControlEditing::Fresh(const ControlClass& contract) const {

@@ -5,24 +5,21 @@
 #include <memory>
 #include <string>
 
-#include "apps/editor/PageDocument.h"
+#include "apps/editor/Session.h"
 #include "apps/editor/SourceEdit.h"
 #include "apps/editor/ToolboxFile.h"
-#include "document/office/Office.h"
 #include "host/qt/QtPlatform.h"
 
 namespace kvo::editor {
 
 class ControlEditing {
  public:
-  ControlEditing(PageDocument& page, SourceEdit& source, QtPlatform& platform, QWidget& window)
-      : page_(page), source_(source), platform_(platform), window_(window) {}
-
-  // Given to every control that holds one; `file` is empty when there is none.
-  void Office(std::shared_ptr<office::Office> office, const QString& file) {
-    office_ = std::move(office);
-    officeFile_ = file;
-  }
+  ControlEditing(Session& session, SourceEdit& source, QtPlatform& platform, QWidget& window)
+      : session_(session),
+        page_(session.Page()),
+        source_(source),
+        platform_(platform),
+        window_(window) {}
 
   // An instance of the control at a position, and a new one of a class.
   std::shared_ptr<Control> Load(int position) const;
@@ -43,12 +40,11 @@ class ControlEditing {
   void Store(int position, const Control& control, const QString& step);
   void Complain(const std::exception& failure) const;
 
+  Session& session_;
   PageDocument& page_;
   SourceEdit& source_;
   QtPlatform& platform_;
   QWidget& window_;
-  std::shared_ptr<office::Office> office_;
-  QString officeFile_;
 };
 
 }  // namespace kvo::editor

@@ -30,6 +30,7 @@ class Draft {
   // The file name is that of the page. Throws page::FileError.
   void Write(const std::string& bytes, const QString& pageFile, const QByteArray& known);
   void Discard();
+  bool IsWritten() const { return written_; }
 
   // Those whose editor is gone, newest first.
   static std::vector<LeftDraft> LeftIn(const QString& folder);

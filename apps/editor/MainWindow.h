@@ -1,18 +1,13 @@
 // The editor's window: source and design view of one page, and the panels around them.
 #pragma once
 
-#include <QFileSystemWatcher>
 #include <QMainWindow>
-#include <QThreadPool>
 #include <QTimer>
 #include <memory>
-#include <optional>
 
 #include "apps/editor/Analysis.h"
 #include "apps/editor/ControlEditing.h"
-#include "apps/editor/Drafts.h"
-#include "apps/editor/PageDocument.h"
-#include "apps/editor/PageFile.h"
+#include "apps/editor/Session.h"
 
 class QDockWidget;
 class QLabel;
@@ -23,36 +18,20 @@ namespace kvo::editor {
 class DesignView;
 class FindBar;
 class OutlinePanel;
-class SourceLines;
 class ProblemsPanel;
 class PropertyBrowser;
 class TextPanel;
 class Toolbox;
 
-class MainWindow final : public QMainWindow {
+class MainWindow final : public QMainWindow, public SessionUser {
  public:
-  struct Places {
-    QString drafts;  // the folder
-    office::ConnectionFactory connections;
-  };
-  MainWindow(QtPlatform& platform, Places places);
+  MainWindow(QtPlatform& platform, Session::Places places);
   ~MainWindow() override;
 
-  // --- what the menus do; each asks and tells by itself ---
-  void New();
-  // False when it could not be read, or the user kept what is open.
-  bool Open(const QString& file);
-  bool Save();
-  bool SaveAs(const QString& file);
-  bool Publish(const QString& file);
-  // Puts the runtime text of every control into the page, as saving does.
-  bool WriteRuntimeTexts();
-  // Offers what a crash left behind; answers whether something was taken.
-  bool OfferDrafts();
-  bool UseOffice(const QString& file);
   bool UseToolbox(const QString& file);
 
-  PageDocument& Page() { return *page_; }
+  Session& Work() { return *session_; }
+  PageDocument& Page() { return session_->Page(); }
   SourceEdit& Source() { return *source_; }
   DesignView& Design() { return *design_; }
   Toolbox& Tools() { return *toolbox_; }
@@ -62,7 +41,6 @@ class MainWindow final : public QMainWindow {
   ProblemsPanel& Problems() { return *problems_; }
   TextPanel& RuntimeText() { return *runtime_; }
   TextPanel& Output() { return *output_; }
-  const PageFile& File() const { return file_; }
   // The latest; nullptr before the first.
   const std::shared_ptr<const Analysis>& Analysed() const { return analysis_; }
   std::function<void()> onAnalysed;
@@ -87,9 +65,19 @@ class MainWindow final : public QMainWindow {
   void MakeViewMenu();
   void RestoreWindow();
   void ShowRecent();
-  void Remember(const QString& file);
 
-  void PageChanged();
+  std::size_t Ask(const Question& question) override;
+  void Tell(const QString& text) override;
+  void Note(const QString& text, std::chrono::milliseconds time) override;
+  QString ChooseFile(const Localized& title, const QString& proposed) override;
+  void ShowProblems() override;
+  void PageChanged() override;
+  void PageEnds() override;
+  void PageStarted(bool sameFile) override;
+  void FileNamed() override;
+  void FolderChanged() override;
+  void OfficeChanged() override;
+
   void Analysed(const std::shared_ptr<const Analysis>& analysis);
   void RequestAnalysis();
   void CaretMoved();
@@ -101,33 +89,10 @@ class MainWindow final : public QMainWindow {
   void NextPanel(bool backwards);
   void StepControl(bool backwards);
   void GoToIndex(int index, bool open);
-  void RecognizeControls();
-
-  void Start(const std::string& bytes, bool modified);
-  bool MayDiscard();
-  // Says the first errors of the page, with their places in the source view.
-  static QString FirstErrors(const page::Problems& problems, SourceLines lines);
-  // What is to be written; nothing when the user gave up.
-  std::optional<std::string> BytesToSave();
-  bool WriteTo(const QString& file);
-  // Without a name: undone together with the step before.
-  void TakeOver(const std::string& saved, const QString& step);
-  void FileChangedOutside();
-  void WatchFile();
-  void WriteDraft();
-  void DiscardDraft();
-  void FindCompanions();
-  void Complain(const QString& text);
-  // Nothing when the page is in an encoding that cannot be edited, which is then told.
-  std::optional<std::string> ReadPage(PageFile& file, const QString& name);
   // Brings a panel to the front, with the keyboard.
   void ShowPanel(QWidget& panel);
-  // Does something with files; what it throws is told to the user, and the answer is then false.
-  bool Guarded(const std::function<bool()>& work);
 
-  QtPlatform& platform_;
-  Places places_;
-  PageDocument* page_;
+  std::unique_ptr<Session> session_;
   SourceEdit* source_;
   DesignView* design_;
   FindBar* find_;
@@ -148,19 +113,11 @@ class MainWindow final : public QMainWindow {
   QMenu* recent_ = nullptr;
 
   std::unique_ptr<ControlEditing> controls_;
-  PageFile file_;
-  std::shared_ptr<office::Office> office_;
-  QString officeFile_;
-  QFileSystemWatcher watcher_;
-  bool asking_ = false;  // about a change outside
 
   std::shared_ptr<const Analysis> analysis_;
   bool newPage_ = true;
+  int caret_ = 0;  // where it was when the page before ended
   QTimer analysisTimer_;
-  QTimer draftTimer_;
-  QTimer outsideTimer_;
-  QThreadPool draftWriter_;  // one thread: drafts are written in their order
-  std::shared_ptr<Draft> draft_;
   std::unique_ptr<Analyst> analyst_;  // ends first
 };
 

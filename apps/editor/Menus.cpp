@@ -13,32 +13,18 @@
 #include "apps/editor/MainWindow.h"
 #include "apps/editor/Panels.h"
 #include "apps/editor/PropertyBrowser.h"
-#include "apps/editor/SourceLines.h"
 #include "apps/editor/Toolbox.h"
 #include "apps/editor/Words.h"
-#include "document/office/OfficeFile.h"
 #include "document/page/File.h"
 #include "host/qt/Messages.h"
 
 namespace kvo::editor {
 namespace {
 
-constexpr char kRecent[] = "recent";
-constexpr char kOffices[] = "offices";  // a chosen office file for each folder of pages
 constexpr char kToolbox[] = "toolbox";
-constexpr int kMostRecent = 10;
 
-constexpr char kOfficeName[] = "office.json";
 constexpr char kToolboxName[] = "toolbox.json";
 constexpr char kBuiltInToolbox[] = ":/editor/toolbox.json";
-
-QString Companion(const QString& folder, const char* name) {
-  const QString file = folder + '/' + name;
-  return !folder.isEmpty() && QFileInfo::exists(file) ? file : QString();
-}
-
-// Folder names are keys here, and "/" means something in those.
-QString SettingOf(QString folder) { return QString(kOffices) + '/' + folder.replace('/', '|'); }
 
 }  // namespace
 
@@ -60,27 +46,27 @@ void MainWindow::MakeMenus() {
 void MainWindow::MakeFileMenu() {
   QMenu& menu = *menuBar()->addMenu(Said(words::kFileMenu));
   const QString pages = Said(words::kPageFiles);
-  Action(menu, words::kNew, QKeySequence::New, [this] { New(); });
+  Action(menu, words::kNew, QKeySequence::New, [this] { session_->New(); });
   Action(menu, words::kOpen, QKeySequence::Open, [this, pages] {
-    const QString file =
-        QFileDialog::getOpenFileName(this, Said(words::kOpenTitle), file_.Folder(), pages);
-    if (!file.isEmpty()) Open(file);
+    const QString file = QFileDialog::getOpenFileName(this, Said(words::kOpenTitle),
+                                                      session_->File().Folder(), pages);
+    if (!file.isEmpty()) session_->Open(file);
   });
   recent_ = menu.addMenu(Said(words::kRecent));
   connect(recent_, &QMenu::aboutToShow, this, [this] { ShowRecent(); });
   menu.addSeparator();
-  Action(menu, words::kSaveAction, QKeySequence::Save, [this] { Save(); });
-  Action(menu, words::kSaveAs, QKeySequence("Ctrl+Shift+S"), [this] { SaveAs({}); });
-  Action(menu, words::kPublish, QKeySequence("Ctrl+Shift+P"), [this] { Publish({}); });
+  Action(menu, words::kSaveAction, QKeySequence::Save, [this] { session_->Save(); });
+  Action(menu, words::kSaveAs, QKeySequence("Ctrl+Shift+S"), [this] { session_->SaveAs({}); });
+  Action(menu, words::kPublish, QKeySequence("Ctrl+Shift+P"), [this] { session_->Publish({}); });
   menu.addSeparator();
   Action(menu, words::kChooseOffice, {}, [this] {
     const QString file = QFileDialog::getOpenFileName(this, Said(words::kOfficeTitle),
-                                                      file_.Folder(), "JSON (*.json)");
-    if (!file.isEmpty() && UseOffice(file)) QSettings().setValue(SettingOf(file_.Folder()), file);
+                                                      session_->File().Folder(), "JSON (*.json)");
+    if (!file.isEmpty()) session_->ChooseOffice(file);
   });
   Action(menu, words::kChooseToolbox, {}, [this] {
     const QString file = QFileDialog::getOpenFileName(this, Said(words::kToolboxTitle),
-                                                      file_.Folder(), "JSON (*.json)");
+                                                      session_->File().Folder(), "JSON (*.json)");
     if (!file.isEmpty() && UseToolbox(file)) QSettings().setValue(kToolbox, file);
   });
   Action(menu, words::kBuiltInToolbox, {}, [this] {
@@ -93,11 +79,11 @@ void MainWindow::MakeFileMenu() {
 
 void MainWindow::MakeEditMenu() {
   QMenu& menu = *menuBar()->addMenu(Said(words::kEditMenu));
-  undo_ = Action(menu, words::kUndo, QKeySequence::Undo, [this] { page_->Undo(); });
-  redo_ = Action(menu, words::kRedo, QKeySequence::Redo, [this] { page_->Redo(); });
+  undo_ = Action(menu, words::kUndo, QKeySequence::Undo, [this] { Page().Undo(); });
+  redo_ = Action(menu, words::kRedo, QKeySequence::Redo, [this] { Page().Redo(); });
   menu.addSeparator();
   Action(menu, words::kCut, QKeySequence::Cut, [this] {
-    const PageDocument::Step step(*page_, Said(words::kCutStep));
+    const PageDocument::Step step(Page(), Said(words::kCutStep));
     source_->cut();
   });
   Action(menu, words::kCopy, QKeySequence::Copy, [this] { source_->copy(); });
@@ -130,8 +116,8 @@ void MainWindow::MakeControlMenu() {
     toolbox_->ForgetSearch();
     ShowPanel(*toolbox_);
   });
-  Action(menu, words::kRecognize, {}, [this] { RecognizeControls(); });
-  Action(menu, words::kWriteTexts, {}, [this] { WriteRuntimeTexts(); });
+  Action(menu, words::kRecognize, {}, [this] { session_->RecognizeControls(); });
+  Action(menu, words::kWriteTexts, {}, [this] { session_->WriteRuntimeTexts(); });
 }
 
 void MainWindow::MakeViewMenu() {
@@ -190,7 +176,7 @@ void MainWindow::NextPanel(bool backwards) {
 }
 
 void MainWindow::StepControl(bool backwards) {
-  const auto& parts = page_->Content().EmbeddedParts();
+  const auto& parts = Page().Content().EmbeddedParts();
   const QTextCursor cursor = source_->textCursor();
   std::optional<int> next;
   for (const Embedded& part : parts) {
@@ -205,88 +191,17 @@ void MainWindow::StepControl(bool backwards) {
   if (next) source_->GoTo(*next);
 }
 
-void MainWindow::RecognizeControls() {
-  page_->ReplaceAll(PageText(page_->Content().Bytes(), page_->Content().LineBreak()),
-                    Said(words::kRecognizeStep));
-}
-
-bool MainWindow::SaveAs(const QString& file) {
-  QString chosen = file;
-  if (chosen.isEmpty())
-    chosen = QFileDialog::getSaveFileName(
-        this, Said(words::kSaveTitle),
-        file_.Name().isEmpty() ? Said(words::kUntitled) + ".html" : file_.Name(),
-        Said(words::kPageFiles));
-  if (chosen.isEmpty()) return false;
-  chosen = QFileInfo(chosen).absoluteFilePath();
-  const QString folder = file_.Folder();
-  if (!WriteTo(chosen)) return false;
-  if (file_.Folder() != folder) FindCompanions();
-  design_->Folder(file_.Folder());
-  return true;
-}
-
-bool MainWindow::Publish(const QString& file) {
-  return Guarded([&] {
-    const PageText content = page_->Content();
-    PageText::Places places;
-    page::StringSink sink;
-    const page::Page page(content.Bytes(places));
-    const page::Problems problems = page::Publish(page, sink);
-    if (page::HasErrors(problems)) {
-      Complain(Said(words::kCannotPublish) + "\n\n" +
-               FirstErrors(problems, {page.Bytes(), places}));
-      ShowPanel(*problems_);
-      return false;
-    }
-    QString chosen = file;
-    if (chosen.isEmpty())
-      chosen = QFileDialog::getSaveFileName(this, Said(words::kPublishTitle), file_.Folder(),
-                                            Said(words::kPageFiles));
-    if (chosen.isEmpty()) return false;
-    if (QFileInfo(chosen) == QFileInfo(file_.Name())) {
-      Complain(Said(words::kPublishOverPage));
-      return false;
-    }
-    PageFile().Write(chosen, sink.Text());
-    statusBar()->showMessage(Said(words::kPublished, {QFileInfo(chosen).fileName()}), 5000);
-    return true;
-  });
-}
-
-void MainWindow::Remember(const QString& file) {
-  QSettings settings;
-  QStringList files = settings.value(kRecent).toStringList();
-  files.removeAll(file);
-  files.prepend(file);
-  settings.setValue(kRecent, files.mid(0, kMostRecent));
-}
-
 void MainWindow::ShowRecent() {
   recent_->clear();
-  const QStringList files = QSettings().value(kRecent).toStringList();
+  const QStringList files = Session::RecentFiles();
   for (const QString& file : files) {
     QString shown = file;
-    Action(*recent_, {}, {}, [this, file] { Open(file); })->setText(shown.replace('&', "&&"));
+    Action(*recent_, {}, {}, [this, file] {
+      session_->Open(file);
+    })->setText(shown.replace('&', "&&"));
   }
   recent_->setEnabled(true);
   if (files.isEmpty()) recent_->addAction(Said(words::kNothingRecent))->setEnabled(false);
-}
-
-bool MainWindow::UseOffice(const QString& file) {
-  return Guarded([&] {
-    if (file.isEmpty()) {
-      // Pages that list fields then list none.
-      office_ = std::make_shared<office::Office>(office::Office::Description());
-    } else {
-      office_ = office::LoadOffice(FileName(file), places_.connections);
-    }
-    officeFile_ = file;
-    controls_->Office(office_, file);
-    PageChanged();
-    ShowControl();
-    return true;
-  });
 }
 
 bool MainWindow::UseToolbox(const QString& file) {
@@ -304,15 +219,9 @@ bool MainWindow::UseToolbox(const QString& file) {
   });
 }
 
-void MainWindow::FindCompanions() {
-  // A new page belongs to no folder yet; it goes on with what is there.
-  if (file_.Folder().isEmpty() && office_ != nullptr) return;
-  const QSettings settings;
-  const QString chosen = settings.value(SettingOf(file_.Folder())).toString();
-  const QString beside = Companion(file_.Folder(), kOfficeName);
-  if (!UseOffice(QFileInfo::exists(chosen) ? chosen : beside)) UseOffice({});
-  QString toolbox = Companion(file_.Folder(), kToolboxName);
-  if (toolbox.isEmpty()) toolbox = settings.value(kToolbox).toString();
+void MainWindow::FolderChanged() {
+  QString toolbox = session_->File().Companion(kToolboxName);
+  if (toolbox.isEmpty()) toolbox = QSettings().value(kToolbox).toString();
   if (toolbox.isEmpty() || !QFileInfo::exists(toolbox)) toolbox = kBuiltInToolbox;
   if (!UseToolbox(toolbox)) UseToolbox(kBuiltInToolbox);
 }

@@ -1,6 +1,5 @@
 #include "apps/editor/PageDocument.h"
 
-#include <QPlainTextDocumentLayout>
 #include <QTextBlock>
 #include <algorithm>
 
@@ -39,6 +38,7 @@ QString Describe(const ControlLook& look) {
 }  // namespace
 
 PageDocument::PageDocument(QObject* parent) : QObject(parent) {
+  document_.documentLayout();  // makes one: without it, a document tells of no change
   connect(&document_, &QTextDocument::contentsChange, this, &PageDocument::ContentsChanged);
   connect(&document_, &QTextDocument::undoCommandAdded, this, &PageDocument::NameStep);
 }

@@ -30,6 +30,7 @@ class PageDocument final : public QObject {
   explicit PageDocument(QObject* parent);
 
   QTextDocument* Document() { return &document_; }
+  bool IsModified() const { return document_.isModified(); }
   // Replaces everything; nothing can be undone then, and nothing is modified.
   void Load(const PageText& text);
   // Replaces everything in one step that can be undone; what is equal stays untouched.

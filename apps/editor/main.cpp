@@ -43,7 +43,7 @@ int main(int argc, char** argv) {
   window.show();
   QTimer::singleShot(0, &window, [&] {
     const QStringList files = line.positionalArguments();
-    if (!window.OfferDrafts() && !files.isEmpty()) window.Open(files.front());
+    if (!window.Work().OfferDrafts() && !files.isEmpty()) window.Work().Open(files.front());
   });
   return QApplication::exec();
 }

@@ -43,7 +43,7 @@ std::string Desk::Bytes(const QString& name) const {
 
 std::unique_ptr<MainWindow> Desk::NewWindow() {
   auto window =
-      std::make_unique<MainWindow>(platform, MainWindow::Places{Path("drafts"), connections});
+      std::make_unique<MainWindow>(platform, Session::Places{Path("drafts"), connections});
   window->show();
   window->activateWindow();
   EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));

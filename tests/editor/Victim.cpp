@@ -13,7 +13,7 @@ int RunVictim(const QString& drafts, const QString& page) {
   const PlatformScope scope(platform);
   MainWindow window(platform, {drafts, {}});
   window.show();
-  if (!window.Open(page)) return 2;
+  if (!window.Work().Open(page)) return 2;
   QTest::keyClicks(&window.Source(), kVictimText);
   return QApplication::exec();
 }

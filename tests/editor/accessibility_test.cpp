@@ -19,7 +19,7 @@ class AccessibilityTest : public testing::Test {
  protected:
   AccessibilityTest() : window(desk.NewWindow()) {
     QAccessible::setActive(true);
-    EXPECT_TRUE(window->Open(desk.Put("seite.html", kPage)));
+    EXPECT_TRUE(window->Work().Open(desk.Put("seite.html", kPage)));
     face = QAccessible::queryAccessibleInterface(&window->Source());
   }
   QAccessibleTextInterface& Text() { return *face->textInterface(); }

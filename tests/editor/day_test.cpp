@@ -125,7 +125,7 @@ class DayTest : public testing::Test {
              R"({"contactFields":[{"sqlName":"City","displayName":"Ort","dataType":0},
                                   {"sqlName":"Age","displayName":"Alter","dataType":1}],
                  "orderFields":[{"sqlName":"OrderID","displayName":"Nummer","dataType":1}]})");
-    EXPECT_TRUE(window->UseOffice(desk.Path("office.json")));
+    EXPECT_TRUE(window->Work().UseOffice(desk.Path("office.json")));
     author.window = window.get();
     window->Source().setFocus();
   }

@@ -16,7 +16,7 @@ class DesignViewTest : public testing::Test {
 
   void Open(const std::string& bytes) {
     window->Page().Document()->setModified(false);
-    ASSERT_TRUE(window->Open(desk.Put("seite.html", bytes)));
+    ASSERT_TRUE(window->Work().Open(desk.Put("seite.html", bytes)));
     ASSERT_TRUE(WaitForViews(*window));
   }
   // What an expression is worth in the view.

@@ -47,10 +47,10 @@ TEST_F(DraftTest, LeavesNothingWhenItIsDiscarded) {
 
 TEST_F(DraftTest, SavingAndClosingLeaveNone) {
   const auto window = desk.NewWindow();
-  ASSERT_TRUE(window->Open(desk.Put("seite.html", "alt")));
+  ASSERT_TRUE(window->Work().Open(desk.Put("seite.html", "alt")));
   QTest::keyClicks(&window->Source(), "neu ");
   EXPECT_TRUE(WaitFor([&] { return !Files().filter(".page").isEmpty(); }));
-  EXPECT_TRUE(window->Save());
+  EXPECT_TRUE(window->Work().Save());
   EXPECT_TRUE(Files().filter(".page").isEmpty());
   QTest::keyClicks(&window->Source(), "und ");
   EXPECT_TRUE(WaitFor([&] { return !Files().filter(".page").isEmpty(); }));
@@ -85,20 +85,20 @@ TEST_F(DraftTest, AKilledEditorLosesNothing) {
         said = static_cast<QMessageBox&>(dialog).text();
         PressButton(dialog, "Wiederherstellen");
       },
-      [&] { EXPECT_TRUE(window->OfferDrafts()); });
+      [&] { EXPECT_TRUE(window->Work().OfferDrafts()); });
   EXPECT_TRUE(said.contains("seite.html")) << said.toStdString();
   EXPECT_EQ(window->Page().Content().Bytes(), edited);
   EXPECT_TRUE(window->isWindowModified());
-  EXPECT_EQ(window->File().Name(), page);
-  EXPECT_FALSE(window->OfferDrafts());
-  EXPECT_TRUE(window->Save());
+  EXPECT_EQ(window->Work().File().Name(), page);
+  EXPECT_FALSE(window->Work().OfferDrafts());
+  EXPECT_TRUE(window->Work().Save());
   EXPECT_EQ(desk.Bytes("seite.html"), edited);
 }
 
 TEST_F(DraftTest, AFileThatChangedSinceIsNotOverwrittenUnasked) {
   {
     const auto window = desk.NewWindow();
-    ASSERT_TRUE(window->Open(desk.Put("seite.html", "alt")));
+    ASSERT_TRUE(window->Work().Open(desk.Put("seite.html", "alt")));
     QTest::keyClicks(&window->Source(), "neu ");
     EXPECT_TRUE(WaitFor([&] { return !Files().filter(".page").isEmpty(); }));
   }
@@ -110,8 +110,8 @@ TEST_F(DraftTest, AFileThatChangedSinceIsNotOverwrittenUnasked) {
         PressButton(dialog, draft ? "Wiederherstellen" : "Abbrechen");
       },
       [&] {
-        EXPECT_TRUE(window->OfferDrafts());
-        EXPECT_FALSE(window->Save());
+        EXPECT_TRUE(window->Work().OfferDrafts());
+        EXPECT_FALSE(window->Work().Save());
       });
   EXPECT_EQ(desk.Bytes("seite.html"), "von anderen");
 }
@@ -120,10 +120,10 @@ TEST_F(DraftTest, MayBeLeftForLater) {
   { Draft(Drafts()).Write("x", "", ""); }
   const auto window = desk.NewWindow();
   WithDialogs([](QWidget& dialog) { PressButton(dialog, "Später"); },
-              [&] { EXPECT_FALSE(window->OfferDrafts()); });
+              [&] { EXPECT_FALSE(window->Work().OfferDrafts()); });
   EXPECT_EQ(Draft::LeftIn(Drafts()).size(), 1U);
   WithDialogs([](QWidget& dialog) { PressButton(dialog, "Verwerfen"); },
-              [&] { EXPECT_FALSE(window->OfferDrafts()); });
+              [&] { EXPECT_FALSE(window->Work().OfferDrafts()); });
   EXPECT_TRUE(Draft::LeftIn(Drafts()).empty());
 }
 

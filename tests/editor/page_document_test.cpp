@@ -1,7 +1,6 @@
 // The document behind the source view: in step with the page's text, undone and redone by name.
 #include "apps/editor/PageDocument.h"
 
-#include <QPlainTextDocumentLayout>
 #include <QTextBlock>
 #include <random>
 
@@ -13,9 +12,7 @@ namespace {
 
 class PageDocumentTest : public testing::Test {
  protected:
-  PageDocumentTest() : page(nullptr) {
-    page.Document()->setDocumentLayout(new QPlainTextDocumentLayout(page.Document()));
-  }
+  PageDocumentTest() : page(nullptr) {}
   void Load(const std::string& bytes) { page.Load(PageText(bytes)); }
   std::string Bytes() const { return page.Content().Bytes(); }
   void Type(int position, const QString& text) {

@@ -49,7 +49,7 @@ class Studio {
   }
 
   bool TakeAll() {
-    if (!window_->Open(desk_.Path("newsletter.html"))) return false;
+    if (!window_->Work().Open(desk_.Path("newsletter.html"))) return false;
     GoTo("Anrede");
     Shoot("window");
     ShootDialog("pages", [&] { window_->Controls().OpenPages(Position(), false); });
@@ -61,7 +61,7 @@ class Studio {
     window_->Finder().hide();
     ShootDialog("unsaved", [&] {
       window_->Page().Document()->setModified(true);
-      window_->New();
+      window_->Work().New();
     });
     ShootDialog("outside", [&] {
       desk_.Put("newsletter.html", "neu");
@@ -71,9 +71,9 @@ class Studio {
     window_->Source().InsertFragment(kFaulty, "Bild");
     window_->Source().GoTo(1);
     Shoot("problems");
-    ShootDialog("cannot-save", [&] { window_->Save(); });
+    ShootDialog("cannot-save", [&] { window_->Work().Save(); });
     { Draft(desk_.Path("drafts")).Write("x", desk_.Path("newsletter.html"), ""); }
-    ShootDialog("draft", [&] { window_->OfferDrafts(); });
+    ShootDialog("draft", [&] { window_->Work().OfferDrafts(); });
     window_->Page().Document()->setModified(false);
     return good_;
   }

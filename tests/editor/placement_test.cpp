@@ -54,7 +54,7 @@ class PlacementTest : public testing::Test {
   // Opens a page with the caret between the two parts.
   void Open(const std::string& before, const std::string& after) {
     window->Page().Document()->setModified(false);
-    ASSERT_TRUE(window->Open(desk.Put("seite.html", before + after)));
+    ASSERT_TRUE(window->Work().Open(desk.Put("seite.html", before + after)));
     PageText::Places places;
     const PageText content = window->Page().Content();
     content.Bytes(places);
@@ -253,13 +253,13 @@ TEST_F(PlacementTest, WhatIsHiddenLaterIsAnErrorOfSavingAndPublishing) {
   QTest::keyClicks(&Source(), "<!-- ");
   EXPECT_TRUE(WaitForViews(*window));
   EXPECT_TRUE(window->Analysed()->hasErrors);
-  QString said = Answered("Probleme zeigen", [&] { EXPECT_FALSE(window->Save()); });
+  QString said = Answered("Probleme zeigen", [&] { EXPECT_FALSE(window->Work().Save()); });
   EXPECT_TRUE(said.contains("4:6: Fehler: DTCPrint \"p\"")) << said.toStdString();
   // Not the line of the file.
   EXPECT_TRUE(said.contains("in einem Kommentar, der in Zeile 4 beginnt")) << said.toStdString();
   EXPECT_TRUE(window->Problems().model()->index(0, 2).data().toString().contains(
       "in einem Kommentar, der in Zeile 4 beginnt"));
-  said = Answered("OK", [&] { EXPECT_FALSE(window->Publish(desk.Path("fertig.html"))); });
+  said = Answered("OK", [&] { EXPECT_FALSE(window->Work().Publish(desk.Path("fertig.html"))); });
   EXPECT_TRUE(said.contains("4:6: Fehler: DTCPrint \"p\"")) << said.toStdString();
   EXPECT_FALSE(QFile::exists(desk.Path("fertig.html")));
 }

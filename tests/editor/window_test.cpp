@@ -43,7 +43,7 @@ class WindowTest : public testing::Test {
 
   // Opens a page with these bytes.
   void Open(const std::string& bytes, const QString& name = "seite.html") {
-    ASSERT_TRUE(window->Open(desk.Put(name, bytes)));
+    ASSERT_TRUE(window->Work().Open(desk.Put(name, bytes)));
   }
   std::string Bytes() const { return window->Page().Content().Bytes(); }
   SourceEdit& Source() { return window->Source(); }
@@ -80,9 +80,9 @@ TEST_F(WindowTest, APageThatNobodyTouchedIsSavedAsItStands) {
                                std::string("\0\0", 2)};
   for (const std::string& page : pages) {
     Open(page);
-    EXPECT_TRUE(window->Save());
+    EXPECT_TRUE(window->Work().Save());
     EXPECT_EQ(desk.Bytes("seite.html"), page);
-    EXPECT_TRUE(window->SaveAs(desk.Path("kopie.html")));
+    EXPECT_TRUE(window->Work().SaveAs(desk.Path("kopie.html")));
     EXPECT_EQ(desk.Bytes("kopie.html"), page);
   }
 }
@@ -102,10 +102,10 @@ TEST_F(WindowTest, SavingWritesTheRuntimeTextAndNothingElse) {
 
 TEST_F(WindowTest, PublishingWritesTheRuntimeTextAlone) {
   Open("<p>" + Print("a", "1") + "</p>");
-  EXPECT_TRUE(window->Publish(desk.Path("fertig.html")));
+  EXPECT_TRUE(window->Work().Publish(desk.Path("fertig.html")));
   EXPECT_EQ(desk.Bytes("fertig.html"), "<p><kv:print value=\"1\"/></p>");
   WithDialogs([](QWidget& dialog) { dialog.close(); },
-              [&] { EXPECT_FALSE(window->Publish(desk.Path("seite.html"))); });
+              [&] { EXPECT_FALSE(window->Work().Publish(desk.Path("seite.html"))); });
   EXPECT_EQ(desk.Bytes("seite.html"), "<p>" + Print("a", "1") + "</p>");
 }
 
@@ -117,12 +117,14 @@ TEST_F(WindowTest, AFileThatCannotBeReadIsSaidAndThePageStays) {
         said = static_cast<QMessageBox&>(dialog).text();
         dialog.close();
       },
-      [&] { EXPECT_FALSE(window->Open(desk.Path("fehlt.html"))); });
+      [&] { EXPECT_FALSE(window->Work().Open(desk.Path("fehlt.html"))); });
   EXPECT_TRUE(said.contains("fehlt.html")) << said.toStdString();
   EXPECT_EQ(Bytes(), "alt");
   WithDialogs(
       [&](QWidget& dialog) { dialog.close(); },
-      [&] { EXPECT_FALSE(window->Open(desk.Put("utf16.html", std::string("\xFF\xFEx\0", 4)))); });
+      [&] {
+        EXPECT_FALSE(window->Work().Open(desk.Put("utf16.html", std::string("\xFF\xFEx\0", 4))));
+      });
   EXPECT_EQ(Bytes(), "alt");
 }
 
@@ -132,11 +134,11 @@ TEST_F(WindowTest, ErrorsKeepTheRuntimeTextsFromBeingWrittenButNotTheWorkFromBei
   Open(broken);
   Type("!");
   WithDialogs([](QWidget& dialog) { PressButton(dialog, "Probleme zeigen"); },
-              [&] { EXPECT_FALSE(window->Save()); });
+              [&] { EXPECT_FALSE(window->Work().Save()); });
   EXPECT_EQ(desk.Bytes("seite.html"), broken);
   EXPECT_TRUE(window->isWindowModified());
   WithDialogs([](QWidget& dialog) { PressButton(dialog, "Trotzdem speichern"); },
-              [&] { EXPECT_TRUE(window->Save()); });
+              [&] { EXPECT_TRUE(window->Work().Save()); });
   EXPECT_EQ(desk.Bytes("seite.html"), "!" + broken);
   EXPECT_FALSE(window->isWindowModified());
 }
@@ -148,18 +150,20 @@ TEST_F(WindowTest, HandEditedTextIsOverwrittenOnlyWithConsent) {
   Press(Qt::Key_End);
   Type("!");
   WithDialogs([](QWidget& dialog) { PressButton(dialog, "Handgeändertes überschreiben"); },
-              [&] { EXPECT_TRUE(window->Save()); });
+              [&] { EXPECT_TRUE(window->Work().Save()); });
   EXPECT_EQ(desk.Bytes("seite.html"), SavedPrint("a", "1") + "!");
 }
 
 TEST_F(WindowTest, UnsavedChangesAreNotGivenUpUnasked) {
   Open("alt");
   Type("neu ");
-  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Abbrechen"); }, [&] { window->New(); });
+  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Abbrechen"); },
+              [&] { window->Work().New(); });
   EXPECT_EQ(Bytes(), "neu alt");
-  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Speichern"); }, [&] { window->New(); });
+  WithDialogs([](QWidget& dialog) { PressButton(dialog, "Speichern"); },
+              [&] { window->Work().New(); });
   EXPECT_EQ(desk.Bytes("seite.html"), "neu alt");
-  EXPECT_TRUE(window->File().Name().isEmpty());
+  EXPECT_TRUE(window->Work().File().Name().isEmpty());
 }
 
 TEST_F(WindowTest, AFileThatChangedOutsideIsNoticed) {
@@ -179,7 +183,7 @@ TEST_F(WindowTest, AFileThatChangedOutsideIsNoticed) {
       },
       [&] { EXPECT_TRUE(WaitFor([&] { return asked; })); });
   EXPECT_EQ(Bytes(), "!zwei");
-  EXPECT_TRUE(window->Save());  // that has been answered
+  EXPECT_TRUE(window->Work().Save());  // that has been answered
   EXPECT_EQ(desk.Bytes("seite.html"), "!zwei");
 }
 
@@ -622,7 +626,7 @@ TEST_F(WindowTest, ProblemsAreCountedInTheLinesOfTheSource) {
         said = static_cast<QMessageBox&>(dialog).text();
         PressButton(dialog, "Probleme zeigen");
       },
-      [&] { EXPECT_FALSE(window->Save()); });
+      [&] { EXPECT_FALSE(window->Work().Save()); });
   EXPECT_TRUE(said.contains("3:4: Fehler: ")) << said.toStdString();
 }
 
@@ -634,7 +638,7 @@ TEST_F(WindowTest, PublishingNamesTheErrorsAndShowsThem) {
         said = static_cast<QMessageBox&>(dialog).text();
         PressButton(dialog, "OK");
       },
-      [&] { EXPECT_FALSE(window->Publish(desk.Path("fertig.html"))); });
+      [&] { EXPECT_FALSE(window->Work().Publish(desk.Path("fertig.html"))); });
   EXPECT_TRUE(said.contains("2:1: Fehler: DTCPrnt: ")) << said.toStdString();
   EXPECT_FALSE(QFile::exists(desk.Path("fertig.html")));
   EXPECT_TRUE(window->Problems().isVisible());
@@ -708,7 +712,7 @@ TEST_F(WindowTest, TextsOfAPageAreNeverRendered) {
         EXPECT_EQ(static_cast<QMessageBox&>(dialog).textFormat(), Qt::PlainText);
         PressButton(dialog, "Abbrechen");
       },
-      [&] { window->New(); });
+      [&] { window->Work().New(); });
 }
 
 TEST_F(WindowTest, TheOutputIsWhatPublishingWrites) {
