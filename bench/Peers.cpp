@@ -5,10 +5,7 @@
 #include <ctemplate/template_emitter.h>
 #include <ctemplate/template_modifiers.h>
 #include <glib.h>
-#include <gumbo.h>
-#include <htmlcxx/html/ParserSax.h>
 #include <htmlcxx/html/utils.h>
-#include <libxml/HTMLparser.h>
 #include <libxml/entities.h>
 #include <libxml/parserInternals.h>
 
@@ -85,42 +82,6 @@ void Libxml2Back(const std::string& text) {
   xmlFree(out);
 }
 
-std::size_t ReadByLibxml2(std::string_view page) {
-  std::size_t tags = 0;
-  htmlSAXHandler handler{};
-  handler.startElement = [](void* count, const xmlChar*, const xmlChar**) {
-    ++*static_cast<std::size_t*>(count);
-  };
-  const std::unique_ptr<htmlParserCtxt, decltype(&htmlFreeParserCtxt)> context(
-      htmlCreatePushParserCtxt(&handler, &tags, nullptr, 0, nullptr, XML_CHAR_ENCODING_UTF8),
-      htmlFreeParserCtxt);
-  constexpr std::size_t kChunk = 1U << 16U;
-  for (std::size_t at = 0; at < page.size(); at += kChunk) {
-    const auto chunk = page.substr(at, kChunk);
-    htmlParseChunk(context.get(), chunk.data(), static_cast<int>(chunk.size()), 0);
-  }
-  htmlParseChunk(context.get(), nullptr, 0, 1);
-  return tags;
-}
-
-std::size_t ReadByHtmlcxx(std::string_view page) {
-  struct Counter final : htmlcxx::HTML::ParserSax {
-    void foundTag(htmlcxx::HTML::Node /*node*/, bool isEnd) override { tags += isEnd ? 0 : 1; }
-    std::size_t tags = 0;
-  } counter;
-  counter.parse(page.begin(), page.end());
-  return counter.tags;
-}
-
-std::size_t ReadByGumbo(std::string_view page) {
-  GumboOptions options = kGumboDefaultOptions;
-  options.max_errors = 0;
-  GumboOutput* const output = gumbo_parse_with_options(&options, page.data(), page.size());
-  const std::size_t children = output->root->v.element.children.length;
-  gumbo_destroy_output(&options, output);
-  return children;
-}
-
 }  // namespace
 
 std::vector<Peer> Escapers(Escaped which) {
@@ -161,12 +122,6 @@ std::vector<Peer> Unescapers() {
                benchmark::DoNotOptimize(out.data());
              }),
           Of("Boost", [replacements](const std::string& text) { Boost(text, replacements); })};
-}
-
-std::vector<Tokenizer> Tokenizers() {
-  return {{"libxml2 (SAX)", ReadByLibxml2, false},
-          {"htmlcxx (SAX)", ReadByHtmlcxx, false},
-          {"gumbo (tree)", ReadByGumbo, true}};
 }
 
 }  // namespace kvo::bench

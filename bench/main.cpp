@@ -1,13 +1,11 @@
 // Measures everything in one run and writes it down.
-//   kvo_bench KVO EMPTY DOCUMENT PLOTDATA REMARKS [--benchmark_...]
-// KVO and EMPTY are the programs whose start is timed; DOCUMENT is the Markdown file to write,
-// PLOTDATA the figures for its plot, REMARKS the Markdown that is put at its end. Google
-// Benchmark's own options come after them.
+//   kvo_bench KVO EMPTY DOCUMENT [--benchmark_...]
+// KVO and EMPTY are the programs whose start is timed; DOCUMENT is the Markdown file to write.
+// Google Benchmark's own options come after them.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
 #include <fstream>
-#include <iterator>
 #include <thread>
 
 #include "bench/Report.h"
@@ -17,7 +15,7 @@
 namespace kvo::bench {
 namespace {
 
-constexpr int kArguments = 6;
+constexpr int kArguments = 4;
 
 // The first line of the file that begins with the key, behind its separator.
 std::string ValueOf(const char* file, std::string_view key, char separator) {
@@ -37,29 +35,22 @@ std::string Machine() {
          ValueOf("/etc/os-release", "PRETTY_NAME", '=') + "; GCC " + __VERSION__;
 }
 
-std::string Contents(const char* file) {
-  std::ifstream in(file);
-  if (!in) throw std::runtime_error(std::string(file) + " cannot be read");
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-void Write(const char* file, const Report& report, const std::string& remarks) {
+void Write(const char* file, const Report& report) {
   std::ofstream out(file);
   out << "# Performance\n\n`./run bench` measures this and writes this file, all in one process "
          "and one run. Every time is the median of several rounds in which what is compared takes "
-         "turns; quote the ratios, for the times are this machine's:\n"
+         "turns. Quote the ratios, for the times are this machine's: "
       << Machine() << ".\n\n"
       << report.Goals() - report.Missed() << " of " << report.Goals()
-      << " goals are met; a figure that misses its goal is set in **bold**.\n"
-      << report.Text() << '\n'
-      << remarks;
+      << " goals are met; a figure that misses its goal is set in **bold**. One run's figure near "
+         "its limit may fall to either side.\n"
+      << report.Text();
   if (!out.flush()) throw std::runtime_error(std::string(file) + " cannot be written");
 }
 
 int Run(char** argv) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
-  const std::string remarks = Contents(argv[5]);
   Report report;
   const auto section = [](const char* name) {
     std::printf("Measuring %s ...\n", name);
@@ -70,12 +61,12 @@ int Run(char** argv) {
   section("the controls");
   MeasureControls(report);
   section("pages");
-  MeasurePages(report, argv[4]);
+  MeasurePages(report);
   section("the picker");
   MeasurePicker(report);
   section("start-up");
   MeasureStart(report, argv[1], argv[2]);
-  Write(argv[3], report, remarks);
+  Write(argv[3], report);
   std::printf("%d of %d goals are met.\n", report.Goals() - report.Missed(), report.Goals());
   return 0;
 }
@@ -85,7 +76,7 @@ int Run(char** argv) {
 
 int main(int argc, char** argv) {
   if (argc < kvo::bench::kArguments) {
-    std::fprintf(stderr, "usage: kvo_bench KVO EMPTY DOCUMENT PLOTDATA REMARKS [OPTIONS]\n");
+    std::fprintf(stderr, "usage: kvo_bench KVO EMPTY DOCUMENT [OPTIONS]\n");
     return 2;
   }
   // Ours first, so that the user's come later and win.

@@ -51,5 +51,4 @@ i386_packages=(wine wine32 fonts-wine locales)
 fuzz_packages=(clang libclang-rt-dev)
 # What it takes to measure everything, with what it is measured against.
 bench_packages=(libbenchmark-dev pkg-config libapr1-dev libboost-dev libctemplate-dev libglib2.0-dev
-  libgumbo-dev libhtmlcxx-dev libxml2-dev qt6-base-dev gnuplot-nox perl python3 nodejs
-  libsqlite3-dev sqlite3 postgresql)
+  libhtmlcxx-dev libxml2-dev qt6-base-dev perl python3 libsqlite3-dev sqlite3 postgresql)
