@@ -2,9 +2,11 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
-#include <string_view>
 
 #if __has_include(<experimental/simd>)
 #include <experimental/simd>
@@ -17,16 +19,25 @@ constexpr bool IsAny(char c) {
   return ((c == wanted) || ...);
 }
 
-// FindInBlock gives the place of the first of the characters in a block; kBlock when there is none.
+// FindInBlock gives the place of the first of the characters in a block, or kBlock; MarkInBlock
+// says of each character whether it is one of them.
 #ifdef __cpp_lib_experimental_parallel_simd
 using Block = std::experimental::native_simd<char>;
 inline constexpr std::size_t kBlock = Block::size();
 
 template <char... wanted>
-inline std::size_t FindInBlock(const char* at) {
+inline auto Compare(const char* at) {
   const Block block(at, std::experimental::element_aligned);
-  const auto found = ((block == wanted) || ...);
+  return ((block == wanted) || ...);
+}
+template <char... wanted>
+inline std::size_t FindInBlock(const char* at) {
+  const auto found = Compare<wanted...>(at);
   return any_of(found) ? static_cast<std::size_t>(find_first_set(found)) : kBlock;
+}
+template <char... wanted>
+inline void MarkInBlock(const char* at, bool* marks) {
+  Compare<wanted...>(at).copy_to(marks, std::experimental::element_aligned);
 }
 #else
 inline constexpr std::size_t kBlock = 16;
@@ -35,16 +46,18 @@ template <char... wanted>
 inline std::size_t FindInBlock(const char* at) {
   return static_cast<std::size_t>(std::find_if(at, at + kBlock, IsAny<wanted...>) - at);
 }
+template <char... wanted>
+inline void MarkInBlock(const char* at, bool* marks) {
+  std::transform(at, at + kBlock, marks, IsAny<wanted...>);
+}
 #endif
 
-// The place of the first of the characters in a text, or the text's end: what std::find_if finds.
+// The first of the characters in [at, end), or `end`: what std::find_if finds.
 template <char... wanted>
-std::size_t FindAny(std::string_view text) {
-  std::size_t at = 0;
-  for (; text.size() - at >= kBlock; at += kBlock)
-    if (const std::size_t found = FindInBlock<wanted...>(text.data() + at); found < kBlock)
-      return at + found;
-  while (at < text.size() && !IsAny<wanted...>(text[at])) ++at;
+[[gnu::always_inline]] inline const char* FindAny(const char* at, const char* end) {
+  for (; static_cast<std::size_t>(end - at) >= kBlock; at += kBlock)
+    if (const std::size_t found = FindInBlock<wanted...>(at); found < kBlock) return at + found;
+  while (at != end && !IsAny<wanted...>(*at)) ++at;
   return at;
 }
 
@@ -60,5 +73,58 @@ std::size_t CopyUpTo(const char* from, std::size_t size, char* to) {
   for (; at < size && !IsAny<stops...>(from[at]); ++at) to[at] = from[at];
   return at;
 }
+
+// The places of some characters in a text, in their order. They are found 64 at a time, so that
+// going from one to the next does not wait for a search.
+template <char... wanted>
+class Places {
+ public:
+  Places(const char* at, const char* end) : end_(end) { GoOn(at); }
+
+  // The next place, or the text's end.
+  const char* Next() {
+    while (places_ == 0) {
+      if (end_ - block_ <= kSize) return end_;
+      Look(block_ + kSize);
+    }
+    const char* const at = block_ + std::countr_zero(places_);
+    places_ &= places_ - 1;
+    return at;
+  }
+  // Leaves out the places before `at`.
+  void GoOn(const char* at) {
+    if (block_ == nullptr || at - block_ >= kSize)
+      Look(at);
+    else
+      places_ &= ~std::uint64_t{0} << static_cast<unsigned>(at - block_);
+  }
+
+ private:
+  static constexpr std::ptrdiff_t kSize = 64;
+
+  void Look(const char* at) {
+    block_ = at;
+    std::array<char, kSize> rest;
+    if (end_ - at < kSize) {
+      std::fill(std::copy(at, end_, rest.begin()), rest.end(), '\0');
+      at = rest.data();
+    }
+    std::array<bool, kSize> marks;
+    for (std::size_t i = 0; i < marks.size(); i += kBlock)
+      MarkInBlock<wanted...>(at + i, marks.data() + i);
+    // The marks of eight characters, side by side as bits; the lowest byte comes first.
+    static_assert(std::endian::native == std::endian::little);
+    places_ = 0;
+    for (std::size_t i = 0; i < marks.size(); i += 8) {
+      std::uint64_t eight = 0;
+      std::memcpy(&eight, marks.data() + i, 8);
+      places_ |= (eight * 0x0102040810204080U >> 56U) << i;
+    }
+  }
+
+  const char* end_;
+  const char* block_ = nullptr;
+  std::uint64_t places_ = 0;  // in the block, those not handed out yet
+};
 
 }  // namespace kvo

@@ -152,7 +152,8 @@ std::string FixAmpersands(std::string_view text) {
 
 void AppendEncodeMarkupTokens(std::string& out, std::string_view text) {
   std::string unmarked;
-  const bool hasBracket = FindAny<'[', ']'>(text) < text.size();
+  const char* const textEnd = text.data() + text.size();
+  const bool hasBracket = FindAny<'[', ']'>(text.data(), textEnd) != textEnd;
   if (hasBracket && (Holds(text, kCdataStart) || Holds(text, kCdataEnd)))
     text = unmarked = Without(Without(text, kCdataStart), kCdataEnd);
   AppendReplacing<'<', '>', '"', '&', '\r'>(

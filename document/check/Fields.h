@@ -55,8 +55,8 @@ struct FieldReference {
 
 // Finds "#customer.NAME#" and "#order.NAME#", and the tags <kv:contact field="NAME"> and
 // <kv:order field="NAME"> that somebody wrote by hand. What cannot be a field's name is passed
-// over: style sheets, for one, hold such beginnings too. A NUL must follow the text, as it does in
-// a std::string; other than ASCII, it may be of any encoding.
+// over: style sheets, for one, hold such beginnings too. Other than ASCII, the text may be of any
+// encoding.
 void ForEachFieldReference(std::string_view text,
                            const std::function<void(const FieldReference&)>& found);
 

@@ -1,7 +1,6 @@
 #include "document/page/ControlReader.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "common/text/Suggest.h"
 #include "common/values/Ascii.h"
@@ -13,26 +12,6 @@
 
 namespace kvo::page {
 namespace {
-
-// How we write it ourselves.
-constexpr char kPlainClassId[] = " classid=\"";
-constexpr char kPlainId[] = " id=\"";
-constexpr char kPlainParamName[] = "<param name=\"";
-constexpr char kPlainParamValue[] = "\" value=\"";
-constexpr char kPlainTagEnd[] = "\">";
-constexpr char kPlainElementEnd[] = "</object>";
-
-template <std::size_t size>
-constexpr std::size_t LengthOf(const char (&)[size]) {
-  return size - 1;
-}
-
-// The comparison is compiled in place.
-template <std::size_t size>
-bool HasAt(std::string_view text, std::size_t at, const char (&literal)[size]) {
-  return text.size() >= at + LengthOf(literal) &&
-         std::memcmp(text.data() + at, literal, LengthOf(literal)) == 0;
-}
 
 constexpr std::size_t kParamTag = std::string_view("<param").size();
 
@@ -150,11 +129,10 @@ bool ControlReader::ReadObject(std::size_t at) {
 
 bool ControlReader::ReadSpan(std::size_t at) {
   inComment_ = true;
-  commentBegin_ = at;
-  commentEnd_ = 0;
+  commentEnd_ = EndOfComment(page_, at);
   const auto refuse = [&](Message message) {
     problems_.Add(at, rule::malformedSpan, {}, std::move(message));
-    scanner_.GoOn(BehindComment(at));
+    scanner_.GoOn(std::min(commentEnd_, page_.size()));
     return false;
   };
   std::string_view rest = page_.substr(at + kSpanStart.size());
@@ -187,7 +165,7 @@ void ControlReader::ReadSpanText(std::size_t at, bool elementClosed) {
     }
   }
   if (text == 0) {
-    text = EndOfComment(page_, begin);
+    text = commentEnd_;
     if (text == npos) {
       Fail(begin, rule::malformedSpan, messages::SpanCommentNeverEnds());
       control_.textBegin = control_.textEnd = control_.end = page_.size();
@@ -211,11 +189,6 @@ bool ControlReader::ReadElement(std::size_t& at) {
   RawAttribute attribute;
   bool isFirst = true;
   bool found = false;
-  if (const std::size_t known = EndOfKnownClassId(begin + kObjectStart.size()); known != npos) {
-    attribute.value = lastClassId_;
-    tag = TagReader(page_, known);
-    found = true;
-  }
   while (!found && NextAttribute(tag, attribute)) {
     found = EqualIgnoringCase(attribute.name, "classid");
     if (!found) isFirst = false;
@@ -236,27 +209,13 @@ bool ControlReader::ReadElement(std::size_t& at) {
   control_.broken = control_.contract == nullptr;
   control_.paramOfKey.assign(control_.contract == nullptr ? 0 : control_.contract->bag.size(),
                              ReadControl::kNoParam);
-  nextKey_ = 0;
   if (!isFirst) tag = TagReader(page_, begin + kObjectStart.size());
+  ReadAttributes(tag, isFirst);
   at = tag.Position();
-  if (!isFirst || !ReadPlainId(at)) {
-    ReadAttributes(tag, isFirst);
-    at = tag.Position();
-  }
   if (control_.contract == nullptr)
     Fail(begin, rule::unknownClass,
          messages::UnknownClass(control_.className, NearestClass(control_.className)));
   return true;
-}
-
-// The class is mostly that of the control before, and stands first.
-std::size_t ControlReader::EndOfKnownClassId(std::size_t at) const {
-  if (lastContract_ == nullptr || !HasAt(page_, at, kPlainClassId)) return npos;
-  const std::size_t value = at + LengthOf(kPlainClassId);
-  const std::size_t end = value + lastClassId_.size();
-  const bool same = end < page_.size() && page_[end] == '"' &&
-                    std::memcmp(page_.data() + value, lastClassId_.data(), end - value) == 0;
-  return same ? end + 1 : npos;
 }
 
 bool ControlReader::ReadClass(const RawAttribute& classId) {
@@ -284,23 +243,13 @@ bool ControlReader::ReadClass(const RawAttribute& classId) {
   return true;
 }
 
-bool ControlReader::ReadPlainId(std::size_t& at) {
-  if (!HasAt(page_, at, kPlainId)) return false;
-  const std::size_t value = at + LengthOf(kPlainId);
-  const std::size_t end = EndOfPlainText(page_, value);
-  if (!HasAt(page_, end, kPlainTagEnd)) return false;
-  control_.id = page_.substr(value, end - value);
-  at = end + LengthOf(kPlainTagEnd);
-  return true;
-}
-
-void ControlReader::ReadAttributes(TagReader& tag, bool classIdSeen) {
+void ControlReader::ReadAttributes(TagReader& tag, bool hasClassId) {
   RawAttribute attribute;
   while (NextAttribute(tag, attribute)) {
     if (EqualIgnoringCase(attribute.name, "classid")) {
-      if (classIdSeen)
+      if (hasClassId)
         Fail(OffsetOf(attribute.name), rule::attribute, messages::DuplicateAttribute("classid"));
-      classIdSeen = true;
+      hasClassId = true;
     } else if (EqualIgnoringCase(attribute.name, "id")) {
       if (control_.id)
         Fail(OffsetOf(attribute.name), rule::attribute, messages::DuplicateAttribute("id"));
@@ -335,11 +284,6 @@ bool ControlReader::ReadParams(std::size_t& at) {
     if (IsHtmlSpace(page_[at])) {
       ++at;
       continue;
-    }
-    if (ReadPlainParam(at)) continue;
-    if (HasAt(page_, at, kPlainElementEnd)) {
-      at += LengthOf(kPlainElementEnd);
-      return true;
     }
     if (IsTagAt(page_, at, "<", "param")) {
       ReadParam(at);
@@ -381,20 +325,6 @@ bool ControlReader::ReadParams(std::size_t& at) {
   return false;
 }
 
-bool ControlReader::ReadPlainParam(std::size_t& at) {
-  if (!HasAt(page_, at, kPlainParamName)) return false;
-  const std::size_t key = at + LengthOf(kPlainParamName);
-  const std::size_t keyEnd = EndOfPlainText(page_, key);
-  if (keyEnd == key || !HasAt(page_, keyEnd, kPlainParamValue)) return false;
-  const std::size_t value = keyEnd + LengthOf(kPlainParamValue);
-  const std::size_t valueEnd = EndOfPlainText(page_, value);
-  if (!HasAt(page_, valueEnd, kPlainTagEnd)) return false;
-  const std::size_t begin = at;
-  at = valueEnd + LengthOf(kPlainTagEnd);
-  AddParam(begin, page_.substr(key, keyEnd - key), page_.substr(value, valueEnd - value));
-  return true;
-}
-
 void ControlReader::ReadParam(std::size_t& at) {
   const std::size_t begin = at;
   TagReader tag(page_, begin + kParamTag);
@@ -421,52 +351,40 @@ void ControlReader::ReadParam(std::size_t& at) {
 
 void ControlReader::AddParam(std::size_t at, std::string_view key, std::string_view value) {
   if (control_.contract != nullptr) {
-    const auto rows = control_.contract->bag;
-    std::size_t row = nextKey_;
-    std::size_t tried = 0;
-    for (; tried < rows.size(); ++tried, ++row) {
-      if (row == rows.size()) row = 0;
-      if (rows[row].key == key) break;
-    }
-    if (tried == rows.size()) {
+    const PropertyRow* const row = control_.contract->FindKey(key);
+    if (row == nullptr) {
       Fail(at, rule::unknownKey, messages::UnknownKey(key, NearestKey(*control_.contract, key)));
-    } else if (control_.paramOfKey[row] != ReadControl::kNoParam) {
-      Fail(at, rule::duplicateParam, messages::DuplicateParam(key));
     } else {
-      control_.paramOfKey[row] = control_.params.size();
-      control_.params.push_back({key, value});
-      nextKey_ = row + 1;
-      return;
+      auto& param =
+          control_.paramOfKey[static_cast<std::size_t>(row - control_.contract->bag.data())];
+      if (param == ReadControl::kNoParam) {
+        param = control_.params.size();
+        control_.params.push_back({key, value});
+        return;
+      }
+      Fail(at, rule::duplicateParam, messages::DuplicateParam(key));
     }
   }
   if (allParams_) control_.params.push_back({key, value});
 }
 
 bool ControlReader::NextAttribute(TagReader& tag, RawAttribute& attribute) {
-  if (tag.Next(attribute)) {
-    if (!PastComment(tag.Position(), attribute.special)) return true;
-  } else if (tag.CutOff()) {
+  const bool found = tag.Next(attribute);
+  if (!found && tag.CutOff()) {
     stopped_ = true;
     if (isOurs_) Fail(control_.begin, rule::unclosedControl, messages::CutOffTag());
-  } else if (inComment_) {
-    const char before = page_[tag.Position() - 2];
-    PastComment(tag.Position(), before == '-' || before == '!');
+    return false;
   }
-  return false;
-}
-
-bool ControlReader::PastComment(std::size_t at, bool mayHaveEnded) {
-  if (!inComment_ || (!mayHaveEnded && commentEnd_ == 0)) return false;
-  if (commentEnd_ == 0) commentEnd_ = EndOfComment(page_, commentBegin_);
-  if (at < commentEnd_) return false;
+  if (!inComment_ || tag.Position() < commentEnd_) return found;
   stopped_ = true;
   if (isOurs_)
     Fail(commentEnd_ - kCommentEnd.size(), rule::malformedSpan, messages::SpanCommentEndsEarly());
-  return true;
+  return false;
 }
 
 std::string_view ControlReader::Decoded(const RawAttribute& attribute) {
-  if (!attribute.special) return attribute.value;
+  const bool isAscii = AsciiPrefix(attribute.value) == attribute.value.size();
+  if (isAscii && attribute.value.find('&') == npos) return attribute.value;
   if (decodedInUse_ == decoded_.size()) decoded_.emplace_back();
   std::string& text = decoded_[decodedInUse_++];
   text.clear();

@@ -60,7 +60,6 @@ class ControlReader {
   // Which params are handed over besides those that the class can read.
   enum class Params { known, all };
 
-  // `page` is followed by a NUL.
   ControlReader(std::string_view page, const PageEncoding& encoding, Params params,
                 ProblemList& problems)
       : page_(page),
@@ -93,18 +92,11 @@ class ControlReader {
   // False when the element is none of ours, or its class cannot be told.
   bool ReadElement(std::size_t& at);
   bool ReadClass(const RawAttribute& classId);
-  // Behind a plain classid of the same class as before; npos when there is none at `at`.
-  std::size_t EndOfKnownClassId(std::size_t at) const;
-  // The rest of a start tag as we write it, when the id is all that is left of it.
-  bool ReadPlainId(std::size_t& at);
-  void ReadAttributes(TagReader& tag, bool classIdSeen);
+  void ReadAttributes(TagReader& tag, bool hasClassId);
   void CheckAttributeNames(std::size_t at);
   // Answers whether "</object>" was found.
   bool ReadParams(std::size_t& at);
   void ReadParam(std::size_t& at);
-  // The same for a param as it is written by us, with nothing in it to decode; false, and nothing
-  // is read, when it is not.
-  bool ReadPlainParam(std::size_t& at);
   void AddParam(std::size_t at, std::string_view key, std::string_view value);
   // Behind the element of a span: the rest of its comment, the text and the end comment.
   void ReadSpanText(std::size_t at, bool elementClosed);
@@ -115,7 +107,6 @@ class ControlReader {
   // The tag's next attribute. False at its end, and also when the tag does not end or goes past
   // the end of the comment that it stands in: then stopped_ is set.
   bool NextAttribute(TagReader& tag, RawAttribute& attribute);
-  bool PastComment(std::size_t at, bool mayHaveEnded);
 
   std::string_view Decoded(const RawAttribute& attribute);
   // For messages: bytes of the page, whatever they are, as UTF-8.
@@ -158,12 +149,9 @@ class ControlReader {
   std::string_view lastClassId_;
   const ControlClass* lastContract_ = nullptr;
 
-  std::size_t nextKey_ = 0;  // where the next key is looked for first
-
   // The comment that the element being read stands in.
   bool inComment_ = false;
-  std::size_t commentBegin_ = 0;
-  std::size_t commentEnd_ = 0;  // 0: not looked for yet, nothing read so far could end it
+  std::size_t commentEnd_ = 0;  // npos when it never ends
   bool stopped_ = false;
   bool isOurs_ = false;  // the element's class is known to be of this library
 

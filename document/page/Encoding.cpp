@@ -332,12 +332,12 @@ std::optional<PageEncoding::VoidDeclaration> PageEncoding::FindVoidDeclaration(
     std::string_view page) {
   // A quick look first, since most pages of any size have none.
   bool mayHaveOne = false;
-  for (std::size_t at = 0; !mayHaveOne && at != npos;) {
-    at = FindStartTag(page, at, page.size(), "meta");
+  for (std::size_t at = 0; !mayHaveOne; ++at) {
+    at = page.find('<', at);
     if (at == npos) return std::nullopt;
+    if (!IsTagAt(page, at, "<", "meta")) continue;
     DeclarationFinder near(page.substr(at, page.find('>', at) - at + 1));
     mayHaveOne = !near.Find().name.empty() || near.TemplateTag();
-    ++at;
   }
   DeclarationFinder finder(page);
   const DeclarationFinder::Declaration found = finder.Find();

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <vector>
 
+#include "common/values/Ascii.h"
 #include "common/values/RuntimeError.h"
 #include "document/page/ControlReader.h"
 #include "document/page/Page.h"
@@ -13,6 +14,15 @@ namespace kvo::page {
 namespace {
 
 constexpr std::size_t kMostDigits = 9;
+
+// The first place in [from, to) where this text stands, given in lower case.
+std::size_t FindIgnoringCase(std::string_view text, std::size_t from, std::size_t to,
+                             std::string_view wanted) {
+  const std::string_view part = text.substr(0, to);
+  const auto* const found =
+      std::ranges::search(part.substr(std::min(from, part.size())), wanted, {}, LowerAscii).begin();
+  return found == part.end() ? npos : static_cast<std::size_t>(found - part.begin());
+}
 
 // Of the element that begins the text; npos when there is none.
 std::size_t FindEndTag(std::string_view text) {
@@ -38,7 +48,7 @@ std::string RuntimeTextOf(const ReadControl& control) {
 std::optional<OurElements::Element> OurElements::Next() {
   while (next_ != npos) {
     const std::size_t begin = next_;
-    next_ = FindStartTag(page_, begin + kObjectStart.size(), to_, kObject);
+    next_ = FindObject(page_, begin + kObjectStart.size(), to_);
     const Element element = {begin, std::min(next_, to_)};
     if (HasOurClassId(element)) return element;
   }

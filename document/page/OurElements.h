@@ -13,9 +13,9 @@ namespace kvo::page {
 
 class OurElements {
  public:
-  // Looks at [from, to) of a page, or of another text that is followed by a NUL.
+  // Looks at [from, to) of a page or another text.
   OurElements(std::string_view page, std::size_t from, std::size_t to, const PageEncoding& encoding)
-      : page_(page), to_(to), next_(FindStartTag(page, from, to, kObject)), encoding_(encoding) {}
+      : page_(page), to_(to), next_(FindObject(page, from, to)), encoding_(encoding) {}
 
   struct Element {
     std::size_t begin;
@@ -25,8 +25,6 @@ class OurElements {
   std::optional<Element> Next();
 
  private:
-  static constexpr std::string_view kObject = "object";
-
   bool HasOurClassId(Element element) const;
 
   std::string_view page_;

@@ -19,11 +19,6 @@
 namespace kvo::page {
 namespace {
 
-// Most keys come from the class's own rows, so comparing addresses settles it.
-bool IsKey(const PropertyRow& row, std::string_view key) {
-  return row.key.size() == key.size() && (row.key.data() == key.data() || row.key == key);
-}
-
 // What a control reads from: the params found in the page.
 class FoundBag final : public PropertyBag {
  public:
@@ -43,19 +38,14 @@ class FoundBag final : public PropertyBag {
 
  protected:
   std::optional<std::string_view> Find(std::string_view key) override {
-    // A class reads its keys in the order of its rows.
-    const auto rows = control_.contract->bag;
-    while (next_ < rows.size() && !IsKey(rows[next_], key)) ++next_;
-    if (next_ == rows.size()) return std::nullopt;
-    const std::size_t param = control_.paramOfKey[next_++];
-    if (param == ReadControl::kNoParam) return std::nullopt;
-    return control_.params[param].value;
+    const auto param = std::ranges::find(control_.params, key, &ReadControl::Param::key);
+    if (param == control_.params.end()) return std::nullopt;
+    return param->value;
   }
   void Store(std::string_view, std::string_view) override {}
 
  private:
   const ReadControl& control_;
-  std::size_t next_ = 0;  // keys are asked for in the order of the rows
 };
 
 // What a control is stored into: params of an element, compared on the way with those it was
@@ -75,7 +65,7 @@ class WrittenBag final : public PropertyBag {
   std::optional<std::string_view> Find(std::string_view) override { return std::nullopt; }
   void Store(std::string_view key, std::string_view value) override {
     std::size_t row = next_;
-    while (row < rows_.size() && !IsKey(rows_[row], key)) ++row;
+    while (row < rows_.size() && rows_[row].key != key) ++row;
     SkipTo(row);
     if (row == rows_.size()) return element_.Param(key, value);
     element_.Param(row, value);
@@ -315,10 +305,9 @@ class Writer {
   // The first element in the span's text of which `text` does not hold as many, or an empty one for
   // such a start comment without an element.
   std::optional<OurElements::Element> FindLost(std::string_view text) const {
-    const std::string kept(text);  // followed by a NUL
     std::unordered_map<std::string_view, std::size_t> elements;
-    OurElements mine(kept, 0, kept.size(), encoding_);
-    while (const auto element = mine.Next()) ++elements[Bytes(kept, *element)];
+    OurElements mine(text, 0, text.size(), encoding_);
+    while (const auto element = mine.Next()) ++elements[Bytes(text, *element)];
     OurElements all(page_, Found().textBegin, Found().textEnd, encoding_);
     while (const auto element = all.Next()) {
       const auto same = elements.find(Bytes(page_, *element));
@@ -327,7 +316,7 @@ class Writer {
     }
     std::size_t comment = page_.find(kSpanStart, Found().textBegin);
     for (std::size_t at = 0; comment < Found().textEnd; ++at) {
-      at = kept.find(kSpanStart, at);
+      at = text.find(kSpanStart, at);
       if (at == npos) return OurElements::Element{comment, comment};
       comment = page_.find(kSpanStart, comment + 1);
     }

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "common/text/Blocks.h"
+
 namespace kvo::page {
 
 // The place of what is not there.
@@ -29,11 +31,9 @@ struct RawAttribute {
   std::string_view name;
   std::string_view value;
   bool hasValue = false;
-  bool special = false;  // the value holds "&", ">" or bytes beyond ASCII
 };
 
-// Reads one tag. All positions are offsets into the text, which must go on with a NUL behind its
-// end (as every std::string does).
+// Reads one tag. All positions are offsets into the text.
 class TagReader {
  public:
   // `at` is behind the tag's name.
@@ -55,30 +55,25 @@ class TagReader {
   bool cutOff_ = false;
 };
 
+// Where a tag's name ends that begins at `name`.
+std::size_t EndOfTagName(std::string_view text, std::size_t name);
+
 // Whether `text` at `at` is a tag of this name: `start` is "<" or "</", and white space, "/" or ">"
 // follows. The name is given in lower case.
 bool IsTagAt(std::string_view text, std::size_t at, std::string_view start, std::string_view name);
 
-// The first tag of this name (in lower case) that begins in [from, to), wherever it stands; npos
-// when there is none.
-std::size_t FindStartTag(std::string_view text, std::size_t from, std::size_t to,
-                         std::string_view name);
-
-// The first place in [from, to) where this text stands, given in lower case and of at least two
-// characters; npos when there is none.
-std::size_t FindIgnoringCase(std::string_view text, std::size_t from, std::size_t to,
-                             std::string_view wanted);
-
-// The first byte at or behind `at` that is not plain inside a quoted value: a quote, "&", ">", a
-// NUL or a byte beyond ASCII. A NUL must follow the text.
-std::size_t EndOfPlainText(std::string_view text, std::size_t at);
+// The first tag of an object that begins in [from, to), wherever it stands; npos when there is
+// none.
+std::size_t FindObject(std::string_view text, std::size_t from, std::size_t to);
 
 // Where the comment ends whose "<!--" is at `at`: behind its ">"; npos when it never ends.
 std::size_t EndOfComment(std::string_view text, std::size_t at);
 
+// What tells where tags and comments begin and end.
+using TagPlaces = Places<'<', '>', '"', '\'', '='>;
+
 class Scanner {
  public:
-  // As with TagReader, a NUL follows the text.
   explicit Scanner(std::string_view text) : text_(text) {}
 
   enum class Kind { object, spanStart, spanEnd, end };
@@ -101,15 +96,15 @@ class Scanner {
 
  private:
   // Each moves on from at_.
-  void SkipMarkup();
+  void Skip(TagPlaces& places);
   void SkipRawTextOf(std::string_view name);
   void SkipScript();
 
-  // Behind a start tag: its text, when that holds no markup.
-  void LeaveStartTag(const char* name);
-  void LeaveEndTag(const char* name);
-  std::size_t* DepthOf(const char* name, std::size_t length);
-  bool IsEndTagOf(std::size_t at, std::string_view name) const;
+  // Behind a tag, whose name begins at `name`. A start tag answers whether it was followed by text
+  // that holds no markup.
+  bool LeaveStartTag(std::size_t name);
+  void LeaveEndTag(std::size_t name);
+  std::size_t* DepthOf(std::string_view name);
 
   std::string_view text_;
   std::size_t at_ = 0;

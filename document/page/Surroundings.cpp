@@ -20,10 +20,7 @@ bool IsConditional(std::string_view comment) {
 // Whether the text is one tag, from its "<" to its ">".
 bool IsOneTag(std::string_view text) {
   if (text.size() < 3 || text[0] != '<' || !IsLetter(text[1])) return false;
-  const std::string terminated(text);
-  std::size_t at = 1;
-  while (at < text.size() && !IsHtmlSpace(text[at]) && text[at] != '/' && text[at] != '>') ++at;
-  TagReader tag(terminated, at);
+  TagReader tag(text, EndOfTagName(text, 1));
   tag.Skip();
   return !tag.CutOff() && tag.Position() == text.size();
 }
@@ -63,10 +60,7 @@ void SurroundingsFinder::NextThing() {
     if (name < text_.size() && IsLetter(text_[name])) {
       isTag_ = true;
       thing_.kind = Kind::tag;
-      std::size_t nameEnd = name;
-      while (nameEnd < end_ && !IsHtmlSpace(text_[nameEnd]) && text_[nameEnd] != '/' &&
-             text_[nameEnd] != '>')
-        ++nameEnd;
+      const std::size_t nameEnd = EndOfTagName(text_, name);
       thing_.name = text_.substr(name, nameEnd - name);
       attributes_ = TagReader(text_, nameEnd);
       TagReader whole = attributes_;

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
 #include <string>
 
 #include "common/text/modGlobal.h"
@@ -30,7 +32,9 @@ void ForEveryPlace(const Check& check) {
 
 TEST(Blocks, FindAnyFindsWhatAPlainLoopFinds) {
   ForEveryPlace([](const std::string& text) {
-    EXPECT_EQ((FindAny<'<', '\xE4'>(text)), std::min(text.find_first_of("<\xE4"), text.size()));
+    const char* const end = text.data() + text.size();
+    const char* const found = FindAny<'<', '\xE4'>(text.data(), end);
+    EXPECT_EQ(found, std::find_if(text.data(), end, IsAny<'<', '\xE4'>));
   });
 }
 
@@ -42,6 +46,26 @@ TEST(Blocks, CopyUpToCopiesThatAndWritesNothingBehindTheText) {
     EXPECT_EQ(copy.substr(0, size), text.substr(0, size));
     EXPECT_EQ(copy.substr(text.size()), std::string(kBlock, '?'));
   });
+}
+
+TEST(Blocks, PlacesGivesEveryPlaceInOrder) {
+  std::mt19937 random(20260102);
+  for (std::size_t round = 0; round < 2000; ++round) {
+    std::string text;
+    while (text.size() < round % 300) text += "<\xE4  xxxx"[random() % (round % 7 + 2)];
+    const char* const end = text.data() + text.size();
+    Places<'<', '\xE4'> places(text.data(), end);
+    for (const char* at = text.data(); at != end;) {
+      at = std::find_if(at, end, IsAny<'<', '\xE4'>);
+      ASSERT_EQ(places.Next(), at) << round;
+      if (at == end) break;
+      ++at;
+      if (random() % 4 != 0) continue;
+      at += random() % (static_cast<std::size_t>(end - at) + 1);
+      places.GoOn(at);
+    }
+    EXPECT_EQ(places.Next(), end);
+  }
 }
 
 // What is taken in or looked at together may stand on both sides of any boundary.
