@@ -15,7 +15,9 @@ std::string propIfGeneral::WithoutPercents(std::string test) {
   return test;
 }
 
-std::string propIfGeneral::BetweenPercents(std::string test) { return kPercent + test + kPercent; }
+std::string propIfGeneral::BetweenPercents(const std::string& test) {
+  return kPercent + test + kPercent;
+}
 
 std::string propIfGeneral::WithoutBlanks(std::string text) {
   text.erase(0, text.find_first_not_of(' '));

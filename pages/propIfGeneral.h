@@ -37,7 +37,7 @@ class propIfGeneral final : public PropertyPage {
  private:
   // The percent signs round the test stand in the control, and not in the page's box.
   static std::string WithoutPercents(std::string test);
-  static std::string BetweenPercents(std::string test);  // an empty test as well
+  static std::string BetweenPercents(const std::string& test);  // an empty test as well
   static std::string WithoutBlanks(std::string text);
   void cmdShowExpressionBuilder_Click();
 };
