@@ -97,11 +97,12 @@ class TextEditor final : public ValueEditor {
     button->setAccessibleName(ToQt(item.Caption()) + QLatin1String(" ..."));
     button->setFocusPolicy(Qt::TabFocus);
     button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
-    // The value may be typed over then.
+    // The value may be typed over then, if the row is still there.
     QObject::connect(button, &QToolButton::clicked, line_, [this, &item, &host] {
       const QPointer<QLineEdit> line = line_;
+      const PropertyGrid& grid = item.Grid();
       host.Act([&item] { UserAction::ClickButton(item); });
-      if (line == nullptr) return;
+      if (line == nullptr || RowOf(grid, &item) == kNoRow) return;
       line->setFocus(Qt::OtherFocusReason);
       SelectValue();
     });
@@ -132,8 +133,10 @@ class ListEditor final : public ValueEditor {
     TightLayout(this)->addWidget(list_);
     setFocusProxy(list_);
     QObject::connect(list_, &QComboBox::activated, list_, [this, &host](int row) {
+      const PropertyGrid& grid = item_.Grid();
       host.Act(
           [&] { UserAction::ChooseValue(item_, *item_.Choices()[static_cast<std::size_t>(row)]); });
+      if (RowOf(grid, &item_) == kNoRow) return;
       host.Update([this] { ShowValue(); });
       SelectValue();
     });

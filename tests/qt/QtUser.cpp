@@ -20,7 +20,6 @@
 #include "common/forms/PropertyPage.h"
 #include "common/forms/PropertyRows.h"
 #include "host/qt/QtText.h"
-#include "host/qt/ShownText.h"
 
 namespace kvo {
 namespace {
@@ -71,6 +70,10 @@ Kind& As(QWidget& widget) {
 }
 
 }  // namespace
+
+std::unique_ptr<DesktopUser> SitDown(HeadlessPlatform& platform, Form& form) {
+  return std::make_unique<QtUser>(platform, form);
+}
 
 QtUser::QtUser(HeadlessPlatform& platform, Form& form) : platform_(platform) {
   if (dynamic_cast<PropertyPage*>(&form) != nullptr) {
@@ -212,6 +215,15 @@ void QtUser::Press(Key key) {
       QTest::keyClick(strip_, QtKey(key));
   });
 }
+
+void QtUser::PressChord(char letter) {
+  Do([&] { QTest::keyClick(&FocusedWidget(), static_cast<Qt::Key>(letter), Qt::ControlModifier); });
+}
+
+void QtUser::Copy() { PressChord('C'); }
+void QtUser::Cut() { PressChord('X'); }
+void QtUser::Paste() { PressChord('V'); }
+void QtUser::Undo() { PressChord('Z'); }
 
 // --- mouse ---
 

@@ -6,10 +6,10 @@
 #include <exception>
 #include <memory>
 
-#include "host/headless/HeadlessPlatform.h"
 #include "host/qt/FormDialog.h"
 #include "host/qt/FormView.h"
-#include "host/script/FormUser.h"
+#include "host/qt/ShownText.h"
+#include "tests/desktop/DesktopUser.h"
 
 class QComboBox;
 class QTreeView;
@@ -18,14 +18,12 @@ namespace kvo {
 
 // Shows the form: a page in a window with a row of tabs over it, as a property frame's is, and
 // everything else in its dialog.
-class QtUser final : public FormUser {
+class QtUser final : public DesktopUser {
  public:
   // The platform is told of the mouse button.
   QtUser(HeadlessPlatform& platform, Form& form);
 
   FormView& View() { return *view_; }
-  // Brings the window to the front.
-  void Activate();
 
   void FocusByKeyboard(FormControl& control) override;
   void ClickInto(EditBox& box, std::size_t caret) override;
@@ -43,12 +41,50 @@ class QtUser final : public FormUser {
   void CloseWindow() override;
   void Tick(Timer& timer) override;
 
+  void Copy() override;
+  void Cut() override;
+  void Paste() override;
+  void Undo() override;
+  void PutOnClipboard(std::string_view text) override;
+  std::string OnClipboard() override;
+  void Activate() override;
+  void LookElsewhere() override;
+  void Settle() override;
+  bool WaitUntil(const std::function<bool()>& so, int milliseconds) override;
+  void Paint(const Grid& grid, std::size_t row) override;
+  bool IsBusy() override { return view_->IsBusy(); }
+  void OnFailure(std::function<void(const std::exception&)> report) override;
+
+  std::u16string AsShown(std::string_view text) override;
+  const TextStyle& Style() override { return kQtStyle; }
+  bool ShowsEnabled(const FormControl& control) override;
+  bool ShowsVisible(const FormControl& control) override;
+  bool ShowsMark(const FormControl& control) override;
+  bool ShowsRunning(const Timer& timer) override;
+  std::u16string ShownTextOf(const FormControl& control) override;
+  UnitRange ShownSelection(const EditBox& box) override;
+  std::vector<std::u16string> ShownRows(const ComboBox& box) override;
+  int ShownChoice(const ComboBox& box) override;
+  std::size_t ShownTab(const TabControl& tabs) override;
+  std::optional<std::vector<CaptionAndValue>> ShownItems(const PropertyGrid& grid) override;
+  std::optional<int> ShownItem(const PropertyGrid& grid) override;
+  std::optional<std::u16string> ShownValue(const PropertyGrid& grid) override;
+  std::size_t ShownColumns(const Grid& grid) override;
+  std::size_t ShownRecords(const Grid& grid) override;
+  std::u16string ShownCell(const Grid& grid, std::size_t row, std::size_t column) override;
+  std::vector<std::size_t> ShownSelection(const Grid& grid) override;
+
  private:
   // What a page's event throws comes out of it.
   template <class Action>
   void Do(const Action& action);
   QWidget& Reach(const FormControl& control);
   QWidget& FocusedWidget();
+  void PressChord(char letter);
+  template <class Widget>
+  Widget& Shown(const FormControl& control) {
+    return dynamic_cast<Widget&>(*view_->WidgetOf(control));
+  }
   void TypeCharacter(std::string_view character);
   void ClickAt(QWidget& widget, const QPoint& position, Qt::KeyboardModifiers modifiers = {});
   void ClickRow(Grid& grid, std::size_t row, Qt::KeyboardModifiers modifiers);

@@ -1,14 +1,11 @@
-// What a widget cannot show is still there after the user was in it.
+// Texts in Qt's boxes, where Qt has keys of its own; the rest is in tests/desktop.
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QClipboard>
-#include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTest>
 
-#include "host/qt/QtText.h"
 #include "tests/qt/QtUser.h"
 
 namespace kvo {
@@ -16,150 +13,22 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-class Boxes final : public Form {
+class TwoBoxes final : public Form {
  public:
-  Boxes() : Form("Felder", {4500, 3000}) {}
-  KVO_CONTROL(
-      TextBox, txtLine, .at = {0, 0, 3000, 300}, .onChange = [this](TextBox&) { ++changes; });
-  KVO_CONTROL(
-      TextBox, txtLines, .at = {0, 400, 3000, 1200}, .multiLine = true,
-      .onChange = [this](TextBox&) { ++changes; });
-  KVO_CONTROL(
-      ComboBox, cboFree, .at = {0, 1700, 3000, 300}, .editable = true,
-      .onChange = [this](ComboBox&) { ++changes; });
-  KVO_CONTROL(PropertyGrid, suiRows, .at = {0, 2100, 3000, 600});
-  int changes = 0;
+  TwoBoxes() : Form("Felder", {4500, 3000}) {}
+  KVO_CONTROL(TextBox, txtLine, .at = {0, 0, 3000, 300});
+  KVO_CONTROL(TextBox, txtLines, .at = {0, 400, 3000, 1200}, .multiLine = true);
 };
 
-class TextSurvival : public testing::Test {
+class QtTextBoxes : public testing::Test {
  protected:
-  // Shows the text, enters the box, types an "x" behind `before`, and looks at the whole text.
-  void TypeInto(EditBox& box, const std::string& before, const std::string& after) {
-    SCOPED_TRACE(std::string(box.Name()) + ": " + before + "|" + after);
-    box.Text(before + after);
-    form.changes = 0;
-    user.FocusByKeyboard(box);
-    EXPECT_EQ(box.Text(), before + after);
-    EXPECT_EQ(form.changes, 0);
-    user.Press(Key::home);
-    box.SelStart(CharacterCount(before));
-    EXPECT_EQ(box.SelStart(), CharacterCount(before));
-    user.Type("x");
-    EXPECT_EQ(box.Text(), before + "x" + after);
-    EXPECT_EQ(box.SelStart(), CharacterCount(before) + 1);
-    EXPECT_EQ(form.changes, 1);
-    user.Press(Key::backspace);
-    EXPECT_EQ(box.Text(), before + after);
-    user.FocusByKeyboard(&box == &form.txtLine ? static_cast<EditBox&>(form.txtLines)
-                                               : form.txtLine);
-    EXPECT_EQ(box.Text(), before + after);
-  }
-
   HeadlessPlatform platform;
   PlatformScope scope{platform};
-  Boxes form;
+  TwoBoxes form;
   QtUser user{platform, form};
 };
 
-const std::string kNul("\0", 1);
-
-TEST_F(TextSurvival, OfWhatStandsBeforeAndBehindTheCaret) {
-  const std::string awkward[] = {
-      "\r\n",         "\r",           "\n", kNul, "\xE2\x80\xA8", "\xE2\x80\xA9", "\xC2\xA0",
-      "\xEF\xB7\x90", "\xEF\xBF\xBC", "\t", "😀",  "e\xCC\x81",    "\xFF",         "\x01",
-      "\r\n\r\r\n\n", "]]>"};
-  for (const std::string& piece : awkward) {
-    for (EditBox* box :
-         std::initializer_list<EditBox*>{&form.txtLine, &form.txtLines, &form.cboFree}) {
-      TypeInto(*box, "a" + piece, "b");
-      TypeInto(*box, "a", piece + "b");
-      TypeInto(*box, piece, piece);
-    }
-  }
-}
-
-TEST_F(TextSurvival, TheEnterKeyIsCrLfInSeveralLinesAndNothingInOne) {
-  form.txtLines.Text("ab");
-  user.FocusByKeyboard(form.txtLines);
-  form.txtLines.SelStart(1);
-  user.Type("\n");
-  EXPECT_EQ(form.txtLines.Text(), "a\r\nb");
-  EXPECT_EQ(form.txtLines.SelStart(), 3U);
-  user.Press(Key::backspace);
-  EXPECT_EQ(form.txtLines.Text(), "ab");
-  form.txtLine.Text("ab");
-  user.FocusByKeyboard(form.txtLine);
-  user.Type("\n");
-  EXPECT_EQ(form.txtLine.Text(), "ab");
-}
-
-TEST_F(TextSurvival, WhatIsPastedIntoOneLineEndsAtItsFirstBreak) {
-  user.FocusByKeyboard(form.txtLine);
-  auto* line = dynamic_cast<QLineEdit*>(user.View().WidgetOf(form.txtLine));
-  ASSERT_NE(line, nullptr);
-  QApplication::clipboard()->setText(u"x\r\ny"_s);
-  form.txtLine.Text("cd");
-  form.txtLine.SelStart(1);
-  QTest::keyClick(line, Qt::Key_V, Qt::ControlModifier);
-  EXPECT_EQ(form.txtLine.Text(), "cxd");
-  EXPECT_EQ(line->text(), u"cxd"_s);
-}
-
-TEST_F(TextSurvival, WhatIsPastedIntoSeveralLinesKeepsItsBreaks) {
-  form.txtLines.Text("cd");
-  user.FocusByKeyboard(form.txtLines);
-  form.txtLines.SelStart(1);
-  QApplication::clipboard()->setText(u"x\ny"_s);
-  QTest::keyClick(user.View().WidgetOf(form.txtLines), Qt::Key_V, Qt::ControlModifier);
-  EXPECT_EQ(form.txtLines.Text(), "cx\r\nyd");
-}
-
-TEST_F(TextSurvival, WhatIsCopiedIsTheFormsText) {
-  form.txtLines.Text("a\r\n" + kNul + "b");
-  user.FocusByKeyboard(form.txtLines);
-  user.Press(Key::selectAll);
-  EXPECT_EQ(form.txtLines.SelLength(), 5U);
-  QTest::keyClick(user.View().WidgetOf(form.txtLines), Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(FromQt(QApplication::clipboard()->text()), "a\r\n" + kNul + "b");
-}
-
-TEST_F(TextSurvival, TypingOverTheSameIsAChange) {
-  form.txtLine.Text("0");
-  form.txtLines.Text("0");
-  for (TextBox* box : {&form.txtLine, &form.txtLines}) {
-    user.FocusByKeyboard(*box);
-    user.Press(Key::selectAll);
-    form.changes = 0;
-    user.Type("0");
-    EXPECT_EQ(form.changes, 1) << box->Name();
-    EXPECT_EQ(box->Text(), "0");
-  }
-}
-
-TEST_F(TextSurvival, WhatIsUndoneIsUndoneInTheForm) {
-  for (TextBox* box : {&form.txtLine, &form.txtLines}) {
-    SCOPED_TRACE(box->Name());
-    box->Text("a\r\nb");
-    user.FocusByKeyboard(*box);
-    box->SelStart(4);
-    user.Type("c");
-    EXPECT_EQ(box->Text(), "a\r\nbc");
-    QTest::keyClick(user.View().WidgetOf(*box), Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(box->Text(), "a\r\nb");
-  }
-}
-
-TEST_F(TextSurvival, WhatIsCutIsWhatWasSelected) {
-  form.txtLines.Text("a\r\n\n" + kNul + "b");
-  user.FocusByKeyboard(form.txtLines);
-  form.txtLines.SelStart(1);
-  form.txtLines.SelLength(3);
-  QTest::keyClick(user.View().WidgetOf(form.txtLines), Qt::Key_X, Qt::ControlModifier);
-  EXPECT_EQ(form.txtLines.Text(), "a" + kNul + "b");
-  EXPECT_EQ(FromQt(QApplication::clipboard()->text()), "\r\n\n");
-}
-
-TEST_F(TextSurvival, TheShiftedEnterKeyIsCrLfAsWell) {
+TEST_F(QtTextBoxes, TheShiftedEnterKeyIsCrLfAsWell) {
   form.txtLines.Text("ab");
   user.FocusByKeyboard(form.txtLines);
   form.txtLines.SelStart(1);
@@ -167,36 +36,36 @@ TEST_F(TextSurvival, TheShiftedEnterKeyIsCrLfAsWell) {
   EXPECT_EQ(form.txtLines.Text(), "a\r\nb");
 }
 
-TEST_F(TextSurvival, OfARowsValue) {
-  PropertyGridItem& row =
-      form.suiRows.Add({.caption = "Zeile", .key = "k", .value = "a\r\n" + kNul + "b"});
-  user.SelectItem(row);
-  EXPECT_EQ(ToText(row.Value()), "a\r\n" + kNul + "b");
-  user.Press(Key::end);
-  user.Press(Key::left);
-  user.Type("x");
-  EXPECT_EQ(ToText(row.Value()), "a\r\n" + kNul + "xb");
-}
-
-TEST_F(TextSurvival, SelectionsAreKeptInStepBothWays) {
+TEST_F(QtTextBoxes, KeysThatSelectReachTheForm) {
   form.txtLine.Text("a😀cd");
-  auto* line = dynamic_cast<QLineEdit*>(user.View().WidgetOf(form.txtLine));
-  ASSERT_NE(line, nullptr);
+  auto& line = dynamic_cast<QLineEdit&>(*user.View().WidgetOf(form.txtLine));
   form.txtLine.SelStart(1);
   form.txtLine.SelLength(2);
-  EXPECT_EQ(line->selectedText(), u"😀c"_s);
-  line->setFocus();
-  QTest::keyClick(line, Qt::Key_End, Qt::ShiftModifier);
+  EXPECT_EQ(line.selectedText(), u"😀c"_s);
+  line.setFocus();
+  QTest::keyClick(&line, Qt::Key_End, Qt::ShiftModifier);
   EXPECT_EQ(form.txtLine.SelStart(), 1U);
   EXPECT_EQ(form.txtLine.SelLength(), 3U);
-  form.txtLines.Text("a\r\nb\r\nc");
-  auto* area = dynamic_cast<QPlainTextEdit*>(user.View().WidgetOf(form.txtLines));
-  ASSERT_NE(area, nullptr);
-  form.txtLines.SelStart(3);
-  form.txtLines.SelLength(1);
-  EXPECT_EQ(area->textCursor().selectedText(), u"b"_s);
-  QTest::keyClick(area, Qt::Key_End, Qt::ControlModifier);
-  EXPECT_EQ(form.txtLines.SelStart(), 7U);
+}
+
+TEST_F(QtTextBoxes, AWindowThatComesToTheFrontLeavesSelections) {
+  form.txtLine.Text("abc");
+  auto& line = dynamic_cast<QLineEdit&>(*user.View().WidgetOf(form.txtLine));
+  user.FocusByKeyboard(form.txtLine);
+  user.Press(Key::selectAll);
+  user.Press(Key::tab);
+  EXPECT_FALSE(line.hasFocus());
+  QEvent activated(QEvent::WindowActivate);
+  QCoreApplication::sendEvent(&line, &activated);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(form.txtLine.SelLength(), 3U);
+  EXPECT_EQ(line.selectedText(), u"abc"_s);
+}
+
+TEST_F(QtTextBoxes, ABoxHasTheDesktopsColour) {
+  form.txtLine.BackColor(SystemColor::buttonFace);
+  EXPECT_EQ(user.View().WidgetOf(form.txtLine)->palette().color(QPalette::Base),
+            QApplication::palette().color(QPalette::Button));
 }
 
 }  // namespace

@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "common/frame/Office.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/qt/FormDialog.h"
 #include "host/qt/PropertyFrameDialog.h"
@@ -21,8 +20,8 @@
 #include "host/qt/QtText.h"
 #include "host/registration/classes.h"
 #include "pages/frmExpressionBuilder.h"
+#include "tests/desktop/Pictured.h"
 #include "tests/forms/FakeRecordset.h"
-#include "tests/pages/FakeOffice.h"
 #include "tests/support/Environment.h"
 
 namespace kvo {
@@ -80,25 +79,6 @@ class Studio {
   QString suffix_;
 };
 
-const std::vector<MemoryBag::Entry>& Bag(std::string_view className) {
-  static const std::vector<MemoryBag::Entry> element = {
-      {"basename", "element"}, {"value", "td"}, {"attributes", "align|center||width|100%"}};
-  static const std::vector<MemoryBag::Entry> list = {{"selected-products", "100,200"},
-                                                     {"header-bgcolor", "#3060C0"},
-                                                     {"table-bgcolor", "#FFE0A0"},
-                                                     {"font-size", "12pt"}};
-  static const std::vector<MemoryBag::Entry> none;
-  return className == "DTCElement" ? element : className == "DTCProductList" ? list : none;
-}
-
-std::shared_ptr<FakeOffice> MakeOffice() {
-  auto office = std::make_shared<FakeOffice>();
-  office->contactFields = {{"EMAIL", "E-Mail-Adresse", 0}, {"AGE", "Alter", 1}};
-  office->orderFields = {{"ORDER_ID", "Nummer", 1}};
-  office->connection = std::make_shared<FakeConnection>();
-  return office;
-}
-
 void DrawPages(Studio& studio, const ObjectRef& office) {
   for (const RegisteredPage& page : RegisteredPages()) {
     for (const RegisteredControl& registered : RegisteredControls()) {
@@ -106,10 +86,7 @@ void DrawPages(Studio& studio, const ObjectRef& office) {
       const std::vector<std::string> pages(contract.pages.begin(), contract.pages.end());
       const auto tab = std::ranges::find(pages, page.name);
       if (tab == pages.end()) continue;
-      const std::shared_ptr<Control> control = contract.create();
-      MemoryBag bag(Bag(contract.name));
-      control->ReadProperties(bag);
-      GiveOffice(*control, office);
+      const std::shared_ptr<Control> control = MakePictured(contract, office);
       PropertyFrameDialog dialog(contract.name, {control}, pages, CreatePage, nullptr);
       dialog.findChild<QTabWidget*>()->setCurrentIndex(static_cast<int>(tab - pages.begin()));
       studio.Draw(dialog, page.name);

@@ -5,7 +5,7 @@
 #include "host/win32/WindowText.h"
 #include "tests/windows/Callback.h"
 #include "tests/windows/com/Host.h"
-#include "tests/windows/win32/Win32User.h"
+#include "tests/windows/win32/TestFrame.h"
 #include "tests/windows/win32/pictures/Png.h"
 
 namespace kvo::com {

@@ -1,7 +1,7 @@
 #include <array>
 
 #include "tests/windows/com/Host.h"
-#include "tests/windows/win32/Win32User.h"
+#include "tests/windows/win32/TestFrame.h"
 #include "tests/windows/win32/WindowActions.h"
 
 namespace kvo::com {

@@ -3,13 +3,11 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <chrono>
 
 #include "common/forms/FormKeys.h"
 #include "common/forms/PropertyPage.h"
 #include "common/forms/PropertyRows.h"
 #include "host/win32/OwnWindow.h"
-#include "host/win32/ShownText.h"
 #include "host/win32/WideText.h"
 #include "host/win32/WindowText.h"
 #include "tests/windows/Callback.h"
@@ -75,34 +73,8 @@ LONG LineHeight(HWND edit) {
 
 }  // namespace
 
-void PumpMessages() {
-  MSG message{};
-  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-    TranslateMessage(&message);
-    DispatchMessageW(&message);
-  }
-}
-
-bool PumpUntil(const std::function<bool()>& so, int milliseconds) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
-  while (!so()) {
-    if (std::chrono::steady_clock::now() > end) return false;
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
-    PumpMessages();
-  }
-  return true;
-}
-
-TestFrame::TestFrame(SIZE inside) {
-  RECT around{0, 0, inside.cx, inside.cy};
-  constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
-  AdjustWindowRect(&around, kStyle, FALSE);
-  Begin(nullptr,
-        {.text = L"Rahmen",
-         .style = kStyle,
-         .place = {20, 20, 20 + around.right - around.left, 20 + around.bottom - around.top}});
-  strip_ = CreateWindowExW(0, WC_BUTTONW, L"Reiter", WS_CHILD | WS_VISIBLE, 0, 0, 1, 1, Handle(),
-                           nullptr, ThisModule(), nullptr);
+std::unique_ptr<DesktopUser> SitDown(HeadlessPlatform& platform, Form& form) {
+  return std::make_unique<Win32User>(platform, form);
 }
 
 Win32User::Win32User(HeadlessPlatform& platform, Form& form) : platform_(platform), form_(form) {
@@ -278,6 +250,13 @@ void Win32User::PressWith(WPARAM key, std::initializer_list<int> held) {
     const HeldKeys down(held);
     SendKey(FocusedWindow(), key);
   });
+}
+
+void Win32User::Copy() { PressWith('C', {VK_CONTROL}); }
+void Win32User::Cut() { PressWith('X', {VK_CONTROL}); }
+void Win32User::Paste() { PressWith('V', {VK_CONTROL}); }
+void Win32User::Undo() {
+  Do([this] { SendMessageW(FocusedWindow(), WM_UNDO, 0, 0); });
 }
 
 // --- mouse ---

@@ -7,39 +7,17 @@
 #include <exception>
 #include <memory>
 
-#include "host/headless/HeadlessPlatform.h"
-#include "host/script/FormUser.h"
 #include "host/win32/FormDialog.h"
 #include "host/win32/FormWindow.h"
-#include "host/win32/OwnWindow.h"
+#include "host/win32/ShownText.h"
+#include "tests/desktop/DesktopUser.h"
+#include "tests/windows/win32/TestFrame.h"
 #include "tests/windows/win32/WindowActions.h"
 
 namespace kvo {
 
-// A top-level window without anything of its own but a button, as a property frame has its tabs.
-class TestFrame final : private OwnWindow {
- public:
-  explicit TestFrame(SIZE inside);
-  ~TestFrame() override { End(); }
-
-  HWND Window() const { return Handle(); }
-  HWND Strip() const { return strip_; }
-
- private:
-  LRESULT Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept override {
-    return Default(message, wParam, lParam);
-  }
-
-  HWND strip_;
-};
-
-// Dispatches what waits.
-void PumpMessages();
-// Until something is so; false when it takes too long.
-bool PumpUntil(const std::function<bool()>& so, int milliseconds = 5000);
-
 // Shows the form: a page in a frame, and everything else in its dialog.
-class Win32User final : public FormUser {
+class Win32User final : public DesktopUser {
  public:
   // The platform is told of the mouse button.
   Win32User(HeadlessPlatform& platform, Form& form);
@@ -47,8 +25,6 @@ class Win32User final : public FormUser {
 
   FormWindow& View() { return *view_; }
   HWND Frame() const;
-  // Brings the window to the front, and the keyboard to where it was.
-  void Activate();
 
   void FocusByKeyboard(FormControl& control) override;
   void ClickInto(EditBox& box, std::size_t caret) override;
@@ -66,6 +42,39 @@ class Win32User final : public FormUser {
   void CloseWindow() override;
   void Tick(Timer& timer) override;
 
+  void Copy() override;
+  void Cut() override;
+  void Paste() override;
+  void Undo() override;
+  void PutOnClipboard(std::string_view text) override;
+  std::string OnClipboard() override;
+  void Activate() override;
+  void LookElsewhere() override;
+  void Settle() override;
+  bool WaitUntil(const std::function<bool()>& so, int milliseconds) override;
+  void Paint(const Grid& grid, std::size_t row) override;
+  bool IsBusy() override { return view_->IsBusy(); }
+  void OnFailure(std::function<void(const std::exception&)> report) override;
+
+  std::u16string AsShown(std::string_view text) override;
+  const TextStyle& Style() override { return kWindowStyle; }
+  bool ShowsEnabled(const FormControl& control) override;
+  bool ShowsVisible(const FormControl& control) override;
+  bool ShowsMark(const FormControl& control) override;
+  bool ShowsRunning(const Timer& timer) override;
+  std::u16string ShownTextOf(const FormControl& control) override;
+  UnitRange ShownSelection(const EditBox& box) override;
+  std::vector<std::u16string> ShownRows(const ComboBox& box) override;
+  int ShownChoice(const ComboBox& box) override;
+  std::size_t ShownTab(const TabControl& tabs) override;
+  std::optional<std::vector<CaptionAndValue>> ShownItems(const PropertyGrid& grid) override;
+  std::optional<int> ShownItem(const PropertyGrid& grid) override;
+  std::optional<std::u16string> ShownValue(const PropertyGrid& grid) override;
+  std::size_t ShownColumns(const Grid& grid) override;
+  std::size_t ShownRecords(const Grid& grid) override;
+  std::u16string ShownCell(const Grid& grid, std::size_t row, std::size_t column) override;
+  std::vector<std::size_t> ShownSelection(const Grid& grid) override;
+
   // A key with others held down, at what has the focus.
   void PressWith(WPARAM key, std::initializer_list<int> held);
 
@@ -75,6 +84,7 @@ class Win32User final : public FormUser {
   void Do(const Action& action);
   void CloseLists() const;
   HWND Reach(const FormControl& control) const;
+  HWND Shown(const FormControl& control) const { return view_->WidgetOf(control); }
   HWND FocusedWindow() const;
   void TypeUnits(const std::wstring& units);
   void SendKey(HWND window, WPARAM key);

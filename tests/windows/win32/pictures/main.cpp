@@ -9,7 +9,6 @@
 #include <string>
 
 #include "common/forms/PropertyFrame.h"
-#include "common/frame/Office.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/registration/classes.h"
 #include "host/win32/BoxPainter.h"
@@ -17,8 +16,8 @@
 #include "host/win32/InputDialog.h"
 #include "host/win32/Twips.h"
 #include "pages/frmExpressionBuilder.h"
+#include "tests/desktop/Pictured.h"
 #include "tests/forms/FakeRecordset.h"
-#include "tests/pages/FakeOffice.h"
 #include "tests/windows/Callback.h"
 #include "tests/windows/win32/Win32User.h"
 #include "tests/windows/win32/pictures/Png.h"
@@ -70,33 +69,6 @@ class Studio {
   std::filesystem::path folder_;
 };
 
-const std::vector<MemoryBag::Entry>& Bag(std::string_view className) {
-  static const std::vector<MemoryBag::Entry> element = {
-      {"basename", "element"}, {"value", "td"}, {"attributes", "align|center||width|100%"}};
-  static const std::vector<MemoryBag::Entry> list = {{"selected-products", "100,200"},
-                                                     {"header-bgcolor", "#3060C0"},
-                                                     {"table-bgcolor", "#FFE0A0"},
-                                                     {"font-size", "12pt"}};
-  static const std::vector<MemoryBag::Entry> none;
-  return className == "DTCElement" ? element : className == "DTCProductList" ? list : none;
-}
-
-std::shared_ptr<FakeOffice> MakeOffice() {
-  auto office = std::make_shared<FakeOffice>();
-  office->contactFields = {{"EMAIL", "E-Mail-Adresse", 0}, {"AGE", "Alter", 1}};
-  office->orderFields = {{"ORDER_ID", "Nummer", 1}};
-  office->connection = std::make_shared<FakeConnection>();
-  return office;
-}
-
-std::shared_ptr<Control> MakeControl(const ControlClass& contract, const ObjectRef& office) {
-  std::shared_ptr<Control> control = contract.create();
-  MemoryBag bag(Bag(contract.name));
-  control->ReadProperties(bag);
-  GiveOffice(*control, office);
-  return control;
-}
-
 // A frame that nobody sees.
 class NoWindow final : public PropertyFrame::Window {
  public:
@@ -112,7 +84,7 @@ void DrawPage(Studio& studio, HeadlessPlatform& platform, std::string_view name,
   const std::vector<std::string> pages(contract.pages.begin(), contract.pages.end());
   const auto at = static_cast<std::size_t>(std::ranges::find(pages, name) - pages.begin());
   NoWindow window;
-  PropertyFrame frame(window, std::string(name), {MakeControl(contract, office)}, pages,
+  PropertyFrame frame(window, std::string(name), {MakePictured(contract, office)}, pages,
                       CreatePage);
   frame.Show(at);
   PropertyPage& page = frame.Page(at);
@@ -163,7 +135,7 @@ void DrawBoxes(Studio& studio, const ObjectRef& office) {
   std::vector<Placed> boxes;
   SIZE all{0, kGap};
   for (const RegisteredControl& registered : RegisteredControls()) {
-    Box box = MakeControl(registered.contract(), office)->DesignTimeBox();
+    Box box = MakePictured(registered.contract(), office)->DesignTimeBox();
     const SIZE size = BoxSize(box);
     boxes.push_back({std::move(box), {kGap, all.cy, kGap + size.cx, all.cy + size.cy}});
     all.cx = std::max(all.cx, size.cx + 2 * kGap);

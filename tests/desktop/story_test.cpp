@@ -1,26 +1,25 @@
-// Random conversations end alike with real widgets and without any.
+// Random conversations end alike with a desktop's widgets and without any.
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-
-#include "tests/qt/Misshown.h"
-#include "tests/qt/QtUser.h"
+#include "tests/desktop/DesktopUser.h"
 #include "tests/stories/Comparison.h"
 
 namespace kvo {
 namespace {
 
-TEST(Stories, EndOnWidgetsAsTheyDoWithoutAny) {
+TEST(Stories, EndOnTheDesktopAsTheyDoWithoutAny) {
   const Renderer widgets = {
-      .user = [](HeadlessPlatform& platform,
-                 Form& form) { return std::make_unique<QtUser>(platform, form); },
+      .user = [](HeadlessPlatform& platform, Form& form) -> std::unique_ptr<FormUser> {
+        return SitDown(platform, form);
+      },
       .settle =
           [](FormUser& user) {
-            dynamic_cast<QtUser&>(user).Activate();
-            QCoreApplication::processEvents();
+            auto& sitting = dynamic_cast<DesktopUser&>(user);
+            sitting.Activate();
+            sitting.Settle();
           },
       .misshown = [](FormUser& user,
-                     Form& form) { return Misshown(dynamic_cast<QtUser&>(user).View(), form); }};
+                     Form& form) { return Misshown(dynamic_cast<DesktopUser&>(user), form); }};
   const Repertoire repertoire = TheRepertoire();
   const Comparison compared = CompareStories(repertoire, widgets);
   EXPECT_TRUE(compared.difference.empty()) << compared.difference;

@@ -1,11 +1,7 @@
-// What a window cannot show is still there after the user was in it.
+// What a widget cannot show is still there after the user was in it.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
-#include "host/win32/WideText.h"
-#include "host/win32/WindowText.h"
-#include "tests/windows/win32/Win32User.h"
+#include "tests/desktop/DesktopUser.h"
 
 namespace kvo {
 namespace {
@@ -25,30 +21,7 @@ class Boxes final : public Form {
   int changes = 0;
 };
 
-void PutOnClipboard(const std::wstring& text) {
-  const std::size_t size = (text.size() + 1) * sizeof(wchar_t);
-  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, size);
-  std::copy_n(text.c_str(), text.size() + 1, static_cast<wchar_t*>(GlobalLock(memory)));
-  GlobalUnlock(memory);
-  ASSERT_TRUE(OpenClipboard(nullptr));
-  EmptyClipboard();
-  SetClipboardData(CF_UNICODETEXT, memory);
-  CloseClipboard();
-}
-
-// With whatever stands behind a NUL.
-std::wstring OnClipboard() {
-  std::wstring text;
-  if (!OpenClipboard(nullptr)) return text;
-  if (const HGLOBAL memory = GetClipboardData(CF_UNICODETEXT)) {
-    const auto* from = static_cast<const wchar_t*>(GlobalLock(memory));
-    text.assign(from, GlobalSize(memory) / sizeof(wchar_t));
-    while (!text.empty() && text.back() == 0) text.pop_back();
-    GlobalUnlock(memory);
-  }
-  CloseClipboard();
-  return text;
-}
+const std::string kNul("\0", 1);
 
 class TextSurvival : public testing::Test {
  protected:
@@ -72,17 +45,17 @@ class TextSurvival : public testing::Test {
     user.FocusByKeyboard(&box == &form.txtLine ? static_cast<EditBox&>(form.txtLines)
                                                : form.txtLine);
     EXPECT_EQ(box.Text(), before + after);
+    ExpectShown();
   }
-
-  HWND Shown(const FormControl& control) { return user.View().WidgetOf(control); }
+  void ExpectShown() { EXPECT_EQ(Misshown(user, form), ""); }
 
   HeadlessPlatform platform;
   PlatformScope scope{platform};
   Boxes form;
-  Win32User user{platform, form};
+  std::unique_ptr<DesktopUser> sitting{SitDown(platform, form)};
+  DesktopUser& user{*sitting};
+  const std::vector<EditBox*> boxes = {&form.txtLine, &form.txtLines, &form.cboFree};
 };
-
-const std::string kNul("\0", 1);
 
 TEST_F(TextSurvival, OfWhatStandsBeforeAndBehindTheCaret) {
   const std::string awkward[] = {
@@ -90,8 +63,7 @@ TEST_F(TextSurvival, OfWhatStandsBeforeAndBehindTheCaret) {
       "\xEF\xB7\x90", "\xEF\xBF\xBC", "\t", "😀",  "e\xCC\x81",    "\xFF",         "\x01",
       "\r\n\r\r\n\n", "]]>"};
   for (const std::string& piece : awkward) {
-    for (EditBox* box :
-         std::initializer_list<EditBox*>{&form.txtLine, &form.txtLines, &form.cboFree}) {
+    for (EditBox* box : boxes) {
       TypeInto(*box, "a" + piece, "b");
       TypeInto(*box, "a", piece + "b");
       TypeInto(*box, piece, piece);
@@ -100,8 +72,7 @@ TEST_F(TextSurvival, OfWhatStandsBeforeAndBehindTheCaret) {
 }
 
 TEST_F(TextSurvival, CharactersOfTwoUnitsAreTypedAsOne) {
-  for (EditBox* box :
-       std::initializer_list<EditBox*>{&form.txtLine, &form.txtLines, &form.cboFree}) {
+  for (EditBox* box : boxes) {
     SCOPED_TRACE(box->Name());
     user.FocusByKeyboard(*box);
     form.changes = 0;
@@ -129,31 +100,35 @@ TEST_F(TextSurvival, TheEnterKeyIsCrLfInSeveralLinesAndNothingInOne) {
 
 TEST_F(TextSurvival, WhatIsPastedIntoOneLineEndsAtItsFirstBreak) {
   user.FocusByKeyboard(form.txtLine);
-  PutOnClipboard(L"x\r\ny");
+  user.PutOnClipboard("x\r\ny");
   form.txtLine.Text("cd");
   form.txtLine.SelStart(1);
-  user.PressWith('V', {VK_CONTROL});
+  user.Paste();
   EXPECT_EQ(form.txtLine.Text(), "cxd");
-  EXPECT_EQ(TextOf(Shown(form.txtLine)), L"cxd");
+  ExpectShown();
 }
 
 TEST_F(TextSurvival, WhatIsPastedIntoSeveralLinesKeepsItsBreaks) {
   form.txtLines.Text("cd");
   user.FocusByKeyboard(form.txtLines);
   form.txtLines.SelStart(1);
-  PutOnClipboard(L"x\ny");
-  user.PressWith('V', {VK_CONTROL});
+  user.PutOnClipboard("x\ny");
+  user.Paste();
   EXPECT_EQ(form.txtLines.Text(), "cx\r\nyd");
+  ExpectShown();
 }
 
 TEST_F(TextSurvival, WhatIsCopiedIsTheFormsText) {
-  form.txtLines.Text("a\n" + kNul + "b");
-  user.FocusByKeyboard(form.txtLines);
-  user.Press(Key::selectAll);
-  EXPECT_EQ(form.txtLines.SelLength(), 4U);
-  user.PressWith('C', {VK_CONTROL});
-  EXPECT_EQ(FromWide(OnClipboard()), "a\n" + kNul + "b");
-  EXPECT_EQ(form.txtLines.Text(), "a\n" + kNul + "b");
+  for (const std::string lineBreak : {"\r\n", "\n"}) {
+    const std::string text = "a" + lineBreak + kNul + "b";
+    form.txtLines.Text(text);
+    user.FocusByKeyboard(form.txtLines);
+    user.Press(Key::selectAll);
+    EXPECT_EQ(form.txtLines.SelLength(), text.size());
+    user.Copy();
+    EXPECT_EQ(user.OnClipboard(), text);
+    EXPECT_EQ(form.txtLines.Text(), text);
+  }
 }
 
 TEST_F(TextSurvival, WhatIsCutIsWhatWasSelected) {
@@ -161,9 +136,9 @@ TEST_F(TextSurvival, WhatIsCutIsWhatWasSelected) {
   user.FocusByKeyboard(form.txtLines);
   form.txtLines.SelStart(1);
   form.txtLines.SelLength(3);
-  user.PressWith('X', {VK_CONTROL});
+  user.Cut();
   EXPECT_EQ(form.txtLines.Text(), "a" + kNul + "b");
-  EXPECT_EQ(FromWide(OnClipboard()), "\r\n\n");
+  EXPECT_EQ(user.OnClipboard(), "\r\n\n");
 }
 
 TEST_F(TextSurvival, TypingOverTheSameIsAChange) {
@@ -187,16 +162,8 @@ TEST_F(TextSurvival, WhatIsUndoneIsUndoneInTheForm) {
     box->SelStart(4);
     user.Type("c");
     EXPECT_EQ(box->Text(), "a\r\nbc");
-    SendMessageW(Shown(*box), WM_UNDO, 0, 0);
+    user.Undo();
     EXPECT_EQ(box->Text(), "a\r\nb");
-  }
-}
-
-TEST_F(TextSurvival, AnotherProgramMayTypeForTheUser) {
-  for (TextBox* box : {&form.txtLine, &form.txtLines}) {
-    box->Text("alt");
-    SetWindowTextW(Shown(*box), L"neu");
-    EXPECT_EQ(box->Text(), "neu") << box->Name();
   }
 }
 
@@ -209,6 +176,7 @@ TEST_F(TextSurvival, OfARowsValue) {
   user.Press(Key::left);
   user.Type("x");
   EXPECT_EQ(ToText(row.Value()), "a\r\n" + kNul + "xb");
+  ExpectShown();
 }
 
 TEST_F(TextSurvival, SelectionsAreKeptInStepBothWays) {
@@ -216,21 +184,17 @@ TEST_F(TextSurvival, SelectionsAreKeptInStepBothWays) {
   user.FocusByKeyboard(form.txtLine);
   form.txtLine.SelStart(1);
   form.txtLine.SelLength(2);
-  DWORD start = 0;
-  DWORD end = 0;
-  SendMessageW(Shown(form.txtLine), EM_GETSEL, reinterpret_cast<WPARAM>(&start),
-               reinterpret_cast<LPARAM>(&end));
-  EXPECT_EQ(start, 1U);
-  EXPECT_EQ(end, 4U);
-  SendMessageW(Shown(form.txtLine), EM_SETSEL, 1, -1);  // as an aid to the user does it
-  EXPECT_EQ(form.txtLine.SelStart(), 1U);
-  EXPECT_EQ(form.txtLine.SelLength(), 3U);
+  EXPECT_EQ(user.ShownSelection(form.txtLine), (UnitRange{1, 3}));
   form.txtLines.Text("a\r\nb\nc");
   user.FocusByKeyboard(form.txtLines);
-  user.PressWith(VK_END, {VK_CONTROL});
+  form.txtLines.SelStart(3);
+  form.txtLines.SelLength(1);
+  ExpectShown();
+  user.Press(Key::end);
   EXPECT_EQ(form.txtLines.SelStart(), 6U);
   user.ClickInto(form.txtLines, 3);
   EXPECT_EQ(form.txtLines.SelStart(), 3U);
+  ExpectShown();
 }
 
 }  // namespace

@@ -23,4 +23,17 @@ inline std::vector<NamedForm> AllForms() {
   return forms;
 }
 
+// What the tab key goes through; of a group of options, where none is chosen, the first.
+inline std::vector<FormControl*> TabStops(const Form& form) {
+  std::vector<FormControl*> stops;
+  bool option = false;
+  for (FormControl* control : form.AllControls()) {
+    const bool isOption = dynamic_cast<OptionButton*>(control) != nullptr;
+    if (control->TakesFocus() && control->IsReachable() && !(isOption && option))
+      stops.push_back(control);
+    option = option || isOption;
+  }
+  return stops;
+}
+
 }  // namespace kvo
