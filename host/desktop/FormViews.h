@@ -36,12 +36,27 @@ class WidgetView {
   // nullptr for what nobody sees. It ends with its parent.
   virtual WidgetPointer Widget() const = 0;
   // Brings an aspect of the control to its widget; called within FormActions::Update.
-  virtual void Show(Aspect aspect) = 0;
+  virtual void Show(Aspect /*aspect*/) {}
   virtual void ShowItem(PropertyGridItem& /*item*/) {}
   virtual void ShowEnabled(bool enabled) = 0;
   virtual void ShowVisible(bool visible) = 0;
   // Takes the keyboard focus as the tab key brings it.
   virtual void Enter(bool backwards) = 0;
+};
+
+// What most views are made of. `View` is the toolkit's.
+template <class View, class Control, class Host, class OwnWidget>
+class ViewOf : public View {
+ public:
+  OwnWidget Widget() const override { return widget_; }
+
+ protected:
+  ViewOf(Control& control, Host& host, OwnWidget widget)
+      : control_(control), host_(host), widget_(widget) {}
+
+  Control& control_;
+  Host& host_;
+  OwnWidget widget_;
 };
 
 // Makes the view of a control: the one of `Views` that is constructed with a control of its kind, a

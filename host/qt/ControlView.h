@@ -23,4 +23,7 @@ class ControlView : public WidgetView<QWidget*> {
   virtual bool IsPlaced() const { return true; }
 };
 
+template <class Control, class OwnWidget>
+using WidgetViewOf = ViewOf<ControlView, Control, ViewHost, OwnWidget*>;
+
 }  // namespace kvo

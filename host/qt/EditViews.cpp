@@ -159,7 +159,8 @@ class AreaSync final : public TextSync {
 
 }  // namespace
 
-TextBoxView::TextBoxView(TextBox& box, QWidget& parent, ViewHost& host) : box_(box), text_(box) {
+TextBoxView::TextBoxView(TextBox& box, QWidget& parent, ViewHost& host)
+    : ViewOf(box, host, nullptr), text_(box) {
   if (box.MultiLine()) {
     auto* area = new Area(&parent);
     area->setTabChangesFocus(true);
@@ -178,7 +179,7 @@ TextBoxView::TextBoxView(TextBox& box, QWidget& parent, ViewHost& host) : box_(b
 void TextBoxView::Show(Aspect aspect) {
   if (aspect == Aspect::text) sync_->ShowText();
   if (aspect == Aspect::selection) sync_->ShowSelection();
-  if (aspect == Aspect::color) ShowBackColor(*widget_, box_.BackColor());
+  if (aspect == Aspect::color) ShowBackColor(*widget_, control_.BackColor());
 }
 
 // --- lists ---
@@ -195,15 +196,15 @@ void MakeFreeText(QComboBox& list) {
 void ListOfRows::Add(std::string_view text) { list_.addItem(ToQt(text)); }
 
 ComboBoxView::ComboBoxView(ComboBox& box, QWidget& parent, ViewHost& host)
-    : box_(box), text_(box), widget_(new QComboBox(&parent)) {
+    : ViewOf(box, host, new QComboBox(&parent)), text_(box) {
   if (box.Editable()) {
     MakeFreeText(*widget_);
     sync_ = std::make_unique<LineSync>(*widget_->lineEdit(), text_, host);
   }
   ShowChoices();
-  QObject::connect(widget_, &QComboBox::activated, widget_, [this, &host](int row) {
-    host.Act([this, row] { UserAction::Choose(box_, row); });
-    host.Update([this] { ShowChoices(); });
+  QObject::connect(widget_, &QComboBox::activated, widget_, [this](int row) {
+    host_.Act([this, row] { UserAction::Choose(control_, row); });
+    host_.Update([this] { ShowChoices(); });
   });
 }
 
@@ -213,7 +214,7 @@ void ComboBoxView::Show(Aspect aspect) {
 }
 
 void ComboBoxView::ShowChoices() {
-  ShowRows(ListOfRows(*widget_), box_.Rows(), &ComboBox::Row::text, box_.ListIndex());
+  ShowRows(ListOfRows(*widget_), control_.Rows(), &ComboBox::Row::text, control_.ListIndex());
   if (sync_) sync_->ShowText();
 }
 

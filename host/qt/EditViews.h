@@ -35,31 +35,25 @@ class LineSync final : public TextSync {
   QLineEdit& line_;
 };
 
-class TextBoxView final : public ControlView {
+class TextBoxView final : public WidgetViewOf<TextBox, QWidget> {
  public:
   TextBoxView(TextBox& box, QWidget& parent, ViewHost& host);
-  QWidget* Widget() const override { return widget_; }
   void Show(Aspect aspect) override;
 
  private:
-  TextBox& box_;
   BoxText text_;
-  QWidget* widget_;
   std::unique_ptr<TextSync> sync_;
 };
 
-class ComboBoxView final : public ControlView {
+class ComboBoxView final : public WidgetViewOf<ComboBox, QComboBox> {
  public:
   ComboBoxView(ComboBox& box, QWidget& parent, ViewHost& host);
-  QWidget* Widget() const override { return widget_; }
   void Show(Aspect aspect) override;
 
  private:
   void ShowChoices();
 
-  ComboBox& box_;
   BoxText text_;
-  QComboBox* widget_;
   std::unique_ptr<LineSync> sync_;  // of a box that can be typed into
 };
 

@@ -48,7 +48,7 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
 // --- the table ---
 
 GridView::GridView(Grid& grid, QWidget& parent, ViewHost& host)
-    : grid_(grid), model_(grid, host), widget_(new QTableView(&parent)) {
+    : ViewOf(grid, host, new QTableView(&parent)), model_(grid, host) {
   widget_->setModel(&model_);
   widget_->setSelectionBehavior(QAbstractItemView::SelectRows);
   widget_->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -65,9 +65,9 @@ GridView::GridView(Grid& grid, QWidget& parent, ViewHost& host)
   widget_->horizontalHeader()->setStretchLastSection(true);
   QObject::connect(
       widget_->selectionModel(), &QItemSelectionModel::selectionChanged, widget_,
-      [this, &host] { host.Act([this] { UserAction::SelectRows(grid_, SelectedRows()); }); });
+      [this] { host_.Act([this] { UserAction::SelectRows(control_, SelectedRows()); }); });
   QObject::connect(widget_, &QTableView::doubleClicked, widget_,
-                   [this, &host] { host.Act([this] { UserAction::DoubleClick(grid_); }); });
+                   [this] { host_.Act([this] { UserAction::DoubleClick(control_); }); });
   ShowRows();
 }
 
@@ -78,16 +78,16 @@ void GridView::Show(Aspect aspect) {
 
 void GridView::ShowRows() {
   model_.Renew();
-  const int room = ToPixels(grid_.At().width, *widget_) - 2 * widget_->frameWidth() -
+  const int room = ToPixels(control_.At().width, *widget_) - 2 * widget_->frameWidth() -
                    widget_->verticalScrollBar()->sizeHint().width();
   int column = 0;
   for (const int width : model_.Widths(room)) widget_->setColumnWidth(column++, width);
 }
 
 void GridView::ShowSelection() {
-  if (SelectedRows() == grid_.SelectedRows()) return;
+  if (SelectedRows() == control_.SelectedRows()) return;
   QItemSelection selection;
-  for (const std::size_t row : grid_.SelectedRows()) {
+  for (const std::size_t row : control_.SelectedRows()) {
     const QModelIndex index = model_.index(static_cast<int>(row), 0);
     selection.select(index, index);
   }

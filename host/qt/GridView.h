@@ -26,10 +26,9 @@ class GridModel final : public QAbstractTableModel {
   mutable ShownRecords records_;
 };
 
-class GridView final : public ControlView {
+class GridView final : public WidgetViewOf<Grid, QTableView> {
  public:
   GridView(Grid& grid, QWidget& parent, ViewHost& host);
-  QWidget* Widget() const override { return widget_; }
   void Show(Aspect aspect) override;
 
  private:
@@ -37,9 +36,7 @@ class GridView final : public ControlView {
   void ShowSelection();
   std::vector<std::size_t> SelectedRows() const;
 
-  Grid& grid_;
   GridModel model_;
-  QTableView* widget_;
 };
 
 }  // namespace kvo

@@ -1,11 +1,7 @@
 #include "host/qt/SimpleViews.h"
 
-#include <QCheckBox>
 #include <QGroupBox>
 #include <QKeyEvent>
-#include <QLabel>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QStyle>
 #include <QTabBar>
 #include <algorithm>
@@ -73,33 +69,30 @@ class TabWidget final : public QTabWidget {
 
 // --- labels and boxes ---
 
-LabelView::LabelView(Label& label, QWidget& parent, ViewHost&)
-    : label_(label), widget_(new QLabel(&parent)) {
+LabelView::LabelView(Label& label, QWidget& parent, ViewHost& host)
+    : ViewOf(label, host, new QLabel(&parent)) {
   widget_->setTextFormat(Qt::PlainText);
   widget_->setWordWrap(label.Wraps());
   widget_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   Show(Aspect::caption);
 }
 
-QWidget* LabelView::Widget() const { return widget_; }
-
 // Without a buddy, a "&" is a character here already.
-void LabelView::Show(Aspect) { widget_->setText(ToQt(label_.Caption())); }
+void LabelView::Show(Aspect) { widget_->setText(ToQt(control_.Caption())); }
 
 CheckBoxView::CheckBoxView(CheckBox& box, QWidget& parent, ViewHost& host)
-    : box_(box), widget_(new CheckMark(ToQtCaption(box.Caption()), &parent)) {
+    : ViewOf(box, host, new CheckMark(ToQtCaption(box.Caption()), &parent)) {
   Show(Aspect::checked);
-  QObject::connect(widget_, &QCheckBox::clicked, widget_, [this, &host] {
-    host.Act([this] { UserAction::Click(box_); });
-    host.Update([this] { Show(Aspect::checked); });  // the page may have thought otherwise
+  QObject::connect(widget_, &QCheckBox::clicked, widget_, [this] {
+    host_.Act([this] { UserAction::Click(control_); });
+    host_.Update([this] { Show(Aspect::checked); });  // the page may have thought otherwise
   });
 }
 
-QWidget* CheckBoxView::Widget() const { return widget_; }
+void CheckBoxView::Show(Aspect) { widget_->setChecked(control_.Value()); }
 
-void CheckBoxView::Show(Aspect) { widget_->setChecked(box_.Value()); }
-
-FrameView::FrameView(const Frame& frame, QWidget& parent, ViewHost&) {
+FrameView::FrameView(const Frame& frame, QWidget& parent, ViewHost& host)
+    : ViewOf(frame, host, nullptr) {
   if (!frame.Caption().empty()) {
     widget_ = new QGroupBox(ToQtCaption(frame.Caption()), &parent);
   } else {
@@ -112,26 +105,22 @@ FrameView::FrameView(const Frame& frame, QWidget& parent, ViewHost&) {
   widget_->lower();  // what stands inside is declared beside it
 }
 
-PictureView::PictureView(const PictureBox& picture, QWidget& parent, ViewHost&)
-    : widget_(new QLabel(&parent)) {
+PictureView::PictureView(const PictureBox& picture, QWidget& parent, ViewHost& host)
+    : ViewOf(picture, host, new QLabel(&parent)) {
   const QIcon icon = widget_->style()->standardIcon(QStyle::SP_MessageBoxInformation);
   const int size = ToPixels(std::min(picture.At().width, picture.At().height), *widget_);
   widget_->setPixmap(icon.pixmap(QSize(size, size), widget_->devicePixelRatioF()));
 }
 
-QWidget* PictureView::Widget() const { return widget_; }
-
 // --- buttons ---
 
 CommandButtonView::CommandButtonView(CommandButton& button, QWidget& parent, ViewHost& host)
-    : widget_(new PressedByEnter(ToQtCaption(button.Caption()), &parent)) {
+    : ViewOf(button, host, new PressedByEnter(ToQtCaption(button.Caption()), &parent)) {
   widget_->setAutoDefault(false);
   widget_->setDefault(button.DialogRole() == CommandButton::Role::acceptsDialog);
   QObject::connect(widget_, &QPushButton::clicked, widget_,
-                   [&button, &host] { host.Act([&button] { UserAction::Click(button); }); });
+                   [this] { host_.Act([this] { UserAction::Click(control_); }); });
 }
-
-QWidget* CommandButtonView::Widget() const { return widget_; }
 
 class OptionButtonView::Radio final : public QRadioButton {
  public:
@@ -167,18 +156,16 @@ class OptionButtonView::Radio final : public QRadioButton {
 };
 
 OptionButtonView::OptionButtonView(OptionButton& button, QWidget& parent, ViewHost& host)
-    : button_(button), host_(host), widget_(new Radio(button, parent, host)) {
+    : ViewOf(button, host, new Radio(button, parent, host)) {
   widget_->setChecked(button.Value());
   QObject::connect(widget_, &QRadioButton::clicked, widget_, [this] {
-    host_.Act([this] { UserAction::Click(button_); });
+    host_.Act([this] { UserAction::Click(control_); });
     host_.Update([this] { Show(Aspect::checked); });
   });
 }
 
-QWidget* OptionButtonView::Widget() const { return widget_; }
-
 void OptionButtonView::Show(Aspect) {
-  widget_->setChecked(button_.Value());
+  widget_->setChecked(control_.Value());
   SetTabStops();
 }
 
@@ -193,8 +180,8 @@ void OptionButtonView::ShowVisible(bool visible) {
 }
 
 void OptionButtonView::SetTabStops() {
-  const OptionButton* stop = OptionTabStop(button_.Parent());
-  for (const FormControl* sibling : button_.Parent().Controls()) {
+  const OptionButton* stop = OptionTabStop(control_.Parent());
+  for (const FormControl* sibling : control_.Parent().Controls()) {
     const auto* option = dynamic_cast<const OptionButton*>(sibling);
     if (QWidget* widget = option == nullptr ? nullptr : host_.WidgetOf(*option))
       widget->setFocusPolicy(option == stop ? Qt::StrongFocus : Qt::ClickFocus);
@@ -204,15 +191,15 @@ void OptionButtonView::SetTabStops() {
 // --- tabs ---
 
 TabControlView::TabControlView(TabControl& tabs, QWidget& parent, ViewHost& host)
-    : tabs_(tabs), widget_(new TabWidget(&parent)) {
-  QObject::connect(widget_, &QTabWidget::currentChanged, widget_, [this, &host](int tab) {
+    : ViewOf(tabs, host, new TabWidget(&parent)) {
+  QObject::connect(widget_, &QTabWidget::currentChanged, widget_, [this](int tab) {
     if (tab < 0) return;
-    host.Act([this, tab] { UserAction::SelectTab(tabs_, static_cast<std::size_t>(tab)); });
+    host_.Act([this, tab] { UserAction::SelectTab(control_, static_cast<std::size_t>(tab)); });
   });
 }
 
 void TabControlView::Show(Aspect) {
-  widget_->setCurrentIndex(static_cast<int>(tabs_.SelectedTab()));
+  widget_->setCurrentIndex(static_cast<int>(control_.SelectedTab()));
 }
 
 TabPanelView::TabPanelView(const TabPanel& panel, QWidget& tabs, ViewHost&)

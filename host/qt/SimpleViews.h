@@ -1,46 +1,34 @@
 // The views of what the user only sees, clicks, or opens.
 #pragma once
 
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QTabWidget>
 #include <QTimer>
 
 #include "host/qt/ControlView.h"
 
-class QCheckBox;
-class QLabel;
-class QPushButton;
-class QRadioButton;
-
 namespace kvo {
 
-class LabelView final : public ControlView {
+class LabelView final : public WidgetViewOf<Label, QLabel> {
  public:
-  LabelView(Label& label, QWidget& parent, ViewHost&);
-  QWidget* Widget() const override;
+  LabelView(Label& label, QWidget& parent, ViewHost& host);
   void Show(Aspect aspect) override;
-
- private:
-  Label& label_;
-  QLabel* widget_;
 };
 
-class CheckBoxView final : public ControlView {
+class CheckBoxView final : public WidgetViewOf<CheckBox, QCheckBox> {
  public:
   CheckBoxView(CheckBox& box, QWidget& parent, ViewHost& host);
-  QWidget* Widget() const override;
   void Show(Aspect aspect) override;
-
- private:
-  CheckBox& box_;
-  QCheckBox* widget_;
 };
 
 // Of the buttons of a group only one is reached by the tab key: the chosen one, or the first. The
 // arrow keys go to the others, and choose them.
-class OptionButtonView final : public ControlView {
+class OptionButtonView final : public WidgetViewOf<OptionButton, QRadioButton> {
  public:
   OptionButtonView(OptionButton& button, QWidget& parent, ViewHost& host);
-  QWidget* Widget() const override;
   void Show(Aspect aspect) override;
   void ShowEnabled(bool enabled) override;
   void ShowVisible(bool visible) override;
@@ -48,58 +36,33 @@ class OptionButtonView final : public ControlView {
  private:
   class Radio;
   void SetTabStops();
-
-  OptionButton& button_;
-  ViewHost& host_;
-  QRadioButton* widget_;
 };
 
-class CommandButtonView final : public ControlView {
+class CommandButtonView final : public WidgetViewOf<CommandButton, QPushButton> {
  public:
   CommandButtonView(CommandButton& button, QWidget& parent, ViewHost& host);
-  QWidget* Widget() const override;
-  void Show(Aspect) override {}
-
- private:
-  QPushButton* widget_;
 };
 
-class FrameView final : public ControlView {
+class FrameView final : public WidgetViewOf<const Frame, QWidget> {
  public:
-  FrameView(const Frame& frame, QWidget& parent, ViewHost&);
-  QWidget* Widget() const override { return widget_; }
-  void Show(Aspect) override {}
-
- private:
-  QWidget* widget_;
+  FrameView(const Frame& frame, QWidget& parent, ViewHost& host);
 };
 
-class PictureView final : public ControlView {
+class PictureView final : public WidgetViewOf<const PictureBox, QLabel> {
  public:
-  PictureView(const PictureBox& picture, QWidget& parent, ViewHost&);
-  QWidget* Widget() const override;
-  void Show(Aspect) override {}
-
- private:
-  QLabel* widget_;
+  PictureView(const PictureBox& picture, QWidget& parent, ViewHost& host);
 };
 
-class TabControlView final : public ControlView {
+class TabControlView final : public WidgetViewOf<TabControl, QTabWidget> {
  public:
   TabControlView(TabControl& tabs, QWidget& parent, ViewHost& host);
-  QWidget* Widget() const override { return widget_; }
   void Show(Aspect aspect) override;
-
- private:
-  TabControl& tabs_;
-  QTabWidget* widget_;
 };
 
 class TabPanelView final : public ControlView {
  public:
   TabPanelView(const TabPanel& panel, QWidget& tabs, ViewHost&);
   QWidget* Widget() const override { return page_; }
-  void Show(Aspect) override {}
   void ShowEnabled(bool enabled) override;
   void ShowVisible(bool visible) override;
   bool IsPlaced() const override { return false; }

@@ -57,6 +57,9 @@ class ControlView : public WidgetView<HWND> {
   virtual POINT Origin() const { return {0, 0}; }
 };
 
+template <class Control>
+using WindowView = ViewOf<ControlView, Control, ViewHost, HWND>;
+
 // Makes a window of one of Windows' own classes for a control, hidden, where the form has it.
 HWND MakeWindow(const FormControl& control, HWND parent, const wchar_t* className,
                 const std::wstring& text, DWORD style, DWORD exStyle = 0);

@@ -24,18 +24,17 @@ DWORD ListStyle(const ComboBox& box) {
 // --- text boxes ---
 
 TextBoxView::TextBoxView(TextBox& box, HWND parent, ViewHost& host)
-    : box_(box),
+    : ViewOf(box, host, MakeWindow(box, parent, WC_EDITW, {}, EditStyle(box), WS_EX_CLIENTEDGE)),
       text_(box),
-      window_(MakeWindow(box, parent, WC_EDITW, {}, EditStyle(box), WS_EX_CLIENTEDGE)),
-      sync_(window_, text_, box.MultiLine() ? Lines::many : Lines::one, host) {
+      sync_(widget_, text_, box.MultiLine() ? Lines::many : Lines::one, host) {
   sync_.ShowText();
-  host.Watch(window_);
+  host.Watch(widget_);
 }
 
 void TextBoxView::Show(Aspect aspect) {
   if (aspect == Aspect::text) sync_.ShowText();
   if (aspect == Aspect::selection) sync_.ShowSelection();
-  if (aspect == Aspect::color) InvalidateRect(window_, nullptr, TRUE);
+  if (aspect == Aspect::color) InvalidateRect(widget_, nullptr, TRUE);
 }
 
 void TextBoxView::Command(WORD notification) {
@@ -43,13 +42,13 @@ void TextBoxView::Command(WORD notification) {
 }
 
 HBRUSH TextBoxView::Color(HDC device) {
-  if (box_.BackColor() == SystemColor::windowBackground) return nullptr;
+  if (control_.BackColor() == SystemColor::windowBackground) return nullptr;
   SetBkColor(device, GetSysColor(COLOR_BTNFACE));
   return GetSysColorBrush(COLOR_BTNFACE);
 }
 
 ControlView::KeyUse TextBoxView::Key(WPARAM key, HWND) {
-  return box_.MultiLine() && key == VK_RETURN ? KeyUse::window : KeyUse::none;
+  return control_.MultiLine() && key == VK_RETURN ? KeyUse::window : KeyUse::none;
 }
 
 // --- lists ---
@@ -91,18 +90,15 @@ ControlView::KeyUse KeyOfList(HWND list, WPARAM key) {
 }
 
 ComboBoxView::ComboBoxView(ComboBox& box, HWND parent, ViewHost& host)
-    : box_(box),
-      host_(host),
-      window_(MakeWindow(box, parent, WC_COMBOBOXW, {}, ListStyle(box))),
-      text_(box) {
+    : ViewOf(box, host, MakeWindow(box, parent, WC_COMBOBOXW, {}, ListStyle(box))), text_(box) {
   const RECT place = PlaceOf(box.At());
-  SetWindowPos(window_, nullptr, 0, 0, place.right - place.left, ToPixels(kDropHeight),
+  SetWindowPos(widget_, nullptr, 0, 0, place.right - place.left, ToPixels(kDropHeight),
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-  SetListHeight(window_, static_cast<int>(place.bottom - place.top));
-  host.Watch(window_);
+  SetListHeight(widget_, static_cast<int>(place.bottom - place.top));
+  host.Watch(widget_);
   if (box.Editable()) {
-    sync_ = std::make_unique<EditSync>(EditOf(window_), text_, Lines::one, host);
-    host.Watch(EditOf(window_));
+    sync_ = std::make_unique<EditSync>(EditOf(widget_), text_, Lines::one, host);
+    host.Watch(EditOf(widget_));
   }
   ShowChoices();
 }
@@ -113,7 +109,7 @@ void ComboBoxView::Show(Aspect aspect) {
 }
 
 void ComboBoxView::ShowChoices() {
-  ShowRows(ListOfRows(window_), box_.Rows(), &ComboBox::Row::text, box_.ListIndex());
+  ShowRows(ListOfRows(widget_), control_.Rows(), &ComboBox::Row::text, control_.ListIndex());
   if (sync_) sync_->ShowText();
 }
 
@@ -124,16 +120,16 @@ void ComboBoxView::Command(WORD notification) {
       break;
     case CBN_SELENDOK:
       accepted_ = IsOpen() ? Accepted::click : Accepted::key;
-      host_.CallLater(window_);
+      host_.CallLater(widget_);
       break;
     case CBN_SELENDCANCEL:
       accepted_ = Accepted::nothing;
-      host_.CallLater(window_);
+      host_.CallLater(widget_);
       break;
     case CBN_SELCHANGE:  // by a key in the closed list, or on the way through the open one
       if (!IsOpen()) {
         if (accepted_ == Accepted::nothing) accepted_ = Accepted::key;
-        host_.CallLater(window_);
+        host_.CallLater(widget_);
       }
       break;
     default:
@@ -141,22 +137,23 @@ void ComboBoxView::Command(WORD notification) {
   }
 }
 
-bool ComboBoxView::IsOpen() const { return SendMessageW(window_, CB_GETDROPPEDSTATE, 0, 0) != 0; }
+bool ComboBoxView::IsOpen() const { return SendMessageW(widget_, CB_GETDROPPEDSTATE, 0, 0) != 0; }
 
 void ComboBoxView::Later() {
-  const int row = ListOfRows(window_).Chosen();
+  const int row = ListOfRows(widget_).Chosen();
   const Accepted how = std::exchange(accepted_, Accepted::nothing);
-  const bool chosen = how == Accepted::click || (how == Accepted::key && row != box_.ListIndex());
-  if (chosen && row >= 0 && row < static_cast<int>(box_.Rows().size()))
-    host_.Act([&] { UserAction::Choose(box_, row); });
+  const bool chosen =
+      how == Accepted::click || (how == Accepted::key && row != control_.ListIndex());
+  if (chosen && row >= 0 && row < static_cast<int>(control_.Rows().size()))
+    host_.Act([&] { UserAction::Choose(control_, row); });
   host_.Update([this] { ShowChoices(); });
 }
 
 void ComboBoxView::Enter(bool) {
-  SetFocus(window_);
-  if (sync_) SendMessageW(EditOf(window_), EM_SETSEL, 0, -1);
+  SetFocus(widget_);
+  if (sync_) SendMessageW(EditOf(widget_), EM_SETSEL, 0, -1);
 }
 
-ControlView::KeyUse ComboBoxView::Key(WPARAM key, HWND) { return KeyOfList(window_, key); }
+ControlView::KeyUse ComboBoxView::Key(WPARAM key, HWND) { return KeyOfList(widget_, key); }
 
 }  // namespace kvo

@@ -12,26 +12,22 @@
 
 namespace kvo {
 
-class TextBoxView final : public ControlView {
+class TextBoxView final : public WindowView<TextBox> {
  public:
   TextBoxView(TextBox& box, HWND parent, ViewHost& host);
-  HWND Widget() const override { return window_; }
   void Show(Aspect aspect) override;
   void Command(WORD notification) override;
   HBRUSH Color(HDC device) override;
   KeyUse Key(WPARAM key, HWND window) override;
 
  private:
-  TextBox& box_;
   BoxText text_;
-  HWND window_;
   EditSync sync_;
 };
 
-class ComboBoxView final : public ControlView {
+class ComboBoxView final : public WindowView<ComboBox> {
  public:
   ComboBoxView(ComboBox& box, HWND parent, ViewHost& host);
-  HWND Widget() const override { return window_; }
   void Show(Aspect aspect) override;
   void Command(WORD notification) override;
   void Enter(bool backwards) override;
@@ -46,9 +42,6 @@ class ComboBoxView final : public ControlView {
   // A key in the closed list chooses only a row that was not chosen before.
   enum class Accepted { nothing, key, click };
 
-  ComboBox& box_;
-  ViewHost& host_;
-  HWND window_;
   BoxText text_;
   std::unique_ptr<EditSync> sync_;  // of a box that can be typed into
   Accepted accepted_ = Accepted::nothing;

@@ -21,18 +21,17 @@ HWND HeadOf(HWND list) { return reinterpret_cast<HWND>(Send(list, LVM_GETHEADER)
 }  // namespace
 
 GridView::GridView(Grid& grid, HWND parent, ViewHost& host)
-    : grid_(grid),
-      host_(host),
-      window_(
+    : ViewOf(
+          grid, host,
           MakeWindow(grid, parent, WC_LISTVIEWW, {},
                      LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS | LVS_NOSORTHEADER | WS_TABSTOP,
                      WS_EX_CLIENTEDGE)),
       hints_(CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
-                             WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, window_, nullptr,
+                             WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, widget_, nullptr,
                              ThisModule(), nullptr)),
       records_(grid, host, kMostRows) {
-  SendMessageW(window_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
-  host.Watch(window_);
+  SendMessageW(widget_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
+  host.Watch(widget_);
   ShowRows();
 }
 
@@ -48,9 +47,9 @@ void GridView::ShowRows() {
   records_.Renew();
   LVITEMW none{};
   none.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-  Send(window_, LVM_SETITEMSTATE, WPARAM(-1), &none);
-  SendMessageW(window_, LVM_SETITEMCOUNT, records_.Count(), 0);
-  InvalidateRect(window_, nullptr, TRUE);
+  Send(widget_, LVM_SETITEMSTATE, WPARAM(-1), &none);
+  SendMessageW(widget_, LVM_SETITEMCOUNT, records_.Count(), 0);
+  InvalidateRect(widget_, nullptr, TRUE);
   ShowSelection();
 }
 
@@ -66,11 +65,11 @@ void GridView::Fetch(LVITEMW& item) {
 // --- columns ---
 
 void GridView::ShowColumns() {
-  const auto& columns = grid_.Columns();
-  const auto shown = static_cast<std::size_t>(Send(HeadOf(window_), HDM_GETITEMCOUNT));
+  const auto& columns = control_.Columns();
+  const auto shown = static_cast<std::size_t>(Send(HeadOf(widget_), HDM_GETITEMCOUNT));
   for (std::size_t column = shown; column > columns.size(); --column)
-    Send(window_, LVM_DELETECOLUMN, column - 1);
-  const RECT place = PlaceOf(grid_.At());
+    Send(widget_, LVM_DELETECOLUMN, column - 1);
+  const RECT place = PlaceOf(control_.At());
   const int room =
       place.right - place.left - 2 * GetSystemMetrics(SM_CXEDGE) - GetSystemMetrics(SM_CXVSCROLL);
   const std::vector<int> widths = records_.Widths(room);
@@ -81,21 +80,21 @@ void GridView::ShowColumns() {
     column.fmt = LVCFMT_LEFT;
     column.pszText = caption.data();
     column.cx = widths[at];
-    Send(window_, at < shown ? LVM_SETCOLUMNW : LVM_INSERTCOLUMNW, at, &column);
+    Send(widget_, at < shown ? LVM_SETCOLUMNW : LVM_INSERTCOLUMNW, at, &column);
   }
   ShowSortHints();
 }
 
 void GridView::ShowSortHints() {
-  const HWND head = HeadOf(window_);
+  const HWND head = HeadOf(widget_);
   TTTOOLINFOW tool{};
   tool.cbSize = TTTOOLINFOW_V1_SIZE;
   tool.uFlags = TTF_SUBCLASS;
   tool.hwnd = head;
   for (tool.uId = 0; tool.uId < hintCount_; ++tool.uId) Send(hints_, TTM_DELTOOLW, 0, &tool);
-  hintCount_ = grid_.Columns().size();
+  hintCount_ = control_.Columns().size();
   for (std::size_t column = 0; column < hintCount_; ++column) {
-    std::wstring hint = ToWindowText(grid_.Columns()[column].sortHint);
+    std::wstring hint = ToWindowText(control_.Columns()[column].sortHint);
     tool.uId = column;
     tool.lpszText = hint.data();
     Send(head, HDM_GETITEMRECT, column, &tool.rect);
@@ -106,18 +105,19 @@ void GridView::ShowSortHints() {
 // --- the selection ---
 
 void GridView::ShowSelection() {
-  if (SelectedRows() == grid_.SelectedRows()) return;
+  if (SelectedRows() == control_.SelectedRows()) return;
   LVITEMW state{};
   state.stateMask = LVIS_SELECTED;
-  Send(window_, LVM_SETITEMSTATE, WPARAM(-1), &state);
+  Send(widget_, LVM_SETITEMSTATE, WPARAM(-1), &state);
   state.state = LVIS_SELECTED;
-  for (const std::size_t row : grid_.SelectedRows()) Send(window_, LVM_SETITEMSTATE, row, &state);
+  for (const std::size_t row : control_.SelectedRows())
+    Send(widget_, LVM_SETITEMSTATE, row, &state);
 }
 
 std::vector<std::size_t> GridView::SelectedRows() const {
   std::vector<std::size_t> rows;
   LRESULT row = -1;
-  while ((row = SendMessageW(window_, LVM_GETNEXTITEM, static_cast<WPARAM>(row), LVNI_SELECTED)) >=
+  while ((row = SendMessageW(widget_, LVM_GETNEXTITEM, static_cast<WPARAM>(row), LVNI_SELECTED)) >=
          0)
     rows.push_back(static_cast<std::size_t>(row));
   return rows;
@@ -130,11 +130,11 @@ LRESULT GridView::Notify(NMHDR& notification) {
       break;
     case LVN_ITEMCHANGED:
     case LVN_ODSTATECHANGED:
-      host_.Act([this] { UserAction::SelectRows(grid_, SelectedRows()); });
+      host_.Act([this] { UserAction::SelectRows(control_, SelectedRows()); });
       break;
     case NM_DBLCLK:
       if (reinterpret_cast<NMITEMACTIVATE&>(notification).iItem >= 0)
-        host_.Act([this] { UserAction::DoubleClick(grid_); });
+        host_.Act([this] { UserAction::DoubleClick(control_); });
       break;
     case LVN_COLUMNCLICK:
     case HDN_ENDTRACKW:

@@ -12,10 +12,9 @@
 
 namespace kvo {
 
-class GridView final : public ControlView {
+class GridView final : public WindowView<Grid> {
  public:
   GridView(Grid& grid, HWND parent, ViewHost& host);
-  HWND Widget() const override { return window_; }
   void Show(Aspect aspect) override;
   LRESULT Notify(NMHDR& notification) override;
 
@@ -27,9 +26,6 @@ class GridView final : public ControlView {
   void Fetch(LVITEMW& item);
   std::vector<std::size_t> SelectedRows() const;
 
-  Grid& grid_;
-  ViewHost& host_;
-  HWND window_;
   HWND hints_;
   std::size_t hintCount_ = 0;
   ShownRecords records_;

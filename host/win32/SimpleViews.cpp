@@ -27,72 +27,72 @@ bool IsClick(WORD notification) {
 
 // --- labels and boxes ---
 
-LabelView::LabelView(Label& label, HWND parent, ViewHost&)
-    : label_(label),
-      window_(MakeWindow(label, parent, WC_STATICW, {},
-                         SS_NOPREFIX | (label.Wraps() ? SS_LEFT : SS_LEFTNOWORDWRAP))) {
+LabelView::LabelView(Label& label, HWND parent, ViewHost& host)
+    : ViewOf(label, host,
+             MakeWindow(label, parent, WC_STATICW, {},
+                        SS_NOPREFIX | (label.Wraps() ? SS_LEFT : SS_LEFTNOWORDWRAP))) {
   Show(Aspect::caption);
 }
 
-void LabelView::Show(Aspect) { SetWindowTextW(window_, ToWindowText(label_.Caption()).c_str()); }
+void LabelView::Show(Aspect) { SetWindowTextW(widget_, ToWindowText(control_.Caption()).c_str()); }
 
 CheckBoxView::CheckBoxView(CheckBox& box, HWND parent, ViewHost& host)
-    : box_(box),
-      host_(host),
-      window_(MakeWindow(box, parent, WC_BUTTONW, ToWindowCaption(box.Caption()),
-                         BS_CHECKBOX | BS_NOTIFY | WS_TABSTOP)) {
-  Check(window_, box.Value());
-  host.Watch(window_);
+    : ViewOf(box, host,
+             MakeWindow(box, parent, WC_BUTTONW, ToWindowCaption(box.Caption()),
+                        BS_CHECKBOX | BS_NOTIFY | WS_TABSTOP)) {
+  Check(widget_, box.Value());
+  host.Watch(widget_);
 }
 
 void CheckBoxView::Show(Aspect aspect) {
-  if (aspect == Aspect::checked) Check(window_, box_.Value());
+  if (aspect == Aspect::checked) Check(widget_, control_.Value());
 }
 
 void CheckBoxView::Command(WORD notification) {
-  if (IsClick(notification)) host_.Act([this] { UserAction::Click(box_); });
+  if (IsClick(notification)) host_.Act([this] { UserAction::Click(control_); });
 }
 
-FrameView::FrameView(const Frame& frame, HWND parent, ViewHost&) {
+FrameView::FrameView(const Frame& frame, HWND parent, ViewHost& host)
+    : ViewOf(frame, host, nullptr) {
   if (!frame.Caption().empty()) {
-    window_ = MakeWindow(frame, parent, WC_BUTTONW, ToWindowCaption(frame.Caption()), BS_GROUPBOX);
+    widget_ = MakeWindow(frame, parent, WC_BUTTONW, ToWindowCaption(frame.Caption()), BS_GROUPBOX);
     return;
   }
-  window_ = MakeWindow(frame, parent, WC_STATICW, {},
+  widget_ = MakeWindow(frame, parent, WC_STATICW, {},
                        frame.At().height <= kThickestLine ? SS_ETCHEDHORZ : SS_ETCHEDFRAME);
   // Whatever room an etched line gives itself.
   const RECT at = PlaceOf(frame.At());
-  SetWindowPos(window_, nullptr, 0, 0, at.right - at.left, at.bottom - at.top,
+  SetWindowPos(widget_, nullptr, 0, 0, at.right - at.left, at.bottom - at.top,
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-PictureView::PictureView(const PictureBox& picture, HWND parent, ViewHost&)
-    : window_(MakeWindow(picture, parent, WC_STATICW, {},
-                         SS_ICON | SS_REALSIZECONTROL | SS_CENTERIMAGE)) {
+PictureView::PictureView(const PictureBox& picture, HWND parent, ViewHost& host)
+    : ViewOf(picture, host,
+             MakeWindow(picture, parent, WC_STATICW, {},
+                        SS_ICON | SS_REALSIZECONTROL | SS_CENTERIMAGE)) {
   const int size = ToPixels(std::min(picture.At().width, picture.At().height));
-  icon_ = static_cast<HICON>(LoadImageW(nullptr, reinterpret_cast<const wchar_t*>(IDI_INFORMATION),
-                                        IMAGE_ICON, size, size, LR_SHARED));
-  SendMessageW(window_, STM_SETICON, reinterpret_cast<WPARAM>(icon_), 0);
+  const HANDLE icon = LoadImageW(nullptr, reinterpret_cast<const wchar_t*>(IDI_INFORMATION),
+                                 IMAGE_ICON, size, size, LR_SHARED);  // the system's
+  SendMessageW(widget_, STM_SETICON, reinterpret_cast<WPARAM>(icon), 0);
 }
 
 // --- buttons ---
 
 OptionButtonView::OptionButtonView(OptionButton& button, HWND parent, ViewHost& host)
-    : button_(button),
-      host_(host),
-      window_(MakeWindow(button, parent, WC_BUTTONW, ToWindowCaption(button.Caption()),
-                         BS_RADIOBUTTON | BS_NOTIFY | WS_TABSTOP)) {
-  Check(window_, button.Value());
-  host.Watch(window_);
+    : ViewOf(button, host,
+             MakeWindow(button, parent, WC_BUTTONW, ToWindowCaption(button.Caption()),
+                        BS_RADIOBUTTON | BS_NOTIFY | WS_TABSTOP)) {
+  Check(widget_, button.Value());
+  host.Watch(widget_);
 }
 
 void OptionButtonView::Show(Aspect aspect) {
-  if (aspect == Aspect::checked) Check(window_, button_.Value());
+  if (aspect == Aspect::checked) Check(widget_, control_.Value());
 }
 
 void OptionButtonView::Command(WORD notification) {
   if (IsClick(notification) && !host_.IsEntering())
-    host_.Act([this] { UserAction::Click(button_); });
+    host_.Act([this] { UserAction::Click(control_); });
 }
 
 ControlView::KeyUse OptionButtonView::Key(WPARAM key, HWND) {
@@ -102,7 +102,7 @@ ControlView::KeyUse OptionButtonView::Key(WPARAM key, HWND) {
 }
 
 ControlView::KeyUse OptionButtonView::Step(int step) {
-  if (OptionButton* next = NextOption(button_, step)) {
+  if (OptionButton* next = NextOption(control_, step)) {
     SetFocus(host_.WidgetOf(*next));
     host_.Act([next] { UserAction::Click(*next); });
   }
@@ -110,14 +110,13 @@ ControlView::KeyUse OptionButtonView::Step(int step) {
 }
 
 CommandButtonView::CommandButtonView(CommandButton& button, HWND parent, ViewHost& host)
-    : button_(button),
-      host_(host),
-      window_(
+    : ViewOf(
+          button, host,
           MakeWindow(button, parent, WC_BUTTONW, ToWindowCaption(button.Caption()),
                      (button.DialogRole() == CommandButton::Role::acceptsDialog ? BS_DEFPUSHBUTTON
                                                                                 : BS_PUSHBUTTON) |
                          BS_NOTIFY | WS_TABSTOP)) {
-  host.Watch(window_);
+  host.Watch(widget_);
 }
 
 void CommandButtonView::Command(WORD notification) {
@@ -126,39 +125,36 @@ void CommandButtonView::Command(WORD notification) {
 
 // The enter key presses the button on which it is pressed, not the dialog's.
 ControlView::KeyUse CommandButtonView::Key(WPARAM key, HWND) {
-  return key == VK_RETURN && button_.IsReachable() ? Press() : KeyUse::none;
+  return key == VK_RETURN && control_.IsReachable() ? Press() : KeyUse::none;
 }
 
 ControlView::KeyUse CommandButtonView::Press() {
-  host_.Act([this] { UserAction::Click(button_); });
+  host_.Act([this] { UserAction::Click(control_); });
   return KeyUse::done;
 }
-
-PictureView::~PictureView() = default;  // the icon is the system's
 
 // --- tabs ---
 
 TabControlView::TabControlView(TabControl& tabs, HWND parent, ViewHost& host)
-    : tabs_(tabs),
-      host_(host),
-      window_(MakeWindow(tabs, parent, WC_TABCONTROLW, {}, WS_TABSTOP | WS_CLIPCHILDREN)) {
+    : ViewOf(tabs, host,
+             MakeWindow(tabs, parent, WC_TABCONTROLW, {}, WS_TABSTOP | WS_CLIPCHILDREN)) {
   // The tabs and what is drawn around them are together as high as forms plan it.
   constexpr int kAroundTabs = 60;
-  SendMessageW(window_, TCM_SETITEMSIZE, 0, MAKELPARAM(0, ToPixels(kTabRowHeight - kAroundTabs)));
-  host.Watch(window_);
+  SendMessageW(widget_, TCM_SETITEMSIZE, 0, MAKELPARAM(0, ToPixels(kTabRowHeight - kAroundTabs)));
+  host.Watch(widget_);
 }
 
 void TabControlView::Show(Aspect) {
-  const std::size_t chosen = tabs_.SelectedTab();
-  SendMessageW(window_, TCM_SETCURSEL, chosen, 0);
-  for (std::size_t tab = 0; tab < tabs_.Controls().size(); ++tab)
-    ShowWindow(host_.WidgetOf(*tabs_.Controls()[tab]), tab == chosen ? SW_SHOWNA : SW_HIDE);
+  const std::size_t chosen = control_.SelectedTab();
+  SendMessageW(widget_, TCM_SETCURSEL, chosen, 0);
+  for (std::size_t tab = 0; tab < control_.Controls().size(); ++tab)
+    ShowWindow(host_.WidgetOf(*control_.Controls()[tab]), tab == chosen ? SW_SHOWNA : SW_HIDE);
 }
 
 LRESULT TabControlView::Notify(NMHDR& notification) {
   if (notification.code != TCN_SELCHANGE) return 0;
-  const auto tab = static_cast<std::size_t>(SendMessageW(window_, TCM_GETCURSEL, 0, 0));
-  host_.Act([&] { UserAction::SelectTab(tabs_, tab); });
+  const auto tab = static_cast<std::size_t>(SendMessageW(widget_, TCM_GETCURSEL, 0, 0));
+  host_.Act([&] { UserAction::SelectTab(control_, tab); });
   host_.Update([this] { Show(Aspect::selection); });
   return 0;
 }

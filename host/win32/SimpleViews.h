@@ -6,97 +6,57 @@
 
 namespace kvo {
 
-class LabelView final : public ControlView {
+class LabelView final : public WindowView<Label> {
  public:
-  LabelView(Label& label, HWND parent, ViewHost&);
-  HWND Widget() const override { return window_; }
+  LabelView(Label& label, HWND parent, ViewHost& host);
   void Show(Aspect aspect) override;
-
- private:
-  Label& label_;
-  HWND window_;
 };
 
-class CheckBoxView final : public ControlView {
+class CheckBoxView final : public WindowView<CheckBox> {
  public:
   CheckBoxView(CheckBox& box, HWND parent, ViewHost& host);
-  HWND Widget() const override { return window_; }
   void Show(Aspect aspect) override;
   void Command(WORD notification) override;
-
- private:
-  CheckBox& box_;
-  ViewHost& host_;
-  HWND window_;
 };
 
 // The arrow keys go to the other buttons of a group, and choose them.
-class OptionButtonView final : public ControlView {
+class OptionButtonView final : public WindowView<OptionButton> {
  public:
   OptionButtonView(OptionButton& button, HWND parent, ViewHost& host);
-  HWND Widget() const override { return window_; }
   void Show(Aspect aspect) override;
   void Command(WORD notification) override;
   KeyUse Key(WPARAM key, HWND window) override;
 
  private:
   KeyUse Step(int step);
-
-  OptionButton& button_;
-  ViewHost& host_;
-  HWND window_;
 };
 
-class CommandButtonView final : public ControlView {
+class CommandButtonView final : public WindowView<CommandButton> {
  public:
   CommandButtonView(CommandButton& button, HWND parent, ViewHost& host);
-  HWND Widget() const override { return window_; }
-  void Show(Aspect) override {}
   void Command(WORD notification) override;
   KeyUse Key(WPARAM key, HWND window) override;
 
  private:
   KeyUse Press();
-
-  CommandButton& button_;
-  ViewHost& host_;
-  HWND window_;
 };
 
-class FrameView final : public ControlView {
+class FrameView final : public WindowView<const Frame> {
  public:
-  FrameView(const Frame& frame, HWND parent, ViewHost&);
-  HWND Widget() const override { return window_; }
-  void Show(Aspect) override {}
+  FrameView(const Frame& frame, HWND parent, ViewHost& host);
   bool IsBackground() const override { return true; }
-
- private:
-  HWND window_;
 };
 
-class PictureView final : public ControlView {
+class PictureView final : public WindowView<const PictureBox> {
  public:
-  PictureView(const PictureBox& picture, HWND parent, ViewHost&);
-  ~PictureView() override;
-  HWND Widget() const override { return window_; }
-  void Show(Aspect) override {}
-
- private:
-  HWND window_;
-  HICON icon_ = nullptr;
+  PictureView(const PictureBox& picture, HWND parent, ViewHost& host);
 };
 
-class TabControlView final : public ControlView {
+class TabControlView final : public WindowView<TabControl> {
  public:
   TabControlView(TabControl& tabs, HWND parent, ViewHost& host);
-  HWND Widget() const override { return window_; }
   void Show(Aspect aspect) override;
   LRESULT Notify(NMHDR& notification) override;
-
- private:
-  TabControl& tabs_;
-  ViewHost& host_;
-  HWND window_;
 };
 
 // Hands what its controls tell on to the form.
@@ -105,7 +65,6 @@ class TabPanelView final : public ControlView, private OwnWindow {
   TabPanelView(const TabPanel& panel, HWND tabs, ViewHost& host);
   ~TabPanelView() override { End(); }
   HWND Widget() const override { return Handle(); }
-  void Show(Aspect) override {}
   // The tabs decide.
   void ShowVisible(bool) override {}
   POINT Origin() const override;
