@@ -197,9 +197,9 @@ void FormWindow::FocusLeft(HWND to) {
 // or to a window around the form.
 void FormWindow::FocusMayHaveGone() {
   const HWND focused = GetFocus();
-  const bool here = IsChild(Handle(), focused);
-  if (here ? IsUsable(focused)
-           : focused != nullptr && focused != Handle() && !IsChild(focused, Handle()))
+  const FormControl* control = ControlOf(focused);
+  if (control != nullptr ? control->IsReachable() && IsUsable(focused)
+                         : focused != nullptr && focused != Handle() && !IsChild(focused, Handle()))
     return;
   if (!MoveFocus(false)) FocusFirst();
 }
@@ -220,7 +220,7 @@ void FormWindow::FocusLast() {
 bool FormWindow::MoveFocus(bool backwards) {
   FormControl* now = ControlOf(GetFocus());
   if (now == nullptr) now = Shown().Focused();
-  if (now != nullptr && ViewOf(*now).MoveInside(backwards)) return true;
+  if (now != nullptr && now->IsReachable() && ViewOf(*now).MoveInside(backwards)) return true;
   std::vector<FormControl*> stops = TabStops(now);
   if (backwards) std::ranges::reverse(stops);
   auto next = stops.begin();
