@@ -9,7 +9,8 @@ namespace kvo {
 namespace {
 
 int NumberOf(const PropertyGridItem::Items& items, const PropertyGridItem* item) {
-  const auto at = std::ranges::find(items, item, &std::unique_ptr<PropertyGridItem>::get);
+  const auto at = std::find_if(items.begin(), items.end(),
+                               [item](const auto& each) { return each.get() == item; });
   return at == items.end() ? kNoRow : static_cast<int>(at - items.begin());
 }
 
@@ -37,8 +38,9 @@ bool SpansColumns(const PropertyGridItem& item) {
 }
 
 bool IsPlainList(const PropertyGrid& grid) {
-  return std::ranges::all_of(grid.Items(),
-                             [](const auto& item) { return item->Kind() == ItemKind::entry; });
+  const auto& items = grid.Items();
+  return std::all_of(items.begin(), items.end(),
+                     [](const auto& item) { return item->Kind() == ItemKind::entry; });
 }
 
 bool HasValueBox(const PropertyGridItem& item) {
