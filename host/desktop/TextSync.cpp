@@ -1,5 +1,7 @@
 #include "host/desktop/TextSync.h"
 
+#include <algorithm>
+
 #include "common/forms/FormKeys.h"
 
 namespace kvo {
@@ -32,6 +34,12 @@ void ValueText::Edit(const Selection& replaced, std::string_view typed) {
   UserAction::EditValue(*item_, text);
 }
 
+void ValueText::Shown() {
+  const std::size_t size = CharacterCount(Text());
+  selection_.start = std::min(selection_.start, size);
+  selection_.length = std::min(selection_.length, size - selection_.start);
+}
+
 TextSync::TextSync(EditedText& text, Lines lines, const TextStyle& style, FormActions& host)
     : text_(text), host_(host), shown_({}, lines, style) {}
 
@@ -49,6 +57,7 @@ void TextSync::ShowText() {
   told_ = true;
   shown_ = ShownText(text_.Text(), shown_.Kind(), shown_.Style());
   if (Units() != shown_.Units()) ShowUnits(shown_.Units());
+  text_.Shown();
   ShowSelection();
 }
 

@@ -26,6 +26,8 @@ class EditedText {
   virtual Selection Selected() const = 0;
   virtual void Select(const Selection& selection) = 0;
   virtual void Edit(const Selection& replaced, std::string_view typed) = 0;
+  // The text shows now; what is selected of it may have to follow.
+  virtual void Shown() {}
 };
 
 // The text of an edit box.
@@ -51,6 +53,7 @@ class ValueText final : public EditedText {
   Selection Selected() const override { return selection_; }
   void Select(const Selection& selection) override { selection_ = selection; }
   void Edit(const Selection& replaced, std::string_view typed) override;
+  void Shown() override;
 
  private:
   PropertyGridItem* item_;

@@ -123,6 +123,18 @@ TEST_F(TextSyncs, TellABoxTheValueOfARowOncePerKey) {
   EXPECT_EQ(box.selection, (UnitRange{1, 0}));
 }
 
+TEST_F(TextSyncs, LeaveNothingSelectedOfAValueThatWasEmptied) {
+  PropertyGridItem& row = page.suiRows.Add({.caption = "Zeile", .value = "abc"});
+  ValueText value(&row);
+  Box box(value, actions);
+  renderer.box = &box;
+  box.Move({0, 3});
+  row.Value("");
+  row.Value("neu");
+  EXPECT_EQ(box.units, u"neu");
+  EXPECT_EQ(box.selection, (UnitRange{0, 0}));
+}
+
 TEST_F(TextSyncs, TakeWhatTheFormDoesNotTakeFromTheBox) {
   BoxText text(page.txtName);
   Box box(text, actions);
