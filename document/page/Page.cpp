@@ -14,6 +14,7 @@
 #include "document/page/NewGuids.h"
 #include "document/page/OurElements.h"
 #include "document/page/ProblemList.h"
+#include "document/page/Settle.h"
 #include "document/page/Utf8.h"
 
 namespace kvo::page {
@@ -336,7 +337,7 @@ class Writer {
     WrittenBag written(Found(), found, element_);
     control.WriteProperties(written);
     if (!EndElement()) return false;
-    return (!edited && written.ReadsAsFound()) || Settle(control, text, edited);
+    return (!edited && written.ReadsAsFound()) || WriteSettled(control, text, edited);
   }
 
   bool WriteElement(std::span<const MemoryBag::Entry> bag) {
@@ -355,43 +356,30 @@ class Writer {
     return false;
   }
 
-  // What is written must give the same text and the same bag when it is read again, or the next
-  // save would take the text for one edited by hand. A few values do not survive being stored (an
-  // empty table border comes back as "0"). If that changes the text, the bag stays as it stands in
-  // the page; after an edit, where it cannot, the text follows what was stored.
-  bool Settle(const Control& control, std::string_view& text, bool edited) {
-    constexpr int kMostRounds = 4;
-    bool moved = false;
-    bool warned = false;
-    const Control* giver = &control;  // of text_
-    std::shared_ptr<Control> kept;
-    std::vector<MemoryBag::Entry> stored = StoredBag(control);
-    for (int round = 0; round < kMostRounds; ++round) {
-      std::shared_ptr<Control> next;
-      bool sameText = false;
-      try {
-        next = Load(*Found().contract, stored);
-        if (!RuntimeTextOf(*next, next_)) return false;
-        sameText = next_ == text_ ||
-                   (RuntimeTextOf(*giver, again_) && EqualButForNewGuids(next_, text_, again_));
-      } catch (const RuntimeError&) {
-        if (edited) throw;
-      }
-      if (!sameText) {
-        if (!warned) Fail(rule::unstableBag, messages::UnstableBag(), Severity::warning);
-        warned = true;
-        if (!edited) return WriteElement(EntriesInPage());
-        text_.swap(next_);
-        text = text_;
-        kept = next;
-        giver = kept.get();
-      }
-      std::vector<MemoryBag::Entry> again = StoredBag(*next);
-      if (again == stored) break;
-      stored.swap(again);
-      moved = true;
+  // If being stored changes the text, the bag stays as it stands in the page; after an edit, where
+  // it cannot, the text follows what was stored.
+  bool WriteSettled(const Control& control, std::string_view& text, bool edited) {
+    bool otherText = false;
+    const Settled settled =
+        Settle(control, text_,
+               {[this](const Control& each, std::string& its) { return RuntimeTextOf(each, its); },
+                [&] {
+                  otherText = true;
+                  Fail(rule::unstableBag, messages::UnstableBag(), Severity::warning);
+                },
+                edited});
+    if (otherText && edited) text = text_;
+    switch (settled.outcome) {
+      case Settled::Outcome::same:
+        return true;
+      case Settled::Outcome::moved:
+        return WriteElement(settled.bag);
+      case Settled::Outcome::otherText:
+        return WriteElement(EntriesInPage());
+      case Settled::Outcome::refused:
+        break;
     }
-    return !moved || WriteElement(stored);
+    return false;
   }
 
   std::vector<MemoryBag::Entry> EntriesInPage() const {
@@ -509,7 +497,6 @@ class Writer {
   bool wroteInvalidUtf8_ = false;
   bool changing_ = false;  // the caller's change is being made; its failures are the caller's
   std::string again_;      // the same, another time
-  std::string next_;       // the same, from what was stored
   ElementWriter element_{encoding_};
   std::size_t spanNumber_ = 0;
   std::string spanBegin_;
