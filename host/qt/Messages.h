@@ -3,17 +3,13 @@
 
 #include <QString>
 
-#include "common/values/Localized.h"
+#include "host/desktop/Words.h"
 
 class QWidget;
 
 namespace kvo {
 
 QString InUserLanguage(const Localized& text);
-
-// The captions of the buttons that most dialogs have.
-inline constexpr Localized kOk = {"OK", "OK"};
-inline constexpr Localized kCancel = {"Abbrechen", "Cancel"};
 
 // The title of the component's own message boxes.
 QString MessageTitle();

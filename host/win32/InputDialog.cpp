@@ -1,14 +1,11 @@
 #include "host/win32/InputDialog.h"
 
 #include "common/forms/Form.h"
-#include "common/values/Localized.h"
+#include "host/desktop/Words.h"
 #include "host/win32/FormDialog.h"
 
 namespace kvo {
 namespace {
-
-constexpr Localized kOk = {"OK", "OK"};
-constexpr Localized kCancel = {"Abbrechen", "Cancel"};
 
 // The prompt is a form as any other. Its texts outlive it.
 class InputForm final : public Form {
