@@ -1,13 +1,13 @@
 #include "common/values/GermanFormat.h"
 
 #include <array>
-#include <charconv>
 #include <chrono>
 #include <cmath>
 #include <optional>
 #include <vector>
 
 #include "common/values/Ascii.h"
+#include "common/values/Floating.h"
 
 namespace kvo {
 namespace {
@@ -65,12 +65,9 @@ struct Digits {
 };
 
 Digits Round(double number, std::size_t decimals) {
-  char buffer[400];
-  const auto end =
-      std::to_chars(buffer, buffer + sizeof buffer, std::abs(number), std::chars_format::fixed).ptr;
-  const std::string_view text(buffer, static_cast<std::size_t>(end - buffer));
+  const std::string text = ShortestFixedText(std::abs(number));
   const std::size_t point = std::min(text.find('.'), text.size());
-  std::string digits = "0" + std::string(text.substr(0, point));
+  std::string digits = "0" + text.substr(0, point);
   const std::size_t whole = digits.size();
   if (point < text.size()) digits += text.substr(point + 1);
   const std::size_t kept = whole + decimals;

@@ -1,12 +1,12 @@
 #include "common/values/Variant.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <system_error>
 
 #include "common/values/Ascii.h"
+#include "common/values/Floating.h"
 #include "common/values/Object.h"
 #include "common/values/RuntimeError.h"
 
@@ -20,21 +20,6 @@ std::optional<double> ParseHexadecimal(std::string_view digits) {
   if (error == std::errc::result_out_of_range) return std::numeric_limits<double>::infinity();
   if (error != std::errc()) return std::nullopt;
   return static_cast<std::int32_t>(bits);
-}
-
-// Of a number that no double holds, as from_chars reads it: whether it is too large, not too small.
-// Its first digit decides: whether the exponent moves it in front of the point.
-bool IsTooLarge(std::string_view plain) {
-  const std::string_view mantissa = plain.substr(0, plain.find('e'));
-  std::string_view exponent = plain.substr(mantissa.size());
-  for (const char c : {'e', '+'})
-    if (exponent.starts_with(c)) exponent.remove_prefix(1);
-  std::int64_t places = 0;
-  const auto read = std::from_chars(exponent.data(), exponent.data() + exponent.size(), places);
-  if (read.ec == std::errc::result_out_of_range) return !exponent.starts_with('-');
-  const auto first = static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
-  const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
-  return places > first - point;
 }
 
 [[noreturn]] void NoConversion(const Variant& value) {
@@ -51,9 +36,7 @@ std::int32_t RoundToInteger(double number) {
 }
 
 std::string NumberText(double number) {
-  char buffer[32];
-  const auto result = std::to_chars(buffer, buffer + sizeof buffer, number);
-  std::string text(buffer, result.ptr);
+  std::string text = ShortestText(number);
   if (const auto point = text.find('.'); point != std::string::npos) text[point] = ',';
   return text;
 }
@@ -66,7 +49,7 @@ std::optional<double> ParseNumber(std::string_view text) {
   if (text.size() > 2 && text[0] == '&' && (text[1] == 'H' || text[1] == 'h'))
     return ParseHexadecimal(text.substr(2));
 
-  std::string plain;  // the same number as from_chars reads it
+  std::string plain;  // the same number as ReadFloating reads it
   std::size_t at = 0;
   if (at < text.size() && (text[at] == '+' || text[at] == '-')) {
     if (text[at] == '-') plain += '-';
@@ -96,14 +79,7 @@ std::optional<double> ParseNumber(std::string_view text) {
   }
   if (at != text.size()) return std::nullopt;
 
-  double number = 0;
-  const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), number);
-  if (error == std::errc::result_out_of_range) {
-    const double beyond = IsTooLarge(plain) ? std::numeric_limits<double>::infinity() : 0.0;
-    return plain.starts_with('-') ? -beyond : beyond;
-  }
-  if (error != std::errc() || end != plain.data() + plain.size()) return std::nullopt;
-  return number;
+  return ReadFloating(plain);
 }
 
 std::string ToText(const Variant& value) {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <ctime>
@@ -14,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/values/Floating.h"
 #include "common/values/Variant.h"
 #include "tests/core/ValueDefinitions.h"
 
@@ -56,21 +56,16 @@ inline std::string FormatNumberByDefinition(double number, const std::vector<Pat
   // The number's digits and where its point is: all of a whole number, else as it reads.
   char buffer[400];
   std::string digits;
-  int point = 0;
+  std::size_t whole = 0;
   if (number == std::trunc(number)) {
     std::snprintf(buffer, sizeof buffer, "%.0f", std::abs(number));
     digits = buffer;
-    point = static_cast<int>(digits.size());
+    whole = digits.size();
   } else {
-    digits.assign(buffer, std::to_chars(buffer, buffer + sizeof buffer, std::abs(number),
-                                        std::chars_format::scientific)
-                              .ptr);
-    point = std::stoi(digits.substr(digits.find('e') + 1)) + 1;
-    digits.erase(digits.find('e'));
+    digits = ShortestFixedText(std::abs(number));
+    whole = digits.find('.');
     std::erase(digits, '.');
   }
-  for (; point < 1; ++point) digits.insert(0, "0");
-  const auto whole = static_cast<std::size_t>(point);
   const std::size_t kept = whole + askedDecimals.size();
   digits.resize(std::max({digits.size(), whole, kept + 1}), '0');
   const bool up = digits[kept] >= '5';

@@ -1,0 +1,128 @@
+#include "common/values/Floating.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <system_error>
+
+#ifndef __cpp_lib_to_chars  // this library has them for whole numbers only
+#include <ios>
+#include <locale>
+#include <sstream>
+#endif
+
+namespace kvo {
+
+#ifdef __cpp_lib_to_chars
+
+namespace {
+
+// Of a number that no double holds: whether it is too large, not too small. Its first digit
+// decides: whether the exponent moves it in front of the point.
+bool IsTooLarge(std::string_view text) {
+  const std::string_view mantissa = text.substr(0, text.find('e'));
+  std::string_view exponent = text.substr(mantissa.size());
+  for (const char c : {'e', '+'})
+    if (exponent.starts_with(c)) exponent.remove_prefix(1);
+  std::int64_t places = 0;
+  const auto read = std::from_chars(exponent.data(), exponent.data() + exponent.size(), places);
+  if (read.ec == std::errc::result_out_of_range) return !exponent.starts_with('-');
+  const auto first = static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
+  const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
+  return places > first - point;
+}
+
+}  // namespace
+
+double ReadFloating(std::string_view text) {
+  double number = 0;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (read.ec != std::errc::result_out_of_range) return number;
+  const double beyond = IsTooLarge(text) ? std::numeric_limits<double>::infinity() : 0.0;
+  return text.starts_with('-') ? -beyond : beyond;
+}
+
+std::string ShortestText(double number) {
+  char buffer[32];
+  return {buffer, std::to_chars(buffer, buffer + sizeof buffer, number).ptr};
+}
+
+std::string ShortestFixedText(double number) {
+  char buffer[400];
+  const auto end = std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::fixed);
+  return {buffer, end.ptr};
+}
+
+#else
+
+namespace {
+
+std::string Written(double number, std::ios::fmtflags format, int decimals) {
+  std::ostringstream out;
+  out.imbue(std::locale::classic());
+  out.setf(format, std::ios::floatfield);
+  out.precision(decimals);
+  out << number;
+  return out.str();
+}
+
+// "d.ddde+xx" with the fewest digits that read as the number.
+std::string ShortestScientific(double number) {
+  for (int decimals = 0;; ++decimals) {
+    std::string text = Written(number, std::ios::scientific, decimals);
+    if (decimals == 16 || ReadFloating(text) == number) return text;
+    // A power of two has less room below it than above: the next decimal up may read as the number
+    // where the nearest does not.
+    int exponent = 0;
+    if (std::abs(std::frexp(number, &exponent)) != 0.5) continue;
+    std::size_t last = text.find('e') - 1;
+    if (text[last] == '9') continue;
+    ++text[last];
+    if (ReadFloating(text) == number) return text;
+  }
+}
+
+}  // namespace
+
+double ReadFloating(std::string_view text) {
+  std::istringstream in{std::string(text)};
+  in.imbue(std::locale::classic());
+  double number = 0;
+  in >> number;
+  if (in.fail() && std::abs(number) == std::numeric_limits<double>::max())
+    return number * std::numeric_limits<double>::infinity();
+  return number;
+}
+
+std::string ShortestFixedText(double number) {
+  if (!std::isfinite(number)) return ShortestText(number);
+  std::string text = ShortestScientific(number);
+  const std::size_t e = text.find('e');
+  const int exponent = std::stoi(text.substr(e + 1));
+  text.resize(e);
+  std::erase(text, '.');
+  const bool negative = text.starts_with('-');
+  if (negative) text.erase(0, 1);
+  const int digits = static_cast<int>(text.size());
+  // Of a whole number that has more places, all digits count.
+  if (exponent >= digits) return Written(number, std::ios::fixed, 0);
+  if (exponent < 0)
+    text.insert(0, "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0'));
+  else if (exponent < digits - 1)
+    text.insert(static_cast<std::size_t>(exponent) + 1, ".");
+  return negative ? '-' + text : text;
+}
+
+std::string ShortestText(double number) {
+  if (std::isnan(number)) return std::signbit(number) ? "-nan" : "nan";
+  if (std::isinf(number)) return number < 0 ? "-inf" : "inf";
+  std::string scientific = ShortestScientific(number);
+  std::string fixed = ShortestFixedText(number);
+  return fixed.size() <= scientific.size() ? fixed : scientific;
+}
+
+#endif
+
+}  // namespace kvo
