@@ -49,14 +49,16 @@ constexpr FieldType kFieldTypes[] = {
 constexpr std::array kUnlistedTypes = {2, 4, 5};
 
 const FieldType* FindFieldType(std::int32_t dataType) {
-  const auto* type = std::ranges::find(kFieldTypes, dataType, &FieldType::dataType);
+  const auto* type = std::find_if(std::begin(kFieldTypes), std::end(kFieldTypes),
+                                  [&](const FieldType& each) { return each.dataType == dataType; });
   return type == std::end(kFieldTypes) ? nullptr : type;
 }
 
 const Operator* FindOperator(const ComboBox::Row* row) {
   if (row == nullptr) return nullptr;
-  const auto* found = std::ranges::find_if(
-      kAll, [row](const Operator& candidate) { return candidate.key == row->key; });
+  const auto* found = std::find_if(kAll.begin(), kAll.end(), [row](const Operator& candidate) {
+    return candidate.key == row->key;
+  });
   return found == kAll.end() ? nullptr : found;
 }
 
@@ -84,9 +86,11 @@ void frmExpressionBuilder::Init() {
   ForEach(*ToObject(Office->Get("ContactFields")), [&](const Variant& element) {
     const ObjectRef field = ToObject(element);
     const std::int32_t dataType = ToInteger(field->Get("DataType"));
-    if (std::ranges::find(kUnlistedTypes, dataType) != kUnlistedTypes.end()) return;
+    if (std::find(kUnlistedTypes.begin(), kUnlistedTypes.end(), dataType) != kUnlistedTypes.end())
+      return;
     const std::string key = ToText(field->Get("SQLName"));
-    if (std::ranges::find(cboFields.Rows(), key, &ComboBox::Row::key) == cboFields.Rows().end())
+    const auto isListed = [&](const ComboBox::Row& row) { return row.key == key; };
+    if (std::none_of(cboFields.Rows().begin(), cboFields.Rows().end(), isListed))
       cboFields.AddItem(key, ToText(field->Get("DisplayName")));
   });
   if (!cboFields.Rows().empty()) cboFields.ListIndex(0);

@@ -30,8 +30,8 @@ void propProdListGeneral::SelectionChanged() {
 }
 
 std::string propProdListGeneral::KnownThumbnail(std::string value) {
-  const bool known =
-      std::ranges::find(kThumbnails, value, &Thumbnail::value) != std::end(kThumbnails);
+  const bool known = std::any_of(std::begin(kThumbnails), std::end(kThumbnails),
+                                 [&](const Thumbnail& row) { return row.value == value; });
   return known ? std::move(value) : std::string(kLeft.value);
 }
 

@@ -17,7 +17,7 @@ void Raise(const Handler<Sender>& handler, Sender& sender) {
 }  // namespace
 
 std::size_t CharacterCount(std::string_view text) {
-  return static_cast<std::size_t>(std::ranges::count_if(text, BeginsCharacter));
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), BeginsCharacter));
 }
 
 std::size_t CharacterOffset(std::string_view text, std::size_t character) {
@@ -165,8 +165,8 @@ int ComboBox::RowOf(std::string_view key) const {
 
 void ComboBox::TextAssigned(std::string text) {
   if (editable_) return Hold(kNoRow, std::move(text));
-  const auto row =
-      std::ranges::find_if(rows_, [&](const Row& candidate) { return candidate.text == text; });
+  const auto row = std::find_if(rows_.begin(), rows_.end(),
+                                [&](const Row& candidate) { return candidate.text == text; });
   if (row == rows_.end())
     throw RuntimeError(ErrorNumber::invalidCall, std::string(Name()) + ".Text");
   ListIndex(static_cast<int>(row - rows_.begin()));

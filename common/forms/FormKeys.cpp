@@ -27,7 +27,7 @@ OptionButton* NextOption(const OptionButton& button, int step) {
     if (auto* option = dynamic_cast<OptionButton*>(control); option && option->IsReachable())
       group.push_back(option);
   const auto count = static_cast<std::ptrdiff_t>(group.size());
-  const auto at = std::ranges::find(group, &button) - group.begin();
+  const auto at = std::find(group.begin(), group.end(), &button) - group.begin();
   if (at == count) return nullptr;
   return group[static_cast<std::size_t>((at + step + count) % count)];
 }

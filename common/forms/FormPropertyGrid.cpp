@@ -57,7 +57,8 @@ PropertyGridItem& PropertyGrid::Add(PropertyGridItem::Design design) {
 }
 
 void PropertyGrid::Remove(const PropertyGridItem& item) {
-  const auto at = std::ranges::find(items_, &item, &std::unique_ptr<PropertyGridItem>::get);
+  const auto at = std::find_if(items_.begin(), items_.end(),
+                               [&](const auto& each) { return each.get() == &item; });
   if (at == items_.end()) throw RuntimeError(ErrorNumber::invalidCall, std::string(Name()));
   if (selected_ == at->get()) selected_ = nullptr;
   const auto removed = std::move(*at);  // lives until the renderer was told

@@ -104,7 +104,7 @@ void FormRenderer::PressDelete(PropertyGrid& grid) {
 }
 
 void FormRenderer::SelectRows(Grid& grid, std::vector<std::size_t> rows) {
-  std::ranges::sort(rows);
+  std::sort(rows.begin(), rows.end());
   rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
   std::erase_if(rows, [&](std::size_t row) { return row >= grid.RowCount(); });
   if (grid.selectedRows_ == rows) return;

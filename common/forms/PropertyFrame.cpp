@@ -52,7 +52,7 @@ bool PropertyFrame::IsToApply(const Tab& tab) const {
 
 std::size_t PropertyFrame::PagesToApply() const {
   return static_cast<std::size_t>(
-      std::ranges::count_if(tabs_, [this](const Tab& tab) { return IsToApply(tab); }));
+      std::count_if(tabs_.begin(), tabs_.end(), [this](const Tab& tab) { return IsToApply(tab); }));
 }
 
 bool PropertyFrame::Apply() {

@@ -77,7 +77,7 @@ int ShownText::ToWidget(std::size_t character) const {
 }
 
 std::size_t ShownText::ToForm(int position) const {
-  const auto behind = std::ranges::upper_bound(begins_, position);
+  const auto behind = std::upper_bound(begins_.begin(), begins_.end(), position);
   return behind == begins_.begin() ? 0 : static_cast<std::size_t>(behind - begins_.begin() - 1);
 }
 

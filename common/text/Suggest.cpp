@@ -74,7 +74,7 @@ std::size_t EditDistance(std::string_view a, std::string_view b, std::size_t lim
 
 std::string Folded(std::string_view text) {
   std::string folded(text);
-  std::ranges::transform(folded, folded.begin(), LowerAscii);
+  std::transform(folded.begin(), folded.end(), folded.begin(), LowerAscii);
   return folded;
 }
 

@@ -33,7 +33,7 @@ constexpr std::array kEntities = {Token{"<", "&lt;"}, Token{">", "&gt;"}, Token{
 struct Replacement {
   constexpr Replacement() = default;
   constexpr explicit Replacement(std::string_view of) : size(static_cast<std::uint8_t>(of.size())) {
-    std::ranges::copy(of, text.begin());
+    std::copy(of.begin(), of.end(), text.begin());
   }
 
   std::array<char, 15> text{};
@@ -110,7 +110,7 @@ std::uint8_t Component(int value) { return static_cast<std::uint8_t>(std::min(va
 
 bool ParseHexColor(std::string_view text, std::array<std::uint8_t, 3>& parts) {
   if (text.size() != 7 || text[0] != '#') return false;
-  if (!std::ranges::all_of(text.substr(1), IsHexDigit)) return false;
+  if (!std::all_of(text.begin() + 1, text.end(), IsHexDigit)) return false;
   for (std::size_t i = 0; i < parts.size(); ++i)
     parts[i] = Component(HexToInt(text.substr(1 + 2 * i, 2)));
   return true;
@@ -197,8 +197,9 @@ void AppendDecodeMarkupTokens(std::string& out, std::string_view text) {
     if (at - copied <= kMark) continue;
     const std::size_t begin = at - kTokenPrefix.size();
     const std::string_view rest = text.substr(begin);
-    const auto* const token = std::ranges::find_if(
-        kTokens, [&](const Token& candidate) { return rest.starts_with(candidate.token); });
+    const auto* const token =
+        std::find_if(kTokens.begin(), kTokens.end(),
+                     [&](const Token& candidate) { return rest.starts_with(candidate.token); });
     if (token == kTokens.end()) continue;
     copyTo(begin);
     out += token->text;

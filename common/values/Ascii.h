@@ -20,7 +20,8 @@ constexpr bool IsHexDigit(char c) {
 }
 
 constexpr bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, {}, LowerAscii, LowerAscii);
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
 }
 
 }  // namespace kvo

@@ -1,11 +1,15 @@
 #include "document/page/AccessList.h"
 
+#ifdef __linux__
 #include <sys/types.h>
 #include <sys/xattr.h>
 
 #include <cerrno>
+#endif
 
 namespace kvo::page {
+
+#ifdef __linux__
 namespace {
 
 // Under this name the system hands out the list as a whole, so that it is copied as it is.
@@ -26,5 +30,8 @@ int CopyAccessList(const std::string& from, int to) {
   if (getxattr(from.c_str(), kAccessList, list.data(), list.size()) != size) return EIO;
   return fsetxattr(to, kAccessList, list.data(), list.size(), 0) == 0 ? 0 : errno;
 }
+#else
+int CopyAccessList(const std::string& /*from*/, int /*to*/) { return 0; }  // there are none
+#endif
 
 }  // namespace kvo::page

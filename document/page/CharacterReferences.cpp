@@ -21,7 +21,10 @@ constexpr NamedReference kNamed[] = {
 constexpr std::size_t kLongestName = sizeof(NamedReference::name) - 1;
 
 constexpr std::string_view NameOf(const NamedReference& row) { return row.name; }
-static_assert(std::ranges::is_sorted(kNamed, {}, NameOf));
+static_assert(std::is_sorted(std::begin(kNamed), std::end(kNamed),
+                             [](const NamedReference& a, const NamedReference& b) {
+                               return NameOf(a) < NameOf(b);
+                             }));
 
 // What the numbers 0x80 to 0x9F stand for: the characters of windows-1252, where it has one.
 constexpr std::array<char32_t, 32> kC1 = {
@@ -68,7 +71,9 @@ const NamedReference* LongestName(std::string_view text) {
   if (length < text.size() && text[length] == ';') ++length;
   for (; length > 0; --length) {
     const std::string_view name = text.substr(0, length);
-    const auto* row = std::ranges::lower_bound(kNamed, name, {}, NameOf);
+    const auto* row = std::lower_bound(
+        std::begin(kNamed), std::end(kNamed), name,
+        [](const NamedReference& each, std::string_view wanted) { return NameOf(each) < wanted; });
     if (row != std::end(kNamed) && NameOf(*row) == name) return row;
   }
   return nullptr;

@@ -269,11 +269,11 @@ void ControlReader::CheckAttributeNames(std::size_t at) {
     const bool valid = encoding_.Decode(attribute.name, name) == npos;
     if (!valid || !IsWritableName(attribute.name))
       Fail(at, rule::attribute, messages::UnwritableAttribute(ForPeople(attribute.name)));
-    std::ranges::transform(name, name.begin(), LowerAscii);
+    std::transform(name.begin(), name.end(), name.begin(), LowerAscii);
     names.push_back(std::move(name));
   }
-  std::ranges::sort(names);
-  for (auto twin = std::ranges::adjacent_find(names); twin != names.end();
+  std::sort(names.begin(), names.end());
+  for (auto twin = std::adjacent_find(names.begin(), names.end()); twin != names.end();
        twin = std::adjacent_find(twin + 1, names.end()))
     Fail(at, rule::attribute, messages::DuplicateAttribute(*twin));
 }
@@ -418,7 +418,8 @@ std::size_t ControlReader::FindSpanEnd(std::size_t from, std::size_t number) {
     if (end == npos) IndexSpanEnds(from);
     return end;
   }
-  const auto entry = std::ranges::lower_bound(*spanEnds_, SpanEndEntry(number, from));
+  const auto entry =
+      std::lower_bound(spanEnds_->begin(), spanEnds_->end(), SpanEndEntry(number, from));
   return entry != spanEnds_->end() && entry->first == number ? entry->second : npos;
 }
 
@@ -430,7 +431,7 @@ void ControlReader::IndexSpanEnds(std::size_t from) {
     const std::size_t number = TakeNumber(rest);
     if (number != 0 && rest.starts_with(kCommentEnd)) spanEnds_->push_back({number, at});
   }
-  std::ranges::sort(*spanEnds_);
+  std::sort(spanEnds_->begin(), spanEnds_->end());
 }
 
 }  // namespace kvo::page

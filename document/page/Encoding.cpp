@@ -115,7 +115,7 @@ std::string_view WithoutSpace(std::string_view text) {
 
 // Whether it holds characters that no encoding's name has, as the tags of all templates do.
 bool IsTemplateTag(std::string_view name) {
-  return !std::ranges::all_of(name, [](char c) {
+  return !std::all_of(name.begin(), name.end(), [](char c) {
     return IsLetter(c) || (c >= '0' && c <= '9') || IsHtmlSpace(c) ||
            std::string_view("-_.:+()").find(c) != npos;
   });
@@ -190,7 +190,7 @@ class DeclarationFinder {
     std::vector<std::string> seen;
     while (NextAttribute()) {
       const std::string name = Lower(name_);
-      if (std::ranges::find(seen, name) != seen.end()) continue;
+      if (std::find(seen.begin(), seen.end(), name) != seen.end()) continue;
       seen.push_back(name);
       if (name == "http-equiv") {
         isContentType = Lower(value_) == "content-type";
@@ -281,12 +281,15 @@ SingleByteSet::SingleByteSet(const char* iconvName) {
     if (byte >= 0x80 && decode_[byte] != kNone)
       encode_.push_back({decode_[byte], static_cast<unsigned char>(byte)});
   }
-  std::ranges::sort(encode_, {}, &Row::character);
+  std::sort(encode_.begin(), encode_.end(),
+            [](const Row& a, const Row& b) { return a.character < b.character; });
 }
 
 int SingleByteSet::Encode(char32_t character) const {
   if (character < 0x80) return static_cast<int>(character);
-  const auto row = std::ranges::lower_bound(encode_, character, {}, &Row::character);
+  const auto row =
+      std::lower_bound(encode_.begin(), encode_.end(), character,
+                       [](const Row& each, char32_t wanted) { return each.character < wanted; });
   return row != encode_.end() && row->character == character ? row->byte : -1;
 }
 
@@ -316,7 +319,8 @@ std::optional<PageEncoding> PageEncoding::Declared(std::string_view page) {
   }
   const std::string name = DeclarationFinder(page.substr(0, kDeclarationReach)).Find().name;
   if (name.empty()) return std::nullopt;
-  const auto* label = std::ranges::find(kLabels, name, &Label::name);
+  const auto* label = std::find_if(std::begin(kLabels), std::end(kLabels),
+                                   [&](const Label& each) { return each.name == name; });
   if (label == std::end(kLabels)) {
     encoding.kind_ = Kind::other;
     encoding.name_ = name;

@@ -22,9 +22,13 @@ constexpr std::string_view kStandardStream = "-";
 
 std::string Quoted(std::string_view file) { return '"' + std::string(file) + '"'; }
 
-// What the system says, for failures that have no advice of their own.
+// What the system says, for failures that have no advice of their own; in English, where it can.
 std::string SystemText(int error) {
+#ifdef __GLIBC__
   const char* const text = strerrordesc_np(error);
+#else
+  const char* const text = std::strerror(error);
+#endif
   return text != nullptr ? text : "?";
 }
 

@@ -20,7 +20,8 @@ std::size_t FindIgnoringCase(std::string_view text, std::size_t from, std::size_
                              std::string_view wanted) {
   const std::string_view part = text.substr(0, to);
   const auto* const found =
-      std::ranges::search(part.substr(std::min(from, part.size())), wanted, {}, LowerAscii).begin();
+      std::search(part.begin() + std::min(from, part.size()), part.end(), wanted.begin(),
+                  wanted.end(), [](char c, char lower) { return LowerAscii(c) == lower; });
   return found == part.end() ? npos : static_cast<std::size_t>(found - part.begin());
 }
 

@@ -39,7 +39,9 @@ class FoundBag final : public PropertyBag {
 
  protected:
   std::optional<std::string_view> Find(std::string_view key) override {
-    const auto param = std::ranges::find(control_.params, key, &ReadControl::Param::key);
+    const auto param =
+        std::find_if(control_.params.begin(), control_.params.end(),
+                     [&](const ReadControl::Param& each) { return each.key == key; });
     if (param == control_.params.end()) return std::nullopt;
     return param->value;
   }
@@ -441,8 +443,9 @@ class Writer {
            FindControlCharacter(page_.substr(Found().begin, Found().end - Found().begin)) == npos;
   }
   static std::size_t FindControlCharacter(std::string_view bytes) {
-    const auto* const at = std::ranges::find_if(
-        bytes, [](unsigned char byte) { return byte >= 0x80 && byte <= 0x9F; });
+    const auto* const at = std::find_if(bytes.begin(), bytes.end(), [](unsigned char byte) {
+      return byte >= 0x80 && byte <= 0x9F;
+    });
     return at == bytes.end() ? npos : static_cast<std::size_t>(at - bytes.begin());
   }
   static Unwritable ControlCharacterIn(std::string_view bytes) {

@@ -51,7 +51,8 @@ void ProblemList::Add(std::size_t offset, std::string_view rule, Subject subject
 }
 
 Problems ProblemList::Take(std::string_view page, const PageEncoding& encoding) {
-  std::ranges::stable_sort(problems_, {}, &Problem::offset);
+  std::stable_sort(problems_.begin(), problems_.end(),
+                   [](const Problem& a, const Problem& b) { return a.offset < b.offset; });
   PlaceFinder places(page, encoding);
   for (Problem& problem : problems_) problem.place = places.At(problem.offset);
   errors_ = 0;

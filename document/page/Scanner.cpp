@@ -221,7 +221,7 @@ bool Scanner::LeaveStartTag(std::size_t at) {
   // In HTML the slash of "<title/>" means nothing.
   if (closesItself && HasCData()) return false;
   const auto isNamed = [&](std::string_view wanted) { return EqualIgnoringCase(name, wanted); };
-  const auto* const raw = std::ranges::find_if(kRawText, isNamed);
+  const auto* const raw = std::find_if(std::begin(kRawText), std::end(kRawText), isNamed);
   if (raw == std::end(kRawText)) return false;
   rawText_ = *raw;
   if (rawText_ == kPlainText)

@@ -120,8 +120,8 @@ Surroundings SurroundingsAt(const Page& page, std::size_t position) {
 
 Pasting PastingOf(const Surroundings& place, std::string_view runtimeText) {
   const auto holds = [&](std::string_view text) { return runtimeText.find(text) != npos; };
-  const bool hasControlCharacter =
-      std::ranges::any_of(runtimeText, [](unsigned char c) { return c < ' ' || c == 0x7F; });
+  const bool hasControlCharacter = std::any_of(
+      runtimeText.begin(), runtimeText.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; });
   if (hasControlCharacter || !IsOneTag(runtimeText)) return Pasting::no;
   switch (place.kind) {
     case Kind::content:

@@ -54,7 +54,8 @@ class MouseDown {
 }  // namespace
 
 void FormUser::Choose(ComboBox& box, std::string_view text) {
-  const auto row = std::ranges::find(box.Rows(), text, &ComboBox::Row::text);
+  const auto row = std::find_if(box.Rows().begin(), box.Rows().end(),
+                                [&](const ComboBox::Row& each) { return each.text == text; });
   if (row == box.Rows().end()) Cannot(box, "has no row \"" + std::string(text) + '"');
   Choose(box, static_cast<int>(row - box.Rows().begin()));
 }
@@ -124,8 +125,8 @@ void HeadlessUser::MoveFocus(bool backwards) {
   for (FormControl* control : Shown().AllControls())
     if (control == Shown().Focused() || IsTabStop(*control)) stops.push_back(control);
   if (stops.empty()) return;
-  if (backwards) std::ranges::reverse(stops);
-  auto next = std::ranges::find(stops, Shown().Focused());
+  if (backwards) std::reverse(stops.begin(), stops.end());
+  auto next = std::find(stops.begin(), stops.end(), Shown().Focused());
   if (next != stops.end()) ++next;
   FormControl& entered = **(next == stops.end() ? stops.begin() : next);
   if (entered.IsReachable())

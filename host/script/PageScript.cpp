@@ -244,7 +244,7 @@ class Performance final : private PropertyFrame::Window {
   }
 
   void PageCommand(Words words) {
-    auto found = std::ranges::find(pageNames_, words[0]);
+    auto found = std::find(pageNames_.begin(), pageNames_.end(), words[0]);
     if (frame_ != nullptr && found == pageNames_.end()) {
       // Any page can be shown for any object, named by it or not.
       std::vector<ObjectRef> objects = Objects(opened_);
@@ -339,7 +339,8 @@ class Performance final : private PropertyFrame::Window {
   void TypeCommand(Words words) { User().Type(words[0]); }
   void PressCommand(Words words) {
     for (const std::string& word : words) {
-      const auto* named = std::ranges::find(kKeys, word, &NamedKey::name);
+      const auto* named = std::find_if(std::begin(kKeys), std::end(kKeys),
+                                       [&](const NamedKey& each) { return each.name == word; });
       if (named == std::end(kKeys))
         Fail({"Die Taste „{}“ gibt es nicht.", "There is no key \"{}\"."}, {word});
       User().Press(named->key);
@@ -422,7 +423,8 @@ class Performance final : private PropertyFrame::Window {
     ControlState state = StateOf(Named(words[0].substr(0, slash)));
     if (slash != std::string::npos) {
       const std::string part = words[0].substr(slash + 1);
-      auto found = std::ranges::find(state.parts, part, &ControlState::name);
+      auto found = std::find_if(state.parts.begin(), state.parts.end(),
+                                [&](const ControlState& each) { return each.name == part; });
       if (found == state.parts.end() && part.starts_with('#')) {
         const std::size_t number = ToNumber(part.substr(1));
         if (number < state.parts.size())
@@ -467,7 +469,9 @@ class Performance final : private PropertyFrame::Window {
     MemoryBag bag;
     ControlNamed(words[0])->WriteProperties(bag);
     const auto& entries = bag.Entries();
-    const auto entry = std::ranges::find(entries, words[1], &MemoryBag::Entry::first);
+    const auto entry =
+        std::find_if(entries.begin(), entries.end(),
+                     [&](const MemoryBag::Entry& each) { return each.first == words[1]; });
     if (words.size() == 2) {
       if (entry == entries.end()) return;
       Fail(
