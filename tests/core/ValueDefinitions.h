@@ -24,7 +24,8 @@ inline std::string WithoutBlanks(std::string text) {
 
 inline std::string LowerByDefinition(std::string text) {
   for (std::size_t i = 0; i < 26; ++i)
-    std::ranges::replace(text, "ABCDEFGHIJKLMNOPQRSTUVWXYZ"[i], "abcdefghijklmnopqrstuvwxyz"[i]);
+    std::replace(text.begin(), text.end(), "ABCDEFGHIJKLMNOPQRSTUVWXYZ"[i],
+                 "abcdefghijklmnopqrstuvwxyz"[i]);
   return text;
 }
 

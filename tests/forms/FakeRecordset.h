@@ -62,7 +62,8 @@ class FakeRecordset final : public Object {
     table_.Access();
     if (name == "Open" && arguments.size() == 5) {
       source_ = ToText(arguments[0]);
-      table_.opened.push_back({source_, arguments[1], {arguments.begin() + 2, arguments.end()}});
+      table_.opened.push_back({source_, arguments[1], {}});
+      table_.opened.back().numbers.assign(arguments.begin() + 2, arguments.end());
       return {};
     }
     if (name == "Move" && arguments.size() == 2 && ToInteger(arguments[1]) == 1) {

@@ -66,7 +66,8 @@ class Misplaced : public PageTest, public ::testing::WithParamInterface<HiddenPl
   }
   std::size_t Count() const {
     return static_cast<std::size_t>(
-        std::ranges::count(problems, rule::misplacedControl, &Problem::rule));
+        std::count_if(problems.begin(), problems.end(),
+                      [](const Problem& each) { return each.rule == rule::misplacedControl; }));
   }
 };
 

@@ -27,7 +27,8 @@ TEST_P(Scanning, FindsExactlyTheControls) {
   const std::string page = WithControls(GetParam().page);
   EXPECT_EQ(ValuesIn(page), GetParam().found) << page;
   // The others are all where none can stand.
-  const auto written = static_cast<std::size_t>(std::ranges::count(GetParam().page, '@'));
+  const auto written =
+      static_cast<std::size_t>(std::count(GetParam().page.begin(), GetParam().page.end(), '@'));
   const Problems misplaced = Inspect(Page(page)).problems;
   EXPECT_EQ(misplaced.size(), written - GetParam().found.size());
   for (const Problem& problem : misplaced) EXPECT_EQ(problem.rule, rule::misplacedControl);

@@ -52,7 +52,7 @@ inline std::vector<std::string> ScriptNames() {
   std::vector<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(ScriptFolder()))
     if (entry.path().extension() == ".txt") names.push_back(entry.path().stem().string());
-  std::ranges::sort(names);
+  std::sort(names.begin(), names.end());
   return names;
 }
 

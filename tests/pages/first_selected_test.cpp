@@ -166,7 +166,10 @@ INSTANTIATE_TEST_SUITE_P(Every, FirstSelected, testing::ValuesIn(kEdits),
 
 TEST(FirstSelectedTable, HasEveryPage) {
   for (const RegisteredPage& page : RegisteredPages())
-    EXPECT_EQ(std::ranges::count(kEdits, page.name, &Edit::page), 1) << page.name;
+    EXPECT_EQ(std::count_if(std::begin(kEdits), std::end(kEdits),
+                            [&](const Edit& edit) { return edit.page == page.name; }),
+              1)
+        << page.name;
 }
 
 TEST(FirstSelectedOffice, IsTheOneThatTheBuilderGets) {
@@ -198,7 +201,7 @@ TEST(FirstSelectedOffice, IsTheOneThatTheBuilderGets) {
     user.Click(page.cmdShowExpressionBuilder);
     EXPECT_EQ(opened, 1);
     EXPECT_EQ(office.use_count(), held);  // the dialog has given it back
-    std::ranges::reverse(objects);
+    std::reverse(objects.begin(), objects.end());
   }
 }
 

@@ -172,7 +172,7 @@ TEST_F(Layout, FormsAreSetInTahomaOfEightAndAQuarterPointAndMarkupInCourierNewOf
     for (FormControl* control : form.form->AllControls()) {
       const std::string name = form.name + "." + std::string(control->Name());
       SCOPED_TRACE(name);
-      const bool isMarkup = std::ranges::count(markup, name) > 0;
+      const bool isMarkup = std::count(std::begin(markup), std::end(markup), name) > 0;
       found += isMarkup ? 1 : 0;
       EXPECT_EQ(control->TextFont().family, isMarkup ? "Courier New" : "Tahoma");
       EXPECT_EQ(control->TextFont().points, isMarkup ? 9 : 8.25);
@@ -187,7 +187,7 @@ TEST_F(Layout, ClassIdsOfPagesAreUniqueAndInRegistryForm) {
   for (const RegisteredControl& control : RegisteredControls()) ids.push_back(control.classId);
   for (const std::string_view id : ids) {
     EXPECT_EQ(id.size(), 38U);
-    EXPECT_EQ(std::ranges::count(ids, id), 1) << id;
+    EXPECT_EQ(std::count(ids.begin(), ids.end(), id), 1) << id;
     EXPECT_EQ(id.find_first_not_of("{}-0123456789ABCDEF"), std::string_view::npos) << id;
   }
 }

@@ -27,8 +27,8 @@ INSTANTIATE_TEST_SUITE_P(Scripts, Conversation, testing::ValuesIn(ScriptNames())
 TEST(PageScript, ThereIsAConversationForEveryPageAndTheDialog) {
   const auto names = ScriptNames();
   for (const RegisteredPage& page : RegisteredPages())
-    EXPECT_TRUE(std::ranges::binary_search(names, page.name)) << page.name;
-  EXPECT_TRUE(std::ranges::binary_search(names, "frmExpressionBuilder"));
+    EXPECT_TRUE(std::binary_search(names.begin(), names.end(), page.name)) << page.name;
+  EXPECT_TRUE(std::binary_search(names.begin(), names.end(), "frmExpressionBuilder"));
 }
 
 // A script that has to stop: the line, and a piece of the message.

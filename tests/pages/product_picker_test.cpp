@@ -312,7 +312,7 @@ TEST_F(ProductPicker, AnotherSearchColumnRestartsTheTimerOnlyWhileThereIsAText) 
   user.Choose(SearchIn(), "Beschreibung");
   EXPECT_TRUE(page.timerAutomaticSearch.IsRunning());
   const SeeingUser::Seen restarted = {"timerAutomaticSearch", Aspect::timer};
-  EXPECT_EQ(std::ranges::count(user.seen, restarted), 2);  // stopped and started
+  EXPECT_EQ(std::count(user.seen.begin(), user.seen.end(), restarted), 2);  // stopped and started
 }
 
 TEST_F(ProductPicker, EditsTheProductList) {

@@ -131,7 +131,7 @@ TEST_F(PropertyOrderHost, IsReadFromWhatAPageDeclares) {
       CreatePage(name)->Select({control});
       for (const PropertyRow& row : contract.properties) {
         if (row.type == PropertyType::object) continue;
-        const bool isRead = std::ranges::count(control->read, row.name) > 0;
+        const bool isRead = std::count(control->read.begin(), control->read.end(), row.name) > 0;
         EXPECT_EQ(CreatePage(name)->Shows(row.name), isRead)
             << contract.name << " " << name << " " << row.name;
         shown += isRead ? 1 : 0;
@@ -149,7 +149,10 @@ TEST_F(PropertyOrderHost, IsAskedForInAnyCase) {
 
 TEST(PropertyOrderTable, HasEveryPage) {
   for (const RegisteredPage& page : RegisteredPages())
-    EXPECT_EQ(std::ranges::count(kOrders, page.name, &Order::page), 1) << page.name;
+    EXPECT_EQ(std::count_if(std::begin(kOrders), std::end(kOrders),
+                            [&](const Order& order) { return order.page == page.name; }),
+              1)
+        << page.name;
 }
 
 }  // namespace
