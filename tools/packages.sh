@@ -47,6 +47,9 @@ windows_test_packages=(wine64 fonts-wine xvfb locales googletest)
 # programs.
 windows_x86_test_packages=(debootstrap xvfb googletest)
 i386_packages=(wine wine32 fonts-wine locales)
+# What it takes to build the core for WebAssembly and test it under Node. GoogleTest's sources are
+# built for it.
+web_packages=(emscripten nodejs googletest)
 # What it takes to fuzz, beside building: libFuzzer and the sanitizers' runtime come with clang.
 fuzz_packages=(clang libclang-rt-dev)
 # What it takes to measure everything, with what it is measured against.
