@@ -71,6 +71,10 @@ const char* SkipTag(const char* name, const char* end, TagPlaces& places) {
   return end;
 }
 
+std::string_view Between(const char* begin, const char* end) {
+  return {begin, static_cast<std::size_t>(end - begin)};
+}
+
 }  // namespace
 
 bool TagReader::Next(RawAttribute& attribute) {
@@ -92,7 +96,7 @@ bool TagReader::Next(RawAttribute& attribute) {
   // The first character of a name may be anything, "=" included.
   const char* const name = at;
   at = FindEnd<'/', '='>(at + 1, end);
-  attribute = {{name, at}, {}, false};
+  attribute = {Between(name, at), {}, false};
   at = SkipSpace(at, end);
   if (at == end) return cutOff();
   goTo(at);
@@ -105,7 +109,7 @@ bool TagReader::Next(RawAttribute& attribute) {
   if (isQuoted) ++at;
   const char* const value = at;
   at = isQuoted ? std::find(at, end, quote) : FindEnd(at, end);
-  attribute.value = {value, at};
+  attribute.value = Between(value, at);
   if (at == end) return cutOff();
   goTo(isQuoted ? at + 1 : at);
   return true;
