@@ -1,48 +1,29 @@
 #include "common/values/Floating.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdint>
 #include <limits>
-#include <system_error>
-
-#ifndef __cpp_lib_to_chars  // this library has them for whole numbers only
-#include <ios>
 #include <locale>
 #include <sstream>
-#endif
+#include <system_error>
 
 namespace kvo {
 
-#ifdef __cpp_lib_to_chars
-
-namespace {
-
-// Of a number that no double holds: whether it is too large, not too small. Its first digit
-// decides: whether the exponent moves it in front of the point.
-bool IsTooLarge(std::string_view text) {
-  const std::string_view mantissa = text.substr(0, text.find('e'));
-  std::string_view exponent = text.substr(mantissa.size());
-  for (const char c : {'e', '+'})
-    if (exponent.starts_with(c)) exponent.remove_prefix(1);
-  std::int64_t places = 0;
-  const auto read = std::from_chars(exponent.data(), exponent.data() + exponent.size(), places);
-  if (read.ec == std::errc::result_out_of_range) return !exponent.starts_with('-');
-  const auto first = static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
-  const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
-  return places > first - point;
-}
-
-}  // namespace
-
 double ReadFloating(std::string_view text) {
   double number = 0;
+#ifdef __cpp_lib_to_chars  // else the library has them for whole numbers only
   const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (read.ec != std::errc::result_out_of_range) return number;
-  const double beyond = IsTooLarge(text) ? std::numeric_limits<double>::infinity() : 0.0;
-  return text.starts_with('-') ? -beyond : beyond;
+  if (read.ec == std::errc()) return number;  // else it does not tell too large from too small
+#endif
+  std::istringstream in{std::string(text)};
+  in.imbue(std::locale::classic());
+  in >> number;
+  if (in.fail() && std::abs(number) == std::numeric_limits<double>::max())
+    return number * std::numeric_limits<double>::infinity();
+  return number;
 }
+
+#ifdef __cpp_lib_to_chars
 
 std::string ShortestText(double number) {
   char buffer[32];
@@ -85,16 +66,6 @@ std::string ShortestScientific(double number) {
 }
 
 }  // namespace
-
-double ReadFloating(std::string_view text) {
-  std::istringstream in{std::string(text)};
-  in.imbue(std::locale::classic());
-  double number = 0;
-  in >> number;
-  if (in.fail() && std::abs(number) == std::numeric_limits<double>::max())
-    return number * std::numeric_limits<double>::infinity();
-  return number;
-}
 
 std::string ShortestFixedText(double number) {
   if (!std::isfinite(number)) return ShortestText(number);
