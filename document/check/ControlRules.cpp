@@ -19,9 +19,9 @@ using page::messages::Quoted;
 constexpr std::string_view kPrintTag = "print";
 
 // A property without which a control is of no use.
-void ExpectFilled(const Checked& checked, std::string_view className, std::string_view property,
-                  const Localized& what, const Report& report) {
-  if (!checked.Is(className) || !checked.Text(property).empty()) return;
+void ExpectFilled(const Checked& checked, std::string_view property, const Localized& what,
+                  const Report& report) {
+  if (!checked.Has(property) || !checked.Text(property).empty()) return;
   const std::string name(property);
   report({std::string(what.german) + " Füllen Sie " + name + ".",
           std::string(what.english) + " Fill in " + name + "."});
@@ -31,8 +31,6 @@ void ExpectField(FieldKind kind, const std::string& name, const Checked& checked
                  const Report& report) {
   if (auto message = UnknownFieldMessage(kind, name, checked.fields)) report(std::move(*message));
 }
-
-bool IsField(const Checked& checked) { return checked.Is("DTCContact") || checked.Is("DTCOrder"); }
 
 // Those that the control emits and that are fields for sure, or the others; each once.
 void ExpectReferences(const Checked& checked, bool forSure, const Report& report) {
@@ -45,7 +43,7 @@ void ExpectReferences(const Checked& checked, bool forSure, const Report& report
 }
 
 void UnknownField(const Checked& checked, const Report& report) {
-  if (!IsField(checked)) return ExpectReferences(checked, true, report);
+  if (!checked.Has("Field")) return ExpectReferences(checked, true, report);
   const std::string field = checked.Text("Field");
   if (field.empty()) return;
   ExpectField(checked.Is("DTCOrder") ? FieldKind::order : FieldKind::contact, field, checked,
@@ -53,13 +51,11 @@ void UnknownField(const Checked& checked, const Report& report) {
 }
 
 void UnknownOrderValue(const Checked& checked, const Report& report) {
-  if (!IsField(checked)) ExpectReferences(checked, false, report);
+  if (!checked.Has("Field")) ExpectReferences(checked, false, report);
 }
 
 void OutputWithoutField(const Checked& checked, const Report& report) {
-  const Localized what = {"Es wird kein Feld ausgegeben.", "No field is printed."};
-  for (const std::string_view className : {"DTCContact", "DTCOrder"})
-    ExpectFilled(checked, className, "Field", what, report);
+  ExpectFilled(checked, "Field", {"Es wird kein Feld ausgegeben.", "No field is printed."}, report);
 }
 
 // Where others have it, the template engine takes them for an expression without a value.
@@ -132,7 +128,8 @@ void AttributeFails(const Checked& checked, const Report& report) {
 
 void AttributeChanges(const Checked& checked, const Report& report) {
   if (!checked.Has("AttributesCollection")) return;
-  const auto key = std::ranges::find(checked.found.bag, "attributes", &MemoryBag::Entry::first);
+  const std::string_view stored = checked.found.contract->FindProperty("Attributes")->key;
+  const auto key = std::ranges::find(checked.found.bag, stored, &MemoryBag::Entry::first);
   if (key != checked.found.bag.end() && key->second != checked.Text("Attributes"))
     report(
         {"Leere Attribute am Anfang der Liste gehen beim nächsten Speichern verloren. Löschen "
@@ -185,20 +182,20 @@ void MarkerInContent(const Checked& checked, const Report& report) {
 }
 
 void LinkWithoutAddress(const Checked& checked, const Report& report) {
-  ExpectFilled(checked, "DTCClicktracker", "Href",
-               {"Der Link hat keine Adresse.", "The link has no address."}, report);
+  ExpectFilled(checked, "Href", {"Der Link hat keine Adresse.", "The link has no address."},
+               report);
 }
 void UnsubscribeWithoutRecipient(const Checked& checked, const Report& report) {
-  ExpectFilled(checked, "DTCUnsubscriber", "Recipient",
+  ExpectFilled(checked, "Recipient",
                {"Niemand empfängt die Abmeldungen.", "Nobody receives the unsubscriptions."},
                report);
 }
 void UnsubscribeWithoutSite(const Checked& checked, const Report& report) {
-  if (checked.Is("DTCUnsubscriber") && checked.Text("Site") == "/")
+  if (checked.Has("Site") && checked.Text("Site") == "/")
     report({"Die Bestätigungsseite hat keine Adresse, nur „/“. Füllen Sie Site.",
             "The confirmation page has no address, only \"/\". Fill in Site."});
   ExpectFilled(
-      checked, "DTCUnsubscriber", "Site",
+      checked, "Site",
       {"Die Bestätigungsseite hat keine Adresse.", "The confirmation page has no address."},
       report);
 }
