@@ -21,7 +21,10 @@ class DTCClicktracker final : public ControlOf<DTCClicktracker, LinkBlock> {
   static constexpr std::string_view pages[] = {"propClickGeneral"};
   static constexpr ControlDesign design = {
       .name = "DTCClicktracker",
+      .title = {"Gezählter Link", "Tracked link"},
+      .description = {"Ein Link, dessen Klicks gezählt werden", "A link whose clicks are counted"},
       .basename = "print",  // deliberate: not a name of its own
+      .tagName = "click",
       .box = CaptionBox("ClickCounter", 90, 15, 380),
       .pages = pages,
   };

@@ -21,7 +21,10 @@ class DTCConfig final : public ControlOf<DTCConfig, FieldOutput> {
   // clang-format on
   static constexpr ControlDesign design = {
       .name = "DTCConfig",
+      .title = {"Konfigurationswert", "Configuration item"},
+      .description = {"Ein Wert aus den Einstellungen des Shops", "A value of the shop's settings"},
       .basename = "print",  // deliberate: not a name of its own
+      .tagName = "config",
       .box = SideBySideBox("Config", "lblItem", "company-name", ValueCaption),
   };
 };

@@ -16,6 +16,8 @@ class DTCContact final : public ControlOf<DTCContact, DataField> {
   static constexpr std::string_view pages[] = {"propContactGeneral", "propGeneralFormat"};
   static constexpr ControlDesign design = {
       .name = "DTCContact",
+      .title = {"Kontaktfeld", "Contact field"},
+      .description = {"Ein Feld des Empfängers", "A field of the recipient"},
       .basename = "contact",
       .box = SideBySideBox("Contact", "lblField", "Email", ValueCaption),
       .pages = pages,

@@ -48,7 +48,11 @@ class DTCElement final : public ControlOf<DTCElement> {
   static constexpr std::string_view pages[] = {"propElementProperties", "propGeneralAttributes"};
   static constexpr ControlDesign design = {
       .name = "DTCElement",
+      .title = {"HTML-Element", "HTML element"},
+      .description = {"Ein Element, dessen Attribute Ausdrücke sein können",
+                      "An element whose attributes may be expressions"},
       .basename = "print",  // deliberate: not a name of its own
+      .tagName = "element",
       .box = SideBySideBox("Element", "lblValue", "<Value>", Caption),
       .pages = pages,
   };

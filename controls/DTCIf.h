@@ -40,6 +40,9 @@ class DTCIf final : public ControlOf<DTCIf> {
   static constexpr std::string_view pages[] = {"propIfGeneral"};
   static constexpr ControlDesign design = {
       .name = "DTCIf",
+      .title = {"Wenn/sonst", "If/else"},
+      .description = {"Zeigt je nach Bedingung das eine oder das andere",
+                      "Shows one thing or another, by a condition"},
       .basename = "if",
       .box = SideBySideBox("If", "lblField", "...", Caption),
       .pages = pages,

@@ -10,6 +10,8 @@ class DTCOrder final : public ControlOf<DTCOrder, DataField> {
   static constexpr std::string_view pages[] = {"propOrderGeneral", "propGeneralFormat"};
   static constexpr ControlDesign design = {
       .name = "DTCOrder",
+      .title = {"Bestellfeld", "Order field"},
+      .description = {"Ein Feld der Bestellung", "A field of the order"},
       .basename = "order",
       .box = SideBySideBox("Order", "lblField", "OrderID", ValueCaption),
       .pages = pages,

@@ -44,7 +44,11 @@ class DTCPositionList final : public ControlOf<DTCPositionList> {
   static constexpr std::string_view pages[] = {"propPosListDesign"};
   static constexpr ControlDesign design = {
       .name = "DTCPositionList",
+      .title = {"Bestellpositionen", "Order positions"},
+      .description = {"Die Positionen der Bestellung als Tabelle",
+                      "The positions of the order as a table"},
       .basename = "print",  // deliberate: not a name of its own
+      .tagName = "positionlist",
       .box = TableBox("Position-List"),
       .pages = pages,
   };

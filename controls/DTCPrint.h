@@ -22,6 +22,9 @@ class DTCPrint final : public ControlOf<DTCPrint, FieldOutput> {
   static constexpr std::string_view pages[] = {"propPrintGeneral", "propGeneralFormat"};
   static constexpr ControlDesign design = {
       .name = "DTCPrint",
+      .title = {"Ausdruck", "Expression"},
+      .description = {"Gibt einen Ausdruck aus, auch formatiert",
+                      "Prints an expression, formatted if you like"},
       .basename = "print",
       .box = SideBySideBox("Print", "lblValue", "<Value>", ValueCaption),
       .pages = pages,

@@ -87,7 +87,10 @@ class DTCProductList final : public ControlOf<DTCProductList> {
                                                "propProdListPicker"};
   static constexpr ControlDesign design = {
       .name = "DTCProductList",
+      .title = {"Produkttabelle", "Product table"},
+      .description = {"Ausgewählte Produkte in Spalten", "Chosen products in columns"},
       .basename = "print",  // deliberate: not a name of its own
+      .tagName = "productlist",
       .box = TableBox("Product-List", LayOut),
       .pages = pages,
   };

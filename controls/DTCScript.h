@@ -30,6 +30,9 @@ class DTCScript final : public ControlOf<DTCScript> {
   // clang-format on
   static constexpr ControlDesign design = {
       .name = "DTCScript",
+      .title = {"Skript", "Script"},
+      .description = {"Anweisungen, die beim Versand laufen",
+                      "Statements that run when the mail is sent"},
       .basename = "script",
       .box = SideBySideBox("Script", "lblValue", kNoDescription, Caption),
   };

@@ -21,7 +21,11 @@ class DTCUnsubscriber final : public ControlOf<DTCUnsubscriber, LinkBlock> {
   static constexpr std::string_view pages[] = {"propUnsubGeneral"};
   static constexpr ControlDesign design = {
       .name = "DTCUnsubscriber",
+      .title = {"Abmeldelink", "Unsubscribe link"},
+      .description = {"Damit bestellt der Empfänger den Newsletter ab",
+                      "Lets the recipient cancel the newsletter"},
       .basename = "print",  // deliberate: not a name of its own
+      .tagName = "unsubscribe",
       .box = CaptionBox("Unsubscriber", 75, 0, 380),
       .pages = pages,
   };

@@ -10,7 +10,11 @@ class DTCViewtracker final : public ControlOf<DTCViewtracker> {
   static constexpr std::array<PropertyRow, 0> rows{};
   static constexpr ControlDesign design = {
       .name = "DTCViewtracker",
+      .title = {"Öffnungszähler", "View counter"},
+      .description = {"Zählt, wie oft die Mail geöffnet wird",
+                      "Counts how often the mail is opened"},
       .basename = "print",  // deliberate: not a name of its own
+      .tagName = "viewtracker",
       .box = CaptionBox("ViewCounter", 90, 15, 375),
   };
 };

@@ -28,7 +28,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   MainWindow(QtPlatform& platform, Session::Places places);
   ~MainWindow() override;
 
-  bool UseToolbox(const QString& file);
+  bool UseToolbox(const QString& file);  // empty: the built-in one
 
   Session& Work() { return *session_; }
   PageDocument& Page() { return session_->Page(); }

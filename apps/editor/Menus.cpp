@@ -24,7 +24,6 @@ namespace {
 constexpr char kToolbox[] = "toolbox";
 
 constexpr char kToolboxName[] = "toolbox.json";
-constexpr char kBuiltInToolbox[] = ":/editor/toolbox.json";
 
 }  // namespace
 
@@ -71,7 +70,7 @@ void MainWindow::MakeFileMenu() {
   });
   Action(menu, words::kBuiltInToolbox, {}, [this] {
     QSettings().remove(kToolbox);
-    UseToolbox(kBuiltInToolbox);
+    UseToolbox({});
   });
   menu.addSeparator();
   Action(menu, words::kQuit, QKeySequence("Ctrl+Q"), [this] { close(); });
@@ -206,15 +205,8 @@ void MainWindow::ShowRecent() {
 
 bool MainWindow::UseToolbox(const QString& file) {
   return Guarded([&] {
-    QFile built(file);
-    std::string contents;
-    if (file.startsWith(':')) {
-      built.open(QIODevice::ReadOnly);
-      contents = built.readAll().toStdString();
-    } else {
-      contents = page::ReadFile(FileName(file));
-    }
-    toolbox_->Tools(ReadToolbox(contents, FileName(file)));
+    toolbox_->Tools(file.isEmpty() ? BuiltInTools()
+                                   : ReadToolbox(page::ReadFile(FileName(file)), FileName(file)));
     return true;
   });
 }
@@ -222,8 +214,8 @@ bool MainWindow::UseToolbox(const QString& file) {
 void MainWindow::FolderChanged() {
   QString toolbox = session_->File().Companion(kToolboxName);
   if (toolbox.isEmpty()) toolbox = QSettings().value(kToolbox).toString();
-  if (toolbox.isEmpty() || !QFileInfo::exists(toolbox)) toolbox = kBuiltInToolbox;
-  if (!UseToolbox(toolbox)) UseToolbox(kBuiltInToolbox);
+  if (!QFileInfo::exists(toolbox)) toolbox.clear();
+  if (!UseToolbox(toolbox)) UseToolbox({});
 }
 
 }  // namespace kvo::editor

@@ -66,7 +66,7 @@ class Reader : private office::JsonFileReader {
     if (const JsonNode* description = Find(object, kDescription))
       tool.description = ReadText(*description, PathTo(path, kDescription));
     else if (tool.contract != nullptr)
-      tool.description = FindControlByName(tool.contract->name)->description.In(UserLanguage());
+      tool.description = tool.contract->description.In(UserLanguage());
     if (const JsonNode* icon = Find(object, kIcon))
       if (Is(*icon, Kind::text, office::kTextWanted, PathTo(path, kIcon)))
         tool.icon = (folder_ / icon->text).lexically_normal().string();
@@ -127,6 +127,20 @@ class Reader : private office::JsonFileReader {
 };
 
 }  // namespace
+
+std::vector<Tool> BuiltInTools() {
+  std::vector<Tool> tools;
+  for (const RegisteredControl& registered : RegisteredControls()) {
+    const ControlClass& contract = registered.contract();
+    Tool& tool = tools.emplace_back();
+    tool.contract = &contract;
+    tool.caption = contract.title.In(UserLanguage());
+    tool.description = contract.description.In(UserLanguage());
+    if (!contract.tagName.empty())
+      tool.bag.emplace_back(contract.FindProperty("basename")->key, contract.tagName);
+  }
+  return tools;
+}
 
 std::vector<Tool> ReadToolbox(std::string_view contents, const std::string& file) {
   const std::filesystem::path folder = std::filesystem::absolute(file).parent_path();

@@ -32,6 +32,9 @@ struct Tool {
   std::vector<MemoryBag::Entry> bag;
 };
 
+// One for each class of the library.
+std::vector<Tool> BuiltInTools();
+
 // Reads the contents of a file; `file` is its name. Throws office::JsonFileError.
 std::vector<Tool> ReadToolbox(std::string_view contents, const std::string& file);
 

@@ -11,6 +11,7 @@
 #include "common/frame/DesignBox.h"
 #include "common/frame/PropertyBag.h"
 #include "common/frame/PropertyRow.h"
+#include "common/values/Localized.h"
 #include "common/values/Object.h"
 
 namespace kvo {
@@ -26,7 +27,12 @@ enum class ReadFailure { endsLoad, skipsKey };
 // What a class says of itself beside its rows.
 struct ControlDesign {
   std::string_view name;
+  Localized title;  // for people, and one line about it
+  Localized description;
   std::string_view basename;  // the default of the tag's name
+  // The tag's name that the template engine knows the control by, where that is not the default:
+  // seven classes have that of the print control, which fits none of them.
+  std::string_view tagName{};
   BoxDesign box;
   std::span<const std::string_view> pages{};  // class names, in the order of their tabs
   ReadFailure readFailure = ReadFailure::endsLoad;
@@ -38,6 +44,8 @@ struct ControlClass : ControlDesign {
   std::span<const PropertyRow> bag;         // those with a key, in persisted order
   std::shared_ptr<Control> (*create)();
 
+  // What a new control should have as its basename.
+  std::string_view TagName() const { return tagName.empty() ? basename : tagName; }
   // The row of a property, names without regard to case; nullptr when there is none.
   const PropertyRow* FindProperty(std::string_view propertyName) const;
   const PropertyRow* FindKey(std::string_view key) const;  // keys exactly

@@ -60,8 +60,7 @@ void OutputWithoutField(const Checked& checked, const Report& report) {
 
 // Where others have it, the template engine takes them for an expression without a value.
 void PrintTag(const Checked& checked, const Report& report) {
-  const RegisteredControl* control = FindControlByName(checked.found.contract->name);
-  const std::string_view fitting = TagNameOf(*control);
+  const std::string_view fitting = checked.found.contract->TagName();
   if (fitting == kPrintTag || checked.Text("basename") != kPrintTag || checked.runtimeText.empty())
     return;
   report({"Das Control gibt ein Element " + Quoted(kPrintTag) +

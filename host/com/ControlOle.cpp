@@ -81,7 +81,7 @@ HRESULT ControlOle::GetUserClassID(CLSID* classId) noexcept {
 HRESULT ControlOle::GetUserType(DWORD form, LPOLESTR* name) noexcept {
   if (!Clear(name)) return E_POINTER;
   return Boundary(state_.source, [&] {
-    const std::string_view full = state_.registered.description.In(UserLanguage());
+    const std::string_view full = state_.Contract().description.In(UserLanguage());
     *name = TaskText(ToWide(form == USERCLASSTYPE_FULL ? full : state_.Contract().name));
   });
 }

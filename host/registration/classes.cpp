@@ -33,60 +33,29 @@ namespace {
 constexpr RegisteredControl kControls[] = {
     // clang-format off
     {DTCPrint::Contract, "{6F1B5C0E-6B0A-4B57-9C55-0F6D1C6A7E01}",
-     "{81191E5F-6093-475D-94C5-5D3A193461F1}",
-     {"Gibt einen Ausdruck aus, auch formatiert",
-      "Prints an expression, formatted if you like"}},
+     "{81191E5F-6093-475D-94C5-5D3A193461F1}"},
     {DTCContact::Contract, "{BBA5164F-192A-4168-85B5-1D9488DA3EB8}",
-     "{048BE89D-460F-4F09-8481-E0B36799F36D}",
-     {"Ein Feld des Empfängers",
-      "A field of the recipient"}},
+     "{048BE89D-460F-4F09-8481-E0B36799F36D}"},
     {DTCOrder::Contract, "{63E2A8F8-4A52-4F54-B327-05AE9EA0DB80}",
-     "{05F26E9C-836F-46BA-BC05-854AF4490602}",
-     {"Ein Feld der Bestellung",
-      "A field of the order"}},
+     "{05F26E9C-836F-46BA-BC05-854AF4490602}"},
     {DTCConfig::Contract, "{A6F00881-2DEA-4359-9CDE-D016A4B03D07}",
-     "{2261E8A3-51F2-43FD-AAC4-E71A9659DC5E}",
-     {"Ein Wert aus den Einstellungen des Shops",
-      "A value of the shop's settings"},
-     "config"},
+     "{2261E8A3-51F2-43FD-AAC4-E71A9659DC5E}"},
     {DTCElement::Contract, "{AD6F84A9-F2B3-48BE-BC2A-7A8C3D9F8790}",
-     "{D6AB0031-9A51-40CC-8784-F1AF3D3CF0A8}",
-     {"Ein Element, dessen Attribute Ausdrücke sein können",
-      "An element whose attributes may be expressions"},
-     "element"},
+     "{D6AB0031-9A51-40CC-8784-F1AF3D3CF0A8}"},
     {DTCScript::Contract, "{BE49BE9A-95F3-47D7-8C3D-D68E76A15576}",
-     "{860872F3-2DF6-4D7C-A010-467A7DB99CCA}",
-     {"Anweisungen, die beim Versand laufen",
-      "Statements that run when the mail is sent"}},
+     "{860872F3-2DF6-4D7C-A010-467A7DB99CCA}"},
     {DTCIf::Contract, "{EE7E56F3-446D-4B11-9747-D4159D6E24EF}",
-     "{6BC6C750-6F59-442F-B717-D244DAD67370}",
-     {"Zeigt je nach Bedingung das eine oder das andere",
-      "Shows one thing or another, by a condition"}},
+     "{6BC6C750-6F59-442F-B717-D244DAD67370}"},
     {DTCProductList::Contract, "{7EC7917E-6D35-4EDF-A0D7-F9B3EE63ED82}",
-     "{BE504FF5-445F-49E0-AD2E-74B369991D6E}",
-     {"Ausgewählte Produkte in Spalten",
-      "Chosen products in columns"},
-     "productlist"},
+     "{BE504FF5-445F-49E0-AD2E-74B369991D6E}"},
     {DTCPositionList::Contract, "{C5EDB45A-D385-4062-AE6A-5560389434CB}",
-     "{00ADE24C-9004-4702-A34C-9EF521BF1011}",
-     {"Die Positionen der Bestellung als Tabelle",
-      "The positions of the order as a table"},
-     "positionlist"},
+     "{00ADE24C-9004-4702-A34C-9EF521BF1011}"},
     {DTCClicktracker::Contract, "{71E4A15D-4520-4FA5-B89C-742702D119AC}",
-     "{FFE71ABF-02A5-4085-8273-85DE589917D0}",
-     {"Ein Link, dessen Klicks gezählt werden",
-      "A link whose clicks are counted"},
-     "click"},
+     "{FFE71ABF-02A5-4085-8273-85DE589917D0}"},
     {DTCViewtracker::Contract, "{07BB82DA-BC7E-4353-B288-57CC3CADA656}",
-     "{A5587B10-9ED4-44BE-886A-A16E0F4A337B}",
-     {"Zählt, wie oft die Mail geöffnet wird",
-      "Counts how often the mail is opened"},
-     "viewtracker"},
+     "{A5587B10-9ED4-44BE-886A-A16E0F4A337B}"},
     {DTCUnsubscriber::Contract, "{061F636A-57EC-4403-AC56-604393B010E8}",
-     "{7C736124-6941-40A6-9ED2-A94907A235FA}",
-     {"Damit bestellt der Empfänger den Newsletter ab",
-      "Lets the recipient cancel the newsletter"},
-     "unsubscribe"},
+     "{7C736124-6941-40A6-9ED2-A94907A235FA}"},
     // clang-format on
 };
 
@@ -140,11 +109,6 @@ std::string_view WithoutBraces(std::string_view guid) {
 }  // namespace
 
 std::span<const RegisteredControl> RegisteredControls() { return kControls; }
-
-std::string_view TagNameOf(const RegisteredControl& control) {
-  if (!control.tagName.empty()) return control.tagName;
-  return control.contract().FindKey("basename")->readDefault;
-}
 
 const RegisteredControl* FindControlByName(std::string_view className) {
   for (const RegisteredControl& control : kControls)

@@ -8,7 +8,6 @@
 
 #include "common/forms/PropertyPage.h"
 #include "common/frame/Control.h"
-#include "common/values/Localized.h"
 
 namespace kvo {
 
@@ -35,16 +34,10 @@ inline constexpr int kRuntimeTextId = 1000;  // beside those of every class's pr
 struct RegisteredControl {
   const ControlClass& (*contract)();
   std::string_view classId;
-  std::string_view interfaceId;   // of its properties in the type library
-  Localized description;          // one line for people who look for a control
-  std::string_view tagName = {};  // what the template engine calls it, unless that is its default
+  std::string_view interfaceId;  // of its properties in the type library
 };
 
 std::span<const RegisteredControl> RegisteredControls();
-
-// The tag name that the template engine knows a control by. Seven classes have that of the print
-// control as their default, which fits none of them; a new control of theirs should be given this.
-std::string_view TagNameOf(const RegisteredControl& control);
 
 // By class name, exactly as it is spelt; nullptr when there is none.
 const RegisteredControl* FindControlByName(std::string_view className);

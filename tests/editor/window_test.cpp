@@ -17,13 +17,14 @@
 #include <QToolTip>
 #include <QTreeWidget>
 #include <filesystem>
-#include <map>
+#include <set>
 
 #include "apps/editor/FindBar.h"
 #include "apps/editor/MimeTypes.h"
 #include "apps/editor/Panels.h"
 #include "document/page/Page.h"
 #include "host/qt/PropertyFrameDialog.h"
+#include "host/registration/classes.h"
 #include "tests/editor/EditorTest.h"
 #include "tests/forms/FakeRecordset.h"
 
@@ -398,22 +399,13 @@ TEST_F(WindowTest, ASearchForAToolBeginsAnew) {
 }
 
 TEST_F(WindowTest, TheBuiltInToolsGiveEachClassATagNameOfItsOwn) {
-  const std::map<std::string, std::string> names = {{"DTCPrint", "print"},
-                                                    {"DTCContact", "contact"},
-                                                    {"DTCOrder", "order"},
-                                                    {"DTCConfig", "config"},
-                                                    {"DTCElement", "element"},
-                                                    {"DTCScript", "script"},
-                                                    {"DTCIf", "if"},
-                                                    {"DTCProductList", "productlist"},
-                                                    {"DTCPositionList", "positionlist"},
-                                                    {"DTCClicktracker", "click"},
-                                                    {"DTCViewtracker", "viewtracker"},
-                                                    {"DTCUnsubscriber", "unsubscribe"}};
-  ASSERT_EQ(window->Tools().Tools().size(), names.size());
-  for (const Tool& tool : window->Tools().Tools())
-    EXPECT_EQ(ToText(page::Load(*tool.contract, tool.bag)->Get("basename")),
-              names.at(std::string(tool.contract->name)));
+  ASSERT_EQ(window->Tools().Tools().size(), RegisteredControls().size());
+  std::set<std::string> names;
+  for (const Tool& tool : window->Tools().Tools()) {
+    const std::string name = ToText(page::Load(*tool.contract, tool.bag)->Get("basename"));
+    EXPECT_TRUE(names.insert(name).second) << name;
+    EXPECT_EQ(name, tool.contract->TagName());
+  }
 }
 
 TEST_F(WindowTest, EveryClassHasItsTool) {

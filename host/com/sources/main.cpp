@@ -109,7 +109,7 @@ void WriteFramework(std::ostream& out) {
 // library, and spoil this one's id by doing so. Controls have it all the same.
 void WriteControl(std::ostream& out, const RegisteredControl& registered) {
   const ControlClass& contract = registered.contract();
-  const std::string help = Help(registered.description.german);
+  const std::string help = Help(contract.description.german);
   out << "\n  [" << Uuid(registered.interfaceId) << ", " << help << "]\n  dispinterface _"
       << contract.name << "\n  {\n    properties:\n    methods:\n";
   for (const PropertyRow& row : contract.properties) {
