@@ -29,8 +29,6 @@ inline constexpr std::int32_t kOpenStatic = 3;
 inline constexpr std::int32_t kLockReadOnly = 1;
 inline constexpr std::int32_t kOptionsUnspecified = -1;
 inline constexpr std::int32_t kOptionsText = 1;
-inline constexpr std::int32_t kBookmarkCurrent = 0;
 inline constexpr std::int32_t kBookmarkFirst = 1;
-inline constexpr std::int32_t kBookmarkLast = 2;
 
 }  // namespace kvo::ado

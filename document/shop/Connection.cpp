@@ -8,7 +8,6 @@ namespace kvo::shop {
 
 Variant Connection::Get(std::string_view name) {
   if (EqualIgnoringCase(name, "State")) {
-    if (closed_) return ado::kStateClosed;
     Opened();
     return ado::kStateOpen;
   }
@@ -16,24 +15,7 @@ Variant Connection::Get(std::string_view name) {
   return Object::Get(name);
 }
 
-Variant Connection::Call(std::string_view name, std::span<const Variant> arguments) {
-  if (EqualIgnoringCase(name, "Open") && arguments.empty()) {
-    if (database_ != nullptr) throw RuntimeError(ErrorNumber::alreadyOpen);
-    closed_ = false;
-    Opened();
-    return {};
-  }
-  if (EqualIgnoringCase(name, "Close") && arguments.empty()) {
-    if (closed_) throw RuntimeError(ErrorNumber::closed);
-    closed_ = true;
-    database_.reset();
-    return {};
-  }
-  return Object::Call(name, arguments);
-}
-
 Database& Connection::Opened() {
-  if (closed_) throw RuntimeError(ErrorNumber::closed);
   if (database_ != nullptr && !database_->IsUsable()) database_.reset();
   if (database_ == nullptr)
     database_ = std::make_unique<Database>(ParseAddress(connectionString_), traffic_);

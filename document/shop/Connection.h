@@ -12,21 +12,20 @@
 
 namespace kvo::shop {
 
-// Late bound: State (0 closed, 1 open), ConnectionString (as it was given, password included: a
-// recordset can be opened on it), Open, Close.
+// Late bound: State (1, open), ConnectionString (as it was given, password included: a recordset
+// can be opened on it).
 //
 // The database is opened when it is first needed, which reading State is; State fails with the
-// reason when that does not succeed, and tries again when it is asked again. Only Close makes it 0.
-// When the server or the file was lost meanwhile, the next use opens it once more before it fails.
+// reason when that does not succeed, and tries again when it is asked again. When the server or the
+// file was lost meanwhile, the next use opens it once more before it fails.
 class Connection final : public Object {
  public:
   explicit Connection(std::string connectionString)
       : connectionString_(std::move(connectionString)) {}
 
   Variant Get(std::string_view name) override;
-  Variant Call(std::string_view name, std::span<const Variant> arguments) override;
 
-  // As of Database; also RuntimeError 3704 after Close.
+  // As of Database.
   std::vector<Column> Describe(const Statement& statement);
   std::vector<Record> Fetch(const Statement& statement, const std::vector<Column>& columns,
                             std::int64_t first, std::int64_t count);
@@ -42,7 +41,6 @@ class Connection final : public Object {
   std::string connectionString_;
   Traffic traffic_;
   std::unique_ptr<Database> database_;
-  bool closed_ = false;
 };
 
 }  // namespace kvo::shop

@@ -13,10 +13,8 @@
 
 namespace kvo::shop {
 
-// Late bound, as common/values/Recordset.h lists it, and besides: State, ActiveConnection, BOF,
-// MoveFirst, MovePrevious, MoveLast, Move(n) from where it stands, Move(n, 2) from the last record,
-// Move(n, bookmark), Close, and Fields as a collection (Count, items by name or by number from 0).
-// Field names are matched without regard to case.
+// Late bound, with the members that common/values/Recordset.h lists. Field names are matched
+// without regard to case.
 //
 // Records are fetched as they are looked at, in pages; memory does not grow with their number. Each
 // page shows the table as it is by then. A bookmark knows the record's place and contents: when the
@@ -29,30 +27,22 @@ class Recordset final : public Object {
   Variant Get(std::string_view name) override;
   void Let(std::string_view name, Variant value) override;
   Variant Call(std::string_view name, std::span<const Variant> arguments) override;
-  Variant Item(const Variant& key) override;  // a field
 
   // For the field objects.
-  const std::vector<Column>& Columns() const;
   Variant Value(std::size_t column);
 
-  // How much it asked of its database; nothing while it is closed.
-  const Traffic& Asked() const;
+  // How much it asked of its database.
+  const Traffic& Asked();
 
  private:
   struct Opened;
   Opened& Open();
-  const Opened& Open() const;
   void Open(std::span<const Variant> arguments);
-  void Move(std::span<const Variant> arguments);
-  void MoveTo(std::int64_t index);
-  std::int64_t Standing();
-  void GoTo(const Variant& bookmark);
+  ObjectRef FieldNamed(const std::string& name);
   std::int64_t IndexOf(const std::string& bookmark);
-  std::int64_t RecordCount();
-  std::int64_t Last();
+  std::int32_t RecordCount();
   const Record* Current();
   const Record& Required();
-  Variant Fields();
 
   std::string source_;
   std::shared_ptr<Opened> opened_;

@@ -35,7 +35,9 @@ inline Variant FieldOf(const ObjectRef& recordset, const char* field) {
 }
 
 inline bool IsAtEnd(const ObjectRef& recordset) { return ToFlag(recordset->Get("EOF")); }
-inline bool IsAtStart(const ObjectRef& recordset) { return ToFlag(recordset->Get("BOF")); }
+inline void MoveTo(const ObjectRef& recordset, std::int32_t record) {
+  Call(recordset, "Move", {record, ado::kBookmarkFirst});
+}
 
 // How much a recordset's connection was asked.
 inline Traffic AskedBy(const ObjectRef& recordset) {

@@ -215,19 +215,6 @@ TEST_F(ShopPicker, AConnectionThatIsCutWhileRecordsComeIsAClearErrorAndChangesNo
   EXPECT_EQ(page.gdProducts.Cell(9'999, 1), "Artikel 9999");
 }
 
-TEST_F(ShopPicker, AClosedConnectionDisablesThePageWithoutAnError) {
-  SqliteFile file;
-  file.FillProducts(10);
-  Open(file.ConnectionString(), "");
-  const auto connection = ToObject(ToObject(list->Get("Office"))->Get("ShopDBConnection"));
-  Call(connection, "Close");
-  page.Select({list});
-  EXPECT_FALSE(page.gdProducts.Enabled());
-  Call(connection, "Open");
-  page.Select({list});
-  EXPECT_TRUE(page.gdProducts.Enabled());
-}
-
 // The grid still shows a row whose record was let go meanwhile, so picking it asks the table as it
 // is by then.
 TEST_F(ShopPicker, AProductIsPickedAsItWasShownOrNotAtAll) {

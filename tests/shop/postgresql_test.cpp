@@ -51,10 +51,10 @@ TEST_F(Postgresql, ALargeTableIsFetchedAsItIsLookedAt) {
   for (int row = 0; row < 40; ++row, Call(products, "MoveNext"))
     ASSERT_EQ(FieldOf(products, "Desc1"), Variant("Artikel " + std::to_string(row)));
   EXPECT_EQ(AskedBy(products).records, 128U) << "the first screen";
-  Call(products, "Move", {std::int32_t{654'321}, ado::kBookmarkFirst});
+  MoveTo(products, 654'321);
   EXPECT_EQ(FieldOf(products, "ProductNo"), Variant("P-0654321"));
   const Variant bookmark = products->Get("Bookmark");
-  Call(products, "MoveLast");
+  MoveTo(products, 999'999);
   EXPECT_EQ(FieldOf(products, "ProductNo"), Variant("P-0999999"));
   EXPECT_TRUE(FieldOf(products, "Desc2").IsEmpty());
   products->Let("Bookmark", bookmark);
@@ -105,7 +105,7 @@ TEST_F(Postgresql, AServerThatGoesIsAnErrorAndOneThatComesBackIsUsedAgain) {
 
   server.Stop();
   EXPECT_EQ(FieldOf(products, "ProductNo"), Variant("P-0000000")) << "was fetched before";
-  Call(products, "Move", {std::int32_t{500}});
+  MoveTo(products, 500);
   const auto failure = FailureOf([&] { FieldOf(products, "ProductNo"); });
   EXPECT_EQ(failure.number, 3709);
   EXPECT_NE(failure.german.find("Es besteht keine Verbindung zur Datenbank"), std::string::npos);
@@ -122,7 +122,7 @@ TEST_F(Postgresql, ARestartBetweenTwoScreensGoesUnnoticed) {
   EXPECT_EQ(FieldOf(products, "ProductNo"), Variant("P-0000000"));
   server.Stop();
   server.Start();
-  Call(products, "Move", {std::int32_t{500}});
+  MoveTo(products, 500);
   EXPECT_EQ(FieldOf(products, "ProductNo"), Variant("P-0000500"));
 }
 
