@@ -6,7 +6,7 @@ function(kvo_run_tests target shards)
   foreach(shard RANGE ${last})
     set(name ${target}.${shard})
     add_test(NAME ${name} COMMAND ${target} --gtest_brief=1
-             --gtest_output=xml:${KVO_RESULTS_PREFIX}${CMAKE_BINARY_DIR}/results/${name}.xml)
+             --gtest_output=xml:${KVO_RESULTS_PREFIX}${PROJECT_BINARY_DIR}/results/${name}.xml)
     set_tests_properties(${name} PROPERTIES TIMEOUT 900 ${ARGN})
     set_property(TEST ${name} PROPERTY ENVIRONMENT GTEST_TOTAL_SHARDS=${shards}
                                                    GTEST_SHARD_INDEX=${shard})

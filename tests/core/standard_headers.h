@@ -1,4 +1,4 @@
-// Every standard header that the core may use; cmake/BareHeaders.cmake asks the compiler which
+// Every standard header that the core may use; bare_headers.cmake asks the compiler which
 // files they need.
 #include <algorithm>
 #include <array>
@@ -16,13 +16,18 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <deque>
 #include <exception>
+#include <experimental/simd>
 #include <functional>
 #include <initializer_list>
 #include <iterator>
 #include <limits>
+#include <list>
+#include <locale>
 #include <map>
 #include <memory>
+#include <new>
 #include <numeric>
 #include <optional>
 #include <random>
