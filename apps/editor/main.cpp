@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <QTranslator>
 
+#include "apps/Version.h"
 #include "apps/editor/DesignView.h"
 #include "apps/editor/Drafts.h"
 #include "apps/editor/MainWindow.h"
@@ -12,6 +13,7 @@
 #include "document/page/StandardStreams.h"
 #include "document/shop/Shop.h"
 #include "host/qt/QtPlatform.h"
+#include "host/qt/QtText.h"
 #include "host/qt/TahomaFont.h"
 #include "host/registration/classes.h"
 
@@ -22,7 +24,7 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setOrganizationName("KVOPDesignObjects");
   QApplication::setApplicationName("kvo-editor");
-  QApplication::setApplicationVersion(KVO_VERSION);
+  QApplication::setApplicationVersion(ToQt(ProgramVersion()));
   QTranslator translator;  // of Qt's own dialogs
   if (UserLanguage() == Language::german &&
       translator.load("qtbase_de", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))

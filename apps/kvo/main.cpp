@@ -1,6 +1,7 @@
 // kvo: saves, checks, inspects and publishes pages from a terminal or a build server.
 #include <new>
 
+#include "apps/Version.h"
 #include "apps/kvo/CommandLine.h"
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/Interruption.h"
@@ -14,7 +15,7 @@ kvo::ExitCode Run(int argc, char** argv) {
   kvo::HeadlessPlatform platform;
   const kvo::PlatformScope installed(platform);
 
-  kvo::CommandLine line(KVO_VERSION);
+  kvo::CommandLine line(kvo::ProgramVersion());
   kvo::AddWriteCommands(line);
   kvo::AddInspectCommand(line);
   kvo::AddCheckCommand(line);
