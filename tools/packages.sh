@@ -52,6 +52,8 @@ i386_packages=(wine wine32 fonts-wine locales)
 web_packages=(emscripten nodejs googletest)
 # What it takes to fuzz, beside building: libFuzzer and the sanitizers' runtime come with clang.
 fuzz_packages=(clang libclang-rt-dev)
+# What it takes to count the lines that the tests reach.
+coverage_packages=(gcovr)
 # What it takes to measure everything, with what it is measured against.
 bench_packages=(libbenchmark-dev pkg-config libapr1-dev libboost-dev libctemplate-dev libglib2.0-dev
   libhtmlcxx-dev libxml2-dev qt6-base-dev perl python3 libsqlite3-dev sqlite3 postgresql)
