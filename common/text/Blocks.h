@@ -79,13 +79,14 @@ std::size_t CopyUpTo(const char* from, std::size_t size, char* to) {
 template <char... wanted>
 class Places {
  public:
-  Places(const char* at, const char* end) : end_(end) { GoOn(at); }
+  Places(const char* at, const char* end) : end_(end), block_(at), places_(Look(at, end)) {}
 
   // The next place, or the text's end.
-  const char* Next() {
+  [[gnu::always_inline]] const char* Next() {
     while (places_ == 0) {
       if (end_ - block_ <= kSize) return end_;
-      Look(block_ + kSize);
+      block_ += kSize;
+      places_ = Look(block_, end_);
     }
     const char* const at = block_ + std::countr_zero(places_);
     places_ &= places_ - 1;
@@ -93,8 +94,8 @@ class Places {
   }
   // Leaves out the places before `at`.
   void GoOn(const char* at) {
-    if (block_ == nullptr || at - block_ >= kSize)
-      Look(at);
+    if (at - block_ >= kSize)
+      places_ = Look(block_ = at, end_);
     else
       places_ &= ~std::uint64_t{0} << static_cast<unsigned>(at - block_);
   }
@@ -102,11 +103,12 @@ class Places {
  private:
   static constexpr std::ptrdiff_t kSize = 64;
 
-  void Look(const char* at) {
-    block_ = at;
+  // No member, so that the members can be in registers. A bit for each character; the lowest is the
+  // first.
+  [[gnu::noinline]] static std::uint64_t Look(const char* at, const char* end) {
     std::array<char, kSize> rest;
-    if (end_ - at < kSize) {
-      std::fill(std::copy(at, end_, rest.begin()), rest.end(), '\0');
+    if (end - at < kSize) {
+      std::fill(std::copy(at, end, rest.begin()), rest.end(), '\0');
       at = rest.data();
     }
     std::array<bool, kSize> marks;
@@ -114,17 +116,18 @@ class Places {
       MarkInBlock<wanted...>(at + i, marks.data() + i);
     // The marks of eight characters, side by side as bits; the lowest byte comes first.
     static_assert(std::endian::native == std::endian::little);
-    places_ = 0;
+    std::uint64_t places = 0;
     for (std::size_t i = 0; i < marks.size(); i += 8) {
       std::uint64_t eight = 0;
       std::memcpy(&eight, marks.data() + i, 8);
-      places_ |= (eight * 0x0102040810204080U >> 56U) << i;
+      places |= (eight * 0x0102040810204080U >> 56U) << i;
     }
+    return places;
   }
 
   const char* end_;
-  const char* block_ = nullptr;
-  std::uint64_t places_ = 0;  // in the block, those not handed out yet
+  const char* block_;
+  std::uint64_t places_;  // in the block, those not handed out yet
 };
 
 }  // namespace kvo

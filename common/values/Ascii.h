@@ -20,8 +20,10 @@ constexpr bool IsHexDigit(char c) {
 }
 
 constexpr bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
+  // Most texts are spelled alike or differ in size.
+  return a.size() == b.size() &&
+         (a == b || std::equal(a.begin(), a.end(), b.begin(),
+                               [](char x, char y) { return LowerAscii(x) == LowerAscii(y); }));
 }
 
 }  // namespace kvo

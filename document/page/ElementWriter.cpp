@@ -20,6 +20,9 @@ constexpr std::array<bool, 256> kPlain = [] {
   return plain;
 }();
 
+constexpr std::string_view kParamEnd = "\">";
+constexpr std::string_view kElementEnd = "</object>";
+
 std::string Hexadecimal(unsigned number, std::size_t digits) {
   std::string text(8, '0');
   for (std::size_t at = text.size(); at-- > 0; number >>= 4U)
@@ -160,19 +163,19 @@ void ElementWriter::Param(std::string_view key, std::string_view value) {
   CloseStartTag();
   BeginParam(key);
   Value(value);
-  text_ += "\">";
+  text_ += kParamEnd;
 }
 
 void ElementWriter::Param(std::size_t row, std::string_view value) {
   CloseStartTag();
   text_ += paramBegins_[row];
   Value(value);
-  text_ += "\">";
+  text_ += kParamEnd;
 }
 
 void ElementWriter::End() {
   CloseStartTag();
-  text_ += "</object>";
+  text_ += kElementEnd;
 }
 
 void ElementWriter::BeginParam(std::string_view key) {
