@@ -38,8 +38,7 @@ void DTCElement::EmitAttributes(const PropertyRow&, const Control& control, TagW
     if (bar == std::string_view::npos)
       throw RuntimeError(ErrorNumber::subscriptOutOfRange, '"' + std::string(item) + '"');
     const std::string_view name = item.substr(0, bar);
-    const std::string_view rest = item.substr(bar + 1);
-    const std::string_view value = rest.substr(0, rest.find('|'));
+    const std::string_view value = item.substr(bar + 1, item.find('|', bar + 1) - bar - 1);
     if (!name.empty() && !value.empty()) tag.Attribute(name, value);
   });
 }

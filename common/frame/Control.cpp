@@ -55,10 +55,14 @@ void Control::AppendRuntimeText(std::string& out) const {
 }
 
 void Control::AppendAttributes(TagWriter& tag) const {
-  for (const bool last : {false, true})
-    for (const PropertyRow& row : Class().bag)
-      if (row.emission.append != nullptr && row.emission.last == last)
-        row.emission.append(row, *this, tag);
+  const PropertyRow* last = nullptr;
+  for (const PropertyRow& row : Class().bag) {
+    if (row.emission.last)
+      last = &row;
+    else if (row.emission.append != nullptr)
+      row.emission.append(row, *this, tag);
+  }
+  if (last != nullptr) last->emission.append(*last, *this, tag);
 }
 
 Box Control::DesignTimeBox() const {

@@ -128,6 +128,8 @@ class ControlOf : public Base {
                 std::copy(frame.begin(), frame.end(), all.begin()));
       return all;
     }();
+    static_assert(rows::Count(kRows, [](const PropertyRow& row) { return row.emission.last; }) <=
+                  1);
     static constexpr auto kProperties = [] {
       constexpr auto isProperty = [](const PropertyRow& row) { return row.id != 0; };
       std::array<PropertyRow, rows::Count(kRows, isProperty)> picked;

@@ -43,7 +43,7 @@ struct KeyCodec {
 // How a value becomes an attribute of the runtime text.
 struct Emission {
   void (*append)(const PropertyRow&, const Control&, TagWriter&) = nullptr;  // nullptr: it does not
-  bool last = false;  // after the attributes of all other rows
+  bool last = false;  // after the attributes of all other rows; one row of a class at most
 };
 
 // Assigned to the property, and stored as it is held.

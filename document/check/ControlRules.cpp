@@ -205,6 +205,7 @@ std::string AttributesOf(const PropertyRow& row, const Control& control) {
   try {
     TagWriter tag(text, {}, {});
     row.emission.append(row, control, tag);
+    tag.Close();
   } catch (const RuntimeError&) {
     text.clear();
   }
