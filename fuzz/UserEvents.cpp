@@ -128,11 +128,11 @@ void Perform(char event, Form& form, FormUser& user, Bytes& story) {
   }
 }
 
-class SoundControl final : public FormVisitor {
+class SoundControl {
  public:
-  void Visit(Label&) override {}
-  void Visit(TextBox& box) override { DemandSelectionInside(box); }
-  void Visit(ComboBox& box) override {
+  void operator()(Label&) {}
+  void operator()(TextBox& box) { DemandSelectionInside(box); }
+  void operator()(ComboBox& box) {
     DemandSelectionInside(box);
     const int row = box.ListIndex();
     Demand(row >= kNoRow && row < static_cast<int>(box.Rows().size()),
@@ -146,31 +146,31 @@ class SoundControl final : public FormVisitor {
     for (const ComboBox::Row& listed : box.Rows())
       Demand(!listed.key || keys.insert(*listed.key).second, "two rows have one key");
   }
-  void Visit(CheckBox&) override {}
-  void Visit(OptionButton& button) override {
+  void operator()(CheckBox&) {}
+  void operator()(OptionButton& button) {
     if (button.Value())
       Demand(++chosen_[&button.Parent()] == 1, "two options of one group are chosen");
   }
-  void Visit(CommandButton&) override {}
-  void Visit(Frame&) override {}
-  void Visit(PictureBox&) override {}
-  void Visit(TabControl& tabs) override {
+  void operator()(CommandButton&) {}
+  void operator()(Frame&) {}
+  void operator()(PictureBox&) {}
+  void operator()(TabControl& tabs) {
     Demand(tabs.SelectedTab() < tabs.Controls().size(), "the open tab is none of the tabs");
   }
-  void Visit(TabPanel&) override {}
-  void Visit(PropertyGrid& grid) override {
+  void operator()(TabPanel&) {}
+  void operator()(PropertyGrid& grid) {
     if (const PropertyGridItem* selected = grid.SelectedItem())
       Demand(std::ranges::find(grid.Items(), selected, &std::unique_ptr<PropertyGridItem>::get) !=
                  grid.Items().end(),
              "the selected row is none of the grid's");
   }
-  void Visit(Grid& grid) override {
+  void operator()(Grid& grid) {
     const auto& rows = grid.SelectedRows();
     Demand(std::ranges::is_sorted(rows), "the selected records stand in another order");
     Demand(std::ranges::adjacent_find(rows) == rows.end(), "a record is selected twice");
     Demand(rows.empty() || rows.back() < grid.RowCount(), "a selected record is not there");
   }
-  void Visit(Timer&) override {}
+  void operator()(Timer&) {}
 
  private:
   static void DemandSelectionInside(const EditBox& box) {
@@ -196,7 +196,7 @@ std::string PerformEvent(char event, Form& form, FormUser& user, Bytes& story) {
 
 void DemandSoundForm(const Form& form) {
   SoundControl sound;
-  for (FormControl* control : form.AllControls()) control->Accept(sound);
+  for (FormControl* control : form.AllControls()) WithKind(*control, sound);
   if (const FormControl* focused = form.Focused()) {
     Demand(focused->TakesFocus(), "what takes no focus has it");
     const auto all = form.AllControls();

@@ -6,12 +6,19 @@
 
 namespace kvo {
 
-FormControl::FormControl(Container& parent, std::string_view name, const Rect& at, const Font& font)
-    : parent_(parent), name_(name), at_(at), font_(font) {
+FormControl::FormControl(Container& parent, std::string_view name, const Rect& at, const Font& font,
+                         std::string_view caption)
+    : parent_(parent), name_(name), caption_(caption), at_(at), font_(font) {
   parent_.controls_.push_back(this);
 }
 
 FormControl::~FormControl() { std::erase(parent_.controls_, this); }
+
+void FormControl::Caption(std::string sNewCaption) {
+  if (caption_ == sNewCaption) return;
+  caption_ = std::move(sNewCaption);
+  Notify(Aspect::caption);
+}
 
 void FormControl::Enabled(bool bNewEnabled) {
   if (enabled_ == bNewEnabled) return;

@@ -15,6 +15,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "common/frame/DesignBox.h"
@@ -24,7 +25,12 @@ namespace kvo {
 class Form;
 class FormControl;
 class FormRenderer;
-class FormVisitor;
+
+// The kinds of controls, so that what leaves one out does not compile.
+using ControlKind = std::variant<class Label*, class TextBox*, class ComboBox*, class CheckBox*,
+                                 class OptionButton*, class CommandButton*, class Frame*,
+                                 class PictureBox*, class TabControl*, class TabPanel*,
+                                 class PropertyGrid*, class Grid*, class Timer*>;
 
 inline constexpr int kTwipsPerPoint = 20;
 
@@ -90,6 +96,8 @@ class FormControl {
   virtual ~FormControl();
 
   std::string_view Name() const { return name_; }
+  // Empty for what has none.
+  const std::string& Caption() const { return caption_; }
   // Relative to its container.
   const Rect& At() const { return at_; }
   const Font& TextFont() const { return font_; }
@@ -105,11 +113,13 @@ class FormControl {
   // Whether it can take the keyboard focus at all.
   virtual bool TakesFocus() const { return false; }
 
-  virtual void Accept(FormVisitor& visitor) = 0;
+  virtual ControlKind Kind() = 0;
 
  protected:
-  FormControl(Container& parent, std::string_view name, const Rect& at, const Font& font);
+  FormControl(Container& parent, std::string_view name, const Rect& at, const Font& font,
+              std::string_view caption = {});
 
+  void Caption(std::string sNewCaption);
   void Notify(Aspect aspect);
   FormRenderer* OwnerRenderer() const;
   // Whether the container `child`, a part of this control, is the one that shows.
@@ -121,31 +131,18 @@ class FormControl {
 
   Container& parent_;
   std::string_view name_;
+  std::string caption_;
   Rect at_;
   Font font_;
   bool enabled_ = true;
   bool visible_ = true;
 };
 
-// One function for each kind of control, so that a kind that a renderer leaves out does not
-// compile.
-class FormVisitor {
- public:
-  virtual ~FormVisitor() = default;
-  virtual void Visit(class Label&) = 0;
-  virtual void Visit(class TextBox&) = 0;
-  virtual void Visit(class ComboBox&) = 0;
-  virtual void Visit(class CheckBox&) = 0;
-  virtual void Visit(class OptionButton&) = 0;
-  virtual void Visit(class CommandButton&) = 0;
-  virtual void Visit(class Frame&) = 0;
-  virtual void Visit(class PictureBox&) = 0;
-  virtual void Visit(class TabControl&) = 0;
-  virtual void Visit(class TabPanel&) = 0;
-  virtual void Visit(class PropertyGrid&) = 0;
-  virtual void Visit(class Grid&) = 0;
-  virtual void Visit(class Timer&) = 0;
-};
+// Calls `act` with the control as the kind that it is.
+template <class Act>
+auto WithKind(FormControl& control, Act&& act) {
+  return std::visit([&](auto* kind) { return act(*kind); }, control.Kind());
+}
 
 // Declares a control of a form under its own name: KVO_CONTROL(TextBox, txtValue, .at = {...}).
 #define KVO_CONTROL(Type, name, ...) \

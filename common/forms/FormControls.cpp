@@ -31,15 +31,7 @@ std::size_t CharacterOffset(std::string_view text, std::size_t character) {
 }
 
 Label::Label(Container& parent, std::string_view name, const Design& design)
-    : FormControl(parent, name, design.at, design.font),
-      caption_(design.caption),
-      wraps_(design.wraps) {}
-
-void Label::Caption(std::string sNewCaption) {
-  if (caption_ == sNewCaption) return;
-  caption_ = std::move(sNewCaption);
-  Notify(Aspect::caption);
-}
+    : FormControl(parent, name, design.at, design.font, design.caption), wraps_(design.wraps) {}
 
 EditBox::EditBox(Container& parent, std::string_view name, const Rect& at, const Font& font,
                  std::string_view text)
@@ -186,8 +178,7 @@ void ComboBox::Hold(int row, std::string text) {
 }
 
 CheckBox::CheckBox(Container& parent, std::string_view name, Design design)
-    : FormControl(parent, name, design.at, design.font),
-      caption_(design.caption),
+    : FormControl(parent, name, design.at, design.font, design.caption),
       onClick_(std::move(design.onClick)) {}
 
 void CheckBox::Value(bool bNewValue) {
@@ -198,8 +189,7 @@ void CheckBox::Value(bool bNewValue) {
 }
 
 OptionButton::OptionButton(Container& parent, std::string_view name, Design design)
-    : FormControl(parent, name, design.at, design.font),
-      caption_(design.caption),
+    : FormControl(parent, name, design.at, design.font, design.caption),
       onClick_(std::move(design.onClick)) {}
 
 void OptionButton::Value(bool bNewValue) {
@@ -213,8 +203,7 @@ void OptionButton::Value(bool bNewValue) {
 }
 
 CommandButton::CommandButton(Container& parent, std::string_view name, Design design)
-    : FormControl(parent, name, design.at, design.font),
-      caption_(design.caption),
+    : FormControl(parent, name, design.at, design.font, design.caption),
       role_(design.role),
       onClick_(std::move(design.onClick)) {}
 
@@ -232,8 +221,7 @@ bool TabControl::Shows(const FormControl& child) const {
 
 TabPanel::TabPanel(TabControl& tabs, std::string_view name, const Design& design)
     : FormControl(tabs, name, {0, kTabRowHeight, tabs.At().width, tabs.At().height - kTabRowHeight},
-                  tabs.TextFont()),
-      caption_(design.caption) {}
+                  tabs.TextFont(), design.caption) {}
 
 Timer::Timer(Container& parent, std::string_view name, Design design)
     : FormControl(parent, name, {}, {}),

@@ -22,14 +22,12 @@ class Label final : public FormControl {
   };
   Label(Container& parent, std::string_view name, const Design& design);
 
-  const std::string& Caption() const { return caption_; }
-  void Caption(std::string sNewCaption);
+  using FormControl::Caption;
   bool Wraps() const { return wraps_; }
 
-  void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
+  ControlKind Kind() override { return this; }
 
  private:
-  std::string caption_;
   bool wraps_;
 };
 
@@ -98,7 +96,7 @@ class TextBox : public EditBox {
   SystemColor BackColor() const { return backColor_; }
   void BackColor(SystemColor newBackColor);
 
-  void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
+  ControlKind Kind() override { return this; }
 
  private:
   bool IsEditable() const override { return true; }
@@ -152,7 +150,7 @@ class ComboBox : public EditBox {
   // The row with a key; kNoRow when there is none.
   int RowOf(std::string_view key) const;
 
-  void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
+  ControlKind Kind() override { return this; }
 
  private:
   friend class FormRenderer;
@@ -180,15 +178,13 @@ class CheckBox : public FormControl {
   };
   CheckBox(Container& parent, std::string_view name, Design design);
 
-  std::string_view Caption() const { return caption_; }
   bool Value() const { return value_; }
   void Value(bool bNewValue);
 
   bool TakesFocus() const override { return true; }
-  void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
+  ControlKind Kind() override { return this; }
 
  private:
-  std::string_view caption_;
   bool value_ = false;
   Handler<CheckBox> onClick_;
 };
@@ -204,16 +200,14 @@ class OptionButton : public FormControl {
   };
   OptionButton(Container& parent, std::string_view name, Design design);
 
-  std::string_view Caption() const { return caption_; }
   bool Value() const { return value_; }
   void Value(bool bNewValue);
 
   bool TakesFocus() const override { return true; }
-  void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
+  ControlKind Kind() override { return this; }
 
  private:
   friend class FormRenderer;
-  std::string_view caption_;
   bool value_ = false;
   Handler<OptionButton> onClick_;
 };
@@ -231,15 +225,13 @@ class CommandButton final : public FormControl {
   };
   CommandButton(Container& parent, std::string_view name, Design design);
 
-  std::string_view Caption() const { return caption_; }
   Role DialogRole() const { return role_; }
 
   bool TakesFocus() const override { return true; }
-  void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
+  ControlKind Kind() override { return this; }
 
  private:
   friend class FormRenderer;
-  std::string_view caption_;
   Role role_;
   Handler<CommandButton> onClick_;
 };
@@ -253,13 +245,9 @@ class Frame final : public FormControl {
     Font font{};
   };
   Frame(Container& parent, std::string_view name, const Design& design)
-      : FormControl(parent, name, design.at, design.font), caption_(design.caption) {}
+      : FormControl(parent, name, design.at, design.font, design.caption) {}
 
-  std::string_view Caption() const { return caption_; }
-  void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
-
- private:
-  std::string_view caption_;
+  ControlKind Kind() override { return this; }
 };
 
 enum class Picture { information };
@@ -274,7 +262,7 @@ class PictureBox final : public FormControl {
       : FormControl(parent, name, design.at, {}), picture_(design.picture) {}
 
   Picture Shown() const { return picture_; }
-  void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
+  ControlKind Kind() override { return this; }
 
  private:
   Picture picture_;
@@ -298,7 +286,7 @@ class TabControl final : public FormControl, public Container {
   Form& OwnerForm() override { return Parent().OwnerForm(); }
   FormControl* AsControl() override { return this; }
   bool TakesFocus() const override { return true; }
-  void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
+  ControlKind Kind() override { return this; }
 
  private:
   bool Shows(const FormControl& child) const override;
@@ -317,14 +305,9 @@ class TabPanel final : public FormControl, public Container {
   };
   TabPanel(TabControl& tabs, std::string_view name, const Design& design);
 
-  std::string_view Caption() const { return caption_; }
-
   Form& OwnerForm() override { return Parent().OwnerForm(); }
   FormControl* AsControl() override { return this; }
-  void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
-
- private:
-  std::string_view caption_;
+  ControlKind Kind() override { return this; }
 };
 
 // Ticks while it is enabled, every `Interval` milliseconds.
@@ -342,7 +325,7 @@ class Timer final : public FormControl {
   void Stop();
   bool IsRunning() const { return running_; }
 
-  void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
+  ControlKind Kind() override { return this; }
 
  private:
   friend class FormRenderer;

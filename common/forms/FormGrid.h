@@ -63,7 +63,7 @@ class Grid final : public FormControl {
   const std::vector<std::size_t>& SelectedRows() const { return selectedRows_; }
 
   bool TakesFocus() const override { return true; }
-  void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
+  ControlKind Kind() override { return this; }
 
  private:
   friend class FormRenderer;

@@ -43,8 +43,7 @@ void PropertyGridItem::AddChoice(std::string caption, Variant value, std::string
 }
 
 PropertyGrid::PropertyGrid(Container& parent, std::string_view name, Design design)
-    : FormControl(parent, name, design.at, design.font),
-      caption_(design.caption),
+    : FormControl(parent, name, design.at, design.font, design.caption),
       onChange_(std::move(design.onChange)),
       onButtonClick_(std::move(design.onButtonClick)),
       onDeleteKey_(std::move(design.onDeleteKey)) {}

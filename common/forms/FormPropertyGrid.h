@@ -80,8 +80,6 @@ class PropertyGrid final : public FormControl {
   };
   PropertyGrid(Container& parent, std::string_view name, Design design);
 
-  std::string_view Caption() const { return caption_; }
-
   const PropertyGridItem::Items& Items() const { return items_; }
   // At the end. Several rows may have one key.
   PropertyGridItem& Add(PropertyGridItem::Design design);
@@ -97,14 +95,13 @@ class PropertyGrid final : public FormControl {
   PropertyGridItem* SelectedItem() const { return selected_; }
 
   bool TakesFocus() const override { return true; }
-  void Accept(FormVisitor& visitor) override { visitor.Visit(*this); }
+  ControlKind Kind() override { return this; }
 
  private:
   friend class PropertyGridItem;
   friend class FormRenderer;
   void ItemChanged(PropertyGridItem& item);
 
-  std::string_view caption_;
   PropertyGridItem::Items items_;
   PropertyGridItem* selected_ = nullptr;
   Handler<PropertyGridItem> onChange_;

@@ -5,6 +5,7 @@
 #include <concepts>
 #include <functional>
 #include <memory>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -62,46 +63,19 @@ class ViewOf : public View {
 // Makes the view of a control: the one of `Views` that is constructed with a control of its kind, a
 // parent and a host.
 template <class View, class Parent, class Host, class... Views>
-class ViewMaker final : private FormVisitor {
- public:
-  ViewMaker(Parent parent, Host& host) : parent_(parent), host_(host) {}
-
-  std::unique_ptr<View> Make(FormControl& control) {
-    control.Accept(*this);
-    return std::move(made_);
-  }
-
- private:
-  void Visit(Label& label) override { MakeFor(label); }
-  void Visit(TextBox& box) override { MakeFor(box); }
-  void Visit(ComboBox& box) override { MakeFor(box); }
-  void Visit(CheckBox& box) override { MakeFor(box); }
-  void Visit(OptionButton& button) override { MakeFor(button); }
-  void Visit(CommandButton& button) override { MakeFor(button); }
-  void Visit(Frame& frame) override { MakeFor(frame); }
-  void Visit(PictureBox& box) override { MakeFor(box); }
-  void Visit(TabControl& tabs) override { MakeFor(tabs); }
-  void Visit(TabPanel& panel) override { MakeFor(panel); }
-  void Visit(PropertyGrid& grid) override { MakeFor(grid); }
-  void Visit(Grid& grid) override { MakeFor(grid); }
-  void Visit(Timer& timer) override { MakeFor(timer); }
-
-  template <class Control>
-  void MakeFor(Control& control) {
+std::unique_ptr<View> MakeOneOf(FormControl& control, Parent parent, Host& host) {
+  return WithKind(control, [&]<class Control>(Control& kind) {
     constexpr int kFitting = (0 + ... + std::constructible_from<Views, Control&, Parent, Host&>);
     static_assert(kFitting == 1, "each kind of control has one view");
-    (TryToMake<Views>(control), ...);
-  }
-  template <class Candidate, class Control>
-  void TryToMake(Control& control) {
-    if constexpr (std::constructible_from<Candidate, Control&, Parent, Host&>)
-      made_ = std::make_unique<Candidate>(control, parent_, host_);
-  }
-
-  Parent parent_;
-  Host& host_;
-  std::unique_ptr<View> made_;
-};
+    std::unique_ptr<View> made;
+    const auto make = [&]<class Candidate>(std::type_identity<Candidate>) {
+      if constexpr (std::constructible_from<Candidate, Control&, Parent, Host&>)
+        made = std::make_unique<Candidate>(kind, parent, host);
+    };
+    (make(std::type_identity<Views>()), ...);
+    return made;
+  });
+}
 
 // A form with its views; ends before the form, and not while a user action is on its way (IsBusy).
 // `View` is the toolkit's WidgetView, `Host` its FormAround.

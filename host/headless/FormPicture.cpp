@@ -73,16 +73,16 @@ std::string LengthOf(std::string_view text, const Font& font) {
   return Number(static_cast<int>(width * font.points / kMeasured.points));
 }
 
-class FormPainter final : public FormVisitor {
+class FormPainter {
  public:
   explicit FormPainter(SvgWriter& svg) : svg_(svg) {}
 
   void Paint(const Container& container) {
     for (FormControl* control : container.Controls())
-      if (control->Visible()) control->Accept(*this);
+      if (control->Visible()) WithKind(*control, *this);
   }
 
-  void Visit(Label& label) override {
+  void operator()(Label& label) {
     const Rect& at = label.At();
     if (!label.Wraps()) return Text(label, at.left, at.top, label.Caption());
     int top = at.top;
@@ -92,7 +92,7 @@ class FormPainter final : public FormVisitor {
     }
   }
 
-  void Visit(TextBox& box) override {
+  void operator()(TextBox& box) {
     const bool gray = box.BackColor() == SystemColor::buttonFace;
     Box(box.At(), gray ? kFace : kWhite);
     const Rect inner = Inner(box.At());
@@ -106,14 +106,14 @@ class FormPainter final : public FormVisitor {
     });
   }
 
-  void Visit(ComboBox& box) override {
+  void operator()(ComboBox& box) {
     Box(box.At(), kWhite);
     const Rect inner = Inner(box.At());
     Clipped(inner, [&] { Text(box, inner.left, Middle(inner), box.Text()); });
     Arrow({box.At().left + box.At().width - kArrow, box.At().top, kArrow, box.At().height});
   }
 
-  void Visit(CheckBox& box) override {
+  void operator()(CheckBox& box) {
     const Rect mark = Mark(box.At());
     Box(mark, kWhite);
     if (box.Value())
@@ -121,21 +121,21 @@ class FormPainter final : public FormVisitor {
     Text(box, mark.left + kMark + kMargin, Middle(box.At()), box.Caption());
   }
 
-  void Visit(OptionButton& button) override {
+  void operator()(OptionButton& button) {
     const Rect mark = Mark(button.At());
     Circle(mark, kMark / 2, kWhite, kEdge);
     if (button.Value()) Circle(mark, kMark / 4, kText, kText);
     Text(button, mark.left + kMark + kMargin, Middle(button.At()), button.Caption());
   }
 
-  void Visit(CommandButton& button) override {
+  void operator()(CommandButton& button) {
     Button(button, button.At(), button.Caption(),
            button.DialogRole() == CommandButton::Role::acceptsDialog);
   }
 
-  void Visit(Frame& frame) override { Box(frame.At(), "none"); }
+  void operator()(Frame& frame) { Box(frame.At(), "none"); }
 
-  void Visit(PictureBox& picture) override {
+  void operator()(PictureBox& picture) {
     Circle(picture.At(), std::min(picture.At().width, picture.At().height) / 2, kAccent, kAccent);
     const Rect& at = picture.At();
     svg_.Content("text",
@@ -148,13 +148,13 @@ class FormPainter final : public FormVisitor {
                  "i");
   }
 
-  void Visit(TabControl& tabs) override {
+  void operator()(TabControl& tabs) {
     const Rect& at = tabs.At();
     const auto& panels = tabs.Controls();
     Box({at.left, at.top + kTabRowHeight, at.width, at.height - kTabRowHeight}, kFace);
     int left = at.left;
     for (std::size_t tab = 0; tab < panels.size(); ++tab) {
-      const std::string_view caption = static_cast<TabPanel*>(panels[tab])->Caption();
+      const std::string_view caption = panels[tab]->Caption();
       const int width = TahomaTextWidth(caption, tabs.TextFont().weight) + 4 * kMargin;
       const bool open = tab == tabs.SelectedTab();
       Box({left, at.top + (open ? 0 : 45), width, kTabRowHeight - (open ? 0 : 45)},
@@ -162,10 +162,10 @@ class FormPainter final : public FormVisitor {
       Text(tabs, left + 2 * kMargin, at.top + 90, caption);
       left += width;
     }
-    if (!panels.empty()) panels[tabs.SelectedTab()]->Accept(*this);
+    if (!panels.empty()) WithKind(*panels[tabs.SelectedTab()], *this);
   }
 
-  void Visit(TabPanel& panel) override {
+  void operator()(TabPanel& panel) {
     const Rect& tabs = static_cast<TabControl&>(panel.Parent()).At();
     svg_.Open("g", {{"transform", "translate(" + Number(tabs.left + panel.At().left) + ' ' +
                                       Number(tabs.top + panel.At().top) + ')'}});
@@ -173,7 +173,7 @@ class FormPainter final : public FormVisitor {
     svg_.Close("g");
   }
 
-  void Visit(PropertyGrid& grid) override {
+  void operator()(PropertyGrid& grid) {
     const Rect& at = grid.At();
     Box(at, kWhite);
     Clipped(at, [&] {
@@ -190,7 +190,7 @@ class FormPainter final : public FormVisitor {
     });
   }
 
-  void Visit(Grid& grid) override {
+  void operator()(Grid& grid) {
     const Rect& at = grid.At();
     Box(at, kWhite);
     const auto& columns = grid.Columns();
@@ -210,7 +210,7 @@ class FormPainter final : public FormVisitor {
     }
   }
 
-  void Visit(Timer&) override {}
+  void operator()(Timer&) {}
 
  private:
   void GridItem(const PropertyGrid& grid, const PropertyGridItem& item, const Rect& row,

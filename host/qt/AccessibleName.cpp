@@ -1,29 +1,9 @@
 #include "host/qt/AccessibleName.h"
 
 #include "common/forms/FormControls.h"
-#include "common/forms/FormPropertyGrid.h"
 
 namespace kvo {
 namespace {
-
-class OwnCaption final : public FormVisitor {
- public:
-  std::string_view text;
-
-  void Visit(Label& label) override { text = label.Caption(); }
-  void Visit(CheckBox& box) override { text = box.Caption(); }
-  void Visit(OptionButton& button) override { text = button.Caption(); }
-  void Visit(CommandButton& button) override { text = button.Caption(); }
-  void Visit(Frame& frame) override { text = frame.Caption(); }
-  void Visit(TabPanel& panel) override { text = panel.Caption(); }
-  void Visit(PropertyGrid& grid) override { text = grid.Caption(); }
-  void Visit(TextBox&) override {}
-  void Visit(ComboBox&) override {}
-  void Visit(PictureBox&) override {}
-  void Visit(TabControl&) override {}
-  void Visit(Grid&) override {}
-  void Visit(Timer&) override {}
-};
 
 bool InOneLine(const Rect& label, const Rect& control) {
   return label.left < control.left && label.top < control.top + control.height &&
@@ -50,13 +30,12 @@ const Label* LastLabel(const FormControl& control, Stands stands) {
 
 }  // namespace
 
-std::string_view AccessibleName(FormControl& control) {
-  OwnCaption own;
-  control.Accept(own);
-  if (!own.text.empty()) return own.text;
+std::string_view AccessibleName(const FormControl& control) {
+  if (!control.Caption().empty()) return control.Caption();
   const Label* label = LastLabel(control, InOneLine);
   if (label == nullptr) label = LastLabel(control, RightOver);
-  return label == nullptr || label->Caption().empty() ? control.Name() : label->Caption();
+  if (label == nullptr || label->Caption().empty()) return control.Name();
+  return label->Caption();
 }
 
 }  // namespace kvo

@@ -15,11 +15,6 @@
 namespace kvo {
 namespace {
 
-using QtViewMaker =
-    ViewMaker<ControlView, QWidget&, ViewHost, LabelView, TextBoxView, ComboBoxView, CheckBoxView,
-              OptionButtonView, CommandButtonView, FrameView, PictureView, TabControlView,
-              TabPanelView, PropertyGridView, GridView, TimerView>;
-
 QRect PlaceOf(const Rect& at, const QPaintDevice& device) {
   const QPoint topLeft(ToPixels(at.left, device), ToPixels(at.top, device));
   return {topLeft, QPoint(ToPixels(at.left + at.width, device) - 1,
@@ -48,7 +43,10 @@ FormView::~FormView() {
 }
 
 std::unique_ptr<ControlView> FormView::MakeView(FormControl& control, QWidget* parent) {
-  return QtViewMaker(*parent, *this).Make(control);
+  return MakeOneOf<ControlView, QWidget&, ViewHost, LabelView, TextBoxView, ComboBoxView,
+                   CheckBoxView, OptionButtonView, CommandButtonView, FrameView, PictureView,
+                   TabControlView, TabPanelView, PropertyGridView, GridView, TimerView>(
+      control, *parent, *this);
 }
 
 void FormView::SetUp(FormControl& control, ControlView& view, const ControlView*) {

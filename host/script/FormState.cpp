@@ -8,25 +8,9 @@
 namespace kvo {
 namespace {
 
-std::string_view KindName(ItemKind kind) {
-  switch (kind) {
-    case ItemKind::category:
-      return "category";
-    case ItemKind::text:
-      return "text";
-    case ItemKind::list:
-      return "list";
-    case ItemKind::color:
-      return "color";
-    case ItemKind::button:
-      return "button";
-    case ItemKind::entry:
-      return "entry";
-    case ItemKind::choice:
-      return "choice";
-  }
-  return {};
-}
+// As ItemKind has them.
+constexpr std::string_view kKindNames[] = {"category", "text",  "list",  "color",
+                                           "button",   "entry", "choice"};
 
 std::string RowName(const PropertyGridItem& item) {
   return item.Key().empty() ? item.Caption() : item.Key();
@@ -34,7 +18,7 @@ std::string RowName(const PropertyGridItem& item) {
 
 ControlState RowState(const PropertyGridItem& item) {
   ControlState row{"row", RowName(item), {}, {}};
-  row.values = {{"kind", std::string(KindName(item.Kind()))},
+  row.values = {{"kind", std::string(kKindNames[static_cast<int>(item.Kind())])},
                 {"caption", item.Caption()},
                 {"value", ToText(item.Value())},
                 {"enabled", item.Enabled()}};
@@ -45,17 +29,17 @@ ControlState RowState(const PropertyGridItem& item) {
   return row;
 }
 
-class StateReader final : public FormVisitor {
+class StateReader {
  public:
   explicit StateReader(ControlState& state) : state_(state) {}
 
-  void Visit(Label& label) override { Captioned("label", label.Caption()); }
-  void Visit(TextBox& box) override {
+  void operator()(Label& label) { Captioned("label", label.Caption()); }
+  void operator()(TextBox& box) {
     state_.kind = "textBox";
     Add("text", box.Text());
     Add("selection", std::to_string(box.SelStart()) + ',' + std::to_string(box.SelLength()));
   }
-  void Visit(ComboBox& box) override {
+  void operator()(ComboBox& box) {
     state_.kind = "comboBox";
     Add("text", box.Text());
     Add("choice", box.ListIndex());
@@ -63,32 +47,31 @@ class StateReader final : public FormVisitor {
     for (const ComboBox::Row& row : box.Rows()) choices.push_back(row.text);
     Add("choices", std::move(choices));
   }
-  void Visit(CheckBox& box) override {
+  void operator()(CheckBox& box) {
     Captioned("checkBox", box.Caption());
     Add("checked", box.Value());
   }
-  void Visit(OptionButton& button) override {
+  void operator()(OptionButton& button) {
     Captioned("optionButton", button.Caption());
     Add("checked", button.Value());
   }
-  void Visit(CommandButton& button) override { Captioned("commandButton", button.Caption()); }
-  void Visit(Frame& frame) override { Captioned("frame", frame.Caption()); }
-  void Visit(PictureBox&) override { state_.kind = "pictureBox"; }
-  void Visit(TabControl& tabs) override {
+  void operator()(CommandButton& button) { Captioned("commandButton", button.Caption()); }
+  void operator()(Frame& frame) { Captioned("frame", frame.Caption()); }
+  void operator()(PictureBox&) { state_.kind = "pictureBox"; }
+  void operator()(TabControl& tabs) {
     state_.kind = "tabControl";
     std::vector<std::string> captions;
-    for (const FormControl* panel : tabs.Controls())
-      captions.emplace_back(static_cast<const TabPanel*>(panel)->Caption());
+    for (const FormControl* panel : tabs.Controls()) captions.emplace_back(panel->Caption());
     if (!captions.empty()) Add("tab", captions[tabs.SelectedTab()]);
     Add("tabs", std::move(captions));
   }
-  void Visit(TabPanel& panel) override { Captioned("tabPanel", panel.Caption()); }
-  void Visit(PropertyGrid& grid) override {
+  void operator()(TabPanel& panel) { Captioned("tabPanel", panel.Caption()); }
+  void operator()(PropertyGrid& grid) {
     Captioned("propertyGrid", grid.Caption());
     Add("selected", grid.SelectedItem() ? RowName(*grid.SelectedItem()) : std::string());
     for (const auto& item : grid.Items()) state_.parts.push_back(RowState(*item));
   }
-  void Visit(Grid& grid) override {
+  void operator()(Grid& grid) {
     state_.kind = "grid";
     std::vector<std::string> columns;
     for (const GridColumn& column : grid.Columns()) columns.push_back(column.caption);
@@ -105,7 +88,7 @@ class StateReader final : public FormVisitor {
       state_.parts.push_back({"record", std::to_string(row), {{"cells", std::move(cells)}}, {}});
     }
   }
-  void Visit(Timer& timer) override {
+  void operator()(Timer& timer) {
     state_.kind = "timer";
     Add("running", timer.IsRunning());
     Add("interval", timer.Interval());
@@ -135,7 +118,7 @@ ControlState StateOf(FormControl& control) {
   ControlState state{{}, std::string(control.Name()), {}, {}};
   state.values = {{"enabled", control.Enabled()}, {"visible", control.Visible()}};
   StateReader reader(state);
-  control.Accept(reader);
+  WithKind(control, reader);
   return state;
 }
 

@@ -354,8 +354,7 @@ class Performance final : private PropertyFrame::Window {
   void TabCommand(Words words) {
     auto& tabs = As<TabControl>(words[0]);
     for (std::size_t tab = 0; tab < tabs.Controls().size(); ++tab)
-      if (static_cast<const TabPanel*>(tabs.Controls()[tab])->Caption() == words[1])
-        return User().SelectTab(tabs, tab);
+      if (tabs.Controls()[tab]->Caption() == words[1]) return User().SelectTab(tabs, tab);
     Fail({"„{}“ hat keinen Reiter „{}“.", "\"{}\" has no tab \"{}\"."}, {words[0], words[1]});
   }
   void RowCommand(Words words) { User().SelectItem(Row(words[0], words[1])); }

@@ -24,11 +24,6 @@ enum : UINT {
   kHandFocusOn,              // what has the focus may be disabled or hidden
 };
 
-using WindowViewMaker =
-    ViewMaker<ControlView, HWND, ViewHost, LabelView, TextBoxView, ComboBoxView, CheckBoxView,
-              OptionButtonView, CommandButtonView, FrameView, PictureView, TabControlView,
-              TabPanelView, PropertyGridView, GridView, TimerView>;
-
 bool IsUsable(HWND window) { return IsWindowVisible(window) && IsWindowEnabled(window); }
 
 bool IsShiftDown() { return GetKeyState(VK_SHIFT) < 0; }
@@ -84,7 +79,9 @@ FormWindow::~FormWindow() {
 // --- making the windows ---
 
 std::unique_ptr<ControlView> FormWindow::MakeView(FormControl& control, HWND parent) {
-  return WindowViewMaker(parent, *this).Make(control);
+  return MakeOneOf<ControlView, HWND, ViewHost, LabelView, TextBoxView, ComboBoxView, CheckBoxView,
+                   OptionButtonView, CommandButtonView, FrameView, PictureView, TabControlView,
+                   TabPanelView, PropertyGridView, GridView, TimerView>(control, parent, *this);
 }
 
 void FormWindow::SetUp(FormControl&, ControlView& view, const ControlView* around) {

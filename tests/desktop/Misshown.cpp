@@ -20,24 +20,24 @@ std::string InWords(Number number) {
   return std::to_string(number);
 }
 
-class Looker final : public FormVisitor {
+class Looker {
  public:
   explicit Looker(DesktopUser& user) : user_(user) {}
   std::string found;
 
   void LookAt(FormControl& control) {
     control_ = &control;
-    control.Accept(*this);
+    WithKind(control, *this);
     if (dynamic_cast<TabPanel*>(&control) || dynamic_cast<Timer*>(&control)) return;
     Demand("enabled", control.Enabled(), user_.ShowsEnabled(control));
     Demand("visible", control.Visible(), user_.ShowsVisible(control));
   }
 
-  void Visit(Label& label) override {
+  void operator()(Label& label) {
     Demand("caption", user_.AsShown(label.Caption()), user_.ShownTextOf(label));
   }
-  void Visit(TextBox& box) override { LookAtText(box, box.MultiLine() ? Lines::many : Lines::one); }
-  void Visit(ComboBox& box) override {
+  void operator()(TextBox& box) { LookAtText(box, box.MultiLine() ? Lines::many : Lines::one); }
+  void operator()(ComboBox& box) {
     Demand("choice", box.ListIndex(), user_.ShownChoice(box));
     const std::vector<std::u16string> rows = user_.ShownRows(box);
     Demand("rows", box.Rows().size(), rows.size());
@@ -48,18 +48,16 @@ class Looker final : public FormVisitor {
     else
       Demand("text", user_.AsShown(box.Text()), user_.ShownTextOf(box));
   }
-  void Visit(CheckBox& box) override { Demand("mark", box.Value(), user_.ShowsMark(box)); }
-  void Visit(OptionButton& button) override {
-    Demand("mark", button.Value(), user_.ShowsMark(button));
-  }
-  void Visit(CommandButton&) override {}
-  void Visit(Frame&) override {}
-  void Visit(PictureBox&) override {}
-  void Visit(TabControl& tabs) override {
+  void operator()(CheckBox& box) { Demand("mark", box.Value(), user_.ShowsMark(box)); }
+  void operator()(OptionButton& button) { Demand("mark", button.Value(), user_.ShowsMark(button)); }
+  void operator()(CommandButton&) {}
+  void operator()(Frame&) {}
+  void operator()(PictureBox&) {}
+  void operator()(TabControl& tabs) {
     Demand("open tab", tabs.SelectedTab(), user_.ShownTab(tabs));
   }
-  void Visit(TabPanel&) override {}
-  void Visit(PropertyGrid& grid) override {
+  void operator()(TabPanel&) {}
+  void operator()(PropertyGrid& grid) {
     if (const auto items = user_.ShownItems(grid)) {
       Demand("rows", grid.Items().size(), items->size());
       for (std::size_t row = 0; row < std::min(items->size(), grid.Items().size()); ++row) {
@@ -76,7 +74,7 @@ class Looker final : public FormVisitor {
     const std::string held = ToText(grid.SelectedItem()->Value());
     Demand("edited value", ShownText(held, Lines::one, user_.Style()).Units(), *value);
   }
-  void Visit(Grid& grid) override {
+  void operator()(Grid& grid) {
     Demand("columns", grid.Columns().size(), user_.ShownColumns(grid));
     Demand("records", grid.RowCount(), user_.ShownRecords(grid));
     for (std::size_t row = 0; row < user_.ShownRecords(grid); ++row)
@@ -84,7 +82,7 @@ class Looker final : public FormVisitor {
         Demand("cell", user_.AsShown(grid.Cell(row, column)), user_.ShownCell(grid, row, column));
     if (user_.ShownSelection(grid) != grid.SelectedRows()) Tell("other rows are selected");
   }
-  void Visit(Timer& timer) override {
+  void operator()(Timer& timer) {
     Demand("clock", timer.IsRunning() && timer.Enabled(), user_.ShowsRunning(timer));
   }
 

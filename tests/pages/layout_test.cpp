@@ -27,31 +27,31 @@ std::vector<NamedForm> AllForms() {
 }
 
 // The room that a control's caption needs, beside what is drawn with it. -1: it has no caption.
-class CaptionRoom final : public FormVisitor {
+class CaptionRoom {
  public:
   std::string caption;
   int around = 0;
   bool wraps = false;
 
-  void Visit(Label& label) override {
+  void operator()(Label& label) {
     caption = label.Caption();
     wraps = label.Wraps();
   }
-  void Visit(CheckBox& box) override { Marked(box.Caption()); }
-  void Visit(OptionButton& button) override { Marked(button.Caption()); }
-  void Visit(CommandButton& button) override {
+  void operator()(CheckBox& box) { Marked(box.Caption()); }
+  void operator()(OptionButton& button) { Marked(button.Caption()); }
+  void operator()(CommandButton& button) {
     caption = button.Caption();
     around = 120;
   }
-  void Visit(TextBox&) override {}
-  void Visit(ComboBox&) override {}
-  void Visit(Frame&) override {}
-  void Visit(PictureBox&) override {}
-  void Visit(TabControl&) override {}
-  void Visit(TabPanel&) override {}
-  void Visit(PropertyGrid&) override {}
-  void Visit(Grid&) override {}
-  void Visit(Timer&) override {}
+  void operator()(TextBox&) {}
+  void operator()(ComboBox&) {}
+  void operator()(Frame&) {}
+  void operator()(PictureBox&) {}
+  void operator()(TabControl&) {}
+  void operator()(TabPanel&) {}
+  void operator()(PropertyGrid&) {}
+  void operator()(Grid&) {}
+  void operator()(Timer&) {}
 
  private:
   void Marked(std::string_view text) {
@@ -88,7 +88,7 @@ TEST_F(Layout, EveryCaptionFitsItsPlace) {
   for (const NamedForm& form : forms) {
     for (FormControl* control : form.form->AllControls()) {
       CaptionRoom room;
-      control->Accept(room);
+      WithKind(*control, room);
       if (room.caption.empty()) continue;
       SCOPED_TRACE(form.name + "." + std::string(control->Name()) + ": " + room.caption);
       const FontWeight weight = control->TextFont().weight;

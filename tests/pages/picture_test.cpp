@@ -31,24 +31,24 @@ std::string Escaped(std::string_view text) {
 }
 
 // Collects the captions that a picture has to show.
-class Captions final : public FormVisitor {
+class Captions {
  public:
   std::vector<std::string> shown;
-  void Visit(Label& label) override {
+  void operator()(Label& label) {
     if (!label.Wraps()) shown.push_back(label.Caption());
   }
-  void Visit(CheckBox& box) override { shown.emplace_back(box.Caption()); }
-  void Visit(OptionButton& button) override { shown.emplace_back(button.Caption()); }
-  void Visit(CommandButton& button) override { shown.emplace_back(button.Caption()); }
-  void Visit(TabPanel& panel) override { shown.emplace_back(panel.Caption()); }
-  void Visit(TextBox&) override {}
-  void Visit(ComboBox&) override {}
-  void Visit(Frame&) override {}
-  void Visit(PictureBox&) override {}
-  void Visit(TabControl&) override {}
-  void Visit(PropertyGrid&) override {}
-  void Visit(Grid&) override {}
-  void Visit(Timer&) override {}
+  void operator()(CheckBox& box) { shown.emplace_back(box.Caption()); }
+  void operator()(OptionButton& button) { shown.emplace_back(button.Caption()); }
+  void operator()(CommandButton& button) { shown.emplace_back(button.Caption()); }
+  void operator()(TabPanel& panel) { shown.emplace_back(panel.Caption()); }
+  void operator()(TextBox&) {}
+  void operator()(ComboBox&) {}
+  void operator()(Frame&) {}
+  void operator()(PictureBox&) {}
+  void operator()(TabControl&) {}
+  void operator()(PropertyGrid&) {}
+  void operator()(Grid&) {}
+  void operator()(Timer&) {}
 };
 
 bool OnOpenTab(const FormControl& control) {
@@ -65,7 +65,7 @@ TEST_F(FormPictures, ShowEveryCaptionOfEveryPage) {
     for (FormControl* control : page->AllControls()) {
       if (!OnOpenTab(*control)) continue;
       Captions captions;
-      control->Accept(captions);
+      WithKind(*control, captions);
       for (const std::string& caption : captions.shown)
         EXPECT_NE(svg.find('>' + Escaped(caption) + '<'), std::string::npos)
             << registered.name << ": " << caption;
