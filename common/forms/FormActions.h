@@ -10,23 +10,6 @@
 
 namespace kvo {
 
-// What the user does to a form, for those who are no renderer themselves: the widgets' side.
-struct UserAction : FormRenderer {
-  using FormRenderer::Choose;
-  using FormRenderer::ChooseValue;
-  using FormRenderer::Click;
-  using FormRenderer::ClickButton;
-  using FormRenderer::DoubleClick;
-  using FormRenderer::Edit;
-  using FormRenderer::EditValue;
-  using FormRenderer::PressDelete;
-  using FormRenderer::Select;
-  using FormRenderer::SelectItem;
-  using FormRenderer::SelectRows;
-  using FormRenderer::SelectTab;
-  using FormRenderer::Tick;
-};
-
 // Counts up as long as it lives.
 class CountUp {
  public:

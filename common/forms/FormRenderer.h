@@ -20,26 +20,7 @@ class FormRenderer {
   FormRenderer(const FormRenderer&) = delete;
   FormRenderer& operator=(const FormRenderer&) = delete;
 
- protected:
-  explicit FormRenderer(Form& form);
-  virtual ~FormRenderer();
-
-  Form& Shown() const { return form_; }
-
-  // Something about a control is new, made by the page or by a user action. Comes once for each
-  // thing, before the page's own event.
-  virtual void ControlChanged(FormControl& control, Aspect aspect) = 0;
-  // The value or state of one row; ControlChanged tells of rows that come and go.
-  virtual void ItemChanged(PropertyGridItem& item) = 0;
-  // The dialog was unloaded.
-  virtual void FormUnloaded() {}
-
   // --- the user's actions ---
-
-  // nullptr: the focus leaves the form.
-  void Focus(FormControl* control);
-  // The user closes the dialog by its window's button.
-  void CloseWindow() { form_.Closing(); }
 
   // Replaces a part of the text by what was typed or pasted and puts the caret behind it. What a
   // single-line box cannot take (from the first line break or NUL on) is cut off.
@@ -64,6 +45,25 @@ class FormRenderer {
 
   static void SelectRows(Grid& grid, std::vector<std::size_t> rows);
   static void DoubleClick(Grid& grid);
+
+ protected:
+  explicit FormRenderer(Form& form);
+  virtual ~FormRenderer();
+
+  Form& Shown() const { return form_; }
+
+  // Something about a control is new, made by the page or by a user action. Comes once for each
+  // thing, before the page's own event.
+  virtual void ControlChanged(FormControl& control, Aspect aspect) = 0;
+  // The value or state of one row; ControlChanged tells of rows that come and go.
+  virtual void ItemChanged(PropertyGridItem& item) = 0;
+  // The dialog was unloaded.
+  virtual void FormUnloaded() {}
+
+  // nullptr: the focus leaves the form.
+  void Focus(FormControl* control);
+  // The user closes the dialog by its window's button.
+  void CloseWindow() { form_.Closing(); }
 
  private:
   friend class Form;

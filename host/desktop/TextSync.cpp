@@ -7,11 +7,11 @@
 namespace kvo {
 
 void BoxText::Select(const Selection& selection) {
-  UserAction::Select(box_, selection.start, selection.length);
+  FormRenderer::Select(box_, selection.start, selection.length);
 }
 
 void BoxText::Edit(const Selection& replaced, std::string_view typed) {
-  UserAction::Edit(box_, replaced.start, replaced.length, typed);
+  FormRenderer::Edit(box_, replaced.start, replaced.length, typed);
 }
 
 void ValueText::Of(PropertyGridItem* item) {
@@ -31,7 +31,7 @@ void ValueText::Edit(const Selection& replaced, std::string_view typed) {
   const std::size_t end = CharacterOffset(text, replaced.start + replaced.length);
   text.replace(start, end - start, typed);
   selection_ = {replaced.start + CharacterCount(typed), 0};
-  UserAction::EditValue(*item_, text);
+  FormRenderer::EditValue(*item_, text);
 }
 
 void ValueText::Shown() {

@@ -203,7 +203,7 @@ ComboBoxView::ComboBoxView(ComboBox& box, QWidget& parent, ViewHost& host)
   }
   ShowChoices();
   QObject::connect(widget_, &QComboBox::activated, widget_, [this](int row) {
-    host_.Act([this, row] { UserAction::Choose(control_, row); });
+    host_.Act([this, row] { FormRenderer::Choose(control_, row); });
     host_.Update([this] { ShowChoices(); });
   });
 }

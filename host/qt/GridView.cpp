@@ -65,9 +65,9 @@ GridView::GridView(Grid& grid, QWidget& parent, ViewHost& host)
   widget_->horizontalHeader()->setStretchLastSection(true);
   QObject::connect(
       widget_->selectionModel(), &QItemSelectionModel::selectionChanged, widget_,
-      [this] { host_.Act([this] { UserAction::SelectRows(control_, SelectedRows()); }); });
+      [this] { host_.Act([this] { FormRenderer::SelectRows(control_, SelectedRows()); }); });
   QObject::connect(widget_, &QTableView::doubleClicked, widget_,
-                   [this] { host_.Act([this] { UserAction::DoubleClick(control_); }); });
+                   [this] { host_.Act([this] { FormRenderer::DoubleClick(control_); }); });
   ShowRows();
 }
 

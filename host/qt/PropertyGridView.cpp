@@ -149,10 +149,10 @@ class PropertyTree final : public QTreeView {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const bool editing = editor_ != nullptr && editor_->isEnabled();
     if (event->key() == Qt::Key_Delete && !editing) {
-      host_.Act([this] { UserAction::PressDelete(grid_); });
+      host_.Act([this] { FormRenderer::PressDelete(grid_); });
     } else if (item != nullptr && item->Kind() == ItemKind::button &&
                (enter || event->key() == Qt::Key_Space)) {
-      host_.Act([item] { UserAction::ClickButton(*item); });
+      host_.Act([item] { FormRenderer::ClickButton(*item); });
     } else if (editor_ != nullptr && enter) {
       editor_->SelectValue();  // the value is edited: it does not close the dialog
     } else if (!MoveSelection(event->key())) {
@@ -197,13 +197,13 @@ class PropertyTree final : public QTreeView {
     connect(button, &QPushButton::clicked, this, [this, &item] {
       setFocus(Qt::MouseFocusReason);
       setCurrentIndex(model_.IndexOf(&item, PropertyGridModel::caption));
-      host_.Act([&item] { UserAction::ClickButton(item); });
+      host_.Act([&item] { FormRenderer::ClickButton(item); });
     });
     return button;
   }
 
   void CurrentChanged(const QModelIndex& now) {
-    host_.Act([&] { UserAction::SelectItem(grid_, model_.Item(now)); });
+    host_.Act([&] { FormRenderer::SelectItem(grid_, model_.Item(now)); });
   }
 
   void OpenEditor(PropertyGridItem* item) {

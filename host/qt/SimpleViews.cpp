@@ -84,7 +84,7 @@ CheckBoxView::CheckBoxView(CheckBox& box, QWidget& parent, ViewHost& host)
     : ViewOf(box, host, new CheckMark(ToQtCaption(box.Caption()), &parent)) {
   Show(Aspect::checked);
   QObject::connect(widget_, &QCheckBox::clicked, widget_, [this] {
-    host_.Act([this] { UserAction::Click(control_); });
+    host_.Act([this] { FormRenderer::Click(control_); });
     host_.Update([this] { Show(Aspect::checked); });  // the page may have thought otherwise
   });
 }
@@ -119,7 +119,7 @@ CommandButtonView::CommandButtonView(CommandButton& button, QWidget& parent, Vie
   widget_->setAutoDefault(false);
   widget_->setDefault(button.DialogRole() == CommandButton::Role::acceptsDialog);
   QObject::connect(widget_, &QPushButton::clicked, widget_,
-                   [this] { host_.Act([this] { UserAction::Click(control_); }); });
+                   [this] { host_.Act([this] { FormRenderer::Click(control_); }); });
 }
 
 class OptionButtonView::Radio final : public QRadioButton {
@@ -148,7 +148,7 @@ class OptionButtonView::Radio final : public QRadioButton {
     OptionButton* next = NextOption(button_, step);
     if (next == nullptr) return;
     host_.WidgetOf(*next)->setFocus(Qt::OtherFocusReason);
-    host_.Act([next] { UserAction::Click(*next); });
+    host_.Act([next] { FormRenderer::Click(*next); });
   }
 
   OptionButton& button_;
@@ -159,7 +159,7 @@ OptionButtonView::OptionButtonView(OptionButton& button, QWidget& parent, ViewHo
     : ViewOf(button, host, new Radio(button, parent, host)) {
   widget_->setChecked(button.Value());
   QObject::connect(widget_, &QRadioButton::clicked, widget_, [this] {
-    host_.Act([this] { UserAction::Click(control_); });
+    host_.Act([this] { FormRenderer::Click(control_); });
     host_.Update([this] { Show(Aspect::checked); });
   });
 }
@@ -194,7 +194,7 @@ TabControlView::TabControlView(TabControl& tabs, QWidget& parent, ViewHost& host
     : ViewOf(tabs, host, new TabWidget(&parent)) {
   QObject::connect(widget_, &QTabWidget::currentChanged, widget_, [this](int tab) {
     if (tab < 0) return;
-    host_.Act([this, tab] { UserAction::SelectTab(control_, static_cast<std::size_t>(tab)); });
+    host_.Act([this, tab] { FormRenderer::SelectTab(control_, static_cast<std::size_t>(tab)); });
   });
 }
 
@@ -221,7 +221,7 @@ TimerView::TimerView(Timer& timer, QWidget& parent, ViewHost& host)
     : timer_(timer), clock_(new QTimer(&parent)) {
   clock_->setObjectName(ToQt(timer.Name()));
   QObject::connect(clock_, &QTimer::timeout, clock_,
-                   [this, &host] { host.Act([this] { UserAction::Tick(timer_); }); });
+                   [this, &host] { host.Act([this] { FormRenderer::Tick(timer_); }); });
   Show(Aspect::timer);
 }
 

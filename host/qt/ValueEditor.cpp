@@ -101,7 +101,7 @@ class TextEditor final : public ValueEditor {
     QObject::connect(button, &QToolButton::clicked, line_, [this, &item, &host] {
       const QPointer<QLineEdit> line = line_;
       const PropertyGrid& grid = item.Grid();
-      host.Act([&item] { UserAction::ClickButton(item); });
+      host.Act([&item] { FormRenderer::ClickButton(item); });
       if (line == nullptr || RowOf(grid, &item) == kNoRow) return;
       line->setFocus(Qt::OtherFocusReason);
       SelectValue();
@@ -134,8 +134,9 @@ class ListEditor final : public ValueEditor {
     setFocusProxy(list_);
     QObject::connect(list_, &QComboBox::activated, list_, [this, &host](int row) {
       const PropertyGrid& grid = item_.Grid();
-      host.Act(
-          [&] { UserAction::ChooseValue(item_, *item_.Choices()[static_cast<std::size_t>(row)]); });
+      host.Act([&] {
+        FormRenderer::ChooseValue(item_, *item_.Choices()[static_cast<std::size_t>(row)]);
+      });
       if (RowOf(grid, &item_) == kNoRow) return;
       host.Update([this] { ShowValue(); });
       SelectValue();

@@ -145,7 +145,7 @@ void ComboBoxView::Later() {
   const bool chosen =
       how == Accepted::click || (how == Accepted::key && row != control_.ListIndex());
   if (chosen && row >= 0 && row < static_cast<int>(control_.Rows().size()))
-    host_.Act([&] { UserAction::Choose(control_, row); });
+    host_.Act([&] { FormRenderer::Choose(control_, row); });
   host_.Update([this] { ShowChoices(); });
 }
 

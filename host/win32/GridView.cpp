@@ -130,11 +130,11 @@ LRESULT GridView::Notify(NMHDR& notification) {
       break;
     case LVN_ITEMCHANGED:
     case LVN_ODSTATECHANGED:
-      host_.Act([this] { UserAction::SelectRows(control_, SelectedRows()); });
+      host_.Act([this] { FormRenderer::SelectRows(control_, SelectedRows()); });
       break;
     case NM_DBLCLK:
       if (reinterpret_cast<NMITEMACTIVATE&>(notification).iItem >= 0)
-        host_.Act([this] { UserAction::DoubleClick(control_); });
+        host_.Act([this] { FormRenderer::DoubleClick(control_); });
       break;
     case LVN_COLUMNCLICK:
     case HDN_ENDTRACKW:

@@ -256,7 +256,7 @@ bool PropertyGridView::HasFocus() const {
 }
 
 void PropertyGridView::SelectRow(PropertyGridItem* item) {
-  host_.Act([&] { UserAction::SelectItem(grid_, item); });
+  host_.Act([&] { FormRenderer::SelectItem(grid_, item); });
 }
 
 void PropertyGridView::EnterEditor() {
@@ -292,7 +292,7 @@ ControlView::KeyUse PropertyGridView::Key(WPARAM key, HWND window) {
   if (key != VK_RETURN) return KeyUse::none;
   PropertyGridItem* item = grid_.SelectedItem();
   if (item != nullptr && item->Kind() == ItemKind::button) {
-    host_.Act([item] { UserAction::ClickButton(*item); });
+    host_.Act([item] { FormRenderer::ClickButton(*item); });
     return KeyUse::done;
   }
   if (window == editors_->Button() && window != nullptr) {
@@ -344,9 +344,9 @@ bool PropertyGridView::MoveSelection(WPARAM key) {
 bool PropertyGridView::KeyDown(WPARAM key) {
   PropertyGridItem* item = grid_.SelectedItem();
   if (key == VK_DELETE)
-    host_.Act([this] { UserAction::PressDelete(grid_); });
+    host_.Act([this] { FormRenderer::PressDelete(grid_); });
   else if (key == VK_SPACE && item != nullptr && item->Kind() == ItemKind::button)
-    host_.Act([item] { UserAction::ClickButton(*item); });
+    host_.Act([item] { FormRenderer::ClickButton(*item); });
   else
     return MoveSelection(key);
   return true;
@@ -369,7 +369,7 @@ void PropertyGridView::Clicked(HWND button) {
     SetFocus(Handle());  // the row has it
     SelectRow(&clicked);
     if (RowOf(grid_, &clicked) != kNoRow)
-      host_.Act([&clicked] { UserAction::ClickButton(clicked); });
+      host_.Act([&clicked] { FormRenderer::ClickButton(clicked); });
     return;
   }
 }

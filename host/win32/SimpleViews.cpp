@@ -49,7 +49,7 @@ void CheckBoxView::Show(Aspect aspect) {
 }
 
 void CheckBoxView::Command(WORD notification) {
-  if (IsClick(notification)) host_.Act([this] { UserAction::Click(control_); });
+  if (IsClick(notification)) host_.Act([this] { FormRenderer::Click(control_); });
 }
 
 FrameView::FrameView(const Frame& frame, HWND parent, ViewHost& host)
@@ -92,7 +92,7 @@ void OptionButtonView::Show(Aspect aspect) {
 
 void OptionButtonView::Command(WORD notification) {
   if (IsClick(notification) && !host_.IsEntering())
-    host_.Act([this] { UserAction::Click(control_); });
+    host_.Act([this] { FormRenderer::Click(control_); });
 }
 
 ControlView::KeyUse OptionButtonView::Key(WPARAM key, HWND) {
@@ -104,7 +104,7 @@ ControlView::KeyUse OptionButtonView::Key(WPARAM key, HWND) {
 ControlView::KeyUse OptionButtonView::Step(int step) {
   if (OptionButton* next = NextOption(control_, step)) {
     SetFocus(host_.WidgetOf(*next));
-    host_.Act([next] { UserAction::Click(*next); });
+    host_.Act([next] { FormRenderer::Click(*next); });
   }
   return KeyUse::done;
 }
@@ -129,7 +129,7 @@ ControlView::KeyUse CommandButtonView::Key(WPARAM key, HWND) {
 }
 
 ControlView::KeyUse CommandButtonView::Press() {
-  host_.Act([this] { UserAction::Click(control_); });
+  host_.Act([this] { FormRenderer::Click(control_); });
   return KeyUse::done;
 }
 
@@ -154,7 +154,7 @@ void TabControlView::Show(Aspect) {
 LRESULT TabControlView::Notify(NMHDR& notification) {
   if (notification.code != TCN_SELCHANGE) return 0;
   const auto tab = static_cast<std::size_t>(SendMessageW(widget_, TCM_GETCURSEL, 0, 0));
-  host_.Act([&] { UserAction::SelectTab(control_, tab); });
+  host_.Act([&] { FormRenderer::SelectTab(control_, tab); });
   host_.Update([this] { Show(Aspect::selection); });
   return 0;
 }
@@ -201,7 +201,7 @@ void TimerView::Show(Aspect) {
 }
 
 void TimerView::Ticked() {
-  host_.Act([this] { UserAction::Tick(timer_); });
+  host_.Act([this] { FormRenderer::Tick(timer_); });
 }
 
 }  // namespace kvo

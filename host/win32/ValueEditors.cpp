@@ -175,7 +175,7 @@ void ValueEditors::Command(HWND window, WORD notification) {
 
 // The value may be typed over then.
 void ValueEditors::PressButton() {
-  host_.Act([this] { UserAction::ClickButton(*item_); });
+  host_.Act([this] { FormRenderer::ClickButton(*item_); });
   if (Main() == nullptr) return;
   SetFocus(Main());
   SelectValue();
@@ -186,7 +186,7 @@ void ValueEditors::Later() {
   if (!IsList()) return;
   const auto row = static_cast<std::size_t>(ListOfRows(open_).Chosen());
   const bool chosen = std::exchange(accepted_, false) && row < item_->Choices().size();
-  if (chosen) host_.Act([&] { UserAction::ChooseValue(*item_, *item_->Choices()[row]); });
+  if (chosen) host_.Act([&] { FormRenderer::ChooseValue(*item_, *item_->Choices()[row]); });
   host_.Update([this] { ShowValue(); });
   if (chosen) SelectValue();
 }
