@@ -7,6 +7,7 @@
 
 #include "host/win32/EditViews.h"
 #include "host/win32/Fonts.h"
+#include "host/win32/SimpleViews.h"
 #include "host/win32/Twips.h"
 #include "host/win32/WindowText.h"
 
@@ -159,7 +160,7 @@ HWND ValueEditors::Button() const {
 void ValueEditors::Command(HWND window, WORD notification) {
   if (open_ == nullptr) return;
   if (window == button_) {
-    if (notification == BN_CLICKED || notification == BN_DOUBLECLICKED) PressButton();
+    if (IsClick(notification)) PressButton();
   } else if (window != open_) {
     return;
   } else if (window == line_) {
