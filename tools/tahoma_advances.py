@@ -10,14 +10,7 @@ from fontTools.ttLib import TTFont
 
 FONTS = [("kRegular", "tahoma.ttf"), ("kBold", "tahomabd.ttf")]
 # The blocks that are measured exactly: the Latin letters, and the punctuation with the currencies.
-BLOCKS = [("Latin", 0x0000, 0x0250), ("Punctuation", 0x2000, 0x20D0)]
-
-
-def table(font, first, end):
-    glyphs = font.getBestCmap()
-    advances = font["hmtx"]
-    unknown = advances[".notdef"][0]
-    return [advances[glyphs[c]][0] if c in glyphs else unknown for c in range(first, end)]
+BLOCKS = [(0x0000, 0x0250), (0x2000, 0x20D0)]
 
 
 def main():
@@ -26,25 +19,25 @@ def main():
     print("// clang-format off")
     print("#pragma once\n\n#include <cstdint>\n\nnamespace kvo::tahoma {\n")
     fonts = [(name, TTFont(f"{folder}/{file}")) for name, file in FONTS]
-    units = {font["head"].unitsPerEm for _, font in fonts}
-    assert len(units) == 1
-    print(f"inline constexpr int kUnitsPerEm = {units.pop()};")
-    for block, first, end in BLOCKS:
-        print(f"inline constexpr char32_t k{block}First = 0x{first:04X};")
-        print(f"inline constexpr char32_t k{block}End = 0x{end:04X};")
-    print("\nstruct Advances {")
-    for block, first, end in BLOCKS:
-        print(f"  std::uint16_t {block.lower()}[{end - first}];")
-    print("  std::uint16_t unknown;\n};")
+    # What a font does not have shows as wide as it is high.
+    units, = {size for _, font in fonts
+              for size in (font["head"].unitsPerEm, font["hmtx"][".notdef"][0])}
+    print(f"inline constexpr int kUnitsPerEm = {units};")
+    print("\n// Whether a font that has the character tells its width here.")
+    print("constexpr bool IsMeasured(char32_t code) {")
+    tests = [f"code - 0x{first:04X} < 0x{end - first:04X}" for first, end in BLOCKS]
+    print("  return " + " || ".join(tests) + ";\n}")
+    print("\n// The characters from `first` on. Rows of nothing but kUnitsPerEm are left out.")
+    print("struct Row {\n  char32_t first;\n  std::uint16_t advances[16];\n};")
     for name, font in fonts:
-        print(f"\ninline constexpr Advances {name} = {{")
-        for _, first, end in BLOCKS:
-            numbers = table(font, first, end)
-            print("    {")
-            for at in range(0, len(numbers), 16):
-                print("        " + ", ".join(f"{n:4}" for n in numbers[at:at + 16]) + ",")
-            print("    },")
-        print(f"    {font['hmtx']['.notdef'][0]},\n}};")
+        glyphs = font.getBestCmap()
+        print(f"\ninline constexpr Row {name}[] = {{")
+        for row in (row for first, end in BLOCKS for row in range(first, end, 16)):
+            widths = [font["hmtx"][glyphs[c]][0] if c in glyphs else units
+                      for c in range(row, row + 16)]
+            if any(width != units for width in widths):
+                print(f"    {{0x{row:04X}, {{" + ", ".join(f"{n:4}" for n in widths) + "}},")
+        print("};")
     print("\n}  // namespace kvo::tahoma")
 
 

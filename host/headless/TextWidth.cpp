@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <span>
 
 #include "common/frame/DesignBox.h"
 #include "host/headless/HeadlessPlatform.h"
@@ -40,19 +41,19 @@ bool IsWide(char32_t code) {
          (code >= 0x20000 && code < 0x40000);
 }
 
-unsigned Advance(const tahoma::Advances& font, char32_t code) {
+unsigned Advance(std::span<const tahoma::Row> font, char32_t code) {
   if (IsZeroWidth(code)) return 0;
-  if (code < tahoma::kLatinEnd) return font.latin[code - tahoma::kLatinFirst];
-  if (code >= tahoma::kPunctuationFirst && code < tahoma::kPunctuationEnd)
-    return font.punctuation[code - tahoma::kPunctuationFirst];
-  if (IsWide(code)) return tahoma::kUnitsPerEm;
-  return font.latin[U'n'];  // other alphabets: about as wide as ours
+  for (const tahoma::Row& row : font)
+    if (code - row.first < std::size(row.advances)) return row.advances[code - row.first];
+  if (tahoma::IsMeasured(code) || IsWide(code)) return tahoma::kUnitsPerEm;
+  return Advance(font, U'n');  // other alphabets: about as wide as ours
 }
 
 }  // namespace
 
 int TahomaTextWidth(std::string_view text, FontWeight weight) {
-  const tahoma::Advances& font = weight == FontWeight::bold ? tahoma::kBold : tahoma::kRegular;
+  const std::span<const tahoma::Row> font =
+      weight == FontWeight::bold ? std::span(tahoma::kBold) : std::span(tahoma::kRegular);
   std::uint64_t units = 0;
   for (std::size_t at = 0; at < text.size();) units += Advance(font, NextCharacter(text, at));
   // No box is wider than this; it keeps the layout's sums far from overflowing.
