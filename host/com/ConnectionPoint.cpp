@@ -8,75 +8,47 @@
 namespace kvo::com {
 namespace {
 
-// A walk over COM elements, each of which is copied out with a reference for the caller.
-template <class Interface, class Element>
-class List : public Counted<Interface> {
+struct Connection {
+  Pointer<IPropertyNotifySink> sink;
+  DWORD cookie;
+};
+
+// With a reference for the caller.
+IConnectionPoint* Copied(Pointer<IConnectionPoint> point) { return point.Detach(); }
+CONNECTDATA Copied(Connection connection) { return {connection.sink.Detach(), connection.cookie}; }
+
+// A walk over COM elements, each of which is copied out.
+template <class Interface, class Element, class Held>
+class List final : public Counted<Interface> {
  public:
+  explicit List(std::vector<Held> held, std::size_t next = 0)
+      : held_(std::move(held)), next_(next) {}
   HRESULT STDMETHODCALLTYPE Next(ULONG count, Element* elements, ULONG* fetched) noexcept override {
     if (fetched != nullptr) *fetched = 0;
     if (elements == nullptr || (fetched == nullptr && count != 1)) return E_POINTER;
     for (ULONG i = 0; i < count; ++i) elements[i] = {};
     ULONG done = 0;
-    for (; done < count && next_ < Size(); ++done) elements[done] = Copy(next_++);
+    for (; done < count && next_ < held_.size(); ++done) elements[done] = Copied(held_[next_++]);
     if (fetched != nullptr) *fetched = done;
     return done == count ? S_OK : S_FALSE;
   }
   HRESULT STDMETHODCALLTYPE Skip(ULONG count) noexcept override {
-    const bool enough = count <= Size() - next_;
-    next_ = enough ? next_ + count : Size();
+    const bool enough = count <= held_.size() - next_;
+    next_ = enough ? next_ + count : held_.size();
     return enough ? S_OK : S_FALSE;
   }
   HRESULT STDMETHODCALLTYPE Reset() noexcept override {
     next_ = 0;
     return S_OK;
   }
-
- protected:
-  std::size_t next_ = 0;
-
- private:
-  virtual std::size_t Size() const = 0;
-  virtual Element Copy(std::size_t at) const = 0;
-};
-
-class PointList final : public List<IEnumConnectionPoints, IConnectionPoint*> {
- public:
-  explicit PointList(IConnectionPoint* point, std::size_t next) : point_(point) { next_ = next; }
-  HRESULT STDMETHODCALLTYPE Clone(IEnumConnectionPoints** copy) noexcept override {
+  HRESULT STDMETHODCALLTYPE Clone(Interface** copy) noexcept override {
     if (!Clear(copy)) return E_POINTER;
-    return Boundary({}, [&] { *copy = new PointList(point_.get(), next_); });
+    return Boundary({}, [&] { *copy = new List(held_, next_); });
   }
 
  private:
-  std::size_t Size() const override { return 1; }
-  IConnectionPoint* Copy(std::size_t) const override {
-    return Pointer<IConnectionPoint>(point_).Detach();
-  }
-  Pointer<IConnectionPoint> point_;
-};
-
-struct Connection {
-  Pointer<IPropertyNotifySink> sink;
-  DWORD cookie;
-};
-
-class ConnectionList final : public List<IEnumConnections, CONNECTDATA> {
- public:
-  ConnectionList(std::vector<Connection> connections, std::size_t next)
-      : connections_(std::move(connections)) {
-    next_ = next;
-  }
-  HRESULT STDMETHODCALLTYPE Clone(IEnumConnections** copy) noexcept override {
-    if (!Clear(copy)) return E_POINTER;
-    return Boundary({}, [&] { *copy = new ConnectionList(connections_, next_); });
-  }
-
- private:
-  std::size_t Size() const override { return connections_.size(); }
-  CONNECTDATA Copy(std::size_t at) const override {
-    return {Pointer<IPropertyNotifySink>(connections_[at].sink).Detach(), connections_[at].cookie};
-  }
-  std::vector<Connection> connections_;
+  std::vector<Held> held_;
+  std::size_t next_;
 };
 
 }  // namespace
@@ -127,12 +99,14 @@ HRESULT ConnectionPoint::EnumConnections(IEnumConnections** connections) noexcep
   return Boundary({}, [&] {
     std::vector<Connection> now;
     for (const auto& [cookie, sink] : sinks_) now.push_back({sink, cookie});
-    *connections = new ConnectionList(std::move(now), 0);
+    *connections = new List<IEnumConnections, CONNECTDATA, Connection>(std::move(now));
   });
 }
 
 IEnumConnectionPoints* NewConnectionPointList(IConnectionPoint* point) {
-  return new PointList(point, 0);
+  using Points = std::vector<Pointer<IConnectionPoint>>;
+  return new List<IEnumConnectionPoints, IConnectionPoint*, Pointer<IConnectionPoint>>(
+      Points(1, Pointer<IConnectionPoint>(point)));
 }
 
 }  // namespace kvo::com
