@@ -22,8 +22,12 @@ AutoVariant& Converted(AutoVariant& into, const VARIANT& value, VARTYPE type) {
   return into;
 }
 
-template <class Number>
-Variant Whole(Number number) {
+double AsNumber(const VARIANT& value) {
+  AutoVariant number;
+  return (*Converted(number, value, VT_R8)).dblVal;
+}
+
+Variant Whole(double number) {
   if (number >= std::numeric_limits<std::int32_t>::min() &&
       number <= std::numeric_limits<std::int32_t>::max())
     return static_cast<std::int32_t>(number);
@@ -75,33 +79,21 @@ Variant FromVariant(const VARIANT& value) {
     case VT_BOOL:
       return value.boolVal != VARIANT_FALSE;
     case VT_I1:
-      return static_cast<std::int32_t>(value.cVal);
     case VT_UI1:
-      return static_cast<std::int32_t>(value.bVal);
     case VT_I2:
-      return static_cast<std::int32_t>(value.iVal);
     case VT_UI2:
-      return static_cast<std::int32_t>(value.uiVal);
     case VT_I4:
     case VT_INT:
-      return static_cast<std::int32_t>(value.lVal);
     case VT_UI4:
     case VT_UINT:
-      return Whole(static_cast<long long>(value.ulVal));
     case VT_I8:
-      return Whole(value.llVal);
     case VT_UI8:
-      return value.ullVal > INT32_MAX ? Variant(static_cast<double>(value.ullVal))
-                                      : Variant(static_cast<std::int32_t>(value.ullVal));
+      return Whole(AsNumber(value));
     case VT_R4:
-      return static_cast<double>(value.fltVal);
     case VT_R8:
-      return value.dblVal;
     case VT_CY:
-    case VT_DECIMAL: {
-      AutoVariant number;
-      return (*Converted(number, value, VT_R8)).dblVal;
-    }
+    case VT_DECIMAL:
+      return AsNumber(value);
     case VT_DATE: {
       AutoVariant text;
       return FromWide(ViewBstr((*Converted(text, value, VT_BSTR)).bstrVal));
