@@ -25,7 +25,7 @@ struct Surroundings {
 
 }  // namespace
 
-ControlInPlace::ControlInPlace(ControlState& state) : Part(state.identity), state_(state) {
+ControlInPlace::ControlInPlace(ControlState& state) : ControlPart(state) {
   state.boxWatchers.emplace_back([this] {
     if (Window() == nullptr) return;
     FitToBox();

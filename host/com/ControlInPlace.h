@@ -9,7 +9,7 @@ namespace kvo::com {
 // IOleInPlaceObject and IOleInPlaceActiveObject: the control as a window of its own inside the
 // host's. The window shows the box; a double click does what the control makes of it, which is the
 // property pages unless it handles the click itself.
-class ControlInPlace final : public Part<IOleInPlaceObject, IOleInPlaceActiveObject> {
+class ControlInPlace final : public ControlPart<IOleInPlaceObject, IOleInPlaceActiveObject> {
  public:
   explicit ControlInPlace(ControlState& state);
   ~ControlInPlace() override;
@@ -60,7 +60,6 @@ class ControlInPlace final : public Part<IOleInPlaceObject, IOleInPlaceActiveObj
   void FitToBox();
   void Place(const RECT& place, const RECT& clip);
 
-  ControlState& state_;
   Pointer<IOleInPlaceSite> site_;  // while there is a window
   std::unique_ptr<ControlWindow> window_;
   RECT place_{};

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "common/values/RuntimeError.h"
+#include "host/com/Dispatch.h"
 #include "host/com/Edge.h"
 #include "host/com/Text.h"
 #include "host/com/Values.h"
@@ -34,11 +35,8 @@ class HostBag final : public PropertyBag {
   // Called while the failure is being caught.
   void KeyFailed(std::string_view key, const std::exception&) override {
     if (log_ == nullptr) return;
-    const Failure failure = CaughtFailure(source_);
-    EXCEPINFO exception{};
-    exception.scode = failure.code;
-    exception.bstrSource = SysAllocString(failure.source.c_str());
-    exception.bstrDescription = SysAllocString(failure.description.c_str());
+    EXCEPINFO exception;
+    Fill(exception, CaughtFailure(source_));
     log_->AddError(ToWide(key).c_str(), &exception);  // the log keeps copies
     SysFreeString(exception.bstrSource);
     SysFreeString(exception.bstrDescription);
@@ -120,7 +118,7 @@ std::vector<MemoryBag::Entry> FromStream(IStream* stream) {
 }  // namespace
 
 ControlPersistence::ControlPersistence(ControlState& state)
-    : Part(state.identity), state_(state), clean_(Stored()) {}
+    : ControlPart(state), clean_(Stored()) {}
 
 ControlPersistence::Entries ControlPersistence::Stored() const {
   MemoryBag bag;

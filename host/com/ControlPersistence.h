@@ -11,7 +11,7 @@ namespace kvo::com {
 //
 // The stream, all numbers 32 bits, little end first: "KVOB", the version 1, the number of entries,
 // then for each its key and its value, each as a number of bytes and that many bytes of UTF-8.
-class ControlPersistence final : public Part<IPersistPropertyBag, IPersistStreamInit> {
+class ControlPersistence final : public ControlPart<IPersistPropertyBag, IPersistStreamInit> {
  public:
   explicit ControlPersistence(ControlState& state);
 
@@ -39,7 +39,6 @@ class ControlPersistence final : public Part<IPersistPropertyBag, IPersistStream
   Entries Stored() const;
   void Load(PropertyBag& bag);
 
-  ControlState& state_;
   Entries clean_;
 };
 

@@ -32,11 +32,27 @@ struct ControlState {
         identity(owner) {}
 
   const ControlClass& Contract() const { return control->Class(); }
+  // The property of a dispatch id; null when there is none.
+  const PropertyRow* FindProperty(DISPID member) const {
+    for (const PropertyRow& row : Contract().properties)
+      if (row.id == member) return &row;
+    return nullptr;
+  }
   void BoxChanged() const {
     for (const auto& watcher : boxWatchers) watcher();
   }
   // The host may let go of the control while one of its calls is under way.
   Pointer<IUnknown> Hold() const { return Pointer<IUnknown>(identity.Outer()); }
+};
+
+// One family of interfaces of a control.
+template <class... Interfaces>
+class ControlPart : public Part<Interfaces...> {
+ public:
+  explicit ControlPart(ControlState& state) : Part<Interfaces...>(state.identity), state_(state) {}
+
+ protected:
+  ControlState& state_;
 };
 
 }  // namespace kvo::com

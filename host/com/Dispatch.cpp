@@ -8,13 +8,6 @@
 namespace kvo::com {
 namespace {
 
-void Fill(EXCEPINFO& exception, const Failure& failure) {
-  exception = {};
-  exception.scode = failure.code;
-  exception.bstrSource = SysAllocString(failure.source.c_str());
-  exception.bstrDescription = SysAllocString(failure.description.c_str());
-}
-
 // An assignment has one argument, which is named as such; nothing else has named arguments.
 bool AreWellFormed(const DISPPARAMS& parameters, bool put) {
   if (parameters.cArgs > 0 && parameters.rgvarg == nullptr) return false;
@@ -26,6 +19,13 @@ bool AreWellFormed(const DISPPARAMS& parameters, bool put) {
 }
 
 }  // namespace
+
+void Fill(EXCEPINFO& exception, const Failure& failure) {
+  exception = {};
+  exception.scode = failure.code;
+  exception.bstrSource = SysAllocString(failure.source.c_str());
+  exception.bstrDescription = SysAllocString(failure.description.c_str());
+}
 
 void Invocation::Return(const Variant& value) const {
   if (result != nullptr) *result = ToVariant(value);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "common/values/Variant.h"
+#include "host/com/Edge.h"
 #include "host/com/Ole.h"
 
 namespace kvo::com {
@@ -23,6 +24,9 @@ struct Invocation {
   void Return(const Variant& value) const;
   void Return(const std::function<void(VARIANT&)>& make) const;
 };
+
+// Tells about a failure. The caller frees the texts.
+void Fill(EXCEPINFO& exception, const Failure& failure);
 
 // GetIDsOfNames: `find` answers a member's id, or DISPID_UNKNOWN. Parameters have no names.
 HRESULT FindMembers(REFIID iid, LPOLESTR* names, UINT count, DISPID* members,
