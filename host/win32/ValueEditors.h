@@ -4,48 +4,212 @@
 #include <windows.h>
 
 #include <memory>
+#include <utility>
 
 #include "common/forms/PropertyRows.h"
-#include "host/win32/ControlView.h"
 #include "host/win32/EditSync.h"
+#include "host/win32/EditViews.h"
+#include "host/win32/Fonts.h"
+#include "host/win32/SimpleViews.h"
 
 namespace kvo {
+
+// How much of a value's place its swatch takes.
+inline int SwatchRoom(const PropertyGridItem& item, const RECT& place) {
+  return SwatchOf(item) ? static_cast<int>(place.bottom - place.top) : 0;
+}
 
 // One window of each kind that is needed, lent to the row on which the user stands. None ends
 // before the grid: what it tells may be the end of its row.
 class ValueEditors {
  public:
   // In a grid's window. `keys` is offered each key that goes to an editor; true: it is done with.
-  ValueEditors(HWND grid, const Font& font, ViewHost& host, std::function<bool(WPARAM)> keys);
+  ValueEditors(HWND grid, const Font& font, ViewHost& host, std::function<bool(WPARAM)> keys)
+      : grid_(grid), font_(font), host_(host), keys_(std::move(keys)) {}
 
   // Opens the editor of a row's value at a place; nullptr, or a row that has none, closes it.
-  void Open(PropertyGridItem* item, const RECT& place);
-  void Place(const RECT& place);
+  void Open(PropertyGridItem* item, const RECT& place) {
+    if (item != nullptr && !HasValueBox(*item)) item = nullptr;
+    if (item == item_) {
+      if (item != nullptr) Place(place);
+      return;
+    }
+    HWND former = open_;
+    item_ = item;
+    open_ = nullptr;
+    accepted_ = false;
+    text_.Of(item);
+    if (item != nullptr && item->Kind() == ItemKind::list) {
+      HWND& list = item->Editable() ? freeList_ : list_;
+      if (list == nullptr) list = MakeList(item->Editable());
+      if (item->Editable() && listSync_ == nullptr)
+        listSync_ = std::make_unique<EditSync>(EditOf(list), text_, Lines::one, host_);
+      open_ = list;
+      ListOfRows(open_).Clear();
+    } else if (item != nullptr) {
+      if (line_ == nullptr) {
+        line_ = Make(WC_EDITW, nullptr, ES_AUTOHSCROLL);
+        lineSync_ = std::make_unique<EditSync>(line_, text_, Lines::one, host_);
+      }
+      open_ = line_;
+    }
+    const bool button = item != nullptr && item->Kind() == ItemKind::color;
+    if (button && button_ == nullptr) button_ = Make(WC_BUTTONW, L"...", BS_PUSHBUTTON | BS_NOTIFY);
+    const HWND focused = GetFocus();
+    const bool leaves =
+        (former != nullptr && former != open_ && (focused == former || IsChild(former, focused))) ||
+        (!button && button_ != nullptr && focused == button_);
+    if (leaves) SetFocus(grid_);
+    if (former != nullptr && former != open_) ShowWindow(former, SW_HIDE);
+    if (button_ != nullptr && !button) ShowWindow(button_, SW_HIDE);
+    if (item == nullptr) return;
+    ShowValue();
+    Place(place);
+    ShowWindow(open_, SW_SHOWNA);
+    if (button) ShowWindow(button_, SW_SHOWNA);
+    if (leaves && IsWindowEnabled(open_)) SetFocus(open_);
+  }
+  void Place(const RECT& place) {
+    if (open_ == nullptr) return;
+    RECT at = place;
+    at.left += SwatchRoom(*item_, place);
+    if (item_->Kind() == ItemKind::color) {
+      at.right -= ToPixels(kButtonWidth);
+      MoveWindow(button_, at.right, at.top, place.right - at.right, at.bottom - at.top, TRUE);
+    }
+    if (open_ == line_) {
+      constexpr int kAirOver = 30;  // the text stands where the grid has it
+      at.left += ToPixels(kAirOver);
+      at.top += ToPixels(kAirOver);
+      MoveWindow(line_, at.left, at.top, at.right - at.left, at.bottom - at.top, TRUE);
+    } else {
+      MoveWindow(open_, at.left, at.top, at.right - at.left, ToPixels(kDropHeight), TRUE);
+      SetListHeight(open_, static_cast<int>(at.bottom - at.top));
+    }
+  }
   // Brings the editor in step with its row.
-  void ShowValue();
+  void ShowValue() {
+    if (open_ == nullptr) return;
+    const bool enabled = item_->Enabled();
+    EnableWindow(open_, enabled);
+    if (button_ != nullptr) EnableWindow(button_, enabled);
+    if (open_ == line_)
+      lineSync_->ShowText();
+    else
+      ShowChoices();
+  }
   // Selects what the next character replaces.
-  void SelectValue();
-  void PressButton();
+  void SelectValue() {
+    const HWND edit = open_ == line_ ? line_ : open_ == freeList_ ? EditOf(freeList_) : nullptr;
+    if (edit != nullptr) SendMessageW(edit, EM_SETSEL, 0, -1);
+  }
+  // The value may be typed over then.
+  void PressButton() {
+    host_.Act([this] { FormRenderer::ClickButton(*item_); });
+    if (Main() == nullptr) return;
+    SetFocus(Main());
+    SelectValue();
+  }
 
   // What the keyboard goes to; nullptr when no editor is open, or it is disabled.
-  HWND Main() const;
+  HWND Main() const { return open_ != nullptr && IsWindowEnabled(open_) ? open_ : nullptr; }
   // The button beside it; nullptr when there is none.
-  HWND Button() const;
+  HWND Button() const {
+    const bool shows = open_ != nullptr && item_->Kind() == ItemKind::color;
+    return shows && IsWindowEnabled(button_) ? button_ : nullptr;
+  }
   // Whether it is a list, to which the arrow keys belong.
   bool IsList() const { return open_ != nullptr && (open_ == list_ || open_ == freeList_); }
 
-  void Command(HWND window, WORD notification);
-  ControlView::KeyUse Key(WPARAM key) const;
+  void Command(HWND window, WORD notification) {
+    if (open_ == nullptr) return;
+    if (window == button_) {
+      if (IsClick(notification)) PressButton();
+    } else if (window != open_) {
+      return;
+    } else if (window == line_) {
+      if (notification == EN_CHANGE) lineSync_->Edited();
+    } else if (notification == CBN_EDITCHANGE) {
+      listSync_->Edited();
+    } else if (notification == CBN_SELENDOK || notification == CBN_SELENDCANCEL ||
+               (notification == CBN_SELCHANGE && !SendMessageW(open_, CB_GETDROPPEDSTATE, 0, 0))) {
+      accepted_ = notification != CBN_SELENDCANCEL;
+      host_.CallLater(grid_);
+    }
+  }
+  ControlView::KeyUse Key(WPARAM key) const {
+    return IsList() ? KeyOfList(open_, key) : ControlView::KeyUse::none;
+  }
   // What a list shows that has no row chosen, or in the row that is drawn.
-  void Draw(const DRAWITEMSTRUCT& what) const;
-  void Later();
+  void Draw(const DRAWITEMSTRUCT& what) const {
+    if (item_ == nullptr) return;
+    const bool chosen = (what.itemState & ODS_SELECTED) != 0;
+    const bool disabled = (what.itemState & ODS_DISABLED) != 0;
+    FillRect(what.hDC, &what.rcItem, GetSysColorBrush(chosen ? COLOR_HIGHLIGHT : COLOR_WINDOW));
+    SetBkMode(what.hDC, TRANSPARENT);
+    SetTextColor(what.hDC, GetSysColor(disabled ? COLOR_GRAYTEXT
+                                       : chosen ? COLOR_HIGHLIGHTTEXT
+                                                : COLOR_WINDOWTEXT));
+    const auto& choices = item_->Choices();
+    const bool value = what.itemID >= choices.size();
+    const std::wstring text =
+        ToWindowText(value ? ToText(item_->Value()) : choices[what.itemID]->Caption());
+    RECT at = what.rcItem;
+    ++at.left;
+    const Selected font(what.hDC, FontOf(font_));
+    DrawTextW(what.hDC, text.c_str(), -1, &at,
+              DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+  }
+  // The user has chosen a row of a list, or thought better of it.
+  void Later() {
+    if (!IsList()) return;
+    const auto row = static_cast<std::size_t>(ListOfRows(open_).Chosen());
+    const bool chosen = std::exchange(accepted_, false) && row < item_->Choices().size();
+    if (chosen) host_.Act([&] { FormRenderer::ChooseValue(*item_, *item_->Choices()[row]); });
+    host_.Update([this] { ShowValue(); });
+    if (chosen) SelectValue();
+  }
 
  private:
-  struct Sizes;
-  HWND Make(const wchar_t* className, const wchar_t* text, DWORD style);
-  HWND MakeList(bool free);
-  void Hook(HWND window);
-  void ShowChoices();
+  static constexpr int kButtonWidth = 330;
+
+  HWND Make(const wchar_t* className, const wchar_t* text, DWORD style) {
+    const HWND window =
+        CreateWindowExW(0, className, text, style | WS_CHILD | WS_CLIPSIBLINGS | WS_TABSTOP, 0, 0,
+                        0, ToPixels(kDropHeight), grid_, nullptr, ThisModule(), nullptr);
+    SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(FontOf(font_)), FALSE);
+    host_.Watch(window);
+    Hook(window);
+    return window;
+  }
+  HWND MakeList(bool free) {
+    // A value that is no choice shows as well, so the closed list is drawn here.
+    const DWORD kind = free ? CBS_DROPDOWN | CBS_AUTOHSCROLL
+                            : CBS_DROPDOWNLIST | CBS_OWNERDRAWFIXED | CBS_HASSTRINGS;
+    const HWND list = Make(WC_COMBOBOXW, nullptr, kind | WS_VSCROLL);
+    if (const HWND edit = EditOf(list)) {
+      host_.Watch(edit);
+      Hook(edit);
+    }
+    return list;
+  }
+  // The keys that go through the rows.
+  void Hook(HWND window) {
+    const std::size_t at = hooks_.size();
+    hooks_.push_back(nullptr);
+    hooks_[at] = std::make_unique<WindowHook>(
+        window, [this, at](UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
+          if (message == WM_KEYDOWN && keys_(wParam)) return 0;
+          return hooks_[at]->Next(message, wParam, lParam);
+        });
+  }
+  void ShowChoices() {
+    ShowRows(ListOfRows(open_), item_->Choices(), &PropertyGridItem::Caption, ChosenRow(*item_));
+    if (open_ == freeList_)
+      listSync_->ShowText();
+    else
+      InvalidateRect(open_, nullptr, TRUE);
+  }
 
   HWND grid_;
   const Font& font_;
@@ -63,8 +227,5 @@ class ValueEditors {
   std::vector<std::unique_ptr<WindowHook>> hooks_;
   bool accepted_ = false;
 };
-
-// How much of a value's place its swatch takes.
-int SwatchRoom(const PropertyGridItem& item, const RECT& place);
 
 }  // namespace kvo
