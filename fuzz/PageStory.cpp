@@ -46,7 +46,7 @@ void PageStory::Play() {
   Loaded();
   PropertyFrame::Window& window = *this;
   const std::vector<ObjectRef> objects = {control_};
-  frame_ = std::make_unique<PropertyFrame>(window, "Eigenschaften", objects, pages_, CreatePage);
+  frame_ = std::make_unique<PropertyFrame>(window, objects, pages_, CreatePage);
   if (frame_->PageCount() == 0) return;
   users_.resize(frame_->PageCount());
   UserOfShownPage();

@@ -6,13 +6,10 @@
 
 namespace kvo {
 
-PropertyFrame::PropertyFrame(Window& window, std::string caption, std::vector<ObjectRef> objects,
+PropertyFrame::PropertyFrame(Window& window, std::vector<ObjectRef> objects,
                              const std::vector<std::string>& pageClasses,
                              const PageFactory& factory, Applies applies)
-    : window_(window),
-      caption_(std::move(caption)),
-      applies_(applies),
-      objects_(std::move(objects)) {
+    : window_(window), applies_(applies), objects_(std::move(objects)) {
   for (const std::string& pageClass : pageClasses) {
     tabs_.push_back({factory(pageClass)});
     if (tabs_.back().page == nullptr)

@@ -35,11 +35,10 @@ class PropertyFrame final : private PropertyPageSite {
 
   // `window` has to outlive the frame. RuntimeError 429 when the factory does not know a page.
   // Call Show once the window stands.
-  PropertyFrame(Window& window, std::string caption, std::vector<ObjectRef> objects,
+  PropertyFrame(Window& window, std::vector<ObjectRef> objects,
                 const std::vector<std::string>& pageClasses, const PageFactory& factory,
                 Applies applies = Applies::marked);
 
-  const std::string& Caption() const { return caption_; }
   std::size_t PageCount() const { return tabs_.size(); }
   // The page of a tab, to show its caption; it has content only after it was shown once.
   PropertyPage& Page(std::size_t tab) const { return *tabs_[tab].page; }
@@ -78,7 +77,6 @@ class PropertyFrame final : private PropertyPageSite {
   void Close();
 
   Window& window_;
-  std::string caption_;
   Applies applies_;
   std::vector<ObjectRef> objects_;
   std::vector<Tab> tabs_;

@@ -33,8 +33,7 @@ PropertyFrameDialog::PropertyFrameDialog(std::string_view caption, std::vector<O
                                          const std::vector<std::string>& pages,
                                          const PageFactory& factory, QWidget* parent)
     : QDialog(parent),
-      frame_(*this, std::string(caption), std::move(objects), pages, factory,
-             PropertyFrame::Applies::markedOrTouched),
+      frame_(*this, std::move(objects), pages, factory, PropertyFrame::Applies::markedOrTouched),
       tabs_(new QTabWidget),
       note_(new QLabel),
       views_(frame_.PageCount()) {

@@ -231,8 +231,7 @@ class Performance final : private PropertyFrame::Window {
   }
   void StartFrame(std::vector<ObjectRef> objects) {
     Window& window = *this;
-    frame_ = std::make_unique<PropertyFrame>(window, std::string(), std::move(objects), pageNames_,
-                                             stage_.pages);
+    frame_ = std::make_unique<PropertyFrame>(window, std::move(objects), pageNames_, stage_.pages);
     outcome_.frameOpen = true;
     shown_.assign(pageNames_.size(), false);
     ShowTab(0);

@@ -103,10 +103,9 @@ class Frames : public testing::Test {
   Log second;
   std::shared_ptr<Subject> subject = std::make_shared<Subject>();
   RecordingWindow window;
-  PropertyFrame frame{
-      window, "Probe", {subject}, {"first", "second"}, [this](std::string_view name) {
-        return std::make_unique<TextPage>(name == "first" ? first : second);
-      }};
+  PropertyFrame frame{window, {subject}, {"first", "second"}, [this](std::string_view name) {
+                        return std::make_unique<TextPage>(name == "first" ? first : second);
+                      }};
 };
 
 TEST_F(Frames, APageIsFilledWhenItIsShownForTheFirstTime) {
@@ -236,8 +235,7 @@ class TouchedFrames : public testing::Test {
     return made;
   };
   const std::shared_ptr<Subject> subject = std::make_shared<Subject>();
-  PropertyFrame frame{window, "Probe", {subject},
-                      {"x"},  factory, PropertyFrame::Applies::markedOrTouched};
+  PropertyFrame frame{window, {subject}, {"x"}, factory, PropertyFrame::Applies::markedOrTouched};
 };
 
 TEST_F(TouchedFrames, WhateverTheUserTypesChoosesClicksOrDeletesIsToBeApplied) {
@@ -297,7 +295,7 @@ TEST_F(TouchedFrames, ANewSelectionForgetsWhatWasTouched) {
 }
 
 TEST_F(TouchedFrames, AFrameThatGoesByThePagesMarkDoesNotCountIt) {
-  PropertyFrame marked(window, "Probe", {subject}, {"x"}, factory);
+  PropertyFrame marked(window, {subject}, {"x"}, factory);
   marked.Show(0);
   HeadlessUser(platform, *page).Click(page->cmdAdd);
   EXPECT_FALSE(marked.CanApply());
@@ -307,7 +305,7 @@ TEST_F(TouchedFrames, AFrameThatGoesByThePagesMarkDoesNotCountIt) {
 
 TEST_F(Frames, AnUnknownPageIsAnError) {
   const auto noPages = [](std::string_view) { return std::unique_ptr<PropertyPage>(); };
-  EXPECT_EQ(ErrorOf([&] { PropertyFrame(window, "Probe", {subject}, {"fehlt"}, noPages); }), 429);
+  EXPECT_EQ(ErrorOf([&] { PropertyFrame(window, {subject}, {"fehlt"}, noPages); }), 429);
 }
 
 }  // namespace

@@ -84,8 +84,7 @@ void DrawPage(Studio& studio, HeadlessPlatform& platform, std::string_view name,
   const std::vector<std::string> pages(contract.pages.begin(), contract.pages.end());
   const auto at = static_cast<std::size_t>(std::ranges::find(pages, name) - pages.begin());
   NoWindow window;
-  PropertyFrame frame(window, std::string(name), {MakePictured(contract, office)}, pages,
-                      CreatePage);
+  PropertyFrame frame(window, {MakePictured(contract, office)}, pages, CreatePage);
   frame.Show(at);
   PropertyPage& page = frame.Page(at);
   Win32User user(platform, page);
