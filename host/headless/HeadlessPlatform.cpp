@@ -39,11 +39,11 @@ ColorNumber HeadlessPlatform::ChooseColor(ColorNumber preset) {
   return TakeFirst(colorAnswers).value_or(preset);
 }
 
-int HeadlessPlatform::TextWidth(std::string_view text, FontWeight weight) {
+int ProgramPlatform::TextWidth(std::string_view text, FontWeight weight) {
   return TahomaTextWidth(text, weight);
 }
 
-GuidText HeadlessPlatform::NewGuid() {
+GuidText ProgramPlatform::NewGuid() {
   std::random_device source;
   std::array<std::uint8_t, 16> bytes{};
   for (std::size_t at = 0; at < bytes.size(); at += 4) {
@@ -66,7 +66,7 @@ GuidText HeadlessPlatform::NewGuid() {
   return guid;
 }
 
-std::string HeadlessPlatform::Format(const Variant& value, std::string_view pattern) {
+std::string ProgramPlatform::Format(const Variant& value, std::string_view pattern) {
   return GermanFormat(value, pattern);
 }
 
@@ -76,7 +76,7 @@ void HeadlessPlatform::ShowPropertyFrame(WindowHandle owner, std::string_view ca
   if (whileFrame) whileFrame(Frame(frames.back()));
 }
 
-ObjectRef HeadlessPlatform::NewRecordset() {
+ObjectRef ProgramPlatform::NewRecordset() {
   if (recordsets) return recordsets();
   throw RuntimeError(ErrorNumber::cannotCreateObject, "Recordset");
 }

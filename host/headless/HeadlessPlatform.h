@@ -12,10 +12,24 @@
 
 namespace kvo {
 
+// What the platforms of all programs do alike.
+class ProgramPlatform : public Platform {
+ public:
+  // Who makes recordsets; a program with a database layer sets it. Without: RuntimeError 429.
+  std::function<ObjectRef()> recordsets;
+
+  // The same on every machine, whatever its fonts are: boxes are stored with their size.
+  int TextWidth(std::string_view text, FontWeight weight) override;
+  GuidText NewGuid() override;
+  // In German, in every locale: the pages that show the samples are German.
+  std::string Format(const Variant& value, std::string_view pattern) override;
+  ObjectRef NewRecordset() override;
+};
+
 // Dialogs are answered from what was put into the queues beforehand, and recorded. With nothing
 // queued, a prompt and a colour dialog are cancelled and a modal form or property frame closes at
 // once, so that no program ever hangs on a dialog that nobody sees.
-class HeadlessPlatform : public Platform {
+class HeadlessPlatform : public ProgramPlatform {
  public:
   struct Prompt {
     std::string prompt;
@@ -43,9 +57,6 @@ class HeadlessPlatform : public Platform {
   std::function<void(Form&)> whileModal;
   std::function<void(const Frame&)> whileFrame;
 
-  // Who makes recordsets; a program with a database layer sets it. Without: RuntimeError 429.
-  std::function<ObjectRef()> recordsets;
-
   KeyStates keys{};
 
   void ShowMessage(WindowHandle owner, std::string_view text) override;
@@ -53,12 +64,8 @@ class HeadlessPlatform : public Platform {
   void ShowModal(Form& form) override;
   ColorNumber ChooseColor(ColorNumber preset) override;
   KeyStates KeyboardState() override { return keys; }
-  int TextWidth(std::string_view text, FontWeight weight) override;
-  GuidText NewGuid() override;
-  std::string Format(const Variant& value, std::string_view pattern) override;
   void ShowPropertyFrame(WindowHandle owner, std::string_view caption, ObjectRef object,
                          const std::vector<std::string>& pages) override;
-  ObjectRef NewRecordset() override;
 };
 
 // The width of one line of text in Tahoma 8.25 point at 96 dpi, in twips: the sum of the advance

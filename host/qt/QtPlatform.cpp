@@ -5,12 +5,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QPointer>
-#include <QUuid>
-#include <algorithm>
 
-#include "common/values/GermanFormat.h"
-#include "common/values/RuntimeError.h"
-#include "host/headless/HeadlessPlatform.h"
 #include "host/qt/FormDialog.h"
 #include "host/qt/Messages.h"
 #include "host/qt/PropertyFrameDialog.h"
@@ -84,21 +79,6 @@ Platform::KeyStates QtPlatform::KeyboardState() {
   return keys;
 }
 
-int QtPlatform::TextWidth(std::string_view text, FontWeight weight) {
-  return TahomaTextWidth(text, weight);
-}
-
-GuidText QtPlatform::NewGuid() {
-  const QByteArray text = QUuid::createUuid().toByteArray(QUuid::WithBraces).toUpper();
-  GuidText guid{};
-  std::ranges::copy(text, guid.characters.begin());
-  return guid;
-}
-
-std::string QtPlatform::Format(const Variant& value, std::string_view pattern) {
-  return GermanFormat(value, pattern);
-}
-
 void QtPlatform::ShowPropertyFrame(WindowHandle owner, std::string_view caption, ObjectRef object,
                                    const std::vector<std::string>& pages) {
   QWidget* parent = WindowOf(owner);
@@ -108,11 +88,6 @@ void QtPlatform::ShowPropertyFrame(WindowHandle owner, std::string_view caption,
   dialog->Note(frameNote);
   if (parent != nullptr) dialog->move(parent->mapToGlobal(QPoint(0, 0)));
   Execute(std::move(dialog));
-}
-
-ObjectRef QtPlatform::NewRecordset() {
-  if (recordsets) return recordsets();
-  throw RuntimeError(ErrorNumber::cannotCreateObject, "Recordset");
 }
 
 }  // namespace kvo

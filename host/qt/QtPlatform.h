@@ -4,19 +4,17 @@
 #include <functional>
 
 #include "common/forms/PropertyFrame.h"
-#include "common/frame/Platform.h"
+#include "host/headless/HeadlessPlatform.h"
 
 namespace kvo {
 
 // The platform of programs with a desktop. Needs a QApplication; its dialogs stand over the window
 // that is active.
-class QtPlatform : public Platform {
+class QtPlatform : public ProgramPlatform {
  public:
   // `pages` makes the pages of the property frames that it shows.
   explicit QtPlatform(PageFactory pages) : pages_(std::move(pages)) {}
 
-  // Who makes recordsets; a program with a database layer sets it. Without: RuntimeError 429.
-  std::function<ObjectRef()> recordsets;
   // Handed to the property frames.
   std::function<void()> onApplied;
   QString frameNote;
@@ -27,15 +25,9 @@ class QtPlatform : public Platform {
   ColorNumber ChooseColor(ColorNumber preset) override;
   // Mouse buttons and the shift, control and menu keys; no others.
   KeyStates KeyboardState() override;
-  // The same on every machine, whether it has the font or not: boxes are stored with their size.
-  int TextWidth(std::string_view text, FontWeight weight) override;
-  GuidText NewGuid() override;
-  // In German, in every locale: the pages that show the samples are German.
-  std::string Format(const Variant& value, std::string_view pattern) override;
   // An owner is the winId of a widget's window.
   void ShowPropertyFrame(WindowHandle owner, std::string_view caption, ObjectRef object,
                          const std::vector<std::string>& pages) override;
-  ObjectRef NewRecordset() override;
 
  private:
   PageFactory pages_;
