@@ -1,6 +1,7 @@
 #include "host/script/HeadlessUser.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "common/forms/FormActions.h"
 #include "common/forms/FormKeys.h"
@@ -37,6 +38,50 @@ std::size_t StepBack(const EditBox& box, std::size_t position) {
 std::size_t StepForth(const EditBox& box, std::size_t position) {
   if (position >= box.TextLength()) return 0;
   return InsideLineBreak(box, position + 1) ? 2 : 1;
+}
+
+// What a key does to a text: it replaces a part of it, or selects that.
+struct Stroke {
+  HeadlessUser::Part part;
+  std::optional<std::string_view> typed{};
+};
+
+// `back` and `forth` are how many characters the caret goes from the beginning of what is selected.
+// Nothing for a key that means nothing to a text.
+std::optional<Stroke> StrokeOf(Key key, HeadlessUser::Part selected, std::size_t size,
+                               std::size_t back, std::size_t forth) {
+  const auto [start, length] = selected;
+  switch (key) {
+    case Key::backspace:
+      return length > 0 ? Stroke{selected, ""} : Stroke{{start - back, back}, ""};
+    case Key::del:
+      return length > 0 ? Stroke{selected, ""} : Stroke{{start, forth}, ""};
+    case Key::space:
+      return Stroke{selected, " "};
+    case Key::home:
+      return Stroke{{0, 0}};
+    case Key::end:
+      return Stroke{{size, 0}};
+    case Key::left:
+      return Stroke{{length > 0 ? start : start - back, 0}};
+    case Key::right:
+      return Stroke{{start + (length > 0 ? length : forth), 0}};
+    case Key::selectAll:
+      return Stroke{{0, size}};
+    default:
+      return std::nullopt;
+  }
+}
+
+// The row of a list to which a key goes; the same one when it goes nowhere.
+int NextChoice(Key key, int now, std::size_t rows) {
+  const int last = static_cast<int>(rows) - 1;
+  const int next = key == Key::up     ? now - 1
+                   : key == Key::down ? now + 1
+                   : key == Key::home ? 0
+                   : key == Key::end  ? last
+                                      : now;
+  return next >= 0 && next <= last ? next : now;
 }
 
 // Holds the left mouse button down.
@@ -211,51 +256,26 @@ void HeadlessUser::Press(Key key) {
 }
 
 void HeadlessUser::PressInBox(EditBox& box, Key key) {
-  const std::size_t start = box.SelStart();
-  const std::size_t length = box.SelLength();
-  const std::size_t size = box.TextLength();
   auto* combo = dynamic_cast<ComboBox*>(&box);
-  switch (key) {
-    case Key::backspace:
-      if (length > 0) return Edit(box, start, length, {});
-      return Edit(box, start - StepBack(box, start), StepBack(box, start), {});
-    case Key::del:
-      return Edit(box, start, length > 0 ? length : StepForth(box, start), {});
-    case Key::home:
-      Select(box, 0, 0);
-      break;
-    case Key::end:
-      Select(box, size, 0);
-      break;
-    case Key::left:
-      Select(box, length > 0 ? start : start - StepBack(box, start), 0);
-      break;
-    case Key::right:
-      Select(box, start + (length > 0 ? length : StepForth(box, start)), 0);
-      break;
-    case Key::selectAll:
-      Select(box, 0, size);
-      break;
-    case Key::space:
-      return TypeStroke(" ");
-    case Key::up:
-    case Key::down:
-      if (combo != nullptr) PressInList(*combo, key);
-      break;
-    default:
-      break;
+  if (key == Key::up || key == Key::down) {
+    if (combo != nullptr) PressInList(*combo, key);
+    return;
   }
+  if (key == Key::space) return TypeStroke(" ");
+  const std::size_t start = box.SelStart();
+  const auto stroke = StrokeOf(key, {start, box.SelLength()}, box.TextLength(),
+                               StepBack(box, start), StepForth(box, start));
+  if (!stroke) return;
+  if (stroke->typed)
+    Edit(box, stroke->part.start, stroke->part.length, *stroke->typed);
+  else
+    Select(box, stroke->part.start, stroke->part.length);
 }
 
 void HeadlessUser::PressInList(ComboBox& list, Key key) {
   const int now = list.ListIndex();
-  const int last = static_cast<int>(list.Rows().size()) - 1;
-  const int next = key == Key::up     ? now - 1
-                   : key == Key::down ? now + 1
-                   : key == Key::home ? 0
-                   : key == Key::end  ? last
-                                      : now;
-  if (next != now && next >= 0 && next <= last) FormRenderer::Choose(list, next);
+  const int next = NextChoice(key, now, list.Rows().size());
+  if (next != now) FormRenderer::Choose(list, next);
 }
 
 void HeadlessUser::PressInGrid(PropertyGrid& grid, Key key) {
@@ -274,51 +294,21 @@ void HeadlessUser::PressInGrid(PropertyGrid& grid, Key key) {
 
 void HeadlessUser::PressInValue(PropertyGridItem& item, Key key) {
   PropertyGrid& grid = item.Grid();
-  const std::size_t size = valueSize_;
-  const auto [start, length] = value_;
   if (key == Key::enter) return SelectValue(grid);  // the value is edited: the dialog stays open
   if (item.Kind() == ItemKind::list && (key == Key::up || key == Key::down || !TakesText(item))) {
-    const auto& choices = item.Choices();
-    const int last = static_cast<int>(choices.size()) - 1;
     const int now = ChosenRow(item);
-    const int next = key == Key::up     ? now - 1
-                     : key == Key::down ? now + 1
-                     : key == Key::home ? 0
-                     : key == Key::end  ? last
-                                        : now;
-    if (next == now || next < 0 || next > last) return;
-    ChooseValue(item, *choices[static_cast<std::size_t>(next)]);
+    const int next = NextChoice(key, now, item.Choices().size());
+    if (next == now) return;
+    ChooseValue(item, *item.Choices()[static_cast<std::size_t>(next)]);
     return SelectValue(grid);
   }
-  switch (key) {
-    case Key::backspace:
-      if (length > 0) return EditSelectedValue(item, value_, {});
-      if (start > 0) EditSelectedValue(item, {start - 1, 1}, {});
-      return;
-    case Key::del:
-      if (length > 0) return EditSelectedValue(item, value_, {});
-      if (start < size) EditSelectedValue(item, {start, 1}, {});
-      return;
-    case Key::home:
-      value_ = {0, 0};
-      return;
-    case Key::end:
-      value_ = {size, 0};
-      return;
-    case Key::left:
-      value_ = {length > 0 || start == 0 ? start : start - 1, 0};
-      return;
-    case Key::right:
-      value_ = {length > 0 ? start + length : std::min(start + 1, size), 0};
-      return;
-    case Key::selectAll:
-      value_ = {0, size};
-      return;
-    case Key::space:
-      return EditSelectedValue(item, value_, " ");
-    default:
-      MoveToRow(grid, key);
-  }
+  const auto stroke =
+      StrokeOf(key, value_, valueSize_, value_.start > 0, value_.start < valueSize_);
+  if (!stroke) return MoveToRow(grid, key);
+  if (!stroke->typed)
+    value_ = stroke->part;
+  else if (stroke->part.length > 0 || !stroke->typed->empty())
+    EditSelectedValue(item, stroke->part, *stroke->typed);
 }
 
 void HeadlessUser::EditSelectedValue(PropertyGridItem& item, Part replaced,
