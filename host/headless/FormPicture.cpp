@@ -273,25 +273,20 @@ class FormPainter {
   }
   void Button(const FormControl& control, const Rect& at, std::string_view caption, bool accepts,
               std::string_view ink = {}) {
-    svg_.Element("rect", {{"x", Number(at.left)},
-                          {"y", Number(at.top)},
-                          {"width", Number(at.width)},
-                          {"height", Number(at.height)},
-                          {"rx", "45"},
-                          {"fill", "#e6e6e6"},
-                          {"stroke", std::string(accepts ? kAccent : kEdge)},
-                          {"stroke-width", "15"}});
+    Box(at, "#e6e6e6", accepts ? kAccent : kEdge, "45");
     if (ink.empty()) ink = control.Enabled() ? kText : kGray;
     Write(at.left + at.width / 2, Middle(at), caption, control.TextFont(), ink, true);
   }
-  void Box(const Rect& at, std::string_view fill) {
+  void Box(const Rect& at, std::string_view fill, std::string_view edge = kEdge,
+           std::string_view corner = {}) {
     svg_.Element("rect", {{"x", Number(at.left)},
                           {"y", Number(at.top)},
                           {"width", Number(at.width)},
                           {"height", Number(at.height)},
+                          {"rx", std::string(corner)},
                           {"fill", std::string(fill)},
-                          {"stroke", std::string(kEdge)},
-                          {"stroke-width", "15"}});
+                          {"stroke", std::string(edge)},
+                          {"stroke-width", edge.empty() ? "" : "15"}});
   }
   void Circle(const Rect& at, int radius, std::string_view fill, std::string_view edge) {
     svg_.Element("circle", {{"cx", Number(at.left + at.width / 2)},
@@ -315,10 +310,7 @@ class FormPainter {
   void Clipped(const Rect& at, const Draw& draw) {
     const std::string id = "clip" + Number(clips_++);
     svg_.Open("clipPath", {{"id", id}});
-    svg_.Element("rect", {{"x", Number(at.left)},
-                          {"y", Number(at.top)},
-                          {"width", Number(at.width)},
-                          {"height", Number(at.height)}});
+    Box(at, {}, {});
     svg_.Close("clipPath");
     svg_.Open("g", {{"clip-path", "url(#" + id + ')'}});
     draw();

@@ -97,9 +97,4 @@ LRESULT FormDialog::Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept
   return Default(message, wParam, lParam);
 }
 
-void ShowFormDialog(Form& form, HWND owner) {
-  FormDialog dialog(form, owner);
-  if (form.IsLoaded()) dialog.Run();
-}
-
 }  // namespace kvo

@@ -34,7 +34,4 @@ class FormDialog final : private OwnWindow {
   bool ended_ = false;
 };
 
-// Shows a form as a modal dialog; returns when it was unloaded.
-void ShowFormDialog(Form& form, HWND owner);
-
 }  // namespace kvo

@@ -22,7 +22,10 @@ std::optional<std::string> Win32Platform::InputPrompt(std::string_view prompt,
   return AskForLine(GetActiveWindow(), prompt, title);
 }
 
-void Win32Platform::ShowModal(Form& form) { ShowFormDialog(form, GetActiveWindow()); }
+void Win32Platform::ShowModal(Form& form) {
+  FormDialog dialog(form, GetActiveWindow());
+  if (form.IsLoaded()) dialog.Run();
+}
 
 ColorNumber Win32Platform::ChooseColor(ColorNumber preset) {
   static COLORREF custom[16] = {};  // the user's own, until the program ends
