@@ -1,15 +1,123 @@
 #include "document/check/Check.h"
 
 #include <algorithm>
+#include <map>
 
 #include "common/values/RuntimeError.h"
-#include "document/check/Balance.h"
 #include "document/check/ControlRules.h"
-#include "document/check/OwnText.h"
 #include "document/check/Products.h"
+#include "document/page/Messages.h"
+#include "document/page/ProblemList.h"
 
 namespace kvo::check {
 namespace {
+
+using page::messages::Plain;
+using page::messages::Quoting;
+
+constexpr Rule kUnbalanced{"unbalanced-element", page::Severity::error};
+
+std::string PlaceText(const page::FoundControl& control) {
+  return std::to_string(control.place.line) + ":" + std::to_string(control.place.column);
+}
+
+// Is told of the tag-only elements of a page in their order, and says at the end which of them have
+// no partner. A closing one belongs to the last opening one of its name that is still open. Every
+// message names both places where there are two.
+class Balance {
+ public:
+  void Note(const Checked& checked) {
+    if (!checked.Has("OpeningTagOnly")) return;
+    const bool opens = checked.Flag("OpeningTagOnly");
+    const std::string name = checked.Text("Value");
+    if (opens == checked.Flag("ClosingTagOnly") || name.empty()) return;
+    if (opens)
+      Open(names_[name], checked.found);
+    else
+      Close(name, names_[name], checked.found);
+  }
+
+  page::Problems Take() {
+    constexpr Quoting kNeverClosed = {"Dieses öffnende Element {} wird nie geschlossen.",
+                                      "This opening element {} is never closed."};
+    constexpr Plain kLast = {" Das letzte schließende steht in {}.",
+                             " The last closing one stands at {}."};
+    for (const auto& [name, tags] : names_)
+      for (const page::FoundControl* control : tags.open)
+        Add(*control, kNeverClosed(name),
+            tags.lastClose == nullptr ? Message() : kLast(PlaceText(*tags.lastClose)));
+    return std::move(problems_);
+  }
+
+ private:
+  struct Tags {
+    std::vector<const page::FoundControl*> open;
+    const page::FoundControl* lastOpen = nullptr;
+    const page::FoundControl* lastClose = nullptr;
+  };
+
+  static void Open(Tags& tags, const page::FoundControl& control) {
+    tags.open.push_back(&control);
+    tags.lastOpen = &control;
+  }
+
+  void Close(const std::string& name, Tags& tags, const page::FoundControl& control) {
+    constexpr Quoting kNotOpen = {"Dieses schließende Element {} hat kein öffnendes vor sich.",
+                                  "This closing element {} has no opening one before it."};
+    constexpr Plain kLast = {" Das letzte öffnende ({}) schließt schon das Element in {}.",
+                             " The last opening one ({}) is closed by the element at {} already."};
+    if (tags.open.empty())
+      return Add(control, kNotOpen(name),
+                 tags.lastClose == nullptr
+                     ? Message()
+                     : kLast(PlaceText(*tags.lastOpen), PlaceText(*tags.lastClose)));
+    tags.open.pop_back();
+    tags.lastClose = &control;
+  }
+
+  void Add(const page::FoundControl& control, const Message& message, const Message& more) {
+    problems_.push_back(ProblemOf(kUnbalanced, control,
+                                  {message.german + more.german, message.english + more.english}));
+  }
+
+  std::map<std::string, Tags> names_;
+  page::Problems problems_;
+};
+
+// The page with blanks in place of its controls, so that every place stays the same.
+std::string WithoutControls(const page::Page& page,
+                            const std::vector<page::FoundControl>& controls) {
+  std::string text(page.Bytes());
+  for (const page::FoundControl& control : controls) {
+    const std::size_t end = std::min(control.end, text.size());
+    if (control.begin < end)
+      text.replace(control.begin, end - control.begin, end - control.begin, ' ');
+  }
+  return text;
+}
+
+// Unknown fields in the text of a page between its controls, each at its own place.
+page::Problems CheckOwnText(const page::Page& page, const std::vector<page::FoundControl>& controls,
+                            KnownFields& fields) {
+  constexpr std::size_t kMostTold = 1'000;  // a page may hold nothing but unknown fields
+  if (!fields.contact && !fields.order) return {};
+  if (page.Encoding().kind() == page::PageEncoding::Kind::utf16) return {};
+  page::ProblemList problems;
+  std::size_t told = 0;
+  ForEachFieldReference(WithoutControls(page, controls), [&](const FieldReference& reference) {
+    if (told > kMostTold) return;
+    std::string name;
+    page.Encoding().Decode(reference.name, name);
+    auto message = UnknownFieldMessage(reference.kind, name, fields);
+    if (!message) return;
+    if (++told > kMostTold)
+      message = Message{"Weitere unbekannte Felder im Text der Seite werden nicht genannt.",
+                        "Further unknown fields in the page's text are not named."};
+    const Rule& rule = IsFieldForSure(reference) ? kUnknownField : kUnknownOrderValue;
+    problems.Add(reference.at, rule.id, {}, std::move(*message), rule.severity);
+  });
+  return problems.Take(page.Bytes(), page.Encoding());
+}
 
 // A failing control has been reported by the page's own check; rules that need no text go on.
 std::string RuntimeTextOrNothing(const Control& control) {
@@ -20,19 +128,12 @@ std::string RuntimeTextOrNothing(const Control& control) {
   }
 }
 
-void NoteTagOnly(const Checked& checked, Balance& balance) {
-  if (!checked.Has("OpeningTagOnly")) return;
-  const bool opens = checked.Flag("OpeningTagOnly");
-  const bool closes = checked.Flag("ClosingTagOnly");
-  const std::string name = checked.Text("Value");
-  if (opens == closes || name.empty()) return;
-  if (opens)
-    balance.Open(name, checked.found);
-  else
-    balance.Close(name, checked.found);
-}
-
 }  // namespace
+
+page::Problem ProblemOf(const Rule& rule, const page::FoundControl& control, Message message) {
+  return {rule.severity,      rule.id,      control.place, control.className, control.id,
+          std::move(message), control.begin};
+}
 
 std::span<const Rule> Rules() {
   static const std::vector<Rule> rules = [] {
@@ -49,8 +150,7 @@ page::Problems CheckPage(const page::Page& page, const ObjectRef& office,
   const page::Inspection inspection = page::Inspect(page);
   KnownFields fields = FieldsOf(office);
   Balance balance;
-  std::optional<ProductCheck> productCheck;
-  if (products != nullptr) productCheck.emplace(*products);
+  std::vector<Selection> selections;
   for (const page::FoundControl& found : inspection.controls) {
     if (found.contract == nullptr || found.broken) continue;
     std::shared_ptr<Control> control;
@@ -60,20 +160,20 @@ page::Problems CheckPage(const page::Page& page, const ObjectRef& office,
       continue;  // reported by the page's own check
     }
     const Checked checked{found, control, fields, RuntimeTextOrNothing(*control)};
-    NoteTagOnly(checked, balance);
-    if (productCheck && checked.Has("SelectedProducts"))
-      productCheck->Note(found, checked.Text("SelectedProducts"));
+    balance.Note(checked);
+    if (products != nullptr && checked.Has("SelectedProducts"))
+      if (auto numbers = NumbersIn(checked.Text("SelectedProducts")); !numbers.empty())
+        selections.push_back({&found, std::move(numbers)});
     for (const ControlRule& rule : ControlRules())
       rule.check(checked, [&](Message message) {
-        problems.push_back({rule.rule.severity, rule.rule.id, found.place, found.className,
-                            found.id, std::move(message), found.begin});
+        problems.push_back(ProblemOf(rule.rule, found, std::move(message)));
       });
   }
   const auto add = [&](page::Problems&& more) {
     std::ranges::move(more, std::back_inserter(problems));
   };
   add(balance.Take());
-  if (productCheck) add(productCheck->Take());
+  if (products != nullptr) add(CheckProducts(selections, *products));
   add(CheckOwnText(page, inspection.controls, fields));
   std::ranges::stable_sort(problems, {}, &page::Problem::offset);
   return problems;

@@ -15,6 +15,7 @@ struct Rule {
   page::Severity severity;
 };
 std::span<const Rule> Rules();
+page::Problem ProblemOf(const Rule& rule, const page::FoundControl& control, Message message);
 
 class ProductNumbers;
 

@@ -59,8 +59,8 @@ Message NotChecked(const Message& reason) {
 
 }  // namespace
 
-void ProductNumbers::LookUp(const std::vector<std::string>& numbers) {
-  if (office_ == nullptr) return;
+std::optional<Message> ProductNumbers::LookUp(const std::vector<std::string>& numbers) {
+  if (office_ == nullptr) return std::nullopt;
   std::set<std::string> wanted;
   for (const std::string& number : numbers)
     if (CanBeLookedUp(number) && !known_.contains(number)) wanted.insert(number);
@@ -69,8 +69,7 @@ void ProductNumbers::LookUp(const std::vector<std::string>& numbers) {
   for (std::size_t at = 0; at < left.size() && readable_; at += kNumbersOfAStatement) {
     if (known_.size() >= kMostNumbers || Clock::now() > end) {
       readable_ = false;
-      failure_ = NotChecked({"Es sind zu viele.", "there are too many."});
-      return;
+      return NotChecked({"Es sind zu viele.", "there are too many."});
     }
     try {
       Ask(std::span(left).subspan(at, std::min(kNumbersOfAStatement, left.size() - at)), *office_);
@@ -78,9 +77,10 @@ void ProductNumbers::LookUp(const std::vector<std::string>& numbers) {
       throw;
     } catch (const std::exception& failure) {
       readable_ = false;
-      failure_ = NotChecked(FailureMessage(failure));
+      return NotChecked(FailureMessage(failure));
     }
   }
+  return std::nullopt;
 }
 
 void ProductNumbers::Ask(std::span<const std::string> numbers, Object& office) {
@@ -104,50 +104,44 @@ bool ProductNumbers::IsUnknown(const std::string& number) const {
   return asked != known_.end() && !asked->second;
 }
 
-void ProductCheck::Note(const page::FoundControl& control, std::string_view selectedProducts) {
-  Noted noted{&control, {}};
-  for (std::size_t at = 0; at <= selectedProducts.size();) {
-    const std::size_t end = std::min(selectedProducts.find(',', at), selectedProducts.size());
-    const std::string_view number = Trimmed(selectedProducts.substr(at, end - at));
-    if (!number.empty()) noted.numbers.emplace_back(number);
+std::vector<std::string> NumbersIn(std::string_view selection) {
+  std::vector<std::string> numbers;
+  for (std::size_t at = 0; at <= selection.size();) {
+    const std::size_t end = std::min(selection.find(',', at), selection.size());
+    const std::string_view number = Trimmed(selection.substr(at, end - at));
+    if (!number.empty()) numbers.emplace_back(number);
     at = end + 1;
   }
-  if (!noted.numbers.empty()) noted_.push_back(std::move(noted));
+  return numbers;
 }
 
-page::Problems ProductCheck::Take() {
+page::Problems CheckProducts(const std::vector<Selection>& selections, ProductNumbers& products) {
   constexpr std::size_t kMostNamed = 5;
-  if (noted_.empty()) return {};
-  std::vector<std::string> numbers;
-  for (const Noted& noted : noted_)
-    numbers.insert(numbers.end(), noted.numbers.begin(), noted.numbers.end());
-  products_.LookUp(numbers);
+  std::vector<std::string> all;
+  for (const Selection& selection : selections)
+    all.insert(all.end(), selection.numbers.begin(), selection.numbers.end());
   page::Problems problems;
-  const auto report = [&](const Noted& noted, const Rule& rule, Message message) {
-    const page::FoundControl& control = *noted.control;
-    problems.push_back({rule.severity, rule.id, control.place, control.className, control.id,
-                        std::move(message), control.begin});
-  };
-  if (auto failure = products_.TakeFailure())
-    report(noted_.front(), kProductsNotChecked, std::move(*failure));
-  for (const Noted& noted : noted_) {
+  if (auto failure = products.LookUp(all))
+    problems.push_back(
+        ProblemOf(kProductsNotChecked, *selections.front().control, std::move(*failure)));
+  for (const auto& [control, numbers] : selections) {
     std::string named;
     std::size_t count = 0;
-    for (const std::string& number : noted.numbers) {
-      if (!products_.IsUnknown(number)) continue;
+    for (const std::string& number : numbers) {
+      if (!products.IsUnknown(number)) continue;
       if (++count <= kMostNamed) named += (named.empty() ? "" : ", ") + Quoted(number);
     }
     if (count == 0) continue;
     const std::string more = count > kMostNamed ? std::to_string(count - kMostNamed) : "";
-    report(noted, kUnknownProduct,
-           {"Im Shop gibt es diese Produkte nicht: " + named +
-                (more.empty() ? "" : " und " + more + " weitere") +
-                ". Nehmen Sie sie aus der Auswahl oder berichtigen Sie ihre Nummern.",
-            "The shop does not have these products: " + named +
-                (more.empty() ? "" : " and " + more + " more") +
-                ". Take them out of the selection or correct their numbers."});
+    problems.push_back(
+        ProblemOf(kUnknownProduct, *control,
+                  {"Im Shop gibt es diese Produkte nicht: " + named +
+                       (more.empty() ? "" : " und " + more + " weitere") +
+                       ". Nehmen Sie sie aus der Auswahl oder berichtigen Sie ihre Nummern.",
+                   "The shop does not have these products: " + named +
+                       (more.empty() ? "" : " and " + more + " more") +
+                       ". Take them out of the selection or correct their numbers."}));
   }
-  noted_.clear();
   return problems;
 }
 

@@ -24,37 +24,27 @@ class ProductNumbers {
  public:
   explicit ProductNumbers(ObjectRef office) : office_(std::move(office)) {}
 
-  // Looks up those that were not looked up before.
-  void LookUp(const std::vector<std::string>& numbers);
+  // Looks up those that were not looked up before. Answers why not all were; once.
+  std::optional<Message> LookUp(const std::vector<std::string>& numbers);
   // False also for a number that could not be looked up.
   bool IsUnknown(const std::string& number) const;
-  // Why not all numbers were looked up; once.
-  std::optional<Message> TakeFailure() { return std::exchange(failure_, std::nullopt); }
 
  private:
   void Ask(std::span<const std::string> numbers, Object& office);
 
   ObjectRef office_;
   std::map<std::string, bool> known_;  // of each number that was looked up
-  std::optional<Message> failure_;
   bool readable_ = true;
 };
 
-// Is told of the product lists of a page, and says at the end which products there are not.
-class ProductCheck {
- public:
-  explicit ProductCheck(ProductNumbers& products) : products_(products) {}
-
-  void Note(const page::FoundControl& control, std::string_view selectedProducts);
-  page::Problems Take();
-
- private:
-  struct Noted {
-    const page::FoundControl* control;
-    std::vector<std::string> numbers;
-  };
-  ProductNumbers& products_;
-  std::vector<Noted> noted_;
+// The products that a control names, at least one.
+struct Selection {
+  const page::FoundControl* control;
+  std::vector<std::string> numbers;
 };
+// Those of a text that parts them by ",".
+std::vector<std::string> NumbersIn(std::string_view products);
+// Says which of them there are not.
+page::Problems CheckProducts(const std::vector<Selection>& selections, ProductNumbers& products);
 
 }  // namespace kvo::check
