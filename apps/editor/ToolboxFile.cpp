@@ -29,12 +29,6 @@ constexpr std::array kFileKeys = {kTools};
 constexpr std::array kToolKeys = {kClass, kCaption, kDescription, kIcon, kBag};
 constexpr std::array kLanguages = {kGerman, kEnglish};
 
-const JsonNode* Find(const JsonNode& object, std::string_view key) {
-  for (const JsonNode& member : object.children)
-    if (member.key == key) return &member;
-  return nullptr;
-}
-
 class Reader : private office::JsonFileReader {
  public:
   Reader(const std::filesystem::path& folder, page::ProblemList& problems)
@@ -42,9 +36,9 @@ class Reader : private office::JsonFileReader {
 
   std::vector<Tool> Read(const JsonNode& root) {
     std::vector<Tool> tools;
-    if (!Is(root, Kind::object, office::kObjectWanted, "")) return tools;
+    if (!Is(root, Kind::object, "")) return tools;
     CheckKeys(root, kFileKeys, "");
-    const JsonNode* list = Required(root, kTools, Kind::list, office::kListWanted, "");
+    const JsonNode* list = Required(root, kTools, Kind::list, "");
     if (list == nullptr) return tools;
     for (const JsonNode& item : list->children)
       tools.push_back(
@@ -55,34 +49,34 @@ class Reader : private office::JsonFileReader {
  private:
   Tool ReadTool(const JsonNode& object, const std::string& path) {
     Tool tool;
-    if (!Is(object, Kind::object, office::kObjectWanted, path)) return tool;
+    if (!Is(object, Kind::object, path)) return tool;
     CheckKeys(object, kToolKeys, path);
-    if (const JsonNode* name = Required(object, kClass, Kind::text, office::kTextWanted, path))
+    if (const JsonNode* name = Required(object, kClass, Kind::text, path))
       tool.contract = ClassNamed(*name, PathTo(path, kClass));
-    if (const JsonNode* caption = Find(object, kCaption))
+    if (const JsonNode* caption = object.Find(kCaption))
       tool.caption = ReadText(*caption, PathTo(path, kCaption));
     else
-      Required(object, kCaption, Kind::text, office::kTextWanted, path);
-    if (const JsonNode* description = Find(object, kDescription))
+      Required(object, kCaption, Kind::text, path);
+    if (const JsonNode* description = object.Find(kDescription))
       tool.description = ReadText(*description, PathTo(path, kDescription));
     else if (tool.contract != nullptr)
       tool.description = tool.contract->description.In(UserLanguage());
-    if (const JsonNode* icon = Find(object, kIcon))
-      if (Is(*icon, Kind::text, office::kTextWanted, PathTo(path, kIcon)))
+    if (const JsonNode* icon = object.Find(kIcon))
+      if (Is(*icon, Kind::text, PathTo(path, kIcon)))
         tool.icon = (folder_ / icon->text).lexically_normal().string();
-    if (const JsonNode* bag = Find(object, kBag)) ReadBag(*bag, PathTo(path, kBag), tool);
+    if (const JsonNode* bag = object.Find(kBag)) ReadBag(*bag, PathTo(path, kBag), tool);
     return tool;
   }
 
   // A text, or one for each language.
   std::string ReadText(const JsonNode& node, const std::string& path) {
     if (node.kind != Kind::object) {
-      Is(node, Kind::text, office::kTextWanted, path);
+      Is(node, Kind::text, path);
       return node.text;
     }
     CheckKeys(node, kLanguages, path);
-    const JsonNode* german = Required(node, kGerman, Kind::text, office::kTextWanted, path);
-    const JsonNode* english = Required(node, kEnglish, Kind::text, office::kTextWanted, path);
+    const JsonNode* german = Required(node, kGerman, Kind::text, path);
+    const JsonNode* english = Required(node, kEnglish, Kind::text, path);
     const JsonNode* mine = UserLanguage() == Language::german ? german : english;
     return mine == nullptr ? std::string() : mine->text;
   }
@@ -93,18 +87,20 @@ class Reader : private office::JsonFileReader {
     std::vector<std::string_view> names;
     for (const RegisteredControl& control : RegisteredControls())
       names.push_back(control.contract().name);
-    AddUnknownName(name, path, names,
-                   {"Die Klasse \"{}\" gibt es nicht.", "There is no class \"{}\"."});
+    Add(name.at,
+        page::messages::WithSuggestion({path + ": Die Klasse \"" + name.text + "\" gibt es nicht.",
+                                        path + ": There is no class \"" + name.text + "\"."},
+                                       Suggest(name.text, names)));
     return nullptr;
   }
 
   void ReadBag(const JsonNode& bag, const std::string& path, Tool& tool) {
-    if (!Is(bag, Kind::object, office::kObjectWanted, path) || tool.contract == nullptr) return;
+    if (!Is(bag, Kind::object, path) || tool.contract == nullptr) return;
     std::vector<std::string_view> keys;
     for (const PropertyRow& row : tool.contract->bag) keys.push_back(row.key);
     CheckKeys(bag, keys, path);
     for (const JsonNode& entry : bag.children)
-      if (Is(entry, Kind::text, office::kTextWanted, PathTo(path, entry.key)))
+      if (Is(entry, Kind::text, PathTo(path, entry.key)))
         tool.bag.emplace_back(entry.key, entry.text);
     try {
       page::Load(*tool.contract, tool.bag);
@@ -113,14 +109,6 @@ class Reader : private office::JsonFileReader {
           {path + ": Das Control lässt sich damit nicht laden: " + error.Text(Language::german),
            path + ": the control cannot be loaded from it: " + error.Text(Language::english)});
     }
-  }
-
-  void AddUnknownName(const JsonNode& name, const std::string& path,
-                      std::span<const std::string_view> known, const Localized& text) {
-    const std::array names = {name.text};
-    const Message message =
-        page::messages::WithSuggestion(Filled(text, names), Suggest(name.text, known));
-    Add(name.at, {path + ": " + message.german, path + ": " + message.english});
   }
 
   const std::filesystem::path& folder_;

@@ -12,24 +12,21 @@ namespace {
 
 using Kind = JsonNode::Kind;
 
-Localized NameOf(Kind kind) {
-  switch (kind) {
-    case Kind::null:
-      return {"null", "null"};
-    case Kind::flag:
-      return {"ein Wahrheitswert", "a flag"};
-    case Kind::integer:
-    case Kind::number:
-      return {"eine Zahl", "a number"};
-    case Kind::text:
-      return {"ein Text", "a text"};
-    case Kind::list:
-      return {"eine Liste", "a list"};
-    case Kind::object:
-      break;
-  }
-  return {"ein Objekt", "an object"};
-}
+// In the order of the kinds.
+struct KindRow {
+  Localized name;
+  Localized wanted;  // what stands behind "expected"; of kinds that can be
+};
+constexpr KindRow kKinds[] = {
+    {{"null", "null"}, {}},
+    {{"ein Wahrheitswert", "a flag"}, {}},
+    {{"eine Zahl", "a number"}, {"eine ganze Zahl von 32 Bit", "a whole number of 32 bits"}},
+    {{"eine Zahl", "a number"}, {}},
+    {{"ein Text", "a text"}, {"ein Text in Anführungszeichen", "a text in quotation marks"}},
+    {{"eine Liste", "a list"}, {"eine Liste [ ... ]", "a list [ ... ]"}},
+    {{"ein Objekt", "an object"}, {"ein Objekt { ... }", "an object { ... }"}},
+};
+const KindRow& RowOf(Kind kind) { return kKinds[static_cast<std::size_t>(kind)]; }
 
 std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
@@ -40,6 +37,19 @@ std::string Shown(const std::string& key) {
     return IsLetter(c) || IsDigit(c) || c == '_' || static_cast<unsigned char>(c) >= 0x80;
   });
   return isName ? key : "\"...\"";
+}
+
+Message UnknownKey(std::string_view key, const std::string& where,
+                   std::span<const std::string_view> known) {
+  Message message = {where + ": Diesen Schlüssel gibt es nicht.",
+                     where + ": there is no such key."};
+  if (const auto meant = Suggest(key, known); !meant.empty())
+    return page::messages::WithSuggestion(std::move(message), meant);
+  std::string names;
+  for (const std::string_view name : known) names += (names.empty() ? "" : ", ") + Quoted(name);
+  message.german += " Hier gelten: " + names + '.';
+  message.english += " What counts here: " + names + '.';
+  return message;
 }
 
 std::string Lines(const std::string& file, const page::Problems& problems, Language language) {
@@ -63,31 +73,33 @@ std::string PathTo(const std::string& parent, std::string_view key) {
   return parent.empty() ? std::string(key) : parent + '.' + std::string(key);
 }
 
-const JsonNode* JsonFileReader::Required(const JsonNode& object, std::string_view key, Kind kind,
-                                         const Localized& wanted, const std::string& path) {
-  for (const JsonNode& member : object.children)
-    if (member.key == key) return Is(member, kind, wanted, PathTo(path, key)) ? &member : nullptr;
-  Add(object.at, {path + ": Der Schlüssel " + Quoted(key) +
-                      " fehlt. Ergänzen Sie ihn; erwartet wird " + std::string(wanted.german) + '.',
-                  path + ": the key " + Quoted(key) + " is missing. Add it; expected is " +
-                      std::string(wanted.english) + '.'});
+const JsonNode* JsonFileReader::Required(const JsonNode& object, std::string_view key, Kind wanted,
+                                         const std::string& path) {
+  if (const JsonNode* member = object.Find(key))
+    return Is(*member, wanted, PathTo(path, key)) ? member : nullptr;
+  const Localized& expected = RowOf(wanted).wanted;
+  Add(object.at,
+      {path + ": Der Schlüssel " + Quoted(key) + " fehlt. Ergänzen Sie ihn; erwartet wird " +
+           std::string(expected.german) + '.',
+       path + ": the key " + Quoted(key) + " is missing. Add it; expected is " +
+           std::string(expected.english) + '.'});
   return nullptr;
 }
 
-bool JsonFileReader::Is(const JsonNode& node, Kind kind, const Localized& wanted,
-                        const std::string& path) {
-  if (node.kind == kind) return true;
-  WrongValue(node.at, path, wanted, NameOf(node.kind));
+bool JsonFileReader::Is(const JsonNode& node, Kind wanted, const std::string& path) {
+  if (node.kind == wanted) return true;
+  WrongValue(node, wanted, RowOf(node.kind).name, path);
   return false;
 }
 
-void JsonFileReader::WrongValue(std::size_t at, const std::string& path, const Localized& wanted,
-                                const Localized& found) {
+void JsonFileReader::WrongValue(const JsonNode& node, Kind wanted, const Localized& found,
+                                const std::string& path) {
   const bool whole = path.empty();
-  Add(at, {(whole ? "Die Datei" : path) + ": Erwartet wird " + std::string(wanted.german) +
-               ", hier steht " + std::string(found.german) + '.',
-           (whole ? "The file" : path) + ": expected is " + std::string(wanted.english) +
-               ", here stands " + std::string(found.english) + '.'});
+  const Localized& expected = RowOf(wanted).wanted;
+  Add(node.at, {(whole ? "Die Datei" : path) + ": Erwartet wird " + std::string(expected.german) +
+                    ", hier steht " + std::string(found.german) + '.',
+                (whole ? "The file" : path) + ": expected is " + std::string(expected.english) +
+                    ", here stands " + std::string(found.english) + '.'});
 }
 
 void JsonFileReader::CheckKeys(const JsonNode& object, std::span<const std::string_view> known,
@@ -98,24 +110,9 @@ void JsonFileReader::CheckKeys(const JsonNode& object, std::span<const std::stri
     if (!keys.insert(member.key).second)
       Add(member.keyAt, {where + " steht zweimal. Löschen Sie einen der beiden Einträge.",
                          where + " stands twice. Delete one of the two entries."});
-    else if (std::find(known.begin(), known.end(), member.key) == known.end())
-      AddUnknown(member, where, known);
+    else if (std::ranges::find(known, member.key) == known.end())
+      Add(member.keyAt, UnknownKey(member.key, where, known));
   }
-}
-
-void JsonFileReader::AddUnknown(const JsonNode& member, const std::string& where,
-                                std::span<const std::string_view> known) {
-  Message message = {where + ": Diesen Schlüssel gibt es nicht.",
-                     where + ": there is no such key."};
-  if (const auto meant = Suggest(member.key, known); !meant.empty()) {
-    message = page::messages::WithSuggestion(std::move(message), meant);
-  } else {
-    std::string names;
-    for (const std::string_view name : known) names += (names.empty() ? "" : ", ") + Quoted(name);
-    message.german += " Hier gelten: " + names + '.';
-    message.english += " What counts here: " + names + '.';
-  }
-  Add(member.keyAt, std::move(message));
 }
 
 void JsonFileReader::Add(std::size_t at, Message message) {

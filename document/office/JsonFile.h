@@ -6,7 +6,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <variant>
 
 #include "common/values/Localized.h"
 #include "document/office/JsonTree.h"
@@ -33,14 +32,6 @@ class JsonFileError : public LocalizedError {
 // "contactFields[2].dataType"; the file as a whole has no path.
 std::string PathTo(const std::string& parent, std::string_view key);
 
-// What a value is expected to be, as it stands behind "expected".
-inline constexpr Localized kObjectWanted = {"ein Objekt { ... }", "an object { ... }"};
-inline constexpr Localized kListWanted = {"eine Liste [ ... ]", "a list [ ... ]"};
-inline constexpr Localized kTextWanted = {"ein Text in Anführungszeichen",
-                                          "a text in quotation marks"};
-inline constexpr Localized kIntegerWanted = {"eine ganze Zahl von 32 Bit",
-                                             "a whole number of 32 bits"};
-
 class JsonFileReader {
  public:
   JsonFileReader(std::string_view rule, page::ProblemList& problems)
@@ -48,18 +39,15 @@ class JsonFileReader {
 
  protected:
   // A member that has to be there, of the given kind; nullptr after a problem.
-  const JsonNode* Required(const JsonNode& object, std::string_view key, JsonNode::Kind kind,
-                           const Localized& wanted, const std::string& path);
+  const JsonNode* Required(const JsonNode& object, std::string_view key, JsonNode::Kind wanted,
+                           const std::string& path);
   // False after a problem.
-  bool Is(const JsonNode& node, JsonNode::Kind kind, const Localized& wanted,
-          const std::string& path);
-  void WrongValue(std::size_t at, const std::string& path, const Localized& wanted,
-                  const Localized& found);
+  bool Is(const JsonNode& node, JsonNode::Kind wanted, const std::string& path);
+  void WrongValue(const JsonNode& node, JsonNode::Kind wanted, const Localized& found,
+                  const std::string& path);
   // No key is unknown, and none stands twice.
   void CheckKeys(const JsonNode& object, std::span<const std::string_view> known,
                  const std::string& path);
-  void AddUnknown(const JsonNode& member, const std::string& where,
-                  std::span<const std::string_view> known);
   void Add(std::size_t at, Message message);
 
  private:
@@ -74,11 +62,11 @@ auto ReadJsonFile(std::string_view contents, const std::string& file, std::strin
                   Read read) {
   page::ProblemList problems;
   decltype(read(std::declval<const JsonNode&>(), problems)) result{};
-  auto parsed = ParseJson(contents);
-  if (auto* error = std::get_if<JsonError>(&parsed))
-    problems.Add(error->at, rule, {}, std::move(error->message));
-  else
-    result = read(std::get<JsonNode>(parsed), problems);
+  try {
+    result = read(ParseJson(contents), problems);
+  } catch (JsonError& error) {
+    problems.Add(error.at, rule, {}, std::move(error.message));
+  }
   if (problems.HasErrors())
     throw JsonFileError(file, problems.Take(contents, page::PageEncoding()));
   return result;

@@ -1,9 +1,9 @@
 #include "document/office/JsonTree.h"
 
 #include <algorithm>
-#include <iterator>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "document/page/Utf8.h"
 
@@ -15,39 +15,10 @@ using nlohmann::json;
 // An office nests three deep; deeper ones only come from mistakes.
 constexpr std::size_t kDeepest = 100;
 
-// Hands out a text byte by byte and notes how many were taken, because the parser's events do not
-// say where they happen.
-class CountingIterator {
- public:
-  using iterator_category = std::input_iterator_tag;
-  using value_type = char;
-  using difference_type = std::ptrdiff_t;
-  using pointer = const char*;
-  using reference = const char&;
-
-  CountingIterator(std::string_view text, std::size_t at, std::size_t* taken)
-      : text_(text), at_(at), taken_(taken) {}
-  reference operator*() const { return text_[at_]; }
-  CountingIterator& operator++() {
-    *taken_ = ++at_;
-    return *this;
-  }
-  CountingIterator operator++(int) {
-    CountingIterator old = *this;
-    ++*this;
-    return old;
-  }
-  bool operator==(const CountingIterator& other) const { return at_ == other.at_; }
-
- private:
-  std::string_view text_;
-  std::size_t at_;
-  std::size_t* taken_;
-};
-
 class TreeBuilder {
  public:
-  TreeBuilder(std::string_view text, const std::size_t* taken) : text_(text), taken_(taken) {}
+  // The parser's events do not say where they happen, but how much of `in` was taken by then does.
+  TreeBuilder(std::string_view text, std::istream& in) : text_(text), in_(*in.rdbuf()) {}
 
   bool null() { return Leaf({}); }
   bool boolean(bool) { return Leaf({.kind = JsonNode::Kind::flag}); }
@@ -81,45 +52,42 @@ class TreeBuilder {
   bool parse_error(std::size_t position, const std::string& token, const json::exception& error) {
     const std::size_t at = std::min(position > 0 ? position - 1 : 0, text_.size());
     constexpr int kNumberOutOfRange = 406;
-    if (error.id == kNumberOutOfRange) {
-      error_ = {TokenStart(),
-                {"Diese Zahl ist zu groß. Berichtigen Sie sie.",
-                 "This number is too large. Correct it."}};
-    } else if (text_.find_first_not_of(" \t\r\n") == std::string_view::npos) {
-      error_ = {text_.size(),
-                {"Die Datei ist leer. Sie muss mindestens {} enthalten.",
-                 "The file is empty. It has to hold at least {}."}};
-    } else if (at >= text_.size()) {
-      error_ = {text_.size(),
-                {"Die Datei endet zu früh: eine Klammer oder ein Anführungszeichen fehlt.",
-                 "The file ends too early: a bracket or a quotation mark is missing."}};
-    } else if (text_[at] == '"' || IsWrongText(error)) {
-      WrongText(at + 1 - std::min(at + 1, Length(token)));
-    } else if (const std::size_t start = WordStart(at); IsRestOfText(start)) {
-      WrongText(start);
-    } else {
-      const std::size_t end = CharacterEnd(CharacterStart(at));
-      const std::string shown = '\'' + std::string(text_.substr(start, end - start)) + '\'';
-      error_ = {start,
-                {"Hier kann " + shown +
-                     " nicht stehen. Prüfen Sie Kommas, Anführungszeichen und Klammern davor.",
-                 shown + " cannot stand here. Check commas, quotation marks and brackets in front "
-                         "of it."}};
-    }
-    return false;
+    if (error.id == kNumberOutOfRange)
+      throw JsonError{TokenStart(),
+                      {"Diese Zahl ist zu groß. Berichtigen Sie sie.",
+                       "This number is too large. Correct it."}};
+    if (text_.find_first_not_of(" \t\r\n") == std::string_view::npos)
+      throw JsonError{text_.size(),
+                      {"Die Datei ist leer. Sie muss mindestens {} enthalten.",
+                       "The file is empty. It has to hold at least {}."}};
+    if (at >= text_.size())
+      throw JsonError{text_.size(),
+                      {"Die Datei endet zu früh: eine Klammer oder ein Anführungszeichen fehlt.",
+                       "The file ends too early: a bracket or a quotation mark is missing."}};
+    if (text_[at] == '"' || IsWrongText(error))
+      ThrowWrongText(at + 1 - std::min(at + 1, Length(token)));
+    const std::size_t start = WordStart(at);
+    if (IsRestOfText(start)) ThrowWrongText(start);
+    const std::size_t end = CharacterEnd(CharacterStart(at));
+    const std::string shown = '\'' + std::string(text_.substr(start, end - start)) + '\'';
+    throw JsonError{start,
+                    {"Hier kann " + shown +
+                         " nicht stehen. Prüfen Sie Kommas, Anführungszeichen und Klammern davor.",
+                     shown + " cannot stand here. Check commas, quotation marks and brackets in "
+                             "front of it."}};
   }
 
-  std::variant<JsonNode, JsonError> Take() {
-    if (error_) return *std::move(error_);
-    return std::move(root_);
-  }
+  JsonNode Take() { return std::move(root_); }
 
  private:
   // Between the end of one token and the start of the next there is nothing but this.
   std::size_t TokenStart() {
     const std::size_t start = text_.find_first_not_of(" \t\r\n,:", tokenEnd_);
-    tokenEnd_ = *taken_;
+    tokenEnd_ = Taken();
     return std::min(start, text_.size());
+  }
+  std::size_t Taken() {
+    return static_cast<std::size_t>(in_.pubseekoff(0, std::ios::cur, std::ios::in));
   }
 
   // The parser's reason ends with what it has read last, which can be anything.
@@ -130,12 +98,13 @@ class TreeBuilder {
   }
 
   // The text itself is not shown: it may be a connection string with a password.
-  void WrongText(std::size_t at) {
-    error_ = {at,
-              {"Dieser Text kann hier nicht stehen oder ist ungültig. Prüfen Sie Kommas und "
-               "Doppelpunkte davor, sein schließendes Anführungszeichen und jedes \\ in ihm.",
-               "This text cannot stand here or is not valid. Check commas and colons in front of "
-               "it, its closing quotation mark and every \\ in it."}};
+  [[noreturn]] static void ThrowWrongText(std::size_t at) {
+    throw JsonError{
+        at,
+        {"Dieser Text kann hier nicht stehen oder ist ungültig. Prüfen Sie Kommas und Doppelpunkte "
+         "davor, sein schließendes Anführungszeichen und jedes \\ in ihm.",
+         "This text cannot stand here or is not valid. Check commas and colons in front of it, its "
+         "closing quotation mark and every \\ in it."}};
   }
 
   // Where the word or number starts that ends at `last`; a bracket, comma or colon stands alone.
@@ -190,47 +159,48 @@ class TreeBuilder {
     // A pointer into a parent's children stays valid: while it is open, its parent gets no other.
     open_.push_back(&Place({.kind = kind}));
     if (open_.size() <= kDeepest) return true;
-    error_ = {open_.back()->at,
-              {"Die Klammern sind zu tief geschachtelt.", "The brackets are nested too deeply."}};
-    return false;
+    throw JsonError{
+        open_.back()->at,
+        {"Die Klammern sind zu tief geschachtelt.", "The brackets are nested too deeply."}};
   }
 
   bool Close() {
     open_.pop_back();
-    tokenEnd_ = *taken_;
+    tokenEnd_ = Taken();
     return true;
   }
 
   static constexpr std::string_view kEnds = " \t\r\n[]{},:\"";  // of words and numbers
 
   std::string_view text_;
-  const std::size_t* taken_;
+  std::streambuf& in_;
   std::size_t tokenEnd_ = 0;
   JsonNode root_;
   std::vector<JsonNode*> open_;
   std::string key_;
   std::size_t keyAt_ = 0;
-  std::optional<JsonError> error_;
 };
 
 }  // namespace
 
-std::variant<JsonNode, JsonError> ParseJson(std::string_view text) {
+JsonNode ParseJson(std::string_view text) {
   constexpr std::string_view kMark = "\xEF\xBB\xBF";
   const std::size_t start = text.starts_with(kMark) ? kMark.size() : 0;
-  std::size_t taken = 0;
   const std::string_view body = text.substr(start);
   // In advance, because the parser counts it among the faults of the text that it is in.
   if (const std::size_t at = page::FindInvalidUtf8(body); at != std::string_view::npos)
-    return JsonError{start + at,
-                     {"Dieses Zeichen ist kein gültiges UTF-8. Speichern Sie die Datei als UTF-8.",
-                      "This character is not valid UTF-8. Save the file as UTF-8."}};
-  TreeBuilder builder(body, &taken);
-  json::sax_parse(CountingIterator(body, 0, &taken), CountingIterator(body, body.size(), &taken),
-                  &builder);
-  auto result = builder.Take();
-  if (JsonError* error = std::get_if<JsonError>(&result)) error->at += start;
-  return result;
+    throw JsonError{start + at,
+                    {"Dieses Zeichen ist kein gültiges UTF-8. Speichern Sie die Datei als UTF-8.",
+                     "This character is not valid UTF-8. Save the file as UTF-8."}};
+  std::istringstream in{std::string(body)};
+  TreeBuilder builder(body, in);
+  try {
+    json::sax_parse(in, &builder);
+  } catch (JsonError& error) {
+    error.at += start;
+    throw;
+  }
+  return builder.Take();
 }
 
 }  // namespace kvo::office

@@ -2,12 +2,11 @@
 // both kept.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 #include "document/page/Problem.h"
@@ -24,6 +23,12 @@ struct JsonNode {
   std::string key{};                 // of a member of an object
   std::size_t keyAt = 0;             // where its key stands
   std::vector<JsonNode> children{};  // of kinds list and object, in their order
+
+  // The member of an object; nullptr when there is none.
+  const JsonNode* Find(std::string_view wanted) const {
+    const auto found = std::ranges::find(children, wanted, &JsonNode::key);
+    return found == children.end() ? nullptr : &*found;
+  }
 };
 
 // Why a text is no JSON, and where.
@@ -32,6 +37,7 @@ struct JsonError {
   Message message;
 };
 
-std::variant<JsonNode, JsonError> ParseJson(std::string_view text);
+// Throws JsonError.
+JsonNode ParseJson(std::string_view text);
 
 }  // namespace kvo::office

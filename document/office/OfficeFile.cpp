@@ -38,13 +38,13 @@ class Reader : private JsonFileReader {
 
   Office::Description Read(const JsonNode& root) {
     Office::Description office;
-    if (!Is(root, Kind::object, kObjectWanted, "")) return office;
+    if (!Is(root, Kind::object, "")) return office;
     CheckKeys(root, kOfficeKeys, "");
     for (const JsonNode& member : root.children) {
       if (member.key == kContactFields) office.contactFields = ReadFields(member);
       if (member.key == kOrderFields) office.orderFields = ReadFields(member);
       if (member.key == kShopDatabase && member.kind != Kind::null &&
-          Is(member, Kind::text, kTextWanted, std::string(kShopDatabase)))
+          Is(member, Kind::text, std::string(kShopDatabase)))
         office.shopDatabase = Located(member.text);
     }
     return office;
@@ -53,7 +53,7 @@ class Reader : private JsonFileReader {
  private:
   std::vector<Field> ReadFields(const JsonNode& list) {
     std::vector<Field> fields;
-    if (!Is(list, Kind::list, kListWanted, list.key)) return fields;
+    if (!Is(list, Kind::list, list.key)) return fields;
     for (const JsonNode& item : list.children)
       fields.push_back(ReadField(item, list.key + '[' + std::to_string(fields.size()) + ']'));
     return fields;
@@ -61,9 +61,9 @@ class Reader : private JsonFileReader {
 
   Field ReadField(const JsonNode& object, const std::string& path) {
     Field field;
-    if (!Is(object, Kind::object, kObjectWanted, path)) return field;
+    if (!Is(object, Kind::object, path)) return field;
     CheckKeys(object, kFieldKeys, path);
-    if (const JsonNode* sqlName = Required(object, kSqlName, Kind::text, kTextWanted, path)) {
+    if (const JsonNode* sqlName = Required(object, kSqlName, Kind::text, path)) {
       field.sqlName = sqlName->text;
       if (field.sqlName.empty())
         Add(sqlName->at, {PathTo(path, kSqlName) + " ist leer. Tragen Sie den Namen des "
@@ -71,13 +71,13 @@ class Reader : private JsonFileReader {
                           PathTo(path, kSqlName) + " is empty. Enter the name of the database "
                                                    "field."});
     }
-    if (const JsonNode* display = Required(object, kDisplayName, Kind::text, kTextWanted, path))
+    if (const JsonNode* display = Required(object, kDisplayName, Kind::text, path))
       field.displayName = display->text;
-    if (const JsonNode* type = Required(object, kDataType, Kind::integer, kIntegerWanted, path)) {
+    if (const JsonNode* type = Required(object, kDataType, Kind::integer, path)) {
       using Limits = std::numeric_limits<std::int32_t>;
       if (type->integer < Limits::min() || type->integer > Limits::max())
-        WrongValue(type->at, PathTo(path, kDataType), kIntegerWanted,
-                   {"eine größere Zahl", "a larger number"});
+        WrongValue(*type, Kind::integer, {"eine größere Zahl", "a larger number"},
+                   PathTo(path, kDataType));
       else
         field.dataType = static_cast<std::int32_t>(type->integer);
     }
