@@ -10,7 +10,7 @@
 #include "apps/editor/Drafts.h"
 #include "apps/editor/MainWindow.h"
 #include "apps/editor/Words.h"
-#include "document/page/StandardStreams.h"
+#include "document/page/File.h"
 #include "document/shop/Shop.h"
 #include "host/qt/QtPlatform.h"
 #include "host/qt/QtText.h"

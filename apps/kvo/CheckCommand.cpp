@@ -114,12 +114,9 @@ void AddCheckCommand(CommandLine& line) {
   line.Add("check",
            {"Nennt alles, was an den Seiten nicht stimmt, ohne sie zu ändern.",
             "Names everything that is wrong with the pages, and changes nothing."},
-           {"kvo check newsletter.html\n"
-            "kvo check *.html --office shop/office.json\n"
-            "kvo check *.html --json",
-            "kvo check newsletter.html\n"
-            "kvo check *.html --office shop/office.json\n"
-            "kvo check *.html --json"})
+           Both("kvo check newsletter.html\n"
+                "kvo check *.html --office shop/office.json\n"
+                "kvo check *.html --json"))
       .Arguments("PAGE", values->pages,
                  {"die Seiten; „-“ ist die Standardeingabe", "the pages; \"-\" is standard input"},
                  true)

@@ -159,8 +159,7 @@ void AddClassesCommand(CommandLine& line) {
   line.Add("classes",
            {"Zählt alle Klassen auf: Eigenschaften, Schlüssel, Vorgaben, Eigenschaftsseiten.",
             "Lists every class: properties, keys, defaults, property pages."},
-           {"kvo classes\nkvo classes --json | jq '.classes[].name'",
-            "kvo classes\nkvo classes --json | jq '.classes[].name'"})
+           Both("kvo classes\nkvo classes --json | jq '.classes[].name'"))
       .Flag(
           "--json", values->json,
           {"ein JSON-Dokument, mit Nummern und Maßen", "one JSON document, with ids and measures"})

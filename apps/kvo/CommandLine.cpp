@@ -5,7 +5,7 @@
 #include <deque>
 #include <optional>
 
-#include "apps/kvo/Names.h"
+#include "common/text/Suggest.h"
 #include "document/office/OfficeFile.h"
 #include "document/page/File.h"
 #include "document/page/Utf8.h"
@@ -170,6 +170,12 @@ void CheckArguments(int argc, char** argv) {
 }
 
 }  // namespace
+
+std::string DidYouMean(std::string_view word, const std::vector<std::string_view>& names) {
+  const std::string_view name = Suggest(word, names);
+  if (name.empty()) return {};
+  return Say({" Meinten Sie „{}“?", " Did you mean \"{}\"?"}, {name});
+}
 
 struct CommandLine::Parts {
   explicit Parts(std::string_view theVersion) : version(theVersion) {

@@ -11,6 +11,12 @@
 
 namespace kvo {
 
+// " Did you mean ...?" in the user's language, or nothing when no name is near.
+std::string DidYouMean(std::string_view word, const std::vector<std::string_view>& names);
+
+// A text that is the same in both languages.
+constexpr Localized Both(std::string_view text) { return {text, text}; }
+
 // One command. Values are written into the given variables before `Run`'s function is called;
 // they must live as long as the command line.
 class Command {

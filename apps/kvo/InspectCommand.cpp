@@ -156,10 +156,8 @@ void AddInspectCommand(CommandLine& line) {
            {"Zeigt jedes Control einer Seite: wo es steht, was es speichert, sein "
             "Laufzeittext.",
             "Shows every control of a page: where it is, what it stores, its runtime text."},
-           {"kvo inspect newsletter.html\n"
-            "kvo inspect newsletter.html --json | jq '.controls[].runtimeText'",
-            "kvo inspect newsletter.html\n"
-            "kvo inspect newsletter.html --json | jq '.controls[].runtimeText'"})
+           Both("kvo inspect newsletter.html\n"
+                "kvo inspect newsletter.html --json | jq '.controls[].runtimeText'"))
       .Argument("PAGE", values->page,
                 {"die Seite; „-“ ist die Standardeingabe", "the page; \"-\" is standard input"})
       .Flag("--json", values->json,

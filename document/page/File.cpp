@@ -11,6 +11,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <utility>
 
 #include "document/page/AccessList.h"
@@ -386,6 +387,16 @@ std::string ReadAll(int descriptor, std::size_t most, const std::string& file) {
 void RemoveUnfinishedFile() noexcept {
   const char* const file = g_unfinished;
   if (file != nullptr) unlink(file);
+}
+
+void OccupyStandardStreams() {
+  constexpr int kFailure = 2;
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(stream, F_GETFD) >= 0 || errno != EBADF) continue;
+    // All numbers below are taken, so it gets this one. The root is always there, and opened as a
+    // mere path it can be neither read nor written.
+    if (open("/", O_PATH) != stream) _exit(kFailure);
+  }
 }
 
 std::string ReadFile(const std::string& file) {

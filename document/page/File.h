@@ -52,4 +52,11 @@ void WriteFile(const std::string& file, std::string_view bytes);
 // ended by a signal: it may be called in a signal's handler.
 void RemoveUnfinishedFile() noexcept;
 
+// For the start of every program that writes files: occupies those of the descriptors 0, 1 and 2
+// that the program was started without. Otherwise the next file that is opened gets such a number,
+// and what is meant for standard error ends up in it. Reading from them and writing to them fails,
+// as it does with closed ones. To be called first of all; ends the program when that is not
+// possible.
+void OccupyStandardStreams();
+
 }  // namespace kvo::page
