@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <cerrno>
+#include <initializer_list>
 #include <system_error>
 
 #include "common/values/Ascii.h"
@@ -67,44 +68,23 @@ const SingleByteSet& Ascii() {
   return set;
 }
 
-struct Label {
-  std::string_view name;
+struct Served {
   const SingleByteSet& (*set)();  // nullptr: UTF-8
+  std::initializer_list<std::string_view> labels;
 };
 
 // The names under which pages declare the served encodings. A `meta` that could be read as ASCII
 // but names UTF-16 means UTF-8, as in browsers.
-constexpr Label kLabels[] = {
-    {"utf-8", nullptr},
-    {"utf8", nullptr},
-    {"unicode-1-1-utf-8", nullptr},
-    {"utf-16", nullptr},
-    {"utf-16le", nullptr},
-    {"utf-16be", nullptr},
-    {"windows-1252", Windows1252},
-    {"cp1252", Windows1252},
-    {"x-cp1252", Windows1252},
-    {"iso-8859-1", Latin1},
-    {"iso8859-1", Latin1},
-    {"iso88591", Latin1},
-    {"iso_8859-1", Latin1},
-    {"iso_8859-1:1987", Latin1},
-    {"iso-ir-100", Latin1},
-    {"csisolatin1", Latin1},
-    {"latin1", Latin1},
-    {"l1", Latin1},
-    {"cp819", Latin1},
-    {"ibm819", Latin1},
-    {"iso-8859-15", Latin9},
-    {"iso8859-15", Latin9},
-    {"iso885915", Latin9},
-    {"iso_8859-15", Latin9},
-    {"csisolatin9", Latin9},
-    {"l9", Latin9},
-    {"latin9", Latin9},
-    {"latin-9", Latin9},
-    {"us-ascii", Ascii},
-    {"ascii", Ascii},
+const Served kServed[] = {
+    {nullptr, {"utf-8", "utf8", "unicode-1-1-utf-8", "utf-16", "utf-16le", "utf-16be"}},
+    {Windows1252, {"windows-1252", "cp1252", "x-cp1252"}},
+    {Latin1,
+     {"iso-8859-1", "iso8859-1", "iso88591", "iso_8859-1", "iso_8859-1:1987", "iso-ir-100",
+      "csisolatin1", "latin1", "l1", "cp819", "ibm819"}},
+    {Latin9,
+     {"iso-8859-15", "iso8859-15", "iso885915", "iso_8859-15", "csisolatin9", "l9", "latin9",
+      "latin-9"}},
+    {Ascii, {"us-ascii", "ascii"}},
 };
 
 std::string_view WithoutSpace(std::string_view text) {
@@ -319,14 +299,16 @@ std::optional<PageEncoding> PageEncoding::Declared(std::string_view page) {
   }
   const std::string name = DeclarationFinder(page.substr(0, kDeclarationReach)).Find().name;
   if (name.empty()) return std::nullopt;
-  const auto* label = std::find_if(std::begin(kLabels), std::end(kLabels),
-                                   [&](const Label& each) { return each.name == name; });
-  if (label == std::end(kLabels)) {
+  const auto* served =
+      std::find_if(std::begin(kServed), std::end(kServed), [&](const Served& each) {
+        return std::find(each.labels.begin(), each.labels.end(), name) != each.labels.end();
+      });
+  if (served == std::end(kServed)) {
     encoding.kind_ = Kind::other;
     encoding.name_ = name;
-  } else if (label->set != nullptr) {
+  } else if (served->set != nullptr) {
     encoding.kind_ = Kind::singleByte;
-    encoding.set_ = &label->set();
+    encoding.set_ = &served->set();
     encoding.name_ = name;
   }
   return encoding;
@@ -367,14 +349,6 @@ std::size_t PageEncoding::CharacterLength(std::string_view bytes) const {
   if (!IsUtf8()) return 1;
   const std::size_t length = FirstUtf8Character(bytes).length;
   return length == 0 ? 1 : length;
-}
-
-std::size_t PageEncoding::DecodeAttribute(std::string_view bytes, std::string& utf8) const {
-  return Decode(bytes, utf8, true);
-}
-
-std::size_t PageEncoding::Decode(std::string_view bytes, std::string& utf8) const {
-  return Decode(bytes, utf8, false);
 }
 
 std::size_t PageEncoding::Decode(std::string_view bytes, std::string& utf8, bool references) const {

@@ -81,9 +81,13 @@ class PageEncoding {
 
   // Appends the bytes as UTF-8. Stops at the first byte that is not valid and returns its offset;
   // npos when all went well. Encodings that are not served are read as UTF-8.
-  std::size_t Decode(std::string_view bytes, std::string& utf8) const;
+  std::size_t Decode(std::string_view bytes, std::string& utf8) const {
+    return Decode(bytes, utf8, false);
+  }
   // The same for the raw value of an attribute, character references resolved.
-  std::size_t DecodeAttribute(std::string_view bytes, std::string& utf8) const;
+  std::size_t DecodeAttribute(std::string_view bytes, std::string& utf8) const {
+    return Decode(bytes, utf8, true);
+  }
 
   // The page's bytes of one character; false (and nothing appended) when it has none.
   bool Encode(char32_t character, std::string& bytes) const;

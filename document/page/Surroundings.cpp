@@ -149,10 +149,4 @@ Message CannotHoldControl(const Surroundings& place, std::size_t line,
   return messages::MisplacedControl(place, line, runtimeText, PastingOf(place, runtimeText));
 }
 
-Message CannotHoldControl(const Page& page, const Surroundings& place,
-                          std::string_view runtimeText) {
-  const std::size_t line = PlaceFinder(page.Bytes(), page.Encoding()).At(place.begin).line;
-  return CannotHoldControl(place, line, runtimeText);
-}
-
 }  // namespace kvo::page

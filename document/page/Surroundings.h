@@ -51,9 +51,6 @@ Pasting PastingOf(const Surroundings& place, std::string_view runtimeText);
 // as in `Place`; `runtimeText` is offered if it can be pasted there.
 Message CannotHoldControl(const Surroundings& place, std::size_t line,
                           std::string_view runtimeText);
-// The same with the line looked up.
-Message CannotHoldControl(const Page& page, const Surroundings& place,
-                          std::string_view runtimeText);
 
 // Goes over a stretch of a page that holds no controls, and answers the surroundings of positions
 // in it.

@@ -1,7 +1,6 @@
 #include "document/shop/Address.h"
 
 #include <array>
-#include <optional>
 
 #include "common/values/Ascii.h"
 #include "common/values/RuntimeError.h"
@@ -64,29 +63,13 @@ std::string PostgresqlDetails(std::string_view details) {
   return uri;
 }
 
-std::optional<char> HexByte(std::string_view digits) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  if (digits.size() != 2) return std::nullopt;
-  const std::size_t high = kDigits.find(LowerAscii(digits[0]));
-  const std::size_t low = kDigits.find(LowerAscii(digits[1]));
-  if (high == npos || low == npos) return std::nullopt;
-  return static_cast<char>(high * 16 + low);
-}
-
 // "key='value' " with the "%xx" of an address resolved; nothing for an empty value.
 std::string Pair(const Address& address, std::string_view key, std::string_view encoded) {
   if (encoded.empty()) return {};
-  std::string value;
-  for (std::size_t i = 0; i < encoded.size(); ++i) {
-    if (encoded[i] != '%') {
-      value += encoded[i];
-      continue;
-    }
-    const auto byte = HexByte(encoded.substr(i + 1, 2));
-    if (!byte) Refuse(address);
-    value += *byte;
-    i += 2;
-  }
+  for (std::size_t at = encoded.find('%'); at != npos; at = encoded.find('%', at + 1))
+    if (at + 2 >= encoded.size() || !IsHexDigit(encoded[at + 1]) || !IsHexDigit(encoded[at + 2]))
+      Refuse(address);
+  const std::string value = PercentDecoded(encoded);
   const char mark = value.find('\'') == npos ? '\'' : '"';
   if (value.find(mark) != npos) Refuse(address);
   return std::string(key) + '=' + mark + value + mark + ' ';

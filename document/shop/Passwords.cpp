@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstddef>
 #include <optional>
 #include <utility>
@@ -169,25 +170,6 @@ std::optional<Parts> PartsOf(std::string_view scheme, std::string_view details) 
   return parts;
 }
 
-int HexDigit(char c) {
-  if (!IsHexDigit(c)) return -1;
-  return IsDigit(c) ? c - '0' : LowerAscii(c) - 'a' + 10;
-}
-
-std::string PercentDecoded(std::string_view text) {
-  std::string decoded;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '%' && i + 2 < text.size() && HexDigit(text[i + 1]) >= 0 &&
-        HexDigit(text[i + 2]) >= 0) {
-      decoded += static_cast<char>(HexDigit(text[i + 1]) * 16 + HexDigit(text[i + 2]));
-      i += 2;
-    } else {
-      decoded += text[i];
-    }
-  }
-  return decoded;
-}
-
 std::string Unescaped(std::string_view text) {
   std::string plain;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -225,6 +207,22 @@ bool QuotesAnyWordOf(std::string_view message, std::string_view secret) {
 }
 
 }  // namespace
+
+std::string PercentDecoded(std::string_view text) {
+  std::string decoded;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char* const digits = text.data() + i + 1;
+    unsigned byte = 0;
+    if (text[i] == '%' && i + 2 < text.size() &&
+        std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2) {
+      decoded += static_cast<char>(byte);
+      i += 2;
+    } else {
+      decoded += text[i];
+    }
+  }
+  return decoded;
+}
 
 ShownAddress ShownOf(std::string_view connectionString) {
   const std::size_t end = connectionString.find(kSchemeEnd);

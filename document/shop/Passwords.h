@@ -21,6 +21,9 @@ struct ShownAddress {
 };
 ShownAddress ShownOf(std::string_view connectionString);
 
+// With each "%xx" as the byte that it stands for.
+std::string PercentDecoded(std::string_view text);
+
 // A driver's message on one line; empty when it quotes a secret, or a piece of one, or when it may
 // quote one because the connection string is not understood.
 std::string ShownMessage(const ShownAddress& address, std::string_view message);

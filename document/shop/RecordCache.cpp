@@ -12,10 +12,6 @@ constexpr std::int64_t kHeld = 4096;
 
 }  // namespace
 
-std::int64_t RecordCache::NextSize(std::int64_t first) const {
-  return first == lastEnd_ ? std::min(lastSize_ * 2, kLargestPage) : kPage;
-}
-
 const Record* RecordCache::At(std::int64_t index) {
   if (index < 0) return nullptr;
   auto page = std::ranges::find_if(pages_, [index](const Page& each) {
@@ -25,7 +21,7 @@ const Record* RecordCache::At(std::int64_t index) {
     pages_.splice(pages_.begin(), pages_, page);
   } else {
     const std::int64_t first = index / kPage * kPage;
-    const std::int64_t asked = NextSize(first);
+    const std::int64_t asked = first == lastEnd_ ? std::min(lastSize_ * 2, kLargestPage) : kPage;
     pages_.push_front({.first = first, .asked = asked, .records = fetch_(first, asked)});
     lastEnd_ = first + asked;
     lastSize_ = asked;

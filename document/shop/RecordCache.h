@@ -33,7 +33,6 @@ class RecordCache {
     std::int64_t asked = 0;  // a page with fewer records is the last one
     std::vector<Record> records{};
   };
-  std::int64_t NextSize(std::int64_t first) const;
 
   Fetch fetch_;
   std::list<Page> pages_;  // the last used first

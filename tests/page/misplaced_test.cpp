@@ -3,6 +3,7 @@
 
 #include "PageTesting.h"
 #include "common/values/Ascii.h"
+#include "document/page/ProblemList.h"
 #include "document/page/Surroundings.h"
 #include "host/registration/classes.h"
 
@@ -342,7 +343,8 @@ std::string Told(const std::string& page, std::size_t position) {
   const Page whole(page);
   const Surroundings place = SurroundingsAt(whole, position);
   if (place.CanHoldControl()) return "";
-  const std::string message = CannotHoldControl(whole, place, "").english;
+  const std::size_t line = PlaceFinder(page, whole.Encoding()).At(place.begin).line;
+  const std::string message = CannotHoldControl(place, line, "").english;
   const std::size_t begin = message.find("inside");
   return message.substr(begin, message.find(':', begin) - begin);
 }
