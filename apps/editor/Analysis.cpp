@@ -4,8 +4,8 @@
 #include <unistd.h>
 
 #include <QMetaObject>
-#include <QObject>
 #include <algorithm>
+#include <utility>
 
 #include "apps/editor/SourceLines.h"
 #include "common/values/RuntimeError.h"
@@ -112,14 +112,6 @@ Splice Difference(const QString& before, const QString& after) {
   return {begin, before.size() - tail - begin, after.mid(begin, after.size() - tail - begin)};
 }
 
-QString DesignHtml(const std::string& bytes) {
-  const page::Page page(bytes);
-  DesignWriter design(page);
-  for (const page::FoundControl& found : page::Inspect(page).controls)
-    design.Replace(found, BoxOf(found));
-  return design.Take();
-}
-
 Analysis Analyse(const AnalysisRequest& request) {
   Analysis analysis;
   analysis.revision = request.revision;
@@ -142,7 +134,6 @@ Analysis Analyse(const AnalysisRequest& request) {
   for (page::Problem& problem : check::CheckPage(page, office)) {
     const int position = places.PositionOf(problem.offset);
     lines.Translate(problem);
-    analysis.hasErrors |= problem.severity == page::Severity::error;
     analysis.problems.push_back({position, std::move(problem)});
   }
 
@@ -155,51 +146,34 @@ Analysis Analyse(const AnalysisRequest& request) {
   return analysis;
 }
 
-Analyst::Analyst(std::function<void(const std::shared_ptr<const Analysis>&)> done)
-    : done_(std::move(done)), receiver_(std::make_unique<QObject>()), thread_([this] { Run(); }) {}
-
-Analyst::~Analyst() {
-  {
-    const std::lock_guard lock(mutex_);
-    stop_ = true;
-  }
-  wake_.notify_one();
-  thread_.join();
-}
+Analyst::Analyst(Done done) : done_(std::move(done)) { thread_.setMaxThreadCount(1); }
 
 void Analyst::Request(AnalysisRequest request) {
-  {
-    const std::lock_guard lock(mutex_);
-    // A request that is dropped may have been the first of its page.
-    if (next_ && next_->newPage) request.newPage = true;
-    next_ = std::move(request);
-  }
-  wake_.notify_one();
+  if (!working_) return Begin(std::move(request));
+  // A request that is dropped may have been the first of its page.
+  if (next_ && next_->newPage) request.newPage = true;
+  next_ = std::move(request);
 }
 
-void Analyst::Run() {
-  // Typing comes first, where both want the processor.
-  setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), kNiceness);
-  std::shared_ptr<const Analysis> before;
-  for (;;) {
-    AnalysisRequest request;
-    {
-      std::unique_lock lock(mutex_);
-      wake_.wait(lock, [this] { return stop_ || next_; });
-      if (stop_) return;
-      request = std::move(*next_);
-      next_.reset();
-    }
+void Analyst::Begin(AnalysisRequest request) {
+  working_ = true;
+  thread_.start([this, request = std::move(request), before = latest_] {
+    // Typing comes first, where both want the processor.
+    setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), kNiceness);
     auto analysis = std::make_shared<Analysis>(Analyse(request));
     analysis->first = before == nullptr || request.newPage;
     analysis->designChange =
         Difference(analysis->first ? QString() : before->design, analysis->design);
-    analysis->outputChange =
-        Difference(analysis->first ? QString() : before->output, analysis->output);
-    before = analysis;
     QMetaObject::invokeMethod(
-        receiver_.get(), [this, before] { done_(before); }, Qt::QueuedConnection);
-  }
+        &receiver_, [this, analysis] { End(analysis); }, Qt::QueuedConnection);
+  });
+}
+
+void Analyst::End(const std::shared_ptr<const Analysis>& analysis) {
+  latest_ = analysis;
+  working_ = false;
+  if (next_) Begin(*std::exchange(next_, std::nullopt));
+  done_(analysis);
 }
 
 }  // namespace kvo::editor

@@ -4,13 +4,10 @@
 
 #include <QObject>
 #include <QString>
-#include <condition_variable>
+#include <QThreadPool>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
-#include <string>
-#include <thread>
 #include <vector>
 
 #include "apps/editor/PageText.h"
@@ -47,12 +44,10 @@ struct Analysis {
   int revision = 0;
   std::vector<OutlineEntry> outline;
   std::vector<ProblemEntry> problems;
-  bool hasErrors = false;
   QString output;       // what publishing would write; empty with errors
   QString design;       // HTML, each control as its box with its number in `data-kvo`
-  Splice outputChange;  // since the analysis before
-  Splice designChange;
-  bool first = false;  // of this page: the changes are since nothing
+  Splice designChange;  // since the analysis before
+  bool first = false;   // of this page: the change is since nothing
 };
 
 struct AnalysisRequest {
@@ -65,30 +60,25 @@ struct AnalysisRequest {
 // Does the work; also used directly. Needs a platform whose TextWidth may be called anywhere.
 Analysis Analyse(const AnalysisRequest& request);
 
-// The page as HTML for the design view.
-QString DesignHtml(const std::string& page);
-
 // A thread that works on the latest request; older ones that it did not begin are forgotten.
 class Analyst {
  public:
+  using Done = std::function<void(const std::shared_ptr<const Analysis>&)>;
   // `done` is called on the thread that made the analyst.
-  explicit Analyst(std::function<void(const std::shared_ptr<const Analysis>&)> done);
-  Analyst(const Analyst&) = delete;
-  Analyst& operator=(const Analyst&) = delete;
-  ~Analyst();
+  explicit Analyst(Done done);
 
   void Request(AnalysisRequest request);
 
  private:
-  void Run();
+  void Begin(AnalysisRequest request);
+  void End(const std::shared_ptr<const Analysis>& analysis);
 
-  std::function<void(const std::shared_ptr<const Analysis>&)> done_;
-  std::unique_ptr<QObject> receiver_;
-  std::mutex mutex_;
-  std::condition_variable wake_;
+  Done done_;
+  std::shared_ptr<const Analysis> latest_;
   std::optional<AnalysisRequest> next_;
-  bool stop_ = false;
-  std::thread thread_;
+  bool working_ = false;
+  QObject receiver_;
+  QThreadPool thread_;  // one; ends first
 };
 
 }  // namespace kvo::editor

@@ -40,9 +40,4 @@ std::size_t Ask(QWidget* parent, const Question& question) {
   return static_cast<std::size_t>(clicked - buttons.begin());
 }
 
-bool Confirm(QWidget* parent, const QString& question, const Localized& yes, const Localized& no,
-             Default preset) {
-  return Ask(parent, Confirmation(question, yes, no, preset)) == 0;
-}
-
 }  // namespace kvo::editor

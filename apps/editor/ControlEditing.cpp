@@ -26,10 +26,6 @@ QString ControlEditing::NoteFor(const Control& control) const {
   return Said(words::kNoFields, {session_.OfficeFile()});
 }
 
-std::shared_ptr<Control> ControlEditing::Fresh(const ControlClass& contract) const {
-  return page::Load(contract, {});
-}
-
 QString ControlEditing::NameAt(int position) const {
   const auto look = page_.LookAt(position);
   return ToQt(look->id.empty() ? look->contract->name : std::string_view(look->id));
@@ -85,8 +81,8 @@ void ControlEditing::Store(int position, const Control& control, const QString& 
   if (page::StoredBag(control) == page::StoredBag(*source.Load())) return;
   auto bytes = source.Edited(control, false);
   if (!bytes) {
-    if (!Confirm(&window_, Said(words::kOverwriteHandEdited, {NameAt(position)}),
-                 words::kOverwriteAnyway, words::kCancel, Default::no))
+    if (Ask(&window_, Confirmation(Said(words::kOverwriteHandEdited, {NameAt(position)}),
+                                   words::kOverwriteAnyway, words::kCancel, Default::no)) != 0)
       return;
     bytes = source.Edited(control, true);
   }

@@ -21,9 +21,8 @@ class ControlEditing {
         platform_(platform),
         window_(window) {}
 
-  // An instance of the control at a position, and a new one of a class.
+  // An instance of the control at a position.
   std::shared_ptr<Control> Load(int position) const;
-  std::shared_ptr<Control> Fresh(const ControlClass& contract) const;
 
   // Shows the property pages; a double click goes to the control first. What is applied is stored
   // in the page as one step each time.

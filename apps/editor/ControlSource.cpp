@@ -6,13 +6,10 @@
 #include "document/page/ElementWriter.h"
 
 namespace kvo::editor {
-namespace {
 
 QByteArray ToBytes(std::string_view bytes) {
   return {bytes.data(), static_cast<qsizetype>(bytes.size())};
 }
-
-}  // namespace
 
 ControlSource::ControlSource(const QByteArray& bytes, const page::PageEncoding& encoding)
     : encoding_(encoding), page_("<meta charset=\"" + encoding.Name() + "\">") {

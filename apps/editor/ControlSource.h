@@ -10,6 +10,8 @@
 
 namespace kvo::editor {
 
+QByteArray ToBytes(std::string_view bytes);
+
 class ControlSource {
  public:
   // The bytes must be exactly one control, element or saved span, that can be loaded.

@@ -41,8 +41,6 @@ Draft::Draft(const QString& folder)
   lock_->tryLock();
 }
 
-Draft::~Draft() = default;
-
 void Draft::Write(const std::string& bytes, const QString& pageFile, const QByteArray& known) {
   page::WriteFile(FileName(WithSuffix(file_, kNameSuffix)),
                   known.toStdString() + '\n' + FromQt(pageFile));

@@ -20,12 +20,11 @@ struct LeftDraft {
 };
 
 // One window's draft. A draft is two files: the page's bytes, and what they belong to; a lock file
-// beside them tells whether the editor that wrote them still runs.
+// beside them tells whether the editor that wrote them still runs. What was not discarded stays.
 class Draft {
  public:
   // `folder` is made when it is missing.
   explicit Draft(const QString& folder);
-  ~Draft();  // without having been discarded, the draft stays
 
   // The file name is that of the page. Throws page::FileError.
   void Write(const std::string& bytes, const QString& pageFile, const QByteArray& known);

@@ -37,8 +37,8 @@ FindBar::FindBar(SourceEdit& source, QWidget* parent)
   };
   auto* findRow = new QHBoxLayout;
   findRow->addWidget(find_, 1);
-  findRow->addWidget(button(words::kNext, [this] { Next(); }));
-  findRow->addWidget(button(words::kPrevious, [this] { Previous(); }));
+  findRow->addWidget(button(words::kNext, [this] { Step(false); }));
+  findRow->addWidget(button(words::kPrevious, [this] { Step(true); }));
   auto* replaceRow = new QHBoxLayout(replaceRow_);
   replaceRow->addWidget(replace_, 1);
   replaceRow->addWidget(button(words::kReplaceOne, [this] { ReplaceOne(); }));
@@ -61,7 +61,7 @@ FindBar::FindBar(SourceEdit& source, QWidget* parent)
 }
 
 void FindBar::Open(bool withReplace) {
-  const QString selected = Selected();
+  const QString selected = source_.textCursor().selectedText();
   if (!selected.isEmpty() && !selected.contains(kLineBreakCharacter) &&
       !selected.contains(kEmbeddedCharacter))
     find_->setText(selected);
@@ -84,8 +84,6 @@ void FindBar::keyPressEvent(QKeyEvent* event) {
     QWidget::keyPressEvent(event);
   }
 }
-
-QString FindBar::Selected() const { return source_.textCursor().selectedText(); }
 
 std::optional<std::vector<FindBar::Match>> FindBar::Matches() {
   std::vector<Match> matches;
@@ -144,17 +142,6 @@ PageText FindBar::ReplacementOf(const QRegularExpressionMatch& match) const {
   return replacement;
 }
 
-void FindBar::Select(const Match& match) {
-  QTextCursor cursor = source_.textCursor();
-  cursor.setPosition(match.begin);
-  cursor.setPosition(match.begin + match.length, QTextCursor::KeepAnchor);
-  source_.setTextCursor(cursor);
-  source_.centerCursor();
-}
-
-void FindBar::Next() { Step(false); }
-void FindBar::Previous() { Step(true); }
-
 void FindBar::Step(bool backwards) {
   if (find_->text().isEmpty()) return Open(false);
   const auto matches = Matches();
@@ -169,7 +156,8 @@ void FindBar::Step(bool backwards) {
     next = next == matches->begin() ? matches->end() - 1 : next - 1;
   else if (next == matches->end())
     next = matches->begin();
-  Select(*next);
+  source_.setTextCursor(source_.Page().Range(next->begin, next->begin + next->length));
+  source_.centerCursor();
   message_->setText(Said(words::kMatchOf, {QString::number(next - matches->begin() + 1),
                                            QString::number(matches->size())}));
 }
@@ -186,7 +174,7 @@ void FindBar::ReplaceOne() {
     source_.Page().Insert(place, match.replacement, Said(words::kReplaceStep));
     break;
   }
-  Next();
+  Step(false);
 }
 
 void FindBar::ReplaceAll() {
@@ -200,9 +188,8 @@ void FindBar::ReplaceAll() {
     cursor.beginEditBlock();
     std::ranges::reverse(*matches);  // so that places in front of a match stay what they are
     for (const auto& match : *matches) {
-      cursor.setPosition(match.begin);
-      cursor.setPosition(match.begin + match.length, QTextCursor::KeepAnchor);
-      source_.Page().Insert(cursor, match.replacement, step);
+      QTextCursor place = source_.Page().Range(match.begin, match.begin + match.length);
+      source_.Page().Insert(place, match.replacement, step);
     }
     cursor.endEditBlock();
   }

@@ -23,9 +23,8 @@ class FindBar final : public QWidget {
 
   // Opens with what is selected in the source.
   void Open(bool withReplace);
-  // Without anything to find yet, they open the bar.
-  void Next();
-  void Previous();
+  // To the next place or the one before. Without anything to find yet, opens the bar.
+  void Step(bool backwards);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -38,12 +37,9 @@ class FindBar final : public QWidget {
   };
   // All places; nothing when the expression is wrong, which is then said.
   std::optional<std::vector<Match>> Matches();
-  void Step(bool backwards);
   void ReplaceOne();
   void ReplaceAll();
   PageText ReplacementOf(const QRegularExpressionMatch& match) const;
-  void Select(const Match& match);
-  QString Selected() const;
 
   SourceEdit& source_;
   QLineEdit* find_;

@@ -213,7 +213,7 @@ void MainWindow::ShowControl() {
   try {
     const std::shared_ptr<Control> control = controls_->Load(*position);
     const auto look = Page().LookAt(*position);
-    browser_->Show(control, controls_->Fresh(*look->contract),
+    browser_->Show(control, page::Load(*look->contract, {}),
                    ToQt(look->contract->name) + ' ' + ToQt(look->id));
     runtime_->Show(ToQt(control->GetRuntimeText()));
   } catch (const std::exception& failure) {

@@ -22,7 +22,6 @@ namespace kvo::editor {
 namespace {
 
 constexpr char kToolbox[] = "toolbox";
-
 constexpr char kToolboxName[] = "toolbox.json";
 
 }  // namespace
@@ -44,11 +43,13 @@ void MainWindow::MakeMenus() {
 
 void MainWindow::MakeFileMenu() {
   QMenu& menu = *menuBar()->addMenu(Said(words::kFileMenu));
-  const QString pages = Said(words::kPageFiles);
+  const auto choose = [this](const Localized& title, const QString& filter) {
+    return QFileDialog::getOpenFileName(this, Said(title), session_->File().Folder(), filter);
+  };
+  const QString json = "JSON (*.json)";
   Action(menu, words::kNew, QKeySequence::New, [this] { session_->New(); });
-  Action(menu, words::kOpen, QKeySequence::Open, [this, pages] {
-    const QString file = QFileDialog::getOpenFileName(this, Said(words::kOpenTitle),
-                                                      session_->File().Folder(), pages);
+  Action(menu, words::kOpen, QKeySequence::Open, [this, choose] {
+    const QString file = choose(words::kOpenTitle, Said(words::kPageFiles));
     if (!file.isEmpty()) session_->Open(file);
   });
   recent_ = menu.addMenu(Said(words::kRecent));
@@ -58,14 +59,12 @@ void MainWindow::MakeFileMenu() {
   Action(menu, words::kSaveAs, QKeySequence("Ctrl+Shift+S"), [this] { session_->SaveAs({}); });
   Action(menu, words::kPublish, QKeySequence("Ctrl+Shift+P"), [this] { session_->Publish({}); });
   menu.addSeparator();
-  Action(menu, words::kChooseOffice, {}, [this] {
-    const QString file = QFileDialog::getOpenFileName(this, Said(words::kOfficeTitle),
-                                                      session_->File().Folder(), "JSON (*.json)");
+  Action(menu, words::kChooseOffice, {}, [this, choose, json] {
+    const QString file = choose(words::kOfficeTitle, json);
     if (!file.isEmpty()) session_->ChooseOffice(file);
   });
-  Action(menu, words::kChooseToolbox, {}, [this] {
-    const QString file = QFileDialog::getOpenFileName(this, Said(words::kToolboxTitle),
-                                                      session_->File().Folder(), "JSON (*.json)");
+  Action(menu, words::kChooseToolbox, {}, [this, choose, json] {
+    const QString file = choose(words::kToolboxTitle, json);
     if (!file.isEmpty() && UseToolbox(file)) QSettings().setValue(kToolbox, file);
   });
   Action(menu, words::kBuiltInToolbox, {}, [this] {
@@ -99,8 +98,8 @@ void MainWindow::MakeEditMenu() {
   });
   Action(menu, words::kFindAction, QKeySequence::Find, [this] { find_->Open(false); });
   Action(menu, words::kReplaceAction, QKeySequence("Ctrl+H"), [this] { find_->Open(true); });
-  Action(menu, words::kFindNext, QKeySequence("F3"), [this] { find_->Next(); });
-  Action(menu, words::kFindPrevious, QKeySequence("Shift+F3"), [this] { find_->Previous(); });
+  Action(menu, words::kFindNext, QKeySequence("F3"), [this] { find_->Step(false); });
+  Action(menu, words::kFindPrevious, QKeySequence("Shift+F3"), [this] { find_->Step(true); });
 }
 
 void MainWindow::MakeControlMenu() {

@@ -52,7 +52,7 @@ void PageDocument::Load(const PageText& text) {
   QTextCursor cursor(&document_);
   cursor.beginEditBlock();
   cursor.insertText(text.Text(), QTextCharFormat());
-  ApplyFormats(cursor, 0, text);
+  ApplyFormats(0, text);
   cursor.endEditBlock();
   document_.setUndoRedoEnabled(true);
   loading_ = false;
@@ -78,9 +78,7 @@ void PageDocument::ReplaceAll(const PageText& text, const QString& step) {
   while (tail < std::min(oldSize, newSize) - begin && same(oldSize - 1 - tail, newSize - 1 - tail))
     ++tail;
   if (begin == oldSize && begin == newSize) return;
-  QTextCursor cursor(&document_);
-  cursor.setPosition(begin);
-  cursor.setPosition(oldSize - tail, QTextCursor::KeepAnchor);
+  QTextCursor cursor = Range(begin, oldSize - tail);
   PageText middle = text;
   middle.Replace(newSize - tail, tail, {}, {});
   middle.Replace(0, begin, {}, {});
@@ -99,7 +97,7 @@ void PageDocument::TakeOver(const PageText& text, const QString& step) {
   const Step named(*this, step);
   QTextCursor cursor(&document_);
   cursor.beginEditBlock();
-  ApplyFormats(cursor, 0, changed);
+  ApplyFormats(0, changed);
   cursor.endEditBlock();
 }
 
@@ -147,6 +145,13 @@ std::string PageDocument::FreeId(const std::string& name) const {
   return name + std::to_string(number);
 }
 
+QTextCursor PageDocument::Range(int begin, int end) {
+  QTextCursor cursor(&document_);
+  cursor.setPosition(begin);
+  cursor.setPosition(end, QTextCursor::KeepAnchor);
+  return cursor;
+}
+
 void PageDocument::Insert(QTextCursor& cursor, const PageText& fragment, const QString& step) {
   const Step named(*this, step);
   cursor.beginEditBlock();
@@ -155,7 +160,7 @@ void PageDocument::Insert(QTextCursor& cursor, const PageText& fragment, const Q
   cursor.insertText(fragment.Text(), QTextCharFormat());
   const int end = cursor.position();
   ForgetLineBreaks(start, end);
-  ApplyFormats(cursor, start, fragment);
+  ApplyFormats(start, fragment);
   cursor.setPosition(end);
   cursor.endEditBlock();
 }
@@ -163,9 +168,7 @@ void PageDocument::Insert(QTextCursor& cursor, const PageText& fragment, const Q
 void PageDocument::ReplaceControl(int position, const QByteArray& bytes, const QString& step) {
   PageText control;
   control.Replace(0, 0, QStringView(&kEmbeddedCharacter, 1), {{Embedded::Kind::control, 0, bytes}});
-  QTextCursor cursor(&document_);
-  cursor.setPosition(position);
-  cursor.setPosition(position + 1, QTextCursor::KeepAnchor);
+  QTextCursor cursor = Range(position, position + 1);
   Insert(cursor, control, step);
 }
 
@@ -176,18 +179,15 @@ void PageDocument::ForgetLineBreaks(int begin, int end) {
       QTextCursor(block).setBlockFormat(QTextBlockFormat());
 }
 
-void PageDocument::ApplyFormats(QTextCursor& cursor, int start, const PageText& text) {
+void PageDocument::ApplyFormats(int start, const PageText& text) {
   for (const Embedded& part : text.EmbeddedParts()) {
     const int position = start + part.position;
     if (part.kind == Embedded::Kind::lineBreak) {
-      cursor.setPosition(position + 1);
       QTextBlockFormat format;
       format.setProperty(kLineBreak, AsText(part.bytes));
-      cursor.setBlockFormat(format);
+      Range(position + 1, position + 1).setBlockFormat(format);
     } else {
-      cursor.setPosition(position);
-      cursor.setPosition(position + 1, QTextCursor::KeepAnchor);
-      cursor.setCharFormat(FormatOf(part));
+      Range(position, position + 1).setCharFormat(FormatOf(part));
     }
   }
 }
@@ -201,10 +201,7 @@ void PageDocument::ContentsChanged(int position, int removed, int added) {
     added -= surplus;
     removed -= surplus;
   }
-  QTextCursor cursor(&document_);
-  cursor.setPosition(position);
-  cursor.setPosition(position + added, QTextCursor::KeepAnchor);
-  content_.Replace(position, removed, cursor.selectedText(), {});
+  content_.Replace(position, removed, Range(position, position + added).selectedText(), {});
   // Joining lines may change the break before the line in which it happens.
   const int begin = std::max(0, document_.findBlock(position).position() - 1);
   const int end = std::min(size, position + added + 1);

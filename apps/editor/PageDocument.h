@@ -57,6 +57,9 @@ class PageDocument final : public QObject {
   // The first of Name1, Name2, ... that no control has.
   std::string FreeId(const std::string& name) const;
 
+  // The characters between two positions, selected.
+  QTextCursor Range(int begin, int end);
+
   // --- edits; each is one step ---
   // Replaces the cursor's selection and puts the cursor behind what was inserted.
   void Insert(QTextCursor& cursor, const PageText& fragment, const QString& step);
@@ -92,7 +95,7 @@ class PageDocument final : public QObject {
   std::vector<Embedded> EmbeddedBetween(int begin, int end) const;
   // New lines take over what their neighbour has in front of it.
   void ForgetLineBreaks(int begin, int end);
-  void ApplyFormats(QTextCursor& cursor, int start, const PageText& text);
+  void ApplyFormats(int start, const PageText& text);
   void NameStep();
   // The step that ends where the document is now, or the next one behind it; steps_.end(): none.
   std::vector<NamedStep>::const_iterator LastStep() const;

@@ -10,8 +10,6 @@
 namespace kvo::editor {
 namespace {
 
-bool IsError(const page::Problem& problem) { return problem.severity == page::Severity::error; }
-
 QByteArray FingerprintOf(const std::string& bytes) {
   return QCryptographicHash::hash(
              QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())),
@@ -32,21 +30,11 @@ QString PageFile::Companion(const char* name) const {
   return !name_.isEmpty() && QFileInfo::exists(file) ? file : QString();
 }
 
-void PageFile::Forget() {
-  name_.clear();
-  known_.clear();
-}
-
 std::string PageFile::Read(const QString& name) {
   std::string bytes = page::ReadFile(FileName(name));
   name_ = name;
   known_ = FingerprintOf(bytes);
   return bytes;
-}
-
-void PageFile::Take(const QString& name, const QByteArray& known) {
-  name_ = name;
-  known_ = known;
 }
 
 void PageFile::Write(const QString& name, const std::string& bytes) {
@@ -75,7 +63,7 @@ void PageFile::AcceptOutside() {
 
 bool SavedPage::OnlyEditedByHand() const {
   return std::ranges::all_of(problems, [](const page::Problem& problem) {
-    return !IsError(problem) || problem.rule == page::rule::editedByHand;
+    return problem.severity != page::Severity::error || problem.rule == page::rule::editedByHand;
   });
 }
 

@@ -13,17 +13,18 @@ std::string FileName(const QString& file);
 
 class PageFile {
  public:
+  PageFile() = default;
+  // One that an earlier run of the editor had, and what it knew.
+  PageFile(QString name, QByteArray known) : name_(std::move(name)), known_(std::move(known)) {}
+
   // Empty for a page that was never saved.
   const QString& Name() const { return name_; }
   QString Folder() const;
   // A file of this name beside it; empty when there is none.
   QString Companion(const char* name) const;
 
-  void Forget();
   // Reads the file and remembers it. Throws page::FileError.
   std::string Read(const QString& name);
-  // Takes the place of one that an earlier run of the editor had: its name and what it knew.
-  void Take(const QString& name, const QByteArray& known);
   // What stands in the file, as far as we know: a fingerprint.
   const QByteArray& Known() const { return known_; }
   // Replaces the file whole. Throws page::FileError.

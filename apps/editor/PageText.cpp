@@ -33,10 +33,6 @@ QByteArray UsualLineBreak(std::string_view page) {
   return *most == 0 ? "\n" : kBreaks[static_cast<std::size_t>(most - counts.begin())];
 }
 
-QByteArray ToBytes(std::string_view bytes) {
-  return {bytes.data(), static_cast<qsizetype>(bytes.size())};
-}
-
 // Encodings that are not served are read as UTF-8, and so written.
 bool IsWrittenAsUtf8(const page::PageEncoding& encoding) {
   return encoding.kind() != page::PageEncoding::Kind::singleByte;

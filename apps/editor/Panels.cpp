@@ -13,37 +13,47 @@
 
 namespace kvo::editor {
 
-PlaceList::PlaceList(QAbstractTableModel* model, const QString& name, QWidget* parent)
-    : QTreeView(parent) {
+// The rows of the latest analysis.
+class PlaceList::Model : public QAbstractTableModel {
+ public:
+  using QAbstractTableModel::QAbstractTableModel;
+  // Answers how many rows there were.
+  virtual int Show(std::shared_ptr<const Analysis> analysis) = 0;
+  virtual int PositionOf(int row) const = 0;
+};
+
+PlaceList::PlaceList(Model* model, const QString& name, QWidget* parent)
+    : QTreeView(parent), model_(model) {
   setModel(model);
   setRootIsDecorated(false);
   setUniformRowHeights(true);
   setAllColumnsShowFocus(true);
   setAccessibleName(name);
   connect(this, &QTreeView::activated, this, [this](const QModelIndex& index) {
-    if (onGoTo) onGoTo(PositionOf(index.row()));
+    if (onGoTo) onGoTo(model_->PositionOf(index.row()));
   });
   connect(this, &QTreeView::clicked, this, [this](const QModelIndex& index) {
-    if (onClicked) onClicked(PositionOf(index.row()));
+    if (onClicked) onClicked(model_->PositionOf(index.row()));
   });
 }
 
-void PlaceList::Refreshed(int rowsBefore) {
-  if (rowsBefore == 0)
+void PlaceList::Show(std::shared_ptr<const Analysis> analysis) {
+  // Later, the user stays where she was.
+  if (model_->Show(std::move(analysis)) == 0)
     for (int column = 0; column + 1 < model()->columnCount(); ++column)
       resizeColumnToContents(column);
 }
 
-// Both lists: the rows of the latest analysis.
+namespace {
+
 template <class Row>
-class RowModel : public QAbstractTableModel {
+class RowModel : public PlaceList::Model {
  public:
   using Rows = std::vector<Row> Analysis::*;
   RowModel(QObject* parent, Rows rows, std::vector<QString> heads)
-      : QAbstractTableModel(parent), rows_(rows), heads_(std::move(heads)) {}
+      : Model(parent), rows_(rows), heads_(std::move(heads)) {}
 
-  // Answers how many rows there were.
-  int Show(std::shared_ptr<const Analysis> analysis) {
+  int Show(std::shared_ptr<const Analysis> analysis) override {
     const int before = rowCount({});
     const bool sameCount = analysis && static_cast<int>(((*analysis).*rows_).size()) == before;
     if (!sameCount) beginResetModel();
@@ -54,6 +64,7 @@ class RowModel : public QAbstractTableModel {
       Q_EMIT dataChanged(index(0, 0), index(before - 1, columnCount({}) - 1));
     return before;
   }
+  int PositionOf(int row) const override { return At(row).position; }
   const Row& At(int row) const { return ((*analysis_).*rows_)[static_cast<std::size_t>(row)]; }
 
   int rowCount(const QModelIndex& parent) const override {
@@ -71,9 +82,9 @@ class RowModel : public QAbstractTableModel {
   std::vector<QString> heads_;
 };
 
-class OutlinePanel::Model final : public RowModel<OutlineEntry> {
+class OutlineModel final : public RowModel<OutlineEntry> {
  public:
-  explicit Model(QObject* parent)
+  explicit OutlineModel(QObject* parent)
       : RowModel(parent, &Analysis::outline,
                  {Said(words::kId), Said(words::kCaption), Said(words::kClass)}) {}
   QVariant data(const QModelIndex& index, int role) const override {
@@ -87,26 +98,9 @@ class OutlinePanel::Model final : public RowModel<OutlineEntry> {
   }
 };
 
-OutlinePanel::OutlinePanel(QWidget* parent)
-    : PlaceList(new Model(parent), Said(words::kOutline), parent),
-      model_(static_cast<Model*>(model())) {}
-
-void OutlinePanel::Show(std::shared_ptr<const Analysis> analysis) {
-  Refreshed(model_->Show(std::move(analysis)));
-}
-
-void OutlinePanel::Mark(int row) {
-  if (row < 0 || row >= model_->rowCount({}))
-    clearSelection();
-  else if (currentIndex().row() != row || !selectionModel()->hasSelection())
-    setCurrentIndex(model_->index(row, 0));
-}
-
-int OutlinePanel::PositionOf(int row) const { return model_->At(row).position; }
-
-class ProblemsPanel::Model final : public RowModel<ProblemEntry> {
+class ProblemsModel final : public RowModel<ProblemEntry> {
  public:
-  explicit Model(QObject* parent)
+  explicit ProblemsModel(QObject* parent)
       : RowModel(parent, &Analysis::problems,
                  {Said(words::kPlace), Said(words::kProblemControl), Said(words::kMessage)}) {}
   QVariant data(const QModelIndex& index, int role) const override {
@@ -132,15 +126,20 @@ class ProblemsPanel::Model final : public RowModel<ProblemEntry> {
   }
 };
 
-ProblemsPanel::ProblemsPanel(QWidget* parent)
-    : PlaceList(new Model(parent), Said(words::kProblems), parent),
-      model_(static_cast<Model*>(model())) {}
+}  // namespace
 
-void ProblemsPanel::Show(std::shared_ptr<const Analysis> analysis) {
-  Refreshed(model_->Show(std::move(analysis)));
+OutlinePanel::OutlinePanel(QWidget* parent)
+    : PlaceList(new OutlineModel(parent), Said(words::kOutline), parent) {}
+
+void OutlinePanel::Mark(int row) {
+  if (row < 0 || row >= model()->rowCount())
+    clearSelection();
+  else if (currentIndex().row() != row || !selectionModel()->hasSelection())
+    setCurrentIndex(model()->index(row, 0));
 }
 
-int ProblemsPanel::PositionOf(int row) const { return model_->At(row).position; }
+ProblemsPanel::ProblemsPanel(QWidget* parent)
+    : PlaceList(new ProblemsModel(parent), Said(words::kProblems), parent) {}
 
 TextPanel::TextPanel(const QString& name, QWidget* parent) : QPlainTextEdit(parent) {
   setReadOnly(true);

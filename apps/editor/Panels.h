@@ -15,39 +15,27 @@ namespace kvo::editor {
 // lists cost nothing but their visible rows.
 class PlaceList : public QTreeView {
  public:
-  PlaceList(QAbstractTableModel* model, const QString& name, QWidget* parent);
+  class Model;
+  PlaceList(Model* model, const QString& name, QWidget* parent);
+  void Show(std::shared_ptr<const Analysis> analysis);
 
   std::function<void(int position)> onClicked;  // the keyboard stays in the list
   std::function<void(int position)> onGoTo;
 
- protected:
-  // After the model's rows are new: keeps the user where she was.
-  void Refreshed(int rowsBefore);
-  virtual int PositionOf(int row) const = 0;
+ private:
+  Model* model_;
 };
 
 class OutlinePanel final : public PlaceList {
  public:
   explicit OutlinePanel(QWidget* parent);
-  void Show(std::shared_ptr<const Analysis> analysis);
   // Marks the row of a control; -1: none.
   void Mark(int row);
-
- private:
-  class Model;
-  int PositionOf(int row) const override;
-  Model* model_;
 };
 
 class ProblemsPanel final : public PlaceList {
  public:
   explicit ProblemsPanel(QWidget* parent);
-  void Show(std::shared_ptr<const Analysis> analysis);
-
- private:
-  class Model;
-  int PositionOf(int row) const override;
-  Model* model_;
 };
 
 // A text that is only shown.

@@ -123,7 +123,8 @@ PropertyBrowser::PropertyBrowser(QWidget* parent)
       tree_->editItem(item, kValue);
   });
   connect(reset_, &QPushButton::clicked, this, [this] {
-    if (const PropertyRow* row = RowOf(tree_->currentItem())) Reset(*row);
+    const PropertyRow* row = RowOf(tree_->currentItem());
+    if (row != nullptr && onLet) onLet(std::string(row->name), fresh_->Get(row->name));
   });
   connect(edit_, &QPushButton::clicked, this, [this] {
     if (const PropertyRow* row = RowOf(tree_->currentItem())) EditLong(*row);
@@ -176,10 +177,6 @@ void PropertyBrowser::EditLong(const PropertyRow& row) {
   const std::string old = ToText(control_->Get(row.name));
   const auto edited = EditText(ToQt(row.name), old, this);
   if (edited && *edited != old && onLet) onLet(std::string(row.name), *edited);
-}
-
-void PropertyBrowser::Reset(const PropertyRow& row) {
-  if (onLet) onLet(std::string(row.name), fresh_->Get(row.name));
 }
 
 void PropertyBrowser::UpdateButtons() {

@@ -29,7 +29,6 @@ class PropertyBrowser final : public QWidget {
   void ShowRow(QTreeWidgetItem& item, const PropertyRow& row);
   const PropertyRow* RowOf(const QTreeWidgetItem* item) const;
   void EditLong(const PropertyRow& row);
-  void Reset(const PropertyRow& row);
   void UpdateButtons();
 
   std::shared_ptr<Control> control_;

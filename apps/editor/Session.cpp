@@ -122,7 +122,7 @@ void Session::Start(const std::string& bytes, bool modified, bool sameFile) {
 void Session::New() {
   if (!MayDiscard()) return;
   DiscardDraft();
-  file_.Forget();
+  file_ = {};
   FindCompanions();
   Start(kNewPage, false);
 }
@@ -355,8 +355,7 @@ bool Session::OfferDrafts() {
     const auto bytes = Draft::Read(left);
     if (!bytes) continue;
     DiscardDraft();
-    file_.Forget();
-    if (!left.pageFile.isEmpty()) file_.Take(left.pageFile, left.known);
+    file_ = PageFile(left.pageFile, left.known);
     FindCompanions();
     Start(*bytes, true);
     WriteDraft();

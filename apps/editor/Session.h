@@ -13,10 +13,10 @@
 #include <optional>
 #include <string>
 
+#include "apps/editor/Ask.h"
 #include "apps/editor/Drafts.h"
 #include "apps/editor/PageDocument.h"
 #include "apps/editor/PageFile.h"
-#include "apps/editor/Question.h"
 #include "document/office/Office.h"
 
 namespace kvo::editor {

@@ -6,6 +6,7 @@
 #include <QTextBlock>
 #include <QTextBoundaryFinder>
 #include <algorithm>
+#include <mutex>
 
 #include "apps/editor/SourceEdit.h"
 
@@ -48,17 +49,10 @@ class SourceAccessible final : public QAccessibleWidget,
   void addSelection(int start, int end) override { setSelection(0, start, end); }
   void removeSelection(int) override { setCursorPosition(cursorPosition()); }
   void setSelection(int, int start, int end) override {
-    QTextCursor cursor = edit_.textCursor();
-    cursor.setPosition(Clamped(start));
-    cursor.setPosition(Clamped(end), QTextCursor::KeepAnchor);
-    edit_.setTextCursor(cursor);
+    edit_.setTextCursor(edit_.Page().Range(Clamped(start), Clamped(end)));
   }
   int cursorPosition() const override { return edit_.textCursor().position(); }
-  void setCursorPosition(int position) override {
-    QTextCursor cursor = edit_.textCursor();
-    cursor.setPosition(Clamped(position));
-    edit_.setTextCursor(cursor);
-  }
+  void setCursorPosition(int position) override { setSelection(0, position, position); }
   QString text(int start, int end) const override { return edit_.SpokenText(start, end); }
   QString textBeforeOffset(int offset, QAccessible::TextBoundaryType type, int* start,
                            int* end) const override {
@@ -99,10 +93,7 @@ class SourceAccessible final : public QAccessibleWidget,
   void deleteText(int start, int end) override { replaceText(start, end, {}); }
   void insertText(int offset, const QString& text) override { replaceText(offset, offset, text); }
   void replaceText(int start, int end, const QString& text) override {
-    QTextCursor cursor(edit_.document());
-    cursor.setPosition(Clamped(start));
-    cursor.setPosition(Clamped(end), QTextCursor::KeepAnchor);
-    cursor.insertText(text);
+    edit_.Page().Range(Clamped(start), Clamped(end)).insertText(text);
   }
 
  private:
@@ -146,11 +137,8 @@ QAccessibleInterface* Make(const QString&, QObject* object) {
 }  // namespace
 
 void InstallSourceAccessibility() {
-  static const bool installed = [] {
-    QAccessible::installFactory(Make);
-    return true;
-  }();
-  static_cast<void>(installed);
+  static std::once_flag once;
+  std::call_once(once, QAccessible::installFactory, Make);
 }
 
 }  // namespace kvo::editor

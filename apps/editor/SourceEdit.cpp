@@ -12,9 +12,9 @@
 
 #include "apps/editor/Ask.h"
 #include "apps/editor/Highlighter.h"
-#include "apps/editor/MimeTypes.h"
 #include "apps/editor/Placement.h"
 #include "apps/editor/SourceAccessibility.h"
+#include "apps/editor/Toolbox.h"
 #include "apps/editor/Words.h"
 #include "document/page/Page.h"
 #include "document/page/Surroundings.h"
@@ -97,19 +97,14 @@ std::optional<int> SourceEdit::CurrentControl() const {
 }
 
 void SourceEdit::SelectControl(int position) {
-  QTextCursor cursor = textCursor();
-  cursor.setPosition(position);
-  cursor.setPosition(position + 1, QTextCursor::KeepAnchor);
-  setTextCursor(cursor);
+  setTextCursor(page_.Range(position, position + 1));
   // The line from its start, as far as the box then shows.
   horizontalScrollBar()->setValue(0);
   ensureCursorVisible();
 }
 
 void SourceEdit::StandBehind(int position) {
-  QTextCursor cursor = textCursor();
-  cursor.setPosition(position + 1);
-  setTextCursor(cursor);
+  setTextCursor(page_.Range(position + 1, position + 1));
   ensureCursorVisible();
 }
 
@@ -117,9 +112,8 @@ void SourceEdit::Reveal(int position) {
   if (page_.IsControl(position)) {
     SelectControl(position);
   } else {
-    QTextCursor cursor = textCursor();
-    cursor.setPosition(std::min(position, page_.Document()->characterCount() - 1));
-    setTextCursor(cursor);
+    const int place = std::min(position, page_.Document()->characterCount() - 1);
+    setTextCursor(page_.Range(place, place));
     centerCursor();
   }
 }
@@ -271,17 +265,13 @@ void SourceEdit::dropEvent(QDropEvent* event) {
   moving_ = false;
 }
 
-std::string SourceEdit::SelectedFragment() const {
+QMimeData* SourceEdit::createMimeDataFromSelection() const {
   const QTextCursor cursor = textCursor();
   PageText selected = page_.Content();
   const int size = static_cast<int>(selected.Text().size());
   selected.Replace(cursor.selectionEnd(), size - cursor.selectionEnd(), {}, {});
   selected.Replace(0, cursor.selectionStart(), {}, {});
-  return selected.Fragment();
-}
-
-QMimeData* SourceEdit::createMimeDataFromSelection() const {
-  const std::string fragment = SelectedFragment();
+  const std::string fragment = selected.Fragment();
   auto* mime = new QMimeData;
   mime->setData(kFragmentType, QByteArray::fromStdString(fragment));
   const std::string published = Published(std::string(kUtf8Declaration) + fragment);
@@ -345,20 +335,15 @@ SourceEdit::Inserted SourceEdit::Insert(const PageText& part, const QString& ste
     ShowMessageBox(this, message);
     return Inserted::nothing;
   }
-  if (!Confirm(this, message, words::kInsertText, words::kCancel, Default::yes))
+  if (Ask(this, Confirmation(message, words::kInsertText, words::kCancel, Default::yes)) != 0)
     return Inserted::nothing;
   const PageDocument::Step named(page_, step);
   const int begin = cursor.selectionStart();
   const int end = cursor.selectionEnd();
-  QTextCursor quote(page_.Document());
   cursor.beginEditBlock();
-  if (misplacement->quotes) {
-    for (const int position : {misplacement->quotes->close, misplacement->quotes->open}) {
-      quote.setPosition(position);
-      quote.setPosition(position + 1, QTextCursor::KeepAnchor);
-      quote.insertText("'");
-    }
-  }
+  if (misplacement->quotes)
+    for (const int position : {misplacement->quotes->close, misplacement->quotes->open})
+      page_.Range(position, position + 1).insertText("'");
   cursor.setPosition(begin);
   cursor.setPosition(end, QTextCursor::KeepAnchor);
   page_.Insert(cursor, *misplacement->asText, step);
@@ -382,13 +367,10 @@ QString SourceEdit::SpokenText(int begin, int end) const {
   return spoken;
 }
 
-int SourceEdit::LineNumberWidth() const {
-  const auto digits = QString::number(std::max(blockCount(), 99)).size();
-  return fontMetrics().horizontalAdvance(u'9') * static_cast<int>(digits) + 2 * kNumberMargin;
-}
-
 void SourceEdit::PlaceLineNumbers() {
-  const int width = LineNumberWidth();
+  const auto digits = QString::number(std::max(blockCount(), 99)).size();
+  const int width =
+      fontMetrics().horizontalAdvance(u'9') * static_cast<int>(digits) + 2 * kNumberMargin;
   setViewportMargins(width, 0, 0, 0);
   const QRect inside = contentsRect();
   lineNumbers_->setGeometry(inside.left(), inside.top(), width, inside.height());

@@ -12,6 +12,9 @@
 
 namespace kvo::editor {
 
+// A part of a page in UTF-8, its controls as elements, as it is copied and dragged.
+inline constexpr char kFragmentType[] = "application/x-kvo-page-fragment";
+
 class SourceEdit final : public QPlainTextEdit {
   Q_OBJECT  // for qobject_cast: some objects of the browser have no other type information
       public : SourceEdit(PageDocument& document, QWidget* parent);
@@ -41,14 +44,11 @@ class SourceEdit final : public QPlainTextEdit {
   Inserted Insert(const PageText& part, const QString& step);
   // The same; controls get new ids where theirs are taken.
   void InsertFragment(std::string_view fragment, const QString& step);
-  // The selection as a part of a page in UTF-8, controls as elements.
-  std::string SelectedFragment() const;
 
   // For accessibility: the text of a range, embedded characters described.
   QString SpokenText(int begin, int end) const;
   PageDocument& Page() const { return page_; }
 
-  int LineNumberWidth() const;
   void PaintLineNumbers(QPaintEvent* event, QWidget& area);
 
  protected:

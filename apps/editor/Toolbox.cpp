@@ -8,7 +8,6 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "apps/editor/MimeTypes.h"
 #include "apps/editor/Words.h"
 
 namespace kvo::editor {

@@ -13,6 +13,9 @@ class QListWidget;
 
 namespace kvo::editor {
 
+// What is dragged: the number of a tool.
+inline constexpr char kToolType[] = "application/x-kvo-tool";
+
 QIcon IconOf(const ControlClass& contract);
 
 class Toolbox final : public QWidget {

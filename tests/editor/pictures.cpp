@@ -56,7 +56,7 @@ class Studio {
     ShootDialog("text", [&] { EditText("HTMLContent", "Zeile\r\n<b>zweite</b>", window_.get()); });
     window_->Finder().Open(true);
     QTest::keyClicks(window_->Finder().findChild<QLineEdit*>("find"), "td");
-    window_->Finder().Next();
+    window_->Finder().Step(false);
     Shoot("find");
     window_->Finder().hide();
     ShootDialog("unsaved", [&] {

@@ -20,8 +20,8 @@
 #include <set>
 
 #include "apps/editor/FindBar.h"
-#include "apps/editor/MimeTypes.h"
 #include "apps/editor/Panels.h"
+#include "apps/editor/Toolbox.h"
 #include "document/page/Page.h"
 #include "host/qt/PropertyFrameDialog.h"
 #include "host/registration/classes.h"
