@@ -5,7 +5,7 @@
 
 namespace kvo {
 
-// Encoding it once more would change nothing.
+// Already encoded; the attribute rule would change nothing.
 void DTCIf::EmitDescription(const PropertyRow& row, const Control& control, TagWriter& tag) {
   if (!Description(control).empty()) tag.AttributeAsIs(row.key, Description(control));
 }

@@ -4,7 +4,7 @@
 
 namespace kvo {
 
-// Outputs one field of the current order. A double click does nothing of its own.
+// Outputs one field of the current order. Leaves a double click to the host.
 class DTCOrder final : public ControlOf<DTCOrder, DataField> {
  public:
   static constexpr std::string_view pages[] = {"propOrderGeneral", "propGeneralFormat"};

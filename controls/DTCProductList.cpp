@@ -28,7 +28,7 @@ void DTCProductList::EmitColumns(const PropertyRow& row, const Control& control,
   if (List(control).DisplayColumns() > 0) EmitAlways(row, control, tag);
 }
 
-// Deliberate: the size hangs on the family, and then goes out even when it is empty.
+// Deliberate: a font family emits the size, even an empty one.
 void DTCProductList::EmitFontSize(const PropertyRow& row, const Control& control, TagWriter& tag) {
   if (!List(control).FontFamily().empty()) EmitAlways(row, control, tag);
 }

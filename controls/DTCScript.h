@@ -10,7 +10,7 @@ class DTCScript final : public ControlOf<DTCScript> {
   Shown<Text> DisplayValue{*this};
   TokenText HTMLContent;
 
-  // Always emitted, without content too; exactly as typed, with no escaping.
+  // Always emitted, even without content; exactly as typed, without escaping.
   void AppendRuntimeText(std::string& out) const override;
 
  private:

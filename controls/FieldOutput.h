@@ -1,5 +1,5 @@
-// What the controls that output one value have in common: a main value, the caption shown in its
-// place, and an optional data format.
+// Base of the controls that output one value: a main value, the caption shown in its place, and an
+// optional data format.
 #pragma once
 
 #include "common/frame/Control.h"
@@ -14,7 +14,7 @@ class FieldOutput : public Control {
   Shown<Text> DisplayValue{*this};
   Text Format;
 
-  // Nothing at all without a main value.
+  // Without a main value, emits nothing.
   void AppendRuntimeText(std::string& out) const override {
     if (!mainValue_().empty()) Control::AppendRuntimeText(out);
   }

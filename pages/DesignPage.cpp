@@ -31,8 +31,8 @@ void DesignPage::Initialize() {
 
 void DesignPage::Fill(const Row& row, const std::string& value) {
   PropertyGridItem& item = suiDesign.Item(row.key);
-  // A pixel row keeps the former control's value when its choices lack this one, and writes it
-  // over the new control's on apply: deliberate.
+  // Deliberate: when its choices lack the new control's value, a pixel row keeps the former
+  // control's and writes that on apply.
   if (row.way == Way::choiceOnly && FindChoiceByValue(item, value) == nullptr) return;
   item.Value(value);
 }
@@ -49,7 +49,7 @@ void DesignPage::PickColor(PropertyGridItem& row) {
     std::uint8_t red = 0;
     std::uint8_t green = 0;
     std::uint8_t blue = 0;
-    ParseColor(current, red, green, blue);  // white when it is no colour
+    ParseColor(current, red, green, blue);  // white for any other text
     comDlgColor = red + green * 0x100 + blue * 0x10000;
   }
   comDlgColor = ThePlatform().ChooseColor(comDlgColor);

@@ -1,4 +1,4 @@
-// The page on which the look of a table is edited in a property grid.
+// A page that edits the look of a table in a property grid.
 #pragma once
 
 #include <deque>
@@ -18,7 +18,7 @@ class DesignPage : public PropertyPage {
   KVO_CONTROL(
       PropertyGrid, suiDesign, .at = {120, 120, 5520, 4320}, .onChange = marksChanged,
       .onButtonClick = [this](PropertyGridItem& row) { PickColor(row); });
-  // The colour dialog's colour. It stays from one opening to the next, black at first.
+  // The colour dialog's colour, kept from one opening to the next; black at first.
   ColorNumber comDlgColor = 0;
 
  protected:
@@ -26,7 +26,7 @@ class DesignPage : public PropertyPage {
     std::string caption;
     Variant value;
   };
-  // How a row and its property exchange their value.
+  // How a row and its property exchange values.
   enum class Way {
     asItStands,    // in both directions
     choiceStored,  // filled as it stands; a chosen row stores the choice's value
@@ -37,8 +37,8 @@ class DesignPage : public PropertyPage {
     std::string_view caption;
     std::string_view key{};
     std::vector<Choice> (*choices)() = nullptr;
-    // Which of the transfers with the control is the row's, from 1; 0: it shows and can be edited,
-    // but never reaches the control.
+    // The row's turn among the transfers with the control, from 1. 0: can be edited, but never
+    // reaches the control.
     int order = 0;
     std::string_view property{};
     Way way = Way::asItStands;
@@ -52,7 +52,7 @@ class DesignPage : public PropertyPage {
   void Initialize() override;
   void Fill(const Row& row, const std::string& value);
   Variant ValueOf(const Row& row);
-  // A cancel of the dialog is not told apart: deliberate.
+  // Deliberate: does not notice that the user cancelled the dialog.
   void PickColor(PropertyGridItem& row);
 
   std::span<const Row> rows_;

@@ -5,13 +5,13 @@
 namespace kvo {
 namespace {
 
-// Runs one step of which errors are ignored.
+// Runs one step and ignores its errors.
 template <class Step>
 void IgnoringErrors(const Step& step) {
   try {
     step();
   } catch (const std::exception&) {
-    // Without an Office, a collection or a readable field, that much of the list is missing.
+    // Without an Office, a collection or a readable field, a part of the list is missing.
   }
 }
 

@@ -1,4 +1,4 @@
-// The page on which a field of the host's data is chosen: of the contact or of the order.
+// A page that chooses a field of the host's data: of the contact or of the order.
 #pragma once
 
 #include <string_view>
@@ -21,7 +21,7 @@ class FieldPage : public PropertyPage {
         fields_(fields) {}
 
  private:
-  // Nothing in it can fail: what cannot be read is left out.
+  // Never fails; leaves out what cannot be read.
   void SelectionChanged() override;
   // RuntimeError 91 when no field is chosen; nothing is written then.
   void ApplyChanges() override;

@@ -15,7 +15,7 @@ struct Operator {
   std::string_view written;
 };
 
-// Written so that the expression can stand in a quoted attribute of an HTML page.
+// Entities, so that the expression can stand in a quoted attribute of an HTML page.
 constexpr Operator kEquals = {"equals", "=", "=="};
 constexpr Operator kGreaterThan = {"greaterThan", ">", "&gt;"};
 constexpr Operator kLessThan = {"lessThan", "<", "&lt;"};
@@ -34,7 +34,7 @@ struct FieldType {
   std::int32_t dataType;
   std::span<const Operator> operators;
   bool fieldQuoted;
-  ValueForm value;  // none: the operator carries it, and the value box is disabled
+  ValueForm value;  // none: the operator implies it; disables the value box
 };
 
 constexpr FieldType kFieldTypes[] = {
@@ -45,7 +45,7 @@ constexpr FieldType kFieldTypes[] = {
     {6, kOrder,    true,  ValueForm::quoted},   // ordered text, such as a date
     // clang-format on
 };
-// Any other type gets no operators and adds nothing; these are not even listed.
+// Every other type has no operators and adds nothing; fields of these types are not even listed.
 constexpr std::array kUnlistedTypes = {2, 4, 5};
 
 const FieldType* FindFieldType(std::int32_t dataType) {

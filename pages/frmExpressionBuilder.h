@@ -9,8 +9,8 @@
 
 namespace kvo {
 
-// The dialog in which a test expression is put together from contact fields. Its caller sets
-// `Office` and `Expression`, calls Init, shows it, and then reads `CancelForm` and `Expression`.
+// The dialog that builds a test expression from contact fields. The caller sets `Office` and
+// `Expression`, calls Init, shows it, then reads `CancelForm` and `Expression`.
 class frmExpressionBuilder final : public Form {
  public:
   frmExpressionBuilder() : Form("Ausdruck-Assistent", {6480, 4200}) {}
@@ -18,7 +18,7 @@ class frmExpressionBuilder final : public Form {
   ObjectRef Office;
   bool CancelForm = false;
 
-  // As it was set, until the dialog ends with "Ok".
+  // Unchanged until the dialog ends with "Ok".
   const std::string& Expression() const { return expression_; }
   void Expression(std::string sNewExpression);
 
@@ -55,7 +55,7 @@ class frmExpressionBuilder final : public Form {
       .role = CommandButton::Role::cancelsDialog, .onClick = [this](CommandButton&) { Closing(); });
 
  private:
-  // The window's own button is "Abbrechen".
+  // The window's close button acts as "Abbrechen".
   void Closing() override;
   void cboFields_Select();
   void cmdAdd_Click();

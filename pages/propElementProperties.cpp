@@ -15,7 +15,7 @@ void propElementProperties::SelectionChanged() {
 
 void propElementProperties::ModeChosen(OptionButton& option) {
   marksChanged(option);
-  // While the page is filled as well, so that the content box always follows the mode.
+  // Also while the page is filled, so that the content box always follows the mode.
   lblHTMLContent.Enabled(optSingleLineElement.Value());
   txtHTMLContent.Enabled(optSingleLineElement.Value());
 }

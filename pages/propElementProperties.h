@@ -4,7 +4,7 @@
 
 namespace kvo {
 
-// An element's name, what of it is rendered, and its inner HTML.
+// An element's name, which of its tags are rendered, and its inner HTML.
 class propElementProperties final : public PropertyPage {
   const Handler<OptionButton> modeChosen_ = [this](OptionButton& option) { ModeChosen(option); };
 
@@ -23,7 +23,7 @@ class propElementProperties final : public PropertyPage {
             .caption = "Nur schliessendes HTML Element erstellen", .at = {240, 1560, 5280, 240},
             .onClick = modeChosen_);
   KVO_CONTROL(Label, lblHTMLContent, .caption = "HTML Inhalt:", .at = {240, 1980, 5280, 240});
-  // An element of which only one tag is rendered never keeps content.
+  // An element with only one rendered tag never keeps content.
   KVO_FIELD(TextBox, txtHTMLContent,
             Binding("HTMLContent")
                 .Stored([this](std::string content) {

@@ -26,7 +26,7 @@ void propGeneralAttributes::List(Object& attributes) {
     const std::size_t bar = item.find(kBar);
     if (bar == std::string::npos)
       throw RuntimeError(ErrorNumber::subscriptOutOfRange, '"' + item + '"');
-    // What stands behind a second bar is no part of the value.
+    // Text after a second bar is not part of the value.
     const std::size_t end = item.find(kBar, bar + 1);
     suiAttributes.Add(AttributeRow(item.substr(0, bar), item.substr(bar + 1, end - bar - 1)));
   });

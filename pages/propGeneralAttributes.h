@@ -5,8 +5,8 @@
 
 namespace kvo {
 
-// The attributes of an element as rows of name and value. The page counts as changed from the
-// beginning, so that applying always writes the list; later edits do not mark it: deliberate.
+// The attributes of an element as rows of name and value. Deliberate: the page starts as changed,
+// so that applying always writes the list, and later edits do not mark it.
 class propGeneralAttributes final : public PropertyPage {
  public:
   propGeneralAttributes() : PropertyPage("Attribute") {}

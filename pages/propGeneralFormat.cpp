@@ -17,7 +17,7 @@ constexpr DataFormat kFormats[] = {
     {"formatLongDate",          "Datum",             "formatLongDate",          "dd. mmmm yyyy",               Date},
     {"formatShortTime",         "Uhrzeit",           "formatShortTime",         "hh:mm",                       Date},
     {"formatLongTime",          "Uhrzeit",           "formatLongTime",          "hh:mm:ss",                    Date},
-    // The last three name the function of the long time: deliberate, only key and pattern are used.
+    // Deliberate: the last three name the function of the long time. Only key and pattern are used.
     {"formatShortDateTime",     "Datum & Uhrzeit",   "formatLongTime",          "dd.mm.yyyy hh:mm",            Date},
     {"formatLongDateTime",      "Datum & Uhrzeit",   "formatLongTime",          "dd.mm.yyyy hh:mm:ss",         Date},
     {"formatExtremeDateTime",   "Datum & Uhrzeit",   "formatLongTime",          "dd. mmmm yyyy u\\m hh:mm:ss", Date},

@@ -8,7 +8,7 @@
 
 namespace kvo {
 
-// A format that the page offers. The caption shows a sample in the format itself, where it has one.
+// A format that the page offers. The caption ends with a formatted sample, if there is one.
 struct DataFormat {
   std::string_view key;
   std::string_view caption;
@@ -16,11 +16,11 @@ struct DataFormat {
   std::string_view pattern;  // what the control stores
   Variant (*sample)() = nullptr;
 
-  // The caption as it is shown: "Ganzzahl (1.134)".
+  // The caption with its sample: "Ganzzahl (1.134)".
   std::string CaptionWithSample() const;
 };
 
-// In the order in which they are listed.
+// In list order.
 std::span<const DataFormat> DataFormats();
 
 // The data format of a print, contact or order control: one of a list, or any typed pattern.

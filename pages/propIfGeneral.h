@@ -35,9 +35,9 @@ class propIfGeneral final : public PropertyPage {
                .at = {120, 360, 5040, 1980}, .font = kMarkupFont, .multiLine = true);
 
  private:
-  // The percent signs round the test stand in the control, and not in the page's box.
+  // The control holds the test between percent signs, the page's box without them.
   static std::string WithoutPercents(std::string test);
-  static std::string BetweenPercents(const std::string& test);  // an empty test as well
+  static std::string BetweenPercents(const std::string& test);  // even an empty test
   static std::string WithoutBlanks(std::string text);
   void cmdShowExpressionBuilder_Click();
 };

@@ -9,7 +9,7 @@ propPosListDesign::propPosListDesign() {
       choices.push_back({std::to_string(n) + " Pixel", std::to_string(n)});
     return choices;
   };
-  // The table's CSS and both settings of the body have no property here: deliberate.
+  // Deliberate: the table's CSS and both settings of the body have no property here.
   // clang-format off
   static constexpr Row rows[] = {
       // kind              caption               key                  choices order property            way

@@ -11,7 +11,7 @@ class propPrintGeneral final : public PropertyPage {
 
   KVO_CONTROL(Label, lblPrintInfo, .caption = "KVML Ausdruck zur Ausgabe",
               .at = {240, 240, 5175, 255});
-  // Does not select its text when it is entered, unlike other fields: deliberate.
+  // Deliberate: does not select its text on focus, unlike other fields.
   KVO_FIELD(TextBox, txtValue, "Value", .at = {240, 480, 5295, 300}, .onGotFocus = kNothing);
 };
 

@@ -31,7 +31,7 @@ propProdListDesign::propProdListDesign() {
       {ItemKind::list,     "Schriftarten",       "font-family",      fonts,   1, "FontFamily"},
       {ItemKind::list,     "Schriftgrösse (Pt)", "font-size",        sizes,   2, "FontSize",        Way::choiceStored},
       {ItemKind::list,     "Rahmen (Px)",        "border",           borders, 3, "Border",          Way::choiceStored},
-      {ItemKind::color,    "Hintergundfarbe",    "table-bgcolor",    nullptr, 4, "TableBgColor"},  // an "r" is missing: deliberate
+      {ItemKind::color,    "Hintergundfarbe",    "table-bgcolor",    nullptr, 4, "TableBgColor"},  // deliberate: without its "r"
       {ItemKind::text,     "CSS Angaben",        "table-css-style"},
       {ItemKind::category, "Kopfzeile"},
       {ItemKind::color,    "Hintergrundfarbe",   "header-bgcolor",   nullptr, 5, "HeaderBgColor"},

@@ -13,11 +13,11 @@ class propProdListGeneral final : public PropertyPage {
 
   KVO_CONTROL(Label, lblDisplayColumns,
               .caption = "Anzahl Spalten pro Zeile:", .at = {240, 150, 1920, 240});
-  // RuntimeError 13 (or 6) on applying what is no number; nothing is written then.
+  // Applying throws RuntimeError 13 (or 6) unless it is a number; writes nothing then.
   KVO_FIELD(ComboBox, cboDisplayColumns, "DisplayColumns", .at = {2220, 120, 780, 300},
             .editable = true, .onClick = marksChanged);
   KVO_CONTROL(Label, lblTableWidth, .caption = "Tabellenbreite:", .at = {3120, 150, 1200, 240});
-  // Selects itself after each key and never marks the page changed: deliberate.
+  // Deliberate: selects itself after each key and never marks the page changed.
   KVO_FIELD(TextBox, txtTableWidth, "TableWidth", .at = {4380, 120, 1140, 300},
             .onChange = SelectAllText, .onGotFocus = kNothing);
   KVO_FIELD(CheckBox, chkDisplayDesc2, "DisplayDesc2", .caption = "Beschreibung 2 anzeigen",
@@ -64,7 +64,7 @@ class propProdListGeneral final : public PropertyPage {
 
   void Initialize() override;
   void SelectionChanged() override;
-  // Any other value is the left placement, and so is no choice at all.
+  // Any other value means left, and so does no choice.
   static std::string KnownThumbnail(std::string value);
 };
 

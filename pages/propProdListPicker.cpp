@@ -43,7 +43,7 @@ void propProdListPicker::Initialize() {
                  .caption = "Suchen",
                  .key = std::string(kSearchButton),
                  .enabled = false});
-  AddSearchColumn("productno", "Art.Nr.");  // with a point, unlike the grid's column: deliberate
+  AddSearchColumn("productno", "Art.Nr.");  // deliberate: with a point, unlike the grid's column
   AddSearchColumn("desc1", "Name");
   AddSearchColumn("desc2", "Beschreibung");
 }
@@ -132,7 +132,7 @@ void propProdListPicker::AddSelectedRows() {
                              .key = key,
                              .value = "Product"});
     } catch (const std::exception&) {
-      // A row that cannot be read is skipped.
+      // Skips a row that cannot be read.
     }
   }
 }
@@ -145,7 +145,7 @@ void propProdListPicker::DeletePicked() {
 }
 
 void propProdListPicker::suiSearch_Change(const PropertyGridItem& item) {
-  // A typed text is not copied, since it may be long and every key comes here.
+  // Does not copy the typed text: it may be long, and every key comes here.
   const Variant& term = suiSearch.Item(kSearchTerm).Value();
   const auto* text = term.If<std::string>();
   const bool searching = text != nullptr ? !text->empty() : !ToText(term).empty();

@@ -9,13 +9,13 @@
 
 namespace kvo {
 
-// The products of the shop beside those that a product list shows. The shop database is reached
-// through the control's `Office`; any failure of it is the page's failure.
+// The products of the shop beside those that a product list shows. Reaches the shop's database
+// through the control's `Office`; a failure there is the page's failure.
 class propProdListPicker final : public PropertyPage {
  public:
   propProdListPicker() : PropertyPage("Produkte auswählen") {}
 
-  // Finding products is not built: its button and timer call an empty procedure. Deliberate.
+  // Deliberate: the button and the timer of the product search call an empty procedure.
   KVO_CONTROL(
       PropertyGrid, suiSearch, .at = {120, 120, 2040, 2400},
       .onChange = [this](PropertyGridItem& item) { suiSearch_Change(item); },
@@ -25,11 +25,11 @@ class propProdListPicker final : public PropertyPage {
         AddSelectedRows();
         Changed(true);
       });
-  // Adds without marking the page changed, unlike the double click: deliberate.
+  // Deliberate: adds without marking the page changed, unlike the double click.
   KVO_CONTROL(
       CommandButton, cmdAddProduct, .caption = "Hinzufügen", .at = {120, 2640, 1500, 360},
       .onClick = [this](CommandButton&) { AddSelectedRows(); });
-  // The picked products. Only their keys are read back.
+  // The picked products. The page reads back only their keys.
   KVO_CONTROL(
       PropertyGrid, suiPickedProducts, .at = {120, 3120, 5520, 900},
       .onDeleteKey = [this](PropertyGrid&) { DeletePicked(); });
@@ -44,7 +44,7 @@ class propProdListPicker final : public PropertyPage {
   void Initialize() override;
   void SelectionChanged() override;
 
-  // The picked products as the control keeps them: their numbers, separated.
+  // The control's form of the picked products: their numbers, separated.
   void ShowPicked(const std::string& numbers);
   std::string PickedNumbers() const;
   void AddSelectedRows();

@@ -28,12 +28,12 @@ class propUnsubGeneral final : public PropertyPage {
   KVO_CONTROL(Label, lblWhatsThatExample, .caption = "Bsp: http://www.ihr-shop.example/assets/own/",
               .at = {960, 3000, 4560, 480}, .wraps = true);
   KVO_CONTROL(Label, lblHTMLContent, .caption = "Link-Text", .at = {240, 3720, 5295, 240});
-  // The initial text ends with a line break: deliberate.
+  // Deliberate: the initial text ends with a line break.
   KVO_FIELD(TextBox, txtHTMLContent, "HTMLContent", .at = {240, 3960, 5295, 285},
             .font = kMarkupFont, .text = "Abmelden\r\n", .multiLine = true);
 
  private:
-  // The address of a folder; behind an empty one as well: deliberate.
+  // Deliberate: a slash also follows an empty address.
   static std::string WithSlash(std::string address) {
     return address.ends_with('/') ? std::move(address) : std::move(address) + '/';
   }

@@ -26,11 +26,11 @@ void Control::ReadProperties(PropertyBag& propertyBag) {
     try {
       row.codec.read(row, *this, propertyBag.ReadProperty(row.key, row.readDefault));
     } catch (const std::bad_alloc&) {
-      throw;  // nothing is wrong with the key: skipping it would lose its value at the next saving
+      throw;  // the key is fine; skipping it would lose its value at the next save
     } catch (const std::exception& error) {
       propertyBag.KeyFailed(row.key, error);
       if (contract.readFailure == ReadFailure::endsLoad) throw;
-      // The key is skipped: its property keeps the value that it had.
+      // Skips the key: its property keeps its value.
     }
   }
   Resize();

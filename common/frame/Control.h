@@ -21,17 +21,18 @@ class Control;
 // The one method of every control, beside its properties.
 inline constexpr std::string_view kRuntimeTextMethod = "GetRuntimeText";
 
-// A failing bag call or assignment while loading ends the load - or, in one class, that key only.
+// What a failing bag call or assignment does while a control is loaded: it ends the load or, in one
+// class, skips that key.
 enum class ReadFailure { endsLoad, skipsKey };
 
-// What a class says of itself beside its rows.
+// A class's description, beside its rows.
 struct ControlDesign {
   std::string_view name;
-  Localized title;  // for people, and one line about it
+  Localized title;  // for users; the description is one line
   Localized description;
   std::string_view basename;  // the default of the tag's name
-  // The tag's name that the template engine knows the control by, where that is not the default:
-  // seven classes have that of the print control, which fits none of them.
+  // The name under which the template engine knows the control, where the default is another one:
+  // seven classes default to the name of the print control.
   std::string_view tagName{};
   BoxDesign box;
   std::span<const std::string_view> pages{};  // class names, in the order of their tabs
@@ -44,15 +45,15 @@ struct ControlClass : ControlDesign {
   std::span<const PropertyRow> bag;         // those with a key, in persisted order
   std::shared_ptr<Control> (*create)();
 
-  // What a new control should have as its basename.
+  // The basename to give a new control.
   std::string_view TagName() const { return tagName.empty() ? basename : tagName; }
-  // The row of a property, names without regard to case; nullptr when there is none.
+  // Finds a property by its name in any case; nullptr when there is none.
   const PropertyRow* FindProperty(std::string_view propertyName) const;
-  const PropertyRow* FindKey(std::string_view key) const;  // keys exactly
+  const PropertyRow* FindKey(std::string_view key) const;  // by the exact key
 };
 
-// A control instance. It is born as its initialise step leaves it; its end is the terminate event.
-// Setters store and refresh the box; they never notify the host. One thread.
+// A control instance. Its constructor is the initialise step, its destructor the terminate event.
+// Setters store and refresh the box; they never notify the host. For one thread.
 class Control : public Object {
  public:
   virtual const ControlClass& Class() const = 0;
@@ -64,15 +65,15 @@ class Control : public Object {
 
   // The markup that stands in the page for this control. Depends on the properties alone.
   std::string GetRuntimeText() const;
-  // The same, appended to `out`. After a failure `out` may hold a part of the text. Unless a class
-  // has a text of its own, it is one empty tag with the attributes of its rows.
+  // Appends it to `out`, which after a failure may hold a part of it. By default it is one empty
+  // tag with the attributes of the class's rows.
   virtual void AppendRuntimeText(std::string& out) const;
 
-  // The picture as it looks now. Text is measured here, not when a property changes.
+  // The current picture. Measures text here, not when a property changes.
   Box DesignTimeBox() const;
   // The host's resize event.
   virtual void Resize() { laidOut_ = true; }
-  // The user's double click. False: not handled; what happens then is the host's choice.
+  // The user's double click. Returns false to leave it to the host.
   virtual bool DblClick(WindowHandle /*owner*/) { return false; }
 
   Text Namespace;
@@ -85,7 +86,7 @@ class Control : public Object {
   Variant Call(std::string_view name, std::span<const Variant> arguments) override;
   std::optional<std::vector<std::string>> PropertyPages() override;
 
-  // Refreshes the box: from now on it shows the properties instead of the design captions.
+  // Refreshes the box, which from now on shows the properties instead of the design captions.
   void UpdateDisplay() { captionsShown_ = laidOut_ = true; }
 
  protected:
@@ -99,7 +100,7 @@ class Control : public Object {
 
 namespace rows {
 
-// What every class begins with. Only the default base name differs from class to class.
+// The rows that every class begins with. Only the default base name differs.
 constexpr std::array<PropertyRow, 3> OfFrame(std::string_view basename) {
   using Self = Control;
   return {PropertyRow(1, KVO(Namespace), "namespace", "kv", "kv", kNever),
@@ -114,7 +115,7 @@ consteval std::size_t Count(const std::array<PropertyRow, count>& all, Picks pic
 
 }  // namespace rows
 
-// Base of a class of controls: gives it the contract that follows from its `design` and `rows`.
+// Base of a control class: makes its contract from its `design` and `rows`.
 template <class Class_, class Base = Control>
 class ControlOf : public Base {
  public:

@@ -25,8 +25,8 @@ struct Rect {
   bool operator==(const Rect&) const = default;
 };
 
-// A label as it is declared: its design-time caption shows until the first refresh, then what
-// `caption` answers. A label without a width is as wide as its caption.
+// A declared label. Shows its design-time caption until the first refresh, then what `caption`
+// returns. A label without a width is as wide as its caption.
 struct BoxLabel {
   std::string_view name{};
   std::string_view designCaption{};
@@ -51,7 +51,7 @@ struct BoxDesign {
   }
 };
 
-// A box as somebody looks at it.
+// A box as it is drawn.
 struct Box {
   struct Label {
     std::string_view name;

@@ -1,4 +1,4 @@
-// The host's context object, which tells pages of fields and products.
+// The host's context object, from which pages get fields and products.
 #pragma once
 
 #include "common/frame/Control.h"
@@ -9,7 +9,7 @@ inline bool HoldsOffice(const Control& control) {
   return control.Class().FindProperty("Office") != nullptr;
 }
 
-// Hands it to a control that holds one. None: the control stays as it is.
+// Gives it to a control that has such a property. Without one, does nothing.
 inline void GiveOffice(Control& control, const ObjectRef& office) {
   if (office != nullptr && HoldsOffice(control)) control.Let("Office", office);
 }

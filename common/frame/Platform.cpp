@@ -11,7 +11,7 @@ namespace {
 
 Platform* g_platform = nullptr;
 
-// What a host's extender wraps; nullptr when it cannot be reached, whatever the reason.
+// The object that a host's extender wraps; nullptr when it cannot be reached for any reason.
 ObjectRef WrappedObject(Object& extender) {
   try {
     return ToObject(extender.Get("Object"));

@@ -34,14 +34,14 @@ class Platform {
   // A message box with an OK button and the component's own title.
   virtual void ShowMessage(WindowHandle owner, std::string_view text) = 0;
 
-  // A modal prompt for one line of text; nothing when it was cancelled.
+  // A modal prompt for one line of text; nothing when the user cancels.
   virtual std::optional<std::string> InputPrompt(std::string_view prompt,
                                                  std::string_view title) = 0;
 
   // Shows a form as a modal dialog and returns when it is closed.
   virtual void ShowModal(Form& form) = 0;
 
-  // The colour dialog, opened on `preset`. A cancel is not told apart: the preset comes back.
+  // The colour dialog, opened on `preset`. Returns the preset when the user cancels.
   virtual ColorNumber ChooseColor(ColorNumber preset) = 0;
 
   // The state of the 256 virtual keys: bit 0x80 of [key] is set while the key is down. Key 1 is
@@ -68,11 +68,11 @@ class Platform {
   virtual ObjectRef NewRecordset() = 0;
 };
 
-// The platform of the running program. A program installs one before it touches a control;
-// without one, this is a failure of the program (std::logic_error).
+// The platform of the running program, which installs one before it touches a control. Throws
+// std::logic_error without one.
 Platform& ThePlatform();
 
-// Installs a platform for the time of its life and restores the former one.
+// Installs a platform during its lifetime, then restores the former one.
 class PlatformScope {
  public:
   explicit PlatformScope(Platform& platform);
@@ -87,8 +87,9 @@ class PlatformScope {
 // A new identifier from the system's generator: "{" 8-4-4-4-12 upper-case digits "}".
 GuidText CreateGUID();
 
-// Shows the property frame over the object and the pages that it (or the object that it wraps as
-// its member `Object`) names. RuntimeError 13 when neither names any, or there is no object.
+// Shows the property frame over the object, with the pages that it names, or that the object names
+// which it wraps as its member `Object`. RuntimeError 13 when neither names any, or without an
+// object.
 void ShowPropertyPages(ObjectRef object, std::string_view caption, WindowHandle owner);
 
 }  // namespace kvo

@@ -1,5 +1,4 @@
-// The properties of controls: called without an argument a property answers its value, called with
-// one it takes that.
+// The properties of controls. Calling one without an argument reads it, with an argument sets it.
 #pragma once
 
 #include <cstdint>
@@ -33,7 +32,7 @@ using Flag = Property<bool>;
 using Integer = Property<std::int32_t>;
 using Reference = Property<ObjectRef>;  // counted; nullptr is no object
 
-// Texts know the form in which they are held.
+// A text also gives access to the form in which it is held.
 class Text : public Property<std::string> {
  public:
   using Property::Property;
@@ -41,7 +40,7 @@ class Text : public Property<std::string> {
   void Hold(std::string text) { held_ = std::move(text); }
 };
 
-// Author-written HTML: the property speaks plain HTML and holds the token form.
+// HTML written by the author: plain HTML outside, token form inside.
 class TokenText {
  public:
   using Type = std::string;

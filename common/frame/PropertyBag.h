@@ -10,7 +10,7 @@
 
 namespace kvo {
 
-// The default of a write: a value equal to it is not stored. kAlwaysStored is "no default".
+// The default of a write: a value equal to it is not stored. kAlwaysStored means no default.
 using WriteDefault = std::optional<std::string_view>;
 inline constexpr WriteDefault kAlwaysStored = std::nullopt;
 
@@ -24,18 +24,18 @@ class PropertyBag {
     return Find(key).value_or(readDefault);
   }
 
-  // The one place of the rule: equal to its default is not stored, no default is always stored.
+  // Decides alone what is stored: every value that does not equal its default.
   void WriteProperty(std::string_view key, std::string_view value, WriteDefault writeDefault) {
     if (writeDefault != value) Store(key, value);
   }
 
-  // A key could not be read or assigned. Told before the load ends or, in the class that skips such
-  // keys, goes on; a host that keeps a log of errors writes it down.
+  // Reports a key that could not be read or assigned, before the load ends or skips it. For hosts
+  // that keep an error log.
   virtual void KeyFailed(std::string_view /*key*/, const std::exception& /*error*/) {}
 
  protected:
-  // Either may throw; the failure is the host's and reaches the caller of the load or save.
-  // What Find answers is valid until the next call.
+  // Both may throw; the caller of the load or save gets the host's failure. The result of Find is
+  // valid until the next call.
   virtual std::optional<std::string_view> Find(std::string_view key) = 0;
   virtual void Store(std::string_view key, std::string_view value) = 0;
 };

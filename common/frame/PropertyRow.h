@@ -1,6 +1,5 @@
-// The rows of which a control's contract is made. A row says all there is to say about a property:
-// its name and id in the interface, the key under which it is stored with the defaults, and how it
-// becomes an attribute of the runtime text.
+// The rows that make up a control's contract. A row declares everything about a property: its name
+// and id in the interface, its key and defaults in the bag, and its attribute in the runtime text.
 #pragma once
 
 #include <concepts>
@@ -18,39 +17,40 @@ struct PropertyRow;
 
 enum class PropertyType { text, flag, integer, object };
 
-// The way to one property of a control.
+// Access to one property of a control.
 struct Accessors {
   std::string_view name{};
   PropertyType type = PropertyType::text;
-  std::string_view argumentPrefix{};  // setters name their argument by it: "s" for `sNewValue`
+  std::string_view argumentPrefix{};  // of a setter's argument: "s" for `sNewValue`
   Variant (*get)(const Control&) = nullptr;
   void (*let)(Control&, Variant&&) = nullptr;  // converts as an assignment does
-  // The value as the control holds it, as text; `scratch` holds it where the control does not.
+  // The held value as text, in `scratch` if the control holds no text.
   std::string_view (*held)(const Control&, std::string& scratch) = nullptr;
   void (*hold)(Control&, std::string) = nullptr;  // past the setter; texts only
 };
 
-// How a value gets from a bag into the control and out again.
+// Converts a value between the bag and the control.
 struct KeyCodec {
   std::string_view name;  // in listings
   void (*read)(const PropertyRow&, Control&, std::string_view stored);
   std::string_view (*write)(const PropertyRow&, const Control&, std::string& scratch);
-  // Of flags that are stored as words, compared exactly.
+  // For flags that are stored as words, which are compared exactly.
   std::string_view yes{};
   std::string_view no{};
 };
 
-// How a value becomes an attribute of the runtime text.
+// Writes a value as an attribute of the runtime text.
 struct Emission {
-  void (*append)(const PropertyRow&, const Control&, TagWriter&) = nullptr;  // nullptr: it does not
+  void (*append)(const PropertyRow&, const Control&, TagWriter&) = nullptr;  // nullptr: writes none
   bool last = false;  // after the attributes of all other rows; one row of a class at most
 };
 
-// Assigned to the property, and stored as it is held.
+// Assigns to the property; stores the held form.
 void ReadAssigning(const PropertyRow& row, Control& control, std::string_view stored);
 std::string_view WriteHeld(const PropertyRow& row, const Control& control, std::string& scratch);
 inline constexpr KeyCodec kAsIs = {"as-is", ReadAssigning, WriteHeld};
-// The same for a TokenText: what is stored is encoded, though it should be in token form already.
+// The same for a TokenText: reading encodes the stored text, though it should be in token form
+// already.
 inline constexpr KeyCodec kEncoding = {"tokens", ReadAssigning, WriteHeld};
 // Token form in the bag and in the control, without the blanks and line breaks around it.
 void ReadTrimmed(const PropertyRow& row, Control& control, std::string_view stored);
@@ -59,7 +59,7 @@ inline constexpr KeyCodec kTrimmed = {"tokens", ReadTrimmed, WriteHeld};
 void ReadTokens(const PropertyRow& row, Control& control, std::string_view stored);
 std::string_view WriteTokens(const PropertyRow& row, const Control& control, std::string& scratch);
 inline constexpr KeyCodec kAsTokens = {"tokens", ReadTokens, WriteTokens};
-// A flag as one of two words: true for every word but `no`, or for `yes` alone, or for whatever
+// A flag as one of two words. True for every word but `no`, for `yes` alone, or for every text that
 // converts to true.
 void ReadUnlessNo(const PropertyRow& row, Control& control, std::string_view stored);
 void ReadOnlyYes(const PropertyRow& row, Control& control, std::string_view stored);
@@ -68,7 +68,7 @@ inline constexpr KeyCodec kUnlessNo = {"yes/no", ReadUnlessNo, WriteWord, "yes",
 inline constexpr KeyCodec kOnlyYes = {"yes/no", ReadOnlyYes, WriteWord, "yes", "no"};
 inline constexpr KeyCodec kTrueFalse = {"as-is", ReadAssigning, WriteWord, "true", "false"};
 
-// Under the name of the key, by the one attribute rule.
+// The key is the attribute's name; the one attribute rule applies.
 void EmitAlways(const PropertyRow& row, const Control& control, TagWriter& tag);
 void EmitIfSet(const PropertyRow& row, const Control& control, TagWriter& tag);
 void EmitUnlessDefault(const PropertyRow& row, const Control& control, TagWriter& tag);
@@ -76,12 +76,12 @@ void EmitIfSetUnlessDefault(const PropertyRow& row, const Control& control, TagW
 inline constexpr Emission kNever = {};
 inline constexpr Emission kAlways = {EmitAlways};
 inline constexpr Emission kIfSet = {EmitIfSet};
-// What is stored, unless that is the default of reading.
+// The stored form, unless it is the default for reading.
 inline constexpr Emission kUnlessDefault = {EmitUnlessDefault};
 inline constexpr Emission kIfSetUnlessDefault = {EmitIfSetUnlessDefault};
 
-// A value that a host keeps under the row's key, as the text that is stored. Empty is 0 where the
-// property is no text.
+// The text to store for a value that a host keeps under the row's key. Empty means 0 where the
+// property is not a text.
 std::string StoredText(const PropertyRow& row, const Variant& value);
 
 struct PropertyRow : Accessors {
@@ -138,7 +138,7 @@ T Convert(Variant&& value) {
   if constexpr (std::same_as<T, ObjectRef>) return value.IsEmpty() ? nullptr : ToObject(value);
 }
 
-// A member of a control that is a property, reached from the control.
+// Reaches a property, a member of a control, from the control.
 template <auto member>
 struct Bound;
 template <class Class, class Kind, Kind Class::*member>

@@ -49,7 +49,7 @@ class TagWriter {
 
  private:
   static std::string_view View(std::string_view text) { return text; }
-  template <std::size_t size>  // compiled to a copy without a call
+  template <std::size_t size>  // a constant size: copied without a call
   static std::string_view View(const char (&literal)[size]) {
     return {literal, size - 1};
   }
@@ -72,7 +72,7 @@ class TagWriter {
   }
 
   std::string& out_;
-  std::array<char, 512> gathered_;  // left as it is until it is written
+  std::array<char, 512> gathered_;  // deliberately not initialised
   std::size_t used_ = 0;
 };
 

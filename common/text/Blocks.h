@@ -1,4 +1,4 @@
-// A text's characters up to the first of some, found or copied a block at a time.
+// Searches and copies text in blocks of several characters at a time.
 #pragma once
 
 #include <algorithm>
@@ -19,8 +19,8 @@ constexpr bool IsAny(char c) {
   return ((c == wanted) || ...);
 }
 
-// FindInBlock gives the place of the first of the characters in a block, or kBlock; MarkInBlock
-// says of each character whether it is one of them.
+// FindInBlock returns the index of the first wanted character in a block, or kBlock. MarkInBlock
+// sets a mark for each character that is wanted.
 #ifdef __cpp_lib_experimental_parallel_simd
 using Block = std::experimental::native_simd<char>;
 inline constexpr std::size_t kBlock = Block::size();
@@ -52,7 +52,7 @@ inline void MarkInBlock(const char* at, bool* marks) {
 }
 #endif
 
-// The first of the characters in [at, end), or `end`: what std::find_if finds.
+// Finds the first wanted character in [at, end), or `end`, as std::find_if does.
 template <char... wanted>
 [[gnu::always_inline]] inline const char* FindAny(const char* at, const char* end) {
   for (; static_cast<std::size_t>(end - at) >= kBlock; at += kBlock)
@@ -61,8 +61,8 @@ template <char... wanted>
   return at;
 }
 
-// Copies up to the first of the characters or to the end, and says how much that was. Writes what
-// is behind that as well, but no more than `size` in all.
+// Copies the text before the first stop character and returns its size. May write more than that,
+// but at most `size` characters.
 template <char... stops>
 std::size_t CopyUpTo(const char* from, std::size_t size, char* to) {
   std::size_t at = 0;
@@ -74,14 +74,14 @@ std::size_t CopyUpTo(const char* from, std::size_t size, char* to) {
   return at;
 }
 
-// The places of some characters in a text, in their order. They are found 64 at a time, so that
-// going from one to the next does not wait for a search.
+// Visits the wanted characters of a text in order. Searches 64 characters at once, so that a step
+// from one to the next is cheap.
 template <char... wanted>
 class Places {
  public:
   Places(const char* at, const char* end) : end_(end), block_(at), places_(Look(at, end)) {}
 
-  // The next place, or the text's end.
+  // The next wanted character, or the text's end.
   [[gnu::always_inline]] const char* Next() {
     while (places_ == 0) {
       if (end_ - block_ <= kSize) return end_;
@@ -92,7 +92,7 @@ class Places {
     places_ &= places_ - 1;
     return at;
   }
-  // Leaves out the places before `at`.
+  // Skips the places before `at`.
   void GoOn(const char* at) {
     if (at - block_ >= kSize)
       places_ = Look(block_ = at, end_);
@@ -103,8 +103,8 @@ class Places {
  private:
   static constexpr std::ptrdiff_t kSize = 64;
 
-  // No member, so that the members can be in registers. A bit for each character; the lowest is the
-  // first.
+  // One bit for each character, the lowest for the first. Static, so that the compiler can keep the
+  // members in registers.
   [[gnu::noinline]] static std::uint64_t Look(const char* at, const char* end) {
     std::array<char, kSize> rest;
     if (end - at < kSize) {
@@ -114,7 +114,7 @@ class Places {
     std::array<bool, kSize> marks;
     for (std::size_t i = 0; i < marks.size(); i += kBlock)
       MarkInBlock<wanted...>(at + i, marks.data() + i);
-    // The marks of eight characters, side by side as bits; the lowest byte comes first.
+    // Packs the marks of eight characters into eight bits, the first into the lowest.
     static_assert(std::endian::native == std::endian::little);
     std::uint64_t places = 0;
     for (std::size_t i = 0; i < marks.size(); i += 8) {
@@ -127,7 +127,7 @@ class Places {
 
   const char* end_;
   const char* block_;
-  std::uint64_t places_;  // in the block, those not handed out yet
+  std::uint64_t places_;  // those in the block that are still to come
 };
 
 }  // namespace kvo

@@ -11,18 +11,17 @@
 namespace kvo {
 namespace {
 
-// Longer texts are no names that somebody mistyped.
+// Longer texts are not mistyped names.
 constexpr std::size_t kLongest = 48;
 
-// How often each letter stands in a text: a cheap way to tell that two texts are not near.
+// Counts each letter of a text: a cheap way to tell that two texts are not near.
 class Letters {
  public:
   explicit Letters(std::string_view text) : size_(text.size()) {
     for (const char c : text) ++counts_[IndexOf(c)];
   }
 
-  // No fewer edits than these make one text of the other: each adds at most one letter to those
-  // that both have, wherever they stand.
+  // A lower bound for the edits between two texts: each edit adds at most one common letter.
   std::size_t LeastEdits(std::string_view other) const {
     std::array<std::uint8_t, kKinds> left = counts_;
     std::size_t shared = 0;
@@ -36,7 +35,7 @@ class Letters {
   }
 
  private:
-  // Letters that fall into one kind only make the bound lower.
+  // Letters that share a slot only lower the bound.
   static constexpr std::size_t kKinds = 64;
   static std::size_t IndexOf(char c) { return static_cast<unsigned char>(LowerAscii(c)) % kKinds; }
 
@@ -44,8 +43,9 @@ class Letters {
   std::array<std::uint8_t, kKinds> counts_{};
 };
 
-// Edits (insert, delete, replace, swap neighbours) that make one text of the other, or any number
-// from `limit` on when they are no fewer. Both texts are folded, neither is longer than kLongest.
+// Counts the edits (insert, delete, replace, swap neighbours) from one text to the other; returns
+// some number from `limit` on when there are at least that many. Both texts are in lower case and
+// at most kLongest long.
 std::size_t EditDistance(std::string_view a, std::string_view b, std::size_t limit) {
   std::array<std::array<std::size_t, kLongest + 1>, 3> rows{};  // used in turn
   for (std::size_t j = 0; j <= b.size(); ++j) rows[0][j] = j;

@@ -1,4 +1,4 @@
-// Near misses: the name that somebody probably meant.
+// Suggests the name that a user probably meant.
 #pragma once
 
 #include <span>
@@ -6,9 +6,8 @@
 
 namespace kvo {
 
-// The candidate nearest to `name` (letters A to Z folded; a swap of neighbours counts as one edit),
-// when no more than a third of it has to be edited; empty when none is near. The first of equally
-// near ones.
+// Returns the candidate nearest to `name`, the first one of several; empty when more than a third
+// of `name` would have to be edited. Ignores case; swapping two neighbours counts as one edit.
 std::string_view Suggest(std::string_view name, std::span<const std::string_view> candidates);
 
 }  // namespace kvo

@@ -29,7 +29,7 @@ constexpr std::string_view kTokenPrefix = "kv:@";
 
 constexpr std::array kEntities = {Token{"<", "&lt;"}, Token{">", "&gt;"}, Token{"\"", "&quot;"}};
 
-// What stands for a character, in a block of a fixed size that is copied without a loop.
+// The replacement for a character, in a block of fixed size that is copied without a loop.
 struct Replacement {
   constexpr Replacement() = default;
   constexpr explicit Replacement(std::string_view of) : size(static_cast<std::uint8_t>(of.size())) {
@@ -40,7 +40,7 @@ struct Replacement {
   std::uint8_t size = 0;
 };
 
-// By the first character of what they stand for.
+// Indexed by the first character of the replaced text.
 class Replacements {
  public:
   template <std::size_t size>
@@ -54,12 +54,12 @@ class Replacements {
   std::array<Replacement, 0x80> table_;
 };
 
-// One pass in which some characters are replaced and all others are copied. `next` moves behind
-// such a character, or behind it and some after it, and says what stands for that.
+// Replaces some characters and copies all others, in one pass. `next` moves past such a character,
+// and past those that it is replaced together with, and returns the replacement.
 template <char... replaced, class Next>
 void AppendReplacing(std::string& out, std::string_view text, Next next) {
   constexpr std::size_t kChunk = 512;
-  char gathered[kChunk * sizeof(Replacement)];  // left as it is until it is written
+  char gathered[kChunk * sizeof(Replacement)];  // deliberately not initialised
   const char* at = text.data();
   const char* const end = at + text.size();
   while (at < end) {
@@ -80,11 +80,10 @@ void AppendReplacing(std::string& out, std::string_view text, Next next) {
   }
 }
 
-// Whether the "&" is to be escaped: the first character that departs from "amp;" decides, and there
-// must be one.
+// Whether the "&" must be escaped: it must when a character behind it departs from "amp;".
 bool IsBare(const char* ampersand, const char* end) {
   for (const char wanted : std::string_view("amp;")) {
-    if (++ampersand == end) return false;  // the text ends before it departs: stays raw
+    if (++ampersand == end) return false;  // the text ends first: stays raw
     if (LowerAscii(*ampersand) != wanted) return true;
   }
   return false;
@@ -176,9 +175,8 @@ std::string EncodeMarkupTokens(std::string_view text) {
 }
 
 void AppendDecodeMarkupTokens(std::string& out, std::string_view text) {
-  // The characters that tokens become never belong to another token, so one pass is enough. It
-  // looks for that character of a token which other texts hardly have. What was searched is copied
-  // piece by piece, while it is still at hand.
+  // One pass is enough, because no token decodes to a part of another one. It searches for the
+  // character of a token that is rare elsewhere, and copies in pieces that are still in the cache.
   constexpr std::size_t kPiece = 4096;
   constexpr std::size_t kMark = kTokenPrefix.size() - 1;
   std::size_t copied = 0;
@@ -276,7 +274,7 @@ std::string HexPad2(std::int16_t number) {
 }
 
 std::int16_t HexToInt(std::string_view text) {
-  // From the last position to the first, with the power of 16 that each position has.
+  // From the last digit to the first, so that the power of 16 grows.
   std::int32_t result = 0;
   std::int64_t power = 1;
   for (std::size_t i = text.size(); i-- > 0; power *= 16) {

@@ -30,7 +30,7 @@ void AppendDecodeMarkupTokens(std::string& out, std::string_view text);
 std::string EncodeHtmlEntities(std::string_view text);
 void AppendEncodeHtmlEntities(std::string& out, std::string_view text);
 
-// Without blanks (U+0020) and CR LF pairs at both ends, however they are interleaved.
+// Removes blanks (U+0020) and CR LF pairs from both ends, in any mixture.
 std::string TrimCrLf(std::string text);
 // A null (empty) value is returned as it is.
 Variant TrimCrLf(Variant text);

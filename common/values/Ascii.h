@@ -1,5 +1,5 @@
-// Characters as names of members, classes and tags want them: letters are A to Z only, and
-// comparisons fold no others.
+// Character tests for the names of members, classes and tags: only A to Z count as letters, and
+// only they compare equal in both cases.
 #pragma once
 
 #include <algorithm>
@@ -20,7 +20,7 @@ constexpr bool IsHexDigit(char c) {
 }
 
 constexpr bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  // Most texts are spelled alike or differ in size.
+  // The common cases first: the same spelling, or another size.
   return a.size() == b.size() &&
          (a == b || std::equal(a.begin(), a.end(), b.begin(),
                                [](char x, char y) { return LowerAscii(x) == LowerAscii(y); }));

@@ -11,9 +11,9 @@ namespace kvo {
 
 double ReadFloating(std::string_view text) {
   double number = 0;
-#ifdef __cpp_lib_to_chars  // else the library has them for whole numbers only
+#ifdef __cpp_lib_to_chars  // older libraries convert whole numbers only
   const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (read.ec == std::errc()) return number;  // else it does not tell too large from too small
+  if (read.ec == std::errc()) return number;  // an error does not tell too large from too small
 #endif
   std::istringstream in{std::string(text)};
   in.imbue(std::locale::classic());
@@ -49,13 +49,13 @@ std::string Written(double number, std::ios::fmtflags format, int decimals) {
   return out.str();
 }
 
-// "d.ddde+xx" with the fewest digits that read as the number.
+// Writes "d.ddde+xx" with the fewest digits that read back as the number.
 std::string ShortestScientific(double number) {
   for (int decimals = 0;; ++decimals) {
     std::string text = Written(number, std::ios::scientific, decimals);
     if (decimals == 16 || ReadFloating(text) == number) return text;
-    // A power of two has less room below it than above: the next decimal up may read as the number
-    // where the nearest does not.
+    // Doubles are denser below a power of two than above it, so the next decimal up may read back
+    // as the number where the nearest does not.
     int exponent = 0;
     if (std::abs(std::frexp(number, &exponent)) != 0.5) continue;
     std::size_t last = text.find('e') - 1;
@@ -77,7 +77,7 @@ std::string ShortestFixedText(double number) {
   const bool negative = text.starts_with('-');
   if (negative) text.erase(0, 1);
   const int digits = static_cast<int>(text.size());
-  // Of a whole number that has more places, all digits count.
+  // Keeps all digits of a larger whole number.
   if (exponent >= digits) return Written(number, std::ios::fixed, 0);
   if (exponent < 0)
     text.insert(0, "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0'));

@@ -6,13 +6,12 @@
 
 namespace kvo {
 
-// The double nearest to "12", "-1.5", "1.5e-7": ASCII digits on both sides of a point, if there is
-// one, and an exponent, if there is one. Infinity or zero, with the text's sign, beyond all
-// doubles.
+// Parses "12", "-1.5" or "1.5e-7" to the nearest double. A point needs digits on both sides. A
+// number out of range becomes infinity or zero, with its sign.
 double ReadFloating(std::string_view text);
 
-// The fewest digits that read as this number: as fixed text or with an exponent, whichever is
-// shorter. Never with an exponent by the second.
+// Writes the fewest digits that read back as this number. The first chooses the shorter of fixed
+// and exponent notation; the second always writes fixed notation.
 std::string ShortestText(double number);
 std::string ShortestFixedText(double number);
 

@@ -85,7 +85,7 @@ Digits Round(double number, std::size_t decimals) {
 }
 
 std::string FormatNumber(double number, const std::vector<Piece>& pieces) {
-  // What the placeholders ask for, wherever literals stand between them.
+  // The layout that the placeholders ask for, whatever literals stand between them.
   std::string placeholders;
   for (const Piece& piece : pieces)
     if (piece.letter != 0) placeholders += piece.text;
@@ -114,7 +114,7 @@ std::string FormatNumber(double number, const std::vector<Piece>& pieces) {
   }
   if (point < placeholders.size()) text += ',' + digits.decimals;
 
-  // The number stands where its first placeholder stands.
+  // The number goes where its first placeholder stands.
   std::string out;
   for (const Piece& piece : pieces) {
     if (piece.letter == 0) {
@@ -198,7 +198,7 @@ std::optional<DateTime> FromDayNumber(double number) {
   constexpr double kFirst = -657434;  // 01.01.0100
   constexpr double kEnd = 2958466;    // 01.01.10000
   if (!(number > kFirst - 1 && number < kEnd)) return std::nullopt;
-  // The part behind the point is a time that counts forwards, before day zero as well.
+  // The fraction is a time that counts forwards, even before day zero.
   const double whole = std::trunc(number);
   auto day = kDayZero + std::chrono::days(static_cast<int>(whole));
   long seconds = std::lround(std::abs(number - whole) * 86400);
@@ -207,7 +207,8 @@ std::optional<DateTime> FromDayNumber(double number) {
     day += std::chrono::days(1);
   }
   const std::chrono::year_month_day date = day;
-  if (date.year() > std::chrono::year(9999)) return std::nullopt;  // the seconds rounded up to it
+  if (date.year() > std::chrono::year(9999))
+    return std::nullopt;  // rounding the seconds can reach it
   const auto part = static_cast<int>(seconds);
   return DateTime{date, part / 3600, part / 60 % 60, part % 60};
 }
@@ -257,7 +258,7 @@ std::string FormatDateTime(const DateTime& value, const std::vector<Piece>& piec
         break;
       default:
         out += piece.text;
-        continue;  // literals between "hh" and "mm" do not part them
+        continue;  // "mm" means minutes also after literals behind "hh"
     }
     afterHour = piece.letter == 'h';
   }

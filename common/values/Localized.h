@@ -1,4 +1,4 @@
-// Texts for people, in the two languages that the programs speak.
+// Texts for users, in the two languages of the programs.
 #pragma once
 
 #include <exception>
@@ -27,10 +27,10 @@ using Message = BothLanguages<std::string>;         // put together at run time
 // The user's language: the first of LC_ALL, LC_MESSAGES and LANG that is set decides; "de..." is
 // German, everything else English.
 Language UserLanguage();
-// For hosts that know the user's language from elsewhere. Takes the place of the above from now on.
+// Overrides the above, for hosts that know the user's language from elsewhere.
 void UserLanguage(Language newLanguage);
 
-// A text with each "{}" replaced by the next of `values`: no more of them than "{}".
+// Replaces each "{}" by the next of `values`, of which there are no more than "{}".
 template <class Values>
 std::string Filled(std::string_view text, const Values& values) {
   std::string filled;
@@ -48,7 +48,7 @@ Message Filled(const Localized& text, const Values& values) {
 // The same in the user's language.
 std::string Say(const Localized& text, std::initializer_list<std::string_view> values = {});
 
-// A failure that people are told of in their language.
+// A failure that is reported in the user's language.
 class LocalizedError : public std::exception {
  public:
   explicit LocalizedError(Message message) : message_(std::move(message)) {}
@@ -61,7 +61,7 @@ class LocalizedError : public std::exception {
   Message message_;
 };
 
-// What any failure says, in both languages where it has them.
+// The message of any failure, in both languages where it has them.
 Message FailureMessage(const std::exception& failure);
 // The same in the user's language.
 std::string FailureText(const std::exception& failure);

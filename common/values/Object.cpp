@@ -26,7 +26,7 @@ class CollectionEnumerator final : public Enumerator {
 }  // namespace
 
 Variant Object::Get(std::string_view name) { UnknownMember(name); }
-// NOLINTNEXTLINE(performance-unnecessary-value-param): those who know the member keep the value
+// NOLINTNEXTLINE(performance-unnecessary-value-param): overriders keep the value
 void Object::Let(std::string_view name, Variant) { UnknownMember(name); }
 Variant Object::Call(std::string_view name, std::span<const Variant>) { UnknownMember(name); }
 Variant Object::Item(const Variant&) { UnknownMember("Item"); }

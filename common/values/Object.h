@@ -22,7 +22,7 @@ class Enumerator {
   virtual std::optional<Variant> Next() = 0;
 };
 
-// Names are matched without regard to case. An unknown member is RuntimeError 438. Held by
+// Names match in any case. An unknown member is RuntimeError 438. Held by
 // ObjectRef wherever a reference outlives a call.
 class Object : public std::enable_shared_from_this<Object> {
  public:

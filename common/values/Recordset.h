@@ -1,6 +1,6 @@
 // The database seam. A shop connection and a recordset are Objects (late bound) with the members
-// that Windows' ADO gives them, so that the real ones serve as they are. What is read here, and all
-// that an adapter has to offer:
+// that Windows' ADO gives them, so that the real ones work unchanged. These are the members in use,
+// which is all that an adapter must offer:
 //
 //   connection  State              0 while it is closed
 //               ConnectionString   text; a recordset can be opened on it as well
@@ -13,7 +13,7 @@
 //               Bookmark           get: where the record stands; let: back to that record
 //               Fields(name)       an object with `Value`; a null value is empty
 //
-// Any failure is a std::exception whose text is fit to be shown: no password in it.
+// Any failure is a std::exception whose text is safe to show: it holds no password.
 #pragma once
 
 #include <cstdint>

@@ -7,8 +7,8 @@
 
 namespace kvo {
 
-// The numbers in use. A host sees them as they stand: the Windows component as 0x800A0000 + number,
-// the programs in their messages and as `error.number` in JSON.
+// The numbers in use. Hosts see them: as 0x800A0000 + number in the Windows component, in messages
+// and as `error.number` in JSON elsewhere.
 enum class ErrorNumber : int {
   invalidCall = 5,
   overflow = 6,
@@ -30,8 +30,8 @@ enum class ErrorNumber : int {
   noConnection = 3709,
 };
 
-// A run-time error: a number, the standing description of that number, and optionally what it was
-// about (a member's name, a text that is no number, ...), which is shown behind the description.
+// A run-time error: a number with its fixed description and, optionally, a detail shown after it,
+// such as a member's name or a text that is no number.
 class RuntimeError : public LocalizedError {
  public:
   explicit RuntimeError(ErrorNumber number, std::string about = {});

@@ -49,7 +49,7 @@ std::optional<double> ParseNumber(std::string_view text) {
   if (text.size() > 2 && text[0] == '&' && (text[1] == 'H' || text[1] == 'h'))
     return ParseHexadecimal(text.substr(2));
 
-  std::string plain;  // the same number as ReadFloating reads it
+  std::string plain;  // the number in the form that ReadFloating accepts
   std::size_t at = 0;
   if (at < text.size() && (text[at] == '+' || text[at] == '-')) {
     if (text[at] == '-') plain += '-';
@@ -57,7 +57,7 @@ std::optional<double> ParseNumber(std::string_view text) {
   }
   bool digits = false;
   for (; at < text.size() && (IsDigit(text[at]) || (digits && text[at] == '.')); ++at) {
-    if (text[at] == '.') continue;  // grouping carries no value, wherever it stands
+    if (text[at] == '.') continue;  // a grouping point is ignored wherever it stands
     plain += text[at];
     digits = true;
   }

@@ -29,8 +29,8 @@ class Variant {
   requires std::is_pointer_v<Pointer> Variant(Pointer)
   = delete;  // no pointer silently becomes a flag
 
-  // Copies by assigning: where memory runs out while a variant of the library is made as a copy of
-  // another one that holds a text, GCC's goes on to destroy what it has not made.
+  // Copies by assigning. Works around libstdc++'s variant, whose copy constructor destroys an
+  // unfinished copy when memory runs out.
   Variant(const Variant& other) : Variant() { held_ = other.held_; }
   Variant(Variant&&) noexcept = default;
   Variant& operator=(const Variant&) = default;
@@ -55,8 +55,8 @@ class Variant {
   std::variant<std::monostate, bool, std::int32_t, double, std::string, ObjectRef> held_;
 };
 
-// Conversions as an assignment to a typed property makes them. What cannot be converted is a
-// RuntimeError: 13 (type mismatch), or 6 (overflow) for a whole number beyond 32 bits.
+// Convert as an assignment to a typed property does. Throw RuntimeError 13 (type mismatch), or 6
+// (overflow) for a whole number beyond 32 bits.
 
 // Empty is the empty text; a flag is "True" or "False"; a number has a decimal comma.
 std::string ToText(const Variant& value);
