@@ -52,6 +52,8 @@ i386_packages=(wine wine32 fonts-wine locales)
 web_packages=(emscripten nodejs googletest)
 # What it takes to fuzz, beside building: libFuzzer and the sanitizers' runtime come with clang.
 fuzz_packages=(clang libclang-rt-dev)
+# What it takes to make Debian packages and check them.
+packaging_packages=(dpkg-dev file lintian desktop-file-utils appstream)
 # What it takes to count the lines that the tests reach.
 coverage_packages=(gcovr)
 # What it takes to measure everything, with what it is measured against.
