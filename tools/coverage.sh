@@ -15,7 +15,7 @@ failed=0
 ctest --preset coverage -L core || failed=1
 rm -rf "$folder/report"
 mkdir "$folder/report"
-gcovr --root . --filter 'common/' --filter 'controls/' --filter 'pages/' --filter 'document/' \
+gcovr -j 2 --root . --filter 'common/' --filter 'controls/' --filter 'pages/' --filter 'document/' \
   --filter 'host/' --filter 'apps/' --print-summary --html-details "$folder/report/index.html" \
   "$folder" >"$folder/report/summary.txt" || failed=1
 cat "$folder/report/summary.txt"

@@ -43,7 +43,10 @@ files() {
     -o -print | sort
 }
 names=(kvo kvo-editor libkvo-dev)
-install_packages() { apt install -y --no-install-recommends /packages/kvo_*.deb /packages/kvo-editor_*.deb /packages/libkvo-dev_*.deb; }
+install_packages() {
+  local packages=("$root"/packages/*.deb)
+  apt install -y --no-install-recommends "${packages[@]#"$root"}"
+}
 
 # Once before anything is compared, for what they depend on; that stays.
 echo "Installing ..."
@@ -80,7 +83,7 @@ as_author sh -c 'command -v $(sed -n "s/^Exec=\([^ ]*\).*/\1/p" /usr/share/appli
 
 # The libraries are those of this machine's compiler, too.
 echo "Building against libkvo-dev ..."
-tests/embedding/embed.sh "$PWD/build/packages-embedding" build/packages/bin/kvo \
+tests/embedding/embed.sh "$PWD/build/packages-embedding" "$PWD/build/packages/bin/kvo" \
   cmake -G Ninja -DCMAKE_PREFIX_PATH="$root/usr" -DCMAKE_BUILD_TYPE=Release
 
 echo "Removing ..."
