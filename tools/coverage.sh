@@ -12,7 +12,10 @@ echo "Building; from scratch this takes some minutes."
 }
 find "$folder" -name '*.gcda' -delete
 failed=0
-ctest --preset coverage -L core || failed=1
+# Left out is what makes kvo die or its files fail, because it writes what it counted into files at its
+# end, and what builds the libraries once more.
+GTEST_FILTER=-Streams.ThatTookPartOfThePageAreNotSaidToBeUnchanged \
+  ctest --preset coverage -L core -E '^(kvo_fault_tests|embedding)' || failed=1
 rm -rf "$folder/report"
 mkdir "$folder/report"
 gcovr -j 2 --root . --filter 'common/' --filter 'controls/' --filter 'pages/' --filter 'document/' \
