@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "bench/Heap.h"
+#include "bench/Sections.h"
 #include "bench/Stopwatch.h"
-#include "bench/sections.h"
 #include "host/registration/classes.h"
 
 namespace kvo::bench {

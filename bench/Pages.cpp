@@ -4,10 +4,10 @@
 #include <stdexcept>
 
 #include "bench/Heap.h"
+#include "bench/Sections.h"
 #include "bench/Stopwatch.h"
-#include "bench/sections.h"
 #include "document/page/Page.h"
-#include "fuzz/hostile_pages.h"
+#include "fuzz/HostilePages.h"
 
 namespace kvo::bench {
 namespace {

@@ -6,8 +6,8 @@
 #include <random>
 
 #include "bench/Heap.h"
+#include "bench/Sections.h"
 #include "bench/Stopwatch.h"
-#include "bench/sections.h"
 #include "common/forms/Form.h"
 #include "common/forms/FormGrid.h"
 #include "document/shop/Shop.h"

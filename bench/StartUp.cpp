@@ -6,8 +6,8 @@
 
 #include <stdexcept>
 
+#include "bench/Sections.h"
 #include "bench/Stopwatch.h"
-#include "bench/sections.h"
 
 namespace kvo::bench {
 namespace {

@@ -3,8 +3,8 @@
 #include <random>
 
 #include "bench/Peers.h"
+#include "bench/Sections.h"
 #include "bench/Stopwatch.h"
-#include "bench/sections.h"
 #include "common/text/modGlobal.h"
 
 namespace kvo::bench {

@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "bench/Report.h"
-#include "bench/sections.h"
+#include "bench/Sections.h"
 #include "host/headless/HeadlessPlatform.h"
 
 namespace kvo::bench {

@@ -7,8 +7,7 @@ cd "$(dirname "$0")/.."
 export KVO_FUZZ_SECONDS=${KVO_FUZZ_SECONDS:-60}
 runs=build/fuzz/runs
 mkdir -p "$runs"
-names=()
-for source in fuzz/*_fuzz.cpp; do names+=("$(basename "$source" _fuzz.cpp)"); done
+mapfile -t names < <(sed -n 's/^kvo_add_fuzzer(\([A-Za-z]*\) .*/\1/p' fuzz/CMakeLists.txt)
 
 echo "Building the fuzzers; from scratch this takes some minutes."
 { cmake --preset fuzz && cmake --build --preset fuzz --target "${names[@]/%/_fuzz}"; } >build/fuzz.log 2>&1 || {

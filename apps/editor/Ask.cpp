@@ -31,7 +31,7 @@ std::size_t Ask(QWidget* parent, const Question& question) {
   box.setTextFormat(Qt::PlainText);
   std::vector<QPushButton*> buttons;
   for (const Answer& answer : question.answers) {
-    buttons.push_back(box.addButton(Said(answer.text), RoleOf(answer.kind)));
+    buttons.push_back(box.addButton(Text(answer.text), RoleOf(answer.kind)));
     if (answer.kind == Answer::Kind::refuses) box.setEscapeButton(buttons.back());
   }
   box.setDefaultButton(buttons[question.preset]);

@@ -20,10 +20,10 @@ std::shared_ptr<Control> ControlEditing::Load(int position) const {
 
 QString ControlEditing::NoteFor(const Control& control) const {
   if (!HoldsOffice(control)) return {};
-  if (session_.OfficeFile().isEmpty()) return Said(words::kNoOffice);
+  if (session_.OfficeFile().isEmpty()) return Text(words::kNoOffice);
   const office::Office::Description& described = session_.Office()->Described();
   if (!described.contactFields.empty() || !described.orderFields.empty()) return {};
-  return Said(words::kNoFields, {session_.OfficeFile()});
+  return Text(words::kNoFields, {session_.OfficeFile()});
 }
 
 QString ControlEditing::NameAt(int position) const {
@@ -34,7 +34,7 @@ QString ControlEditing::NameAt(int position) const {
 void ControlEditing::OpenPages(int position, bool doubleClicked) {
   try {
     const std::shared_ptr<Control> control = Load(position);
-    const QString step = Said(words::kPagesStep, {NameAt(position)});
+    const QString step = Text(words::kPagesStep, {NameAt(position)});
     bool taken = false;
     const auto applied = [this, position, &control, &step, &taken] {
       Store(position, *control, step);
@@ -52,7 +52,7 @@ void ControlEditing::OpenPages(int position, bool doubleClicked) {
     }
     const auto pages = control->PropertyPages();
     if (!pages || pages->empty()) {
-      ShowMessageBox(&window_, Said(words::kNoPages, {NameAt(position)}));
+      ShowMessageBox(&window_, Text(words::kNoPages, {NameAt(position)}));
       return;
     }
     PropertyFrameDialog frame(FromQt(step), {control}, *pages, CreatePage, &window_);
@@ -62,7 +62,7 @@ void ControlEditing::OpenPages(int position, bool doubleClicked) {
     if (frame.exec() == QDialog::Accepted || taken) source_.StandBehind(position);
   } catch (const std::exception& failure) {
     platform_.onApplied = nullptr;
-    Complain(failure);
+    ShowError(failure);
   }
 }
 
@@ -70,9 +70,9 @@ void ControlEditing::Let(int position, const std::string& property, const Varian
   try {
     const std::shared_ptr<Control> control = Load(position);
     control->Let(property, value);
-    Store(position, *control, Said(words::kPropertyStep, {ToQt(property), NameAt(position)}));
+    Store(position, *control, Text(words::kPropertyStep, {ToQt(property), NameAt(position)}));
   } catch (const std::exception& failure) {
-    Complain(failure);
+    ShowError(failure);
   }
 }
 
@@ -81,7 +81,7 @@ void ControlEditing::Store(int position, const Control& control, const QString& 
   if (page::StoredBag(control) == page::StoredBag(*source.Load())) return;
   auto bytes = source.Edited(control, false);
   if (!bytes) {
-    if (Ask(&window_, Confirmation(Said(words::kOverwriteHandEdited, {NameAt(position)}),
+    if (Ask(&window_, Confirmation(Text(words::kOverwriteHandEdited, {NameAt(position)}),
                                    words::kOverwriteAnyway, words::kCancel, Default::no)) != 0)
       return;
     bytes = source.Edited(control, true);
@@ -102,16 +102,16 @@ void ControlEditing::Insert(const Tool& tool) {
     PageText control;
     control.Replace(0, 0, QStringView(&kEmbeddedCharacter, 1),
                     {{Embedded::Kind::control, 0, element}});
-    const auto inserted = source_.Insert(control, Said(words::kInsertStep, {ToQt(tool.caption)}));
+    const auto inserted = source_.Insert(control, Text(words::kInsertStep, {ToQt(tool.caption)}));
     const auto pages = fresh->PropertyPages();
     if (inserted == SourceEdit::Inserted::asItIs && pages && !pages->empty()) source_.ExpectEnter();
     source_.setFocus();
   } catch (const std::exception& failure) {
-    Complain(failure);
+    ShowError(failure);
   }
 }
 
-void ControlEditing::Complain(const std::exception& failure) const {
+void ControlEditing::ShowError(const std::exception& failure) const {
   ShowMessageBox(&window_, ToQt(FailureText(failure)));
 }
 

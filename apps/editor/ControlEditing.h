@@ -37,7 +37,7 @@ class ControlEditing {
   // What the frame of its pages says besides: why their lists are empty.
   QString NoteFor(const Control& control) const;
   void Store(int position, const Control& control, const QString& step);
-  void Complain(const std::exception& failure) const;
+  void ShowError(const std::exception& failure) const;
 
   Session& session_;
   PageDocument& page_;

@@ -178,7 +178,7 @@ DesignView::DesignView(QWidget* parent)
   connect(page, &QWebEnginePage::loadFinished, this, [this] { Loaded(); });
   view_->setPage(page);
   view_->setContextMenuPolicy(Qt::NoContextMenu);
-  view_->setAccessibleName(Said(words::kDesign));
+  view_->setAccessibleName(Text(words::kDesign));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kFrame, kFrame, kFrame, kFrame);
   layout->addWidget(view_);

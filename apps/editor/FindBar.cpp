@@ -19,19 +19,19 @@ FindBar::FindBar(SourceEdit& source, QWidget* parent)
       source_(source),
       find_(new QLineEdit(this)),
       replace_(new QLineEdit(this)),
-      matchCase_(new QCheckBox(Said(words::kMatchCase), this)),
-      expression_(new QCheckBox(Said(words::kExpression), this)),
+      matchCase_(new QCheckBox(Text(words::kMatchCase), this)),
+      expression_(new QCheckBox(Text(words::kExpression), this)),
       message_(new QLabel(this)),
       replaceRow_(new QWidget(this)) {
   find_->setObjectName("find");
   replace_->setObjectName("replace");
-  find_->setPlaceholderText(Said(words::kFind));
-  find_->setAccessibleName(Said(words::kFind));
-  replace_->setPlaceholderText(Said(words::kReplaceWith));
-  replace_->setAccessibleName(Said(words::kReplaceWith));
+  find_->setPlaceholderText(Text(words::kFind));
+  find_->setAccessibleName(Text(words::kFind));
+  replace_->setPlaceholderText(Text(words::kReplaceWith));
+  replace_->setAccessibleName(Text(words::kReplaceWith));
   message_->setTextFormat(Qt::PlainText);
   const auto button = [this](const Localized& caption, auto action) {
-    auto* made = new QPushButton(Said(caption), this);
+    auto* made = new QPushButton(Text(caption), this);
     connect(made, &QPushButton::clicked, this, action);
     return made;
   };
@@ -95,7 +95,7 @@ std::optional<std::vector<FindBar::Match>> FindBar::Matches() {
     pattern.setPatternOptions(pattern.patternOptions() | QRegularExpression::CaseInsensitiveOption);
   if (!pattern.isValid()) {
     message_->setText(
-        Said(words::kWrongExpression,
+        Text(words::kWrongExpression,
              {QString::number(pattern.patternErrorOffset() + 1), pattern.errorString()}));
     return std::nullopt;
   }
@@ -146,7 +146,7 @@ void FindBar::Step(bool backwards) {
   if (find_->text().isEmpty()) return Open(false);
   const auto matches = Matches();
   if (!matches) return;
-  if (matches->empty()) return message_->setText(Said(words::kNotFound));
+  if (matches->empty()) return message_->setText(Text(words::kNotFound));
   const QTextCursor cursor = source_.textCursor();
   // The one behind the selection, or before it; from the other end of the page where there is none.
   auto next = backwards
@@ -158,7 +158,7 @@ void FindBar::Step(bool backwards) {
     next = matches->begin();
   source_.setTextCursor(source_.Page().Range(next->begin, next->begin + next->length));
   source_.centerCursor();
-  message_->setText(Said(words::kMatchOf, {QString::number(next - matches->begin() + 1),
+  message_->setText(Text(words::kMatchOf, {QString::number(next - matches->begin() + 1),
                                            QString::number(matches->size())}));
 }
 
@@ -171,7 +171,7 @@ void FindBar::ReplaceOne() {
         match.begin + match.length != cursor.selectionEnd())
       continue;
     QTextCursor place(cursor);
-    source_.Page().Insert(place, match.replacement, Said(words::kReplaceStep));
+    source_.Page().Insert(place, match.replacement, Text(words::kReplaceStep));
     break;
   }
   Step(false);
@@ -182,7 +182,7 @@ void FindBar::ReplaceAll() {
   if (!matches) return;
   const QString count = QString::number(matches->size());
   if (!matches->empty()) {
-    const QString step = Said(words::kReplaceAllStep, {count});
+    const QString step = Text(words::kReplaceAllStep, {count});
     const PageDocument::Step named(source_.Page(), step);
     QTextCursor cursor(source_.document());
     cursor.beginEditBlock();
@@ -193,7 +193,7 @@ void FindBar::ReplaceAll() {
     }
     cursor.endEditBlock();
   }
-  message_->setText(Said(words::kReplaced, {count}));
+  message_->setText(Text(words::kReplaced, {count}));
 }
 
 }  // namespace kvo::editor

@@ -58,8 +58,8 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
       outline_(new OutlinePanel(this)),
       problems_(new ProblemsPanel(this)),
       browser_(new PropertyBrowser(this)),
-      runtime_(new TextPanel(Said(words::kRuntimeText), this)),
-      output_(new TextPanel(Said(words::kOutput), this)),
+      runtime_(new TextPanel(Text(words::kRuntimeText), this)),
+      output_(new TextPanel(Text(words::kOutput), this)),
       placeLabel_(new QLabel(this)),
       encodingLabel_(new QLabel(this)),
       problemLabel_(new QLabel(this)),
@@ -138,7 +138,7 @@ MainWindow::~MainWindow() {
 
 QDockWidget* MainWindow::Dock(const Localized& title, const char* name, QWidget* content,
                               Qt::DockWidgetArea area) {
-  auto* dock = new QDockWidget(Said(title), this);
+  auto* dock = new QDockWidget(Text(title), this);
   dock->setObjectName(name);
   dock->setWidget(content);
   addDockWidget(area, dock);
@@ -206,7 +206,7 @@ void MainWindow::ShowControl() {
   const auto position = source_->CurrentControl();
   openPages_->setEnabled(position.has_value());
   if (!position) {
-    browser_->Show(nullptr, nullptr, Said(words::kNoControl));
+    browser_->Show(nullptr, nullptr, Text(words::kNoControl));
     runtime_->Show({});
     return;
   }
@@ -248,8 +248,8 @@ void MainWindow::ShowSteps() {
   const QString redo = Page().RedoName();
   undo_->setEnabled(!undo.isEmpty());
   redo_->setEnabled(!redo.isEmpty());
-  undo_->setText(undo.isEmpty() ? Said(words::kUndo) : Said(words::kUndoStep, {undo}));
-  redo_->setText(redo.isEmpty() ? Said(words::kRedo) : Said(words::kRedoStep, {redo}));
+  undo_->setText(undo.isEmpty() ? Text(words::kUndo) : Text(words::kUndoStep, {undo}));
+  redo_->setText(redo.isEmpty() ? Text(words::kRedo) : Text(words::kRedoStep, {redo}));
 }
 
 void MainWindow::ShowTitle() {
@@ -259,7 +259,7 @@ void MainWindow::ShowTitle() {
 
 void MainWindow::ShowStatus() {
   const QTextCursor cursor = source_->textCursor();
-  placeLabel_->setText(Said(words::kCaretPlace, {QString::number(cursor.blockNumber() + 1),
+  placeLabel_->setText(Text(words::kCaretPlace, {QString::number(cursor.blockNumber() + 1),
                                                  QString::number(cursor.positionInBlock() + 1)}));
   const QByteArray& lineBreak = Page().Content().LineBreak();
   encodingLabel_->setText(ToQt(Page().Content().Encoding().Name()).toUpper() + "  " +
@@ -272,7 +272,7 @@ void MainWindow::ShowStatus() {
   });
   const auto warnings = static_cast<std::ptrdiff_t>(analysis_->problems.size()) - errors;
   problemLabel_->setText(
-      Said(words::kProblemCount, {QString::number(errors), QString::number(warnings)}));
+      Text(words::kProblemCount, {QString::number(errors), QString::number(warnings)}));
 }
 
 // --- what the session asks, tells and shows ---
@@ -286,7 +286,7 @@ void MainWindow::Note(const QString& text, milliseconds time) {
 }
 
 QString MainWindow::ChooseFile(const Localized& title, const QString& proposed) {
-  return QFileDialog::getSaveFileName(this, Said(title), proposed, Said(words::kPageFiles));
+  return QFileDialog::getSaveFileName(this, Text(title), proposed, Text(words::kPageFiles));
 }
 
 void MainWindow::ShowProblems() { ShowPanel(*problems_); }

@@ -28,7 +28,7 @@ constexpr char kToolboxName[] = "toolbox.json";
 
 QAction* MainWindow::Action(QMenu& menu, const Localized& text, const QKeySequence& keys,
                             std::function<void()> run) {
-  QAction* action = menu.addAction(Said(text));
+  QAction* action = menu.addAction(Text(text));
   action->setShortcut(keys);
   connect(action, &QAction::triggered, this, std::move(run));
   return action;
@@ -42,17 +42,17 @@ void MainWindow::MakeMenus() {
 }
 
 void MainWindow::MakeFileMenu() {
-  QMenu& menu = *menuBar()->addMenu(Said(words::kFileMenu));
+  QMenu& menu = *menuBar()->addMenu(Text(words::kFileMenu));
   const auto choose = [this](const Localized& title, const QString& filter) {
-    return QFileDialog::getOpenFileName(this, Said(title), session_->File().Folder(), filter);
+    return QFileDialog::getOpenFileName(this, Text(title), session_->File().Folder(), filter);
   };
   const QString json = "JSON (*.json)";
   Action(menu, words::kNew, QKeySequence::New, [this] { session_->New(); });
   Action(menu, words::kOpen, QKeySequence::Open, [this, choose] {
-    const QString file = choose(words::kOpenTitle, Said(words::kPageFiles));
+    const QString file = choose(words::kOpenTitle, Text(words::kPageFiles));
     if (!file.isEmpty()) session_->Open(file);
   });
-  recent_ = menu.addMenu(Said(words::kRecent));
+  recent_ = menu.addMenu(Text(words::kRecent));
   connect(recent_, &QMenu::aboutToShow, this, [this] { ShowRecent(); });
   menu.addSeparator();
   Action(menu, words::kSaveAction, QKeySequence::Save, [this] { session_->Save(); });
@@ -76,12 +76,12 @@ void MainWindow::MakeFileMenu() {
 }
 
 void MainWindow::MakeEditMenu() {
-  QMenu& menu = *menuBar()->addMenu(Said(words::kEditMenu));
+  QMenu& menu = *menuBar()->addMenu(Text(words::kEditMenu));
   undo_ = Action(menu, words::kUndo, QKeySequence::Undo, [this] { Page().Undo(); });
   redo_ = Action(menu, words::kRedo, QKeySequence::Redo, [this] { Page().Redo(); });
   menu.addSeparator();
   Action(menu, words::kCut, QKeySequence::Cut, [this] {
-    const PageDocument::Step step(Page(), Said(words::kCutStep));
+    const PageDocument::Step step(Page(), Text(words::kCutStep));
     source_->cut();
   });
   Action(menu, words::kCopy, QKeySequence::Copy, [this] { source_->copy(); });
@@ -103,7 +103,7 @@ void MainWindow::MakeEditMenu() {
 }
 
 void MainWindow::MakeControlMenu() {
-  QMenu& menu = *menuBar()->addMenu(Said(words::kControlMenu));
+  QMenu& menu = *menuBar()->addMenu(Text(words::kControlMenu));
   openPages_ = Action(menu, words::kOpenPages, QKeySequence("Alt+Return"), [this] {
     if (const auto control = source_->CurrentControl()) controls_->OpenPages(*control, false);
   });
@@ -119,9 +119,9 @@ void MainWindow::MakeControlMenu() {
 }
 
 void MainWindow::MakeViewMenu() {
-  QMenu& menu = *menuBar()->addMenu(Said(words::kViewMenu));
+  QMenu& menu = *menuBar()->addMenu(Text(words::kViewMenu));
   const auto toggle = [&menu](const Localized& text, const char* keys, QWidget* side) {
-    QAction* action = menu.addAction(Said(text));
+    QAction* action = menu.addAction(Text(text));
     action->setShortcut(QKeySequence(keys));
     action->setCheckable(true);
     action->setChecked(true);
@@ -199,7 +199,7 @@ void MainWindow::ShowRecent() {
     })->setText(shown.replace('&', "&&"));
   }
   recent_->setEnabled(true);
-  if (files.isEmpty()) recent_->addAction(Said(words::kNothingRecent))->setEnabled(false);
+  if (files.isEmpty()) recent_->addAction(Text(words::kNothingRecent))->setEnabled(false);
 }
 
 bool MainWindow::UseToolbox(const QString& file) {

@@ -31,7 +31,7 @@ QString Describe(const ControlLook& look) {
   QString captions;
   for (const Box::Label& label : look.box.labels)
     if (!label.caption.empty()) captions += ' ' + ToQt(label.caption);
-  return Said(words::kControlSpoken, {ToQt(look.contract->name)}) + captions +
+  return Text(words::kControlSpoken, {ToQt(look.contract->name)}) + captions +
          (look.id.empty() ? QString() : ", " + ToQt(look.id));
 }
 
@@ -245,7 +245,7 @@ PageDocument::Step::~Step() { document_.step_ = former_; }
 void PageDocument::NameStep() {
   const int end = document_.availableUndoSteps();
   std::erase_if(steps_, [end](const NamedStep& step) { return step.end >= end; });
-  steps_.push_back({end, step_.value_or(Said(words::kTyping))});
+  steps_.push_back({end, step_.value_or(Text(words::kTyping))});
 }
 
 std::vector<PageDocument::NamedStep>::const_iterator PageDocument::NextStep() const {
@@ -280,7 +280,7 @@ QString PageDocument::UndoName() const {
   if (!document_.isUndoAvailable()) return {};
   for (auto step = NextStep(); step != steps_.begin();)
     if (--step; !step->name.isEmpty()) return step->name;
-  return Said(words::kTextsStep);
+  return Text(words::kTextsStep);
 }
 
 QString PageDocument::RedoName() const {

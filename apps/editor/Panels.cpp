@@ -86,7 +86,7 @@ class OutlineModel final : public RowModel<OutlineEntry> {
  public:
   explicit OutlineModel(QObject* parent)
       : RowModel(parent, &Analysis::outline,
-                 {Said(words::kId), Said(words::kCaption), Said(words::kClass)}) {}
+                 {Text(words::kId), Text(words::kCaption), Text(words::kClass)}) {}
   QVariant data(const QModelIndex& index, int role) const override {
     const OutlineEntry& entry = At(index.row());
     if (role == Qt::DecorationRole && index.column() == 0) {
@@ -102,14 +102,14 @@ class ProblemsModel final : public RowModel<ProblemEntry> {
  public:
   explicit ProblemsModel(QObject* parent)
       : RowModel(parent, &Analysis::problems,
-                 {Said(words::kPlace), Said(words::kProblemControl), Said(words::kMessage)}) {}
+                 {Text(words::kPlace), Text(words::kProblemControl), Text(words::kMessage)}) {}
   QVariant data(const QModelIndex& index, int role) const override {
     const page::Problem& problem = At(index.row()).problem;
     const bool error = problem.severity == page::Severity::error;
     if (role == Qt::DecorationRole && index.column() == 0)
       return QApplication::style()->standardIcon(error ? QStyle::SP_MessageBoxCritical
                                                        : QStyle::SP_MessageBoxWarning);
-    if (role == Qt::AccessibleDescriptionRole) return Said(error ? words::kError : words::kWarning);
+    if (role == Qt::AccessibleDescriptionRole) return Text(error ? words::kError : words::kWarning);
     const auto message = [&problem] {
       return ToQt(problem.message.In(UserLanguage())) + " [" + ToQt(problem.rule) + ']';
     };
@@ -129,7 +129,7 @@ class ProblemsModel final : public RowModel<ProblemEntry> {
 }  // namespace
 
 OutlinePanel::OutlinePanel(QWidget* parent)
-    : PlaceList(new OutlineModel(parent), Said(words::kOutline), parent) {}
+    : PlaceList(new OutlineModel(parent), Text(words::kOutline), parent) {}
 
 void OutlinePanel::Mark(int row) {
   if (row < 0 || row >= model()->rowCount())
@@ -139,7 +139,7 @@ void OutlinePanel::Mark(int row) {
 }
 
 ProblemsPanel::ProblemsPanel(QWidget* parent)
-    : PlaceList(new ProblemsModel(parent), Said(words::kProblems), parent) {}
+    : PlaceList(new ProblemsModel(parent), Text(words::kProblems), parent) {}
 
 TextPanel::TextPanel(const QString& name, QWidget* parent) : QPlainTextEdit(parent) {
   setReadOnly(true);

@@ -91,17 +91,17 @@ PropertyBrowser::PropertyBrowser(QWidget* parent)
     : QWidget(parent),
       title_(new QLabel(this)),
       tree_(new QTreeWidget(this)),
-      reset_(new QPushButton(Said(words::kReset), this)),
-      edit_(new QPushButton(Said(words::kEditText), this)) {
+      reset_(new QPushButton(Text(words::kReset), this)),
+      edit_(new QPushButton(Text(words::kEditText), this)) {
   title_->setTextFormat(Qt::PlainText);
   tree_->setColumnCount(2);
-  tree_->setHeaderLabels({Said(words::kProperty), Said(words::kValue)});
+  tree_->setHeaderLabels({Text(words::kProperty), Text(words::kValue)});
   tree_->setRootIsDecorated(false);
   tree_->setUniformRowHeights(true);
   tree_->setAlternatingRowColors(true);
   tree_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   tree_->setItemDelegate(new ValueDelegate(*this));
-  tree_->setAccessibleName(Said(words::kProperties));
+  tree_->setAccessibleName(Text(words::kProperties));
   tree_->header()->setSectionResizeMode(kName, QHeaderView::ResizeToContents);
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(reset_);
@@ -165,7 +165,7 @@ void PropertyBrowser::ShowRow(QTreeWidgetItem& item, const PropertyRow& row) {
   item.setText(kValue, OneLine(text));
   item.setToolTip(kValue, ToolTipOf(text.left(1000)));
   item.setData(kName, Qt::AccessibleDescriptionRole,
-               changed ? Said(words::kChangedProperty) : QString());
+               changed ? Text(words::kChangedProperty) : QString());
 }
 
 const PropertyRow* PropertyBrowser::RowOf(const QTreeWidgetItem* item) const {

@@ -49,7 +49,7 @@ void Remember(const QString& file) {
 }
 
 QString TitleOf(const QString& file) {
-  return file.isEmpty() ? Said(words::kUntitled) : QFileInfo(file).fileName();
+  return file.isEmpty() ? Text(words::kUntitled) : QFileInfo(file).fileName();
 }
 
 // The page's bytes as it stands, and where its problems are in the source view.
@@ -59,7 +59,7 @@ struct Standing {
   // The introduction with the first errors.
   QString Told(const Localized& introduction, const page::Problems& problems) const {
     SourceLines lines(bytes, places);
-    QStringList told = {Said(introduction)};
+    QStringList told = {Text(introduction)};
     for (page::Problem problem : problems) {
       if (problem.severity != page::Severity::error || told.size() > kProblemsNamed) continue;
       lines.Translate(problem);
@@ -145,14 +145,14 @@ bool Session::Open(const QString& file) {
 std::optional<std::string> Session::Read(const QString& name, PageFile& file) {
   std::string bytes = file.Read(name);
   if (page::Page(bytes).Encoding().kind() != page::PageEncoding::Kind::utf16) return bytes;
-  user_.Tell(Said(words::kUtf16, {name}));
+  user_.Tell(Text(words::kUtf16, {name}));
   return std::nullopt;
 }
 
 bool Session::MayDiscard() {
   if (!page_.IsModified()) return true;
   enum { save, discard };
-  const std::size_t answer = user_.Ask({Said(words::kUnsaved, {Title()}),
+  const std::size_t answer = user_.Ask({Text(words::kUnsaved, {Title()}),
                                         {{Answer::Kind::agrees, words::kSave},
                                          {Answer::Kind::destroys, words::kDiscard},
                                          {Answer::Kind::refuses, words::kCancel}}});
@@ -175,7 +175,7 @@ std::optional<std::string> Session::BytesToSave() {
   if (saved.IsGood()) return saved.bytes;
   enum { show, asItStands, overwrite };
   Question question{
-      page.Told(words::kCannotSave, saved.problems) + "\n\n" + Said(words::kSaveAnywayMeans),
+      page.Told(words::kCannotSave, saved.problems) + "\n\n" + Text(words::kSaveAnywayMeans),
       {{Answer::Kind::refuses, words::kShowProblems}, {Answer::Kind::acts, words::kSaveAsItStands}},
       show,
       true};
@@ -207,7 +207,7 @@ bool Session::WriteTo(const QString& file) {
     Watch();
     user_.FileNamed();
     Remember(file);
-    user_.Note(Said(words::kSaved, {Title()}), kNoteTime);
+    user_.Note(Text(words::kSaved, {Title()}), kNoteTime);
     return true;
   });
 }
@@ -215,7 +215,7 @@ bool Session::WriteTo(const QString& file) {
 bool Session::Save() {
   if (file_.Name().isEmpty()) return SaveAs({});
   if (file_.IsChangedOutside() &&
-      user_.Ask(Confirmation(Said(words::kOverwriteOutside, {file_.Name()}),
+      user_.Ask(Confirmation(Text(words::kOverwriteOutside, {file_.Name()}),
                              words::kOverwriteAnyway, words::kCancel, Default::no)) != 0)
     return false;
   return WriteTo(file_.Name());
@@ -242,7 +242,7 @@ bool Session::WriteRuntimeTexts() {
       user_.ShowProblems();
       return false;
     }
-    TakeOver(saved.bytes, Said(words::kTextsStep));
+    TakeOver(saved.bytes, Text(words::kTextsStep));
     return true;
   });
 }
@@ -261,18 +261,18 @@ bool Session::Publish(const QString& file) {
     if (chosen.isEmpty()) chosen = user_.ChooseFile(words::kPublishTitle, file_.Folder());
     if (chosen.isEmpty()) return false;
     if (QFileInfo(chosen) == QFileInfo(file_.Name())) {
-      user_.Tell(Said(words::kPublishOverPage));
+      user_.Tell(Text(words::kPublishOverPage));
       return false;
     }
     page::WriteFile(FileName(chosen), sink.Text());
-    user_.Note(Said(words::kPublished, {TitleOf(chosen)}), kNoteTime);
+    user_.Note(Text(words::kPublished, {TitleOf(chosen)}), kNoteTime);
     return true;
   });
 }
 
 void Session::RecognizeControls() {
   page_.ReplaceAll(PageText(page_.Content().Bytes(), page_.Content().LineBreak()),
-                   Said(words::kRecognizeStep));
+                   Text(words::kRecognizeStep));
 }
 
 // --- what others do to the file ---
@@ -293,7 +293,7 @@ void Session::FileTouched() {
   const bool modified = page_.IsModified();
   const bool reload =
       user_.Ask(Confirmation(
-          Said(modified ? words::kChangedOutsideModified : words::kChangedOutside, {file_.Name()}),
+          Text(modified ? words::kChangedOutsideModified : words::kChangedOutside, {file_.Name()}),
           words::kReload, words::kKeep, modified ? Default::no : Default::yes)) == 0;
   asking_ = false;
   if (!reload) {
@@ -329,7 +329,7 @@ void Session::WriteDraft() {
           const QString message = ToQt(FailureText(failure));
           QMetaObject::invokeMethod(
               &draftTimer_,
-              [this, message] { user_.Note(Said(words::kNoDraft, {message}), milliseconds(0)); },
+              [this, message] { user_.Note(Text(words::kNoDraft, {message}), milliseconds(0)); },
               Qt::QueuedConnection);
         }
       });
@@ -346,7 +346,7 @@ bool Session::OfferDrafts() {
   const QLocale locale(UserLanguage() == Language::german ? QLocale::German : QLocale::English);
   for (const LeftDraft& left : Draft::LeftIn(places_.drafts)) {
     const QString time = locale.toString(left.time, QLocale::ShortFormat);
-    const std::size_t answer = user_.Ask({Said(words::kDraftFound, {TitleOf(left.pageFile), time}),
+    const std::size_t answer = user_.Ask({Text(words::kDraftFound, {TitleOf(left.pageFile), time}),
                                           {{Answer::Kind::agrees, words::kRecover},
                                            {Answer::Kind::destroys, words::kDiscard},
                                            {Answer::Kind::refuses, words::kLater}}});

@@ -68,7 +68,7 @@ SourceEdit::SourceEdit(PageDocument& document, QWidget* parent)
   highlighter_ = new Highlighter(page_.Document(), palette());
   setLineWrapMode(QPlainTextEdit::NoWrap);
   setCursorWidth(2);
-  setAccessibleName(Said(words::kSource));
+  setAccessibleName(Text(words::kSource));
   connect(this, &QPlainTextEdit::blockCountChanged, this, [this] { PlaceLineNumbers(); });
   connect(this, &QPlainTextEdit::updateRequest, this, [this](const QRect& rect, int dy) {
     if (dy != 0)
@@ -154,12 +154,12 @@ void SourceEdit::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Undo)) return page_.Undo();
   if (event->matches(QKeySequence::Redo)) return page_.Redo();
   if (event->matches(QKeySequence::Cut)) {
-    const PageDocument::Step step(page_, Said(words::kCutStep));
+    const PageDocument::Step step(page_, Text(words::kCutStep));
     return cut();
   }
   const bool deletes = event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace;
   if (deletes) {
-    const PageDocument::Step step(page_, Said(words::kDeleteStep));
+    const PageDocument::Step step(page_, Text(words::kDeleteStep));
     return QPlainTextEdit::keyPressEvent(event);
   }
   QPlainTextEdit::keyPressEvent(event);
@@ -260,7 +260,7 @@ void SourceEdit::dropEvent(QDropEvent* event) {
         Qt::QueuedConnection);
     return;
   }
-  const PageDocument::Step step(page_, Said(moving_ ? words::kMoveStep : words::kPasteStep));
+  const PageDocument::Step step(page_, Text(moving_ ? words::kMoveStep : words::kPasteStep));
   QPlainTextEdit::dropEvent(event);
   moving_ = false;
 }
@@ -288,7 +288,7 @@ void SourceEdit::insertFromMimeData(const QMimeData* source) {
     if (onToolDropped) onToolDropped(source->data(kToolType).toInt());
     return;
   }
-  InsertFragment(FragmentOf(*source), Said(moving_ ? words::kMoveStep : words::kPasteStep));
+  InsertFragment(FragmentOf(*source), Text(moving_ ? words::kMoveStep : words::kPasteStep));
   ensureCursorVisible();
 }
 
@@ -362,7 +362,7 @@ QString SourceEdit::SpokenText(int begin, int end) const {
     else if (part->kind == Embedded::Kind::control)
       spoken += page_.LookAt(at)->description;
     else
-      spoken += Said(words::kBytesSpoken, {OddText(part->bytes)});
+      spoken += Text(words::kBytesSpoken, {OddText(part->bytes)});
   }
   return spoken;
 }

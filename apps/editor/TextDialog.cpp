@@ -32,8 +32,8 @@ std::optional<std::string> EditText(const QString& title, const std::string& tex
   QWidget* box = view->WidgetOf(form.txtText);
   box->setAccessibleName(title);
   auto* buttons = new QDialogButtonBox(&dialog);
-  buttons->addButton(Said(words::kOk), QDialogButtonBox::AcceptRole);
-  buttons->addButton(Said(words::kCancel), QDialogButtonBox::RejectRole);
+  buttons->addButton(Text(words::kOk), QDialogButtonBox::AcceptRole);
+  buttons->addButton(Text(words::kCancel), QDialogButtonBox::RejectRole);
   QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
   QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
   auto* layout = new QVBoxLayout(&dialog);

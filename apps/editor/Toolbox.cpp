@@ -42,11 +42,11 @@ QIcon IconOf(const ControlClass& contract) {
 
 Toolbox::Toolbox(QWidget* parent)
     : QWidget(parent), search_(new QLineEdit(this)), list_(new ToolList(this)) {
-  search_->setPlaceholderText(Said(words::kSearchTools));
-  search_->setAccessibleName(Said(words::kSearchTools));
+  search_->setPlaceholderText(Text(words::kSearchTools));
+  search_->setAccessibleName(Text(words::kSearchTools));
   search_->setClearButtonEnabled(true);
   search_->installEventFilter(this);
-  list_->setAccessibleName(Said(words::kToolbox));
+  list_->setAccessibleName(Text(words::kToolbox));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(4, 4, 4, 4);
   layout->addWidget(search_);

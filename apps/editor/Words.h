@@ -13,7 +13,7 @@
 namespace kvo::editor {
 
 // In the user's language, each "{}" replaced by the next of `values`.
-inline QString Said(const Localized& text, std::initializer_list<QString> values = {}) {
+inline QString Text(const Localized& text, std::initializer_list<QString> values = {}) {
   std::vector<std::string> texts;
   for (const QString& value : values) texts.push_back(FromQt(value));
   return ToQt(Filled(text.In(UserLanguage()), texts));

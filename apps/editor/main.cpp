@@ -31,10 +31,10 @@ int main(int argc, char** argv) {
     QApplication::installTranslator(&translator);
 
   QCommandLineParser line;
-  line.setApplicationDescription(editor::Said(editor::words::kAbout));
+  line.setApplicationDescription(editor::Text(editor::words::kAbout));
   line.addHelpOption();
   line.addVersionOption();
-  line.addPositionalArgument("PAGE", editor::Said(editor::words::kPageArgument), "[PAGE]");
+  line.addPositionalArgument("PAGE", editor::Text(editor::words::kPageArgument), "[PAGE]");
   line.process(application);
 
   LoadTahoma();

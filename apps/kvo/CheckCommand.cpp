@@ -72,7 +72,7 @@ class Offices {
       ShowProblems(Stream::error, error.File(), error.Problems());
       code_ = ExitCode::failure;
     } catch (const page::FileError& error) {
-      Complain(error.Text(UserLanguage()));
+      PrintError(error.Text(UserLanguage()));
       code_ = ExitCode::failure;
     }
     return known;

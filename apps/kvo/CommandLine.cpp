@@ -298,7 +298,7 @@ ExitCode CommandLine::Execute(int argc, char** argv) {
   } catch (const std::bad_alloc&) {
     throw;  // a message takes memory, too: see main()
   } catch (const std::exception& error) {
-    Complain(FailureText(error));
+    PrintError(FailureText(error));
   }
   return ExitCode::failure;
 }

@@ -71,7 +71,7 @@ ExitCode ForEachPage(const std::vector<std::string>& pages,
     try {
       code = Worse(code, work(file));
     } catch (const page::FileError& error) {
-      Complain(error.Text(UserLanguage()));
+      PrintError(error.Text(UserLanguage()));
       code = ExitCode::failure;
     }
   }
@@ -143,9 +143,9 @@ ExitCode WritePage(const std::string& file, const std::string& target, const Pag
   const page::Problems problems = write(page, *output);
   ShowProblems(Stream::error, ShownName(file), problems);
   if (page::HasErrors(problems)) {
-    Complain(Say({"{} wurde nicht geschrieben; erst die genannten Fehler beheben.",
-                  "{} was not written; mend the errors named above first."},
-                 {target == kStandardStream ? Say({"Die Ausgabe", "The output"}) : target}));
+    PrintError(Say({"{} wurde nicht geschrieben; erst die genannten Fehler beheben.",
+                    "{} was not written; mend the errors named above first."},
+                   {target == kStandardStream ? Say({"Die Ausgabe", "The output"}) : target}));
     return ExitCode::problemsFound;
   }
   output->Commit();
@@ -162,11 +162,11 @@ ExitCode WritePages(const std::vector<std::string>& pages, const std::vector<std
     if (target == file) return WritePage(file, target, write);
     const auto taken = written.find(IdentityOf(target, STDOUT_FILENO).value_or(FileIdentity()));
     if (taken != written.end()) {
-      Complain(Say({"„{}“ wurde nicht geschrieben: dort steht schon, was aus „{}“ wurde. Einzeln "
-                    "aufrufen.",
-                    "\"{}\" was not written: what \"{}\" became is there already. Call kvo for "
-                    "each."},
-                   {target, taken->second}));
+      PrintError(Say({"„{}“ wurde nicht geschrieben: dort steht schon, was aus „{}“ wurde. Einzeln "
+                      "aufrufen.",
+                      "\"{}\" was not written: what \"{}\" became is there already. Call kvo for "
+                      "each."},
+                     {target, taken->second}));
       return ExitCode::failure;
     }
     // Made in advance: once the page is in its place, nothing may fail.

@@ -42,7 +42,8 @@ void DrawPage(const PagesValues& values, const ControlClass& contract, std::stri
   try {
     page->Select({control});
   } catch (const RuntimeError& error) {
-    Complain(Say({"{} bleibt leer: {}", "{} stays empty: {}"}, {name, error.Text(UserLanguage())}));
+    PrintError(
+        Say({"{} bleibt leer: {}", "{} stays empty: {}"}, {name, error.Text(UserLanguage())}));
   }
   Write(values.output, name, *page);
 }

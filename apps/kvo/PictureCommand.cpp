@@ -54,8 +54,8 @@ std::vector<Picture> PagePictures(const std::string& file, ExitCode& code) {
       pictures.push_back(
           {std::move(name), page::Load(*found.contract, found.bag)->DesignTimeBox()});
     } catch (const RuntimeError& error) {
-      Complain(Say({"{}:{}: {}", "{}:{}: {}"}, {ShownName(file), std::to_string(found.place.line),
-                                                error.Text(UserLanguage())}));
+      PrintError(Say({"{}:{}: {}", "{}:{}: {}"}, {ShownName(file), std::to_string(found.place.line),
+                                                  error.Text(UserLanguage())}));
       code = ExitCode::problemsFound;
     }
   }
@@ -90,7 +90,7 @@ ExitCode Draw(const PictureValues& values) {
       page::WriteFile(file, BoxPicture({picture.box}));
       Print(file + '\n');
     } catch (const page::FileError& error) {
-      Complain(error.Text(UserLanguage()));
+      PrintError(error.Text(UserLanguage()));
       code = ExitCode::failure;
     }
   }

@@ -65,7 +65,7 @@ void PrintAsIs(std::string_view text) {
 
 }  // namespace
 
-void Complain(std::string_view message) {
+void PrintError(std::string_view message) {
   constexpr std::string_view program = "kvo: ";
   std::string line(program);
   line += Say({"Fehler:", "error:"});

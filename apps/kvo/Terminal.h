@@ -25,7 +25,7 @@ class Failure : public std::runtime_error {
 };
 
 // A message on standard error behind "kvo: " and the word for an error, coloured on a terminal.
-void Complain(std::string_view message);
+void PrintError(std::string_view message);
 // A line on standard error that is no complaint.
 void Tell(std::string_view line);
 // The message that there is no memory; needs none itself.

@@ -93,7 +93,7 @@ class Places {
     return at;
   }
   // Skips the places before `at`.
-  void GoOn(const char* at) {
+  void SeekTo(const char* at) {
     if (at - block_ >= kSize)
       places_ = Look(block_ = at, end_);
     else

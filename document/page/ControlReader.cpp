@@ -56,7 +56,7 @@ bool ControlReader::Next() {
         return false;
       case Scanner::Kind::spanEnd:
         ReportStrayEnd(at);
-        scanner_.GoOn(BehindComment(at));
+        scanner_.SeekTo(BehindComment(at));
         break;
       case Scanner::Kind::object:
         found = ReadObject(at);
@@ -78,7 +78,7 @@ bool ControlReader::Next() {
 
 void ControlReader::ReadSpanTextAsPage(std::size_t ownSize) {
   if (!spanEnds_) IndexSpanEnds(control_.textBegin);
-  scanner_.GoOn(control_.textBegin + ownSize);
+  scanner_.SeekTo(control_.textBegin + ownSize);
 }
 
 void ControlReader::FindMisplaced(const Scanner& before, std::size_t from, std::size_t to) {
@@ -116,14 +116,14 @@ bool ControlReader::ReadObject(std::size_t at) {
   std::size_t end = at;
   const bool ours = ReadElement(end);
   if (!ours) foreignObject_ = scanner_;
-  scanner_.GoOn(end);
+  scanner_.SeekTo(end);
   if (!ours) return false;
   control_.begin = at;
   control_.end = end;
   const bool closed = !stopped_ && ReadParams(end);
   if (!closed && !stopped_) Fail(at, rule::unclosedControl, messages::UnclosedControl());
   control_.end = end;
-  scanner_.GoOn(end);
+  scanner_.SeekTo(end);
   return true;
 }
 
@@ -132,7 +132,7 @@ bool ControlReader::ReadSpan(std::size_t at) {
   commentEnd_ = EndOfComment(page_, at);
   const auto refuse = [&](Message message) {
     problems_.Add(at, rule::malformedSpan, {}, std::move(message));
-    scanner_.GoOn(std::min(commentEnd_, page_.size()));
+    scanner_.SeekTo(std::min(commentEnd_, page_.size()));
     return false;
   };
   std::string_view rest = page_.substr(at + kSpanStart.size());
@@ -147,7 +147,7 @@ bool ControlReader::ReadSpan(std::size_t at) {
   const bool closed = !stopped_ && ReadParams(element);
   if (!closed && !stopped_) Fail(at, rule::unclosedControl, messages::UnclosedControl());
   ReadSpanText(element, closed);
-  scanner_.GoOn(control_.end);
+  scanner_.SeekTo(control_.end);
   // With its end comment lost as well, a broken control must not hide those behind it.
   if (control_.broken && control_.OldText(page_).find(kSpanStart) != npos) ReadSpanTextAsPage();
   return true;
@@ -268,7 +268,7 @@ void ControlReader::CheckAttributeNames(std::size_t at) {
     std::string name;
     const bool valid = encoding_.Decode(attribute.name, name) == npos;
     if (!valid || !IsWritableName(attribute.name))
-      Fail(at, rule::attribute, messages::UnwritableAttribute(ForPeople(attribute.name)));
+      Fail(at, rule::attribute, messages::UnwritableAttribute(Printable(attribute.name)));
     std::transform(name.begin(), name.end(), name.begin(), LowerAscii);
     names.push_back(std::move(name));
   }
@@ -296,7 +296,7 @@ bool ControlReader::ReadParams(std::size_t& at) {
       RawAttribute attribute;
       while (NextAttribute(tag, attribute))
         Fail(OffsetOf(attribute.name), rule::unexpectedContent,
-             messages::UnexpectedContent(ForPeople(attribute.name)));
+             messages::UnexpectedContent(Printable(attribute.name)));
       at = tag.Position();
       if (closesObject || stopped_) return closesObject && !stopped_;
       continue;
@@ -308,14 +308,14 @@ bool ControlReader::ReadParams(std::size_t& at) {
     // Anything else would be lost. Say so once, then look for more params.
     if (!reported)
       Fail(at, rule::unexpectedContent,
-           messages::UnexpectedContent(ForPeople(FirstLine(rest.substr(0, kShownBytes)))));
+           messages::UnexpectedContent(Printable(FirstLine(rest.substr(0, kShownBytes)))));
     reported = true;
     if (inComment_) {
       stopped_ = true;
       return false;
     }
     if (page_[at] == '<') {
-      scanner_.GoOn(at);
+      scanner_.SeekTo(at);
       scanner_.SkipOne();
       at = scanner_.Position();
     } else {
@@ -339,7 +339,7 @@ void ControlReader::ReadParam(std::size_t& at) {
       if (!attribute.hasValue) value.reset();
     } else {
       Fail(OffsetOf(attribute.name), rule::malformedParam,
-           messages::ParamAttribute(ForPeople(attribute.name)));
+           messages::ParamAttribute(Printable(attribute.name)));
     }
   }
   at = tag.Position();
@@ -396,7 +396,7 @@ std::string_view ControlReader::Decoded(const RawAttribute& attribute) {
   return text;
 }
 
-std::string ControlReader::ForPeople(std::string_view bytes) const {
+std::string ControlReader::Printable(std::string_view bytes) const {
   bytes = bytes.substr(0, kShownBytes);
   std::string text;
   for (;;) {

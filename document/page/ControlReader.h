@@ -110,7 +110,7 @@ class ControlReader {
 
   std::string_view Decoded(const RawAttribute& attribute);
   // For messages: bytes of the page, whatever they are, as UTF-8.
-  std::string ForPeople(std::string_view bytes) const;
+  std::string Printable(std::string_view bytes) const;
   void Fail(std::size_t at, std::string_view rule, Message message);
   std::size_t OffsetOf(std::string_view part) const {
     return static_cast<std::size_t>(part.data() - page_.data());

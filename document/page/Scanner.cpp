@@ -65,7 +65,7 @@ const char* SkipTag(const char* name, const char* end, TagPlaces& places) {
       from = at + 1;
     } else {
       from = FindEnd(value, end);
-      places.GoOn(from);
+      places.SeekTo(from);
     }
   }
   return end;
@@ -191,7 +191,7 @@ void Scanner::Skip(TagPlaces& places) {
     if (isEndTag && HasCData())
       LeaveEndTag(name);
     else if (!isEndTag && LeaveStartTag(name))
-      places.GoOn(begin + at_);
+      places.SeekTo(begin + at_);
     return;
   }
   if (StandsAt(text_, at_, "<!--")) {
@@ -210,7 +210,7 @@ void Scanner::Skip(TagPlaces& places) {
   } else {
     ++at_;
   }
-  places.GoOn(begin + at_);
+  places.SeekTo(begin + at_);
 }
 
 bool Scanner::LeaveStartTag(std::size_t at) {

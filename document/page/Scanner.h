@@ -85,7 +85,7 @@ class Scanner {
   void SkipOne();
 
   std::size_t Position() const { return at_; }
-  void GoOn(std::size_t position) { at_ = position; }
+  void SeekTo(std::size_t position) { at_ = position; }
 
   // Whether "<![CDATA[" at Position() begins a section, which only "]]>" ends. Elsewhere it begins
   // a comment that ends at its first ">".

@@ -31,7 +31,7 @@ Surroundings SurroundingsFinder::At(std::size_t position) {
   while (position > end_ || (position == end_ && !openEnd_)) {
     const std::size_t next = text_.find('<', end_);
     if (next >= position) return {};
-    scanner_.GoOn(next);
+    scanner_.SeekTo(next);
     NextThing();
   }
   if (position <= thing_.begin) return {};

@@ -7,7 +7,7 @@ set(bare ${SCRATCH}/standard-headers)
 file(REMOVE_RECURSE ${bare})
 foreach(level -O0 -O2) # optimising headers include more
   execute_process(
-    COMMAND ${COMPILER} -std=c++20 ${level} -M -x c++ ${CMAKE_CURRENT_LIST_DIR}/standard_headers.h
+    COMMAND ${COMPILER} -std=c++20 ${level} -M -x c++ ${CMAKE_CURRENT_LIST_DIR}/StandardHeaders.h
     OUTPUT_VARIABLE depends COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX MATCHALL "/usr/include/[^ \\\n]+" found "${depends}")
   list(APPEND headers ${found})
@@ -61,7 +61,7 @@ if(NOT code EQUAL 0)
 endif()
 
 # The standard headers pull in some of the system's; the core itself may not name those.
-file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/standard_headers.h standard REGEX "^#include")
+file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/StandardHeaders.h standard REGEX "^#include")
 # find_foreign_includes(FILE result-variable): the include lines that name neither a standard header nor one
 # of the core's own.
 function(find_foreign_includes file result)

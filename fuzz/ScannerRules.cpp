@@ -1,4 +1,4 @@
-#include "fuzz/scanner_rules.h"
+#include "fuzz/ScannerRules.h"
 
 #include <algorithm>
 #include <string_view>
@@ -180,7 +180,7 @@ Found Scanned(const std::string& page) {
     const std::size_t length = kind == Scanner::Kind::object      ? 7
                                : kind == Scanner::Kind::spanStart ? kSpanStart.size()
                                                                   : kSpanEnd.size();
-    scanner.GoOn(scanner.Position() + length);
+    scanner.SeekTo(scanner.Position() + length);
   }
   return found;
 }

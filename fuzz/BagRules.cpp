@@ -1,4 +1,4 @@
-#include "fuzz/bag_rules.h"
+#include "fuzz/BagRules.h"
 
 #include <algorithm>
 #include <optional>

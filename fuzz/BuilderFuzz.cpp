@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "fuzz/builder_rules.h"
+#include "fuzz/BuilderRules.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kvo::CheckBuilder({reinterpret_cast<const char*>(data), size});

@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "fuzz/modGlobal_rules.h"
+#include "fuzz/ModGlobalRules.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kvo::CheckTextHelpers({reinterpret_cast<const char*>(data), size});

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "fuzz/page_rules.h"
+#include "fuzz/PageRules.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string broken = kvo::page::BrokenRule({reinterpret_cast<const char*>(data), size});

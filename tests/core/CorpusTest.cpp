@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "fuzz/modGlobal_rules.h"
+#include "fuzz/ModGlobalRules.h"
 
 namespace kvo {
 namespace {

@@ -7,10 +7,10 @@
 #include <ostream>
 #include <string>
 
-#include "fuzz/bag_rules.h"
-#include "fuzz/builder_rules.h"
-#include "fuzz/office_rules.h"
-#include "fuzz/pages_rules.h"
+#include "fuzz/BagRules.h"
+#include "fuzz/BuilderRules.h"
+#include "fuzz/OfficeRules.h"
+#include "fuzz/PagesRules.h"
 
 namespace kvo {
 namespace {

@@ -4,8 +4,8 @@
 #include <sstream>
 
 #include "PageTesting.h"
-#include "fuzz/page_rules.h"
-#include "fuzz/scanner_rules.h"
+#include "fuzz/PageRules.h"
+#include "fuzz/ScannerRules.h"
 
 namespace kvo::page {
 namespace {

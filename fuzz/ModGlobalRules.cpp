@@ -1,4 +1,4 @@
-#include "fuzz/modGlobal_rules.h"
+#include "fuzz/ModGlobalRules.h"
 
 #include <cmath>
 #include <cstdint>

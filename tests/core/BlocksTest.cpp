@@ -62,7 +62,7 @@ TEST(Blocks, PlacesGivesEveryPlaceInOrder) {
       ++at;
       if (random() % 4 != 0) continue;
       at += random() % (static_cast<std::size_t>(end - at) + 1);
-      places.GoOn(at);
+      places.SeekTo(at);
     }
     EXPECT_EQ(places.Next(), end);
   }

@@ -1,4 +1,4 @@
-// What keys mean to a form, beyond what its user shows (form_test.cpp).
+// What keys mean to a form, beyond what its user shows (FormTest.cpp).
 #include "common/forms/FormKeys.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Pages that are made to be slow to read, or read wrongly.
 #include "PageTesting.h"
-#include "fuzz/hostile_pages.h"
-#include "fuzz/page_rules.h"
+#include "fuzz/HostilePages.h"
+#include "fuzz/PageRules.h"
 
 namespace kvo::page {
 

@@ -1,4 +1,4 @@
-#include "fuzz/office_rules.h"
+#include "fuzz/OfficeRules.h"
 
 #include <algorithm>
 #include <cstdint>

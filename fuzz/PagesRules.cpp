@@ -1,4 +1,4 @@
-#include "fuzz/pages_rules.h"
+#include "fuzz/PagesRules.h"
 
 #include <memory>
 #include <string>

@@ -1,4 +1,4 @@
-#include "fuzz/page_rules.h"
+#include "fuzz/PageRules.h"
 
 #include "document/page/Page.h"
 #include "host/headless/HeadlessPlatform.h"

@@ -6,7 +6,7 @@
 #include <random>
 #include <string>
 
-#include "fuzz/scanner_rules.h"
+#include "fuzz/ScannerRules.h"
 
 namespace kvo::page {
 namespace {

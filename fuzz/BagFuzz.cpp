@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "fuzz/bag_rules.h"
+#include "fuzz/BagRules.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kvo::CheckBag({reinterpret_cast<const char*>(data), size});

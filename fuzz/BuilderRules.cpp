@@ -1,4 +1,4 @@
-#include "fuzz/builder_rules.h"
+#include "fuzz/BuilderRules.h"
 
 #include <functional>
 #include <memory>

@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "fuzz/pages_rules.h"
+#include "fuzz/PagesRules.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kvo::CheckPages({reinterpret_cast<const char*>(data), size});
