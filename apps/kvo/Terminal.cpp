@@ -48,8 +48,8 @@ std::string Harmless(int descriptor, std::string_view text) {
   return harmless;
 }
 
-void PrintError(std::string_view text) {
-  std::fflush(stdout);  // keep the order in which things happened
+void WriteToStderr(std::string_view text) {
+  std::fflush(stdout);  // keeps the order of the two streams
   std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
@@ -73,16 +73,16 @@ void PrintError(std::string_view message) {
   line += ' ';
   line += Harmless(STDERR_FILENO, message);
   line += '\n';
-  PrintError(Coloured(STDERR_FILENO, page::Severity::error, line, program.size(), end));
+  WriteToStderr(Coloured(STDERR_FILENO, page::Severity::error, line, program.size(), end));
 }
 
-void Tell(std::string_view line) { PrintError(Harmless(STDERR_FILENO, line) + '\n'); }
+void Tell(std::string_view line) { WriteToStderr(Harmless(STDERR_FILENO, line) + '\n'); }
 
-void ComplainOfMemory() {
+void PrintOutOfMemory() {
   const std::string_view line = Localized{"kvo: Fehler: Der Speicher reicht nicht aus.\n",
                                           "kvo: error: There is not enough memory.\n"}
                                     .In(UserLanguage());
-  PrintError(line);
+  WriteToStderr(line);
 }
 
 void ShowProblems(Stream stream, std::string_view file, const page::Problems& problems) {
@@ -94,7 +94,7 @@ void ShowProblems(Stream stream, std::string_view file, const page::Problems& pr
     if (stream == Stream::output) {
       PrintAsIs(line);
     } else {
-      PrintError(line);
+      WriteToStderr(line);
     }
   }
 }

@@ -29,7 +29,7 @@ void PrintError(std::string_view message);
 // A line on standard error that is no complaint.
 void Tell(std::string_view line);
 // The message that there is no memory; needs none itself.
-void ComplainOfMemory();
+void PrintOutOfMemory();
 
 // What is told of a page's problems, one per line: `check` prints them as its result on standard
 // output, everything else as complaints on standard error.

@@ -58,7 +58,7 @@ int main(int argc, char** argv) {
     return static_cast<int>(Run(argc, argv));
   } catch (const std::bad_alloc&) {
     // Also when it was a message that there was no memory for.
-    kvo::ComplainOfMemory();
+    kvo::PrintOutOfMemory();
     return static_cast<int>(kvo::ExitCode::failure);
   }
 }

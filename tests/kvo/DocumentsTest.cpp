@@ -1,4 +1,4 @@
-// What the documents tell a reader to type: it works, and answers as they say.
+// Runs the commands of the documents and follows their links.
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -49,9 +49,9 @@ void ForEveryMatch(const std::string& expression,
 class DocumentsTest : public Program {
  protected:
   fs::path Work() const { return Folder() / "work"; }
-  // What a shell shows when it runs the command in the test's folder.
+  // The output of a shell command in the folder of the test.
   std::string Shell(const std::string& command) const {
-    const std::string line = "cd '" + Folder().string() +
+    const std::string line = "cd '" + Work().string() +
                              "' && PATH=" + fs::path(KVO_PROGRAM).parent_path().string() +
                              ":$PATH && { " + command + "; } 2>&1";
     FILE* const pipe = popen(line.c_str(), "r");
@@ -64,8 +64,8 @@ class DocumentsTest : public Program {
   }
 };
 
-// In a block of code, "$ " begins a command; what it shows stands below.
-TEST_F(DocumentsTest, CommandsShowWhatStandsBelowThem) {
+// In a block of code, "$ " begins a command; its output follows.
+TEST_F(DocumentsTest, CommandsPrintWhatTheDocumentsShow) {
   fs::create_directories(Work() / "build/bin");
   fs::create_symlink(KVO_PROGRAM, Work() / "build/bin/kvo");
   ForEveryMatch("\n```[a-z]*\n(\\$ [^`]*\n)```\n", [&](const fs::path&, const std::smatch& block) {
@@ -90,7 +90,7 @@ TEST_F(DocumentsTest, CommandsShowWhatStandsBelowThem) {
   });
 }
 
-TEST_F(DocumentsTest, TheCommandsAndOptionsThatAreNamedExist) {
+TEST_F(DocumentsTest, NamedCommandsAndOptionsExist) {
   std::map<std::string, std::string> help;
   ForEveryMatch(
       "`(?:build/[a-z/]+/)?kvo ([a-z]+)([^`]*)`", [&](const fs::path&, const std::smatch& span) {
@@ -107,7 +107,7 @@ TEST_F(DocumentsTest, TheCommandsAndOptionsThatAreNamedExist) {
       });
 }
 
-TEST_F(DocumentsTest, ThePartsOfRunAndTestThatAreNamedExist) {
+TEST_F(DocumentsTest, NamedPartsOfRunAndTestExist) {
   ForEveryMatch("\\./(run|test) ([a-z0-9]+)", [](const fs::path&, const std::smatch& named) {
     const std::regex label("\n +([a-z0-9]+ \\| )*" + named[2].str() + "( \\| [a-z0-9]+)*\\)");
     EXPECT_TRUE(std::regex_search(TextOf(kSource / named[1].str()), label));
