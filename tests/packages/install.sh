@@ -48,15 +48,16 @@ install_packages() {
   apt install -y --no-install-recommends "${packages[@]#"$root"}"
 }
 
+inside id author >/dev/null 2>&1 || inside useradd --create-home author
 # Once before anything is compared, for what they depend on; that stays.
 echo "Installing ..."
 apt update
+apt install -y --no-install-recommends shared-mime-info desktop-file-utils # as every desktop has them
 install_packages
 apt purge -y "${names[@]}"
 files >build/packages.before
 install_packages
 
-inside id author >/dev/null 2>&1 || inside useradd --create-home author
 cp examples/newsletter/newsletter.html "$root/home/author/"
 as_author() { inside setpriv --reuid=author --regid=author --clear-groups env HOME=/home/author QT_QPA_PLATFORM=offscreen "$@"; }
 inside chown author: /home/author/newsletter.html
@@ -74,15 +75,14 @@ zcat "$root/usr/share/man/man1/kvo.1.gz" | grep -q '^\.SH COMMANDS' || fail "No 
 
 # A double click: the desktop knows the type of a page by its name, and the editor by the type.
 grep -q ':text/x-kvo-page:\*\.kvo\.html$' "$root/usr/share/mime/globs2" || fail "The type of a page is not known"
-if [ -e "$root/usr/share/applications/mimeinfo.cache" ]; then
-  grep -q '^text/x-kvo-page=kvo-editor.desktop' "$root/usr/share/applications/mimeinfo.cache" ||
-    fail "The editor does not open the type"
-fi
+grep -q '^text/x-kvo-page=kvo-editor.desktop' "$root/usr/share/applications/mimeinfo.cache" ||
+  fail "The editor does not open the type"
 as_author sh -c 'command -v $(sed -n "s/^Exec=\([^ ]*\).*/\1/p" /usr/share/applications/kvo-editor.desktop)' >/dev/null ||
   fail "What the desktop starts is not there"
 
 # The libraries are those of this machine's compiler, too.
 echo "Building against libkvo-dev ..."
+rm -rf build/packages-embedding
 tests/embedding/embed.sh "$PWD/build/packages-embedding" "$PWD/build/packages/bin/kvo" \
   cmake -G Ninja -DCMAKE_PREFIX_PATH="$root/usr" -DCMAKE_BUILD_TYPE=Release
 
