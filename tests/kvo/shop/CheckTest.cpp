@@ -95,7 +95,7 @@ TEST_F(ShopCheck, AsksNothingForAPageWithoutProducts) {
   EXPECT_EQ(result.code, 0);
   EXPECT_EQ(result.out + result.err, "");
 }
-TEST_F(ShopCheck, FindsNothingInTheExampleNewsletter) {
+TEST_F(ShopCheck, FindsNothingInTheExampleNewsletters) {
   std::filesystem::copy_file(kExample / "office.json", Folder() / "work/office.json");
   std::ifstream sql(kExample / "shop.sql", std::ios::binary);
   SqliteFile file;
@@ -103,7 +103,8 @@ TEST_F(ShopCheck, FindsNothingInTheExampleNewsletter) {
   file.Close();
   std::filesystem::copy_file(file.Path(), Folder() / "work/shop.db");
   const Result result =
-      Kvo({"check", (kExample / "newsletter.html").string(), "--office", "office.json"});
+      Kvo({"check", (kExample / "newsletter.html").string(),
+           KVO_SOURCE_DIR "/examples/templates/newsletter.html", "--office", "office.json"});
   EXPECT_EQ(result.code, 0);
   EXPECT_EQ(result.out + result.err, "");
 }
