@@ -64,6 +64,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   void MakeControlMenu();
   void MakeViewMenu();
   void RestoreWindow();
+  void AddTemplates(QMenu& menu);
   void ShowRecent();
 
   std::size_t Ask(const Question& question) override;

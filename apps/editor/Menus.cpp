@@ -1,6 +1,8 @@
 // The window's menus, and what they do that no other part does.
 #include <QApplication>
+#include <QDir>
 #include <QDockWidget>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMenuBar>
@@ -23,6 +25,13 @@ namespace {
 
 constexpr char kToolbox[] = "toolbox";
 constexpr char kToolboxName[] = "toolbox.json";
+
+// Of a template: what stands in its title element.
+QString PageTitle(const QByteArray& page) {
+  constexpr QByteArrayView kStart = "<title>";
+  const qsizetype begin = page.indexOf(kStart) + kStart.size();
+  return QString::fromUtf8(page.mid(begin, page.indexOf("</title>", begin) - begin));
+}
 
 }  // namespace
 
@@ -48,6 +57,7 @@ void MainWindow::MakeFileMenu() {
   };
   const QString json = "JSON (*.json)";
   Action(menu, words::kNew, QKeySequence::New, [this] { session_->New(); });
+  AddTemplates(*menu.addMenu(Text(words::kNewFromTemplate)));
   Action(menu, words::kOpen, QKeySequence::Open, [this, choose] {
     const QString file = choose(words::kOpenTitle, Text(words::kPageFiles));
     if (!file.isEmpty()) session_->Open(file);
@@ -187,6 +197,17 @@ void MainWindow::StepControl(bool backwards) {
     }
   }
   if (next) source_->GoTo(*next);
+}
+
+void MainWindow::AddTemplates(QMenu& menu) {
+  for (const QFileInfo& each : QDir(":/editor/templates").entryInfoList()) {
+    QFile file(each.filePath());
+    if (!file.open(QIODevice::ReadOnly)) continue;
+    const QByteArray page = file.readAll();
+    Action(menu, {}, {}, [this, page] {
+      session_->NewFrom(page.toStdString());
+    })->setText(PageTitle(page).replace('&', "&&"));
+  }
 }
 
 void MainWindow::ShowRecent() {

@@ -119,12 +119,14 @@ void Session::Start(const std::string& bytes, bool modified, bool sameFile) {
   user_.PageStarted(sameFile);
 }
 
-void Session::New() {
+void Session::New() { NewFrom(kNewPage); }
+
+void Session::NewFrom(const std::string& bytes) {
   if (!MayDiscard()) return;
   DiscardDraft();
   file_ = {};
   FindCompanions();
-  Start(kNewPage, false);
+  Start(bytes, false);
 }
 
 bool Session::Open(const QString& file) {

@@ -63,6 +63,8 @@ class Session {
   QString Title() const;
 
   void New();
+  // An untitled page with the bytes of a template; not yet changed.
+  void NewFrom(const std::string& bytes);
   // False when it could not be read, or the user kept what is open.
   bool Open(const QString& file);
   // Offers what a crash left behind; answers whether something was taken.

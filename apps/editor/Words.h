@@ -72,6 +72,7 @@ inline constexpr Localized kProblemCount = {"Fehler: {}  Warnungen: {}",
 // --- menus; the letter behind "&" is the access key ---
 inline constexpr Localized kFileMenu = {"&Datei", "&File"};
 inline constexpr Localized kNew = {"&Neu", "&New"};
+inline constexpr Localized kNewFromTemplate = {"Neu aus Vor&lage", "New from te&mplate"};
 inline constexpr Localized kOpen = {"Ö&ffnen …", "&Open …"};
 inline constexpr Localized kRecent = {"&Zuletzt geöffnet", "Open &recent"};
 inline constexpr Localized kNothingRecent = {"Noch nichts", "Nothing yet"};

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
@@ -17,6 +18,8 @@
 #include <QToolTip>
 #include <QTreeWidget>
 #include <filesystem>
+#include <fstream>
+#include <map>
 #include <set>
 
 #include "apps/editor/FindBar.h"
@@ -108,6 +111,42 @@ TEST_F(WindowTest, PublishingWritesTheRuntimeTextAlone) {
   WithDialogs([](QWidget& dialog) { dialog.close(); },
               [&] { EXPECT_FALSE(window->Work().Publish(desk.Path("seite.html"))); });
   EXPECT_EQ(desk.Bytes("seite.html"), "<p>" + Print("a", "1") + "</p>");
+}
+
+TEST_F(WindowTest, ATemplateBecomesANewPageOfItsOwn) {
+  std::map<std::string, std::string> templates;  // by their titles
+  for (const auto& entry :
+       std::filesystem::directory_iterator(KVO_SOURCE_DIR "/examples/templates")) {
+    if (entry.path().extension() != ".html") continue;
+    std::ifstream in(entry.path(), std::ios::binary);
+    const std::string page{std::istreambuf_iterator<char>(in), {}};
+    const std::size_t title = page.find("<title>") + 7;
+    templates[page.substr(title, page.find("</title>") - title)] = page;
+  }
+  ASSERT_EQ(templates.size(), 4U);
+  int down = 0;
+  for (const auto& [title, page] : templates) {
+    SCOPED_TRACE(title);
+    Open("alt");
+    // Through the menu by its access keys, then down to the entry.
+    Press(Qt::Key_D, Qt::AltModifier);
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_L);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    ASSERT_EQ(menu->actions().size(), static_cast<qsizetype>(templates.size()));
+    EXPECT_EQ(menu->actions()[down]->text().toStdString(), title);
+    for (int press = 0; press < down; ++press) QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Return);
+    ++down;
+    EXPECT_EQ(Bytes(), page);
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_EQ(window->Work().File().Name(), "");
+    // What is saved goes to a file of its own.
+    Type("!");
+    EXPECT_TRUE(window->Work().SaveAs(desk.Path("neu.html")));
+    EXPECT_EQ(desk.Bytes("neu.html"), "!" + page);
+  }
 }
 
 TEST_F(WindowTest, AFileThatCannotBeReadIsSaidAndThePageStays) {
