@@ -1,7 +1,6 @@
 // The text helpers as they are defined: passes over the whole text and a repeated expression.
 #pragma once
 
-#include <regex>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -9,12 +8,7 @@
 
 namespace kvo {
 
-inline std::string FixAmpersandsByDefinition(std::string text) {
-  static const std::regex pattern("(.*?)(&)([^a]|a[^m]|am[^p]|amp[^;])(.*?)",
-                                  std::regex::ECMAScript | std::regex::icase);
-  while (std::regex_search(text, pattern)) text = std::regex_replace(text, pattern, "$1&amp;$3$4");
-  return text;
-}
+std::string FixAmpersandsByDefinition(std::string text);
 
 inline std::string ReplaceAll(std::string text, std::string_view from, std::string_view to) {
   for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at)) {

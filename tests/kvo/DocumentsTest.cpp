@@ -4,15 +4,16 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <regex>
 #include <sstream>
 
+#include "tests/kvo/Matches.h"
 #include "tests/kvo/Program.h"
 
 namespace kvo::test {
 namespace {
 
 namespace fs = std::filesystem;
+using Match = std::vector<std::string>;
 
 const fs::path kSource = KVO_SOURCE_DIR;
 
@@ -31,18 +32,14 @@ std::vector<fs::path> Documents() {
 
 // Calls `check` with each match of the expression in any document.
 void ForEveryMatch(const std::string& expression,
-                   const std::function<void(const fs::path&, const std::smatch&)>& check) {
-  const std::regex pattern(expression);
+                   const std::function<void(const fs::path&, const Match&)>& check) {
   std::size_t count = 0;
-  for (const fs::path& document : Documents()) {
-    const std::string text = TextOf(document);
-    for (std::sregex_iterator match(text.begin(), text.end(), pattern), end; match != end;
-         ++match) {
-      SCOPED_TRACE(document.filename().string() + ": " + match->str());
-      check(document, *match);
+  for (const fs::path& document : Documents())
+    for (const Match& match : Matches(TextOf(document), expression)) {
+      SCOPED_TRACE(document.filename().string() + ": " + match[0]);
+      check(document, match);
       ++count;
     }
-  }
   EXPECT_GT(count, 0U);
 }
 
@@ -68,8 +65,8 @@ class DocumentsTest : public Program {
 TEST_F(DocumentsTest, CommandsPrintWhatTheDocumentsShow) {
   fs::create_directories(Work() / "build/bin");
   fs::create_symlink(KVO_PROGRAM, Work() / "build/bin/kvo");
-  ForEveryMatch("\n```[a-z]*\n(\\$ [^`]*\n)```\n", [&](const fs::path&, const std::smatch& block) {
-    std::istringstream lines(block[1].str());
+  ForEveryMatch("\n```[a-z]*\n(\\$ [^`]*\n)```\n", [&](const fs::path&, const Match& block) {
+    std::istringstream lines(block[1]);
     std::string command;
     std::string expected;
     const auto run = [&] {
@@ -92,33 +89,29 @@ TEST_F(DocumentsTest, CommandsPrintWhatTheDocumentsShow) {
 
 TEST_F(DocumentsTest, NamedCommandsAndOptionsExist) {
   std::map<std::string, std::string> help;
-  ForEveryMatch(
-      "`(?:build/[a-z/]+/)?kvo ([a-z]+)([^`]*)`", [&](const fs::path&, const std::smatch& span) {
-        const std::string command = span[1];
-        if (help[command].empty()) {
-          const Result result = Kvo({command, "--help"});
-          EXPECT_EQ(result.code, 0);
-          help[command] = result.out;
-        }
-        const std::string rest = span[2];
-        const std::regex option("--?[a-z]+");
-        for (std::sregex_iterator each(rest.begin(), rest.end(), option), end; each != end; ++each)
-          EXPECT_NE(help[command].find(each->str()), std::string::npos) << each->str();
-      });
+  ForEveryMatch("`(build/[a-z/]+/)?kvo ([a-z]+)([^`]*)`", [&](const fs::path&, const Match& span) {
+    const std::string command = span[2];
+    if (help[command].empty()) {
+      const Result result = Kvo({command, "--help"});
+      EXPECT_EQ(result.code, 0);
+      help[command] = result.out;
+    }
+    for (const Match& option : Matches(span[3], "--?[a-z]+"))
+      EXPECT_NE(help[command].find(option[0]), std::string::npos) << option[0];
+  });
 }
 
 TEST_F(DocumentsTest, NamedPartsOfRunAndTestExist) {
-  ForEveryMatch("\\./(run|test) ([a-z0-9]+)", [](const fs::path&, const std::smatch& named) {
-    const std::regex label("\n +([a-z0-9]+ \\| )*" + named[2].str() + "( \\| [a-z0-9]+)*\\)");
-    EXPECT_TRUE(std::regex_search(TextOf(kSource / named[1].str()), label));
+  ForEveryMatch("\\./(run|test) ([a-z0-9]+)", [](const fs::path&, const Match& named) {
+    const std::string label = "\n +([a-z0-9]+ \\| )*" + named[2] + "( \\| [a-z0-9]+)*\\)";
+    EXPECT_FALSE(Matches(TextOf(kSource / named[1]), label).empty());
   });
 }
 
 TEST_F(DocumentsTest, LinksLeadToFiles) {
-  ForEveryMatch("\\]\\(([^)#:]+)(#[^)]*)?\\)",
-                [](const fs::path& document, const std::smatch& link) {
-                  EXPECT_TRUE(fs::exists(document.parent_path() / link[1].str()));
-                });
+  ForEveryMatch("\\]\\(([^)#:]+)(#[^)]*)?\\)", [](const fs::path& document, const Match& link) {
+    EXPECT_TRUE(fs::exists(document.parent_path() / link[1]));
+  });
 }
 
 }  // namespace
