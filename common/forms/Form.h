@@ -30,7 +30,7 @@ class Form : public Container {
   // The control with the keyboard focus; nullptr when none has it.
   FormControl* Focused() const { return focused_; }
 
-  // The control of a name, wherever on the form; `index` tells several of one name apart.
+  // Finds a control by its name anywhere on the form; `index` selects among several of one name.
   // nullptr when there is none.
   FormControl* Find(std::string_view name, std::size_t index = 0) const;
   // All controls, each container directly followed by its own controls.
@@ -39,16 +39,16 @@ class Form : public Container {
   Form& OwnerForm() override { return *this; }
 
  protected:
-  // `caption` has to outlive the form.
+  // `caption` must outlive the form.
   Form(std::string_view caption, Size size) : caption_(caption), size_(size) {}
 
  private:
   friend class FormControl;
   friend class FormRenderer;
 
-  // The user typed into one of its inputs, chose, clicked or deleted something; before the event.
+  // The user typed, chose, clicked or deleted something in a control. Called before the event.
   virtual void Touched() {}
-  // The user closes the window by its own button.
+  // The user closes the window with its close button.
   virtual void Closing() { Unload(); }
 
   std::string_view caption_;

@@ -1,5 +1,4 @@
-// What every desktop's renderer needs to bring a form its user's actions. A page never includes
-// this file.
+// Runs user actions for the desktop renderers. Pages never include this file.
 #pragma once
 
 #include <exception>
@@ -10,7 +9,7 @@
 
 namespace kvo {
 
-// Counts up as long as it lives.
+// Keeps a count incremented during its lifetime.
 class CountUp {
  public:
   explicit CountUp(int& count) : count_(count) { ++count_; }
@@ -22,38 +21,37 @@ class CountUp {
   int& count_;
 };
 
-// The way of the user's actions from the widgets to the form, and of its failures to whoever shows
-// them.
+// Passes user actions from the widgets to the form and reports failures.
 class FormActions {
  public:
   FormActions() = default;
   FormActions(const FormActions&) = delete;
   FormActions& operator=(const FormActions&) = delete;
 
-  // What a page's event throws when a user action raises it. Must be set; nothing escapes into the
-  // toolkit. Called where it was caught, so that std::current_exception() is the failure itself.
+  // Receives what a page's event throws during a user action. Must be set; nothing escapes into the
+  // toolkit. Called inside the catch block, so that std::current_exception() is the failure.
   std::function<void(const std::exception&)> onFailure;
 
-  // Performs what the user did. What the page throws is reported and goes no further. Does nothing
-  // while a widget is being brought in step with the form: what it tells is no user's then.
+  // Runs a user action and reports what it throws. Does nothing while a widget is updated from the
+  // form: its signals come from us then, not from the user.
   void Act(const std::function<void()>& action);
-  // Reports a failure once the widgets have come to rest: for what fails while they paint.
+  // Reports a failure after the current event, for failures during painting.
   void ReportLater(std::exception_ptr failure);
-  // Brings a widget in step with the form.
+  // Updates a widget from the form.
   virtual void Update(const std::function<void()>& change);
   bool IsUpdating() const { return updating_ > 0; }
 
-  // Whether a user action is on its way: a page's event is on the stack, maybe behind a dialog that
-  // it has opened.
+  // Whether a user action is running: a page's event is on the stack, possibly below a dialog that
+  // it opened.
   bool IsBusy() const { return acting_ > 0; }
 
  protected:
   ~FormActions() = default;
 
-  // Has ReportFailures called as soon as whatever happens now is over.
+  // Schedules ReportFailures for after the current event.
   virtual void CallForReport() = 0;
   void ReportFailures();
-  // Nobody listens to the widgets any more: for their end, of which they tell things, too.
+  // Ignores signals during widget destruction.
   void EndActions() { ++updating_; }
 
  private:

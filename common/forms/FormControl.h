@@ -1,14 +1,15 @@
-// Forms: what a property page or dialog is made of, without any toolkit. A form holds its controls
-// with their captions, places and events; a renderer (common/forms/FormRenderer.h) turns it into
-// native widgets and the user's actions into events. All measures are twips.
+// Forms: property pages and dialogs, independent of any toolkit. A form holds its controls with
+// their captions, positions and events; a renderer (common/forms/FormRenderer.h) turns it into
+// native widgets and user actions into events. All measurements are in twips.
 //
-// The rules that hold for all of them:
-// - A control belongs to the form (or panel) in which it is declared, for its whole life. The order
-//   of declaration is the tab order.
-// - Assigning content from code raises the same event as the user's action does, but only if the
-//   content really changed. A renderer is told of every change, whoever made it.
-// - A user's click raises the click event, whether or not it changes anything.
-// - What a page may do is public. What only the user may do is private, and reached by renderers.
+// Rules for all controls:
+// - A control belongs to the form or panel that declares it, for its whole life. The order of
+//   declaration is the tab order.
+// - Assigning content from code raises the same event as the user's action, but only if the content
+//   changes. A renderer is notified of every change.
+// - A user's click raises the click event even if it changes nothing.
+// - Operations for pages are public; operations for the user are private and used by FormRenderer,
+//   a friend.
 // - A "&" in a caption is a character, never an access key.
 #pragma once
 
@@ -26,7 +27,7 @@ class Form;
 class FormControl;
 class FormRenderer;
 
-// The kinds of controls, so that what leaves one out does not compile.
+// The kinds of controls. A visitor that leaves one out does not compile.
 using ControlKind = std::variant<class Label*, class TextBox*, class ComboBox*, class CheckBox*,
                                  class OptionButton*, class CommandButton*, class Frame*,
                                  class PictureBox*, class TabControl*, class TabPanel*,
@@ -41,21 +42,21 @@ struct Font {
 };
 
 inline constexpr Font kBoldFont = {.weight = FontWeight::bold};
-// Boxes for markup are set in this font.
+// The font of markup boxes.
 inline constexpr Font kMarkupFont = {.family = "Courier New", .points = 9};
 
-// Colours of the desktop, named because their values are the user's.
+// Desktop colours, by name because the user sets their values.
 enum class SystemColor { windowBackground, buttonFace };
 
-// What an event calls, with the control that raised it. Empty: nobody listens.
+// An event's listener, called with the control that raised it. May be empty.
 template <class Sender>
 using Handler = std::function<void(Sender&)>;
 
-// What about a control is new.
+// What changed about a control.
 enum class Aspect {
   caption,
-  text,       // an edit box's text; its selection is new as well
-  selection,  // what is selected: of an edit box's text, or which row, rows or tab
+  text,       // an edit box's text, and with it the selection
+  selection,  // the selected part of an edit box's text, or the selected row, rows or tab
   choices,    // the rows of a list
   checked,
   enabled,
@@ -64,10 +65,10 @@ enum class Aspect {
   items,  // rows of a property grid were added or removed
   value,  // the value of a property grid's row
   rows,   // a grid's columns or rows
-  timer,  // running or not, or started anew
+  timer,  // started, restarted or stopped
 };
 
-// What holds controls: a form, or the panel of a tab.
+// A form, a tab control, or the panel of a tab.
 class Container {
  public:
   Container() = default;
@@ -78,7 +79,7 @@ class Container {
   const std::vector<FormControl*>& Controls() const { return controls_; }
 
   virtual Form& OwnerForm() = 0;
-  // The control that this container is, or nullptr when it is the form itself.
+  // This container as a control; nullptr for the form.
   virtual FormControl* AsControl() { return nullptr; }
 
  protected:
@@ -96,7 +97,7 @@ class FormControl {
   virtual ~FormControl();
 
   std::string_view Name() const { return name_; }
-  // Empty for what has none.
+  // Empty for controls without one.
   const std::string& Caption() const { return caption_; }
   // Relative to its container.
   const Rect& At() const { return at_; }
@@ -108,9 +109,9 @@ class FormControl {
   bool Visible() const { return visible_; }
   void Visible(bool bNewVisible);
 
-  // Whether the user can get at it: it and all around it enabled and visible, on the open tab.
+  // Whether the user can reach it: it and its containers are enabled and visible, on the open tab.
   bool IsReachable() const;
-  // Whether it can take the keyboard focus at all.
+  // Whether this kind of control can take the keyboard focus.
   virtual bool TakesFocus() const { return false; }
 
   virtual ControlKind Kind() = 0;
@@ -122,7 +123,8 @@ class FormControl {
   void Caption(std::string sNewCaption);
   void Notify(Aspect aspect);
   FormRenderer* OwnerRenderer() const;
-  // Whether the container `child`, a part of this control, is the one that shows.
+  // Whether `child`, a container inside this control, is shown. Of a tab control's panels, only the
+  // open one is.
   virtual bool Shows(const FormControl& /*child*/) const { return true; }
 
  private:
@@ -138,7 +140,7 @@ class FormControl {
   bool visible_ = true;
 };
 
-// Calls `act` with the control as the kind that it is.
+// Calls `act` with a pointer to the control's own type.
 template <class Act>
 auto WithKind(FormControl& control, Act&& act) {
   return std::visit([&](auto* kind) { return act(*kind); }, control.Kind());

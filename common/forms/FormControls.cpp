@@ -22,7 +22,7 @@ std::size_t CharacterCount(std::string_view text) {
 
 std::size_t CharacterOffset(std::string_view text, std::size_t character) {
   std::size_t at = 0;
-  // Stray continuation bytes in front of the first character belong to it.
+  // Stray continuation bytes before the first character belong to it.
   while (at < text.size() && !BeginsCharacter(text[at])) ++at;
   if (character == 0) return 0;
   for (; at < text.size(); ++at)
@@ -83,7 +83,7 @@ void EditBox::Replace(std::size_t start, std::size_t length, std::string_view ty
   selLength_ = 0;
   length_ = kept + added;
   caretByte_ = selStart_ == 0 ? 0 : begin + typed.size();
-  // Stray bytes in front of what follows belong to the last character typed.
+  // Stray bytes before the next character belong to the last typed one.
   if (selStart_ > 0)
     while (caretByte_ < text_.size() && !BeginsCharacter(text_[caretByte_])) ++caretByte_;
 }

@@ -1,5 +1,5 @@
-// The simple controls of a form. Each is declared with its `Design`: what is fixed about it, its
-// initial content, and who listens to its events.
+// The simple controls of a form. Each is declared with a `Design`: its fixed properties, its
+// initial content and its event listeners.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +18,7 @@ class Label final : public FormControl {
     std::string_view caption{};
     Rect at{};
     Font font{};
-    bool wraps = false;  // over as many lines as fit into its height
+    bool wraps = false;  // into as many lines as its height allows
   };
   Label(Container& parent, std::string_view name, const Design& design);
 
@@ -31,11 +31,12 @@ class Label final : public FormControl {
   bool wraps_;
 };
 
-// What can be typed into. Positions and lengths count characters (code points; CR LF are two).
+// A control with editable text. Positions and lengths count characters: code points, so that CR LF
+// are two.
 class EditBox : public FormControl {
  public:
   const std::string& Text() const { return text_; }
-  // Puts the caret in front of the text.
+  // Moves the caret to the start of the text.
   void Text(std::string sNewText);
 
   // In characters.
@@ -52,7 +53,7 @@ class EditBox : public FormControl {
   EditBox(Container& parent, std::string_view name, const Rect& at, const Font& font,
           std::string_view text);
 
-  // Without an event; the caret goes in front of the text.
+  // Sets the text without an event and moves the caret to its start.
   void HoldText(std::string text);
 
  private:
@@ -60,26 +61,26 @@ class EditBox : public FormControl {
   // Whether the user may edit the text.
   virtual bool IsEditable() const = 0;
   virtual bool HoldsLineBreaks() const = 0;
-  // Text that code assigns raises the box's event only if it is new. What the user types always
-  // does, as in a real edit box: "0" typed over a selected "0" is a change, too.
+  // Assigned text raises the change event only if it differs. Typed text always does, as in a
+  // native edit box: typing "0" over a selected "0" is a change.
   virtual void TextAssigned(std::string text) = 0;
   virtual void TextTyped() = 0;
 
-  // Replaces a part of the text and puts the caret behind it. In place, and counted from the caret,
-  // so that a key at the end of a long text costs no more than in a short one.
+  // Replaces a part of the text and moves the caret behind it. Works in place and counts from the
+  // caret, so that a keystroke at the end of a long text stays cheap.
   void Replace(std::size_t start, std::size_t length, std::string_view typed);
-  // The byte at which a character of the text begins, as CharacterOffset has it.
+  // The offset of a character in text_, like CharacterOffset.
   std::size_t OffsetOf(std::size_t character) const;
 
   std::string text_;
-  std::size_t length_ = 0;  // of the text, in characters
+  std::size_t length_ = 0;  // of text_, in characters
   std::size_t selStart_ = 0;
-  std::size_t caretByte_ = 0;  // where the character selStart_ begins
+  std::size_t caretByte_ = 0;  // the offset of character selStart_
   std::size_t selLength_ = 0;
 };
 
-// Holds any text as it is. A widget that cannot show a text exactly (line breaks in a single line,
-// a NUL) still leaves what the user did not edit as it was.
+// Holds any text unchanged. Where a widget cannot show a text exactly (line breaks in a single
+// line, a NUL), the part that the user did not edit still stays as it was.
 class TextBox : public EditBox {
  public:
   struct Design {
@@ -113,8 +114,8 @@ class TextBox : public EditBox {
 
 inline constexpr int kNoRow = -1;
 
-// A list that drops down: with `editable` any text can be typed, without only rows can be chosen.
-// Rows may have keys, which differ from each other (compared exactly).
+// A drop-down list. With `editable`, the user can type any text, otherwise only choose a row. Rows
+// may have keys, which are unique and compared exactly.
 class ComboBox : public EditBox {
  public:
   struct Row {
@@ -126,8 +127,8 @@ class ComboBox : public EditBox {
     Font font{};
     bool editable = false;
     std::string_view text{};
-    Handler<ComboBox> onChange{};  // the text or the choice
-    Handler<ComboBox> onClick{};   // the user chose a row, maybe the one that was chosen
+    Handler<ComboBox> onChange{};  // the text or the chosen row changed
+    Handler<ComboBox> onClick{};   // the user chose a row, possibly the same one again
   };
   ComboBox(Container& parent, std::string_view name, Design design);
 
@@ -135,19 +136,20 @@ class ComboBox : public EditBox {
 
   const std::vector<Row>& Rows() const { return rows_; }
   void AddItem(std::string text);
-  // RuntimeError 457 when the key is taken.
+  // Throws RuntimeError 457 when the key is taken.
   void AddItem(std::string key, std::string text);
-  // No rows, no choice, no text.
+  // Removes the rows, the choice and the text.
   void Clear();
 
-  // The chosen row, from 0; kNoRow when none is, as with a typed text - even if that equals a row.
+  // The index of the chosen row; kNoRow when none is, even if a typed text equals a row's.
   int ListIndex() const { return listIndex_; }
-  // RuntimeError 5 when there is no such row. The text becomes the row's; kNoRow empties it.
+  // Chooses a row and takes its text; kNoRow clears the text. Throws RuntimeError 5 when there is
+  // no such row.
   void ListIndex(int lNewListIndex);
 
   // The chosen row; nullptr when none is.
   const Row* SelectedItem() const;
-  // The row with a key; kNoRow when there is none.
+  // Finds a row by its key; kNoRow when there is none.
   int RowOf(std::string_view key) const;
 
   ControlKind Kind() override { return this; }
@@ -158,7 +160,7 @@ class ComboBox : public EditBox {
   bool HoldsLineBreaks() const override { return false; }
   void TextAssigned(std::string text) override;
   void TextTyped() override;
-  // By code; nothing happens if it is not new.
+  // Sets the row and the text from code. Does nothing if both are the same.
   void Hold(int row, std::string text);
 
   bool editable_;
@@ -189,14 +191,14 @@ class CheckBox : public FormControl {
   Handler<CheckBox> onClick_;
 };
 
-// One of a group: of all option buttons of its container, at most one is chosen.
+// An option button. At most one in a container is chosen.
 class OptionButton : public FormControl {
  public:
   struct Design {
     std::string_view caption{};
     Rect at{};
     Font font{};
-    Handler<OptionButton> onClick{};  // it became the chosen one, or the user clicked it
+    Handler<OptionButton> onClick{};  // it was chosen, or the user clicked it
   };
   OptionButton(Container& parent, std::string_view name, Design design);
 
@@ -214,7 +216,7 @@ class OptionButton : public FormControl {
 
 class CommandButton final : public FormControl {
  public:
-  // What the Enter and the Escape key do in a dialog.
+  // The key that presses the button in a dialog: Enter or Escape.
   enum class Role { plain, acceptsDialog, cancelsDialog };
   struct Design {
     std::string_view caption{};
@@ -268,8 +270,7 @@ class PictureBox final : public FormControl {
   Picture picture_;
 };
 
-// Tabs over each other; its panels are declared into it and shown one at a time, the first one at
-// first.
+// Shows one of its panels at a time, initially the first. The panels are declared in it.
 class TabControl final : public FormControl, public Container {
  public:
   struct Design {
@@ -280,7 +281,7 @@ class TabControl final : public FormControl, public Container {
       : FormControl(parent, name, design.at, design.font) {}
 
   std::size_t SelectedTab() const { return selectedTab_; }
-  // RuntimeError 5 when there is no such tab.
+  // Throws RuntimeError 5 when there is no such tab.
   void SelectedTab(std::size_t lNewSelectedTab);
 
   Form& OwnerForm() override { return Parent().OwnerForm(); }
@@ -294,7 +295,7 @@ class TabControl final : public FormControl, public Container {
   std::size_t selectedTab_ = 0;
 };
 
-// How high the row of tabs is; the panels lie below it.
+// The height of the row of tabs, above the panels.
 inline constexpr int kTabRowHeight = 360;
 
 // The panel of one tab. It fills the tab control below the tabs.
@@ -310,7 +311,7 @@ class TabPanel final : public FormControl, public Container {
   ControlKind Kind() override { return this; }
 };
 
-// Ticks while it is enabled, every `Interval` milliseconds.
+// Ticks every `Interval` milliseconds while it runs.
 class Timer final : public FormControl {
  public:
   struct Design {
@@ -320,7 +321,7 @@ class Timer final : public FormControl {
   Timer(Container& parent, std::string_view name, Design design);
 
   int Interval() const { return interval_; }
-  // Counts from zero again from now on.
+  // Starts or restarts it.
   void Start(int milliseconds);
   void Stop();
   bool IsRunning() const { return running_; }
@@ -334,15 +335,15 @@ class Timer final : public FormControl {
   Handler<Timer> onTick_;
 };
 
-// Whether a byte of UTF-8 is the first of a character.
+// Whether a UTF-8 byte begins a character.
 constexpr bool BeginsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; }
-// Characters of a text, as SelStart and SelLength count them.
+// The number of characters, as SelStart and SelLength count them.
 std::size_t CharacterCount(std::string_view text);
-// The byte at which the character number `character` begins; the text's size beyond its end.
+// The offset of the character at index `character`; the text's size when it is past the end.
 std::size_t CharacterOffset(std::string_view text, std::size_t character);
 
-// Selects the whole text of a box that was entered by keyboard: only when the left mouse button is
-// up and nothing is selected yet.
+// Selects the whole text of a box that the user entered by keyboard, that is, when the left mouse
+// button is up and nothing is selected.
 void SelectAllText(TextBox& box);
 
 }  // namespace kvo

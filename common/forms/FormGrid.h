@@ -1,4 +1,4 @@
-// The data grid: the records of a statement, however many, fetched as they are looked at.
+// A data grid over any number of records, which it fetches from a database on demand.
 #pragma once
 
 #include <memory>
@@ -16,9 +16,9 @@ class GridRows;
 struct GridColumn {
   std::string caption{};
   std::string field{};
-  std::string emptyText{};  // stands in a cell without a value
-  std::string groupText{};  // stands before the value when the rows are grouped by this column
-  std::string sortHint{};   // shown over the column's head
+  std::string emptyText{};  // for a cell without a value
+  std::string groupText{};  // before the value when rows are grouped by this column
+  std::string sortHint{};   // the tooltip of the column header
   int size = 0;             // its share of the width
 };
 
@@ -36,30 +36,30 @@ class Grid final : public FormControl {
   void ClearColumns();
   void AddColumn(GridColumn column);
 
-  // Texts of the grid's own captions: the group of today's dates, and before the number of rows.
+  // The captions for the group of today's dates and before the number of rows.
   std::string todayText;
   std::string recordsText;
 
-  // The database, as a connection string, and the statement. Rebind fetches and shows the rows,
-  // through a recordset of the grid's own (common/values/Recordset.h).
+  // Sets the connection string and the statement. Rebind fetches and shows the rows through the
+  // grid's own recordset (common/values/Recordset.h).
   void DatabaseName(std::string connectionString) { databaseName_ = std::move(connectionString); }
   void RecordSource(std::string statement) { recordSource_ = std::move(statement); }
   const std::string& RecordSource() const { return recordSource_; }
   void Rebind();
-  // Shows no rows and lets the database go.
+  // Removes the rows and releases the database.
   void Unbind();
 
-  // The recordset of the rows; RuntimeError 91 before Rebind.
+  // The grid's recordset. Throws RuntimeError 91 before Rebind.
   Object& Recordset() const;
-  // Where the recordset stands for a row.
+  // The recordset's bookmark for a row.
   Variant RowBookmark(std::size_t row) const;
 
   std::size_t RowCount() const;
-  // As shown: the value, or the column's empty text. Fetches the row with its neighbours unless
-  // they were looked at lately; a failing fetch is the database's exception.
+  // The displayed text: the value, or the column's empty text. Fetches the row's block unless it is
+  // cached. Passes on the database's exception when that fails.
   const std::string& Cell(std::size_t row, std::size_t column) const;
 
-  // In the order of the rows.
+  // In ascending order.
   const std::vector<std::size_t>& SelectedRows() const { return selectedRows_; }
 
   bool TakesFocus() const override { return true; }

@@ -1,4 +1,4 @@
-// What keys mean to a form, whoever shows it. A page never includes this file.
+// Keyboard rules that all renderers share. Pages never include this file.
 #pragma once
 
 #include <string_view>
@@ -8,23 +8,24 @@
 
 namespace kvo {
 
-// Whether the tab key stops at a control. A group of option buttons is entered at its chosen one,
-// or at the first while none is chosen.
+// Whether the Tab key stops at a control. It enters a group of option buttons at the chosen one, or
+// at the first while none is chosen.
 bool IsTabStop(const FormControl& control);
-// Of the option buttons in a container the one at which they are entered, as far as the container
-// itself is; nullptr when none can be.
+// The tab stop among the option buttons of a container; nullptr when none is enabled and visible.
+// Ignores whether the container itself is reachable.
 const OptionButton* OptionTabStop(const Container& group);
-// The option button that the arrow keys choose, 1 forwards and -1 backwards; the last one is
-// followed by the first. nullptr when the user cannot be at `button`.
+// The option button that an arrow key chooses, wrapping around; `step` is 1 forwards and -1
+// backwards. nullptr when the user cannot reach `button`.
 OptionButton* NextOption(const OptionButton& button, int step);
 
-// The button that the enter or the escape key presses in a dialog; nullptr when there is none.
+// The dialog's button for the Enter or the Escape key; nullptr when there is none.
 CommandButton* DialogButton(const Form& form, CommandButton::Role role);
 
-// What a single line takes of a typed or pasted text: it ends at the first line break or NUL.
+// The part of a typed or pasted text that a single-line box accepts: up to the first line break or
+// NUL.
 std::string_view OneLine(std::string_view typed);
 
-// A typed text key by key: each character by itself; CR LF and LF are the enter key.
+// Splits a typed text into keystrokes: one per character; CR LF and LF are the Enter key.
 inline constexpr std::string_view kEnterStroke = "\n";
 std::vector<std::string_view> SplitStrokes(std::string_view text);
 

@@ -60,7 +60,7 @@ void PropertyGrid::Remove(const PropertyGridItem& item) {
                                [&](const auto& each) { return each.get() == &item; });
   if (at == items_.end()) throw RuntimeError(ErrorNumber::invalidCall, std::string(Name()));
   if (selected_ == at->get()) selected_ = nullptr;
-  const auto removed = std::move(*at);  // lives until the renderer was told
+  const auto removed = std::move(*at);  // keeps it alive while the renderer is notified
   items_.erase(at);
   Notify(Aspect::items);
 }

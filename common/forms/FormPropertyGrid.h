@@ -1,4 +1,4 @@
-// The property grid: rows of caption and value, in groups.
+// A property grid: rows of captions and values, in groups.
 #pragma once
 
 #include <memory>
@@ -14,16 +14,16 @@ namespace kvo {
 class PropertyGrid;
 
 enum class ItemKind {
-  category,  // a bold line over the rows that follow it
-  text,      // a row with a value to be typed
-  list,      // a row with choices; with `editable` any value can be typed as well
-  color,     // a row with a value to be typed and a button beside it
+  category,  // a bold heading for the rows that follow
+  text,      // a row with a value to type
+  list,      // a row with choices; with `editable`, the user can also type any value
+  color,     // a row with a value to type and a button beside it
   button,    // a row that is a button
-  entry,     // a line of a plain list: only a caption
+  entry,     // a line of a plain list, with just a caption
   choice,    // a choice of a list row
 };
 
-// A row, or the choice of a row: a list row's choices are its items.
+// A row, or one of the choices of a list row.
 class PropertyGridItem {
  public:
   struct Design {
@@ -44,8 +44,8 @@ class PropertyGridItem {
   const std::string& Key() const { return design_.key; }
   bool Editable() const { return design_.editable; }
 
-  // Of a row: what stands in it. A row chosen from its list holds the choice's caption. Of a
-  // choice: what it stands for.
+  // A row's value, which is the choice's caption if it was chosen from the list; or a choice's
+  // value.
   const Variant& Value() const { return design_.value; }
   void Value(Variant newValue);
 
@@ -74,24 +74,24 @@ class PropertyGrid final : public FormControl {
     Rect at{};
     Font font{};
     std::string_view caption{};
-    Handler<PropertyGridItem> onChange{};       // a row's value
+    Handler<PropertyGridItem> onChange{};       // a row's value changed
     Handler<PropertyGridItem> onButtonClick{};  // of a colour row's button, or of a button row
     Handler<PropertyGrid> onDeleteKey{};        // the user pressed the delete key in it
   };
   PropertyGrid(Container& parent, std::string_view name, Design design);
 
   const PropertyGridItem::Items& Items() const { return items_; }
-  // At the end. Several rows may have one key.
+  // Appends a row. Several rows may share a key.
   PropertyGridItem& Add(PropertyGridItem::Design design);
   void Remove(const PropertyGridItem& item);
   void Clear();
 
-  // The first row with a key; RuntimeError 5 when there is none.
+  // The first row with a key. Throws RuntimeError 5 when there is none.
   PropertyGridItem& Item(std::string_view key);
-  // The same; nullptr when there is none.
+  // Finds the first row with a key; nullptr when there is none.
   PropertyGridItem* Find(std::string_view key) const;
 
-  // The row that the user stands on; nullptr when there is none.
+  // The selected row; nullptr when there is none.
   PropertyGridItem* SelectedItem() const { return selected_; }
 
   bool TakesFocus() const override { return true; }
@@ -109,9 +109,9 @@ class PropertyGrid final : public FormControl {
   Handler<PropertyGrid> onDeleteKey_;
 };
 
-// The first child whose caption equals the item's current value; nullptr when there is none.
+// Returns the first choice whose caption equals the row's value; nullptr when there is none.
 const PropertyGridItem* GetSelectedChoice(const PropertyGridItem& item);
-// The first child whose value equals the text; nullptr when there is none.
+// Returns the first choice whose value equals the text; nullptr when there is none.
 const PropertyGridItem* FindChoiceByValue(const PropertyGridItem& item, std::string_view value);
 
 }  // namespace kvo

@@ -35,7 +35,7 @@ void FormRenderer::Select(EditBox& box, std::size_t start, std::size_t length) {
 void FormRenderer::Choose(ComboBox& box, int row) {
   Touch(box);
   box.ListIndex(row);
-  // Choosing the chosen row moves the caret as well.
+  // Choosing the same row again moves the caret as well.
   if (box.SelStart() != 0 || box.SelLength() != 0) box.SelStart(0);
   if (box.onClick_) box.onClick_(box);
 }

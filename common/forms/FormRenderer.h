@@ -1,4 +1,5 @@
-// What shows a form and brings it the user's actions. A page never includes this file.
+// Base of the classes that show a form and pass it the user's actions. Pages never include this
+// file.
 #pragma once
 
 #include <span>
@@ -11,10 +12,10 @@
 
 namespace kvo {
 
-// Shows one form; ends before it. A form has at most one renderer at a time.
+// Shows one form, which must outlive it. A form has at most one renderer at a time.
 //
-// A user action checks nothing about the form's state but what is said at it: a renderer offers
-// only what IsReachable allows. Whatever the page's event throws reaches the caller of the action.
+// User actions check the form's state only where noted: a renderer offers only what IsReachable
+// allows. Exceptions from the page's event reach the caller.
 class FormRenderer {
  public:
   FormRenderer(const FormRenderer&) = delete;
@@ -22,8 +23,8 @@ class FormRenderer {
 
   // --- the user's actions ---
 
-  // Replaces a part of the text by what was typed or pasted and puts the caret behind it. What a
-  // single-line box cannot take (from the first line break or NUL on) is cut off.
+  // Replaces a part of the text with typed or pasted text and moves the caret behind it.
+  // Single-line boxes cut the text at the first line break or NUL.
   static void Edit(EditBox& box, std::size_t start, std::size_t length, std::string_view typed);
   static void Select(EditBox& box, std::size_t start, std::size_t length);
   static void Choose(ComboBox& box, int row);
@@ -34,10 +35,10 @@ class FormRenderer {
   static void Tick(Timer& timer);
 
   static void SelectItem(PropertyGrid& grid, PropertyGridItem* item);
-  // Whether the row's value can be typed.
+  // Whether the user can type the row's value.
   static bool TakesText(const PropertyGridItem& item);
   static void EditValue(PropertyGridItem& item, std::string_view typed);
-  // Types behind the value, without a copy of it.
+  // Appends to the value without copying it.
   static void AppendToValue(PropertyGridItem& item, std::string_view typed);
   static void ChooseValue(PropertyGridItem& item, const PropertyGridItem& choice);
   static void ClickButton(PropertyGridItem& item);
@@ -52,17 +53,17 @@ class FormRenderer {
 
   Form& Shown() const { return form_; }
 
-  // Something about a control is new, made by the page or by a user action. Comes once for each
-  // thing, before the page's own event.
+  // A control changed, by the page or by a user action. Called once for each aspect, before the
+  // page's own event.
   virtual void ControlChanged(FormControl& control, Aspect aspect) = 0;
-  // The value or state of one row; ControlChanged tells of rows that come and go.
+  // A row's value or state changed. For added and removed rows, ControlChanged is called.
   virtual void ItemChanged(PropertyGridItem& item) = 0;
   // The dialog was unloaded.
   virtual void FormUnloaded() {}
 
   // nullptr: the focus leaves the form.
   void Focus(FormControl* control);
-  // The user closes the dialog by its window's button.
+  // The user closes the dialog with its window's close button.
   void CloseWindow() { form_.Closing(); }
 
  private:

@@ -21,7 +21,7 @@ bool AtEnd(Object& recordset) { return ToFlag(recordset.Get("EOF")); }
 std::size_t CountRecords(Object& recordset) {
   const std::int32_t known = ToInteger(recordset.Get("RecordCount"));
   if (known >= 0) return static_cast<std::size_t>(known);
-  // The recordset does not know: the end is found by halving.
+  // The recordset does not know its size; finds the end by bisection.
   if (AtEnd(recordset)) return 0;
   std::size_t inside = 0;
   std::size_t beyond = 1;

@@ -1,4 +1,4 @@
-// The rows of a data grid, fetched from its recordset in blocks as they are looked at.
+// The rows of a data grid, fetched from its recordset in blocks on demand.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@
 
 namespace kvo {
 
-// Keeps the blocks that were looked at last, and no more: memory does not grow with the table.
+// Caches the most recently used blocks, so that memory does not grow with the table.
 class GridRows {
  public:
   struct Row {
@@ -25,9 +25,9 @@ class GridRows {
   GridRows(ObjectRef recordset, std::span<const GridColumn> columns);
 
   Object& Recordset() const { return *recordset_; }
-  // Counted when first asked for: in a large table that takes longer than the first screen.
+  // Counts on the first call: in a large table, this takes longer than fetching the first screen.
   std::size_t Count();
-  // RuntimeError 9 when there is no such row (any more).
+  // Throws RuntimeError 9 when there is no such row, or no longer.
   const Row& At(std::size_t row);
 
  private:
@@ -40,11 +40,11 @@ class GridRows {
   ObjectRef recordset_;
   std::span<const GridColumn> columns_;
   std::optional<std::size_t> count_;
-  std::list<Block> blocks_;  // the last used first
+  std::list<Block> blocks_;  // most recently used first
   std::unordered_map<std::size_t, std::list<Block>::iterator> byNumber_;
 };
 
-// The value of a field of the record on which a recordset stands.
+// The value of a field in the recordset's current record.
 Variant FieldValue(Object& recordset, const std::string& field);
 
 }  // namespace kvo

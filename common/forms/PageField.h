@@ -1,6 +1,6 @@
 // A field of a property page: a control and the property that it shows. Declared in one row,
-// KVO_FIELD(TextBox, txtHref, "Href", .at = {...}), it is filled when the page is, written when the
-// page is applied, and marks the page changed when it is edited.
+// KVO_FIELD(TextBox, txtHref, "Href", .at = {...}), it is read and written with the page and marks
+// the page changed when the user edits it.
 #pragma once
 
 #include <functional>
@@ -15,19 +15,18 @@ namespace kvo {
 
 class PageField;
 
-// The property of a field, and how the two exchange the value where that is not as it stands.
+// A field's property, with conversions where the two represent the value differently.
 struct Binding {
   using Conversion = std::function<std::string(std::string)>;
 
   explicit Binding(std::string_view name) : property(name) {}
 
-  // What the field shows for a text of the property, and what the property gets for one of the
-  // field.
+  // Converts the property's text for the field, and the field's text for the property.
   Binding& Shown(Conversion made) { return shown = std::move(made), *this; }
   Binding& Stored(Conversion made) { return stored = std::move(made), *this; }
 
   // Fields are read and written in the order of their declaration, which is the tab order. These
-  // put one in front of a field that stands before it.
+  // move one before a field that was declared earlier.
   Binding& Before(const PageField& field) { return ReadBefore(field).WrittenBefore(field); }
   Binding& ReadBefore(const PageField& field) { return readBefore = &field, *this; }
   Binding& WrittenBefore(const PageField& field) { return writtenBefore = &field, *this; }
@@ -39,17 +38,17 @@ struct Binding {
   const PageField* writtenBefore = nullptr;
 };
 
-// Any part of a page that shows a property. A member of its page.
+// Any part of a page that shows a property; a member of its page.
 class PageField {
  public:
-  // `show` puts the property's value into the page, `held` is what the page then holds.
+  // `show` puts the property's value into the page; `held` returns the page's value.
   PageField(PropertyPage& page, Binding binding, std::function<void(Variant&&)> show,
             std::function<Variant()> held);
   PageField(const PageField&) = delete;
   PageField& operator=(const PageField&) = delete;
 
   const Binding& Bound() const { return binding_; }
-  // What the property holds, and what the field does.
+  // The property's value, and the field's value.
   Variant Get() const;
   Variant Held() const { return held_(); }
   // Fills the field from the property, and writes it back.
@@ -57,7 +56,7 @@ class PageField {
   void Write() const;
 
  protected:
-  // The control's design with what a field does on its events, unless that names another listener.
+  // Adds the field's listeners to the control's design, for each event without one.
   template <class Design>
   static Design Listening(const PropertyPage& page, Design design) {
     const auto set = [](auto& event, const auto& listener) {
@@ -71,8 +70,8 @@ class PageField {
     return design;
   }
 
-  // Puts a value into a control, and takes it out again: a text box holds a text, a list the key of
-  // its row or, without one, its text, a check box or option a flag.
+  // Puts a value into a control, and returns the control's value. A text box holds a text, a list
+  // the key of its row or, without one, its text, a check box or option button a flag.
   static void Put(EditBox& box, Variant&& value);
   static void Put(ComboBox& list, Variant&& value);
   static Variant Taken(const EditBox& box);
@@ -107,13 +106,13 @@ class Field final : public Control, public PageField {
   }
 };
 
-// Listens in a field's row to an event on which the field is to do nothing.
+// An event listener that does nothing, in place of the field's own.
 inline constexpr auto kNothing = [](auto&) {};
 
 // Declares a field of a page: KVO_FIELD(CheckBox, chkDisplayPrice, "DisplayPrice", .at = {...}), or
 // with Binding("Test").Shown(...) in place of the property's name.
 #define KVO_FIELD(Type, name, property, ...) KVO_FIELD_IN(*this, Type, name, property, __VA_ARGS__)
-// The same inside a panel of the page.
+// The same, inside a panel of the page.
 #define KVO_FIELD_IN(container, Type, name, property, ...)      \
   ::kvo::Field<Type> name {                                     \
     container, #name, ::kvo::Binding(property), { __VA_ARGS__ } \

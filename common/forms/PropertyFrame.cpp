@@ -42,7 +42,7 @@ void PropertyFrame::Select(std::vector<ObjectRef> objects) {
 }
 
 bool PropertyFrame::IsToApply(const Tab& tab) const {
-  // A page that could not be filled has nothing that may be written.
+  // A page that could not be filled has nothing to write.
   if (!tab.filled) return false;
   return tab.page->Changed() || (applies_ == Applies::markedOrTouched && tab.touched);
 }

@@ -1,4 +1,4 @@
-// The property frame without its window: the pages of an object as tabs, with OK, cancel and apply.
+// The property frame without its window: an object's pages as tabs, with OK, Cancel and Apply.
 #pragma once
 
 #include <exception>
@@ -12,7 +12,7 @@
 
 namespace kvo {
 
-// Makes a page by its class name; nullptr when there is no such class.
+// Creates a page by its class name; nullptr when there is no such class.
 using PageFactory = std::function<std::unique_ptr<PropertyPage>(std::string_view className)>;
 
 class PropertyFrame final : private PropertyPageSite {
@@ -21,42 +21,42 @@ class PropertyFrame final : private PropertyPageSite {
   class Window {
    public:
     virtual ~Window() = default;
-    // CanApply is new.
+    // CanApply() changed.
     virtual void ApplyEnabledChanged() = 0;
-    // A page could not be filled or applied; it is the one that is shown.
+    // The shown page could not be filled or applied.
     virtual void ShowError(PropertyPage& page, const std::exception& error) = 0;
-    // Ok or Cancel ended the frame.
+    // Ok or Cancel closed the frame.
     virtual void Closed() = 0;
   };
 
-  // Which pages there is something to apply of: those that marked themselves changed, or also those
-  // in which the user touched an input since they were filled or applied.
+  // Which pages to apply: those that marked themselves changed, or also those in which the user
+  // touched an input since they were last filled or applied.
   enum class Applies { marked, markedOrTouched };
 
-  // `window` has to outlive the frame. RuntimeError 429 when the factory does not know a page.
-  // Call Show once the window stands.
+  // `window` must outlive the frame. Throws RuntimeError 429 when the factory does not know a page.
+  // Call Show when the window exists.
   PropertyFrame(Window& window, std::vector<ObjectRef> objects,
                 const std::vector<std::string>& pageClasses, const PageFactory& factory,
                 Applies applies = Applies::marked);
 
   std::size_t PageCount() const { return tabs_.size(); }
-  // The page of a tab, to show its caption; it has content only after it was shown once.
+  // A tab's page. It has a caption from the start, but content only once shown.
   PropertyPage& Page(std::size_t tab) const { return *tabs_[tab].page; }
   std::size_t ShownTab() const { return shown_; }
-  // Whether the page was shown and could be filled.
+  // Whether the page was shown and filled.
   bool IsFilled(std::size_t tab) const { return tabs_[tab].filled; }
-  // Fills the page when it is shown for the first time, or when that failed before.
+  // Shows a page. Fills it the first time, or when filling failed before.
   void Show(std::size_t tab);
 
-  // The host's selection changed: the pages that were shown are filled anew, also those that could
-  // not be filled before.
+  // Refills the pages that were shown, also those that failed before, from the host's new
+  // selection.
   void Select(std::vector<ObjectRef> objects);
 
-  // How many pages there are to apply, and whether there is one.
+  // The number of pages to apply, and whether there is one.
   std::size_t PagesToApply() const;
   bool CanApply() const { return PagesToApply() > 0; }
-  // Applies these pages in the order of their tabs, and only those. The first that fails is
-  // shown and stays to be applied; the answer is then false.
+  // Applies just those pages, in tab order. The first that fails is shown and remains to be
+  // applied; the result is then false.
   bool Apply();
   // Applies and closes; stays open when a page fails.
   bool Ok();
@@ -66,7 +66,7 @@ class PropertyFrame final : private PropertyPageSite {
  private:
   struct Tab {
     std::unique_ptr<PropertyPage> page;
-    bool shown = false;  // once at least
+    bool shown = false;  // at least once
     bool filled = false;
     bool touched = false;
   };

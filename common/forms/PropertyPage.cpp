@@ -13,11 +13,11 @@ void PropertyPage::Select(std::vector<ObjectRef> objects) {
   if (!initialized_) Initialize();
   initialized_ = true;
   Changed(false);
-  const struct Filled {
+  const struct FillingEnd {
     PropertyPage& page;
-    ~Filled() { page.isFilled_ = false; }
-  } filled{*this};
-  isFilled_ = true;
+    ~FillingEnd() { page.isFilling_ = false; }
+  } end{*this};
+  isFilling_ = true;
   SelectionChanged();
 }
 
@@ -47,7 +47,7 @@ void PropertyPage::ApplyChanges() {
 }
 
 void PropertyPage::Add(const PageField& field) {
-  // In front of the one that it names, or behind all.
+  // Before the field that it names, or at the end.
   reads_.insert(std::find(reads_.begin(), reads_.end(), field.Bound().readBefore), &field);
   writes_.insert(std::find(writes_.begin(), writes_.end(), field.Bound().writtenBefore), &field);
 }

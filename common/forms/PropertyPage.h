@@ -1,4 +1,4 @@
-// A property page: a form over properties of the objects that are selected in the host.
+// A property page: a form over properties of the host's selected objects.
 #pragma once
 
 #include <string>
@@ -13,53 +13,53 @@ namespace kvo {
 class PageField;
 class PropertyPage;
 
-// Who shows a page: told when the page is marked changed or no longer is.
+// The host of a page. Notified when the page is marked changed or unchanged.
 class PropertyPageSite {
  public:
   virtual void StatusChanged(PropertyPage& page) = 0;
-  // The user touched one of the page's inputs, whether or not that marks the page.
+  // The user touched one of the page's inputs, even if that does not mark the page.
   virtual void Touched(PropertyPage& /*page*/) {}
 
  protected:
   ~PropertyPageSite() = default;
 };
 
-// Pages reach the selected objects by property name only, so that a page serves every object that
-// has those properties. What a page shows is declared in its fields (common/forms/PageField.h). A
-// page begins with Initialize, before its first selection, and ends with its destruction.
+// Pages access the selected objects by property name, so that a page works with every object that
+// has those properties. A page's content is declared in its fields (common/forms/PageField.h).
+// Initialize is called before the first selection; the destructor ends the page.
 class PropertyPage : public Form {
  public:
   // --- for the page's host ---
 
-  // Hands over the selected objects (at least one) and fills the page from them. What was edited
-  // and not applied is lost; the page is then changed only if filling it marks it so.
+  // Sets the selected objects (at least one) and fills the page from them. Discards unapplied
+  // edits; afterwards, the page is changed only if filling marks it so.
   void Select(std::vector<ObjectRef> objects);
-  // Writes the page into the selected objects. The page stays changed if that fails.
+  // Writes the page to the selected objects. If that fails, the page stays changed.
   void Apply();
   // Whether there is something to apply.
   bool Changed() const { return changed_; }
   void Site(PropertyPageSite* site) { site_ = site; }
-  // Whether a field of the page shows the property.
+  // Whether a field shows the property.
   bool Shows(std::string_view property) const;
 
   static constexpr Size kSize = {5775, 4560};
 
  protected:
-  // Whether a page counts as edited when its fields are given other values by being filled.
+  // Whether filling the page with other values marks it changed.
   enum class Filling { marksChanged, isNoChange };
   explicit PropertyPage(std::string_view caption, Filling filling = Filling::marksChanged)
       : Form(caption, kSize), filling_(filling) {}
 
-  // RuntimeError 9 when fewer are selected.
+  // Throws RuntimeError 9 when fewer are selected.
   Object& SelectedControls(std::size_t index) const;
   void Changed(bool bNewChanged);
 
-  // A listener for events of any control: the user edited the page.
+  // An event listener for any control, which marks the page changed.
   struct MarksChanged {
     PropertyPage* page;
     template <class Sender>
     void operator()(Sender&) const {
-      if (!page->isFilled_ || page->filling_ == Filling::marksChanged) page->Changed(true);
+      if (!page->isFilling_ || page->filling_ == Filling::marksChanged) page->Changed(true);
     }
   };
   const MarksChanged marksChanged{this};
@@ -77,14 +77,14 @@ class PropertyPage : public Form {
   }
 
   std::vector<ObjectRef> selected_;
-  // The fields in the order in which they are read, and written.
+  // The fields in reading order, and in writing order.
   std::vector<const PageField*> reads_;
   std::vector<const PageField*> writes_;
   PropertyPageSite* site_ = nullptr;
   Filling filling_;
   bool initialized_ = false;
   bool changed_ = false;
-  bool isFilled_ = false;  // at this moment
+  bool isFilling_ = false;
 };
 
 }  // namespace kvo

@@ -1,4 +1,4 @@
-// The rows of a property grid as every renderer has them. A page never includes this file.
+// Helpers for property grid rows that all renderers share. Pages never include this file.
 #pragma once
 
 #include <cstdint>
@@ -8,28 +8,29 @@
 
 namespace kvo {
 
-// The row's number; kNoRow when it is none of the grid's.
+// The row's index; kNoRow when it is not in the grid.
 int RowOf(const PropertyGrid& grid, const PropertyGridItem* item);
 // nullptr when there is no such row.
 PropertyGridItem* RowAt(const PropertyGrid& grid, int row);
 
-// The row to which the user goes by so many steps down, or up when negative; not beyond the ends.
-// Without a row, one goes to the first, and by one step up to the last. nullptr: there are no rows.
+// The row `steps` rows further down (up when negative), limited to the grid. Without a selected
+// row, one step up leads to the last row, anything else to the first. nullptr when there are no
+// rows.
 PropertyGridItem* NextRow(const PropertyGrid& grid, int steps);
 
-// Whether the row is one line across the grid, without a value.
+// Whether the row spans the grid, without a value.
 bool SpansColumns(const PropertyGridItem& item);
-// Whether the rows are a plain list, which needs no second column.
+// Whether the rows are a plain list, without a second column.
 bool IsPlainList(const PropertyGrid& grid);
-// Whether the row's value stands in a box of its own while the user is on the row.
+// Whether the row's value has a box of its own while the row is selected.
 bool HasValueBox(const PropertyGridItem& item);
-// Whether there is a button: beside that box, or instead of the row.
+// Whether the row has a button: beside that box, or in place of the row.
 bool HasButton(const PropertyGridItem& item);
 
-// The number of the choice that the row's value is; kNoRow when it is none.
+// The index of the choice that equals the row's value; kNoRow when none does.
 int ChosenRow(const PropertyGridItem& item);
 
-// The colour that the row's value is; nothing when the row is none for colours, or holds none.
+// A colour row's value; nothing when the row is of another kind or holds no colour.
 struct Swatch {
   std::uint8_t red = 0;
   std::uint8_t green = 0;

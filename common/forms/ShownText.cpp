@@ -21,7 +21,7 @@ bool Surrounds(View before, const UnitRange& part, View after) {
          after.ends_with(before.substr(before.size() - behind));
 }
 
-// The part of `before` that is no longer there, as near to the caret as the texts allow.
+// The part of `before` that was replaced, as near to the caret as the texts allow.
 UnitRange ChangedPart(View before, View after, std::size_t caret) {
   std::size_t behind = after.size() - std::min(caret, after.size());
   if (!before.ends_with(after.substr(after.size() - behind))) {
@@ -36,7 +36,7 @@ UnitRange ChangedPart(View before, View after, std::size_t caret) {
   return {static_cast<int>(start), static_cast<int>(before.size() - behind - start)};
 }
 
-// The part with all of a character of which it has a half, before or after the edit.
+// Extends the part to whole characters, before and after the edit.
 UnitRange WithWholeCharacters(UnitRange part, View before, View after) {
   auto start = static_cast<std::size_t>(part.start);
   std::size_t behind = before.size() - start - static_cast<std::size_t>(part.length);
@@ -58,14 +58,14 @@ ShownText::ShownText(std::string_view text, Lines lines, const TextStyle& style)
   begins_.reserve(text.size() + 1);
   for (std::size_t at = 0; at < text.size();) {
     std::size_t end = at;
-    // Stray continuation bytes in front of the first character belong to it.
+    // Stray continuation bytes before the first character belong to it.
     while (at == 0 && end < text.size() && !BeginsCharacter(text[end])) ++end;
     if (end == text.size()) break;
     do ++end;
     while (end < text.size() && !BeginsCharacter(text[end]));
     begins_.push_back(static_cast<int>(units_.size()));
     const bool endsCrLf = text[at] == '\n' && at > 0 && text[at - 1] == '\r';
-    // Joined, its CR shows already.
+    // When joined, the CR is already shown.
     if (!endsCrLf || !joinsCrLf) units_ += style.show(text.substr(at, end - at), lines);
     at = end;
   }
@@ -89,7 +89,7 @@ std::size_t ShownText::ToFormBehind(int position) const {
 std::optional<TextEdit> FindEdit(const ShownText& before, const UnitRange& selected,
                                  std::u16string_view after, int caret) {
   const std::u16string& old = before.Units();
-  // Typing replaces just what is selected, even by the same text.
+  // Typing replaces exactly the selection, even with the same text.
   UnitRange part = selected;
   if (!Surrounds(old, selected, after))
     part = ChangedPart(old, after, static_cast<std::size_t>(std::max(caret, 0)));

@@ -1,6 +1,6 @@
-// A form's text as a box of a toolkit's shows it. The form's text is never read back from a widget:
-// what the user edits is found as a difference, and only that reaches the form, so that what a
-// widget cannot show survives beside it. A page never includes this file.
+// A form's text as a toolkit's box shows it. Never reads the form's text back from a widget: finds
+// the user's edit as a difference and passes only that to the form, so that text the widget cannot
+// show survives. Pages never include this file.
 #pragma once
 
 #include <optional>
@@ -12,23 +12,23 @@ namespace kvo {
 
 enum class Lines { one, many };
 
-// What stands for a NUL where that would end a text.
+// Shown for a NUL where a real one would end the text.
 inline constexpr char16_t kSymbolForNull = 0x2400;
 
-// How a toolkit's boxes have texts.
+// How a toolkit's boxes show texts.
 struct TextStyle {
-  // What stands for a character, which may be the CR or the LF of a line break.
+  // Returns what to show for a character, which may be the CR or the LF of a line break.
   std::u16string (*show)(std::string_view character, Lines lines);
-  // Whether CR LF is shown as one line break in a single line, too. In several lines it always is.
+  // Whether a single line shows CR LF as one line break. Several lines always do.
   bool joinsCrLfInLine;
-  // The text that was typed.
+  // Converts typed text for the form.
   std::string (*typed)(std::u16string_view units, Lines lines);
 };
 
-// Positions in the widget count UTF-16 units, those in the form characters (see EditBox).
+// Widget positions count UTF-16 units, form positions count characters (see EditBox).
 class ShownText {
  public:
-  // The style outlives it.
+  // `style` must outlive it.
   ShownText(std::string_view text, Lines lines, const TextStyle& style);
 
   const std::u16string& Units() const { return units_; }
@@ -37,9 +37,9 @@ class ShownText {
 
   // Clamped to the text.
   int ToWidget(std::size_t character) const;
-  // The character that begins at a position, or in which it lies.
+  // The character that contains the position.
   std::size_t ToForm(int position) const;
-  // The first character that begins at a position or behind it.
+  // The first character that begins at the position or behind it.
   std::size_t ToFormBehind(int position) const;
 
  private:
@@ -49,23 +49,23 @@ class ShownText {
   const TextStyle* style_;
 };
 
-// A part of a widget's text, in units.
+// A part of a widget's text, in UTF-16 units.
 struct UnitRange {
   int start = 0;
   int length = 0;
   bool operator==(const UnitRange&) const = default;
 };
 
-// What the user did to a text, for FormRenderer::Edit.
+// A user's edit, for FormRenderer::Edit.
 struct TextEdit {
   std::size_t start;  // in characters
   std::size_t length;
   std::string typed;
 };
 
-// The edit by which the shown text `before`, with `selected` selected, became `after` with the
-// caret behind `caret` units; nothing when nothing was edited. For `selected` the caret stands
-// where nobody knows, which may then be behind all that was there.
+// Finds the edit that turned the shown text `before`, with `selected` selected, into `after`, with
+// the caret behind `caret` units; nothing when nothing changed. A caller that does not know the
+// former selection passes the caret as `selected`, which may then be past the end of `before`.
 std::optional<TextEdit> FindEdit(const ShownText& before, const UnitRange& selected,
                                  std::u16string_view after, int caret);
 
