@@ -1,9 +1,9 @@
-# The libraries that other projects link: KVO::core, KVO::page and what they need.
+# Publishes the libraries that other projects link: KVO::core, KVO::page and their dependencies.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# kvo_publish_library(kvo_NAME HEADER...): other projects link the library as KVO::NAME and include
-# its headers by their path in this tree.
+# kvo_publish_library(kvo_NAME HEADER...): lets other projects link the library as KVO::NAME and
+# include its headers by their paths in this tree.
 function(kvo_publish_library target)
   string(REPLACE kvo_ "" name ${target})
   add_library(KVO::${name} ALIAS ${target})
@@ -17,8 +17,8 @@ function(kvo_publish_library target)
   endif()
 endfunction()
 
-# kvo_export_libraries(): find_package(KVOPDesignObjects) finds the libraries where they are installed,
-# and in the build folder as well.
+# kvo_export_libraries(): lets find_package(KVOPDesignObjects) find the libraries, installed or in
+# the build folder.
 function(kvo_export_libraries)
   if(NOT KVO_INSTALL)
     return()

@@ -1,5 +1,5 @@
-# kvo_add_manual(PROGRAM COMPONENT [LOCALE]): makes the program's manual page from its own help, and
-# installs it.
+# kvo_add_manual(PROGRAM COMPONENT [LOCALE]): makes the program's manual page from its --help output
+# and installs it.
 function(kvo_add_manual program component)
   set(page ${CMAKE_CURRENT_BINARY_DIR}/${program}${ARGN}.1.gz)
   add_custom_command(OUTPUT ${page}

@@ -1,5 +1,5 @@
-# cmake -DROOT=... -DVERSION=... -DOUTPUT=... -P ProgramVersion.cmake: writes the source with the
-# programs' version, followed by the commit in parentheses where ROOT is a checkout and Git is there.
+# cmake -DROOT=... -DVERSION=... -DOUTPUT=... -P ProgramVersion.cmake: writes the source file with
+# the programs' version. Adds the commit in parentheses if ROOT is a checkout and Git is available.
 cmake_minimum_required(VERSION 3.25)
 set(text ${VERSION})
 if(EXISTS ${ROOT}/.git)
@@ -10,7 +10,7 @@ if(EXISTS ${ROOT}/.git)
     string(APPEND text " (${commit})")
   endif()
 endif()
-# Leaves a file alone that says the same.
+# Writes the file only if its content changes.
 file(CONFIGURE OUTPUT ${OUTPUT} CONTENT [[
 #include "apps/Version.h"
 

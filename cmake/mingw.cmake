@@ -1,4 +1,4 @@
-# What both Windows toolchains have in common; KVO_MINGW is the prefix of their tools.
+# Settings that both Windows toolchains share; KVO_MINGW is the prefix of their tools.
 set(CMAKE_CXX_COMPILER ${KVO_MINGW}-g++-posix)
 set(CMAKE_C_COMPILER ${KVO_MINGW}-gcc-posix)
 set(CMAKE_RC_COMPILER ${KVO_MINGW}-windres)
@@ -7,7 +7,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
-# Nothing of the compiler's has to lie beside what was built.
+# Links statically, so that none of the compiler's DLLs is needed beside the result.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
 set(CMAKE_MODULE_LINKER_FLAGS_INIT "-static")

@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
   }
   const std::string file = argv[1], id = argv[2], name = argv[3], value = argv[4];
   try {
-    // What the controls ask of the machine; no desktop is needed here.
+    // Provides the services that the controls need; no desktop required.
     kvo::HeadlessPlatform platform;
     const kvo::PlatformScope installed(platform);
 
@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
       const auto problems = kvo::page::Save(page, *output, {.edit = &edit});
       for (const auto& problem : problems)
         std::cerr << kvo::page::Describe(problem, file, kvo::Language::english) << '\n';
-      if (kvo::page::HasErrors(problems)) return 1;  // the page stays as it was
+      if (kvo::page::HasErrors(problems)) return 1;  // keeps the page unchanged
       output->Commit();
       return 0;
     }

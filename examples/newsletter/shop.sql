@@ -1,4 +1,4 @@
--- The shop of the example newsletter: a roastery that also sells what goes with coffee and tea.
+-- The shop of the example newsletter: a roastery that also sells tea and accessories.
 CREATE TABLE Products (
   ProductNo TEXT PRIMARY KEY,
   Desc1 TEXT,

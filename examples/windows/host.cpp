@@ -1,6 +1,6 @@
-// A host in C++: loads a control from keys, asks for its runtime text, tells what went wrong,
-// stores the control into a bag and a stream, and shows one in a window of ATL's. With an argument
-// it also opens the control's property pages, and prints the runtime text when they are closed.
+// A host in C++: loads a control from keys, prints its runtime text or its error, stores it in a
+// property bag and a stream, and shows a control in an ATL window. With an argument, it also opens
+// the property pages and prints the runtime text once they are closed.
 //   x86_64-w64-mingw32-g++ -std=c++20 -municode -static host.cpp -lole32 -loleaut32 -luuid
 #include <windows.h>
 
@@ -12,14 +12,14 @@
 #include <map>
 #include <string>
 
-// As DTCFramework.tlb has it; Visual C++ gets it from there with #import.
+// As in DTCFramework.tlb, which Visual C++ can read with #import.
 struct IProvideRuntimeText : IDispatch {
   virtual HRESULT STDMETHODCALLTYPE GetRuntimeText(BSTR* text) = 0;
 };
 constexpr IID kRuntimeText = {
     0xC7D2F1A8, 0x6B4E, 0x4D35, {0x9E, 0x0A, 0x52, 0xB8, 0xD4, 0xF3, 0xC6, 0xE1}};
 
-// The keys and values of one control. It lives on the stack: nobody counts.
+// The keys and values of one control. Lives on the stack, so its reference count is fixed.
 class Bag final : public IPropertyBag {
  public:
   std::map<std::wstring, std::wstring> values;
@@ -32,7 +32,7 @@ class Bag final : public IPropertyBag {
   ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
   ULONG STDMETHODCALLTYPE Release() override { return 1; }
 
-  // E_INVALIDARG says that there is no such key: the control takes its default.
+  // Returns E_INVALIDARG for a missing key: the control then takes its default.
   HRESULT STDMETHODCALLTYPE Read(LPCOLESTR key, VARIANT* value, IErrorLog*) override {
     const auto found = values.find(key);
     if (found == values.end()) return E_INVALIDARG;
@@ -46,7 +46,7 @@ class Bag final : public IPropertyBag {
   }
 };
 
-// Creates a control by its name and loads it.
+// Creates a control by its ProgID and loads it.
 IPersistPropertyBag* Load(const wchar_t* progId, Bag& bag) {
   CLSID id{};
   IPersistPropertyBag* control = nullptr;
@@ -58,7 +58,7 @@ IPersistPropertyBag* Load(const wchar_t* progId, Bag& bag) {
   return control;
 }
 
-// Prints the runtime text, or what is told about the failure.
+// Prints the runtime text, or the error information.
 void Show(IUnknown* control) {
   IProvideRuntimeText* provider = nullptr;
   if (FAILED(control->QueryInterface(kRuntimeText, reinterpret_cast<void**>(&provider)))) return;
@@ -71,7 +71,7 @@ void Show(IUnknown* control) {
     BSTR source = nullptr;
     info->GetSource(&source);
     info->GetDescription(&text);
-    std::printf("0x%08lX, that is %ld, from %ls: %ls\n", static_cast<unsigned long>(code),
+    std::printf("error 0x%08lX (%ld) from %ls: %ls\n", static_cast<unsigned long>(code),
                 code & 0xFFFF, source, text);
     SysFreeString(source);
     info->Release();
@@ -99,7 +99,7 @@ void ShowStream(IUnknown* control) {
   persist->Release();
 }
 
-// The control names its pages itself; the system shows them in its frame.
+// Shows the pages that the control names in the system's property frame.
 void ShowPages(IUnknown* control) {
   ISpecifyPropertyPages* specify = nullptr;
   CAUUID pages{};
@@ -113,7 +113,7 @@ void ShowPages(IUnknown* control) {
   specify->Release();
 }
 
-// ATL makes a window a host: the window's text is the control's name.
+// Uses ATL's host window, whose text is the control's ProgID.
 void ShowInWindow(const wchar_t* progId) {
   const HMODULE atl = LoadLibraryW(L"atl.dll");
   if (atl == nullptr) return;
@@ -128,7 +128,7 @@ void ShowInWindow(const wchar_t* progId) {
   IUnknown* control = nullptr;
   if (SUCCEEDED(getControl(window, &control))) {
     const bool active = GetWindow(window, GW_CHILD) != nullptr;
-    std::printf("in a window of ATL's: %s\n", active ? "active" : "not active");
+    std::printf("in an ATL window: %s\n", active ? "active" : "not active");
     Show(control);
     control->Release();
   }

@@ -1,11 +1,10 @@
-' A newsletter made by a script: each control is created by its name, its properties are set, and
-' its runtime text goes where the control would stand. Run it with
+' Writes a newsletter from a script: creates each control by its ProgID, sets its properties and
+' writes its runtime text in its place. Run it with
 '   cscript //nologo newsletter.vbs > newsletter.html
-' after the component was registered (regsvr32 KVOPDesignObjects.dll).
+' after registering the component (regsvr32 KVOPDesignObjects.dll).
 Option Explicit
 
-' A fresh control is blank; a page's controls get their namespace and name when they are loaded. A
-' script gives them itself.
+' A new control is empty. In a page, loading sets its namespace and name; a script sets them itself.
 Function NewControl(className, basename)
   Set NewControl = CreateObject("KVOPDesignObjects." & className)
   NewControl.Namespace = "kv"
@@ -14,26 +13,26 @@ End Function
 
 Dim salutation, total, cell, list, link, cancel, counter
 
-' One thing for readers with a name, another for the others. The branches are plain HTML.
+' Different text for readers with and without a name. The branches are plain HTML.
 Set salutation = NewControl("DTCIf", "if")
 salutation.DisplayValue = "Anrede"
 salutation.Test = "%#customer.LastName#!=''%"
 salutation.OnTrue = "<p>Guten Tag, Herr oder Frau #customer.LastName#</p>"
 salutation.OnFalse = "<p>Guten Tag</p>"
 
-' A price in a format.
+' A formatted price.
 Set total = NewControl("DTCPrint", "print")
 total.Value = "#order.total#"
 total.Format = "#,##0.00"
 
-' An element whose attributes are expressions. They are one text, or a collection of texts.
+' An element with expressions as attributes, given as one text or as a collection of texts.
 Set cell = NewControl("DTCElement", "element")
 cell.Value = "td"
 cell.Attributes = "align|center"
 cell.AttributesCollection.Add "bgcolor|#shop.color#"
 cell.HTMLContent = "Summe"
 
-' Products in three columns. Flags and numbers may be given as what they are.
+' Products in three columns. Flags and numbers may keep their types.
 Set list = NewControl("DTCProductList", "products")
 list.DisplayColumns = 3
 list.DisplayDesc2 = True
@@ -65,7 +64,7 @@ WScript.Echo list.GetRuntimeText
 WScript.Echo "<p>" & link.GetRuntimeText & " | " & cancel.GetRuntimeText & "</p>"
 WScript.Echo counter.GetRuntimeText
 
-' What goes wrong has a number, a source and a German description.
+' Errors have a number, a source and a German description.
 On Error Resume Next
 list.DisplayColumns = "drei"
 If Err.Number <> 0 Then
