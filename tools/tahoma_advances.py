@@ -23,7 +23,8 @@ def main():
     units, = {size for _, font in fonts
               for size in (font["head"].unitsPerEm, font["hmtx"][".notdef"][0])}
     print(f"inline constexpr int kUnitsPerEm = {units};")
-    print("\n// Whether a font that has the character tells its width here.")
+    print("\n// Whether the character is in a measured block. Without a row, its advance there is "
+          "kUnitsPerEm.")
     print("constexpr bool IsMeasured(char32_t code) {")
     tests = [f"code - 0x{first:04X} < 0x{end - first:04X}" for first, end in BLOCKS]
     print("  return " + " || ".join(tests) + ";\n}")

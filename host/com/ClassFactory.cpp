@@ -35,7 +35,7 @@ class Factory final : public Counted<IClassFactory> {
 };
 
 template <class Made, class Registered>
-HRESULT Give(const Registered& registered, REFIID iid, void** factory) {
+HRESULT MakeFactory(const Registered& registered, REFIID iid, void** factory) {
   const auto made = Pointer<IClassFactory>::Attach(new Factory<Made, Registered>(registered));
   return made->QueryInterface(iid, factory);
 }
@@ -46,9 +46,9 @@ HRESULT GetFactory(REFCLSID classId, REFIID iid, void** factory) noexcept {
   if (!Clear(factory)) return E_POINTER;
   return Boundary({}, [&] {
     if (const RegisteredControl* control = FindControl(classId))
-      return Give<ControlObject>(*control, iid, factory);
+      return MakeFactory<ControlObject>(*control, iid, factory);
     if (const RegisteredPage* page = FindPage(classId))
-      return Give<PageObject>(*page, iid, factory);
+      return MakeFactory<PageObject>(*page, iid, factory);
     return CLASS_E_CLASSNOTAVAILABLE;
   });
 }

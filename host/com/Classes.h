@@ -1,4 +1,4 @@
-// The library's classes under the names and ids of COM.
+// The library's classes by their COM names and ids.
 #pragma once
 
 #include <algorithm>
@@ -14,13 +14,12 @@ namespace kvo::com {
 const RegisteredControl* FindControl(REFCLSID classId);
 const RegisteredPage* FindPage(REFCLSID classId);
 
-// A page's class name, or the class id in registry form when it is not of this library.
+// Returns a page's class name, or for a foreign page its class id in registry form.
 std::string PageName(REFCLSID classId);
-// The way back. RuntimeError 429 for a name that is neither.
+// Reverses PageName. Throws RuntimeError 429 for a name that is neither.
 CLSID PageClassId(std::string_view name);
 
-// What errors name as their source that come from no class in particular: the library's name, here
-// as Windows spells texts.
+// The source of errors that belong to no class: the library's name as a wide string.
 inline constexpr auto kLibraryNameUnits = [] {
   std::array<wchar_t, kLibraryName.size()> units{};
   std::ranges::copy(kLibraryName, units.begin());

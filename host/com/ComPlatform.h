@@ -4,16 +4,16 @@
 
 namespace kvo::com {
 
-// The platform of the component: Windows' dialogs, and what COM does besides.
+// The component's platform: Windows' dialogs and the services of COM.
 class ComPlatform final : public Win32Platform {
  public:
   kvo::GuidText NewGuid() override;
-  // In the user's locale.
+  // Formats in the user's locale.
   std::string Format(const Variant& value, std::string_view pattern) override;
-  // In the system's own frame. HostFailure when it cannot be shown.
+  // Shows the system's property frame. Throws HostFailure when that fails.
   void ShowPropertyFrame(WindowHandle owner, std::string_view caption, ObjectRef object,
                          const std::vector<std::string>& pages) override;
-  // ADO's. RuntimeError 429 when it is not installed.
+  // Creates an ADO recordset. Throws RuntimeError 429 when ADO is not installed.
   ObjectRef NewRecordset() override;
 };
 

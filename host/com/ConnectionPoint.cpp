@@ -13,11 +13,11 @@ struct Connection {
   DWORD cookie;
 };
 
-// With a reference for the caller.
+// Copies an element, with a reference for the caller.
 IConnectionPoint* Copied(Pointer<IConnectionPoint> point) { return point.Detach(); }
 CONNECTDATA Copied(Connection connection) { return {connection.sink.Detach(), connection.cookie}; }
 
-// A walk over COM elements, each of which is copied out.
+// An enumerator of COM elements that returns copies.
 template <class Interface, class Element, class Held>
 class List final : public Counted<Interface> {
  public:
@@ -89,7 +89,7 @@ HRESULT ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) noexcept {
 
 HRESULT ConnectionPoint::Unadvise(DWORD cookie) noexcept {
   return Boundary({}, [&] {
-    const auto node = sinks_.extract(cookie);  // the sink may answer its release
+    const auto node = sinks_.extract(cookie);  // releasing the sink may call back
     return node.empty() ? CONNECT_E_NOCONNECTION : S_OK;
   });
 }

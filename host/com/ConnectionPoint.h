@@ -7,15 +7,15 @@
 
 namespace kvo::com {
 
-// The connection point for IPropertyNotifySink. Containers and property browsers connect to it as a
-// matter of course and give up on controls that have none. Nothing is ever sent: setters do not
-// notify the host, which learns of changes when it applies the property pages.
+// The connection point for IPropertyNotifySink, which many containers and property browsers
+// require. Never notifies: setters do not report changes, and the host learns of them when it
+// applies the property pages.
 class ConnectionPoint final : public IConnectionPoint {
  public:
   ConnectionPoint(Identity& identity, IConnectionPointContainer& container)
       : identity_(identity), container_(container) {}
 
-  // A connection point has an identity of its own, and lives as long as its object.
+  // Has its own COM identity but shares the object's reference count.
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override;
   ULONG STDMETHODCALLTYPE AddRef() noexcept override { return identity_.Outer()->AddRef(); }
   ULONG STDMETHODCALLTYPE Release() noexcept override { return identity_.Outer()->Release(); }
@@ -34,7 +34,7 @@ class ConnectionPoint final : public IConnectionPoint {
   DWORD lastCookie_ = 0;
 };
 
-// A list of the one point. The caller owns it.
+// Returns an enumerator of the one point. The caller owns it.
 IEnumConnectionPoints* NewConnectionPointList(IConnectionPoint* point);
 
 }  // namespace kvo::com

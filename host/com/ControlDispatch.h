@@ -10,8 +10,8 @@
 
 namespace kvo::com {
 
-// IDispatch and IProvideRuntimeText: the class's properties under their frozen ids, by name or by
-// id, and the runtime text.
+// IDispatch and IProvideRuntimeText: the runtime text, and the class's properties by name or by
+// their fixed ids.
 class ControlDispatch final : public ControlPart<IProvideRuntimeText> {
  public:
   using ControlPart::ControlPart;
@@ -50,7 +50,7 @@ class ControlDispatch final : public ControlPart<IProvideRuntimeText> {
           const PropertyRow* row = state_.FindProperty(member);
           if (row == nullptr) return DISP_E_MEMBERNOTFOUND;
           if (call.IsPut()) {
-            // Texts, numbers and flags are assigned by value, never as a reference.
+            // Only objects are assigned by reference; texts, numbers and flags by value.
             if (call.kind == DISPATCH_PROPERTYPUTREF && row->type != PropertyType::object)
               return DISP_E_MEMBERNOTFOUND;
             row->let(control, Variant(call.arguments[0]));
@@ -61,7 +61,7 @@ class ControlDispatch final : public ControlPart<IProvideRuntimeText> {
           if (call.arguments.empty()) {
             call.Return(row->get(control));
           } else {
-            // With an index, what is read is an element of the object that the property holds.
+            // With an index, reads an element of the object that the property holds.
             if (row->type != PropertyType::object || call.arguments.size() > 1)
               return DISP_E_BADPARAMCOUNT;
             call.Return(ToObject(row->get(control))->Item(call.arguments[0]));

@@ -9,7 +9,8 @@
 namespace kvo::com {
 namespace {
 
-// Where the control is, as its site has it: the windows around it, and its place in the nearest.
+// The control's position as its site reports it: the windows around it, and its place in the
+// innermost.
 struct Surroundings {
   Pointer<IOleInPlaceFrame> frame;
   Pointer<IOleInPlaceUIWindow> document;
@@ -164,7 +165,7 @@ void ControlInPlace::DoubleClicked() noexcept {
   try {
     state_.control->DblClick(reinterpret_cast<WindowHandle>(Window()));
   } catch (...) {
-    // There is no caller to tell it; the person who clicked is told.
+    // There is no caller, so shows the failure to the user.
     const Failure failure = CaughtFailure(state_.source);
     MessageBoxW(Window(), failure.description.c_str(), failure.source.c_str(),
                 MB_OK | MB_ICONEXCLAMATION);

@@ -6,24 +6,24 @@
 
 namespace kvo::com {
 
-// IOleInPlaceObject and IOleInPlaceActiveObject: the control as a window of its own inside the
-// host's. The window shows the box; a double click does what the control makes of it, which is the
-// property pages unless it handles the click itself.
+// IOleInPlaceObject and IOleInPlaceActiveObject: the control as a window inside the host's. The
+// window shows the box. A double click opens the property pages unless the control handles it
+// itself.
 class ControlInPlace final : public ControlPart<IOleInPlaceObject, IOleInPlaceActiveObject> {
  public:
   explicit ControlInPlace(ControlState& state);
   ~ControlInPlace() override;
 
-  // Makes the window in the site's window; with `ui` the control also takes the keyboard.
+  // Creates the window inside the site's; with `ui`, also takes the keyboard focus. Throws
   // HostFailure when the site refuses.
   void Activate(bool ui);
-  // Gives up the window. Does nothing when there is none.
+  // Destroys the window. Does nothing when there is none.
   void Deactivate() noexcept;
-  // Shows the property pages: through the host if it has a frame of its own for them, else in the
-  // system's. `owner` may be null.
+  // Shows the property pages, in the host's property frame if it has one, else in the system's.
+  // `owner` may be null.
   void ShowPages(HWND owner);
 
-  // IOleWindow, of both
+  // IOleWindow, the base of both
   HRESULT STDMETHODCALLTYPE GetWindow(HWND* window) noexcept override;
   HRESULT STDMETHODCALLTYPE ContextSensitiveHelp(BOOL) noexcept override { return E_NOTIMPL; }
   // IOleInPlaceObject
@@ -41,7 +41,7 @@ class ControlInPlace final : public ControlPart<IOleInPlaceObject, IOleInPlaceAc
   HRESULT STDMETHODCALLTYPE EnableModeless(BOOL) noexcept override { return S_OK; }
 
  private:
-  // Ends by itself when the host takes its parent away.
+  // Destroyed with its parent if the host destroys that first.
   class ControlWindow final : private OwnWindow {
    public:
     ControlWindow(ControlInPlace& control, HWND parent);
@@ -56,11 +56,11 @@ class ControlInPlace final : public ControlPart<IOleInPlaceObject, IOleInPlaceAc
   void Paint();
   void DoubleClicked() noexcept;
   void UiActivate();
-  // Asks the host for the room that the box takes.
+  // Asks the host to resize the control to its box.
   void FitToBox();
   void Place(const RECT& place, const RECT& clip);
 
-  Pointer<IOleInPlaceSite> site_;  // while there is a window
+  Pointer<IOleInPlaceSite> site_;  // set while the window exists
   std::unique_ptr<ControlWindow> window_;
   RECT place_{};
   bool uiActive_ = false;

@@ -9,8 +9,8 @@
 
 namespace kvo::com {
 
-// IProvideClassInfo2, ISupportErrorInfo and IConnectionPointContainer: what a host asks about a
-// control before it works with it. A control raises no events.
+// IProvideClassInfo2, ISupportErrorInfo and IConnectionPointContainer: describe the control to its
+// host. A control raises no events.
 class ControlInfo final
     : public ControlPart<IProvideClassInfo2, ISupportErrorInfo, IConnectionPointContainer> {
  public:

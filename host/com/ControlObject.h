@@ -1,4 +1,4 @@
-// A control as a COM object. Each family of interfaces is a Part over the same state.
+// A control as a COM object. Each family of interfaces is a Part, and all share one state.
 #pragma once
 
 #include <memory>

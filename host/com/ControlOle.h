@@ -10,11 +10,11 @@
 
 namespace kvo::com {
 
-// What a control tells about itself in the registry and by IOleObject::GetMiscStatus.
+// The status bits in the registry and in IOleObject::GetMiscStatus.
 inline constexpr DWORD kMiscStatus = OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE |
                                      OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
                                      OLEMISC_SETCLIENTSITEFIRST;
-// The verb of the registry, beside those that OLE defines.
+// The registered verb, in addition to OLE's own.
 inline constexpr LONG kPropertiesVerb = 1;
 
 // IOleObject and IOleControl: the control inside a host.
@@ -39,7 +39,7 @@ class ControlOle final : public ControlPart<IOleObject, IOleControl> {
   HRESULT STDMETHODCALLTYPE Close(DWORD saving) noexcept override {
     const auto hold = state_.Hold();
     inPlace_.Deactivate();
-    // Nobody is asked; a host that wants to ask does so before.
+    // Saves without asking; a host that wants to ask does so before it closes the control.
     if (saving != OLECLOSE_NOSAVE && state_.site && persistence_.IsDirty() == S_OK)
       state_.site->SaveObject();
     if (advises_) advises_->SendOnClose();
@@ -78,7 +78,7 @@ class ControlOle final : public ControlPart<IOleObject, IOleControl> {
         case OLEIVERB_DISCARDUNDOSTATE:
           return S_OK;
         default:
-          if (verb < 0) return E_NOTIMPL;  // there is no window of its own to open
+          if (verb < 0) return E_NOTIMPL;  // cannot open a separate window
           inPlace_.Activate(true);
           return OLEOBJ_S_INVALIDVERB;
       }
@@ -101,7 +101,7 @@ class ControlOle final : public ControlPart<IOleObject, IOleControl> {
       *name = TaskText(ToWide(form == USERCLASSTYPE_FULL ? full : state_.Contract().name));
     });
   }
-  // The box has the size of its captions; what the host would like is a reason to lay it out anew.
+  // The captions determine the box's size; a requested size only triggers a new layout.
   HRESULT STDMETHODCALLTYPE SetExtent(DWORD aspect, SIZEL* size) noexcept override {
     if (size == nullptr) return E_POINTER;
     if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;

@@ -35,8 +35,8 @@ class ControlPages final : public ControlPart<ISpecifyPropertyPages, IPerPropert
       return S_OK;
     });
   }
-  // The first of the control's pages that shows the property; PERPROP_E_NOPAGEAVAILABLE when none
-  // does, as with every property that is an object.
+  // Returns the first page that shows the property; PERPROP_E_NOPAGEAVAILABLE when none does, as
+  // for all object properties.
   HRESULT STDMETHODCALLTYPE MapPropertyToPage(DISPID member, CLSID* page) noexcept override {
     if (!Clear(page)) return E_POINTER;
     return Boundary(state_.source, [&] {
@@ -51,7 +51,7 @@ class ControlPages final : public ControlPart<ISpecifyPropertyPages, IPerPropert
       return PERPROP_E_NOPAGEAVAILABLE;
     });
   }
-  // No property has a list of choices of its own; its page has.
+  // Lists of choices exist only on the pages.
   HRESULT STDMETHODCALLTYPE GetPredefinedStrings(DISPID, CALPOLESTR* texts,
                                                  CADWORD* cookies) noexcept override {
     return Clear(texts, cookies) ? E_NOTIMPL : E_POINTER;

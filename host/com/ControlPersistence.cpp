@@ -22,7 +22,7 @@ class HostBag final : public PropertyBag {
   std::optional<std::string_view> Find(std::string_view key) override {
     AutoVariant found;
     const HRESULT code = bag_->Read(ToWide(key).c_str(), found.get(), log_);
-    if (code == E_INVALIDARG) return std::nullopt;  // the bag does not hold the key
+    if (code == E_INVALIDARG) return std::nullopt;  // the key is not in the bag
     Check(code);
     return found_ = StoredText(*contract_.FindKey(key), FromVariant(*found));
   }
@@ -32,7 +32,7 @@ class HostBag final : public PropertyBag {
     Check(bag_->Write(ToWide(key).c_str(), text.get()));
   }
 
-  // Called while the failure is being caught.
+  // Must be called inside the catch block.
   void KeyFailed(std::string_view key, const std::exception&) override {
     if (log_ == nullptr) return;
     EXCEPINFO exception;
@@ -75,7 +75,7 @@ class StreamReader {
  public:
   explicit StreamReader(IStream* stream) : stream_(stream) {}
 
-  // In pieces, so that a length that the stream does not hold takes no memory.
+  // Reads in pieces, so that a wrong length allocates no more than the stream holds.
   std::string Text(std::size_t length) {
     constexpr std::size_t kPiece = 1 << 16;
     std::string text;

@@ -1,4 +1,4 @@
-// What the interface families of one control object share.
+// The state that a control object's interface families share.
 #pragma once
 
 #include <functional>
@@ -19,10 +19,10 @@ struct ControlState {
   const std::wstring source;  // of errors: "KVOPDesignObjects.DTCPrint"
   Identity& identity;
 
-  // Where the control lies in its host; null outside of one.
+  // The control's site in its host; null outside of one.
   Pointer<IOleClientSite> site{};
 
-  // Who shows the box: told when it may look different now.
+  // Callbacks for when the box may have changed.
   std::vector<std::function<void()>> boxWatchers{};
 
   ControlState(const RegisteredControl& registeredControl, Identity& owner)
@@ -32,7 +32,7 @@ struct ControlState {
         identity(owner) {}
 
   const ControlClass& Contract() const { return control->Class(); }
-  // The property of a dispatch id; null when there is none.
+  // Finds a property by its dispatch id; null when there is none.
   const PropertyRow* FindProperty(DISPID member) const {
     for (const PropertyRow& row : Contract().properties)
       if (row.id == member) return &row;
@@ -41,7 +41,7 @@ struct ControlState {
   void BoxChanged() const {
     for (const auto& watcher : boxWatchers) watcher();
   }
-  // The host may let go of the control while one of its calls is under way.
+  // Keeps the control alive during a call, because the host may release it meanwhile.
   Pointer<IUnknown> Hold() const { return Pointer<IUnknown>(identity.Outer()); }
 };
 

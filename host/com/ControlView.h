@@ -14,7 +14,7 @@ inline SIZEL HimetricSize(const Box& box) {
           MulDiv(box.height, kHimetricPerInch, kTwipsPerInch)};
 }
 
-// IViewObject2: the box, drawn wherever the host wants it, metafiles included.
+// IViewObject2: draws the box on any device, including metafiles.
 class ControlView final : public ControlPart<IViewObject2> {
  public:
   explicit ControlView(ControlState& state) : ControlPart(state) {
@@ -36,7 +36,7 @@ class ControlView final : public ControlPart<IViewObject2> {
                                         LOGPALETTE** colors) noexcept override {
     return Clear(colors) ? S_FALSE : E_POINTER;
   }
-  // Nothing is kept back: the box is always drawn as it is.
+  // Not supported: always draws the current box.
   HRESULT STDMETHODCALLTYPE Freeze(DWORD, LONG, void*, DWORD* key) noexcept override {
     return Clear(key) ? E_NOTIMPL : E_POINTER;
   }
@@ -50,7 +50,7 @@ class ControlView final : public ControlPart<IViewObject2> {
       if ((flags & ADVF_PRIMEFIRST) != 0) BoxChanged();
     });
   }
-  // Each of them may be left out.
+  // Each argument may be null.
   HRESULT STDMETHODCALLTYPE GetAdvise(DWORD* aspects, DWORD* flags,
                                       IAdviseSink** sink) noexcept override {
     if (aspects != nullptr) *aspects = sinkAspects_;

@@ -1,4 +1,4 @@
-// A COM object of one interface that is made with `new` and lives by its count.
+// A COM object with one interface, created with `new` and deleted by its last Release.
 #pragma once
 
 #include "host/com/Module.h"
@@ -14,7 +14,7 @@ class Counted : public Interface {
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override {
     if (object == nullptr) return E_POINTER;
-    const bool known = iid == IID_IUnknown || iid == __uuidof(Interface) || Answers(iid);
+    const bool known = iid == IID_IUnknown || iid == __uuidof(Interface) || Supports(iid);
     *object = known ? static_cast<Interface*>(this) : nullptr;
     if (!known) return E_NOINTERFACE;
     AddRef();
@@ -32,8 +32,8 @@ class Counted : public Interface {
  protected:
   Counted() = default;
   virtual ~Counted() = default;
-  // Further ids under which it is known.
-  virtual bool Answers(REFIID) { return false; }
+  // Further interface ids that it accepts.
+  virtual bool Supports(REFIID) { return false; }
 
  private:
   LONG count_ = 1;

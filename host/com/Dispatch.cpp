@@ -8,7 +8,7 @@
 namespace kvo::com {
 namespace {
 
-// An assignment has one argument, which is named as such; nothing else has named arguments.
+// An assignment has one argument, which may be named as such; no other call has named arguments.
 bool AreWellFormed(const DISPPARAMS& parameters, bool put) {
   if (parameters.cArgs > 0 && parameters.rgvarg == nullptr) return false;
   if (!put) return parameters.cNamedArgs == 0;

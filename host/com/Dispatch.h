@@ -1,4 +1,4 @@
-// What every `IDispatch` of this library has in common: its rules, without its members.
+// The rules that every `IDispatch` of this library shares.
 #pragma once
 
 #include <concepts>
@@ -15,8 +15,8 @@ namespace kvo::com {
 // One call of a member.
 struct Invocation {
   WORD kind;                       // DISPATCH_...
-  std::vector<Variant> arguments;  // the first one first; of an assignment: the new value
-  VARIANT* result;                 // null when the caller does not want it
+  std::vector<Variant> arguments;  // in order; for an assignment, the new value
+  VARIANT* result;                 // null when the caller ignores it
 
   bool IsPut() const { return (kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0; }
   bool IsGet() const { return (kind & DISPATCH_PROPERTYGET) != 0; }
@@ -25,14 +25,16 @@ struct Invocation {
   void Return(const std::function<void(VARIANT&)>& make) const;
 };
 
-// Tells about a failure. The caller frees the texts.
+// Fills in a failure. The caller frees the texts.
 void Fill(EXCEPINFO& exception, const Failure& failure);
 
-// GetIDsOfNames: `find` answers a member's id, or DISPID_UNKNOWN. Parameters have no names.
+// Implements GetIDsOfNames: `find` returns a member's id or DISPID_UNKNOWN. Parameters have no
+// names.
 HRESULT FindMembers(REFIID iid, LPOLESTR* names, UINT count, DISPID* members,
                     const std::function<DISPID(std::string_view name)>& find) noexcept;
 
-// Invoke: checks and converts what came, and turns what `perform` throws into EXCEPINFO.
+// Implements Invoke: checks and converts the arguments, and converts exceptions from `perform` to
+// EXCEPINFO.
 HRESULT InvokeMember(std::wstring_view source, REFIID iid, WORD kind, DISPPARAMS* parameters,
                      VARIANT* result, EXCEPINFO* exception,
                      const std::function<HRESULT(const Invocation&)>& perform) noexcept;

@@ -14,7 +14,7 @@
 namespace kvo::com {
 namespace {
 
-// The standard failures of late binding have numbers of the system's own.
+// Throws late binding's standard failures as numbered runtime errors.
 [[noreturn]] void Raise(HRESULT code, std::string_view about) {
   switch (code) {
     case DISP_E_UNKNOWNNAME:
@@ -31,7 +31,7 @@ namespace {
   }
 }
 
-// What an object tells about its failure, freed at the end.
+// An object's error information, freed at the end of its lifetime.
 class ExceptionInfo {
  public:
   ExceptionInfo() = default;
@@ -45,7 +45,7 @@ class ExceptionInfo {
   EXCEPINFO* get() { return &info_; }
   [[noreturn]] void Raise() {
     if (info_.pfnDeferredFillIn != nullptr) info_.pfnDeferredFillIn(&info_);
-    // An object may give a number of its own instead of a code.
+    // An object may set its own error number instead of a code.
     const HRESULT code =
         info_.scode != 0 ? info_.scode : MAKE_HRESULT(1, FACILITY_ITF, info_.wCode);
     throw HostFailure(code, FromWide(ViewBstr(info_.bstrDescription)),
@@ -120,7 +120,7 @@ void DispatchObject::Let(std::string_view name, Variant value) {
       Invoke(member, DISPATCH_PROPERTYPUTREF, {&value, 1}, name);
       return;
     } catch (const RuntimeError& error) {
-      // Some objects know only the plain assignment.
+      // Some objects support only plain assignment.
       if (error.Number() != static_cast<int>(ErrorNumber::unknownMember)) throw;
     }
   }

@@ -6,9 +6,9 @@
 
 namespace kvo::com {
 
-// An automation object of others - a host's context object, a recordset, a selected control - as an
-// Object. Members are found by name with every call, as late binding does. What the object answers
-// by a failure is a RuntimeError where the system has a number for it, else a HostFailure.
+// Wraps a foreign automation object, such as a host's context object, a recordset or a selected
+// control. Looks up members by name on every call, as late binding does. Failures with a runtime
+// error number become RuntimeErrors, others HostFailures.
 class DispatchObject final : public Object {
  public:
   explicit DispatchObject(IDispatch* object) : object_(object) {}
@@ -20,14 +20,14 @@ class DispatchObject final : public Object {
   Variant Call(std::string_view name, std::span<const Variant> arguments) override;
   Variant Item(const Variant& key) override;
   std::unique_ptr<Enumerator> Enumerate() override;
-  // Pages of this library by their class names, others by their class ids in registry form.
+  // Returns this library's pages by class name, others by their class ids in registry form.
   std::optional<std::vector<std::string>> PropertyPages() override;
 
  private:
   DISPID Find(std::string_view name) const;
   Variant Invoke(DISPID member, WORD kind, std::span<const Variant> arguments,
                  std::string_view about) const;
-  // The same with the answer as it came; of an assignment there is none.
+  // The same, with the unconverted result. An assignment has none.
   void Invoke(DISPID member, WORD kind, std::span<const Variant> arguments, std::string_view about,
               VARIANT* answer) const;
 

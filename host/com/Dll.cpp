@@ -1,4 +1,4 @@
-// The entry points of the module. Each only hands on.
+// The module's entry points.
 
 #include "common/values/Ascii.h"
 #include "common/values/Localized.h"
@@ -15,7 +15,7 @@
 namespace kvo::com {
 namespace {
 
-// Once, before the first object.
+// Installs the platform once, before the first object is created.
 void Prepare() {
   static ComPlatform platform;
   static const PlatformScope scope(platform);
@@ -24,7 +24,7 @@ void Prepare() {
 }  // namespace
 }  // namespace kvo::com
 
-using namespace kvo::com;  // the entry points below have none
+using namespace kvo::com;  // for the entry points, which are global
 
 extern "C" {
 
@@ -51,8 +51,8 @@ STDAPI DllUnregisterServer() {
   return Boundary(kLibrarySource, [] { Unregister(RegisterFor::machine); });
 }
 
-// `command` is "user" (regsvr32 /n /i:user): for the current user alone, which needs no rights of
-// an administrator.
+// `command` is "user" (regsvr32 /n /i:user) to register for the current user only, which needs no
+// administrator rights.
 STDAPI DllInstall(BOOL install, PCWSTR command) {
   return Boundary(kLibrarySource, [&] {
     const bool user = command != nullptr && kvo::EqualIgnoringCase(kvo::FromWide(command), "user");

@@ -11,10 +11,10 @@
 namespace kvo::com {
 namespace {
 
-// Where numbered run-time errors begin among the result codes.
+// The base of the result codes for runtime errors.
 constexpr HRESULT kRuntimeErrors = static_cast<HRESULT>(0x800A0000);
 
-// What the system says about a result code.
+// Returns the system's message for a result code.
 std::string SystemText(HRESULT code) {
   wchar_t* buffer = nullptr;
   const DWORD length = FormatMessageW(
@@ -70,7 +70,7 @@ Failure CaughtFailure(std::wstring_view source) noexcept {
       failure.source = source;
     }
   } catch (...) {
-    // Nothing more can be told; the code stands.
+    // Returns the code without the texts.
   }
   return failure;
 }

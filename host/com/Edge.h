@@ -1,5 +1,5 @@
-// The edge between exceptions and result codes. No exception leaves the library, and no result code
-// of a caller or host goes unnoticed inside it.
+// Converts between exceptions and result codes. No exception leaves the library, and no result code
+// from a caller or host is ignored in it.
 #pragma once
 
 #include <concepts>
@@ -12,7 +12,7 @@
 
 namespace kvo::com {
 
-// A call to the host, or to an object of the host's, failed. Goes back over the edge as it came.
+// A failed call to the host or one of its objects. Returned to the caller with the same code.
 class HostFailure : public std::exception {
  public:
   explicit HostFailure(HRESULT code, std::string description = {}, std::string source = {});
@@ -25,27 +25,27 @@ class HostFailure : public std::exception {
  private:
   HRESULT code_;
   std::string description_;  // in the user's language; never empty
-  std::string source_;       // empty: this library
+  std::string source_;       // empty for this library
 };
 
-// HostFailure for a failing code, with what the failing object has left as error information.
+// Throws HostFailure for a failure code, with the error information of the failing object.
 void Check(HRESULT code);
 
-// What is told about a failure: a run-time error as 0x800A0000 + its number, a host's failure with
-// the host's own code, lack of memory as E_OUTOFMEMORY, anything else as E_FAIL.
+// A failure as reported to callers. The code is 0x800A0000 + the number for a runtime error, the
+// host's own code for a host failure, E_OUTOFMEMORY when out of memory, otherwise E_FAIL.
 struct Failure {
   HRESULT code = E_FAIL;
   std::wstring description;
   std::wstring source;
 };
 
-// The exception that is being caught. `source` stands for objects of this library.
+// Converts the current exception. `source` names objects of this library.
 Failure CaughtFailure(std::wstring_view source) noexcept;
-// Leaves it for the caller as error information, and answers its code.
+// Sets it as the thread's error information and returns its code.
 HRESULT Report(const Failure& failure) noexcept;
 
-// Runs the body of an interface's method. This is the one place where exceptions end. A body that
-// returns nothing is S_OK.
+// Runs the body of an interface method: the only place where exceptions end. Returns S_OK for a
+// body that returns nothing.
 template <class Body>
 HRESULT Boundary(std::wstring_view source, Body&& body) noexcept {
   try {
@@ -60,7 +60,8 @@ HRESULT Boundary(std::wstring_view source, Body&& body) noexcept {
   }
 }
 
-// Out parameters are set before anything else can fail. False when one is missing (E_POINTER).
+// Clears the out parameters, which must happen before anything can fail. Returns false when one is
+// null (E_POINTER).
 template <class... Out>
 bool Clear(Out*... out) {
   const bool all = (... && (out != nullptr));

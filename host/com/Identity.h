@@ -1,5 +1,5 @@
-// What every creatable COM object of this library is: a count, an identity and interfaces, each
-// family of which is a small class of its own (a Part). Can be aggregated.
+// The base of this library's creatable COM objects: a reference count, an identity and its
+// interfaces, in families that are small classes of their own (Parts). Supports aggregation.
 #pragma once
 
 #include "host/com/Module.h"
@@ -13,20 +13,21 @@ class Identity {
   Identity(const Identity&) = delete;
   Identity& operator=(const Identity&) = delete;
 
-  // Who this is to the world: the aggregating object, or this one itself. Not counted.
+  // The controlling IUnknown: the aggregating object's, or this one's. Adds no reference.
   IUnknown* Outer() const { return outer_; }
-  // For the factory: the reference with which the object was born.
+  // The object's initial reference, for the factory.
   IUnknown* Inner() { return &inner_; }
 
  protected:
-  // `outer`: the aggregating object, or null.
+  // `outer` is the aggregating object, or null.
   explicit Identity(IUnknown* outer) : outer_(outer == nullptr ? &inner_ : outer) {}
   virtual ~Identity() = default;
 
-  // The interface of an id, not counted; null when there is none. IUnknown is not asked for.
+  // Finds an interface without adding a reference; null when there is none. Not called for
+  // IUnknown.
   virtual void* Find(REFIID iid) = 0;
 
-  // Nobody holds it any more.
+  // Called after the last reference is released.
   virtual void End() noexcept { delete this; }
 
  private:
@@ -37,7 +38,7 @@ class Identity {
       if (object == nullptr) return E_POINTER;
       *object = iid == IID_IUnknown ? this : identity_.Find(iid);
       if (*object == nullptr) return E_NOINTERFACE;
-      // Parts count at the outer object.
+      // Parts add references to the outer object.
       (iid == IID_IUnknown ? this : identity_.outer_)->AddRef();
       return S_OK;
     }
@@ -47,7 +48,7 @@ class Identity {
     ULONG STDMETHODCALLTYPE Release() noexcept override {
       const LONG left = InterlockedDecrement(&count_);
       if (left == 0) {
-        count_ = kEnding;  // what ends may still be asked for and let go of
+        count_ = kEnding;  // allows AddRef and Release during destruction
         identity_.End();
       }
       return static_cast<ULONG>(left);
@@ -64,7 +65,7 @@ class Identity {
   ModuleLock lock_;
 };
 
-// One family of interfaces of an object.
+// One family of an object's interfaces.
 template <class... Interfaces>
 class Part : public Interfaces... {
  public:

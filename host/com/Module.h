@@ -1,4 +1,4 @@
-// The library as a loaded module: what keeps it loaded, and where it lies.
+// The loaded module: its lifetime and its path.
 #pragma once
 
 #include <string>
@@ -7,7 +7,8 @@
 
 namespace kvo::com {
 
-// As long as one lives, DllCanUnloadNow says no. Every COM object has one.
+// Keeps the module loaded: DllCanUnloadNow returns S_FALSE while one exists. Every COM object has
+// one.
 class ModuleLock {
  public:
   ModuleLock();

@@ -15,7 +15,7 @@
 namespace kvo::com {
 namespace {
 
-// Asked for by BridgedObject, and answered by nobody else.
+// A private interface id by which BridgedObject recognises ObjectDispatch.
 constexpr GUID kBridged = {
     0x5C0E4A57, 0x9B1F, 0x4E0D, {0x8F, 0x36, 0x4B, 0x0B, 0x7B, 0x3B, 0x1C, 0x52}};
 
@@ -72,8 +72,8 @@ class ObjectDispatch final : public Counted<IDispatch> {
     return Clear(info) ? DISP_E_BADINDEX : E_POINTER;
   }
 
-  // An Object cannot be asked which members it has: each name gets the next number when it first
-  // comes up, and whether there is such a member shows when it is used.
+  // Assigns ids to new names in sequence, because an Object cannot list its members. Whether a
+  // member exists is known only when it is used.
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID,
                                           DISPID* members) noexcept override {
     return FindMembers(iid, names, count, members, [this](std::string_view name) {
@@ -95,7 +95,7 @@ class ObjectDispatch final : public Counted<IDispatch> {
  private:
   ~ObjectDispatch() override { ForgetIdentity(*object_); }
 
-  bool Answers(REFIID iid) override { return iid == kBridged; }
+  bool Supports(REFIID iid) override { return iid == kBridged; }
 
   HRESULT Perform(DISPID member, const Invocation& call) {
     if (member == DISPID_NEWENUM) {
@@ -120,7 +120,7 @@ class ObjectDispatch final : public Counted<IDispatch> {
     return S_OK;
   }
 
-  // Without arguments, a property and a method look alike.
+  // Without arguments, a property and a method call look the same.
   Variant Read(const std::string& name) {
     try {
       return object_->Get(name);

@@ -1,4 +1,4 @@
-// One of our own objects for those outside: `IDispatch` over Object, members by name.
+// Exposes one of our objects as `IDispatch`, with members by name.
 #pragma once
 
 #include "common/values/Object.h"
@@ -9,7 +9,7 @@ namespace kvo::com {
 
 Pointer<IDispatch> NewObjectDispatch(const ObjectRef& object);
 
-// The object behind an ObjectDispatch of this library; null for everything else.
+// Returns the object behind an ObjectDispatch of this library; null for everything else.
 ObjectRef BridgedObject(IDispatch* object);
 
 }  // namespace kvo::com

@@ -1,4 +1,4 @@
-// Windows' headers of OLE and automation, in the order in which they need each other.
+// Windows' headers for OLE and automation, in the order that they require.
 #pragma once
 
 // clang-format off

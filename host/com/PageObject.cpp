@@ -10,10 +10,10 @@
 
 namespace kvo::com {
 
-// Ends a page as soon as none of its events is under way.
-class PageObject::Ending final : private OwnWindow {
+// Deletes a page once none of its events is running.
+class PageObject::DeferredDeletion final : private OwnWindow {
  public:
-  explicit Ending(PageObject& page) : page_(page) {
+  explicit DeferredDeletion(PageObject& page) : page_(page) {
     Begin(HWND_MESSAGE, {.style = 0});
     SetTimer(Handle(), 1, USER_TIMER_MINIMUM, nullptr);
   }
@@ -21,7 +21,7 @@ class PageObject::Ending final : private OwnWindow {
  private:
   LRESULT Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept override {
     if (message != WM_TIMER) return Default(message, wParam, lParam);
-    if (!page_.window_->IsBusy()) delete &page_;  // and this with it
+    if (!page_.window_->IsBusy()) delete &page_;  // also deletes this
     return 0;
   }
 
@@ -42,9 +42,9 @@ void PageObject::End() noexcept {
   if (!window_ || !window_->IsBusy()) return Identity::End();
   site_ = {};
   try {
-    ending_ = std::make_unique<Ending>(*this);
+    deferredDeletion_ = std::make_unique<DeferredDeletion>(*this);
   } catch (const std::exception&) {
-    // It stays in memory: better than to end under its own event.
+    // Leaks the page, which is better than deleting it inside its own event.
   }
 }
 
@@ -68,7 +68,7 @@ HRESULT PageObject::Activate(HWND parent, LPCRECT place, BOOL) noexcept {
   return Boundary(source_, [&] {
     window_ = std::make_unique<FormWindow>(*page_, parent);
     window_->onFailure = [this](const std::exception& failure) {
-      Tell(ToWide(FailureText(failure)));
+      ShowFailure(ToWide(FailureText(failure)));
     };
     Move(place);
     if (!filled_ && !objects_.empty()) Fill();
@@ -77,12 +77,12 @@ HRESULT PageObject::Activate(HWND parent, LPCRECT place, BOOL) noexcept {
 
 void PageObject::Fill() {
   try {
-    untold_.clear();
+    unshownFailure_.clear();
     filled_ = false;
     page_->Select(objects_);
     filled_ = true;
   } catch (const std::exception& failure) {
-    untold_ = ToWide(FailureText(failure));
+    unshownFailure_ = ToWide(FailureText(failure));
     if (window_) EnableWindow(window_->Window(), FALSE);
     throw;
   }
@@ -91,7 +91,7 @@ void PageObject::Fill() {
 
 HRESULT PageObject::Deactivate() noexcept {
   if (!window_) return E_UNEXPECTED;
-  if (window_->IsBusy()) return E_UNEXPECTED;  // one of its own events is under way
+  if (window_->IsBusy()) return E_UNEXPECTED;  // one of its events is running
   return Boundary(source_, [&] { window_.reset(); });
 }
 
@@ -126,7 +126,8 @@ HRESULT PageObject::SetObjects(ULONG count, IUnknown** objects) noexcept {
 HRESULT PageObject::Show(UINT command) noexcept {
   if (!window_) return E_UNEXPECTED;
   ShowWindow(window_->Window(), static_cast<int>(command));
-  if (command != SW_HIDE && !untold_.empty()) Tell(std::exchange(untold_, {}));
+  if (command != SW_HIDE && !unshownFailure_.empty())
+    ShowFailure(std::exchange(unshownFailure_, {}));
   return S_OK;
 }
 
@@ -142,14 +143,14 @@ HRESULT PageObject::IsPageDirty() noexcept { return filled_ && page_->Changed() 
 
 HRESULT PageObject::Apply() noexcept {
   if (objects_.empty()) return E_UNEXPECTED;
-  if (!filled_) return S_OK;  // never shown: nothing can have been edited
+  if (!filled_) return S_OK;  // never shown, so not edited
   const Pointer<IUnknown> hold(Outer());
   try {
     page_->Apply();
     return S_OK;
   } catch (...) {
     const Failure failure = CaughtFailure(source_);
-    Tell(failure.description);
+    ShowFailure(failure.description);
     return Report(failure);
   }
 }
@@ -175,8 +176,8 @@ void PageObject::StatusChanged(PropertyPage& page) {
   if (site) site->OnStatusChange(page.Changed() ? PROPPAGESTATUS_DIRTY : PROPPAGESTATUS_CLEAN);
 }
 
-// To the person in front of the page.
-void PageObject::Tell(const std::wstring& failure) {
+// Shows a failure to the user.
+void PageObject::ShowFailure(const std::wstring& failure) {
   const HWND owner = window_ ? window_->Window() : nullptr;
   MessageBoxW(owner, failure.c_str(), ToWide(page_->Caption()).c_str(), MB_OK | MB_ICONEXCLAMATION);
 }

@@ -12,13 +12,13 @@
 
 namespace kvo::com {
 
-// IPropertyPage2: a page of the core inside any property frame, on the system's own controls. The
-// objects that it edits are any IDispatch with the properties that the page knows.
+// IPropertyPage2: a page inside any property frame, on native controls. It edits any IDispatch that
+// has the properties it knows.
 //
-// A host may let go of the page from within one of its events, and it ends behind that then.
+// Defers its destruction until its event returns if the host releases it inside one.
 //
-// The page is filled when it is shown, not when it gets its objects: some pages count as changed by
-// being filled, and one that nobody looked at must have nothing to apply.
+// Fills the page when it is shown, not when it gets its objects: filling marks some pages changed,
+// and a page that was never shown must have nothing to apply.
 class PageObject final : public Identity,
                          private Part<IPropertyPage2, ISupportErrorInfo>,
                          private PropertyPageSite {
@@ -35,8 +35,8 @@ class PageObject final : public Identity,
   HRESULT STDMETHODCALLTYPE Show(UINT command) noexcept override;
   HRESULT STDMETHODCALLTYPE Move(LPCRECT place) noexcept override;
   HRESULT STDMETHODCALLTYPE IsPageDirty() noexcept override;
-  // Writes the page into the objects. A failure is shown to the person who pressed the button, and
-  // goes back to the frame; the page stays changed.
+  // Writes the page to the objects. Shows a failure to the user and returns it to the frame; the
+  // page stays changed.
   HRESULT STDMETHODCALLTYPE Apply() noexcept override;
   HRESULT STDMETHODCALLTYPE Help(LPCOLESTR) noexcept override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG* message) noexcept override;
@@ -46,13 +46,13 @@ class PageObject final : public Identity,
   HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) noexcept override;
 
  private:
-  class Ending;
+  class DeferredDeletion;
 
   void* Find(REFIID iid) override;
   void End() noexcept override;
   void StatusChanged(PropertyPage& page) override;
   void Fill();
-  void Tell(const std::wstring& failure);
+  void ShowFailure(const std::wstring& failure);
 
   const std::wstring source_;
   std::unique_ptr<PropertyPage> page_;
@@ -60,8 +60,8 @@ class PageObject final : public Identity,
   std::vector<ObjectRef> objects_;
   Pointer<IPropertyPageSite> site_;
   bool filled_ = false;
-  std::wstring untold_;  // why the page could not be filled, until it is shown
-  std::unique_ptr<Ending> ending_;
+  std::wstring unshownFailure_;  // a failure of filling the page, not shown yet
+  std::unique_ptr<DeferredDeletion> deferredDeletion_;
 };
 
 }  // namespace kvo::com

@@ -25,13 +25,13 @@ class Pointer {
     if (object_ != nullptr) object_->Release();
   }
 
-  // Takes over a reference that the caller holds.
+  // Takes ownership of the caller's reference.
   static Pointer Attach(T* object) {
     Pointer pointer;
     pointer.object_ = object;
     return pointer;
   }
-  // Another interface of the object; null when it has none, or when there is no object.
+  // Queries an object for this interface; null when it has none, or when there is no object.
   template <class Other>
   static Pointer Query(Other* object) {
     Pointer pointer;
@@ -43,9 +43,9 @@ class Pointer {
   T* get() const { return object_; }
   T* operator->() const { return object_; }
   explicit operator bool() const { return object_ != nullptr; }
-  // Gives the reference to the caller.
+  // Transfers the reference to the caller.
   T* Detach() { return std::exchange(object_, nullptr); }
-  // For functions that hand out a reference; lets a held one go.
+  // An out parameter for functions that return a reference. Releases the current one.
   T** Receive() {
     *this = {};
     return &object_;

@@ -15,24 +15,24 @@ namespace kvo::com {
 namespace {
 
 constexpr const wchar_t* kControlCategory = L"{40FC6ED4-2438-11CF-A3DB-080036F12502}";
-// Carries dual interfaces between apartments by their type library.
+// The system's marshaler for dual interfaces, which uses their type library.
 constexpr const wchar_t* kAutomationMarshaler = L"{00020424-0000-0000-C000-000000000046}";
-// A 64-bit Windows holds class ids for each kind of program by itself, but the names of classes and
-// the type libraries for both. What is shared goes with the last of the two modules.
+// 64-bit Windows keeps class ids separately for 32-bit and 64-bit programs, but shares ProgIDs and
+// type libraries. The module that is unregistered last removes the shared keys.
 constexpr const wchar_t* kPlatform = sizeof(void*) == 8 ? L"win64" : L"win32";
 constexpr const wchar_t* kOtherPlatform = sizeof(void*) == 8 ? L"win32" : L"win64";
 
 struct Value {
-  std::wstring key;   // below the classes' root
-  std::wstring name;  // empty: the key's own value
+  std::wstring key;   // below the root for classes
+  std::wstring name;  // empty for the key's default value
   std::wstring text;
 };
 
-// Everything that is written, and the keys of which nothing stays.
+// All values to write, and the keys to remove.
 struct Entries {
   std::vector<Value> values;
   std::vector<std::wstring> ownKeys;
-  std::vector<std::wstring> sharedKeys;  // with the module for the other kind of program
+  std::vector<std::wstring> sharedKeys;  // shared with the module for the other platform
   void Add(const std::wstring& key, const std::wstring& text, const std::wstring& name = {}) {
     values.push_back({key, name, text});
   }
@@ -42,7 +42,7 @@ std::wstring Version(const TypeLibraryId& library) {
   return std::to_wstring(library.major) + L'.' + std::to_wstring(library.minor);
 }
 
-// What every creatable class has.
+// Adds the entries that every creatable class has, and returns the class's key.
 std::wstring AddClass(Entries& entries, std::string_view name, std::string_view classId) {
   const std::wstring progId = ProgId(name);
   const std::wstring id = ToWide(classId);
@@ -140,7 +140,7 @@ void Write(HKEY root, const Value& value) {
                                static_cast<DWORD>((value.text.size() + 1) * sizeof(wchar_t))));
 }
 
-// Removes a key of which nothing is left; a user's own classes may be the library's alone.
+// Removes a key if it is empty: among a user's own classes, nothing else may have used it.
 void RemoveIfEmpty(HKEY root, const wchar_t* name) {
   HKEY opened = nullptr;
   if (RegOpenKeyExW(root, name, 0, KEY_READ, &opened) != ERROR_SUCCESS) return;
@@ -184,7 +184,7 @@ void Register(RegisterFor whom) {
     try {
       Remove(root.get(), entries);
     } catch (const HostFailure&) {
-      // What cannot be taken back stays; the first failure is the one to tell.
+      // Leaves what cannot be removed, and reports the first failure.
     }
     throw;
   }

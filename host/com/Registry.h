@@ -1,4 +1,4 @@
-// What the library writes into the registry, and takes out of it again.
+// The library's registry entries.
 #pragma once
 
 #include "host/com/Ole.h"
@@ -7,8 +7,8 @@ namespace kvo::com {
 
 enum class RegisterFor { machine, user };
 
-// Both are all or nothing as far as the registry lets them: a registration that fails half way is
-// taken back. HostFailure with the reason.
+// Both are all or nothing as far as the registry allows: a failed registration is undone. Throw
+// HostFailure with the reason.
 void Register(RegisterFor whom);
 void Unregister(RegisterFor whom);
 

@@ -1,9 +1,9 @@
-// Numbers of the module's resources.
+// The module's resource ids.
 #pragma once
 
 namespace kvo::com {
 
-// One for each control, in the order of the list of classes.
+// The first of the controls' bitmaps, which are in the order of the list of classes.
 inline constexpr int kFirstToolboxBitmap = 101;
 
 }  // namespace kvo::com

@@ -1,13 +1,14 @@
-// The contract with hosts, as the type library DTCFramework has it.
+// The interface to hosts, as in the type library DTCFramework.
 #pragma once
 
 #include "host/com/Ole.h"
 
 namespace kvo::com {
 
-// Its id is in the list of classes; it is dual, so that scripts reach it as well.
+// Its id is in the list of classes. A dual interface, so that scripts can call it as well.
 struct IProvideRuntimeText : IDispatch {
-  // The text that the host writes into the page in place of the control. The caller frees it.
+  // Returns the text that the host writes into the page in place of the control. The caller frees
+  // it.
   virtual HRESULT STDMETHODCALLTYPE GetRuntimeText(BSTR* text) noexcept = 0;
 };
 

@@ -1,4 +1,4 @@
-// The texts of automation (BSTR) and of the task allocator.
+// Texts for automation (BSTR) and from the task allocator.
 #pragma once
 
 #include <string>
@@ -9,11 +9,11 @@
 
 namespace kvo::com {
 
-// An owned BSTR; null is the empty text.
+// An owned BSTR. Null is the empty text.
 class Bstr {
  public:
   Bstr() = default;
-  // std::bad_alloc when there is no memory.
+  // Throws std::bad_alloc when out of memory.
   explicit Bstr(std::string_view utf8);
   explicit Bstr(std::wstring_view text);
   Bstr(const Bstr&) = delete;
@@ -32,15 +32,15 @@ class Bstr {
   BSTR text_ = nullptr;
 };
 
-// With NULs, if there are any. Null is the empty text.
+// Views the whole text, including any NULs. Null is the empty text.
 std::wstring_view ViewBstr(BSTR text);
 
-// A copy that the caller frees with CoTaskMemFree.
+// Copies a text; the caller frees it with CoTaskMemFree.
 wchar_t* TaskText(std::wstring_view text);
 
-// In registry form: braces, upper case.
+// Returns the registry form: in braces and upper case.
 std::wstring GuidString(const GUID& guid);
-// Of a text in registry form that is known to be one.
+// Parses a valid text in registry form.
 GUID ToGuid(std::string_view text);
 
 }  // namespace kvo::com

@@ -1,4 +1,4 @@
-// The type libraries, which are bound into the module.
+// The type libraries, which are resources of the module.
 #pragma once
 
 #include "host/com/Ole.h"
@@ -6,11 +6,11 @@
 
 namespace kvo::com {
 
-// The type information of an interface or class of this library's. HostFailure when the module's
-// type library cannot be read.
+// Returns the type information of one of this library's interfaces or classes. Throws HostFailure
+// when the type library cannot be read.
 Pointer<ITypeInfo> TypeInfoOf(REFGUID id);
 
-// Under which numbers the libraries are bound in; LoadTypeLib finds them as "PATH\NUMBER".
+// The resource ids of the libraries; LoadTypeLib finds them as "PATH\NUMBER".
 inline constexpr int kLibraryResource = 1;
 inline constexpr int kFrameworkResource = 2;
 

@@ -16,7 +16,7 @@ namespace {
 
 [[noreturn]] void Mismatch() { throw RuntimeError(ErrorNumber::typeMismatch); }
 
-// What automation itself makes of a value in the user's locale.
+// Converts a value as automation does, in the user's locale.
 AutoVariant& Converted(AutoVariant& into, const VARIANT& value, VARTYPE type) {
   if (FAILED(VariantChangeType(into.get(), const_cast<VARIANT*>(&value), 0, type))) Mismatch();
   return into;
@@ -51,9 +51,9 @@ Variant OfObject(ObjectRef object) {
   return object == nullptr ? Variant() : Variant(std::move(object));
 }
 
-// --- who is who ---
+// --- identities ---
 
-// Wrappers and controls that are alive. Objects of several apartments may ask at once.
+// The existing wrappers and controls. Several apartments may use it at once.
 std::mutex identitiesMutex;
 std::unordered_map<const Object*, IDispatch*>& Identities() {
   static std::unordered_map<const Object*, IDispatch*> identities;

@@ -1,5 +1,5 @@
-// The values of late binding and those of automation. Together with DispatchObject and
-// ObjectDispatch this is the one bridge between objects here and objects outside.
+// Converts between Variant and VARIANT. Together with DispatchObject and ObjectDispatch, this is
+// the only bridge between our objects and foreign ones.
 #pragma once
 
 #include "common/values/Object.h"
@@ -24,20 +24,20 @@ class AutoVariant {
   VARIANT value_;
 };
 
-// Empty, null and a missing argument are empty; whole numbers of up to 32 bits are integers, other
-// numbers (currency and decimals too) numbers; a date is the text that the user's locale makes of
-// it. RuntimeError 13 for what late binding does not carry, such as arrays.
+// Empty, null and missing arguments become empty; integers that fit into 32 bits become integers,
+// other numbers (also currency and decimals) doubles; a date becomes its text in the user's locale.
+// Throws RuntimeError 13 for types that late binding does not support, such as arrays.
 Variant FromVariant(const VARIANT& value);
 // The caller owns the result.
 VARIANT ToVariant(const Variant& value);
 
-// An object from outside as one of ours; null stays null. What once was one of ours is that again.
+// Wraps a foreign object, or unwraps one of ours. Null stays null.
 ObjectRef FromDispatch(IDispatch* object);
-// One of ours for those outside. Asked twice for one object, it is the same identity as long as
-// somebody holds it. Null stays null.
+// Exposes one of our objects. While somebody holds the result, the same object always has the same
+// identity. Null stays null.
 Pointer<IDispatch> ToDispatch(const ObjectRef& object);
 
-// A control is more than a bridged object: its COM object says here who it is, as long as it lives.
+// Sets the COM object that represents an object until ForgetIdentity, such as a control's own.
 void SetIdentity(const Object& object, IDispatch* identity);
 void ForgetIdentity(const Object& object);
 

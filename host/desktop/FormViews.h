@@ -1,5 +1,5 @@
-// What every desktop's renderer is made of: one view for each control of a form, with the widget of
-// the toolkit that shows it. `Widget` is the toolkit's pointer to one.
+// The base of the desktop renderers: one view for each control of a form, with the toolkit's widget
+// that shows it. `Widget` is the toolkit's widget pointer.
 #pragma once
 
 #include <concepts>
@@ -19,7 +19,7 @@ namespace kvo {
 template <class Widget>
 class FormAround : public FormActions {
  public:
-  // nullptr for what has none.
+  // nullptr for controls without one.
   virtual Widget WidgetOf(const FormControl& control) const = 0;
 
  protected:
@@ -34,18 +34,18 @@ class WidgetView {
   WidgetView& operator=(const WidgetView&) = delete;
   virtual ~WidgetView() = default;
 
-  // nullptr for what nobody sees. It ends with its parent.
+  // nullptr for controls without one (timers). Destroyed with its parent.
   virtual WidgetPointer Widget() const = 0;
-  // Brings an aspect of the control to its widget; called within FormActions::Update.
+  // Updates an aspect of the widget from the control; called within FormActions::Update.
   virtual void Show(Aspect /*aspect*/) {}
   virtual void ShowItem(PropertyGridItem& /*item*/) {}
   virtual void ShowEnabled(bool enabled) = 0;
   virtual void ShowVisible(bool visible) = 0;
-  // Takes the keyboard focus as the tab key brings it.
+  // Takes the keyboard focus, as by the Tab key.
   virtual void Enter(bool backwards) = 0;
 };
 
-// What most views are made of. `View` is the toolkit's.
+// Base of most views. `View` is the toolkit's.
 template <class View, class Control, class Host, class OwnWidget>
 class ViewOf : public View {
  public:
@@ -60,13 +60,13 @@ class ViewOf : public View {
   OwnWidget widget_;
 };
 
-// Makes the view of a control: the one of `Views` that is constructed with a control of its kind, a
+// Creates a control's view: the one of `Views` that is constructible from a control of its kind, a
 // parent and a host.
 template <class View, class Parent, class Host, class... Views>
 std::unique_ptr<View> MakeOneOf(FormControl& control, Parent parent, Host& host) {
   return WithKind(control, [&]<class Control>(Control& kind) {
     constexpr int kFitting = (0 + ... + std::constructible_from<Views, Control&, Parent, Host&>);
-    static_assert(kFitting == 1, "each kind of control has one view");
+    static_assert(kFitting == 1, "each kind of control must have exactly one view");
     std::unique_ptr<View> made;
     const auto make = [&]<class Candidate>(std::type_identity<Candidate>) {
       if constexpr (std::constructible_from<Candidate, Control&, Parent, Host&>)
@@ -77,8 +77,8 @@ std::unique_ptr<View> MakeOneOf(FormControl& control, Parent parent, Host& host)
   });
 }
 
-// A form with its views; ends before the form, and not while a user action is on its way (IsBusy).
-// `View` is the toolkit's WidgetView, `Host` its FormAround.
+// A form with its views. Must be destroyed before the form, and not while a user action runs
+// (IsBusy). `View` is the toolkit's WidgetView, `Host` its FormAround.
 template <class View, class Host>
 class FormViews : protected FormRenderer, protected Host {
  public:
@@ -89,24 +89,25 @@ class FormViews : protected FormRenderer, protected Host {
   // The dialog was unloaded (modal forms).
   std::function<void()> onUnloaded;
 
-  // The widget that shows a control; nullptr for what has none (timers).
+  // The widget that shows a control; nullptr for controls without one (timers).
   Widget WidgetOf(const FormControl& control) const override {
     const auto found = byControl_.find(&control);
     return found == byControl_.end() ? nullptr : found->second->Widget();
   }
-  // The control whose widget this is, or in whose it lies; nullptr when there is none.
+  // Finds the control of this widget or of its nearest ancestor that has one; nullptr when there is
+  // none.
   FormControl* ControlOf(Widget widget) const {
     for (; widget != nullptr; widget = ParentOf(widget))
       if (const auto found = byWidget_.find(widget); found != byWidget_.end()) return found->second;
     return nullptr;
   }
 
-  // The first input that can take the keyboard.
+  // Moves the focus to the first input that can take it.
   void FocusFirst() {
     for (const auto& [control, view] : views_)
       if (IsTabStop(*control)) return view->Enter(false);
   }
-  // By the window's own button.
+  // The user closes the window with its close button.
   void UserClosesWindow() {
     this->Act([this] { CloseWindow(); });
   }
@@ -118,8 +119,8 @@ class FormViews : protected FormRenderer, protected Host {
   const auto& Views() const { return views_; }
   View& ViewOf(const FormControl& control) const { return *byControl_.at(&control); }
 
-  // Makes the views of what a container holds, `around` being the container's own (nullptr: the
-  // form itself), and of all that is inside.
+  // Creates the views of the container's controls, and of theirs. `around` is the container's own
+  // view, nullptr for the form.
   void Build(Container& container, Widget parent, const View* around = nullptr) {
     for (FormControl* control : container.Controls()) {
       View& made = *views_.emplace_back(control, MakeView(*control, parent)).second;
@@ -151,7 +152,7 @@ class FormViews : protected FormRenderer, protected Host {
   virtual void SetUp(FormControl& /*control*/, View& /*view*/, const View* /*around*/) {}
   virtual Widget ParentOf(Widget widget) const = 0;
   virtual bool HasFocus() const = 0;
-  // What had the focus may be disabled or hidden now: it goes to what can be used.
+  // Moves the focus on if the focused widget is now disabled or hidden.
   virtual void HandFocusOn() = 0;
 
   // --- FormRenderer ---
@@ -182,9 +183,8 @@ class FormViews : protected FormRenderer, protected Host {
   std::unordered_map<Widget, FormControl*> byWidget_;
 };
 
-// Brings a drop-down list in step with its rows, which are only ever added at the end, or all
-// removed. `List` is a toolkit's: Count, Clear, Add(text), Chosen, Choose(row); a row has the text
-// `textOf`.
+// Updates a drop-down list from its rows, which are only appended, or all removed. `List` is the
+// toolkit's: Count, Clear, Add(text), Chosen, Choose(row). `textOf` returns a row's text.
 template <class List, class Rows, class Text>
 void ShowRows(List list, const Rows& rows, const Text& textOf, int chosen) {
   if (rows.size() < list.Count()) list.Clear();

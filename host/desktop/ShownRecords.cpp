@@ -7,11 +7,11 @@ namespace kvo {
 
 void ShownRecords::Renew() {
   count_.reset();
-  refused_ = false;
+  failed_ = false;
 }
 
-void ShownRecords::Refused() {
-  if (!std::exchange(refused_, true)) host_.ReportLater(std::current_exception());
+void ShownRecords::ReportFailure() {
+  if (!std::exchange(failed_, true)) host_.ReportLater(std::current_exception());
 }
 
 std::size_t ShownRecords::Count() {
@@ -20,16 +20,16 @@ std::size_t ShownRecords::Count() {
   try {
     count_ = std::min(grid_.RowCount(), most_);
   } catch (const std::exception&) {
-    Refused();
+    ReportFailure();
   }
   return *count_;
 }
 
 std::string ShownRecords::Cell(std::size_t row, std::size_t column) {
   try {
-    if (!refused_) return grid_.Cell(row, column);
+    if (!failed_) return grid_.Cell(row, column);
   } catch (const std::exception&) {
-    Refused();
+    ReportFailure();
   }
   return {};
 }

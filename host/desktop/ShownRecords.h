@@ -1,4 +1,4 @@
-// The records of a data grid for the widget that shows them. Holds none of them: each is asked for
+// Supplies the records of a data grid to the widget that shows them. Holds none: fetches each one
 // when it is painted.
 #pragma once
 
@@ -10,28 +10,28 @@
 
 namespace kvo {
 
-// What the database refuses is reported once, and shows as nothing until the rows are new.
+// Reports a database failure once, then shows empty cells until the rows change.
 class ShownRecords {
  public:
-  // No more than `most` rows, as many as the widget can hold.
+  // `most` is the maximum number of rows that the widget can hold.
   ShownRecords(const Grid& grid, FormActions& host, std::size_t most)
       : grid_(grid), host_(host), most_(most) {}
 
-  // The grid's columns or rows are new.
+  // The grid's columns or rows changed.
   void Renew();
   std::size_t Count();
   std::string Cell(std::size_t row, std::size_t column);
-  // Of each column, in a widget with so much room for them.
+  // The columns' widths in a widget with `room` for all of them.
   std::vector<int> Widths(int room) const;
 
  private:
-  void Refused();
+  void ReportFailure();
 
   const Grid& grid_;
   FormActions& host_;
   std::size_t most_;
   std::optional<std::size_t> count_;
-  bool refused_ = false;
+  bool failed_ = false;
 };
 
 }  // namespace kvo

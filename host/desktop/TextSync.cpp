@@ -14,7 +14,7 @@ void BoxText::Edit(const Selection& replaced, std::string_view typed) {
   FormRenderer::Edit(box_, replaced.start, replaced.length, typed);
 }
 
-void ValueText::Of(PropertyGridItem* item) {
+void ValueText::SetItem(PropertyGridItem* item) {
   item_ = item;
   selection_ = {};
 }
@@ -54,7 +54,7 @@ EditedText::Selection TextSync::InForm(const UnitRange& units) const {
 }
 
 void TextSync::ShowText() {
-  told_ = true;
+  shownSinceEdit_ = true;
   shown_ = ShownText(text_.Text(), shown_.Kind(), shown_.Style());
   if (Units() != shown_.Units()) ShowUnits(shown_.Units());
   text_.Shown();
@@ -68,16 +68,16 @@ void TextSync::ShowSelection() {
 
 void TextSync::Edited() {
   if (host_.IsUpdating()) return;
-  told_ = false;
+  shownSinceEdit_ = false;
   host_.Act([this] {
     const UnitRange now = Selection();
-    // What was replaced is selected no longer.
+    // The replaced text is no longer selected.
     const UnitRange before = now.length > 0 ? UnitRange{now.start, 0} : InBox(text_.Selected());
     const auto edit = FindEdit(shown_, before, Units(), now.start + now.length);
     if (edit) text_.Edit({edit->start, edit->length}, edit->typed);
   });
-  // What the form did not take goes from the box as well.
-  if (!told_) host_.Update([this] { ShowText(); });
+  // Removes from the box what the form rejected.
+  if (!shownSinceEdit_) host_.Update([this] { ShowText(); });
 }
 
 void TextSync::Selected() {

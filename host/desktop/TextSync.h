@@ -1,4 +1,4 @@
-// Keeps a toolkit's box in step with a text of the form.
+// Synchronises a toolkit's box with a text of the form.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@
 
 namespace kvo {
 
-// A text of the form that is edited. Positions and lengths count characters.
+// A text of the form that the user can edit. Positions and lengths count characters.
 class EditedText {
  public:
   EditedText() = default;
@@ -26,7 +26,7 @@ class EditedText {
   virtual Selection Selected() const = 0;
   virtual void Select(const Selection& selection) = 0;
   virtual void Edit(const Selection& replaced, std::string_view typed) = 0;
-  // The text shows now; what is selected of it may have to follow.
+  // The text is shown now; the selection may have to be adjusted.
   virtual void Shown() {}
 };
 
@@ -47,8 +47,8 @@ class BoxText final : public EditedText {
 class ValueText final : public EditedText {
  public:
   explicit ValueText(PropertyGridItem* item = nullptr) : item_(item) {}
-  // Goes on to the value of another row; nullptr: of none.
-  void Of(PropertyGridItem* item);
+  // Switches to the value of another row; nullptr for none.
+  void SetItem(PropertyGridItem* item);
   std::string Text() const override;
   Selection Selected() const override { return selection_; }
   void Select(const Selection& selection) override { selection_ = selection; }
@@ -67,19 +67,19 @@ class TextSync {
 
   virtual ~TextSync() = default;
 
-  // From the form to the box; within FormActions::Update.
+  // Update the box from the form; call within FormActions::Update.
   void ShowText();
   void ShowSelection();
 
-  // From the box to the form: its text, or its selection, may be another one.
+  // Update the form after the text or the selection of the box may have changed.
   void Edited();
   void Selected();
 
  protected:
-  // The style outlives it.
+  // `style` must outlive it.
   TextSync(EditedText& text, Lines lines, const TextStyle& style, FormActions& host);
   Lines Kind() const { return shown_.Kind(); }
-  // What of the form's text is selected in the box.
+  // The part of the form's text that is selected in the box.
   std::string SelectedText() const;
 
  private:
@@ -88,7 +88,8 @@ class TextSync {
   virtual void ShowUnits(const std::u16string& units) = 0;
   virtual UnitRange Selection() const = 0;
   virtual void Select(const UnitRange& selection) = 0;
-  // Whether the box's text is ahead of the form's: it is being edited, and its caret comes with it.
+  // Whether the box's text is ahead of the form's because it is being edited. Its caret is reported
+  // with the edit then.
   virtual bool IsAhead() const { return Units() != shown_.Units(); }
 
   UnitRange InBox(const EditedText::Selection& selection) const;
@@ -97,7 +98,7 @@ class TextSync {
   EditedText& text_;
   FormActions& host_;
   ShownText shown_;
-  bool told_ = false;  // what is being edited has come back from the form
+  bool shownSinceEdit_ = false;  // the form has updated the box since the edit began
 };
 
 }  // namespace kvo

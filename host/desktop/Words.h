@@ -1,4 +1,4 @@
-// The captions of the buttons that most dialogs have.
+// Captions of buttons that most dialogs have.
 #pragma once
 
 #include "common/values/Localized.h"

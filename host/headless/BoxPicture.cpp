@@ -12,9 +12,9 @@ namespace {
 constexpr int kGap = 120;
 constexpr auto kFontSize = static_cast<int>(Font().points * kTwipsPerPoint);
 constexpr std::string_view kFontFamily = "Tahoma, Verdana, sans-serif";
-constexpr int kLabelBaseline = kFontSize;  // below a label's top: Tahoma's ascent is one em
+constexpr int kLabelBaseline = kFontSize;  // below the label's top; Tahoma's ascent is one em
 constexpr int kBorderWidth = 15;           // one pixel
-// The highlight colour of the system where the picture is looked at, else a common one.
+// The viewer's system highlight colour, with a common one as fallback.
 constexpr std::string_view kHighlight = "stroke:#0078d7;stroke:Highlight";
 
 void AppendAttribute(std::string& out, std::string_view name, int value) {
@@ -23,7 +23,7 @@ void AppendAttribute(std::string& out, std::string_view name, int value) {
   out += "=\"" + std::to_string(value) + '"';
 }
 
-// The border and the labels; `indent` stands before each element.
+// Appends the border and the labels, each after `indent`.
 void AppendParts(std::string& out, const Box& box, std::string_view indent) {
   out += indent;
   out += "<rect";
@@ -40,7 +40,7 @@ void AppendParts(std::string& out, const Box& box, std::string_view indent) {
     AppendAttribute(out, "x", label.at.left);
     AppendAttribute(out, "y", label.at.top + kLabelBaseline);
     if (label.weight == FontWeight::bold) out += " font-weight=\"bold\"";
-    // Another font that stands in for Tahoma must not leave the box.
+    // A substitute font must fit into the box.
     AppendAttribute(out, "textLength", TahomaTextWidth(label.caption, label.weight));
     out += " lengthAdjust=\"spacingAndGlyphs\"";
     out += " xml:space=\"preserve\">";

@@ -9,11 +9,11 @@
 
 namespace kvo {
 
-// A document with the boxes one under the other.
+// Returns an SVG document with the boxes below each other.
 std::string BoxPicture(const std::vector<Box>& boxes);
 
-// Appends one box as an element to stand in the text of an HTML page, at its size on the screen.
-// `attributes` go into its start tag as they are.
+// Appends one box as an inline element of an HTML page, at its size on the screen. `attributes` are
+// inserted into its start tag unchanged.
 void AppendInlineBox(std::string& html, const Box& box, std::string_view attributes);
 
 }  // namespace kvo

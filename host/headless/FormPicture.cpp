@@ -13,7 +13,7 @@
 namespace kvo {
 namespace {
 
-constexpr int kCaptionHeight = 360;  // of the strip over the form
+constexpr int kCaptionHeight = 360;  // of the strip above the form
 constexpr int kLine = 195;           // a line of text
 constexpr int kLineBaseline = 160;   // below its top
 constexpr int kRow = 270;            // of a grid
@@ -65,7 +65,8 @@ class SvgWriter {
 
 std::string Number(int number) { return std::to_string(number); }
 
-// How long a text in Tahoma is, so that it keeps its place where another font has to stand in.
+// The length of a text in Tahoma, so that a substitute font takes the same space; empty for other
+// fonts.
 std::string LengthOf(std::string_view text, const Font& font) {
   constexpr Font kMeasured;
   if (font.family != kMeasured.family) return {};

@@ -6,9 +6,9 @@
 
 namespace kvo {
 
-// A page or dialog as it looks now, as an SVG document set in Tahoma: its caption over it,
-// captions, boxes, lists with their content, the open tab. Measures are twips, 15 to a pixel. Rows
-// of a data grid are fetched as far as they show; what the database throws reaches the caller.
+// Draws the current state of a page or dialog as an SVG document in Tahoma, with its caption above
+// it. Of tabs, draws the open one. Units are twips, 15 to a pixel. Fetches the visible rows of a
+// data grid and passes on the database's exceptions.
 std::string FormPicture(Form& form);
 
 }  // namespace kvo

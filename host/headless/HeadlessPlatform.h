@@ -12,23 +12,24 @@
 
 namespace kvo {
 
-// What the platforms of all programs do alike.
+// Base of the programs' platforms.
 class ProgramPlatform : public Platform {
  public:
-  // Who makes recordsets; a program with a database layer sets it. Without: RuntimeError 429.
+  // Creates recordsets; set by programs with a database layer. Without it, NewRecordset throws
+  // RuntimeError 429.
   std::function<ObjectRef()> recordsets;
 
-  // The same on every machine, whatever its fonts are: boxes are stored with their size.
+  // Equal on every machine, independent of its fonts, because boxes are stored with their size.
   int TextWidth(std::string_view text, FontWeight weight) override;
   GuidText NewGuid() override;
-  // In German, in every locale: the pages that show the samples are German.
+  // Formats in German in every locale, because the pages that show the samples are German.
   std::string Format(const Variant& value, std::string_view pattern) override;
   ObjectRef NewRecordset() override;
 };
 
-// Dialogs are answered from what was put into the queues beforehand, and recorded. With nothing
-// queued, a prompt and a colour dialog are cancelled and a modal form or property frame closes at
-// once, so that no program ever hangs on a dialog that nobody sees.
+// Answers dialogs from queues filled beforehand, and records them. By default, cancels a prompt or
+// colour dialog and closes a modal form or property frame at once, so that a program never hangs on
+// an invisible dialog.
 class HeadlessPlatform : public ProgramPlatform {
  public:
   struct Prompt {
@@ -43,17 +44,17 @@ class HeadlessPlatform : public ProgramPlatform {
     std::vector<std::string> pages;
   };
 
-  // What was shown, in order.
+  // Everything that was shown, in order.
   std::vector<std::string> messages;
   std::vector<Prompt> prompts;
   std::vector<ColorNumber> colorPresets;
   std::vector<Frame> frames;
 
-  // What is answered, first in first out; nullopt is a cancel.
+  // The queued answers, first in, first out; nullopt cancels.
   std::deque<std::optional<std::string>> promptAnswers;
   std::deque<std::optional<ColorNumber>> colorAnswers;
 
-  // What happens while a modal form or a property frame is open; it closes on return.
+  // Called while a modal form or property frame is open; it closes on return.
   std::function<void(Form&)> whileModal;
   std::function<void(const Frame&)> whileFrame;
 
@@ -68,8 +69,8 @@ class HeadlessPlatform : public ProgramPlatform {
                          const std::vector<std::string>& pages) override;
 };
 
-// The width of one line of text in Tahoma 8.25 point at 96 dpi, in twips: the sum of the advance
-// widths, rounded up to whole pixels. Never allocates.
+// Returns the width of one line of text in Tahoma 8.25 point at 96 dpi, in twips: the sum of the
+// advance widths, rounded up to whole pixels. Never allocates.
 int TahomaTextWidth(std::string_view text, FontWeight weight);
 
 }  // namespace kvo

@@ -8,7 +8,7 @@ namespace kvo::tahoma {
 
 inline constexpr int kUnitsPerEm = 2048;
 
-// Whether a font that has the character tells its width here.
+// Whether the character is in a measured block. Without a row, its advance there is kUnitsPerEm.
 constexpr bool IsMeasured(char32_t code) {
   return code - 0x0000 < 0x0250 || code - 0x2000 < 0x00D0;
 }

@@ -10,7 +10,7 @@ void SetParagraph(std::string_view text, FontWeight weight, int width,
                   std::vector<std::string>& lines) {
   const auto fits = [&](std::string_view part) { return TahomaTextWidth(part, weight) <= width; };
   while (!fits(text)) {
-    // As many words as fit; or, of a word that fits no line, as many characters (at least one).
+    // Takes as many words as fit; of a word that fits no line, as many characters, at least one.
     std::size_t end = 0;
     for (std::size_t blank = text.find(' ');
          blank != std::string_view::npos && fits(text.substr(0, blank));

@@ -8,8 +8,8 @@
 
 namespace kvo {
 
-// A text as it is set into lines of at most `width` twips: broken between words, at line breaks,
-// and inside a word only where the word alone is too wide.
+// Breaks a text into lines of at most `width` twips: at line breaks, between words, and inside a
+// word only where the word alone is too wide.
 std::vector<std::string> TextLines(std::string_view text, FontWeight weight, int width);
 
 }  // namespace kvo

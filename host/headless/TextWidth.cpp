@@ -11,8 +11,8 @@ namespace {
 constexpr int kPixelsPerEm = 11;  // 8.25 point at 96 dpi
 constexpr char32_t kReplacement = 0xFFFD;
 
-// The character at `at`, which moves behind it. A byte that begins no valid character counts as one
-// replacement character.
+// Reads the character at `at` and advances `at`. A byte that begins no valid character counts as
+// one replacement character.
 char32_t NextCharacter(std::string_view text, std::size_t& at) {
   const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
   const unsigned first = byte(at++);
@@ -28,12 +28,12 @@ char32_t NextCharacter(std::string_view text, std::size_t& at) {
   return code;
 }
 
-// Combining marks and characters without a picture take no room.
+// Combining marks and invisible characters have no width.
 bool IsZeroWidth(char32_t code) {
   return (code >= 0x0300 && code < 0x0370) || (code >= 0x200B && code < 0x2010) || code == 0xFEFF;
 }
 
-// Scripts that are set in squares as wide as they are high.
+// Scripts whose characters are as wide as they are high.
 bool IsWide(char32_t code) {
   return (code >= 0x1100 && code < 0x1160) || (code >= 0x2E80 && code < 0xD7A4) ||
          (code >= 0xF900 && code < 0xFB00) || (code >= 0xFE30 && code < 0xFE70) ||
@@ -46,7 +46,7 @@ unsigned Advance(std::span<const tahoma::Row> font, char32_t code) {
   for (const tahoma::Row& row : font)
     if (code - row.first < std::size(row.advances)) return row.advances[code - row.first];
   if (tahoma::IsMeasured(code) || IsWide(code)) return tahoma::kUnitsPerEm;
-  return Advance(font, U'n');  // other alphabets: about as wide as ours
+  return Advance(font, U'n');  // other alphabets are about as wide as Latin
 }
 
 }  // namespace
@@ -56,7 +56,7 @@ int TahomaTextWidth(std::string_view text, FontWeight weight) {
       weight == FontWeight::bold ? std::span(tahoma::kBold) : std::span(tahoma::kRegular);
   std::uint64_t units = 0;
   for (std::size_t at = 0; at < text.size();) units += Advance(font, NextCharacter(text, at));
-  // No box is wider than this; it keeps the layout's sums far from overflowing.
+  // Limits the width, so that sums in the layout cannot overflow.
   constexpr std::uint64_t kMostPixels = 10'000'000;
   const std::uint64_t pixels =
       (units * kPixelsPerEm + tahoma::kUnitsPerEm - 1) / tahoma::kUnitsPerEm;

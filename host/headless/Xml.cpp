@@ -5,12 +5,12 @@
 namespace kvo {
 namespace {
 
-constexpr std::string_view kNoXml = "\xEF\xBF\xBD";  // U+FFFD
+constexpr std::string_view kReplacementText = "\xEF\xBF\xBD";  // U+FFFD
 
-// Whether a character starts here, of three bytes, that XML does not know: half of a surrogate
+// Whether the text begins with a three-byte character that XML does not allow: half of a surrogate
 // pair, U+FFFE or U+FFFF.
-bool IsNoCharacter(std::string_view text) {
-  if (text.size() < kNoXml.size()) return false;
+bool IsInvalidInXml(std::string_view text) {
+  if (text.size() < kReplacementText.size()) return false;
   if (text.starts_with("\xEF\xBF")) return static_cast<unsigned char>(text[2]) >= 0xBE;
   return text[0] == '\xED' && static_cast<unsigned char>(text[1]) >= 0xA0;
 }
@@ -34,9 +34,9 @@ void AppendXml(std::string& out, std::string_view text) {
         out += "&quot;";
         break;
       default:
-        if (IsNoCharacter(text.substr(i))) {
-          out += kNoXml;
-          i += kNoXml.size() - 1;
+        if (IsInvalidInXml(text.substr(i))) {
+          out += kReplacementText;
+          i += kReplacementText.size() - 1;
         } else {
           out += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
         }

@@ -6,8 +6,8 @@
 
 namespace kvo {
 
-// What a control is called by those who do not see it: its caption; else that of the label before
-// it in its line, or else of the one right over it; else its own name.
+// Returns a control's name for screen readers: its caption; else the caption of the label before it
+// in its line, or of the label just above it; else its own name.
 std::string_view AccessibleName(const FormControl& control);
 
 }  // namespace kvo

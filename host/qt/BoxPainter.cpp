@@ -10,8 +10,8 @@
 namespace kvo {
 namespace {
 
-// `scale` is pixels per twip. Fonts are set in pixels and not by scaling the painter, so that they
-// are hinted, and emboldened where there is no bold one.
+// `scale` is pixels per twip. Sets the font size in pixels instead of scaling the painter, so that
+// text is hinted, and bold is synthesised where the family has none.
 void DrawLabel(QPainter& painter, const Box::Label& label, const Box& box, double scale) {
   QString caption = ToQt(label.caption);
   for (QChar& c : caption)
@@ -19,7 +19,7 @@ void DrawLabel(QPainter& painter, const Box::Label& label, const Box& box, doubl
   if (caption.isEmpty()) return;
   QFont font = QtFont({.weight = label.weight});
   font.setPixelSize(std::max(1, qRound(Font().points * kTwipsPerPoint * scale)));
-  // The width was measured in Tahoma; a font that stands in must not leave the box.
+  // The width was measured in Tahoma; a substitute font must fit into the same box.
   const double width = ThePlatform().TextWidth(label.caption, label.weight) * scale;
   const double slack = width - QFontMetricsF(font).horizontalAdvance(caption);
   font.setLetterSpacing(QFont::AbsoluteSpacing, slack / static_cast<double>(caption.size()));
@@ -40,7 +40,7 @@ void PaintBox(QPainter& painter, const Box& box, const QRectF& target, bool sele
   if (box.width <= 0 || box.height <= 0) return;
   const QPalette palette = QGuiApplication::palette();
   painter.save();
-  painter.setClipRect(target, Qt::IntersectClip);  // nothing of a control shows beyond it
+  painter.setClipRect(target, Qt::IntersectClip);
   painter.translate(target.topLeft());
   const double scale = target.width() / box.width;
   QPen pen(palette.color(QPalette::Highlight), kTwipsPerPixel * scale * (selected ? 2 : 1));

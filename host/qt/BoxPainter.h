@@ -9,10 +9,10 @@
 
 namespace kvo {
 
-// The size of a box at the device's resolution; nullptr: at 96 dots per inch.
+// The size of a box at the device's resolution, or at 96 dpi for nullptr.
 QSizeF BoxSize(const Box& box, const QPaintDevice* device);
 
-// Draws the box into `target`, which has its proportions, in the colours of the desktop.
+// Draws the box into `target`, which has the same proportions, in the desktop's colours.
 void PaintBox(QPainter& painter, const Box& box, const QRectF& target, bool selected);
 
 }  // namespace kvo

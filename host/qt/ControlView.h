@@ -1,4 +1,4 @@
-// What FormView is made of: one view for each control, with the widget that shows it.
+// The parts of FormView: one view for each control, with the widget that shows it.
 #pragma once
 
 #include <QWidget>
@@ -9,7 +9,7 @@ namespace kvo {
 
 using ViewHost = FormAround<QWidget*>;
 
-// The widget belongs to its parent widget.
+// A view of a control. The widget's parent owns it.
 class ControlView : public WidgetView<QWidget*> {
  public:
   void ShowEnabled(bool enabled) override {
@@ -19,7 +19,7 @@ class ControlView : public WidgetView<QWidget*> {
     if (Widget() != nullptr) Widget()->setVisible(visible);
   }
   void Enter(bool /*backwards*/) override { Widget()->setFocus(Qt::TabFocusReason); }
-  // Whether the form's measures place the widget.
+  // Whether the form sets the widget's position and size.
   virtual bool IsPlaced() const { return true; }
 };
 

@@ -14,10 +14,10 @@
 namespace kvo {
 namespace {
 
-// Being entered leaves the selection to the form as well; a line edit would select all.
-class FormLine final : public CalmLine {
+// Keeps the form's selection when it gets the focus, where a line edit would select all.
+class FormLine final : public SteadyLine {
  public:
-  using CalmLine::CalmLine;
+  using SteadyLine::SteadyLine;
 
  protected:
   void focusInEvent(QFocusEvent* event) override {
@@ -25,7 +25,7 @@ class FormLine final : public CalmLine {
   }
 };
 
-// A colour of the desktop, in whatever palette the user has.
+// Uses the palette's role for the colour, so that it follows the user's theme.
 void ShowBackColor(QWidget& widget, SystemColor color) {
   QPalette palette;
   if (color == SystemColor::buttonFace)
@@ -37,7 +37,7 @@ void ShowBackColor(QWidget& widget, SystemColor color) {
 
 // --- a line ---
 
-void CalmLine::KeepSelection(const std::function<void()>& action) {
+void SteadyLine::KeepSelection(const std::function<void()>& action) {
   const QSignalBlocker quiet(this);
   const int caret = cursorPosition();
   const int start = selectionStart();
@@ -51,16 +51,16 @@ void CalmLine::KeepSelection(const std::function<void()>& action) {
     setSelection(start, length);
 }
 
-bool CalmLine::event(QEvent* event) {
+bool SteadyLine::event(QEvent* event) {
   const bool activated = event->type() == QEvent::WindowActivate;
   return activated ? QWidget::event(event) : QLineEdit::event(event);
 }
 
-void CalmLine::focusOutEvent(QFocusEvent* event) {
+void SteadyLine::focusOutEvent(QFocusEvent* event) {
   KeepSelection([&] { QLineEdit::focusOutEvent(event); });
 }
 
-void CalmLine::keyPressEvent(QKeyEvent* event) {
+void SteadyLine::keyPressEvent(QKeyEvent* event) {
   if (hasSelectedText() && event->matches(QKeySequence::MoveToPreviousChar))
     setCursorPosition(selectionStart());
   else if (hasSelectedText() && event->matches(QKeySequence::MoveToNextChar))
@@ -106,7 +106,7 @@ class Area final : public QPlainTextEdit {
   std::function<std::string()> selectedText;
 
  protected:
-  // What is copied is the form's text, not what stands for it.
+  // Copies the form's text, not the characters shown in its place.
   QMimeData* createMimeDataFromSelection() const override {
     auto copied = std::make_unique<QMimeData>();
     copied->setText(ToQt(selectedText()));
@@ -131,7 +131,7 @@ class AreaSync final : public TextSync {
   }
 
  private:
-  // As it stands in the document, which separates its lines by marks of its own.
+  // The document separates its lines by its own characters.
   std::u16string Units() const override {
     QString units = area_.document()->toRawText();
     return units.replace(QChar::ParagraphSeparator, QLatin1Char('\n')).toStdU16String();
@@ -150,7 +150,7 @@ class AreaSync final : public TextSync {
     cursor.setPosition(selection.start + selection.length, QTextCursor::KeepAnchor);
     area_.setTextCursor(cursor);
   }
-  // The caret moves before the text is told of, and the same may have been typed again.
+  // The caret moves before textChanged is emitted, and the typed text may equal the old text.
   bool IsAhead() const override { return editing_; }
 
   Area& area_;
@@ -186,7 +186,7 @@ void TextBoxView::Show(Aspect aspect) {
 
 void MakeFreeText(QComboBox& list) {
   list.setEditable(true);
-  list.setLineEdit(new CalmLine(&list));
+  list.setLineEdit(new SteadyLine(&list));
   list.setInsertPolicy(QComboBox::NoInsert);
   list.setCompleter(nullptr);
   QObject::disconnect(list.lineEdit(), &QLineEdit::editingFinished, &list, nullptr);

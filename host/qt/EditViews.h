@@ -1,4 +1,4 @@
-// The views of what can be typed into.
+// The views of edit boxes.
 #pragma once
 
 #include <QComboBox>
@@ -9,9 +9,9 @@
 
 namespace kvo {
 
-// A line edit whose selection stays when it is left or its window activated, and from whose
-// selection the arrow keys go to its ends, as with several lines.
-class CalmLine : public QLineEdit {
+// A line edit that keeps its selection when it loses the focus or its window is activated. As in a
+// multi-line box, the arrow keys move from a selection to its ends.
+class SteadyLine : public QLineEdit {
  public:
   using QLineEdit::QLineEdit;
 
@@ -54,10 +54,10 @@ class ComboBoxView final : public WidgetViewOf<ComboBox, QComboBox> {
   void ShowChoices();
 
   BoxText text_;
-  std::unique_ptr<LineSync> sync_;  // of a box that can be typed into
+  std::unique_ptr<LineSync> sync_;  // for editable boxes
 };
 
-// For ShowRows.
+// Adapts a list for ShowRows.
 class ListOfRows {
  public:
   explicit ListOfRows(QComboBox& list) : list_(list) {}
@@ -71,8 +71,7 @@ class ListOfRows {
   QComboBox& list_;
 };
 
-// A list whose text, when it can be typed into, is free: it is not completed, and never taken for
-// the row that it reads like.
+// Makes a list editable, without completion and without matching the text to a row.
 void MakeFreeText(QComboBox& list);
 
 }  // namespace kvo

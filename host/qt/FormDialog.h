@@ -6,13 +6,13 @@
 
 namespace kvo {
 
-// The window of a modal form. It closes when the form is unloaded, and not before.
+// The window of a modal form. Closes only when the form is unloaded.
 class FormDialog final : public QDialog {
  public:
   FormDialog(Form& form, QWidget* parent);
   FormView& View() { return *view_; }
 
-  // By the window's own button, or the escape key where no button of the form has it.
+  // The user closed the window, or pressed Escape and no button of the form handles it.
   void reject() override;
 
  protected:

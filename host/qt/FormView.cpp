@@ -36,7 +36,7 @@ FormView::FormView(Form& form, QWidget* parent) : QWidget(parent), FormViews(for
 }
 
 FormView::~FormView() {
-  // Widgets that go still move the focus and send signals; nobody listens any more.
+  // Ignores signals during widget destruction, which still moves the focus.
   disconnect(qApp, nullptr, this, nullptr);
   EndActions();
   qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
@@ -57,7 +57,7 @@ void FormView::SetUp(FormControl& control, ControlView& view, const ControlView*
   if (view.IsPlaced()) widget.setGeometry(PlaceOf(control.At(), *this));
 }
 
-// The desktop's colours may be other ones now.
+// The desktop's colours may have changed.
 void FormView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() != QEvent::PaletteChange) return;
@@ -75,13 +75,13 @@ bool FormView::HasFocus() const {
   return focused != nullptr && isAncestorOf(focused);
 }
 
-// It may be beyond the form already.
+// Brings the focus back if Qt has already moved it out of the form.
 void FormView::HandFocusOn() {
   if (!HasFocus()) FocusFirst();
 }
 
 void FormView::FocusMoved(QWidget* now) {
-  // The focus stays in the form while a popup has the keyboard, or another window.
+  // The form keeps its focus while a popup or another window has the keyboard.
   if (now == nullptr || now->window() != window()) return;
   if (IsUpdating()) {
     QMetaObject::invokeMethod(

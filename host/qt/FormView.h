@@ -4,8 +4,8 @@
 
 namespace kvo {
 
-// Shows one form with native widgets, which are named as their controls and follow each other as
-// those do. The widget of a TabPanel is its page.
+// Shows one form with native widgets, named after their controls and in the same order. The widget
+// of a TabPanel is its page.
 class FormView final : public QWidget, public FormViews<ControlView, ViewHost> {
  public:
   FormView(Form& form, QWidget* parent);

@@ -21,7 +21,7 @@ class GridModel final : public QAbstractTableModel {
   GridModel(const Grid& grid, ViewHost& host)
       : grid_(grid), records_(grid, host, std::numeric_limits<int>::max()) {}
 
-  // The grid's columns or rows are new.
+  // The grid's columns or rows changed.
   void Renew() {
     beginResetModel();
     records_.Renew();

@@ -1,4 +1,4 @@
-// What the desktop says to the user.
+// Messages to the user.
 #pragma once
 
 #include <QString>
@@ -14,10 +14,10 @@ QString InUserLanguage(const Localized& text);
 // The title of the component's own message boxes.
 QString MessageTitle();
 
-// A message box over `parent`; returns when it was answered.
+// Shows a message box over `parent`; returns when it is closed.
 void ShowMessageBox(QWidget* parent, const QString& text);
-// Shows it as soon as whatever happens now is over, and returns at once. Over a parent that ends
-// before, nothing shows.
+// Shows it after the current event and returns at once. Shows nothing if `parent` is destroyed
+// first.
 void ShowMessageBoxLater(QWidget& parent, const QString& text);
 
 }  // namespace kvo

@@ -58,7 +58,7 @@ PropertyFrameDialog::PropertyFrameDialog(std::string_view caption, std::vector<O
   layout->addWidget(MakeButtons());
   connect(tabs_, &QTabWidget::currentChanged, this, [this](int tab) { ShowTab(tab); });
   if (frame_.PageCount() > 0) ShowTab(0);
-  // By shortcut, because some widgets keep these keys to themselves.
+  // Uses shortcuts, because some widgets handle these keys themselves.
   for (const auto& [keys, step] : {std::pair("Ctrl+Tab", 1), std::pair("Ctrl+Shift+Tab", -1)})
     connect(new QShortcut(QKeySequence(QLatin1String(keys)), this), &QShortcut::activated, this,
             [this, step = step] {
@@ -67,7 +67,7 @@ PropertyFrameDialog::PropertyFrameDialog(std::string_view caption, std::vector<O
             });
 }
 
-// The views end before their pages.
+// Deletes the views before their pages.
 PropertyFrameDialog::~PropertyFrameDialog() {
   for (const FormView* view : views_) delete view;
 }
@@ -106,9 +106,9 @@ void PropertyFrameDialog::ShowTab(int tab) {
     };
     views_[shown]->show();
   }
-  // A page that could not be filled shows nothing that could be edited.
+  // A page that could not be filled must not be edited.
   views_[shown]->setEnabled(frame_.IsFilled(shown));
-  // The keyboard goes along to the page, unless it is on the tabs or a button.
+  // Moves the focus into the page, unless it is on the tabs or a button.
   const QWidget* focused = focusWidget();
   if (focused == nullptr || !focused->isVisibleTo(this)) views_[shown]->FocusFirst();
 }

@@ -15,25 +15,25 @@ class QTabWidget;
 
 namespace kvo {
 
-// The property frame's window: the pages as tabs over OK, cancel and apply. Whatever the user
-// touched is applied, also in pages that do not mark themselves. It does not close while a page's
-// event is on its way.
+// The property frame's window: the pages as tabs, with OK, Cancel and Apply. Applies every page
+// that the user touched, even if it does not mark itself changed. Stays open while a page's event
+// runs.
 class PropertyFrameDialog final : public QDialog, private PropertyFrame::Window {
  public:
-  // The first page shows. Throws what PropertyFrame's constructor throws.
+  // Shows the first page. Throws what PropertyFrame's constructor throws.
   PropertyFrameDialog(std::string_view caption, std::vector<ObjectRef> objects,
                       const std::vector<std::string>& pages, const PageFactory& factory,
                       QWidget* parent);
   ~PropertyFrameDialog() override;
 
   PropertyFrame& Frame() { return frame_; }
-  // Of a page that was shown.
+  // The view of a page that was shown.
   FormView& View(std::size_t tab) { return *views_[tab]; }
 
-  // A remark under the pages; empty: none.
+  // Sets the note below the pages; empty for none.
   void Note(const QString& note);
 
-  // After pages were applied with success, by OK or apply; also of some, before one that failed.
+  // Called after OK or Apply has applied pages, even if a later page failed.
   std::function<void()> onApplied;
 
   void accept() override;

@@ -14,13 +14,13 @@ class PropertyGridModel final : public QAbstractTableModel {
 
   explicit PropertyGridModel(const PropertyGrid& grid) : grid_(grid) {}
 
-  // Brings the model in step with the grid, whose rows have come or gone.
+  // Updates the model after the grid's rows were added or removed.
   void Synchronize();
   void Changed(const PropertyGridItem& item);
 
-  // nullptr for no row.
+  // Returns nullptr for an invalid index.
   PropertyGridItem* Item(const QModelIndex& index) const;
-  // An invalid index for nullptr.
+  // Returns an invalid index for nullptr.
   QModelIndex IndexOf(const PropertyGridItem* item, Column column) const;
 
   int rowCount(const QModelIndex& parent) const override;

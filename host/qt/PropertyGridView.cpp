@@ -19,7 +19,7 @@
 namespace kvo {
 namespace {
 
-// Draws the rows: categories on a band, disabled rows gray, colours with a swatch.
+// Draws the rows: categories on a band, disabled rows grey, colours with a swatch.
 class RowPainter final : public QStyledItemDelegate {
  public:
   RowPainter(const PropertyGridModel& model, QObject* parent)
@@ -30,7 +30,7 @@ class RowPainter final : public QStyledItemDelegate {
             ToPixels(kGridRowHeight, *option.widget)};
   }
 
-  // However much an editor would like to have.
+  // Ignores the editor's own size hint.
   void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                             const QModelIndex&) const override {
     editor->setGeometry(option.rect);
@@ -57,7 +57,7 @@ class RowPainter final : public QStyledItemDelegate {
   }
 
  private:
-  // Beside the text, which begins behind it.
+  // Draws the swatch before the text and shrinks the text's area.
   static void PaintSwatch(QPainter& painter, QStyleOptionViewItem& option, const Swatch& color) {
     const QPixmap swatch = SwatchPicture(color, *option.widget);
     const int size = SwatchSize(*option.widget);
@@ -84,13 +84,13 @@ class PropertyTree final : public QTreeView {
     setAllColumnsShowFocus(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setHeaderHidden(grid.Caption().empty());
-    header()->setStretchLastSection(false);  // both share the width
+    header()->setStretchLastSection(false);  // both columns share the width
     header()->setSectionResizeMode(QHeaderView::Stretch);
     header()->setMinimumSectionSize(1);
     header()->setSectionsClickable(false);
     connect(selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& now) { CurrentChanged(now); });
-    // Editors and buttons in rows follow the columns once all of them have their widths.
+    // Waits until all columns have their widths, then places the editors and buttons.
     connect(
         header(), &QHeaderView::sectionResized, this, [this] { updateEditorGeometries(); },
         Qt::QueuedConnection);
@@ -98,7 +98,7 @@ class PropertyTree final : public QTreeView {
   }
 
   void ShowRows() {
-    // While its row is still there, so that the focus comes back to the grid.
+    // Closes the editor before its row is removed, so that the focus returns to the grid.
     if (edited_ != grid_.SelectedItem()) CloseEditor();
     model_.Synchronize();
     const bool list = IsPlainList(grid_);
@@ -136,7 +136,7 @@ class PropertyTree final : public QTreeView {
 
  protected:
   void focusInEvent(QFocusEvent* event) override {
-    // A grid that is entered does not put the user on a row by itself.
+    // Getting the focus must not select a row.
     host_.Update([&] {
       QTreeView::focusInEvent(event);
       if (grid_.SelectedItem() == nullptr) selectionModel()->clear();
@@ -154,7 +154,7 @@ class PropertyTree final : public QTreeView {
                (enter || event->key() == Qt::Key_Space)) {
       host_.Act([item] { FormRenderer::ClickButton(*item); });
     } else if (editor_ != nullptr && enter) {
-      editor_->SelectValue();  // the value is edited: it does not close the dialog
+      editor_->SelectValue();  // does not press the dialog's button
     } else if (!MoveSelection(event->key())) {
       QTreeView::keyPressEvent(event);
     }
@@ -179,7 +179,7 @@ class PropertyTree final : public QTreeView {
         break;
       case Qt::Key_Left:
       case Qt::Key_Right:
-        return true;  // rows have no levels
+        return true;  // rows cannot be expanded
       default:
         return false;
     }
@@ -191,7 +191,7 @@ class PropertyTree final : public QTreeView {
 
   QPushButton* MakeButton(PropertyGridItem& item) {
     auto* button = new QPushButton(ToQtCaption(item.Caption()));
-    button->setFocusPolicy(Qt::NoFocus);  // the row has it
+    button->setFocusPolicy(Qt::NoFocus);  // the row has the focus
     button->setAutoDefault(false);
     button->setEnabled(item.Enabled());
     connect(button, &QPushButton::clicked, this, [this, &item] {
@@ -218,7 +218,7 @@ class PropertyTree final : public QTreeView {
     editor_->setAutoFillBackground(true);
     editor_->setEnabled(item->Enabled());
     setIndexWidget(index, editor_);
-    // The tab key goes to the editor at the grid's place in the form, and on from there.
+    // Puts the editor at the grid's place in the tab order.
     QWidget* former = this;
     for (QWidget* part : editor_->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
       if ((part->focusPolicy() & Qt::TabFocus) == 0) continue;
@@ -242,7 +242,7 @@ class PropertyTree final : public QTreeView {
     edited_ = nullptr;
     SetTabStop();
     if (focused) setFocus(Qt::OtherFocusReason);
-    editor->hide();  // it ends once its own events are over
+    editor->hide();  // deleted only after its own events
     if (index.isValid() && indexWidget(index) == editor)
       setIndexWidget(index, nullptr);
     else
@@ -258,7 +258,7 @@ class PropertyTree final : public QTreeView {
   PropertyGrid& grid_;
   PropertyGridModel& model_;
   ViewHost& host_;
-  QPointer<ValueEditor> editor_;  // of the row on which the user stands, if it has one
+  QPointer<ValueEditor> editor_;  // of the selected row, if it has one
   const PropertyGridItem* edited_ = nullptr;
 };
 

@@ -7,8 +7,7 @@ namespace kvo {
 
 class PropertyTree;
 
-// The property grid as a list of rows. What can be done to the value of the row on which the user
-// stands can be done at once: its editor is open.
+// The property grid as a list of rows. The editor of the selected row's value is always open.
 class PropertyGridView final : public ControlView {
  public:
   PropertyGridView(PropertyGrid& grid, QWidget& parent, ViewHost& host);

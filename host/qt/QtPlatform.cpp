@@ -28,7 +28,7 @@ QColor ToQtColor(ColorNumber color) {
   return {color & 0xFF, (color >> 8) & 0xFF, (color >> 16) & 0xFF};
 }
 
-// Runs a modal dialog that its parent may take along when it ends.
+// Runs a modal dialog. Its parent may delete it meanwhile.
 template <class Dialog>
 int Execute(std::unique_ptr<Dialog> dialog) {
   const QPointer<Dialog> shown(dialog.release());

@@ -8,14 +8,13 @@
 
 namespace kvo {
 
-// The platform of programs with a desktop. Needs a QApplication; its dialogs stand over the window
-// that is active.
+// The platform of desktop programs. Needs a QApplication. Shows its dialogs over the active window.
 class QtPlatform : public ProgramPlatform {
  public:
-  // `pages` makes the pages of the property frames that it shows.
+  // `pages` creates the pages of the property frames.
   explicit QtPlatform(PageFactory pages) : pages_(std::move(pages)) {}
 
-  // Handed to the property frames.
+  // Passed to the property frames.
   std::function<void()> onApplied;
   QString frameNote;
 
@@ -23,9 +22,9 @@ class QtPlatform : public ProgramPlatform {
   std::optional<std::string> InputPrompt(std::string_view prompt, std::string_view title) override;
   void ShowModal(Form& form) override;
   ColorNumber ChooseColor(ColorNumber preset) override;
-  // Mouse buttons and the shift, control and menu keys; no others.
+  // Reports the mouse buttons and the Shift, Ctrl and Alt keys only.
   KeyStates KeyboardState() override;
-  // An owner is the winId of a widget's window.
+  // `owner` is the winId of a widget's window.
   void ShowPropertyFrame(WindowHandle owner, std::string_view caption, ObjectRef object,
                          const std::vector<std::string>& pages) override;
 

@@ -1,4 +1,4 @@
-// Texts on their way between the core (UTF-8) and Qt (UTF-16).
+// Converts texts between the core (UTF-8) and Qt (UTF-16).
 #pragma once
 
 #include <QString>
@@ -12,11 +12,11 @@ QString ToQt(std::string_view utf8);
 // Unpaired surrogates become U+FFFD.
 std::string FromQt(const QString& text);
 
-// A caption for widgets that take "&" for the mark of an access key: there it is a character.
+// Doubles each "&", for widgets that would take it as the mark of an access key.
 QString ToQtCaption(std::string_view utf8);
 
-// A tool tip that shows the text as it stands: Qt renders whatever begins like markup, pictures
-// from the disk included.
+// A tooltip that shows the text literally. Otherwise, Qt renders text that looks like markup,
+// including pictures from the disk.
 QString ToolTipOf(const QString& text);
 
 }  // namespace kvo

@@ -8,7 +8,7 @@ namespace {
 constexpr char16_t kSymbolForBreak = 0x21B5;
 constexpr char16_t kReplacement = 0xFFFD;
 
-// What stands for a unit that means something else in a document.
+// Replaces a unit that has another meaning in a QTextDocument.
 char16_t StandIn(char16_t unit) {
   switch (unit) {
     case 0:
@@ -18,7 +18,7 @@ char16_t StandIn(char16_t unit) {
     case 0x2028:
     case 0x2029:
       return kSymbolForBreak;
-    case 0xFDD0:  // Qt's marks of a frame's beginning and end, and of an object in the text
+    case 0xFDD0:  // Qt's marks for the start and end of a frame, and for an embedded object
     case 0xFDD1:
     case 0xFFFC:
       return kReplacement;

@@ -5,8 +5,8 @@
 
 namespace kvo {
 
-// With Lines::many a line break, which is CR LF, CR or LF, is one LF, and characters that a
-// document would take for something else have stand-ins. A line break that was typed is CR LF.
+// With Lines::many, shows each line break (CR LF, CR or LF) as one LF and replaces characters that
+// mean something else in a QTextDocument. Returns typed line breaks as CR LF.
 extern const TextStyle kQtStyle;
 
 }  // namespace kvo

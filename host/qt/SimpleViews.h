@@ -1,4 +1,4 @@
-// The views of what the user only sees, clicks, or opens.
+// The views of labels, frames, pictures, buttons, tabs and timers.
 #pragma once
 
 #include <QCheckBox>
@@ -31,7 +31,7 @@ class LabelView final : public WidgetViewOf<Label, QLabel> {
     widget_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     Show(Aspect::caption);
   }
-  // Without a buddy, a "&" is a character here already.
+  // A QLabel without a buddy shows "&" as it is.
   void Show(Aspect) override { widget_->setText(ToQt(control_.Caption())); }
 };
 
@@ -47,7 +47,7 @@ class FrameView final : public WidgetViewOf<const Frame, QWidget> {
       box->setFrameShadow(QFrame::Sunken);
       widget_ = box;
     }
-    widget_->lower();  // what stands inside is declared beside it
+    widget_->lower();  // below the controls that it surrounds
   }
 };
 
@@ -63,8 +63,8 @@ class PictureView final : public WidgetViewOf<const PictureBox, QLabel> {
 
 // --- buttons ---
 
-// The enter key presses the button on which it is pressed, not the dialog's; the arrow keys do
-// nothing: the tab key alone moves the focus, here as on every desktop.
+// Enter presses the focused button, not the dialog's default button. Arrow keys do nothing: only
+// Tab moves the focus, as on the other desktops.
 template <class Button>
 class PressedByKeys final : public Button {
  public:
@@ -92,7 +92,7 @@ class CommandButtonView final : public WidgetViewOf<CommandButton, QPushButton> 
   }
 };
 
-// What can be checked, or not.
+// The view of a check box or option button.
 template <class Control, class Button>
 class MarkView : public WidgetViewOf<Control, Button> {
  public:
@@ -104,7 +104,7 @@ class MarkView : public WidgetViewOf<Control, Button> {
     button->setChecked(control.Value());
     QObject::connect(button, &Button::clicked, button, [this] {
       this->host_.Act([this] { FormRenderer::Click(this->control_); });
-      // The page may have thought otherwise.
+      // The page's event may have changed the value.
       this->host_.Update([this] { Show(Aspect::checked); });
     });
   }
@@ -116,8 +116,8 @@ class CheckBoxView final : public MarkView<CheckBox, QCheckBox> {
       : MarkView(box, host, new PressedByKeys<QCheckBox>(ToQtCaption(box.Caption()), &parent)) {}
 };
 
-// Of the buttons of a group only one is reached by the tab key: the chosen one, or the first. The
-// arrow keys go to the others, and choose them.
+// Tab stops at one button of a group: the chosen one, or the first. The arrow keys move to the
+// others and choose them.
 class OptionButtonView final : public MarkView<OptionButton, QRadioButton> {
  public:
   OptionButtonView(OptionButton& button, QWidget& parent, ViewHost& host)
@@ -140,7 +140,7 @@ class OptionButtonView final : public MarkView<OptionButton, QRadioButton> {
    public:
     Radio(OptionButton& button, QWidget& parent, ViewHost& host)
         : QRadioButton(ToQtCaption(button.Caption()), &parent), button_(button), host_(host) {
-      setAutoExclusive(false);  // the form decides
+      setAutoExclusive(false);  // the form does that
     }
 
    protected:
@@ -193,7 +193,7 @@ class TabControlView final : public WidgetViewOf<TabControl, QTabWidget> {
   void Show(Aspect) override { widget_->setCurrentIndex(static_cast<int>(control_.SelectedTab())); }
 
  private:
-  // As high as forms plan it, whatever the style likes.
+  // Has the height from the form's design instead of the style's.
   class Bar final : public QTabBar {
    protected:
     QSize tabSizeHint(int index) const override {

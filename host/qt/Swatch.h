@@ -1,4 +1,4 @@
-// The small square that shows the colour which a row of a property grid holds.
+// The small square that shows a colour row's value.
 #pragma once
 
 #include <QPixmap>

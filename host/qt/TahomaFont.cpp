@@ -17,8 +17,7 @@ unsigned Number(const QByteArray& font, qsizetype at, int bytes) {
   return number;
 }
 
-// Where a table begins in a font; its entry in the font's directory is put out of use if `hide`.
-// 0 when there is none.
+// Returns the offset of a table in a font, or 0. With `hide`, also disables its directory entry.
 qsizetype FindTable(QByteArray& font, const char* tag, bool hide) {
   constexpr qsizetype kDirectory = 12;
   constexpr qsizetype kEntry = 16;
@@ -37,11 +36,11 @@ void Put(QByteArray& font, qsizetype at, int number) {
   font[at + 1] = static_cast<char>(number);
 }
 
-// Wine's file tells Windows and others different measures. Those for others cut the dots off an
-// umlaut; here a line is as high as in Windows, 11 pixels and 2 of 8.25 point at 96 dots to the
-// inch. The file's bitmaps, drawn for just one size, have measures of their own.
-void MeasureAsWindowsDoes(QByteArray& font) {
-  constexpr qsizetype kAscent = 68;  // in OS/2; descent and gap follow
+// Wine's file has different metrics for Windows and for other systems, and the latter cut the dots
+// off umlauts. Sets Windows' line height: an ascent of 11 and a descent of 2 pixels for 8.25 point
+// at 96 dpi. Hides the file's bitmaps, which exist in one size only and have metrics of their own.
+void SetWindowsMetrics(QByteArray& font) {
+  constexpr qsizetype kAscent = 68;  // in table OS/2; descent and line gap follow
   constexpr int kUnitsPerEm = 2048;
   FindTable(font, "EBLC", true);
   FindTable(font, "EBDT", true);
@@ -52,12 +51,12 @@ void MeasureAsWindowsDoes(QByteArray& font) {
   Put(font, table + kAscent + 4, 0);
 }
 
-// The bold file is left alone: its letters are wider, but no bolder. Qt makes bold ones itself.
+// Ignores the bold file: its letters are wider but no bolder. Qt synthesises bold ones.
 void LoadFromWine() {
   QFile file(QStringLiteral("/usr/share/wine/fonts/tahoma.ttf"));
   if (!file.open(QIODevice::ReadOnly)) return;
   QByteArray font = file.readAll();
-  MeasureAsWindowsDoes(font);
+  SetWindowsMetrics(font);
   QFontDatabase::addApplicationFontFromData(font);
 }
 
@@ -73,13 +72,13 @@ void LoadTahoma() {
 
 QFont QtFont(const Font& font) {
   static const bool hasTahoma = QFontDatabase::hasFamily(ToQt(kTahoma));
-  constexpr qreal kTighter = 96;  // percent; what stands in is a little wider
+  constexpr qreal kLetterSpacing = 96;  // percent, because substitutes are a little wider
   QFont result;
   if (font.family == kTahoma) {
     result.setFamilies({ToQt(kTahoma), QStringLiteral("DejaVu Sans Condensed"),
                         QStringLiteral("Noto Sans"), QStringLiteral("Liberation Sans")});
     result.setStyleHint(QFont::SansSerif);
-    if (!hasTahoma) result.setLetterSpacing(QFont::PercentageSpacing, kTighter);
+    if (!hasTahoma) result.setLetterSpacing(QFont::PercentageSpacing, kLetterSpacing);
   } else {
     result.setFamilies(
         {ToQt(font.family), QStringLiteral("Liberation Mono"), QStringLiteral("DejaVu Sans Mono")});

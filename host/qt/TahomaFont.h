@@ -6,11 +6,11 @@
 
 namespace kvo {
 
-// Forms are set in Tahoma. Where the system has no such family, the one that Wine brings along
-// is loaded, once per process; without it a sans-serif font of about its width stands in.
+// Loads Tahoma, the font of forms, once per process. Where the system has none, loads Wine's file;
+// if that is missing too, QtFont substitutes a sans-serif font of about the same width.
 void LoadTahoma();
 
-// A form's font. Tahoma has to be loaded already.
+// Converts a form's font. Call LoadTahoma first.
 QFont QtFont(const Font& font);
 
 }  // namespace kvo

@@ -23,8 +23,9 @@ QHBoxLayout* TightLayout(QWidget* of) {
   return layout;
 }
 
-// The button beside a value. Other keys than its own two go on through the rows or do nothing.
-class BesideValue final : public QToolButton {
+// The button beside a value. Handles Enter and Space; passes the up and down arrows and Escape on,
+// and ignores all other keys.
+class ValueButton final : public QToolButton {
  public:
   using QToolButton::QToolButton;
 
@@ -46,7 +47,7 @@ class BesideValue final : public QToolButton {
   }
 };
 
-// A line edit for the value of a row.
+// A line edit for a row's value.
 class ValueLine {
  public:
   ValueLine(QLineEdit& line, PropertyGridItem& item, ViewHost& host)
@@ -72,7 +73,7 @@ class TextEditor final : public ValueEditor {
       : ValueEditor(parent),
         item_(item),
         swatch_(new QLabel(this)),
-        line_(new CalmLine(this)),
+        line_(new SteadyLine(this)),
         value_(*line_, item, host) {
     constexpr int kBeforeSwatch = 45;
     swatch_->setContentsMargins(ToPixels(kBeforeSwatch, *this), 0, 0, 0);
@@ -92,12 +93,12 @@ class TextEditor final : public ValueEditor {
 
  private:
   QToolButton* MakeButton(PropertyGridItem& item, ViewHost& host) {
-    auto* button = new BesideValue(this);
+    auto* button = new ValueButton(this);
     button->setText(QStringLiteral("..."));
     button->setAccessibleName(ToQt(item.Caption()) + QLatin1String(" ..."));
     button->setFocusPolicy(Qt::TabFocus);
     button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
-    // The value may be typed over then, if the row is still there.
+    // Selects the value afterwards for typing, if the row still exists.
     QObject::connect(button, &QToolButton::clicked, line_, [this, &item, &host] {
       const QPointer<QLineEdit> line = line_;
       const PropertyGrid& grid = item.Grid();
@@ -144,8 +145,7 @@ class ListEditor final : public ValueEditor {
   }
   void ShowValue() override {
     ShowRows(ListOfRows(*list_), item_.Choices(), &PropertyGridItem::Caption, ChosenRow(item_));
-    list_->setPlaceholderText(
-        ToQt(ToText(item_.Value())));  // a value that is no choice still shows
+    list_->setPlaceholderText(ToQt(ToText(item_.Value())));  // shows a value that is not a choice
     if (value_) value_->Show();
   }
   void SelectValue() override {

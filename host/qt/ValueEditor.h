@@ -11,13 +11,14 @@ namespace kvo {
 class ValueEditor : public QWidget {
  public:
   using QWidget::QWidget;
-  // Brings the editor in step with the row.
+  // Updates the editor from the row.
   virtual void ShowValue() = 0;
-  // Selects what the next character replaces.
+  // Selects the text that the next typed character replaces.
   virtual void SelectValue() = 0;
 };
 
-// Hands each edit to the row as it is made. nullptr for a row whose value cannot be edited.
+// Creates the editor of a row's value, which passes on each edit at once. Returns nullptr for a row
+// whose value cannot be edited.
 ValueEditor* MakeValueEditor(PropertyGridItem& item, QWidget* parent, ViewHost& host);
 
 }  // namespace kvo

@@ -91,7 +91,7 @@ bool StartsWith(std::string_view text, std::string_view prefix) {
   return EqualIgnoringCase(text.substr(0, prefix.size()), prefix);
 }
 
-// The class name in "progid:KVOPDesignObjects.NAME"; empty when the library is another one.
+// Returns the class name in "progid:KVOPDesignObjects.NAME"; empty for another library.
 std::string_view ClassNameOf(std::string_view classId) {
   if (!StartsWith(classId, kProgId)) return {};
   classId.remove_prefix(kProgId.size());

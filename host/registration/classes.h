@@ -1,5 +1,5 @@
-// The one list of the library's classes. The command line tool, the editor and the Windows
-// component are all fed from it; a class that stands here appears in all of them.
+// The single list of the library's classes, from which the command line tool, the editor and the
+// Windows component take them.
 #pragma once
 
 #include <memory>
@@ -13,7 +13,7 @@ namespace kvo {
 
 inline constexpr std::string_view kLibraryName = "KVOPDesignObjects";
 
-// The two type libraries: this one's, and that of the contract with hosts.
+// The two type libraries: this library's, and that of the interface to hosts.
 struct TypeLibraryId {
   std::string_view name;
   std::string_view id;
@@ -24,27 +24,27 @@ inline constexpr TypeLibraryId kLibrary = {kLibraryName, "{1D0A9E6B-5F3C-4C0E-9B
                                            1, 0};
 inline constexpr TypeLibraryId kFramework = {"DTCFramework",
                                              "{8E3B6A42-0C57-4E19-A6D4-3F9C1B7E5A21}", 1, 0};
-// What a host calls when it saves a page: the framework's interface, and the id of its one method.
+// The interface that a host calls when it saves a page, and the id of its one method.
 inline constexpr std::string_view kRuntimeTextInterface = "IProvideRuntimeText";
 inline constexpr std::string_view kRuntimeTextInterfaceId =
     "{C7D2F1A8-6B4E-4D35-9E0A-52B8D4F3C6E1}";
-inline constexpr int kRuntimeTextId = 1000;  // beside those of every class's properties
+inline constexpr int kRuntimeTextId = 1000;  // next to the ids of the class's properties
 
-// Ids are in registry form: braces, upper case. They never change.
+// Ids are in registry form: in braces and upper case. They never change.
 struct RegisteredControl {
   const ControlClass& (*contract)();
   std::string_view classId;
-  std::string_view interfaceId;  // of its properties in the type library
+  std::string_view interfaceId;  // of its properties, in the type library
 };
 
 std::span<const RegisteredControl> RegisteredControls();
 
-// By class name, exactly as it is spelt; nullptr when there is none.
+// Finds a control by its exact class name; nullptr when there is none.
 const RegisteredControl* FindControlByName(std::string_view className);
-// By the `classid` of a page's object element: "progid:KVOPDesignObjects.NAME" or "clsid:GUID"
-// with or without braces, in any case; nullptr when it is none of ours.
+// Finds a control by the `classid` of a page's object element: "progid:KVOPDesignObjects.NAME" or
+// "clsid:GUID" with or without braces, in any case. Returns nullptr for foreign ones.
 const RegisteredControl* FindControlByClassId(std::string_view classId);
-// Property pages. Which class shows which pages stands in the class's own list.
+// A property page. Each control class lists the pages that it shows.
 struct RegisteredPage {
   std::string_view name;
   std::unique_ptr<PropertyPage> (*create)();
@@ -52,12 +52,12 @@ struct RegisteredPage {
 };
 
 std::span<const RegisteredPage> RegisteredPages();
-// By class name, exactly as it is spelt; nullptr when there is none.
+// Finds a page by its exact class name; nullptr when there is none.
 const RegisteredPage* FindPage(std::string_view className);
-// Makes a page: what a property frame needs. nullptr when there is none of the name.
+// Creates a page, as a PageFactory for property frames. nullptr when there is no such page.
 std::unique_ptr<PropertyPage> CreatePage(std::string_view className);
 
-// Whether a `classid` claims to be of this library, known or not.
+// Whether a `classid` names this library, with a known class or not.
 bool IsOurProgId(std::string_view classId);
 
 }  // namespace kvo

@@ -8,7 +8,7 @@
 namespace kvo {
 namespace {
 
-// As ItemKind has them.
+// In the order of ItemKind.
 constexpr std::string_view kKindNames[] = {"category", "text",  "list",  "color",
                                            "button",   "entry", "choice"};
 

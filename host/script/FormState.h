@@ -1,4 +1,4 @@
-// What stands on a form, as values with names: for scripts, for JSON, for anybody who looks.
+// The content of a form as named values, for scripts and JSON.
 #pragma once
 
 #include <string>
@@ -22,11 +22,11 @@ using StateValue = std::variant<bool, int, std::string, std::vector<std::string>
 //   tabs           tab (the open one's caption), tabs
 //   property grid  caption, selected (the row's key, or caption); its rows are its parts:
 //   row            kind, caption, value, enabled, choices
-//   data grid      columns, rows (how many), selected (row numbers); the rows that show are its
+//   data grid      columns, rows (how many), selected (row numbers); its visible rows are its
 //                  parts, each with cells
 struct ControlState {
   std::string kind;
-  std::string name;  // of a row: its key, or its caption when it has none; of a record: its number
+  std::string name;  // for a row, its key, or its caption without one; for a record, its index
   std::vector<std::pair<std::string_view, StateValue>> values;
   std::vector<ControlState> parts;
 
@@ -36,7 +36,7 @@ struct ControlState {
 
 ControlState StateOf(FormControl& control);
 
-// Every control, each container directly followed by its own, in tab order.
+// Returns all controls in tab order, each container directly followed by its own controls.
 std::vector<ControlState> StateOf(const Form& form);
 
 }  // namespace kvo

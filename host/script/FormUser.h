@@ -1,5 +1,5 @@
-// A user in front of a form, whoever shows it: what scripts act through. One implementation acts on
-// the form itself (HeadlessUser); a toolkit's acts on the widgets that show it.
+// A user of a form, through which scripts act. One implementation acts on the form itself
+// (HeadlessUser); those of the toolkits act on the widgets that show it.
 #pragma once
 
 #include <memory>
@@ -13,13 +13,14 @@
 
 namespace kvo {
 
-// What a person could not have done either: the control is hidden or disabled, is no such row, ...
+// Thrown for an action that a person could not do either: the control is hidden or disabled, the
+// row does not exist, and so on.
 class CannotDo : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// Home and end are those of a whole text: where the lines of a box wrap, its font decides.
+// Home and End move within the whole text, because where a box wraps its lines depends on the font.
 enum class Key {
   tab,
   shiftTab,
@@ -37,19 +38,19 @@ enum class Key {
   selectAll,
 };
 
-// What the page's events throw comes out of the action that raised them.
+// Actions pass on the exceptions of the page's events.
 class FormUser {
  public:
   virtual ~FormUser() = default;
 
   // --- focus ---
-  // As the tab key does it, straight to the control.
+  // Moves the focus straight to the control, as if by the Tab key.
   virtual void FocusByKeyboard(FormControl& control) = 0;
-  // A click into the box, which puts the caret behind that many characters.
+  // Clicks into the box, behind that many characters.
   virtual void ClickInto(EditBox& box, std::size_t caret) = 0;
 
   // --- keyboard, at the focused control ---
-  // Each character by itself; CR LF and LF are the enter key.
+  // Types one character at a time; CR LF and LF are the Enter key.
   virtual void Type(std::string_view text) = 0;
   virtual void Press(Key key) = 0;
 
@@ -58,18 +59,18 @@ class FormUser {
   virtual void DoubleClick(Grid& grid, std::size_t row) = 0;
   virtual void Choose(ComboBox& box, int row) = 0;
   virtual void SelectTab(TabControl& tabs, std::size_t tab) = 0;
-  // None: a click below the rows.
+  // No rows: clicks below them.
   virtual void SelectRows(Grid& grid, std::vector<std::size_t> rows) = 0;
   virtual void SelectItem(PropertyGridItem& item) = 0;
   virtual void ClickButton(PropertyGridItem& item) = 0;
-  // By what the choice shows.
+  // Chooses by the choice's caption.
   virtual void Choose(PropertyGridItem& item, std::string_view choice) = 0;
   virtual void CloseWindow() = 0;
 
-  // Time goes by for a running timer.
+  // Lets a running timer tick.
   virtual void Tick(Timer& timer) = 0;
 
-  // By what the row shows.
+  // Chooses by the row's text.
   void Choose(ComboBox& box, std::string_view text);
 };
 

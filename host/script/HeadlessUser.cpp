@@ -14,7 +14,7 @@ namespace {
   throw CannotDo(std::string(control.Name()) + ": " + std::string(why));
 }
 
-// Whether a position lies between a CR and its LF, where several lines have no place for a caret.
+// Whether a position is between a CR and its LF, where a multi-line box has no place for the caret.
 bool InsideLineBreak(const EditBox& box, std::size_t position) {
   const auto* text = dynamic_cast<const TextBox*>(&box);
   if (text == nullptr || !text->MultiLine() || position == 0) return false;
@@ -27,10 +27,10 @@ bool IsClosedList(const FormControl& control) {
   return list != nullptr && !list->Editable();
 }
 
-// Whether the keys go to the box of a row's value while the row is selected.
+// Whether keys go to the row's value box while the row is selected.
 bool HasOpenBox(const PropertyGridItem& item) { return HasValueBox(item) && item.Enabled(); }
 
-// How many characters a key goes back or forth from a position; 0 at the text's ends.
+// How many characters a key moves back or forth from a position; 0 at the ends of the text.
 std::size_t StepBack(const EditBox& box, std::size_t position) {
   if (position == 0) return 0;
   return InsideLineBreak(box, position - 1) ? 2 : 1;
@@ -40,14 +40,14 @@ std::size_t StepForth(const EditBox& box, std::size_t position) {
   return InsideLineBreak(box, position + 1) ? 2 : 1;
 }
 
-// What a key does to a text: it replaces a part of it, or selects that.
+// The effect of a key on a text: replaces a part of it, or selects that part.
 struct Stroke {
   HeadlessUser::Part part;
   std::optional<std::string_view> typed{};
 };
 
-// `back` and `forth` are how many characters the caret goes from the beginning of what is selected.
-// Nothing for a key that means nothing to a text.
+// `back` and `forth` are the steps of the caret from the start of the selection. Returns nothing
+// for a key without an effect on text.
 std::optional<Stroke> StrokeOf(Key key, HeadlessUser::Part selected, std::size_t size,
                                std::size_t back, std::size_t forth) {
   const auto [start, length] = selected;
@@ -73,7 +73,7 @@ std::optional<Stroke> StrokeOf(Key key, HeadlessUser::Part selected, std::size_t
   }
 }
 
-// The row of a list to which a key goes; the same one when it goes nowhere.
+// Returns the list row that a key selects, or `now` if it does not move.
 int NextChoice(Key key, int now, std::size_t rows) {
   const int last = static_cast<int>(rows) - 1;
   const int next = key == Key::up     ? now - 1
@@ -84,7 +84,7 @@ int NextChoice(Key key, int now, std::size_t rows) {
   return next >= 0 && next <= last ? next : now;
 }
 
-// Holds the left mouse button down.
+// Holds the left mouse button down during its lifetime.
 class MouseDown {
  public:
   explicit MouseDown(HeadlessPlatform& platform) : state_(platform.keys[1]) { state_ |= 0x80; }
@@ -116,11 +116,11 @@ void HeadlessUser::MustBeOpen() const {
 
 void HeadlessUser::MustBeReachable(const FormControl& control) const {
   MustBeOpen();
-  if (!control.IsReachable()) Cannot(control, "is disabled or does not show");
+  if (!control.IsReachable()) Cannot(control, "is disabled or hidden");
 }
 
 void HeadlessUser::ControlChanged(FormControl&, Aspect) {
-  // What can no longer be used hands the keyboard on.
+  // Moves the focus on if the focused control can no longer be used.
   if (Shown().Focused() != nullptr && !Shown().Focused()->IsReachable()) MoveFocus(false);
 }
 
@@ -134,7 +134,7 @@ void HeadlessUser::ItemChanged(PropertyGridItem& item) {
 
 void HeadlessUser::FocusByKeyboard(FormControl& control) {
   MustBeReachable(control);
-  if (!control.TakesFocus()) Cannot(control, "takes no focus");
+  if (!control.TakesFocus()) Cannot(control, "cannot take the focus");
   EnterByKeyboard(control, false);
 }
 
@@ -180,7 +180,7 @@ void HeadlessUser::MoveFocus(bool backwards) {
     Focus(nullptr);
 }
 
-// From the value to the button beside it, and back.
+// Moves from the value to the button beside it, and back.
 bool HeadlessUser::MoveInsideGrid(bool backwards) {
   const auto* grid = dynamic_cast<PropertyGrid*>(Shown().Focused());
   const PropertyGridItem* item = grid == nullptr ? nullptr : grid->SelectedItem();
@@ -294,7 +294,7 @@ void HeadlessUser::PressInGrid(PropertyGrid& grid, Key key) {
 
 void HeadlessUser::PressInValue(PropertyGridItem& item, Key key) {
   PropertyGrid& grid = item.Grid();
-  if (key == Key::enter) return SelectValue(grid);  // the value is edited: the dialog stays open
+  if (key == Key::enter) return SelectValue(grid);  // does not press the dialog's button
   if (item.Kind() == ItemKind::list && (key == Key::up || key == Key::down || !TakesText(item))) {
     const int now = ChosenRow(item);
     const int next = NextChoice(key, now, item.Choices().size());
@@ -361,7 +361,7 @@ void HeadlessUser::StepOption(const OptionButton& button, int step) {
 }
 
 void HeadlessUser::Click(FormControl& control) {
-  if (dynamic_cast<Timer*>(&control) != nullptr) Cannot(control, "is nothing to see");
+  if (dynamic_cast<Timer*>(&control) != nullptr) Cannot(control, "is not visible");
   FocusByMouse(control);
   if (auto* button = dynamic_cast<CommandButton*>(&control)) return FormRenderer::Click(*button);
   if (auto* check = dynamic_cast<CheckBox*>(&control)) return FormRenderer::Click(*check);

@@ -1,5 +1,4 @@
-// A user without eyes: acts on a form as a person does at real widgets, key by key and click by
-// click, where no widgets are.
+// Acts on a form without widgets as a person does on real ones, key by key and click by click.
 #pragma once
 
 #include <string>
@@ -15,8 +14,8 @@ namespace kvo {
 
 class HeadlessUser : public FormUser, public FormRenderer {
  public:
-  // The platform is the one that the program runs on; its mouse button goes down with a click.
-  // A dialog that is open is entered at its first input.
+  // `platform` is the running program's; clicks hold down its mouse button. Focuses the first input
+  // of an open dialog.
   HeadlessUser(HeadlessPlatform& platform, Form& form);
 
   void FocusByKeyboard(FormControl& control) override;
@@ -65,10 +64,10 @@ class HeadlessUser : public FormUser, public FormRenderer {
 
   HeadlessPlatform& platform_;
   const bool isOpenDialog_;
-  Part value_;  // what is selected in the box of the selected row of a grid
+  Part value_;  // the selection in the value box of a grid's selected row
   std::size_t valueSize_ = 0;
   int editsValue_ = 0;
-  bool besideValue_ = false;  // the user is at the button beside that box
+  bool besideValue_ = false;  // the focus is on the button beside that box
 };
 
 }  // namespace kvo

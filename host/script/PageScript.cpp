@@ -20,7 +20,7 @@ namespace {
   throw ScriptTrouble(Filled(message, texts));
 }
 
-// A command fails with a failure of the page: its number (0: none) and its text.
+// A failure of the page during a command: its number (0 without one) and text.
 struct PageFailure {
   int number;
   Message message;
@@ -35,7 +35,7 @@ std::size_t ToNumber(const std::string& word) {
   std::size_t number = 0;
   const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
   if (error != std::errc() || end != word.data() + word.size())
-    Fail({"„{}“ ist keine Zahl.", "\"{}\" is no number."}, {word});
+    Fail({"„{}“ ist keine Zahl.", "\"{}\" is not a number."}, {word});
   return number;
 }
 
@@ -63,24 +63,24 @@ std::string Shown(const StateValue& value) {
   return list;
 }
 
-// --- the performance ----------------------------------------------------------------------------
+// --- running a script ---------------------------------------------------------------------------
 
-class Performance final : private PropertyFrame::Window {
+class ScriptRun final : private PropertyFrame::Window {
  public:
-  Performance(ScriptStage& stage, std::string_view script) : stage_(stage) {
+  ScriptRun(ScriptStage& stage, std::string_view script) : stage_(stage) {
     for (std::size_t at = 0; at <= script.size();) {
       const std::size_t end = std::min(script.find('\n', at), script.size());
       lines_.push_back(script.substr(at, end - at));
       at = end + 1;
     }
     formerModal_ = std::move(stage_.platform.whileModal);
-    stage_.platform.whileModal = [this](Form& form) { PlayDialog(form); };
+    stage_.platform.whileModal = [this](Form& form) { RunDialog(form); };
   }
-  Performance(const Performance&) = delete;
-  Performance& operator=(const Performance&) = delete;
-  ~Performance() override { stage_.platform.whileModal = std::move(formerModal_); }
+  ScriptRun(const ScriptRun&) = delete;
+  ScriptRun& operator=(const ScriptRun&) = delete;
+  ~ScriptRun() override { stage_.platform.whileModal = std::move(formerModal_); }
 
-  ScriptOutcome Play() {
+  ScriptOutcome Run() {
     while (!Ended()) Step();
     if (!outcome_.failure) Guarded(lines_.size(), [this] { LoadNewControl(); });
     return Outcome();
@@ -90,9 +90,9 @@ class Performance final : private PropertyFrame::Window {
   using Words = std::span<const std::string>;
   struct Command {
     std::string_view name;
-    std::size_t least;  // words behind the name
+    std::size_t least;  // words after the name
     std::size_t most;
-    void (Performance::*perform)(Words);
+    void (ScriptRun::*perform)(Words);
     bool actsOnFrame = false;
   };
   static std::span<const Command> Commands();
@@ -125,16 +125,17 @@ class Performance final : private PropertyFrame::Window {
   }
 
   void Perform(Words words) {
-    if (words[0] == "fails") return MustFail(words);
+    if (words[0] == "fails") return ExpectFailure(words);
     for (const Command& command : Commands()) {
       if (command.name != words[0]) continue;
       if (words.size() - 1 < command.least || words.size() - 1 > command.most)
-        Fail({"„{}“ hat zu viele oder zu wenige Angaben.", "\"{}\" has too many or too few words."},
+        Fail({"„{}“ hat zu viele oder zu wenige Angaben.",
+              "\"{}\" has too many or too few arguments."},
              {words[0]});
-      // The page that has opened the dialog waits for it, in the middle of an event.
+      // The page that opened the dialog is still inside its event.
       if (command.actsOnFrame && !dialogs_.empty())
         Fail({"„{}“ geht nicht, solange ein Dialog offen ist.",
-              "\"{}\" cannot be done while a dialog is open."},
+              "\"{}\" is not possible while a dialog is open."},
              {words[0]});
       if (command.name != "bag") LoadNewControl();
       reported_.reset();
@@ -153,8 +154,8 @@ class Performance final : private PropertyFrame::Window {
       Fail({"Den Befehl „{}“ gibt es nicht.", "There is no command \"{}\"."}, {words[0]});
   }
 
-  // fails NUMBER COMMAND...: the command has to fail with that number, "any" for any failure.
-  void MustFail(Words words) {
+  // fails NUMBER COMMAND...: expects the command to fail with that number, or "any".
+  void ExpectFailure(Words words) {
     if (words.size() < 3)
       Fail({"„fails“ braucht Nummer und Befehl.", "\"fails\" needs a number and a command."});
     try {
@@ -178,7 +179,7 @@ class Performance final : private PropertyFrame::Window {
 
   void BagCommand(Words words) {
     if (newControl_ == nullptr)
-      Fail({"„bag“ steht nur hinter „control“.", "\"bag\" stands only behind \"control\"."});
+      Fail({"„bag“ steht nur hinter „control“.", "\"bag\" is only allowed after \"control\"."});
     newBag_.emplace_back(words[0], words[1]);
   }
 
@@ -218,7 +219,7 @@ class Performance final : private PropertyFrame::Window {
     OpenFrame();
   }
   void ReopenCommand(Words) {
-    if (opened_.empty()) Fail({"Es war noch nichts offen.", "Nothing was open yet."});
+    if (opened_.empty()) Fail({"Es war noch nichts offen.", "Nothing has been opened yet."});
     OpenFrame();
   }
   void OpenFrame() {
@@ -245,7 +246,7 @@ class Performance final : private PropertyFrame::Window {
   void PageCommand(Words words) {
     auto found = std::find(pageNames_.begin(), pageNames_.end(), words[0]);
     if (frame_ != nullptr && found == pageNames_.end()) {
-      // Any page can be shown for any object, named by it or not.
+      // Any page can be shown for any object, even if the object does not name it.
       std::vector<ObjectRef> objects = Objects(opened_);
       CloseForms();
       pageNames_ = {words[0]};
@@ -261,7 +262,7 @@ class Performance final : private PropertyFrame::Window {
   PropertyFrame& OpenedFrame() {
     if (frame_ == nullptr || !frame_->IsOpen())
       Fail({"Es ist keine Seite offen: „open NAME“ öffnet sie.",
-            "No page is open: \"open NAME\" opens them."});
+            "No page is open: use \"open NAME\" first."});
     return *frame_;
   }
   void SelectCommand(Words words) {
@@ -280,7 +281,7 @@ class Performance final : private PropertyFrame::Window {
 
   // --- forms ---
 
-  void PlayDialog(Form& form) {
+  void RunDialog(Form& form) {
     dialogs_.push_back(&form);
     while (!Ended() && form.IsLoaded()) Step();
     users_.erase(&form);
@@ -303,7 +304,7 @@ class Performance final : private PropertyFrame::Window {
     return *user;
   }
 
-  // NAME, or NAME(2) for the third of several of one name.
+  // NAME, or NAME(2) for the third control of that name.
   FormControl& Named(std::string name) {
     std::size_t index = 0;
     if (const std::size_t bracket = name.find('('); bracket != std::string::npos) {
@@ -319,7 +320,7 @@ class Performance final : private PropertyFrame::Window {
     Fail({"„{}“ ist dafür nicht die richtige Art.", "\"{}\" is not of the right kind for this."},
          {name});
   }
-  // A row by its key, its caption or its number.
+  // Finds a row by its key, its caption or its number.
   PropertyGridItem& Row(const std::string& grid, const std::string& row) {
     const auto& items = As<PropertyGrid>(grid).Items();
     for (const auto& item : items)
@@ -372,14 +373,15 @@ class Performance final : private PropertyFrame::Window {
   }
   void CloseWindowCommand(Words) { User().CloseWindow(); }
 
-  // --- answers to what the machine asks ---
+  // --- answers to dialogs ---
 
   void AnswerCommand(Words words) { stage_.platform.promptAnswers.emplace_back(words[0]); }
   void NoAnswerCommand(Words) { stage_.platform.promptAnswers.emplace_back(std::nullopt); }
   void ColorCommand(Words words) {
     std::array<std::uint8_t, 3> parts{};
     if (!ParseColor(words[0], parts[0], parts[1], parts[2]))
-      Fail({"„{}“ ist keine Farbe wie #FF8000.", "\"{}\" is no colour like #FF8000."}, {words[0]});
+      Fail({"„{}“ ist keine Farbe wie #FF8000.", "\"{}\" is not a colour such as #FF8000."},
+           {words[0]});
     stage_.platform.colorAnswers.emplace_back(parts[0] + parts[1] * 0x100 + parts[2] * 0x10000);
   }
   void NoColorCommand(Words) { stage_.platform.colorAnswers.emplace_back(std::nullopt); }
@@ -461,7 +463,7 @@ class Performance final : private PropertyFrame::Window {
     if (words[0] == "apply") return Same(words[1], open && frame_->CanApply() ? "yes" : "no");
     NoSuchValue("frame", words[0]);
   }
-  // NAME KEY VALUE, or NAME KEY alone: not stored.
+  // NAME KEY VALUE, or NAME KEY to expect that the key is not stored.
   void ExpectBag(Words words) {
     if (words.size() < 2) NeedWords(words, 3);
     MemoryBag bag;
@@ -472,9 +474,8 @@ class Performance final : private PropertyFrame::Window {
                      [&](const MemoryBag::Entry& each) { return each.first == words[1]; });
     if (words.size() == 2) {
       if (entry == entries.end()) return;
-      Fail(
-          {"Der Schlüssel „{}“ ist gespeichert, als „{}“.", "The key \"{}\" is stored, as \"{}\"."},
-          {words[1], entry->second});
+      Fail({"Der Schlüssel „{}“ ist gespeichert, als „{}“.", "The key \"{}\" is stored as \"{}\"."},
+           {words[1], entry->second});
     }
     if (entry == entries.end())
       Fail({"Der Schlüssel „{}“ ist nicht gespeichert.", "The key \"{}\" is not stored."},
@@ -485,7 +486,7 @@ class Performance final : private PropertyFrame::Window {
   void NeedWords(Words words, std::size_t count) {
     if (words.size() != count)
       Fail({"„expect {}“ hat zu viele oder zu wenige Angaben.",
-            "\"expect {}\" has too many or too few words."},
+            "\"expect {}\" has too many or too few arguments."},
            {words.empty() ? "" : words[0]});
   }
   [[noreturn]] static void NoSuchValue(const std::string& of, const std::string& name) {
@@ -493,7 +494,7 @@ class Performance final : private PropertyFrame::Window {
   }
   static void Same(std::string_view expected, std::string_view found) {
     if (expected != found)
-      Fail({"Erwartet ist „{}“, gefunden „{}“.", "Expected is \"{}\", found \"{}\"."},
+      Fail({"Erwartet ist „{}“, gefunden „{}“.", "Expected \"{}\", found \"{}\"."},
            {std::string(expected), std::string(found)});
   }
 
@@ -526,7 +527,7 @@ class Performance final : private PropertyFrame::Window {
   std::vector<std::string> pageNames_;
   std::vector<bool> shown_;
   std::unique_ptr<PropertyFrame> frame_;
-  std::map<Form*, std::unique_ptr<FormUser>> users_;  // end before their forms
+  std::map<Form*, std::unique_ptr<FormUser>> users_;  // destroyed before their forms
   std::vector<Form*> dialogs_;
   std::optional<PageFailure> reported_;
 };
@@ -534,36 +535,36 @@ class Performance final : private PropertyFrame::Window {
 constexpr std::size_t kAny = 1000;
 constexpr bool kOnFrame = true;
 
-std::span<const Performance::Command> Performance::Commands() {
+std::span<const ScriptRun::Command> ScriptRun::Commands() {
   static constexpr Command commands[] = {
-      // name, least and most words behind it
-      {"control", 2, 2, &Performance::ControlCommand},
-      {"bag", 2, 2, &Performance::BagCommand},
-      {"open", 1, kAny, &Performance::OpenCommand, kOnFrame},
-      {"reopen", 0, 0, &Performance::ReopenCommand, kOnFrame},
-      {"page", 1, 1, &Performance::PageCommand, kOnFrame},
-      {"select", 1, kAny, &Performance::SelectCommand, kOnFrame},
-      {"apply", 0, 0, &Performance::ApplyCommand, kOnFrame},
-      {"ok", 0, 0, &Performance::OkCommand, kOnFrame},
-      {"cancel", 0, 0, &Performance::CancelCommand, kOnFrame},
-      {"focus", 1, 1, &Performance::FocusCommand},
-      {"caret", 2, 2, &Performance::CaretCommand},
-      {"type", 1, 1, &Performance::TypeCommand},
-      {"press", 1, kAny, &Performance::PressCommand},
-      {"click", 1, 1, &Performance::ClickCommand},
-      {"choose", 2, 3, &Performance::ChooseCommand},
-      {"tab", 2, 2, &Performance::TabCommand},
-      {"row", 2, 2, &Performance::RowCommand},
-      {"button", 2, 2, &Performance::ButtonCommand},
-      {"rows", 1, kAny, &Performance::RowsCommand},
-      {"double-click", 2, 2, &Performance::DoubleClickCommand},
-      {"tick", 1, 2, &Performance::TickCommand},
-      {"close-window", 0, 0, &Performance::CloseWindowCommand},
-      {"answer", 1, 1, &Performance::AnswerCommand},
-      {"no-answer", 0, 0, &Performance::NoAnswerCommand},
-      {"color", 1, 1, &Performance::ColorCommand},
-      {"no-color", 0, 0, &Performance::NoColorCommand},
-      {"expect", 2, kAny, &Performance::ExpectCommand},
+      // name, fewest and most words after it
+      {"control", 2, 2, &ScriptRun::ControlCommand},
+      {"bag", 2, 2, &ScriptRun::BagCommand},
+      {"open", 1, kAny, &ScriptRun::OpenCommand, kOnFrame},
+      {"reopen", 0, 0, &ScriptRun::ReopenCommand, kOnFrame},
+      {"page", 1, 1, &ScriptRun::PageCommand, kOnFrame},
+      {"select", 1, kAny, &ScriptRun::SelectCommand, kOnFrame},
+      {"apply", 0, 0, &ScriptRun::ApplyCommand, kOnFrame},
+      {"ok", 0, 0, &ScriptRun::OkCommand, kOnFrame},
+      {"cancel", 0, 0, &ScriptRun::CancelCommand, kOnFrame},
+      {"focus", 1, 1, &ScriptRun::FocusCommand},
+      {"caret", 2, 2, &ScriptRun::CaretCommand},
+      {"type", 1, 1, &ScriptRun::TypeCommand},
+      {"press", 1, kAny, &ScriptRun::PressCommand},
+      {"click", 1, 1, &ScriptRun::ClickCommand},
+      {"choose", 2, 3, &ScriptRun::ChooseCommand},
+      {"tab", 2, 2, &ScriptRun::TabCommand},
+      {"row", 2, 2, &ScriptRun::RowCommand},
+      {"button", 2, 2, &ScriptRun::ButtonCommand},
+      {"rows", 1, kAny, &ScriptRun::RowsCommand},
+      {"double-click", 2, 2, &ScriptRun::DoubleClickCommand},
+      {"tick", 1, 2, &ScriptRun::TickCommand},
+      {"close-window", 0, 0, &ScriptRun::CloseWindowCommand},
+      {"answer", 1, 1, &ScriptRun::AnswerCommand},
+      {"no-answer", 0, 0, &ScriptRun::NoAnswerCommand},
+      {"color", 1, 1, &ScriptRun::ColorCommand},
+      {"no-color", 0, 0, &ScriptRun::NoColorCommand},
+      {"expect", 2, kAny, &ScriptRun::ExpectCommand},
   };
   return commands;
 }
@@ -571,7 +572,7 @@ std::span<const Performance::Command> Performance::Commands() {
 }  // namespace
 
 ScriptOutcome RunPageScript(ScriptStage& stage, std::string_view script) {
-  return Performance(stage, script).Play();
+  return ScriptRun(stage, script).Run();
 }
 
 }  // namespace kvo

@@ -1,4 +1,4 @@
-// Conversations with property pages, written down line by line (the format: docs/page-scripts.md).
+// Scripted use of property pages, line by line (the format: docs/page-scripts.md).
 #pragma once
 
 #include <functional>
@@ -19,19 +19,19 @@
 
 namespace kvo {
 
-// Where a script plays.
+// The environment of a script.
 struct ScriptStage {
-  HeadlessPlatform& platform;  // installed already
+  HeadlessPlatform& platform;  // must be installed
   PageFactory pages;
-  // Makes a control of a class, for `control` lines; nullptr when there is no such class.
+  // Creates a control of a class, for `control` lines; nullptr when there is no such class.
   std::function<std::shared_ptr<Control>(std::string_view className)> newControl;
-  // Given as `Office` to every control that holds one; may be none.
+  // Assigned to the `Office` property of every control that has one; may be null.
   ObjectRef office;
-  // The controls that a script finds under their names; `control` lines add to them.
+  // The controls by the names that scripts use; `control` lines add to them.
   std::map<std::string, std::shared_ptr<Control>, std::less<>> controls;
-  // Who sits in front of a form. Not set: a HeadlessUser.
+  // Creates the user of a form; if not set, a HeadlessUser.
   std::function<std::unique_ptr<FormUser>(Form&)> user;
-  // Further commands of the stage's own; false when it does not know the first word.
+  // Runs further commands; returns false when it does not know the first word.
   std::function<bool(std::span<const std::string> words)> command;
 };
 
@@ -49,14 +49,14 @@ struct PageOutcome {
 };
 
 struct ScriptOutcome {
-  std::optional<ScriptFailure> failure;  // the script ended there
-  // The property frame at the end: of the last `open`. Its pages are those that were shown.
+  std::optional<ScriptFailure> failure;  // ended the script
+  // The property frame of the last `open`, as it is at the end, with the pages that were shown.
   std::optional<bool> frameOpen;
   bool canApply = false;
   std::vector<PageOutcome> pages;
 };
 
-// Performs a script. Controls of the stage keep what the script did to them.
+// Runs a script. The stage's controls keep its changes.
 ScriptOutcome RunPageScript(ScriptStage& stage, std::string_view script);
 
 }  // namespace kvo

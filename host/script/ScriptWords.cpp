@@ -24,7 +24,7 @@ std::vector<std::string> SplitWords(std::string_view line) {
             ++at < line.size() ? kNames.find(line[at]) : std::string_view::npos;
         if (which == std::string_view::npos)
           throw ScriptTrouble({"Hinter „\\“ steht in einem Text n, r, t, 0, \" oder \\.",
-                               "In a text, \"\\\" is followed by n, r, t, 0, \" or \\."});
+                               "In a text, \"\\\" must be followed by n, r, t, 0, \" or \\."});
         word += kCharacters[which];
       }
       if (at == line.size())

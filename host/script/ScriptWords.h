@@ -1,4 +1,4 @@
-// The words of a page script's lines (the format: docs/page-scripts.md).
+// Splits the lines of page scripts into words (the format: docs/page-scripts.md).
 #pragma once
 
 #include <string>
@@ -9,12 +9,12 @@
 
 namespace kvo {
 
-// What is wrong with a line.
+// An error in a line of a script.
 class ScriptTrouble : public LocalizedError {
   using LocalizedError::LocalizedError;
 };
 
-// Without the comment, if there is one. Throws ScriptTrouble.
+// Splits a line and drops its comment. Throws ScriptTrouble.
 std::vector<std::string> SplitWords(std::string_view line);
 
 }  // namespace kvo

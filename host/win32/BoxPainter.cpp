@@ -11,7 +11,7 @@
 namespace kvo {
 namespace {
 
-// From the twips of a box to the units of a device.
+// Converts a box's twips to device units.
 class Scale {
  public:
   Scale(const Box& box, const RECT& target)
@@ -33,7 +33,7 @@ void Fill(HDC device, int left, int top, int right, int bottom, int color) {
   if (left < right && top < bottom) FillRect(device, &area, GetSysColorBrush(color));
 }
 
-// The line lies on the edge, as a pen of its width draws it.
+// Centres the line on the edge, as a pen would.
 void DrawBorder(HDC device, const Rect& border, const Scale& scale, const RECT& target) {
   const int line = std::max(1, scale.Width(kTwipsPerPixel));
   const auto left = std::max(scale.X(border.left) - line / 2, static_cast<int>(target.left));
@@ -46,9 +46,9 @@ void DrawBorder(HDC device, const Rect& border, const Scale& scale, const RECT& 
   Fill(device, left + line, top + line, right - line, bottom - line, COLOR_BTNFACE);
 }
 
-// Each character stands where Tahoma puts it at 96 dots to the inch, so that a metafile shows the
-// same on every machine and at every size, and no font that stands in leaves the box. A metafile
-// measures nothing, so that is done apart.
+// Places each character where Tahoma puts it at 96 dpi, so that a metafile looks the same on every
+// machine and at every size, and a substitute font fits into the box. Measures on another device
+// context, because a metafile cannot measure text.
 std::vector<int> Advances(const std::wstring& text, HFONT font, int width) {
   std::vector<int> ends(text.size());
   SIZE natural{};

@@ -7,11 +7,11 @@
 
 namespace kvo {
 
-// The size of a box at the resolution of the screen.
+// The size of a box at the screen's resolution.
 SIZE BoxSize(const Box& box);
 
-// Draws the box into `target`, which has its proportions, in the colours of the desktop and in
-// whatever units the device counts. Fit for metafiles.
+// Draws the box into `target`, which has the same proportions, in the desktop's colours and the
+// device's units. Works for metafiles.
 void DrawBox(HDC device, const Box& box, const RECT& target);
 
 }  // namespace kvo

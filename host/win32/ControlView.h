@@ -1,4 +1,4 @@
-// What FormWindow is made of: one view for each control, with the window that shows it.
+// The parts of FormWindow: one view for each control, with the window that shows it.
 #pragma once
 
 #include <windows.h>
@@ -12,12 +12,12 @@ namespace kvo {
 // The form around a view.
 class ViewHost : public FormAround<HWND> {
  public:
-  // Whether a window is just being given the keyboard. Option buttons say that they were clicked
-  // then.
+  // Whether a window is getting the focus right now, when option buttons report clicks of their
+  // own.
   virtual bool IsEntering() const = 0;
-  // Has FormWindow follow the keyboard focus into a window.
+  // Makes FormWindow track the keyboard focus in a window.
   virtual void Watch(HWND window) = 0;
-  // Has `Later` called for the view of a window as soon as whatever happens now is over.
+  // Schedules a call of `Later` for the window's view, after the current event.
   virtual void CallLater(HWND window) = 0;
   // The form's own window.
   virtual HWND Window() const = 0;
@@ -31,40 +31,40 @@ class ControlView : public WidgetView<HWND> {
   void ShowEnabled(bool enabled) override { EnableWindow(Widget(), enabled); }
   void ShowVisible(bool visible) override { ShowWindow(Widget(), visible ? SW_SHOWNA : SW_HIDE); }
 
-  // --- what the window tells ---
+  // --- messages from the window ---
   virtual void Command(WORD /*notification*/) {}
   virtual LRESULT Notify(NMHDR& /*notification*/) { return 0; }
   virtual void Later() {}
   virtual void Ticked() {}
-  // How its background is drawn; nullptr: as usual.
+  // The brush for its background; nullptr for the default.
   virtual HBRUSH Color(HDC /*device*/) { return nullptr; }
 
   // --- keyboard ---
   void Enter(bool /*backwards*/) override { SetFocus(Widget()); }
-  // The tab key goes on inside; false when it leaves.
+  // Moves the focus within the control for the Tab key; false when it leaves.
   virtual bool MoveInside(bool /*backwards*/) { return false; }
   enum class KeyUse {
-    none,    // nothing of the view's: it may mean something to the form
-    window,  // its window's
+    none,    // not used by the view; the form may use it
+    window,  // for its window
     done,
   };
-  // A key on its window or inside, before anybody else gets it.
+  // Handles a key for its window or a child window, before anything else does.
   virtual KeyUse Key(WPARAM /*key*/, HWND /*window*/) { return KeyUse::none; }
 
-  // What belongs below all others, because they stand inside.
+  // Whether it belongs below all others, because it surrounds them.
   virtual bool IsBackground() const { return false; }
-  // Where the point 0, 0 of what it holds lies in its window.
+  // The origin, in its window, of the positions of its child controls.
   virtual POINT Origin() const { return {0, 0}; }
 };
 
 template <class Control>
 using WindowView = ViewOf<ControlView, Control, ViewHost, HWND>;
 
-// Makes a window of one of Windows' own classes for a control, hidden, where the form has it.
+// Creates a hidden window of a standard Windows class for a control, at the control's position.
 HWND MakeWindow(const FormControl& control, HWND parent, const wchar_t* className,
                 const std::wstring& text, DWORD style, DWORD exStyle = 0);
 
-// A rectangle of twips in pixels.
+// Converts a rectangle from twips to pixels.
 RECT PlaceOf(const Rect& at);
 
 }  // namespace kvo

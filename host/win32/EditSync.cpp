@@ -13,7 +13,7 @@ constexpr WPARAM kControlA = 1;  // as a character
 
 bool IsDown(int key) { return GetKeyState(key) < 0; }
 
-// What may move the caret, or be about to replace what is selected.
+// Whether a message may move the caret, or is about to replace the selection.
 bool ConcernsSelection(UINT message) {
   switch (message) {
     case WM_KEYDOWN:
@@ -102,15 +102,15 @@ void EditSync::Select(const UnitRange& selection) {
   SendMessageW(edit_, EM_SCROLLCARET, 0, 0);
 }
 
-// Windows does not tell of a selection that has moved, so each message that may move it is looked
-// at before and after.
+// Checks the selection before and after each message that may change it, because Windows does not
+// report changes.
 LRESULT EditSync::Message(UINT message, WPARAM wParam, LPARAM lParam) {
   const bool concerns = ConcernsSelection(message);
   if (concerns) Selected();
   LRESULT result = 0;
   switch (message) {
     case WM_GETDLGCODE:
-      // Being entered leaves the selection to the form.
+      // Keeps the form's selection when the box gets the focus.
       result = hook_.Next(message, wParam, lParam) & ~static_cast<LRESULT>(DLGC_HASSETSEL);
       break;
     case WM_CHAR:
@@ -134,7 +134,7 @@ LRESULT EditSync::Message(UINT message, WPARAM wParam, LPARAM lParam) {
       break;
     case WM_SETTEXT:
       result = hook_.Next(message, wParam, lParam);
-      // By another program, for the user; a single line tells of it by itself.
+      // Set by another program on the user's behalf; only single-line boxes send EN_CHANGE for it.
       if (Kind() == Lines::many) Edited();
       break;
     default:
@@ -144,7 +144,7 @@ LRESULT EditSync::Message(UINT message, WPARAM wParam, LPARAM lParam) {
   return result;
 }
 
-// The arrow keys go from a selection to its ends.
+// Moves from a selection to its ends with the arrow keys.
 bool EditSync::LeaveSelection(WPARAM key) {
   const bool arrow = key == VK_LEFT || key == VK_RIGHT;
   if (!arrow || IsDown(VK_SHIFT) || IsDown(VK_CONTROL) || IsDown(VK_MENU)) return false;
@@ -155,7 +155,7 @@ bool EditSync::LeaveSelection(WPARAM key) {
   return true;
 }
 
-// A character beyond the first 65,536 is typed as two, and reaches the form as one.
+// Combines the two typed surrogates of a character, so that the form gets one character.
 LRESULT EditSync::Character(WPARAM unit, LPARAM lParam) {
   if (unit == kControlA) return 0;
   const auto typed = static_cast<wchar_t>(unit);
@@ -169,7 +169,7 @@ LRESULT EditSync::Character(WPARAM unit, LPARAM lParam) {
   return hook_.Next(EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(whole));
 }
 
-// What is copied is the form's text, not what stands for it.
+// Copies the form's text, not the characters shown in its place.
 void EditSync::Copy() const {
   const std::string selected = SelectedText();
   if (!selected.empty()) PutOnClipboard(edit_, ToWide(selected));

@@ -1,4 +1,4 @@
-// Keeps an edit box of Windows in step with a text of the form.
+// Synchronises a Windows edit box with a text of the form.
 #pragma once
 
 #include <windows.h>
@@ -28,7 +28,7 @@ class EditSync final : public TextSync {
   void Paste() const;
 
   HWND edit_;
-  wchar_t firstHalf_ = 0;  // of a character that is typed in two
+  wchar_t firstHalf_ = 0;  // high surrogate, until the low one is typed
   WindowHook hook_;
 };
 

@@ -1,4 +1,4 @@
-// The views of what can be typed into.
+// The views of edit boxes.
 #pragma once
 
 #include <windows.h>
@@ -15,9 +15,9 @@
 
 namespace kvo {
 
-// --- lists that drop down ---
+// --- drop-down lists ---
 
-// For ShowRows.
+// Adapts a list for ShowRows.
 class ListOfRows {
  public:
   explicit ListOfRows(HWND list) : list_(list) {}
@@ -35,12 +35,12 @@ class ListOfRows {
   HWND list_;
 };
 
-// How much of the screen a list takes while it is dropped down.
+// The height of an open list, in twips.
 inline constexpr int kDropHeight = 3000;
 
-// Makes a list as high as forms plan it, whatever Windows likes.
+// Gives a list the height from the form's design instead of Windows' default.
 inline void SetListHeight(HWND list, int height) {
-  // What a list adds to the height of its line differs; it is found by trying.
+  // Finds the line height by trial, because the height that a list adds to it varies.
   constexpr int kUsual = 6;
   int line = height - kUsual;
   for (int turn = 0; turn < 3; ++turn) {
@@ -53,10 +53,10 @@ inline void SetListHeight(HWND list, int height) {
   }
 }
 
-// The edit box of a list that can be typed into; nullptr of others.
+// The edit box of an editable list; nullptr for others.
 inline HWND EditOf(HWND list) { return FindWindowExW(list, nullptr, WC_EDITW, nullptr); }
 
-// What a key means to a list: while it is dropped down, the enter and the escape key close it.
+// How a list uses a key: while it is open, Enter and Escape close it.
 inline ControlView::KeyUse KeyOfList(HWND list, WPARAM key) {
   const bool closes = key == VK_RETURN || key == VK_ESCAPE;
   return closes && SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) ? ControlView::KeyUse::window
@@ -134,7 +134,7 @@ class ComboBoxView final : public WindowView<ComboBox> {
         accepted_ = Accepted::nothing;
         host_.CallLater(widget_);
         break;
-      case CBN_SELCHANGE:  // by a key in the closed list, or on the way through the open one
+      case CBN_SELCHANGE:  // a key in the closed list, or moving through the open one
         if (!IsOpen()) {
           if (accepted_ == Accepted::nothing) accepted_ = Accepted::key;
           host_.CallLater(widget_);
@@ -149,7 +149,7 @@ class ComboBoxView final : public WindowView<ComboBox> {
     if (sync_) SendMessageW(EditOf(widget_), EM_SETSEL, 0, -1);
   }
   KeyUse Key(WPARAM key, HWND) override { return KeyOfList(widget_, key); }
-  // The user has chosen a row, or thought better of it.
+  // The user has chosen a row or cancelled.
   void Later() override {
     const int row = ListOfRows(widget_).Chosen();
     const Accepted how = std::exchange(accepted_, Accepted::nothing);
@@ -171,11 +171,11 @@ class ComboBoxView final : public WindowView<ComboBox> {
   }
   bool IsOpen() const { return SendMessageW(widget_, CB_GETDROPPEDSTATE, 0, 0) != 0; }
 
-  // A key in the closed list chooses only a row that was not chosen before.
+  // A key in the closed list chooses a row only if it was not chosen before.
   enum class Accepted { nothing, key, click };
 
   BoxText text_;
-  std::unique_ptr<EditSync> sync_;  // of a box that can be typed into
+  std::unique_ptr<EditSync> sync_;  // for editable boxes
   Accepted accepted_ = Accepted::nothing;
 };
 

@@ -27,7 +27,7 @@ class FontStore {
     const int height =
         static_cast<int>(std::lround(font.points * ScreenResolution() / kPointsPerInch));
     const bool bold = font.weight == FontWeight::bold;
-    const std::scoped_lock lock(mutex_);  // forms may live in several threads
+    const std::scoped_lock lock(mutex_);  // several threads may show forms
     HFONT& made = fonts_[{std::string(font.family), height, bold}];
     if (made == nullptr)
       made = CreateFontW(-height, 0, 0, 0, bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE,

@@ -6,11 +6,11 @@
 
 namespace kvo {
 
-// A form's font at the resolution of the screen: Tahoma in 8.25 point is 11 pixels high at 96 dots
-// to the inch. It is made once and belongs to the component.
+// Returns a form's font at the screen's resolution: Tahoma in 8.25 point is 11 pixels high at 96
+// dpi. Created once and owned by the component.
 HFONT FontOf(const Font& font);
 
-// Draws with an object for as long as it lives.
+// Selects an object into a device context during its lifetime.
 class Selected {
  public:
   Selected(HDC device, HGDIOBJ object) : device_(device), former_(SelectObject(device, object)) {}

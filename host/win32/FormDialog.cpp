@@ -8,15 +8,15 @@
 namespace kvo {
 namespace {
 
-// A failure is shown once what failed is over; lParam is its text.
+// Shows a failure after the event that caused it; lParam owns its text.
 constexpr UINT kShowFailure = WM_APP + 0x4C0;
 
 }  // namespace
 
 FormDialog::FormDialog(Form& form, HWND owner)
     : owner_(owner == nullptr ? nullptr : GetAncestor(owner, GA_ROOT)) {
-  const SIZE size = AroundInside(FormWindow::PixelSize(form), kDialogStyle, kDialogExStyle);
-  const POINT at = InTheMiddle(size, owner_);
+  const SIZE size = WindowSize(FormWindow::PixelSize(form), kDialogStyle, kDialogExStyle);
+  const POINT at = CentredPosition(size, owner_);
   Begin(owner_, {.text = ToWindowText(form.Caption()),
                  .style = kDialogStyle,
                  .exStyle = kDialogExStyle,
@@ -31,7 +31,7 @@ FormDialog::FormDialog(Form& form, HWND owner)
 }
 
 FormDialog::~FormDialog() {
-  MSG message{};  // failures that nobody will see any more
+  MSG message{};  // a pending failure, whose text must be freed
   while (Handle() != nullptr &&
          PeekMessageW(&message, Handle(), kShowFailure, kShowFailure, PM_REMOVE))
     delete reinterpret_cast<std::string*>(message.lParam);
@@ -56,7 +56,7 @@ bool FormDialog::Translate(MSG& message) {
   if (view_->TranslateKey(message)) return true;
   const bool here = message.hwnd == Handle() || IsChild(Handle(), message.hwnd);
   if (!here || message.message != WM_KEYDOWN) return false;
-  if (message.wParam == VK_TAB) {  // beyond the last input comes the first
+  if (message.wParam == VK_TAB) {  // wraps around at the last input
     if (GetKeyState(VK_SHIFT) < 0)
       view_->FocusLast();
     else
@@ -64,7 +64,7 @@ bool FormDialog::Translate(MSG& message) {
     return true;
   }
   if (message.wParam != VK_ESCAPE || message.hwnd != GetFocus()) return false;
-  // A list that is dropped down has the key for itself.
+  // An open list uses the key itself.
   const HWND list = GetParent(message.hwnd);
   if (SendMessageW(message.hwnd, CB_GETDROPPEDSTATE, 0, 0) ||
       SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0))
@@ -79,7 +79,7 @@ LRESULT FormDialog::Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept
       view_->UserClosesWindow();
       return 0;
     case WM_ACTIVATE:
-      // The focus comes back to where it was.
+      // Saves the focus when deactivated, and restores it.
       if (LOWORD(wParam) == WA_INACTIVE) {
         if (IsChild(Handle(), GetFocus())) focused_ = GetFocus();
       } else if (focused_ != nullptr && IsChild(Handle(), focused_)) {

@@ -6,23 +6,23 @@
 
 namespace kvo {
 
-// The window of a modal form. It closes when the form is unloaded, and not before.
+// The window of a modal form. Closes only when the form is unloaded.
 class FormDialog final : private OwnWindow {
  public:
-  // Over the window `owner`, which may be nullptr; hidden.
+  // Creates the hidden dialog over the window `owner`, which may be nullptr.
   FormDialog(Form& form, HWND owner);
   ~FormDialog() override;
 
   HWND Window() const { return Handle(); }
   FormWindow& View() { return *view_; }
 
-  // Shows the dialog and the user what is to be done first.
+  // Shows the dialog and focuses its first input.
   void Show();
-  // Shows it until the form is unloaded; nobody can use the owner meanwhile.
+  // Shows it, with its owner disabled, until the form is unloaded.
   void Run();
-  // Has Run return, as an unloaded form has.
+  // Makes Run return, as if the form had been unloaded.
   void EndRun() { ended_ = true; }
-  // Whether the dialog can do something with a message; what it cannot is to be dispatched.
+  // Handles a message if the dialog uses it; returns false if the caller must dispatch it.
   bool Translate(MSG& message);
 
  private:

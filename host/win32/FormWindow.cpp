@@ -16,12 +16,12 @@
 namespace kvo {
 namespace {
 
-// The messages that a form sends itself.
+// Messages that a form posts to itself.
 enum : UINT {
-  kReport = WM_APP + 0x4B0,  // failures wait
-  kCallLater,                // for the view of the window wParam
-  kFocusMoved,               // while windows were brought in step
-  kHandFocusOn,              // what has the focus may be disabled or hidden
+  kReport = WM_APP + 0x4B0,  // failures are pending
+  kCallLater,                // for the view of window wParam
+  kFocusMoved,               // while windows were being updated
+  kHandFocusOn,              // the focused window may be disabled or hidden
 };
 
 bool IsUsable(HWND window) { return IsWindowVisible(window) && IsWindowEnabled(window); }
@@ -70,7 +70,7 @@ FormWindow::FormWindow(Form& form, HWND parent) : FormViews(form) {
 }
 
 FormWindow::~FormWindow() {
-  // Windows that end still move the focus and tell things; nobody listens any more.
+  // Ignores messages during window destruction, which still moves the focus.
   EndActions();
   watched_.clear();
   End();
@@ -184,14 +184,14 @@ void FormWindow::FocusEntered(HWND window) {
     Act([&] { Focus(control); });
 }
 
-// The focus stays in the form while another window has the keyboard.
+// The form keeps its focus while another window has the keyboard.
 void FormWindow::FocusLeft(HWND to) {
   if (to == nullptr || Handle() == nullptr || to == Handle() || IsChild(Handle(), to)) return;
   if (GetAncestor(to, GA_ROOT) == GetAncestor(Handle(), GA_ROOT)) Act([this] { Focus(nullptr); });
 }
 
-// What had the focus and can no longer be used hands it on. Windows has given it to nobody by now,
-// or to a window around the form.
+// Moves the focus on when the focused window can no longer be used. By now, Windows has given it to
+// no window, or to one around the form.
 void FormWindow::FocusMayHaveGone() {
   const HWND focused = GetFocus();
   const FormControl* control = ControlOf(focused);

@@ -7,26 +7,26 @@
 
 namespace kvo {
 
-// Shows one form with the windows of the system, which follow each other as the controls do.
+// Shows one form with native windows, in the order of the controls.
 class FormWindow final : public FormViews<ControlView, ViewHost>, private OwnWindow {
  public:
-  // A child of `parent` at 0, 0, as large as the form, hidden.
+  // Creates a hidden child of `parent` at 0, 0, as large as the form.
   FormWindow(Form& form, HWND parent);
   ~FormWindow() override;
 
-  // The form's window; nullptr once its parent has ended it.
+  // The form's window; nullptr once its parent has destroyed it.
   HWND Window() const override { return Handle(); }
   HWND WidgetOf(const FormControl& control) const override;
 
-  // Of a whole form, at the resolution of the screen.
+  // The size of a form at the screen's resolution.
   static SIZE PixelSize(const Form& form);
 
-  // The last input that can take the keyboard.
+  // Moves the focus to the last input that can take it.
   void FocusLast();
-  // Brings the keyboard to a control, as the tab key does.
+  // Moves the focus to a control, as the Tab key does.
   void Enter(const FormControl& control);
-  // A message on its way to the form: whether it was a key that means something to the form, and
-  // is done with. The tab key beyond the last input, or back beyond the first, is left to the host.
+  // Handles a message if it is a key that the form uses. Returns false for others, and for the Tab
+  // key past the last input, or back past the first, which is left to the host.
   bool TranslateKey(MSG& message);
 
  private:
@@ -39,7 +39,7 @@ class FormWindow final : public FormViews<ControlView, ViewHost>, private OwnWin
 
   // ViewHost
   void CallForReport() override;
-  // Nothing is left to be brought in step once the parent has ended the windows.
+  // Does nothing once the parent has destroyed the windows.
   void Update(const std::function<void()>& change) override;
   bool IsEntering() const override { return entering_ > 0; }
   void Watch(HWND window) override;
@@ -52,7 +52,7 @@ class FormWindow final : public FormViews<ControlView, ViewHost>, private OwnWin
   void FocusEntered(HWND window);
   void FocusLeft(HWND to);
   void FocusMayHaveGone();
-  // What the tab key goes through, and `also`.
+  // The controls at which the Tab key stops, and `also`.
   std::vector<FormControl*> TabStops(const FormControl* also) const;
   bool MoveFocus(bool backwards);
 

@@ -59,9 +59,9 @@ class GridView final : public WindowView<Grid> {
   }
 
  private:
-  static constexpr std::size_t kMostRows = 100'000'000;  // a list of Windows holds no more
+  static constexpr std::size_t kMostRows = 100'000'000;  // the limit of a list view
 
-  // The common controls' messages.
+  // Sends a message of the common controls.
   static LRESULT Send(HWND window, UINT message, WPARAM wParam = 0, const void* lParam = nullptr) {
     return SendMessageW(window, message, wParam, reinterpret_cast<LPARAM>(lParam));
   }

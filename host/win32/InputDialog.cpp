@@ -7,7 +7,7 @@
 namespace kvo {
 namespace {
 
-// The prompt is a form as any other. Its texts outlive it.
+// The prompt as a form. Its texts must outlive it.
 class InputForm final : public Form {
  public:
   InputForm(std::string_view prompt, std::string_view title)

@@ -8,7 +8,7 @@
 
 namespace kvo {
 
-// Asks for one line of text in a modal dialog; nothing when it was cancelled.
+// Asks for one line of text in a modal dialog. Returns nothing when the user cancels.
 std::optional<std::string> AskForLine(HWND owner, std::string_view prompt, std::string_view title);
 
 }  // namespace kvo

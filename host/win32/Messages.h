@@ -1,4 +1,4 @@
-// What the desktop says to the user.
+// Messages to the user.
 #pragma once
 
 #include <windows.h>
@@ -9,10 +9,10 @@
 
 namespace kvo {
 
-// The language of the desktop: what a program of Windows' sets as the user's language.
+// The desktop's language, which a Windows program sets as the user's language.
 Language DesktopLanguage();
 
-// A message box under the component's title; returns when it was answered.
+// Shows a message box with the component's title; returns when it is closed.
 void ShowMessageBox(HWND owner, std::string_view text);
 
 }  // namespace kvo

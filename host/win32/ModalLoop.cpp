@@ -20,7 +20,7 @@ void RunUntil(const std::function<bool()>& ended, const std::function<bool(MSG&)
   while (!ended()) {
     const BOOL got = GetMessageW(&message, nullptr, 0, 0);
     if (got < 0) return;
-    if (got == 0) {  // the program is asked to end; whoever runs it has to hear of it, too
+    if (got == 0) {  // WM_QUIT: passes it on to the outer loop
       PostQuitMessage(static_cast<int>(message.wParam));
       return;
     }
@@ -30,7 +30,7 @@ void RunUntil(const std::function<bool()>& ended, const std::function<bool(MSG&)
   }
 }
 
-POINT InTheMiddle(SIZE size, HWND owner) {
+POINT CentredPosition(SIZE size, HWND owner) {
   MONITORINFO monitor{};
   monitor.cbSize = sizeof(monitor);
   GetMonitorInfoW(MonitorFromWindow(owner, MONITOR_DEFAULTTOPRIMARY), &monitor);
@@ -43,7 +43,7 @@ POINT InTheMiddle(SIZE size, HWND owner) {
           std::max(work.top, std::min(top, work.bottom - size.cy))};
 }
 
-SIZE AroundInside(SIZE inside, DWORD style, DWORD exStyle) {
+SIZE WindowSize(SIZE inside, DWORD style, DWORD exStyle) {
   RECT around{0, 0, inside.cx, inside.cy};
   AdjustWindowRectEx(&around, style, FALSE, exStyle);
   return {around.right - around.left, around.bottom - around.top};

@@ -1,4 +1,4 @@
-// What modal windows have in common.
+// Helpers for modal windows.
 #pragma once
 
 #include <windows.h>
@@ -7,11 +7,11 @@
 
 namespace kvo {
 
-// Keeps the user from a window, and the windows that belong to it, as long as it lives. It has to
-// end before the dialog's window does: the owner is the next to be active.
+// Disables a window, and the windows it owns, during its lifetime. Must end before the dialog's
+// window is destroyed, because Windows then activates the owner.
 class DisabledOwner {
  public:
-  // The top-level window around `owner`; nullptr: there is none.
+  // Disables the top-level window of `owner`; nothing for nullptr.
   explicit DisabledOwner(HWND owner);
   DisabledOwner(const DisabledOwner&) = delete;
   DisabledOwner& operator=(const DisabledOwner&) = delete;
@@ -21,15 +21,15 @@ class DisabledOwner {
   HWND disabled_ = nullptr;
 };
 
-// Runs the thread's windows until `ended`, or until the program is asked to end. What `translate`
-// takes is not dispatched.
+// Runs the message loop until `ended` returns true or the program quits. Does not dispatch messages
+// for which `translate` returns true.
 void RunUntil(const std::function<bool()>& ended, const std::function<bool(MSG&)>& translate);
 
-// Where a window of that size stands in the middle of its owner, or of the screen.
-POINT InTheMiddle(SIZE size, HWND owner);
+// The position of a window of that size in the middle of its owner, or of the screen.
+POINT CentredPosition(SIZE size, HWND owner);
 
-// The size of a dialog's window whose inside has this size.
-SIZE AroundInside(SIZE inside, DWORD style, DWORD exStyle);
+// The size of a dialog window with this client size.
+SIZE WindowSize(SIZE inside, DWORD style, DWORD exStyle);
 
 inline constexpr DWORD kDialogStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
 inline constexpr DWORD kDialogExStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;

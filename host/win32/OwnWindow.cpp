@@ -6,7 +6,7 @@
 
 namespace kvo {
 
-// Registered as long as the component is loaded.
+// The window class, registered while the component is loaded.
 class OwnWindowClass {
  public:
   static constexpr const wchar_t* kName = L"KVOPDesignObjects.Window";
@@ -47,10 +47,10 @@ class OwnWindowClass {
 
 HINSTANCE ThisModule() {
   HMODULE module = nullptr;
-  constexpr DWORD kOnlyLook =
+  constexpr DWORD kFlags =
       GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
   static const wchar_t here = 0;
-  GetModuleHandleExW(kOnlyLook, &here, &module);
+  GetModuleHandleExW(kFlags, &here, &module);
   return module;
 }
 

@@ -1,4 +1,4 @@
-// Windows that are objects, and objects that look at the messages of other windows.
+// Windows as objects, and hooks for the messages of other windows.
 #pragma once
 
 #include <windows.h>
@@ -8,10 +8,10 @@
 
 namespace kvo {
 
-// The file that this code is in: the program, or the component.
+// The module that contains this code: the program, or the component.
 HINSTANCE ThisModule();
 
-// A window of the component's own class. The window may end before the object: by its parent.
+// A window of the component's own class. Its parent may destroy it before the object.
 class OwnWindow {
  public:
   OwnWindow(const OwnWindow&) = delete;
@@ -29,12 +29,12 @@ class OwnWindow {
   virtual ~OwnWindow() { End(); }
 
   void Begin(HWND parent, const Design& design);
-  // Ends the window; none of its messages comes any more.
+  // Destroys the window; no further message arrives.
   void End();
-  // nullptr when it has ended.
+  // nullptr once it is destroyed.
   HWND Handle() const { return window_; }
 
-  // What the class does not handle goes to Default.
+  // Handles a message; passes unknown ones to Default.
   virtual LRESULT Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept = 0;
   LRESULT Default(UINT message, WPARAM wParam, LPARAM lParam) const {
     return DefWindowProcW(window_, message, wParam, lParam);
@@ -45,10 +45,10 @@ class OwnWindow {
   HWND window_ = nullptr;
 };
 
-// Sees the messages of a window before the window does, until one of the two ends.
+// Intercepts a window's messages until it or the window is destroyed.
 class WindowHook {
  public:
-  // Answers a message; calls Next for what is to reach the window. Must not throw.
+  // Handles a message; calls Next to pass it to the window. Must not throw.
   using Answer = std::function<LRESULT(UINT message, WPARAM wParam, LPARAM lParam)>;
 
   WindowHook(HWND window, Answer answer);
@@ -66,7 +66,7 @@ class WindowHook {
   Answer answer_;
 };
 
-// Where a window stands in its parent.
+// A window's rectangle in its parent.
 RECT PlaceInParent(HWND window);
 
 }  // namespace kvo

@@ -10,8 +10,7 @@
 
 namespace kvo {
 
-// The property grid as a list of rows. What can be done to the value of the row on which the user
-// stands can be done at once: its editor is open.
+// The property grid as a list of rows. The editor of the selected row's value is always open.
 class PropertyGridView final : public ControlView, private OwnWindow {
  public:
   PropertyGridView(PropertyGrid& grid, HWND parent, ViewHost& host) : grid_(grid), host_(host) {
@@ -36,7 +35,7 @@ class PropertyGridView final : public ControlView, private OwnWindow {
   void ShowItem(PropertyGridItem& item) override {
     if (&item == grid_.SelectedItem()) editors_->ShowValue();
     if (item.Kind() == ItemKind::button) ShowButtons();
-    ShowEditor();  // beside its swatch, if it has one now
+    ShowEditor();  // makes room for a swatch
     InvalidateRect(Handle(), nullptr, FALSE);
   }
   void Enter(bool backwards) override {
@@ -47,7 +46,7 @@ class PropertyGridView final : public ControlView, private OwnWindow {
       EnterEditor();
     }
   }
-  // From the value to the button beside it, and back.
+  // Moves from the value to the button beside it, and back.
   bool MoveInside(bool backwards) override {
     const HWND button = editors_->Button();
     if (button == nullptr) return false;
@@ -72,7 +71,7 @@ class PropertyGridView final : public ControlView, private OwnWindow {
       return KeyUse::done;
     }
     if (editors_->Main() == nullptr) return KeyUse::none;
-    editors_->SelectValue();  // the value is edited: it does not close the dialog
+    editors_->SelectValue();  // does not press the dialog's button
     return KeyUse::done;
   }
 
@@ -129,7 +128,7 @@ class PropertyGridView final : public ControlView, private OwnWindow {
     return Default(message, wParam, lParam);
   }
 
-  // --- rows; a row's number is its place in the grid ---
+  // --- rows, by their index in the grid ---
   static int RowHeight() { return ToPixels(kGridRowHeight); }
   int RowCount() const { return static_cast<int>(grid_.Items().size()); }
   int HeadHeight() const { return grid_.Caption().empty() ? 0 : RowHeight(); }
@@ -138,11 +137,11 @@ class PropertyGridView final : public ControlView, private OwnWindow {
     GetClientRect(Handle(), &area);
     return std::max(1, (static_cast<int>(area.bottom) - HeadHeight()) / RowHeight());
   }
-  int Middle() const {
+  int Middle() const {  // the left edge of the values
     RECT area{};
     GetClientRect(Handle(), &area);
     return static_cast<int>(area.right) / 2;
-  }  // where the values begin
+  }
   RECT PlaceOfRow(int row) const {
     RECT at{};
     GetClientRect(Handle(), &at);
@@ -160,8 +159,8 @@ class PropertyGridView final : public ControlView, private OwnWindow {
     SetScrollInfo(Handle(), SB_VERT, &bar, TRUE);
     ScrollTo(top_);
   }
-  // Rows come and go; their buttons stay for the next ones, because what a button tells may be the
-  // end of its row.
+  // Reuses the buttons of removed rows instead of destroying them, because a click may remove the
+  // button's own row.
   void ShowButtons() {
     std::size_t used = 0;
     for (int row = 0; row < RowCount(); ++row) {
@@ -251,7 +250,7 @@ class PropertyGridView final : public ControlView, private OwnWindow {
     FillRect(device, &at, brush);
     DeleteObject(brush);
   }
-  // By way of a bitmap, so that nothing flickers.
+  // Draws into a bitmap first, to avoid flicker.
   void Paint() {
     PAINTSTRUCT paint{};
     const HDC window = BeginPaint(Handle(), &paint);
@@ -345,7 +344,7 @@ class PropertyGridView final : public ControlView, private OwnWindow {
       return MoveSelection(key);
     return true;
   }
-  // In a list the arrow keys go through its choices; with the control key they always go on.
+  // In a list, the arrow keys move through its choices; with Ctrl, always through the rows.
   bool MoveSelection(WPARAM key) {
     const bool control = GetKeyState(VK_CONTROL) < 0;
     const bool editing = editors_->Main() != nullptr;
@@ -386,7 +385,7 @@ class PropertyGridView final : public ControlView, private OwnWindow {
     for (const auto& item : grid_.Items()) {
       if (item->Kind() != ItemKind::button || number-- > 0) continue;
       PropertyGridItem& clicked = *item;
-      SetFocus(Handle());  // the row has it
+      SetFocus(Handle());  // the row has the focus
       SelectRow(&clicked);
       if (RowOf(grid_, &clicked) != kNoRow)
         host_.Act([&clicked] { FormRenderer::ClickButton(clicked); });
@@ -400,8 +399,8 @@ class PropertyGridView final : public ControlView, private OwnWindow {
 
   PropertyGrid& grid_;
   ViewHost& host_;
-  int top_ = 0;                // the first row that shows
-  std::vector<HWND> buttons_;  // of the rows that are buttons, in their order
+  int top_ = 0;                // the first visible row
+  std::vector<HWND> buttons_;  // of the button rows, in their order
   std::unique_ptr<ValueEditors> editors_;
 };
 

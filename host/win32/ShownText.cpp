@@ -17,7 +17,7 @@ std::u16string Show(std::string_view character, Lines lines) {
   return units;
 }
 
-// Windows has typed CR LF.
+// Typed line breaks are CR LF already.
 std::string Typed(std::u16string_view units, Lines) {
   return FromWide(std::wstring(units.begin(), units.end()));
 }

@@ -1,4 +1,4 @@
-// How the edit boxes of Windows show texts.
+// How Windows' edit boxes show texts.
 #pragma once
 
 #include <string>
@@ -8,13 +8,13 @@
 
 namespace kvo {
 
-// A line break, which is CR LF, CR or LF, is CR LF with Lines::many, and one sign with Lines::one.
-// A NUL has a stand-in.
+// Shows each line break (CR LF, CR or LF) as CR LF with Lines::many, as one symbol with Lines::one,
+// and a NUL as a symbol.
 extern const TextStyle kWindowStyle;
 
 std::u16string ToUnits(std::wstring_view text);
 
-// A text from elsewhere as several lines can take it: every line break is CR LF.
+// Converts every line break to CR LF, for a box with several lines.
 std::wstring WithWindowsBreaks(std::wstring_view text);
 
 }  // namespace kvo

@@ -1,4 +1,4 @@
-// The views of what the user only sees, clicks, or opens.
+// The views of labels, frames, pictures, buttons, tabs and timers.
 #pragma once
 
 #include <windows.h>
@@ -38,7 +38,7 @@ class FrameView final : public WindowView<const Frame> {
     }
     widget_ = MakeWindow(frame, parent, WC_STATICW, {},
                          frame.At().height <= kThickestLine ? SS_ETCHEDHORZ : SS_ETCHEDFRAME);
-    // Whatever room an etched line gives itself.
+    // Overrides the height that an etched line gives itself.
     const RECT at = PlaceOf(frame.At());
     SetWindowPos(widget_, nullptr, 0, 0, at.right - at.left, at.bottom - at.top,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
@@ -54,14 +54,14 @@ class PictureView final : public WindowView<const PictureBox> {
                           SS_ICON | SS_REALSIZECONTROL | SS_CENTERIMAGE)) {
     const int size = ToPixels(std::min(picture.At().width, picture.At().height));
     const HANDLE icon = LoadImageW(nullptr, reinterpret_cast<const wchar_t*>(IDI_INFORMATION),
-                                   IMAGE_ICON, size, size, LR_SHARED);  // the system's
+                                   IMAGE_ICON, size, size, LR_SHARED);  // owned by the system
     SendMessageW(widget_, STM_SETICON, reinterpret_cast<WPARAM>(icon), 0);
   }
 };
 
 // --- buttons ---
 
-// Two clicks in quick succession are two clicks. The other kinds of buttons act as push buttons do.
+// Counts a double click as two clicks, as push buttons do.
 inline bool IsClick(WORD notification) {
   return notification == BN_CLICKED || notification == BN_DOUBLECLICKED;
 }
@@ -99,7 +99,7 @@ class CheckBoxView final : public ButtonView<CheckBox> {
       : ButtonView(box, parent, host, BS_CHECKBOX) {}
 };
 
-// The arrow keys go to the other buttons of a group, and choose them.
+// The arrow keys move to the other buttons of a group and choose them.
 class OptionButtonView final : public ButtonView<OptionButton> {
  public:
   OptionButtonView(OptionButton& button, HWND parent, ViewHost& host)
@@ -120,7 +120,7 @@ class OptionButtonView final : public ButtonView<OptionButton> {
   }
 };
 
-// The enter key presses the button on which it is pressed, not the dialog's.
+// Enter presses the focused button, not the dialog's default button.
 class CommandButtonView final : public ButtonView<CommandButton> {
  public:
   CommandButtonView(CommandButton& button, HWND parent, ViewHost& host)
@@ -141,7 +141,7 @@ class TabControlView final : public WindowView<TabControl> {
   TabControlView(TabControl& tabs, HWND parent, ViewHost& host)
       : ViewOf(tabs, host,
                MakeWindow(tabs, parent, WC_TABCONTROLW, {}, WS_TABSTOP | WS_CLIPCHILDREN)) {
-    // The tabs and what is drawn around them are together as high as forms plan it.
+    // Windows adds a border to the height of the tabs.
     constexpr int kAroundTabs = 60;
     SendMessageW(widget_, TCM_SETITEMSIZE, 0, MAKELPARAM(0, ToPixels(kTabRowHeight - kAroundTabs)));
     host.Watch(widget_);
@@ -161,7 +161,7 @@ class TabControlView final : public WindowView<TabControl> {
   }
 };
 
-// Hands what its controls tell on to the form.
+// Forwards the messages of its controls to the form.
 class TabPanelView final : public ControlView, private OwnWindow {
  public:
   TabPanelView(const TabPanel& panel, HWND tabs, ViewHost& host) : host_(host) {
@@ -183,12 +183,12 @@ class TabPanelView final : public ControlView, private OwnWindow {
   }
   ~TabPanelView() override { End(); }
   HWND Widget() const override { return Handle(); }
-  // The tabs decide.
+  // The tab control does this.
   void ShowVisible(bool) override {}
   POINT Origin() const override { return {-ToPixels(kEdge), 0}; }
 
  private:
-  // What a tab control draws around the panel that is open.
+  // The width of the border around the open panel.
   static constexpr int kEdge = 30;
 
   LRESULT Message(UINT message, WPARAM wParam, LPARAM lParam) noexcept override {
@@ -225,7 +225,7 @@ class TimerView final : public ControlView {
   }
 
  private:
-  // Its number in the form's window.
+  // The timer's id in the form's window.
   UINT_PTR Id() const { return reinterpret_cast<UINT_PTR>(this); }
 
   Timer& timer_;

@@ -2,11 +2,11 @@
 
 namespace kvo {
 
-// Forms are measured in twips, 1440 to the inch. The inch is the logical one of the screen, by
-// which its fonts are measured as well: 15 twips are a pixel at 96 dots to the inch.
+// Converts twips (1440 per inch) to pixels. The inch is the screen's logical one, as for fonts: at
+// 96 dpi, a pixel is 15 twips.
 int ToPixels(int twips);
 
-// Dots to the logical inch of the screen.
+// The screen's dots per logical inch.
 int ScreenResolution();
 
 }  // namespace kvo

@@ -14,20 +14,21 @@
 
 namespace kvo {
 
-// How much of a value's place its swatch takes.
+// The room that a value's swatch takes; 0 without one.
 inline int SwatchRoom(const PropertyGridItem& item, const RECT& place) {
   return SwatchOf(item) ? static_cast<int>(place.bottom - place.top) : 0;
 }
 
-// One window of each kind that is needed, lent to the row on which the user stands. None ends
-// before the grid: what it tells may be the end of its row.
+// One window of each kind, lent to the selected row. They last as long as the grid, because an edit
+// may remove its own row.
 class ValueEditors {
  public:
-  // In a grid's window. `keys` is offered each key that goes to an editor; true: it is done with.
+  // `grid` is their parent. `keys` gets each key of an editor first and returns true if it has
+  // handled it.
   ValueEditors(HWND grid, const Font& font, ViewHost& host, std::function<bool(WPARAM)> keys)
       : grid_(grid), font_(font), host_(host), keys_(std::move(keys)) {}
 
-  // Opens the editor of a row's value at a place; nullptr, or a row that has none, closes it.
+  // Opens the editor of a row's value at `place`. Closes it for nullptr or a row without an editor.
   void Open(PropertyGridItem* item, const RECT& place) {
     if (item != nullptr && !HasValueBox(*item)) item = nullptr;
     if (item == item_) {
@@ -38,7 +39,7 @@ class ValueEditors {
     item_ = item;
     open_ = nullptr;
     accepted_ = false;
-    text_.Of(item);
+    text_.SetItem(item);
     if (item != nullptr && item->Kind() == ItemKind::list) {
       HWND& list = item->Editable() ? freeList_ : list_;
       if (list == nullptr) list = MakeList(item->Editable());
@@ -78,16 +79,16 @@ class ValueEditors {
       MoveWindow(button_, at.right, at.top, place.right - at.right, at.bottom - at.top, TRUE);
     }
     if (open_ == line_) {
-      constexpr int kAirOver = 30;  // the text stands where the grid has it
-      at.left += ToPixels(kAirOver);
-      at.top += ToPixels(kAirOver);
+      constexpr int kPadding = 30;  // aligns the text with the grid's
+      at.left += ToPixels(kPadding);
+      at.top += ToPixels(kPadding);
       MoveWindow(line_, at.left, at.top, at.right - at.left, at.bottom - at.top, TRUE);
     } else {
       MoveWindow(open_, at.left, at.top, at.right - at.left, ToPixels(kDropHeight), TRUE);
       SetListHeight(open_, static_cast<int>(at.bottom - at.top));
     }
   }
-  // Brings the editor in step with its row.
+  // Updates the editor from its row.
   void ShowValue() {
     if (open_ == nullptr) return;
     const bool enabled = item_->Enabled();
@@ -98,12 +99,12 @@ class ValueEditors {
     else
       ShowChoices();
   }
-  // Selects what the next character replaces.
+  // Selects the text that the next typed character replaces.
   void SelectValue() {
     const HWND edit = open_ == line_ ? line_ : open_ == freeList_ ? EditOf(freeList_) : nullptr;
     if (edit != nullptr) SendMessageW(edit, EM_SETSEL, 0, -1);
   }
-  // The value may be typed over then.
+  // Clicks the row's button, then selects the value for typing.
   void PressButton() {
     host_.Act([this] { FormRenderer::ClickButton(*item_); });
     if (Main() == nullptr) return;
@@ -111,14 +112,14 @@ class ValueEditors {
     SelectValue();
   }
 
-  // What the keyboard goes to; nullptr when no editor is open, or it is disabled.
+  // The editor's main window; nullptr when none is open or it is disabled.
   HWND Main() const { return open_ != nullptr && IsWindowEnabled(open_) ? open_ : nullptr; }
-  // The button beside it; nullptr when there is none.
+  // The button beside it; nullptr when there is none or it is disabled.
   HWND Button() const {
     const bool shows = open_ != nullptr && item_->Kind() == ItemKind::color;
     return shows && IsWindowEnabled(button_) ? button_ : nullptr;
   }
-  // Whether it is a list, to which the arrow keys belong.
+  // Whether it is a list, which uses the arrow keys itself.
   bool IsList() const { return open_ != nullptr && (open_ == list_ || open_ == freeList_); }
 
   void Command(HWND window, WORD notification) {
@@ -140,7 +141,7 @@ class ValueEditors {
   ControlView::KeyUse Key(WPARAM key) const {
     return IsList() ? KeyOfList(open_, key) : ControlView::KeyUse::none;
   }
-  // What a list shows that has no row chosen, or in the row that is drawn.
+  // Draws a choice of the list, or in the closed list the value.
   void Draw(const DRAWITEMSTRUCT& what) const {
     if (item_ == nullptr) return;
     const bool chosen = (what.itemState & ODS_SELECTED) != 0;
@@ -160,7 +161,7 @@ class ValueEditors {
     DrawTextW(what.hDC, text.c_str(), -1, &at,
               DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
   }
-  // The user has chosen a row of a list, or thought better of it.
+  // The user has chosen a row or cancelled.
   void Later() {
     if (!IsList()) return;
     const auto row = static_cast<std::size_t>(ListOfRows(open_).Chosen());
@@ -183,7 +184,7 @@ class ValueEditors {
     return window;
   }
   HWND MakeList(bool free) {
-    // A value that is no choice shows as well, so the closed list is drawn here.
+    // Owner-drawn, to show a value that is not a choice in the closed list.
     const DWORD kind = free ? CBS_DROPDOWN | CBS_AUTOHSCROLL
                             : CBS_DROPDOWNLIST | CBS_OWNERDRAWFIXED | CBS_HASSTRINGS;
     const HWND list = Make(WC_COMBOBOXW, nullptr, kind | WS_VSCROLL);
@@ -193,7 +194,7 @@ class ValueEditors {
     }
     return list;
   }
-  // The keys that go through the rows.
+  // Offers each key to keys_ first.
   void Hook(HWND window) {
     const std::size_t at = hooks_.size();
     hooks_.push_back(nullptr);
@@ -217,10 +218,10 @@ class ValueEditors {
   std::function<bool(WPARAM)> keys_;
   ValueText text_;
   HWND line_ = nullptr;
-  HWND list_ = nullptr;      // only its rows can be chosen
-  HWND freeList_ = nullptr;  // can be typed into
+  HWND list_ = nullptr;      // not editable
+  HWND freeList_ = nullptr;  // editable
   HWND button_ = nullptr;
-  HWND open_ = nullptr;  // one of the first three
+  HWND open_ = nullptr;  // line_, list_ or freeList_
   PropertyGridItem* item_ = nullptr;
   std::unique_ptr<EditSync> lineSync_;
   std::unique_ptr<EditSync> listSync_;

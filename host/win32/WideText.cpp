@@ -51,7 +51,7 @@ std::wstring ToWide(std::string_view text) {
       AppendWide(out, character);
       at += length;
     } else {
-      out += L'\xFFFD';  // no UTF-8
+      out += L'\xFFFD';  // invalid UTF-8
       ++at;
     }
   }

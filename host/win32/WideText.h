@@ -1,5 +1,5 @@
-// Text at the edge to Windows: UTF-8 here, UTF-16 there, and back without loss. An unpaired
-// surrogate is carried as the three bytes that UTF-8 would give its number.
+// Converts text between UTF-8 and Windows' UTF-16, losslessly in both directions. An unpaired
+// surrogate becomes the three bytes that UTF-8 would use for its number.
 #pragma once
 
 #include <string>

@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include <commdlg.h>
-#undef ChooseColor  // the platform has one, too
+#undef ChooseColor  // clashes with Platform::ChooseColor
 
 #include "host/headless/HeadlessPlatform.h"
 #include "host/win32/FormDialog.h"
@@ -28,7 +28,7 @@ void Win32Platform::ShowModal(Form& form) {
 }
 
 ColorNumber Win32Platform::ChooseColor(ColorNumber preset) {
-  static COLORREF custom[16] = {};  // the user's own, until the program ends
+  static COLORREF custom[16] = {};  // the user's colours, kept until the program exits
   CHOOSECOLORW dialog{};
   dialog.lStructSize = sizeof(dialog);
   dialog.hwndOwner = GetActiveWindow();

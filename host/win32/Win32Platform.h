@@ -4,8 +4,7 @@
 
 namespace kvo {
 
-// What Windows' own desktop does for the controls and pages. Its dialogs stand over the window of
-// the thread that is active.
+// The platform on the Windows desktop. Shows its dialogs over the thread's active window.
 class Win32Platform : public Platform {
  public:
   void ShowMessage(WindowHandle owner, std::string_view text) override;
@@ -13,7 +12,7 @@ class Win32Platform : public Platform {
   void ShowModal(Form& form) override;
   ColorNumber ChooseColor(ColorNumber preset) override;
   KeyStates KeyboardState() override;
-  // The same on every machine: boxes are stored with their size.
+  // Equal on every machine, because boxes are stored with their size.
   int TextWidth(std::string_view text, FontWeight weight) override;
 };
 

@@ -1,4 +1,4 @@
-// The texts of windows.
+// Converts texts for windows, and reads them.
 #pragma once
 
 #include <windows.h>
@@ -8,9 +8,9 @@
 
 namespace kvo {
 
-// A text for what ends its texts at the first NUL: a symbol stands for each.
+// Replaces each NUL by a symbol, because Windows ends texts there.
 std::wstring ToWindowText(std::string_view text);
-// The same for buttons and tabs, which take a "&" for the mark of an access key.
+// Also doubles each "&", for buttons and tabs, which take it as the mark of an access key.
 std::wstring ToWindowCaption(std::string_view caption);
 
 std::wstring TextOf(HWND window);

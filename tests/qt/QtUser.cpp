@@ -115,7 +115,7 @@ void QtUser::Activate() {
 QWidget& QtUser::Reach(const FormControl& control) {
   QWidget* widget = view_->WidgetOf(control);
   if (widget == nullptr || !widget->isVisible() || !widget->isEnabled())
-    Cannot(control, "is disabled or does not show");
+    Cannot(control, "is disabled or hidden");
   return *widget;
 }
 
@@ -124,7 +124,7 @@ QWidget& QtUser::FocusedWidget() {
   if (focused == nullptr || !view_->isAncestorOf(focused))
     throw CannotDo("nothing has the keyboard focus");
   if (!focused->isVisible() || !focused->isEnabled())
-    throw CannotDo("what had the keyboard focus is disabled or does not show");
+    throw CannotDo("what had the keyboard focus is disabled or hidden");
   return *focused;
 }
 
@@ -134,7 +134,7 @@ void QtUser::FocusByKeyboard(FormControl& control) {
   Do([&] {
     QWidget& widget = Reach(control);
     if (widget.focusPolicy() == Qt::NoFocus && widget.focusProxy() == nullptr)
-      Cannot(control, "takes no focus");
+      Cannot(control, "cannot take the focus");
     // A list that has the focus already is left, and entered again.
     if (dynamic_cast<ComboBox*>(&control) && widget.hasFocus())
       (strip_ ? strip_ : window_.get())->setFocus();

@@ -1,9 +1,9 @@
-// Writes those sources of the Windows component that follow from the classes' own tables:
-//   kvo_com_sources DTCFramework        the type library of the contract with hosts
-//   kvo_com_sources KVOPDesignObjects   that of every class with its properties' frozen ids
+// Writes the sources of the Windows component that are generated from the classes' tables:
+//   kvo_com_sources DTCFramework        the type library of the interface to hosts
+//   kvo_com_sources KVOPDesignObjects   the type library of the classes and their properties
 //   kvo_com_sources toolbox             the toolbox bitmaps as resources
-//   kvo_com_sources keys                for the tests: which property is stored under which key
-// Runs on the machine that builds. The first two are interface definitions, for widl.
+//   kvo_com_sources keys                for tests: the property that each key stores
+// Runs on the build machine. The first two write interface definitions for widl.
 #include <cctype>
 #include <iostream>
 #include <string>
@@ -14,7 +14,7 @@
 namespace kvo {
 namespace {
 
-// Type libraries keep their help texts in the system's code page.
+// Type libraries store help texts in the system's code page.
 std::string Latin1(std::string_view utf8) {
   std::string out;
   for (std::size_t at = 0; at < utf8.size(); ++at) {
@@ -67,8 +67,8 @@ void WriteLibraryHead(std::ostream& out, const TypeLibraryId& library, std::stri
 }
 
 void WriteTypes(std::ostream& out) {
-  // The few types of automation that are needed, as widl knows them by name. Where a method of the
-  // contract lies follows from how many there are before it.
+  // Declares the types of automation under the names that widl knows. The methods determine the
+  // vtable offsets of the interface's own method.
   out << R"(typedef wchar_t* BSTR;
 typedef short VARIANT_BOOL;
 typedef long HRESULT;
@@ -105,8 +105,8 @@ void WriteFramework(std::ostream& out) {
   out << "  interface " << kRuntimeTextInterface << ";\n};\n";
 }
 
-// IProvideRuntimeText is not named among a class's interfaces: widl would copy it from the other
-// library, and spoil this one's id by doing so. Controls have it all the same.
+// Does not list IProvideRuntimeText among a class's interfaces, although controls implement it:
+// widl would copy it from the other library and change this library's id.
 void WriteControl(std::ostream& out, const RegisteredControl& registered) {
   const ControlClass& contract = registered.contract();
   const std::string help = Help(contract.description.german);
@@ -137,9 +137,9 @@ void WriteLibrary(std::ostream& out) {
   out << "};\n";
 }
 
-// A line for every key of every class: the class, the key, the property and how that is stored,
-// with blanks between. "-" is a key without a property. Stored is a value "as-is"; "tokens" is the
-// token form of a text; two words are those of a flag, the one for true first ("yes/no").
+// Writes a line for each key of each class: the class, the key, the property ("-" for none) and how
+// the value is stored, separated by blanks. "as-is" is the value itself, "tokens" the token form of
+// a text, and two words are those of a flag, the one for true first ("yes/no").
 void WriteKeys(std::ostream& out) {
   for (const RegisteredControl& registered : RegisteredControls()) {
     const ControlClass& contract = registered.contract();

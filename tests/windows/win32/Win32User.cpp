@@ -140,7 +140,7 @@ HWND Win32User::Reach(const FormControl& control) const {
   bool usable = window != nullptr && IsWindowVisible(window);
   for (HWND at = window; usable && at != Frame(); at = GetAncestor(at, GA_PARENT))
     usable = IsWindowEnabled(at);
-  if (!usable) Cannot(control, "is disabled or does not show");
+  if (!usable) Cannot(control, "is disabled or hidden");
   return window;
 }
 
@@ -149,7 +149,7 @@ HWND Win32User::FocusedWindow() const {
   if (focused == nullptr || !IsChild(view_->Window(), focused))
     throw CannotDo("nothing has the keyboard focus");
   if (!IsWindowVisible(focused) || !IsWindowEnabled(focused))
-    throw CannotDo("what had the keyboard focus is disabled or does not show");
+    throw CannotDo("what had the keyboard focus is disabled or hidden");
   return focused;
 }
 
@@ -158,7 +158,7 @@ HWND Win32User::FocusedWindow() const {
 void Win32User::FocusByKeyboard(FormControl& control) {
   Do([&] {
     Reach(control);
-    if (!control.TakesFocus()) Cannot(control, "takes no focus");
+    if (!control.TakesFocus()) Cannot(control, "cannot take the focus");
     view_->Enter(control);
   });
 }
