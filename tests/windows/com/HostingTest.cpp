@@ -6,6 +6,7 @@
 #include "tests/windows/Callback.h"
 #include "tests/windows/com/Host.h"
 #include "tests/windows/win32/TestFrame.h"
+#include "tests/windows/win32/WindowActions.h"
 #include "tests/windows/win32/pictures/Png.h"
 
 namespace kvo::com {
