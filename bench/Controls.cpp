@@ -1,5 +1,5 @@
-// For every class: runtime text against hand-written appends of the same bytes, and the allocations
-// that it makes beyond its target.
+// Compares each class's runtime text with hand-written appends of the same bytes, and counts its
+// allocations beyond the target string.
 #include <algorithm>
 #include <memory>
 
@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kMostOfAppends = 2.5;  // the goal
 
-// A control with every key filled with a text of usual length.
+// Returns a bag with a text of typical length for every key.
 std::vector<MemoryBag::Entry> FilledBag(const ControlClass& contract) {
   std::vector<MemoryBag::Entry> entries;
   for (const PropertyRow& row : contract.bag) {
@@ -35,7 +35,7 @@ std::shared_ptr<Control> Filled(const ControlClass& contract,
   return control;
 }
 
-// What is done again and again, and what it is measured against.
+// The code under test: writes the runtime text to a reused string.
 struct RuntimeText {
   explicit RuntimeText(std::shared_ptr<Control> filled) : control(std::move(filled)) {
     control->AppendRuntimeText(out);
@@ -50,8 +50,8 @@ struct RuntimeText {
   std::string out;
 };
 
-// The same bytes, appended piece by piece as a programmer would: fixed parts and values in turn. A
-// new identifier has to be made as well where the text holds one.
+// Appends the same bytes piece by piece, as a programmer would write it: fixed parts and values in
+// turn. Also makes a new identifier where the text contains one.
 struct HandWritten {
   HandWritten(const std::string& text, bool withGuid) : pieces(1), newGuid(withGuid), out(text) {
     for (const char c : text) {
@@ -95,11 +95,11 @@ std::vector<std::string> Row(Report& report, const std::string& name,
 void MeasureControls(Report& report) {
   report.Heading("Controls");
   report.Paragraph(
-      "Runtime text with every key filled, against hand-written appends of the same bytes: at "
-      "most " +
+      "The time to write a control's runtime text with every key filled, divided by the time of "
+      "hand-written appends of the same bytes. The goal is at most " +
       Figure(kMostOfAppends) +
-      " times that, and nothing allocated beyond its target. A cached product list makes a new "
-      "identifier each time, and so do the appends beside it.");
+      " and no allocation beyond the target string. A cached product list makes a new identifier "
+      "each time; so do the appends that it is compared with.");
   std::vector<std::vector<std::string>> rows;
   for (const RegisteredControl& control : RegisteredControls()) {
     const ControlClass& contract = control.contract();

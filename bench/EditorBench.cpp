@@ -1,8 +1,8 @@
-// The editor on a large page: 2,000 controls in 2 MB of text. Opening until the source is painted,
-// one key until it is painted, and until the design view shows it.
+// Measures the editor on a large page, 2,000 controls in 2 MB of text: from opening it until the
+// source is painted, and from a key press until it is painted and until the design view shows it.
 //
-// Times are the wall clock's, of the window as a user has it, with the analysis at work beside it;
-// there is no display, so what the graphics card would do is not in them.
+// Times are wall-clock times of the real window, with the analysis running in the background. There
+// is no display, so they leave out the graphics card.
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -43,7 +43,7 @@ std::string LargePage() {
   return page + "</table></body></html>\n";
 }
 
-// One window for all, since a process begins with one, too.
+// One window for all benchmarks, because the process starts with only one as well.
 class Bench {
  public:
   Bench() : platform_(CreatePage), scope_(platform_) {
@@ -79,7 +79,8 @@ class Bench {
 
 Bench* bench = nullptr;
 
-// The times of one benchmark; their median and their longest become counters, in milliseconds.
+// Collects the times of one benchmark; reports their median and maximum as counters, in
+// milliseconds.
 class Times {
  public:
   explicit Times(benchmark::State& state) : state_(state) {}
@@ -106,7 +107,7 @@ void Open(benchmark::State& state) {
     bench->window->Page().Document()->setModified(false);
     QElapsedTimer timer;
     timer.start();
-    if (!bench->window->Work().Open(bench->page)) state.SkipWithError("the page does not open");
+    if (!bench->window->Work().Open(bench->page)) state.SkipWithError("cannot open the page");
     QCoreApplication::processEvents();
     bench->window->Source().repaint();
     times.Add(timer);
@@ -115,7 +116,7 @@ void Open(benchmark::State& state) {
 }
 BENCHMARK(Open)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 
-// Notes that a widget was painted.
+// Records whether a widget was painted.
 class PaintWatch final : public QObject {
  public:
   explicit PaintWatch(QWidget& widget) { widget.installEventFilter(this); }
@@ -142,7 +143,7 @@ void Key(benchmark::State& state) {
     QTest::keyClick(&source, Qt::Key_X);
     while (!watch.painted) QCoreApplication::processEvents();
     times.Add(timer);
-    // As somebody types who types fast: the analysis and the views come in between.
+    // Types at a fast typist's speed, so that the analysis and the views run in between.
     QTest::qWait(60);
   }
   bench->Settle();

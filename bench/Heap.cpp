@@ -37,7 +37,7 @@ std::size_t g_peak = 0;
 namespace kvo::bench {
 
 HeapCount::HeapCount() {
-  // Far from zero, for what is given back was allocated before.
+  // Starts far above zero, because memory allocated earlier may be freed.
   g_inUse = g_start = ~std::size_t{0} / 2;
   g_peak = g_allocations = 0;
   g_counting = true;

@@ -1,12 +1,12 @@
-// What the program allocates: how often, and how many bytes at most. The counting operator new is
-// the whole program's, so it is linked into nothing but the benchmarks.
+// Counts heap allocations and their peak size. Replaces operator new for the whole program, so only
+// the benchmarks link it.
 #pragma once
 
 #include <cstddef>
 
 namespace kvo::bench {
 
-// Counts between its construction and its end; one at a time.
+// Counts from construction to destruction; only one may exist at a time.
 class HeapCount {
  public:
   HeapCount();
@@ -15,12 +15,12 @@ class HeapCount {
   HeapCount& operator=(const HeapCount&) = delete;
 
   std::size_t Allocations() const;
-  // Beyond what was held at the beginning, in the bytes that the heap really hands out.
+  // Above the amount in use at construction, in the bytes that the heap really hands out.
   std::size_t PeakBytes() const;
 };
 
-// The whole process' heap, libraries that do not use operator new included. The peak is of the
-// moments at which somebody looked.
+// Measures the whole process's heap, including libraries that do not use operator new. The peak
+// covers only the moments when Look() was called.
 class ProcessHeap {
  public:
   ProcessHeap() : before_(Held()) {}

@@ -1,5 +1,5 @@
-// The save engine on pages in memory: against a bare search for "<object" over the same bytes,
-// which is the limit, and how time grows with the page.
+// Compares the save engine on pages in memory with a bare search for "<object" over the same bytes,
+// the lower bound, and measures how time grows with the page.
 #include <cstring>
 #include <stdexcept>
 
@@ -19,15 +19,15 @@ constexpr double kMostOfSearchSparse = 6;
 constexpr double kMostOfSearchDense = 12;
 constexpr double kMostDrift = 1.15;
 constexpr double kMostGrowth = 2;
-constexpr double kLeastShown = 1.2;  // of growth
+constexpr double kLeastShown = 1.2;  // growth below this is not listed
 
 constexpr std::size_t kSizes[] = {1'000, 10'000, 100'000};
 
 constexpr std::string_view kElement =
     R"(<object classid="progid:KVOPDesignObjects.DTCPrint" id="Preis"><param name="value" value="#order.total#"></object>)";
 
-// A kilobyte of a newsletter as shops send it: nested tables, inline styles, a conditional comment,
-// entities, umlauts; the control stands in a cell.
+// A kilobyte of a typical shop newsletter: nested tables, inline styles, a conditional comment,
+// entities and umlauts, with the control in a cell.
 constexpr std::string_view kNewsletter[] = {
     R"(<tr>
   <td align="left" valign="top" bgcolor="#ffffff" style="padding:12px 20px 12px 20px;border-bottom:1px solid #dddddd;font-family:Tahoma,Arial,sans-serif;font-size:13px;line-height:18px;color:#333333;">
@@ -62,7 +62,7 @@ std::string ControlsAlone(std::size_t controls) {
   return page;
 }
 
-// Takes the written bytes and throws them away, as a file does as far as memory is concerned.
+// Discards the written bytes; like a file, it keeps none of them in memory.
 class CountingSink final : public page::Sink {
  public:
   void append(std::string_view bytes) override { size_ += bytes.size(); }
@@ -112,7 +112,7 @@ constexpr Kind kKinds[] = {
 };
 
 void AddRows(Report& report, const Kind& kind, std::vector<std::vector<std::string>>& rows) {
-  double first = 0;  // the ratio of the smallest page
+  double first = 0;  // the smallest page's ratio
   for (const std::size_t controls : kSizes) {
     const Page page(kind.savedBefore ? Saved(kind.of(controls)) : kind.of(controls));
     Stopwatch stopwatch;
@@ -130,7 +130,8 @@ void AddRows(Report& report, const Kind& kind, std::vector<std::vector<std::stri
   }
 }
 
-// How much longer ten times a hostile page takes, over ten: 1 is linear, 10 is square.
+// Returns the time for a hostile page divided by ten times the time for a tenth of it: 1 is linear,
+// 10 is quadratic.
 double GrowthOf(const page::HostilePage& hostile) {
   constexpr int kParts = 2000;
   const Page tenth(hostile.of(kParts));
@@ -153,15 +154,16 @@ double GrowthOf(const page::HostilePage& hostile) {
 void MeasurePages(Report& report) {
   report.Heading("Pages");
   report.Paragraph(
-      "Saving a page in memory, the written bytes thrown away, against a bare `memmem` for "
-      "`<object` over the same bytes: at most " +
-      Figure(kMostOfSearchSparse) + " times that in a newsletter with one control per KB, " +
+      "The time to save a page in memory and discard the bytes, divided by the time of a bare "
+      "`memmem` search for `<object` over the same bytes. The goal is at most " +
+      Figure(kMostOfSearchSparse) + " for a newsletter with one control per KB and " +
       Figure(kMostOfSearchDense) +
-      " where controls stand side by side, and from the smallest page to the largest at most " +
-      Figure(kMostDrift) + " times more. Beside the page stands what the heap holds at most.");
+      " for a page of nothing but controls. The drift is this ratio over that of the smallest "
+      "page, with a goal of at most " +
+      Figure(kMostDrift) + ". The peak heap does not include the page itself.");
   std::vector<std::vector<std::string>> rows;
   for (const Kind& kind : kKinds) AddRows(report, kind, rows);
-  report.Table({"page", "controls", "size", "save", "/ search", "drift", "beside the page"}, rows);
+  report.Table({"page", "controls", "size", "save", "/ search", "drift", "peak heap"}, rows);
 
   rows.clear();
   for (const page::HostilePage& hostile : page::kHostilePages) {
@@ -171,10 +173,11 @@ void MeasurePages(Report& report) {
   }
   report.Paragraph(
       std::to_string(std::size(page::kHostilePages)) +
-      " pages made to be slow to read: the time of a page over ten times that of a tenth of it, at "
-      "most " +
+      " pages designed to be slow to read: the growth is the time for a page divided by ten times "
+      "the time for a tenth of it, with a goal of at most " +
       Figure(kMostGrowth) +
-      ". Square time would be 10; caches and sorting account for what is above 1. Those above " +
+      ". Linear time gives 1, quadratic time 10; caches and sorting push it above 1. These pages "
+      "are above " +
       Figure(kLeastShown) + ":");
   report.Table({"page", "growth"}, rows);
 }

@@ -49,7 +49,7 @@ void Libxml2(const std::string& text) {
   xmlFree(out);
 }
 
-// Its measuring call and its writing call, as its callers do.
+// Calls it twice, to measure and to write, as its callers do.
 void Apr(const std::string& text) {
   apr_size_t size = 0;
   const auto length = static_cast<apr_ssize_t>(text.size());
@@ -72,7 +72,7 @@ void Libxml2Back(const std::string& text) {
   static const auto context = [] {
     std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> made(xmlNewParserCtxt(),
                                                                       xmlFreeParserCtxt);
-    // Else it takes many references for an attack, and stops.
+    // Otherwise libxml2 takes many references for an attack and stops.
     xmlCtxtUseOptions(made.get(), XML_PARSE_HUGE);
     return made;
   }();
@@ -103,7 +103,7 @@ std::vector<Peer> Escapers(Escaped which) {
           Of("APR", Apr),
           {"Qt",
            [](const std::string& text) -> std::function<void()> {
-             // Qt's texts are UTF-16 to begin with.
+             // Converts beforehand, because Qt's strings are UTF-16.
              return [text16 = QString::fromStdString(text)] {
                const QString out = text16.toHtmlEscaped();
                benchmark::DoNotOptimize(out.constData());

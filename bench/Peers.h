@@ -1,5 +1,5 @@
-// Well-known libraries that do what the text helpers do, or nearly so. None of them gives the same
-// bytes: they are the measure of what such work costs.
+// Well-known libraries that do roughly what the text helpers do. None of them produces the same
+// bytes; they only show what such work costs.
 #pragma once
 
 #include <functional>
@@ -10,14 +10,14 @@ namespace kvo::bench {
 
 struct Peer {
   const char* name;
-  // The work on a text that is made ready for the library.
+  // Prepares a text for the library and returns the work to time.
   std::function<std::function<void()>(const std::string& text)> on;
 };
 
-// Markup characters into entities; of those that can be told, only the ampersand.
+// Libraries that turn markup characters into entities, or only ampersands if they have the choice.
 enum class Escaped { everything, ampersands };
 std::vector<Peer> Escapers(Escaped which);
-// Entities into characters.
+// Libraries that turn entities into characters.
 std::vector<Peer> Unescapers();
 
 }  // namespace kvo::bench

@@ -1,7 +1,7 @@
-// The picker's product grid over small and large shops, on SQLite and PostgreSQL: from connecting
-// to the last cell of the first screen, the length of the scroll bar, for which the database
-// counts, and jumping anywhere. Memory is what the process holds on its heap at most beyond what it
-// held before, the database library's share included.
+// Measures the picker's product grid with small and large shops on SQLite and PostgreSQL: from
+// connecting to the last cell of the first screen, the length of the scroll bar, for which the
+// database counts its records, and jumping to any row. Memory is the peak growth of the process's
+// heap, including the database library.
 #include <memory>
 #include <random>
 
@@ -31,7 +31,7 @@ class GridForm final : public Form {
     grid.Rebind();
   }
 
-  // What the screen shows from a row on; returns how many bytes that were.
+  // Reads the screen that starts at row `first`; returns its size in bytes.
   std::size_t Screen(std::size_t first) const {
     std::size_t bytes = 0;
     for (std::size_t row = first; row < first + kRowsOnScreen; ++row)
@@ -80,10 +80,11 @@ std::vector<std::string> Row(Report& report, const char* database, int products,
 void MeasurePicker(Report& report) {
   report.Heading("Picker");
   report.Paragraph(
-      "Milliseconds by the wall clock: the first screen of " + std::to_string(kRowsOnScreen) +
-      " products, connecting included (at most " + Figure(kMostForFirstScreen) +
-      "); the same with the number of records, for the scroll bar; a screen anywhere in the "
-      "table. The last column is the heap's peak in KB, which must not grow with the table.");
+      "Wall-clock time in milliseconds: for the first screen of " + std::to_string(kRowsOnScreen) +
+      " products, including the connection (goal: at most " + Figure(kMostForFirstScreen) +
+      "); for the same and the number of records, which the scroll bar needs; for a screen at a "
+      "random place in the table. The last column is the peak heap, which must not grow with the "
+      "table.");
   HeadlessPlatform platform;
   platform.recordsets = [] { return shop::NewRecordset(); };
   const PlatformScope scope(platform);

@@ -36,7 +36,7 @@ void Report::Table(const std::vector<std::string>& header,
   ruler[0] = "---";
   text_ += Line(ruler);
   for (const auto& row : rows) {
-    if (row.size() != header.size()) throw std::logic_error("a row of another table");
+    if (row.size() != header.size()) throw std::logic_error("the row does not match the header");
     text_ += Line(row);
   }
 }

@@ -1,5 +1,5 @@
-// The document that a run writes: headings, sentences, tables and, for figures with a goal, whether
-// it was met.
+// Builds the report of a run: headings, paragraphs, tables and, for figures with a goal, whether it
+// was met.
 #pragma once
 
 #include <string>
@@ -13,12 +13,12 @@ class Report {
  public:
   void Heading(std::string_view text);
   void Paragraph(std::string_view text);
-  // `cells` of each row are as many as there are in `header`.
+  // Each row has as many cells as `header`.
   void Table(const std::vector<std::string>& header,
              const std::vector<std::vector<std::string>>& rows);
 
-  // A table's cell for a figure that is to be at most, or at least, so much: a missed goal is set
-  // in bold and counted.
+  // Returns the table cell for a figure with an upper or lower limit. Counts a missed goal and sets
+  // it in bold.
   std::string AtMost(double figure, double limit);
   std::string AtLeast(double figure, double limit);
 
@@ -34,9 +34,9 @@ class Report {
   int missed_ = 0;
 };
 
-// Three significant digits at most: 0.0123, 1.23, 12.3, 123, 12345.
+// Formats with at most three significant digits: 0.0123, 1.23, 12.3, 123, 12345.
 std::string Figure(double figure);
-// With the unit that suits: ns, µs, ms or s; bytes, KB or MB.
+// Format with the best unit: ns, µs, ms or s; bytes, KB or MB.
 std::string Duration(double seconds);
 std::string Size(double bytes);
 

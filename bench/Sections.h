@@ -1,4 +1,4 @@
-// The parts of a run. Each times its subject and writes its chapter.
+// The sections of a run. Each measures its subject and writes its part of the report.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@ void MeasureTextHelpers(Report& report);
 void MeasureControls(Report& report);
 void MeasurePages(Report& report);
 void MeasurePicker(Report& report);
-// `kvo` and `empty` are programs' paths.
+// `kvo` and `empty` are paths of programs.
 void MeasureStart(Report& report, const std::string& kvo, const std::string& empty);
 
 }  // namespace kvo::bench

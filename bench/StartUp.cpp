@@ -1,4 +1,4 @@
-// How long programs take from being started to being gone.
+// Measures programs from start to exit.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -18,7 +18,7 @@ void Start(const std::vector<std::string>& command) {
   std::vector<char*> arguments;
   arguments.reserve(command.size() + 1);
   for (const std::string& argument : command)
-    arguments.push_back(const_cast<char*>(argument.c_str()));  // is not written to
+    arguments.push_back(const_cast<char*>(argument.c_str()));  // not written to
   arguments.push_back(nullptr);
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
@@ -44,8 +44,8 @@ void MeasureStart(Report& report, const std::string& kvo, const std::string& emp
       {"an empty C++ program", {empty}},
       {"`kvo --version`", {kvo, "--version"}},
       {"`kvo publish` of the example", {kvo, "publish", page, "-o", "/dev/null"}},
-      {"Perl, nothing to do", {"perl", "-e", ""}},
-      {"Python, nothing to do", {"python3", "-c", ""}},
+      {"Perl, empty script", {"perl", "-e", ""}},
+      {"Python, empty script", {"python3", "-c", ""}},
   };
   Stopwatch stopwatch(Clock::wall);
   for (const Program& program : programs)
@@ -61,7 +61,7 @@ void MeasureStart(Report& report, const std::string& kvo, const std::string& emp
                     isGoal ? report.AtMost(ratio, kMostOfEmpty) : Figure(ratio)});
   }
   report.Heading("Start-up");
-  report.Paragraph("From start to end by the wall clock. `kvo --version` may take " +
+  report.Paragraph("Wall-clock time from start to exit. `kvo --version` may take at most " +
                    Figure(kMostOfEmpty) + " times as long as an empty program.");
   report.Table({"program", "time", "/ empty program"}, rows);
 }

@@ -44,7 +44,7 @@ Times Stopwatch::Run() {
 }
 
 double Median(std::vector<double> values) {
-  if (values.empty()) throw std::invalid_argument("the median of nothing");
+  if (values.empty()) throw std::invalid_argument("no values for a median");
   std::ranges::sort(values);
   return values[values.size() / 2];
 }

@@ -1,6 +1,6 @@
-// Times pieces of work against each other. What is added runs in turns, in random order and several
-// rounds (Google Benchmark's random interleaving), so that what else happens on the machine hits
-// all of it alike; every figure is the median of the rounds.
+// Times pieces of work against each other. Runs them in random order over several rounds (Google
+// Benchmark's random interleaving), so that other load on the machine affects all of them alike.
+// Each figure is the median of the rounds.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -13,13 +13,13 @@ namespace kvo::bench {
 
 enum class Clock { processor, wall };
 
-// Seconds for one call of each piece of work, by the name it was added under.
+// Seconds per call, by the name passed to Add().
 using Times = std::map<std::string, double>;
 
 class Stopwatch {
  public:
-  // Processor time leaves out what other programs do; the wall clock counts the processes that the
-  // work waits for.
+  // Processor time leaves out other programs; wall-clock time includes the processes that the work
+  // waits for.
   explicit Stopwatch(Clock clock = Clock::processor) : clock_(clock) {}
 
   template <class Work>
@@ -31,7 +31,7 @@ class Stopwatch {
     if (clock_ == Clock::wall) added->UseRealTime();
   }
 
-  // Runs everything that was added and forgets it.
+  // Runs and removes everything that was added.
   Times Run();
 
  private:

@@ -1,4 +1,4 @@
-// The text helpers against the escapers of well-known libraries.
+// Compares the text helpers with the escapers of well-known libraries.
 #include <algorithm>
 #include <random>
 
@@ -10,15 +10,15 @@
 namespace kvo::bench {
 namespace {
 
-// The goals: how many times as long as the helper the fastest library takes at least. A text of
-// nothing but what is replaced is one that nobody writes.
+// The goals: the fastest library's time divided by the helper's, at least. The goal is lower for
+// texts in which everything is replaced, because nobody writes those.
 constexpr double kLeast = 1;
 constexpr double kLeastFull = 1 / 1.5;
 
 constexpr std::size_t kLengths[] = {16, 256, 4096, 65536, 1048576};
 constexpr unsigned kPerThousand[] = {0, 10, 100, 1000};
 
-// Letters of which so many of a thousand are a piece instead, one after the other.
+// Returns random letters, `perThousand` of a thousand replaced by the next of `pieces`.
 std::string Text(std::size_t length, unsigned perThousand, const std::vector<std::string>& pieces) {
   std::mt19937 random(1);
   std::string text;
@@ -34,7 +34,7 @@ struct Helper {
   const char* name;
   void (*append)(std::string& out, std::string_view text);
   std::vector<Peer> peers;
-  // What the text is strewn with, ours and that of the libraries.
+  // What is mixed into the text, for the helper and for the libraries.
   std::vector<std::string> pieces;
   std::vector<std::string> peerPieces;
 };
@@ -77,12 +77,12 @@ std::string Cell(Report& report, const Helper& helper, std::size_t length, unsig
 void MeasureTextHelpers(Report& report) {
   report.Heading("Text helpers");
   report.Paragraph(
-      "Appending to a text that is used again, as runtime text does. How many times as long the "
-      "fastest of several libraries takes, and which that is, by the length of the text and the "
-      "share of it that is replaced: more than " +
-      Figure(kLeast) + " is wanted, and " + Figure(kLeastFull) +
-      " of texts of nothing else. For the decoder the libraries' text holds entities where ours "
-      "holds tokens.");
+      "The helpers append to a reused string, as runtime text does. Each cell is the time of the "
+      "fastest of several libraries divided by the helper's time, and the name of that library, by "
+      "length of the text and share of it that is replaced. The goal is at least " +
+      Figure(kLeast) + ", or " + Figure(kLeastFull) +
+      " where everything is replaced. For the decoder, the libraries' text contains entities where "
+      "ours contains tokens.");
   std::vector<std::string> header{"helper", "text"};
   for (const unsigned perThousand : kPerThousand)
     header.push_back(std::to_string(perThousand / 10) + " %");

@@ -1,7 +1,7 @@
-// Measures everything in one run and writes it down.
+// Measures everything in one run and writes the report.
 //   kvo_bench KVO EMPTY DOCUMENT [--benchmark_...]
-// KVO and EMPTY are the programs whose start is timed; DOCUMENT is the Markdown file to write.
-// Google Benchmark's own options come after them.
+// KVO and EMPTY are the programs whose start-up is measured; DOCUMENT is the Markdown file to
+// write. Options of Google Benchmark follow them.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kArguments = 4;
 
-// The first line of the file that begins with the key, behind its separator.
+// Returns the text after the separator in the first line that begins with `key`.
 std::string ValueOf(const char* file, std::string_view key, char separator) {
   std::ifstream in(file);
   for (std::string line; std::getline(in, line);) {
@@ -37,13 +37,13 @@ std::string Machine() {
 
 void Write(const char* file, const Report& report) {
   std::ofstream out(file);
-  out << "# Performance\n\n`./run bench` measures this and writes this file, all in one process "
-         "and one run. Every time is the median of several rounds in which what is compared takes "
-         "turns. Quote the ratios, for the times are this machine's: "
+  out << "# Performance\n\n`./run bench` writes this file in one run of one process. Every "
+         "time is the median of several rounds, in which the compared programs take turns. Quote "
+         "the ratios, because the times depend on this machine: "
       << Machine() << ".\n\n"
       << report.Goals() - report.Missed() << " of " << report.Goals()
-      << " goals are met; a figure that misses its goal is set in **bold**. One run's figure near "
-         "its limit may fall to either side.\n"
+      << " goals are met; figures that miss their goal are **bold**. A figure close to its limit "
+         "may be on either side of it from run to run.\n"
       << report.Text();
   if (!out.flush()) throw std::runtime_error(std::string(file) + " cannot be written");
 }
@@ -67,7 +67,7 @@ int Run(char** argv) {
   section("start-up");
   MeasureStart(report, argv[1], argv[2]);
   Write(argv[3], report);
-  std::printf("%d of %d goals are met.\n", report.Goals() - report.Missed(), report.Goals());
+  std::printf("%d of %d goals met.\n", report.Goals() - report.Missed(), report.Goals());
   return 0;
 }
 
@@ -79,7 +79,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: kvo_bench KVO EMPTY DOCUMENT [OPTIONS]\n");
     return 2;
   }
-  // Ours first, so that the user's come later and win.
+  // Our options come first, so that the user's override them.
   std::vector<char*> options{argv[0]};
   std::string ours[] = {"--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=7",
                         "--benchmark_min_time=0.02"};
