@@ -1,4 +1,4 @@
-// Bags of any keys and values, for every class of control.
+// Loads every class of control from bags with any keys and values.
 #include <cstddef>
 #include <cstdint>
 

@@ -17,7 +17,7 @@ using Bag = std::vector<MemoryBag::Entry>;
 
 constexpr int kMostRounds = 50;
 
-// The runtime text, or the number of the error instead of one.
+// The runtime text, or the number of the error that was thrown.
 struct Outcome {
   std::string text;
   int error = 0;
@@ -45,17 +45,18 @@ void DemandOwnKeysInOrder(const Bag& bag, const ControlClass& contract) {
   for (const MemoryBag::Entry& entry : bag) {
     key = std::find_if(key, contract.bag.end(),
                        [&](const PropertyRow& row) { return row.key == entry.first; });
-    Demand(key != contract.bag.end(), "a key is stored twice, out of order, or is not the class's");
-    Demand(key->writeDefault != entry.second, "a key's default is stored");
+    Demand(key != contract.bag.end(),
+           "a stored key is repeated, out of order or unknown to the class");
+    Demand(key->writeDefault != entry.second, "a key is stored with its default value");
     ++key;
   }
 }
 
-// The same text each time, but for new identifiers, which one class makes on demand.
+// Demands the same text each time, except for new identifiers, which one class makes on demand.
 void DemandSteadyText(const Control& control, const Bag& bag) {
   const Outcome first = RuntimeTextOf(control);
   const Outcome second = RuntimeTextOf(control);
-  Demand(first.error == second.error, "the runtime text fails only sometimes");
+  Demand(first.error == second.error, "the runtime text fails only once in two calls");
   if (first.text == second.text) return;
   const bool cached = std::ranges::find(bag, MemoryBag::Entry("in-cache", "yes")) != bag.end();
   Demand(cached, "two runtime texts differ");
@@ -63,11 +64,11 @@ void DemandSteadyText(const Control& control, const Bag& bag) {
          "two runtime texts differ in more than new identifiers");
 }
 
-// What a control stores that was loaded from `bag`, which a control of its class had stored.
+// Returns what a control stores when it is loaded from `bag`, which a control of its class stored.
 Bag StoredNext(const ControlClass& contract, const Bag& bag) {
   if (contract.name != "DTCProductList") return bag;
-  // An empty border is not stored and comes back as "0"; a chain of tokens is decoded once more,
-  // and a CDATA marker that thereby comes to light gets lost. Both deliberate.
+  // Deliberate: an empty border is not stored and comes back as "0"; a chain of tokens is decoded
+  // once more, and loses any CDATA marker that this reveals.
   Bag next;
   for (const PropertyRow& row : contract.bag) {
     const auto stored = std::ranges::find(bag, row.key, &MemoryBag::Entry::first);
@@ -85,10 +86,10 @@ void DemandSameProperties(Control& control, Control& again) {
   for (const PropertyRow& row : control.Class().properties)
     if (row.type != PropertyType::object)
       Demand(control.Get(row.name) == again.Get(row.name),
-             "a property is not the same after a round: " + std::string(row.name));
+             "a property changed after saving and loading: " + std::string(row.name));
 }
 
-// Saves and loads until nothing changes any more, and follows what changes on the way.
+// Saves and loads until nothing changes, and checks every change on the way.
 void CheckRounds(std::shared_ptr<Control> control) {
   const ControlClass& contract = control->Class();
   for (int round = 0; round < kMostRounds; ++round) {
@@ -102,13 +103,15 @@ void CheckRounds(std::shared_ptr<Control> control) {
     again->ReadProperties(bag);
     const Bag next = StoredBy(*again);
     Demand(next == StoredNext(contract, stored), "a bag changed between two saves");
-    // At first the product list still holds the markers of a host's own bag, which are not stored.
+    // On the first round the product list still holds markers from the host's bag, which it does
+    // not store.
     if (next == stored && (round > 0 || contract.name != "DTCProductList")) {
       const Outcome before = RuntimeTextOf(*control);
       const Outcome after = RuntimeTextOf(*again);
-      Demand(before.error == after.error, "the runtime text fails only before or after a round");
+      Demand(before.error == after.error,
+             "saving and loading changed whether the runtime text fails");
       Demand(page::EqualButForNewGuids(before.text, after.text, RuntimeTextOf(*again).text),
-             "the runtime text is another one after a round");
+             "saving and loading changed the runtime text");
       DemandSameProperties(*control, *again);
       return;
     }
@@ -135,11 +138,12 @@ void CheckBag(std::string_view bytes) {
     loaded = false;
   }
   if (contract.readFailure == ReadFailure::skipsKey)
-    Demand(loaded, "a class that skips keys gave up");
+    Demand(loaded, "a class that skips bad keys refused the bag");
   else
-    Demand(bag.Failed().size() == (loaded ? 0U : 1U), "a key that ends the load is not told of");
+    Demand(bag.Failed().size() == (loaded ? 0U : 1U),
+           "the key that ended loading was not reported");
   for (const std::string& key : bag.Failed())
-    Demand(contract.FindKey(key) != nullptr, "a key failed that the class does not have");
+    Demand(contract.FindKey(key) != nullptr, "a failed key is unknown to the class");
   if (loaded) return CheckRounds(control);
   DemandSoundBox(*control);
   DemandSteadyText(*control, StoredBy(*control));

@@ -1,12 +1,12 @@
-// What must hold for every class of control whatever bag it is loaded from.
+// Rules that every class of control obeys, whatever bag it is loaded from.
 #pragma once
 
 #include <string_view>
 
 namespace kvo {
 
-// A line for the class and one for each key, as fuzz/StoryBag.h reads them. Throws std::logic_error
-// with the rule that is broken.
+// Reads a line for the class and one for each key (format: fuzz/StoryBag.h). Throws
+// std::logic_error with the broken rule.
 void CheckBag(std::string_view story);
 
 }  // namespace kvo

@@ -1,4 +1,4 @@
-// Conversations with the expression builder.
+// Plays any events in the expression builder.
 #include <cstddef>
 #include <cstdint>
 

@@ -16,7 +16,8 @@ namespace {
 constexpr int kMostBuilderEvents = 300;
 constexpr std::int32_t kYesOrNo = 3;
 
-// Fields of every type, two under one name, and one whose texts would mean something elsewhere.
+// Returns an office with fields of every type, two with the same name, and one with special
+// characters in its names.
 std::shared_ptr<FakeOffice> OfficeWithAllTypes() {
   const auto office = std::make_shared<FakeOffice>();
   for (std::int32_t type = -1; type <= 8; ++type)
@@ -30,7 +31,7 @@ std::shared_ptr<FakeOffice> OfficeWithAllTypes() {
 std::int32_t FirstTypeOf(const FakeOffice& office, const std::string& name) {
   for (const FakeField& field : office.contactFields)
     if (field.sqlName == name) return field.dataType;
-  throw std::logic_error("a field is listed that the office does not have");
+  throw std::logic_error("a listed field is not in the office");
 }
 
 class BuilderConversation {
@@ -49,9 +50,9 @@ class BuilderConversation {
     if (form.CancelForm || !ended_)
       Demand(result == expression_, "a cancelled dialog changed the expression");
     else
-      Demand(result == form.txtIfExpression.Text(), "\"Ok\" gives another text than the box's");
+      Demand(result == form.txtIfExpression.Text(), "\"Ok\" did not return the text of the box");
 
-    // Once more on what came out: "Ok" keeps it, and so does "Abbrechen" whatever was typed.
+    // Opens the result again: "Ok" keeps it, and "Abbrechen" keeps it whatever was typed.
     Ends(form, form.cmdOk, form.txtIfExpression.Text());
     frmExpressionBuilder again;
     Open(again, form.Expression());
@@ -102,10 +103,10 @@ class BuilderConversation {
   void Ends(frmExpressionBuilder& form, CommandButton& button, const std::string& expected) {
     Show(form, [&button](HeadlessUser& user) { user.Click(button); });
     Demand(!form.CancelForm, "\"Ok\" cancelled");
-    Demand(form.Expression() == expected, "\"Ok\" once more gives another expression");
+    Demand(form.Expression() == expected, "a second \"Ok\" changed the expression");
   }
 
-  // The form itself, and the operators that fit the chosen field.
+  // Demands a sound form and operators that fit the chosen field.
   void DemandSound(const frmExpressionBuilder& form) const {
     DemandSoundForm(form);
     const ComboBox::Row* field = form.cboFields.SelectedItem();
@@ -114,22 +115,23 @@ class BuilderConversation {
     const std::size_t operators = form.cboOperator.Rows().size();
     switch (FirstTypeOf(*office_, *field->key)) {
       case 0:
-        Demand(operators == 2 && form.txtArgument.Enabled(), "a text is compared otherwise");
+        Demand(operators == 2 && form.txtArgument.Enabled(), "wrong operators for a text field");
         return;
       case 1:
       case 6:
-        Demand(operators == 4 && form.txtArgument.Enabled(), "an order is compared otherwise");
+        Demand(operators == 4 && form.txtArgument.Enabled(),
+               "wrong operators for an ordered field");
         return;
       case kYesOrNo:
-        Demand(operators == 2 && !form.txtArgument.Enabled(), "a truth is compared otherwise");
+        Demand(operators == 2 && !form.txtArgument.Enabled(), "wrong operators for a yes/no field");
         return;
       case 2:
       case 4:
       case 5:
-        Demand(false, "a field is listed that cannot be compared");
+        Demand(false, "a listed field cannot be compared");
         return;
       default:
-        Demand(operators == 0, "a type that is not known has operators");
+        Demand(operators == 0, "an unknown type has operators");
     }
   }
 
@@ -138,7 +140,7 @@ class BuilderConversation {
   PlatformScope scope_{platform_};
   std::shared_ptr<FakeOffice> office_;
   std::string expression_;
-  bool ended_ = false;  // by the story, not because it was over
+  bool ended_ = false;  // by an event of the story
 };
 
 }  // namespace

@@ -1,5 +1,5 @@
-// A fuzzer's bytes read as a story: choices and texts in turn. Readable characters stand for
-// themselves, so that an input of the corpus can be written and understood by hand.
+// Reads a fuzzer's bytes as a story, a sequence of choices and texts. Readable characters stand for
+// themselves, so that a corpus file can be written and understood by hand.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ class Bytes {
 
   bool AtEnd() const { return rest_.empty(); }
 
-  // A NUL beyond the end.
+  // Returns NUL at the end.
   char Next() {
     if (rest_.empty()) return '\0';
     const char next = rest_.front();
@@ -27,15 +27,15 @@ class Bytes {
     return true;
   }
 
-  // A number below `count`, which is not 0: "0" is 0, "1" is 1, ...
+  // Returns a number below `count`, which must not be 0: '0' gives 0, '1' gives 1, ...
   std::size_t Below(std::size_t count) { return static_cast<unsigned char>(Next() - '0') % count; }
-  // One of some characters: itself, or for any other byte whichever its number leads to.
+  // Returns the next byte if it is one of `characters`, or else maps it to one of them.
   char OneOf(std::string_view characters) {
     const char next = Next();
     if (characters.find(next) != std::string_view::npos) return next;
     return characters[static_cast<unsigned char>(next) % characters.size()];
   }
-  // To the end of the line; \r \n \0 \\ stand for what they usually do.
+  // Reads to the end of the line; \r \n \0 \\ are escapes.
   std::string Text() {
     std::string text;
     while (!rest_.empty()) {

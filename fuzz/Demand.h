@@ -5,7 +5,7 @@
 
 namespace kvo {
 
-// Ends an input's run when a rule does not hold.
+// Throws std::logic_error when a rule is broken, which ends the input's run.
 inline void Demand(bool holds, const std::string& rule) {
   if (!holds) throw std::logic_error(rule);
 }

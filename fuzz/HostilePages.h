@@ -1,5 +1,5 @@
-// Pages made to be slow to read: whoever searches for each end anew, or copies what is left again
-// and again, takes time in proportion to the square of their size.
+// Pages designed to be slow to read: a reader that searches again for each end, or keeps copying
+// the rest, takes quadratic time.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@ namespace kvo::page {
 
 struct HostilePage {
   const char* name;
-  std::string (*of)(int parts);  // about 5 to 100 bytes for each part
+  std::string (*of)(int parts);  // about 5 to 100 bytes per part
 };
 
 namespace hostile {

@@ -1,4 +1,4 @@
-// Text helpers against their definitions.
+// Compares the text helpers with their definitions.
 #include <cstddef>
 #include <cstdint>
 

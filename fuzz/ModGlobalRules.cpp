@@ -24,8 +24,8 @@
 namespace kvo {
 namespace {
 
-// An expression's engine needs stack and time for every character: how long a text may be for one
-// expression, for those of patterns, and for the repeated one of FixAmpersands.
+// Longest texts for the definitions' regular expressions, which need stack and time per character:
+// for plain expressions, for patterns, and for the one that FixAmpersands repeats.
 constexpr std::size_t kMostForExpressions = 400;
 constexpr std::size_t kMostForPatterns = 60;
 constexpr std::size_t kMostForRepeatedExpressions = 64;
@@ -42,7 +42,7 @@ std::vector<std::string_view> LinesOf(std::string_view text) {
   return lines;
 }
 
-// The bytes with which a text begins as a number of their size.
+// Reads the first bytes of the text as a number.
 template <class Number>
 Number NumberOf(std::string_view text) {
   Number number{};
@@ -62,7 +62,7 @@ void CheckMarkup(const std::string& text) {
   if (text.size() <= kMostForRepeatedExpressions)
     Demand(FixAmpersands(text) == FixAmpersandsByDefinition(text), "FixAmpersands");
 
-  // Those that append do the same behind what is already there.
+  // The Append functions keep existing text and append the same result.
   const auto appended = [&](void (*append)(std::string&, std::string_view)) {
     std::string out = "\r&";
     append(out, text);
@@ -142,7 +142,8 @@ void CheckConversions(const std::string& text) {
   Demand(truth ? noFlag == 0 && flag == *truth : noFlag == kTypeMismatch, "ToFlag");
 }
 
-// The first line by the second as a pattern; some values by the whole text.
+// Formats the first line with the second line as the pattern, and some fixed values with the whole
+// text as the pattern.
 void CheckFormat(const std::string& text) {
   if (text.size() > kMostForPatterns) return;
   const auto demand = [](const Variant& value, const std::string& pattern) {
@@ -163,7 +164,7 @@ void CheckFormat(const std::string& text) {
   for (const char* pattern : {"#,##0.00", "dd. mmmm yyyy hh:mm:ss"}) demand(Variant(text), pattern);
 }
 
-// The first line among the others.
+// Takes the first line as a misspelt name and the other lines as the known names.
 void CheckNames(std::string_view text) {
   std::vector<std::string_view> lines = LinesOf(text);
   const std::string name(lines.front());
@@ -176,7 +177,7 @@ void CheckNames(std::string_view text) {
            "EqualIgnoringCase");
 }
 
-// What the first line says, the second and the third put into it.
+// Builds a message from the first line, with the second and third line as its arguments.
 void CheckSaying(std::string_view text) {
   const std::vector<std::string_view> lines = LinesOf(text);
   if (lines.size() < 3) return;
@@ -189,7 +190,7 @@ void CheckSaying(std::string_view text) {
 }
 
 void CheckCharacters(const std::string& text) {
-  // A character's first byte and the end; the first character begins with the text.
+  // The offsets of every character's first byte, and of the end. The first character starts at 0.
   std::vector<std::size_t> begins;
   for (std::size_t at = 0; at < text.size(); ++at)
     if (static_cast<unsigned char>(text[at]) / 64 != 2) begins.push_back(at);

@@ -1,11 +1,11 @@
-// What must hold for the text helpers whatever the text is.
+// Rules that the text helpers obey, whatever the text.
 #pragma once
 
 #include <string_view>
 
 namespace kvo {
 
-// Throws std::logic_error with the name of the helper that departs from its definition.
+// Throws std::logic_error with the name of the helper that differs from its definition.
 void CheckTextHelpers(std::string_view text);
 
 }  // namespace kvo

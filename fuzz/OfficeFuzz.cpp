@@ -1,4 +1,4 @@
-// Office files made of any bytes.
+// Reads any bytes as an office file.
 #include <cstddef>
 #include <cstdint>
 

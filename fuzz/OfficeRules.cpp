@@ -31,13 +31,13 @@ bool IsUtf8(const std::string& text) {
 }
 
 void DemandSoundProblem(const page::Problem& problem, std::string_view contents) {
-  Demand(problem.severity == page::Severity::error, "a problem is no error");
-  Demand(problem.rule == kOfficeFileRule, "a problem is of another rule");
+  Demand(problem.severity == page::Severity::error, "a problem is not an error");
+  Demand(problem.rule == kOfficeFileRule, "a problem has the wrong rule");
   for (const std::string& message : {problem.message.german, problem.message.english}) {
-    Demand(!message.empty(), "a problem says nothing");
+    Demand(!message.empty(), "a problem has an empty message");
     Demand(IsUtf8(message), "a message is not UTF-8");
   }
-  Demand(problem.offset <= contents.size(), "a problem lies behind the text");
+  Demand(problem.offset <= contents.size(), "a problem is past the end of the text");
   if (problem.message.english.starts_with("This character is not valid UTF-8"))
     Demand(page::FindInvalidUtf8(contents) == problem.offset, "the bytes there are valid UTF-8");
 
@@ -49,13 +49,14 @@ void DemandSoundProblem(const page::Problem& problem, std::string_view contents)
     ++line;
     lineStart = at + 1;
   }
-  Demand(problem.place.line == line, "a problem is in another line");
+  Demand(problem.place.line == line, "a problem has the wrong line");
   const std::size_t bytes = problem.offset - std::min(problem.offset, lineStart);
   Demand(problem.place.column >= 1 && problem.place.column <= bytes + 1,
-         "a problem's column is beyond its line");
+         "a problem's column is past the end of its line");
 }
 
-// The text by the library alone; nothing when it is no JSON or an object has a key twice.
+// Parses the text with the JSON library alone; returns nothing if it is not JSON or an object
+// repeats a key.
 std::optional<json> PlainJson(std::string_view contents) {
   std::vector<std::set<std::string>> open;
   bool twice = false;
@@ -70,7 +71,7 @@ std::optional<json> PlainJson(std::string_view contents) {
     json parsed = json::parse(contents, watch);
     if (!twice) return parsed;
   } catch (const json::exception&) {
-    // No JSON.
+    // Not JSON.
   }
   return std::nullopt;
 }
@@ -110,8 +111,8 @@ std::optional<std::vector<Field>> PlainFields(const json& office, const char* ke
   return fields;
 }
 
-// The office by the definition of the file's format, but for the database's place; nothing when
-// the text is none.
+// Reads the office by the definition of its file format, except the database's path; returns
+// nothing if the text is invalid.
 std::optional<Office::Description> PlainReading(std::string_view contents) {
   const std::optional<json> parsed = PlainJson(contents);
   if (!parsed || !HasOnly(*parsed, {"contactFields", "orderFields", "shopDatabase"}))
@@ -136,35 +137,35 @@ bool Same(const std::vector<Field>& a, const std::vector<Field>& b) {
 
 void DemandSameDatabase(const std::optional<std::string>& read,
                         const std::optional<std::string>& written) {
-  Demand(read.has_value() == written.has_value(), "a database came or went");
+  Demand(read.has_value() == written.has_value(), "a database is missing or was added");
   if (!written || read == written) return;
   Demand(written->starts_with("sqlite3://") && read->starts_with("sqlite3:///"),
-         "another database than the one that stands there");
+         "the database differs from the file");
 }
 
-// The fields as controls and pages see them, late bound.
+// Demands that controls and pages, which bind late, see the same fields.
 void DemandFields(Object& office, std::string_view name, const std::vector<Field>& fields) {
   const ObjectRef collection = ToObject(office.Get(name));
   Demand(collection->Get("Count") == Variant(static_cast<std::int32_t>(fields.size())),
-         "a collection counts otherwise");
+         "a collection has the wrong count");
   auto expected = fields.begin();
   ForEach(*collection, [&](const Variant& element) {
-    Demand(expected != fields.end(), "a walk has too many fields");
+    Demand(expected != fields.end(), "enumeration returned too many fields");
     const ObjectRef field = ToObject(element);
     Demand(field->Get("SQLName") == Variant(expected->sqlName) &&
                field->Get("DisplayName") == Variant(expected->displayName) &&
                field->Get("DataType") == Variant(expected->dataType),
-           "a field is another one");
+           "a field differs from the file");
     const ObjectRef first = ToObject(collection->Item(expected->sqlName));
-    Demand(first->Get("SQLName") == Variant(expected->sqlName), "a field is not found by its name");
+    Demand(first->Get("SQLName") == Variant(expected->sqlName), "cannot find a field by its name");
     ++expected;
   });
-  Demand(expected == fields.end(), "a walk lacks fields");
+  Demand(expected == fields.end(), "enumeration returned too few fields");
   for (const auto beyond : {std::int32_t{0}, static_cast<std::int32_t>(fields.size()) + 1}) {
     try {
       collection->Item(beyond);
     } catch (const RuntimeError& error) {
-      Demand(error.Number() == 9, "a missing field is another error");
+      Demand(error.Number() == 9, "wrong error for a missing field");
       continue;
     }
     Demand(false, "there is a field beyond the last one");
@@ -181,22 +182,23 @@ void CheckOffice(std::string_view contents) {
   try {
     read = ReadOffice(contents, "/offices/office.json");
   } catch (const JsonFileError& error) {
-    Demand(!expected.has_value(), "an office is refused");
+    Demand(!expected.has_value(), "a valid office was refused");
     Demand(!error.Problems().empty(), "there is neither an office nor a problem");
     Demand(std::ranges::is_sorted(error.Problems(), {}, &page::Problem::offset),
-           "problems do not stand in the file's order");
+           "problems are not in the file's order");
     for (const page::Problem& problem : error.Problems()) DemandSoundProblem(problem, contents);
     Demand(IsUtf8(error.what()), "the error is not UTF-8");
     return;
   }
-  Demand(expected.has_value(), "what is no office is read");
-  Demand(Same(read.contactFields, expected->contactFields), "the contact fields are others");
-  Demand(Same(read.orderFields, expected->orderFields), "the order fields are others");
+  Demand(expected.has_value(), "an invalid office was accepted");
+  Demand(Same(read.contactFields, expected->contactFields),
+         "the contact fields differ from the file");
+  Demand(Same(read.orderFields, expected->orderFields), "the order fields differ from the file");
   DemandSameDatabase(read.shopDatabase, expected->shopDatabase);
   const auto office = std::make_shared<Office>(read);
   DemandFields(*office, "ContactFields", read.contactFields);
   DemandFields(*office, "OrderFields", read.orderFields);
-  Demand(office->Get("ShopDBConnection").IsEmpty(), "a connection was made by nobody");
+  Demand(office->Get("ShopDBConnection").IsEmpty(), "a connection exists that nobody opened");
 }
 
 }  // namespace kvo::office

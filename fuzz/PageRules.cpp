@@ -6,7 +6,7 @@
 namespace kvo::page {
 namespace {
 
-// Everything but the controls of a page, and the bags of these.
+// A page's text outside its controls, and the controls' bags.
 struct Parts {
   std::string outside;
   std::vector<std::vector<MemoryBag::Entry>> bags;
@@ -49,7 +49,7 @@ std::string BrokenRule(std::string_view text) {
   Problems problems;
   Saved(page, false, problems);
   if (found.controls.empty() && !HasErrors(found.problems)) {
-    if (HasErrors(problems)) return "a page without controls is not saved";
+    if (HasErrors(problems)) return "cannot save a page without controls";
     if (Saved(page, false, problems) != page) return "saving changed a page without controls";
     if (published != page) return "publishing changed a page without controls";
     return {};
@@ -57,15 +57,16 @@ std::string BrokenRule(std::string_view text) {
 
   const std::string once = Saved(page, true, problems);
   if (HasErrors(problems)) {
-    // Published text may leave out params that cannot be written, but else fails with save.
+    // Publishing may leave out params that cannot be written, but otherwise fails when saving
+    // fails.
     if (HasErrors(found.problems) && !HasErrors(publishProblems))
       return "a page with problems was published";
     return {};
   }
   if (HasErrors(found.problems)) return "a page with problems was saved";
   Problems again;
-  if (Saved(once, false, again) != once) return "saving twice gives other bytes";
-  if (HasErrors(again)) return "a saved page is not saved again";
+  if (Saved(once, false, again) != once) return "saving twice changed the page";
+  if (HasErrors(again)) return "cannot save a saved page again";
 
   const std::string_view before(page);
   const Inspection after = Inspect(Page(once));
@@ -76,7 +77,7 @@ std::string BrokenRule(std::string_view text) {
   for (const Problem& problem : problems) unstable |= problem.rule == rule::unstableBag;
   if (!unstable && partsBefore.bags != partsAfter.bags) return "a bag changed";
 
-  // What is published is what stands outside, with texts between.
+  // The published page is the text outside the controls, with runtime text in between.
   std::size_t at = 0;
   std::size_t from = 0;
   for (const FoundControl& control : found.controls) {
@@ -88,7 +89,7 @@ std::string BrokenRule(std::string_view text) {
     from = control.end;
   }
   if (!std::string_view(published).ends_with(before.substr(from)))
-    return "publishing changed bytes behind the controls";
+    return "publishing changed bytes after the last control";
   return {};
 }
 

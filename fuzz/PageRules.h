@@ -1,5 +1,5 @@
-// What must hold for the page file whatever bytes a page is made of. The fuzzer searches for bytes
-// that break it; the tests replay every file in fuzz/corpus/page.
+// Rules that the page file obeys, whatever the bytes of the page. The fuzzer searches for bytes
+// that break one; the tests replay every file in fuzz/corpus/page.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace kvo::page {
 
-// The first rule that the page breaks, in words; empty when all hold.
+// Returns the first rule that the page breaks, in words; empty when all hold.
 std::string BrokenRule(std::string_view page);
 
 }  // namespace kvo::page

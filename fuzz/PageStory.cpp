@@ -106,7 +106,7 @@ void PageStory::Act(char event, Form& form, FormUser& user) {
   try {
     outcome = PerformEvent(event, form, user, story_);
   } catch (const std::logic_error&) {
-    throw;  // a rule that does not hold
+    throw;  // a broken rule
   } catch (const std::exception& error) {
     Threw(error);
   }

@@ -1,4 +1,4 @@
-// A conversation with the property pages of a control, told by bytes and performed by any user.
+// Reads events in a control's property pages from bytes, for any kind of user to perform.
 #pragma once
 
 #include <cstdint>
@@ -17,11 +17,11 @@
 
 namespace kvo {
 
-// A story has
-// - a line with two characters: the class, and "0" for the class's own pages, else a page of any
-//   class alone;
-// - the control's bag as fuzz/StoryBag.h reads it, to an empty line;
-// - events as fuzz/UserEvents.h reads them, in the page that shows, or of the frame around it:
+// A story consists of
+// - a line with two characters: the class, and "0" for the class's own pages or the number of a
+//   single page of any class;
+// - the control's bag (format: fuzz/StoryBag.h), up to an empty line;
+// - events, either in the visible page (format: fuzz/UserEvents.h) or of the frame around it:
 //     A apply   P show another page   S the host selects the control again
 //     G the database goes away or comes back   C the connection is closed or opened
 //     N answer of the next prompt (a line)   F of the next colour dialog (three characters)
@@ -32,20 +32,20 @@ class PageStory : private PropertyFrame::Window {
   PageStory(const PageStory&) = delete;
   PageStory& operator=(const PageStory&) = delete;
 
-  // To the end. Does nothing when the control cannot be loaded.
+  // Plays the story to its end. Does nothing when the control cannot be loaded.
   void Play();
 
  protected:
   virtual std::unique_ptr<FormUser> MakeUser(Form& form) = 0;
 
-  // --- what happens; an exception ends the story ---
+  // --- events to override; an exception ends the story ---
   virtual void Loaded() {}
   virtual void Opened() {}
-  // A user performed an event in a form; `outcome` is PerformEvent's, or "fails" when something
-  // without a number was thrown.
+  // A user performed an event in a form. `outcome` comes from PerformEvent(), or is "fails" after
+  // an exception without a number.
   virtual void Acted(Form& /*form*/, char /*event*/, const std::string& /*outcome*/) {}
   virtual void Threw(const std::exception& /*error*/) {}
-  // An event in the frame or in the page that shows is over.
+  // An event in the frame or in the visible page has ended.
   virtual void Performed(char /*event*/) {}
   virtual void Apply() { frame_->Apply(); }
   virtual void Cancelled() {}
@@ -59,11 +59,11 @@ class PageStory : private PropertyFrame::Window {
   const std::vector<std::string>& PageNames() const { return pages_; }
   bool ApplyEnabled() const { return applyEnabled_; }
   bool IsClosed() const { return closed_; }
-  // How often the frame had to show one.
+  // The number of errors that the frame showed.
   int Errors() const { return errors_; }
 
  private:
-  // The same identifiers in every performance.
+  // Makes the same identifiers in every run.
   class StoryPlatform final : public HeadlessPlatform {
    public:
     GuidText NewGuid() override;
@@ -72,7 +72,7 @@ class PageStory : private PropertyFrame::Window {
     int made_ = 0;
   };
 
-  // --- the frame's window ---
+  // --- PropertyFrame::Window ---
   void ApplyEnabledChanged() override { applyEnabled_ = !applyEnabled_; }
   void ShowError(PropertyPage& page, const std::exception& error) override;
   void Closed() override { closed_ = true; }
@@ -94,7 +94,7 @@ class PageStory : private PropertyFrame::Window {
   std::shared_ptr<Control> control_;
   std::vector<std::string> pages_;
   std::unique_ptr<PropertyFrame> frame_;
-  std::vector<std::unique_ptr<FormUser>> users_;  // one for each page, from when it first shows
+  std::vector<std::unique_ptr<FormUser>> users_;  // one for each page, from its first display
   bool applyEnabled_ = false;
   bool closed_ = false;
   int errors_ = 0;

@@ -1,4 +1,4 @@
-// Conversations with the property pages of every control.
+// Plays any events in the property pages of every control.
 #include <cstddef>
 #include <cstdint>
 

@@ -28,14 +28,14 @@ std::vector<std::string> TextsOf(Object& collection) {
 
 constexpr std::string_view kList = "AttributesCollection";
 
-// A control's properties as mere values: what a page's own rules make of them can be worked out
-// here, without the control.
+// A control's properties as plain values. Applying a page to them gives the expected result without
+// the control.
 class PropertyValues final : public PropertyObject {
  public:
   explicit PropertyValues(Control& control) : PropertyObject(Of(control)) {}
 
-  // Whether the control holds these. Content that a page wrote was encoded anew on the way, which
-  // drops CDATA markers: deliberate.
+  // Demands that the control has these values. Deliberate: content written by a page was encoded
+  // again on the way, which drops CDATA markers.
   void DemandHeldBy(Control& control, const std::string& page) const {
     for (const auto& [name, value] : All()) {
       if (name == kList) {
@@ -43,7 +43,7 @@ class PropertyValues final : public PropertyObject {
                page + " changed the attributes");
         continue;
       }
-      if (name == "Attributes" && All().contains(kList)) continue;  // the same once more
+      if (name == "Attributes" && All().contains(kList)) continue;  // the same value again
       const std::string held = ToText(control.Get(name));
       const std::string expected = ToText(value);
       Demand(held == expected || held == DecodeMarkupTokens(EncodeMarkupTokens(expected)),
@@ -75,14 +75,15 @@ class Conversation final : public PageStory {
   void Acted(Form& form, char, const std::string&) override {
     if (!Table().gone) DemandSoundForm(form);
   }
-  // A failure of the database is the database's; everything else is numbered.
+  // Only a failure of the database may lack a number.
   void Threw(const std::exception& error) override {
     if (dynamic_cast<const RuntimeError*>(&error) != nullptr) return;
     Demand(Table().gone, std::string("an error without a number: ") + error.what());
   }
   void Performed(char) override {
     DemandUntouched("an event before it was applied");
-    Demand(ApplyEnabled() == Frame().CanApply(), "the apply button is not what the pages are");
+    Demand(ApplyEnabled() == Frame().CanApply(),
+           "the Apply button does not match the state of the pages");
   }
   void Cancelled() override {
     Demand(IsClosed() && !Frame().IsOpen(), "the frame is still open");
@@ -99,9 +100,11 @@ class Conversation final : public PageStory {
       if (Frame().IsFilled(tab) && Frame().Page(tab).Changed()) changed.push_back(tab);
     const int errors = Errors();
     const bool applied = Frame().Apply();
-    Demand(applied == (errors == Errors()), "a failure is not shown, or there was none");
-    Demand(applied != Frame().CanApply(), "what was applied is still to be applied, or is not");
-    if (changed.empty() || (!applied && changed.size() == 1)) DemandUntouched("a page in vain");
+    Demand(applied == (errors == Errors()),
+           "a failure is not shown, or a success is shown as a failure");
+    Demand(applied != Frame().CanApply(),
+           "Apply is enabled after success or disabled after failure");
+    if (changed.empty() || (!applied && changed.size() == 1)) DemandUntouched("applying in vain");
     stored_ = StoredBy(*Subject());
     if (!applied) return;
     for (const std::size_t tab : changed) Frame().Page(tab).Apply();
@@ -109,7 +112,7 @@ class Conversation final : public PageStory {
     for (const std::size_t tab : changed) Reopen(PageNames()[tab]);
   }
 
-  // Another frame on the same control, applied without an edit.
+  // Opens another frame on the same control and applies it without an edit.
   void Reopen(const std::string& name) {
     const bool gone = std::exchange(Table().gone, false);
     const std::int32_t state = std::exchange(Connection().state, 1);
@@ -121,7 +124,7 @@ class Conversation final : public PageStory {
       page->Apply();
       PageRules(values, Office()).Apply(name);
     } catch (const RuntimeError&) {
-      DemandUntouched(name + " in vain");
+      DemandUntouched("the failed page " + name);
     }
     values.DemandHeldBy(*Subject(), name);
     stored_ = StoredBy(*Subject());
@@ -129,7 +132,7 @@ class Conversation final : public PageStory {
     Connection().state = state;
   }
 
-  std::vector<MemoryBag::Entry> stored_;  // by the control, as it has to be
+  std::vector<MemoryBag::Entry> stored_;  // what the control must store
 };
 
 }  // namespace

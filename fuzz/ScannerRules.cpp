@@ -13,7 +13,7 @@ namespace {
 
 using Found = std::vector<std::pair<Scanner::Kind, std::size_t>>;
 
-// The tokenizer of HTML, state by state, as far as it decides what is a tag and what a comment.
+// Implements the HTML tokenizer state by state, as far as it separates tags from comments.
 class PlainReading {
  public:
   explicit PlainReading(std::string_view text) : text_(text) {}
@@ -49,7 +49,7 @@ class PlainReading {
     at_ += start.size();
     return true;
   }
-  // "<name" or "</name" with an end of the name behind it.
+  // Whether "<name" or "</name" is here, followed by the end of a name.
   bool HasTag(std::string_view start, std::string_view name) const {
     if (!Has(start)) return false;
     const std::string_view rest = text_.substr(at_ + start.size());
@@ -103,7 +103,7 @@ class PlainReading {
         while (!AtEnd() && (raw == "plaintext" || !HasTag("</", raw))) ++at_;
   }
 
-  // From between attributes behind one of them, or to the ">" of the tag.
+  // Reads an attribute and stops after it, or at the tag's ">".
   void ReadAttribute() {
     while (IsSpace() || Has("/")) ++at_;
     if (AtEnd() || Has(">")) return;
@@ -122,7 +122,7 @@ class PlainReading {
     while (!AtEnd() && !IsSpace() && !Has(">")) ++at_;
   }
 
-  // Behind "<!--".
+  // Starts after "<!--".
   void ReadComment() {
     if (Has(">")) return SkipPast(">");
     if (Has("->")) return SkipPast("->");

@@ -1,12 +1,12 @@
-// What must hold for the page scanner whatever bytes it reads: it finds what a reading byte by byte
-// finds, which knows nothing of blocks and shortcuts.
+// The page scanner finds the same, whatever bytes it reads, as a plain byte-by-byte reader without
+// blocks or shortcuts.
 #pragma once
 
 #include <string>
 
 namespace kvo::page {
 
-// Where the two differ, in words; empty when they do not.
+// Returns the difference between the two in words; empty when they agree.
 std::string ScannerDifference(const std::string& page);
 
 }  // namespace kvo::page

@@ -24,7 +24,7 @@ Variant ReadValue(char kind, const std::string& text) {
       return text;
     case '#': {
       const double number = ParseNumber(text).value_or(0);
-      if (number == 7) return 7;  // a host's whole number is of another kind
+      if (number == 7) return 7;  // a host passes whole numbers as another type
       return number;
     }
     case '+':
@@ -65,7 +65,7 @@ std::optional<std::string_view> StoryBag::Find(std::string_view key) {
 }
 
 void StoryBag::Store(std::string_view, std::string_view) {
-  throw std::logic_error("a control stored into the bag that it was loaded from");
+  throw std::logic_error("a control wrote to the bag it was loaded from");
 }
 
 std::vector<MemoryBag::Entry> StoredBy(const Control& control) {

@@ -1,4 +1,4 @@
-// A property bag with whatever a host may hand over: texts, other values, keys that cannot be read.
+// A property bag with anything a host may pass: texts, other values, unreadable keys.
 #pragma once
 
 #include <string>
@@ -10,17 +10,18 @@
 
 namespace kvo {
 
-// The class that the next byte chooses.
+// Returns the class that the next byte selects.
 const ControlClass& ReadClass(Bytes& story);
 
-// One line for each key, to an empty line or the end: which key, what kind of value, its text.
-//   key    a letter: the class's own, "a" the first; ".nm": the m-th of the n-th class
+// Reads one line for each key, up to an empty line or the end: the key, the kind of value and its
+// text.
+//   key    a letter for one of the class's own, from "a"; ".nm" for the m-th of the n-th class
 //   value  =text #number +true -false ?empty @an object !cannot be read
 class StoryBag final : public PropertyBag {
  public:
   StoryBag(Bytes& story, const ControlClass& contract);
 
-  // The keys that failed while a control was loaded.
+  // The keys that failed during loading.
   const std::vector<std::string>& Failed() const { return failed_; }
   void KeyFailed(std::string_view key, const std::exception& error) override;
 

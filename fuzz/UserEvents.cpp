@@ -12,9 +12,9 @@
 namespace kvo {
 namespace {
 
-constexpr std::size_t kFurthest = 40;  // caret positions and rows that events name
+constexpr std::size_t kFurthest = 40;  // limit for caret positions and rows in events
 
-// The control of a kind that the story names.
+// Returns the control of type Kind that the story selects.
 template <class Kind>
 Kind& ReadControl(const Form& form, Bytes& story) {
   std::vector<Kind*> controls;
@@ -38,15 +38,15 @@ std::string ReadChoice(const PropertyGridItem& item, Bytes& story) {
 std::vector<std::size_t> ReadRows(Bytes& story) {
   std::vector<std::size_t> rows(story.Below(5));
   for (std::size_t& row : rows) row = story.Below(kFurthest);
-  // A second click takes a row out again.
+  // A second click would deselect a row.
   std::ranges::sort(rows);
   rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
   return rows;
 }
 
-// Keys of which the desktop says what they do. Where lines wrap, their font decides; in the rows of
-// a data grid, in a closed list, and from a text that is no row of its list every desktop has
-// habits of its own.
+// Whether the desktop decides what the key does. In a text box, up and down depend on where its
+// font wraps lines. Desktops also differ in data grids, closed lists, and lists whose text matches
+// no row.
 bool IsTheDesktops(FormControl& focused, Key key) {
   const bool upOrDown = key == Key::up || key == Key::down;
   const bool leftOrRight = key == Key::left || key == Key::right;
@@ -68,7 +68,7 @@ bool IsTheDesktops(FormControl& focused, Key key) {
 
 void DemandDefined(const Form& form, Key key) {
   if (form.Focused() != nullptr && IsTheDesktops(*form.Focused(), key))
-    throw CannotDo("what the key does is the desktop's affair");
+    throw CannotDo("the desktop decides what this key does");
 }
 
 void Perform(char event, Form& form, FormUser& user, Bytes& story) {
@@ -93,7 +93,7 @@ void Perform(char event, Form& form, FormUser& user, Bytes& story) {
       auto& control = ReadControl<FormControl>(form, story);
       if (dynamic_cast<PropertyGrid*>(&control) || dynamic_cast<Grid*>(&control) ||
           dynamic_cast<TabControl*>(&control))
-        throw CannotDo("its rows or tabs can be clicked");
+        throw CannotDo("click one of its rows or tabs instead");
       return user.Click(control);
     }
     case 'o': {
@@ -118,7 +118,7 @@ void Perform(char event, Form& form, FormUser& user, Bytes& story) {
     }
     case 'x': {
       auto& tabs = ReadControl<TabControl>(form, story);
-      user.FocusByKeyboard(tabs);  // whether a click brings the keyboard there is the desktop's
+      user.FocusByKeyboard(tabs);  // only some desktops move the focus on a click
       return user.SelectTab(tabs, story.Below(kFurthest));
     }
     case 'm':
@@ -136,15 +136,15 @@ class SoundControl {
     DemandSelectionInside(box);
     const int row = box.ListIndex();
     Demand(row >= kNoRow && row < static_cast<int>(box.Rows().size()),
-           "the chosen row is none of the list's");
+           "the chosen row is not in the list");
     if (row != kNoRow)
       Demand(box.Text() == box.Rows()[static_cast<std::size_t>(row)].text,
-             "the text is not the chosen row's");
+             "the text differs from the chosen row");
     else
-      Demand(box.Editable() || box.Text().empty(), "a text that no row of a list has");
+      Demand(box.Editable() || box.Text().empty(), "a closed list has a text without a chosen row");
     std::set<std::string> keys;
     for (const ComboBox::Row& listed : box.Rows())
-      Demand(!listed.key || keys.insert(*listed.key).second, "two rows have one key");
+      Demand(!listed.key || keys.insert(*listed.key).second, "two rows have the same key");
   }
   void operator()(CheckBox&) {}
   void operator()(OptionButton& button) {
@@ -155,27 +155,27 @@ class SoundControl {
   void operator()(Frame&) {}
   void operator()(PictureBox&) {}
   void operator()(TabControl& tabs) {
-    Demand(tabs.SelectedTab() < tabs.Controls().size(), "the open tab is none of the tabs");
+    Demand(tabs.SelectedTab() < tabs.Controls().size(), "the open tab does not exist");
   }
   void operator()(TabPanel&) {}
   void operator()(PropertyGrid& grid) {
     if (const PropertyGridItem* selected = grid.SelectedItem())
       Demand(std::ranges::find(grid.Items(), selected, &std::unique_ptr<PropertyGridItem>::get) !=
                  grid.Items().end(),
-             "the selected row is none of the grid's");
+             "the selected row is not in the grid");
   }
   void operator()(Grid& grid) {
     const auto& rows = grid.SelectedRows();
-    Demand(std::ranges::is_sorted(rows), "the selected records stand in another order");
+    Demand(std::ranges::is_sorted(rows), "the selected records are out of order");
     Demand(std::ranges::adjacent_find(rows) == rows.end(), "a record is selected twice");
-    Demand(rows.empty() || rows.back() < grid.RowCount(), "a selected record is not there");
+    Demand(rows.empty() || rows.back() < grid.RowCount(), "a selected record does not exist");
   }
   void operator()(Timer&) {}
 
  private:
   static void DemandSelectionInside(const EditBox& box) {
     Demand(box.SelStart() + box.SelLength() <= CharacterCount(box.Text()),
-           "the selection reaches beyond the text");
+           "the selection extends past the text");
   }
 
   std::map<const Container*, int> chosen_;
@@ -198,7 +198,7 @@ void DemandSoundForm(const Form& form) {
   SoundControl sound;
   for (FormControl* control : form.AllControls()) WithKind(*control, sound);
   if (const FormControl* focused = form.Focused()) {
-    Demand(focused->TakesFocus(), "what takes no focus has it");
+    Demand(focused->TakesFocus(), "the focused control cannot take the focus");
     const auto all = form.AllControls();
     Demand(std::ranges::find(all, focused) != all.end(), "the focus is on another form");
   }
