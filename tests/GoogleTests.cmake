@@ -1,6 +1,6 @@
-# kvo_run_tests(TARGET n [PROPERTY value...]): runs all tests of a GoogleTest program, shared out among
-# n processes; a process for each test would mostly start programs. Says nothing of tests that pass.
-# How long each took is then in results/.
+# kvo_run_tests(TARGET n [PROPERTY value...]): runs all tests of a GoogleTest program, split across
+# n processes; one process per test would spend most of its time starting. Prints nothing for passed
+# tests; results/ has the duration of each.
 function(kvo_run_tests target shards)
   math(EXPR last "${shards} - 1")
   foreach(shard RANGE ${last})

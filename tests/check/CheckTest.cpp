@@ -20,7 +20,7 @@
 namespace kvo::check {
 namespace {
 
-// A shop with one contact field and one order field.
+// An office with one contact field and one order field.
 class FieldObject : public Object {
  public:
   explicit FieldObject(std::string name) : name_(std::move(name)) {}
@@ -73,7 +73,8 @@ bool Holds(const page::Problems& problems, std::string_view rule) {
   return std::ranges::find(problems, rule, &page::Problem::rule) != problems.end();
 }
 
-// With the tag name that fits, unless another one is given first.
+// Returns a control's element, with the matching print tag unless the first parameter gives
+// another.
 std::string Control(std::string_view className,
                     const std::vector<std::pair<std::string, std::string>>& params) {
   std::string text = "<object classid=\"progid:KVOPDesignObjects." + std::string(className) + "\">";
@@ -86,10 +87,10 @@ std::string Control(std::string_view className,
   return text + "</object>";
 }
 
-// A rule's section in docs/checks.md.
+// A rule's section of docs/checks.md.
 struct Section {
   std::string rule;
-  std::vector<std::string> examples;  // what it complains about, what it does not
+  std::vector<std::string> examples;  // one that it reports, one that it does not
 };
 
 std::string Document() {
@@ -119,7 +120,7 @@ std::vector<Section> Sections() {
 
 class DocumentedRule : public testing::TestWithParam<Section> {};
 
-TEST_P(DocumentedRule, ComplainsAboutItsFirstExampleAndNotAboutItsSecond) {
+TEST_P(DocumentedRule, ReportsItsFirstExampleOnly) {
   const auto& [rule, examples] = GetParam();
   if (examples.empty()) {
     const std::set<std::string_view> without = {page::rule::invalidBytes, kProductsNotChecked.id};
@@ -158,7 +159,7 @@ TEST(UnknownFieldRule, SuggestsANearMiss) {
       << problems[0].message.german;
   EXPECT_NE(problems[0].message.english.find("Did you mean \"Email\"?"), std::string::npos);
 }
-TEST(UnknownFieldRule, LooksIntoTests) {
+TEST(UnknownFieldRule, ChecksConditions) {
   const auto block = [](const std::string& test) {
     return CheckText(Control("DTCIf", {{"test", test}, {"on-true", "x"}}));
   };
@@ -168,7 +169,7 @@ TEST(UnknownFieldRule, LooksIntoTests) {
   EXPECT_NE(problems[0].message.english.find("\"Nix\""), std::string::npos);
   EXPECT_TRUE(block("#customer.").empty());
 }
-TEST(UnknownFieldRule, LooksIntoEverythingThatAControlEmits) {
+TEST(UnknownFieldRule, ChecksEverythingThatAControlEmits) {
   const auto unknown = [](const std::string& className, const std::string& key,
                           const std::string& value) {
     return Holds(CheckText(Control(className, {{"value", "td"}, {key, value}})), "unknown-field");
@@ -187,12 +188,12 @@ TEST(UnknownFieldRule, LooksIntoEverythingThatAControlEmits) {
   EXPECT_TRUE(Holds(CheckText(Control("DTCProductList", {{"header-caption", "#customer.Nix#"}})),
                     "unknown-field"));
 }
-TEST(UnknownFieldRule, NamesAFieldOnceForEachControl) {
+TEST(UnknownFieldRule, ReportsAFieldOncePerControl) {
   const std::string twice =
       Control("DTCIf", {{"test", "#customer.Nix#==1"}, {"on-true", "#customer.Nix#"}});
   EXPECT_EQ(CheckText(twice + twice).size(), 2U);
 }
-TEST(UnknownOrderValueRule, WarnsOfWhatMayBeNoField) {
+TEST(UnknownOrderValueRule, WarnsAboutDoubtfulFields) {
   for (const std::string& page :
        {Control("DTCPrint", {{"value", "#order.Total#"}}), std::string("<p>#order.Total#")}) {
     const auto problems = CheckText(page);
@@ -203,13 +204,13 @@ TEST(UnknownOrderValueRule, WarnsOfWhatMayBeNoField) {
   }
   EXPECT_TRUE(CheckText("<p>#order.OrderTotal#").empty());
 }
-TEST(UnknownOrderValueRule, KnowsTheOrderOfPositionLists) {
+TEST(UnknownOrderValueRule, ChecksTheOrderOfPositionLists) {
   EXPECT_TRUE(CheckText(Control("DTCPositionList", {})).empty());
   EXPECT_TRUE(CheckText(Control("DTCPositionList", {{"order-id", "#order.orderID#"}})).empty());
   EXPECT_TRUE(Holds(CheckText(Control("DTCPositionList", {{"order-id", "#order.orderidd#"}})),
                     "unknown-order-value"));
 }
-TEST(UnknownFieldRule, LooksIntoThePagesOwnTextAndNamesThePlace) {
+TEST(UnknownFieldRule, ChecksThePagesOwnTextAndReportsThePlace) {
   const auto problems = CheckText(
       "<title>#customer.Email#</title>\n<p title=\"ä #customer.Emial#\">\n" +
       Control("DTCPrint", {{"value", "x"}}) + " <!-- #order.Total# --><kv:contact\nfield='Mail'/>");
@@ -222,7 +223,7 @@ TEST(UnknownFieldRule, LooksIntoThePagesOwnTextAndNamesThePlace) {
   EXPECT_EQ(problems[2].place.line, 3U);
   EXPECT_NE(problems[2].message.english.find("contact field \"Mail\""), std::string::npos);
 }
-TEST(UnknownFieldRule, PassesOverWhatIsNoField) {
+TEST(UnknownFieldRule, IgnoresTextsThatAreNotFields) {
   for (const std::string text :
        {"<style>#customer.vip { color: #fff } #order.new #x {}</style>", "#customer.#",
         "#customer. Email#", "#customer.Nix", "#customers.Nix#", "#product.Nix#", "<kv:contact/>",
@@ -230,7 +231,7 @@ TEST(UnknownFieldRule, PassesOverWhatIsNoField) {
         "<kv:contact field='Nix'"})
     EXPECT_TRUE(CheckText(text).empty()) << text;
 }
-TEST(UnknownFieldRule, ComparesNamesOfThePagesEncoding) {
+TEST(UnknownFieldRule, ComparesNamesInThePagesEncoding) {
   const std::string page =
       "<meta charset=iso-8859-1>#customer.Gr\xFC\xDF"
       "e#";
@@ -238,7 +239,7 @@ TEST(UnknownFieldRule, ComparesNamesOfThePagesEncoding) {
   ASSERT_EQ(problems.size(), 1U);
   EXPECT_NE(problems[0].message.english.find("\"Grüße\""), std::string::npos);
 }
-TEST(UnknownFieldRule, IsSilentWhereAListIsEmpty) {
+TEST(UnknownFieldRule, IsSilentForAnEmptyList) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
   const page::Page page("#order.X##customer.X#" + Control("DTCOrder", {{"field", "X"}}));
@@ -247,7 +248,7 @@ TEST(UnknownFieldRule, IsSilentWhereAListIsEmpty) {
   ASSERT_EQ(problems.size(), 1U);
   EXPECT_NE(problems[0].message.english.find("contact field \"X\""), std::string::npos);
 }
-TEST(UnknownFieldRule, NamesAThousandPlacesOfATextAndSaysThatThereAreMore) {
+TEST(UnknownFieldRule, ReportsAThousandPlacesAndThatThereAreMore) {
   std::string text;
   for (int i = 0; i < 1'200; ++i) text += "#customer.Nix#\n";
   const auto problems = CheckText(text);
@@ -264,7 +265,7 @@ TEST(UnknownFieldRule, ComparesExactly) {
                     "unknown-field"));
 }
 
-TEST(FieldNames, SuggestAsManyAsAreQuicklyFound) {
+TEST(FieldNames, StopSuggestingAfterAHundredThousandComparisons) {
   std::vector<std::string> known;
   for (int i = 0; i < 10'000; ++i) known.push_back("Feld" + std::to_string(i));
   FieldNames names(known);
@@ -274,11 +275,11 @@ TEST(FieldNames, SuggestAsManyAsAreQuicklyFound) {
     const std::string unknown = "Fled" + std::to_string(i);
     EXPECT_EQ(names.Nearest(unknown), "Feld" + std::to_string(i));
   }
-  EXPECT_EQ(names.Nearest("Fled11"), "") << "a hundred thousand names are compared";
-  EXPECT_EQ(names.Nearest("Fled3"), "Feld3") << "asked before";
+  EXPECT_EQ(names.Nearest("Fled11"), "") << "compares at most a hundred thousand names";
+  EXPECT_EQ(names.Nearest("Fled3"), "Feld3") << "cached";
 }
 
-TEST(OutputWithoutFieldRule, IsAboutContactsAndOrders) {
+TEST(OutputWithoutFieldRule, AppliesToContactsAndOrders) {
   for (const char* className : {"DTCContact", "DTCOrder"}) {
     const auto problems = CheckText(Control(className, {{"format", ""}}));
     ASSERT_EQ(problems.size(), 1U);
@@ -288,7 +289,7 @@ TEST(OutputWithoutFieldRule, IsAboutContactsAndOrders) {
   EXPECT_FALSE(Holds(CheckText(Control("DTCPrint", {{"value", ""}})), "output-without-field"));
 }
 
-TEST(PrintTagRule, NamesTheFittingOne) {
+TEST(PrintTagRule, SuggestsTheMatchingTag) {
   const std::map<std::string, std::string> fitting = {{"DTCConfig", "config"},
                                                       {"DTCElement", "element"},
                                                       {"DTCProductList", "productlist"},
@@ -302,7 +303,7 @@ TEST(PrintTagRule, NamesTheFittingOne) {
                                                       {"DTCScript", "script"},
                                                       {"DTCPrint", ""}};
   const auto warned = [](const std::string& className, const std::string& tag) -> std::string {
-    // What the classes need to emit anything; keys of other classes are told apart by their rule.
+    // The keys that make the classes emit anything; another rule reports keys of other classes.
     std::string params;
     for (const std::string key : {"value", "item", "field", "test"})
       if (FindControlByName(className)->contract().FindKey(key) != nullptr)
@@ -325,12 +326,12 @@ TEST(PrintTagRule, NamesTheFittingOne) {
     EXPECT_EQ(warned(className, "<param name=\"basename\" value=\"other\">"), "") << className;
   }
 }
-TEST(PrintTagRule, IsSilentWhereNothingIsEmitted) {
+TEST(PrintTagRule, IsSilentWhenNothingIsEmitted) {
   EXPECT_FALSE(
       Holds(CheckText(Control("DTCConfig", {{"basename", "print"}, {"item", ""}})), "print-tag"));
 }
 
-TEST(MissingJoinerRule, SeesComparisonsSideBySide) {
+TEST(MissingJoinerRule, FindsAdjacentComparisons) {
   for (const std::string test :
        {"'#customer.A#'=='x''#customer.B#'=='y'", "#customer.A#==1#customer.B#&gt;2",
         "%#customer.A#==true#customer.B#==true%", "#customer.A#==1 #customer.B#==2",
@@ -366,7 +367,7 @@ TEST(MissingJoinerRule, LeavesEverythingElseToTheTemplateEngine) {
                                  "'#customer.A#'=='a==b'"})
     EXPECT_EQ(PlaceOfMissingJoiner(test), std::string::npos) << test;
 }
-TEST(MissingJoinerRule, NamesTheSecondCondition) {
+TEST(MissingJoinerRule, ReportsTheSecondCondition) {
   const auto problems = CheckText(
       Control("DTCIf", {{"test", "%#customer.Email#==1#order.OrderTotal#==2%"}, {"on-true", "x"}}));
   ASSERT_EQ(problems.size(), 1U);
@@ -374,7 +375,7 @@ TEST(MissingJoinerRule, NamesTheSecondCondition) {
   EXPECT_NE(problems[0].message.english.find("\"#order.OrderTotal#==2%\""), std::string::npos);
 }
 
-// A shop's table, and how often it was asked.
+// Tests with a shop's table that counts queries.
 class ProductRules : public testing::Test {
  protected:
   ProductRules() {
@@ -395,7 +396,7 @@ class ProductRules : public testing::Test {
   PlatformScope scope_{platform_};
 };
 
-TEST_F(ProductRules, NameTheNumbersThatTheShopDoesNotHave) {
+TEST_F(ProductRules, ReportNumbersMissingFromTheShop) {
   EXPECT_TRUE(Check("K-1,7, k-1 ,").empty());
   const auto problems = Check("K-1,K-2,7,K-3,K-4,K-5,K-6,K-7,K-8");
   ASSERT_EQ(problems.size(), 1U);
@@ -406,7 +407,7 @@ TEST_F(ProductRules, NameTheNumbersThatTheShopDoesNotHave) {
       std::string::npos)
       << problems[0].message.english;
 }
-TEST_F(ProductRules, AskForEachNumberOnceAndForManyTogether) {
+TEST_F(ProductRules, QueryEachNumberOnceAndManyTogether) {
   std::string numbers;
   for (int i = 0; i < 150; ++i) numbers += "P-" + std::to_string(i) + ",";
   Check(numbers + "P-0");
@@ -417,14 +418,14 @@ TEST_F(ProductRules, AskForEachNumberOnceAndForManyTogether) {
     EXPECT_EQ(opened.source.find("SELECT ProductNo FROM Products WHERE ProductNo IN ('P-"), 0U);
   EXPECT_EQ(table.opened[0].numbers[1], Variant(ado::kLockReadOnly));
 }
-TEST_F(ProductRules, PutNothingIntoAStatementThatCouldEndAText) {
+TEST_F(ProductRules, PutNothingIntoAStatementThatCouldEndALiteral) {
   for (const std::string number :
        {"'; DELETE", "a'b", "a\\", "a&quot;b", ":name", "?", "Ä", "a\x01"})
     EXPECT_TRUE(Check(number).empty()) << number;
   EXPECT_TRUE(Check(std::string(101, '1')).empty());
   EXPECT_TRUE(table.opened.empty());
 }
-TEST_F(ProductRules, WarnOnceOfAShopThatCannotBeRead) {
+TEST_F(ProductRules, WarnOnceAboutAnUnreadableShop) {
   table.gone = true;
   const auto problems = Check("K-9");
   ASSERT_EQ(problems.size(), 1U);
@@ -433,7 +434,7 @@ TEST_F(ProductRules, WarnOnceOfAShopThatCannotBeRead) {
   EXPECT_NE(problems[0].message.german.find("the database is gone"), std::string::npos);
   EXPECT_TRUE(Check("K-9").empty());
 }
-TEST_F(ProductRules, AskForNoMoreNumbersThanAnyoneSells) {
+TEST_F(ProductRules, LimitTheQueriedNumbers) {
   std::string numbers;
   for (int i = 0; i < 20'500; ++i) numbers += std::to_string(i) + ",";
   const auto problems = Check(numbers);
@@ -441,7 +442,7 @@ TEST_F(ProductRules, AskForNoMoreNumbersThanAnyoneSells) {
   ASSERT_EQ(problems.size(), 2U);
   EXPECT_EQ(problems[0].rule, "products-not-checked");
 }
-TEST_F(ProductRules, AreSilentWithoutAShopAndWithoutALook) {
+TEST_F(ProductRules, AreSilentWithoutAShopOrACheck) {
   products = ProductNumbers(nullptr);
   EXPECT_TRUE(Check("K-9").empty());
   EXPECT_TRUE(
@@ -450,7 +451,7 @@ TEST_F(ProductRules, AreSilentWithoutAShopAndWithoutALook) {
   EXPECT_TRUE(table.opened.empty());
 }
 
-TEST(QuoteInAttributeRule, IsAboutDoubleOnes) {
+TEST(QuoteInAttributeRule, AppliesToDoubleQuotes) {
   const auto warned = [](const std::string& attributes) {
     return Holds(CheckText(Control("DTCElement", {{"value", "td"}, {"attributes", attributes}})),
                  "quote-in-attribute");
@@ -466,12 +467,12 @@ std::string Tag(const std::string& name, const std::string& key) {
 std::string Opening(const std::string& name) { return Tag(name, "opening-tag-only"); }
 std::string Closing(const std::string& name) { return Tag(name, "closing-tag-only"); }
 
-TEST(UnbalancedElementRule, TakesNestedPairsOfSeveralNames) {
+TEST(UnbalancedElementRule, AcceptsNestedPairsOfSeveralNames) {
   EXPECT_TRUE(
       CheckText(Opening("table") + Opening("tr") + Closing("tr") + Closing("table")).empty());
   EXPECT_TRUE(CheckText(Opening("tr") + Opening("tr") + Closing("tr") + Closing("tr")).empty());
 }
-TEST(UnbalancedElementRule, NamesBothPlaces) {
+TEST(UnbalancedElementRule, ReportsBothPlaces) {
   const auto unclosed = CheckText(Opening("tr") + Opening("tr") + Closing("tr"));
   ASSERT_EQ(unclosed.size(), 1U);
   EXPECT_EQ(unclosed[0].place.line, 1U);
@@ -483,21 +484,21 @@ TEST(UnbalancedElementRule, NamesBothPlaces) {
   EXPECT_NE(unopened[0].message.english.find("(1:1)"), std::string::npos);
   EXPECT_NE(unopened[0].message.english.find("at 2:1"), std::string::npos);
 }
-TEST(UnbalancedElementRule, MindsTheOrder) {
+TEST(UnbalancedElementRule, RespectsTheOrder) {
   EXPECT_EQ(CheckText(Closing("tr") + Opening("tr")).size(), 2U);
 }
 
-TEST(AttributeRules, SeeABarShiftedByAnEmptyValue) {
+TEST(AttributeRules, FindABarShiftedByAnEmptyValue) {
   const auto problems =
       CheckText(Control("DTCElement", {{"value", "td"}, {"attributes", "a|||b|1"}}));
   EXPECT_TRUE(Holds(problems, "attribute-fails"));
   EXPECT_TRUE(Holds(problems, "attribute-changes"));
 }
-TEST(AttributeRules, SpeakEvenWhenTheElementHasNoNameYet) {
+TEST(AttributeRules, ApplyEvenBeforeTheElementHasAName) {
   EXPECT_TRUE(Holds(CheckText(Control("DTCElement", {{"value", ""}, {"attributes", "a"}})),
                     "attribute-fails"));
 }
-TEST(MarkerRule, LooksIntoBothBranches) {
+TEST(MarkerRule, ChecksBothBranches) {
   EXPECT_TRUE(Holds(CheckText(Control("DTCIf", {{"test", "t"}, {"on-false", "--kv:@gt;"}})),
                     "marker-in-content"));
   EXPECT_TRUE(Holds(
@@ -506,7 +507,7 @@ TEST(MarkerRule, LooksIntoBothBranches) {
   EXPECT_FALSE(
       Holds(CheckText(Control("DTCScript", {{"html-content", "--kv:@gt;"}})), "marker-in-content"));
 }
-TEST(BareAmpersandRule, KnowsHeadlinesAndTrailingOnes) {
+TEST(BareAmpersandRule, FindsThemInHeadlinesAndAtTheEnd) {
   const auto headline = [](const std::string& text) {
     return Holds(CheckText(Control("DTCProductList", {{"header-caption", text}})),
                  "bare-ampersand");

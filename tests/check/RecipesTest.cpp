@@ -1,5 +1,5 @@
-// docs/recipes.md: what it warns of is refused, what it recommends is not, and becomes what it
-// says.
+// Tests docs/recipes.md: what it warns about is refused, and what it recommends is accepted and
+// published as it says.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,7 +24,7 @@ std::vector<std::string> Snippets() {
   return snippets;
 }
 
-TEST(Recipes, AreRefusedAcceptedAndPublishedAsTheySay) {
+TEST(Recipes, AreRefusedAcceptedAndPublishedAsDocumented) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
   const std::vector<std::string> snippets = Snippets();
@@ -46,8 +46,8 @@ TEST(Recipes, AreRefusedAcceptedAndPublishedAsTheySay) {
   }
 }
 
-// The tag that a message offers is the one that the recipe shows.
-TEST(Recipes, WriteTheTagThatTheMessageOffers) {
+// The tag that a message suggests matches the one in the recipe.
+TEST(Recipes, ShowTheTagThatTheMessageSuggests) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
   const std::vector<std::string> snippets = Snippets();

@@ -1,4 +1,5 @@
-// Blocks against the plain loops that define them, at every distance from the ends of a block.
+// Compares the block functions with the plain loops that define them, at every distance from the
+// ends of a block.
 #include "common/text/Blocks.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +16,8 @@ namespace {
 
 constexpr std::size_t kLongest = 3 * kBlock + 1;
 
-// Calls `check` with texts of all lengths, each with nothing wanted and with it at every place.
+// Calls `check` with texts of all lengths: without the wanted character, and with it at every
+// place.
 template <class Check>
 void ForEveryPlace(const Check& check) {
   for (std::size_t size = 0; size <= kLongest; ++size) {
@@ -38,7 +40,7 @@ TEST(Blocks, FindAnyFindsWhatAPlainLoopFinds) {
   });
 }
 
-TEST(Blocks, CopyUpToCopiesThatAndWritesNothingBehindTheText) {
+TEST(Blocks, CopyUpToWritesNothingPastTheText) {
   ForEveryPlace([](const std::string& text) {
     std::string copy(text.size() + kBlock, '?');
     const std::size_t size = CopyUpTo<'<', '\xE4'>(text.data(), text.size(), copy.data());
@@ -48,7 +50,7 @@ TEST(Blocks, CopyUpToCopiesThatAndWritesNothingBehindTheText) {
   });
 }
 
-TEST(Blocks, PlacesGivesEveryPlaceInOrder) {
+TEST(Blocks, PlacesReturnsEveryPlaceInOrder) {
   std::mt19937 random(20260102);
   for (std::size_t round = 0; round < 2000; ++round) {
     std::string text;
@@ -68,8 +70,8 @@ TEST(Blocks, PlacesGivesEveryPlaceInOrder) {
   }
 }
 
-// What is taken in or looked at together may stand on both sides of any boundary.
-TEST(Blocks, TheHelpersKeepTheirDefinitionsInLongTexts) {
+// Moves characters that are processed together across every block boundary.
+TEST(Blocks, HelpersMatchTheirDefinitionsInLongTexts) {
   const std::string piece = "]<![CDATA[]>\r\n&am&amp;\"\r<![CDATA[\n]]>kv:@kv:@lt;kv:@br;>";
   for (std::size_t before = 0; before < 4200; before += before < 1100 ? 1 : 3) {
     const std::string plain(before, 'x');

@@ -1,4 +1,4 @@
-// What holds for every class in the registry, new ones included.
+// What holds for every class in the registry, including new ones.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -63,7 +63,7 @@ TEST_P(EveryClass, HasUniqueNamesIdsAndKeys) {
   for (const PropertyRow& row : Contract().bag) EXPECT_TRUE(keys.insert(row.key).second) << row.key;
 }
 
-TEST_P(EveryClass, TakesAndGivesEachPropertyByNameInAnyCase) {
+TEST_P(EveryClass, ReadsAndWritesEachPropertyByNameInAnyCase) {
   const auto control = Loaded();
   for (const PropertyRow& row : Contract().properties) {
     SCOPED_TRACE(row.name);
@@ -87,14 +87,14 @@ TEST_P(EveryClass, TakesAndGivesEachPropertyByNameInAnyCase) {
   }
 }
 
-TEST_P(EveryClass, AnswersAnUnknownMemberWith438) {
+TEST_P(EveryClass, FailsWith438ForAnUnknownMember) {
   const auto control = Loaded();
   EXPECT_EQ(ErrorOf([&] { control->Get("Nirgends"); }), 438);
   EXPECT_EQ(ErrorOf([&] { control->Let("Nirgends", 1); }), 438);
   EXPECT_EQ(ErrorOf([&] { control->Call("Nirgends", {}); }), 438);
 }
 
-TEST_P(EveryClass, AnswersItsRuntimeTextLateBound) {
+TEST_P(EveryClass, ReturnsItsRuntimeTextLateBound) {
   const auto control = Loaded();
   EXPECT_EQ(control->Call("getruntimetext", {}), Variant(control->GetRuntimeText()));
 }
@@ -114,14 +114,14 @@ TEST_P(EveryClass, ShowsDesignCaptionsUntilTheFirstRefresh) {
       EXPECT_EQ(box.labels[i].caption, Contract().box.Labels()[i].designCaption);
   };
   expectDesign();
-  control->Namespace("neu");  // stores, no refresh
+  control->Namespace("neu");  // changes the value without a refresh
   control->Resize();
   expectDesign();
   control->basename("neu");
   EXPECT_EQ(control->DesignTimeBox().labels[0].caption, "neu");
 }
 
-TEST_P(EveryClass, ShowsDisplayBasenameElseBasename) {
+TEST_P(EveryClass, ShowsDisplayBasenameOrElseBasename) {
   const auto control = Loaded({{"basename", "b"}});
   EXPECT_EQ(control->DesignTimeBox().labels[0].caption, "b");
   control->DisplayBasename("Anzeige");
@@ -130,7 +130,7 @@ TEST_P(EveryClass, ShowsDisplayBasenameElseBasename) {
   EXPECT_EQ(control->DesignTimeBox().labels[0].caption, "b");
 }
 
-TEST_P(EveryClass, MeasuresTextOnlyWhenTheBoxIsLookedAt) {
+TEST_P(EveryClass, MeasuresTextOnlyWhenTheBoxIsRead) {
   const auto control = Loaded({{"basename", "b"}});
   control->DisplayBasename("x");
   control->basename("y");
@@ -145,14 +145,14 @@ TEST_P(EveryClass, StoresAnEmptyNamespaceAndKeepsIt) {
   EXPECT_EQ(Stored(*control).front(), MemoryBag::Entry("namespace", ""));
 }
 
-TEST_P(EveryClass, HasReadDefaultsThatItsOwnConversionsAccept) {
+TEST_P(EveryClass, ReadDefaultsAreValid) {
   const auto control = Loaded();
   EXPECT_EQ(control->Namespace(), "kv");
   EXPECT_NO_THROW(control->GetRuntimeText());
 }
 
-// Bags of random awkward texts. A load may refuse a text that its property cannot hold; then
-// there is nothing to settle.
+// Random bags of awkward texts. Loading may fail on a text that its property cannot hold; the test
+// then skips the bag.
 std::string RandomText(std::mt19937& random) {
   static const std::vector<std::string> pieces = {
       "",     " ",       "\r\n",     "\r",    "\n",      "&",   "&amp;",     "<",     ">",
@@ -183,8 +183,9 @@ TEST_P(EveryClass, SettlesAfterOneSaveOrTwoWhereDefaultsDiffer) {
     const auto twice = Stored(*Loaded(once));
     ASSERT_EQ(twice, Stored(*Loaded(twice)));
 
-    // One value takes a second save: a value equal to a write default that is not the read
-    // default. It is not stored, so the next load reads another value and that is stored.
+    // One kind of value takes a second save: a value equal to the write default where the read
+    // default differs. It is not stored, so the next load reads the read default, which is then
+    // stored.
     MemoryBag expected;
     for (const PropertyRow& row : Contract().bag) {
       const auto entry = std::find_if(once.begin(), once.end(),
@@ -200,7 +201,7 @@ TEST_P(EveryClass, SettlesAfterOneSaveOrTwoWhereDefaultsDiffer) {
   EXPECT_GT(loaded, 100);
 }
 
-TEST_P(EveryClass, AnswersARuntimeTextThatDependsOnItsPropertiesAlone) {
+TEST_P(EveryClass, RuntimeTextDependsOnlyOnProperties) {
   std::mt19937 random(7);
   for (int round = 0; round < 500; ++round) {
     std::vector<MemoryBag::Entry> entries;
@@ -211,7 +212,7 @@ TEST_P(EveryClass, AnswersARuntimeTextThatDependsOnItsPropertiesAlone) {
       const auto control = Loaded(entries);
       if (Contract().FindProperty("CacheObject")) control->Let("CacheObject", false);
       texts[0] = control->GetRuntimeText();
-      // Another instance, brought to the same properties along another road.
+      // Brings another instance to the same properties in another way.
       const auto other = Loaded({{"namespace", "zz"}, {"basename", "q"}});
       other->DesignTimeBox();
       try {
@@ -227,7 +228,7 @@ TEST_P(EveryClass, AnswersARuntimeTextThatDependsOnItsPropertiesAlone) {
     } catch (const RuntimeError&) {
       continue;
     }
-    // Setting a content encodes it; the token form that a bag holds may be unencoded.
+    // Setting a content encodes it, whereas a bag may contain unencoded tokens.
     if (texts[0].find("]]>") == std::string::npos &&
         texts[0].find("<![CDATA[") == std::string::npos) {
       ASSERT_EQ(texts[0], texts[1]);
@@ -261,7 +262,7 @@ TEST(Registry, EightClassesReadPrintAsBaseName) {
   EXPECT_EQ(count, 8);
 }
 
-TEST(Registry, KnowsAForeignClassIdFromAnUnknownOneOfOurs) {
+TEST(Registry, TellsAForeignClassIdFromAnUnknownOneOfOurs) {
   EXPECT_TRUE(IsOurProgId("progid:KVOPDesignObjects.DTCPrnt"));
   EXPECT_FALSE(IsOurProgId("progid:ShockwaveFlash.ShockwaveFlash"));
   EXPECT_FALSE(IsOurProgId("clsid:D27CDB6E-AE6D-11CF-96B8-444553540000"));

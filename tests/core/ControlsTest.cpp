@@ -1,6 +1,6 @@
-// What is particular to single classes: the state right after initialise, setters and what they
-// refresh, boxes, failures with their numbers, the held context object. The runtime texts and
-// stored bags of loaded controls are golden pairs.
+// Details of single classes: the state right after initialise, setters and what they refresh,
+// boxes, error numbers, the held context object. Golden pairs cover the runtime texts and stored
+// bags of loaded controls.
 #include <gtest/gtest.h>
 
 #include "common/values/RuntimeError.h"
@@ -38,7 +38,7 @@ class ControlTest : public testing::Test {
 
 // --- right after initialise --------------------------------------------------------------------
 
-TEST_F(ControlTest, FreshControlsAnswerWithoutANamespace) {
+TEST_F(ControlTest, FreshControlsHaveRuntimeTextsWithoutNamespace) {
   for (const auto& [name, text] : std::vector<std::pair<std::string, std::string>>{
            {"DTCPrint", ""},
            {"DTCContact", ""},
@@ -64,7 +64,7 @@ TEST_F(ControlTest, AFreshControlStoresItsEmptyNamespaceAndBasename) {
   EXPECT_EQ(Stored(*Fresh("DTCViewtracker")),
             (std::vector<MemoryBag::Entry>{{"namespace", ""}, {"basename", ""}}));
 }
-TEST_F(ControlTest, AFreshProductListHoldsZeroFalseAndEmpty) {
+TEST_F(ControlTest, AFreshProductListIsZeroFalseAndEmpty) {
   const auto list = Fresh("DTCProductList");
   EXPECT_EQ(list->Get("DisplayColumns"), Variant(0));
   EXPECT_EQ(list->Get("DisplayThumb"), Variant(""));
@@ -74,7 +74,7 @@ TEST_F(ControlTest, AFreshProductListHoldsZeroFalseAndEmpty) {
 
 // --- boxes -------------------------------------------------------------------------------------
 
-TEST_F(ControlTest, SideBySideBoxFollowsBothCaptions) {
+TEST_F(ControlTest, SideBySideBoxFitsBothCaptions) {
   platform_.widths = {{"Preis", 405}, {"#order.total#", 630}};
   const auto print =
       Loaded("DTCPrint", {{"display-basename", "Preis"}, {"value", "#order.total#"}});
@@ -144,7 +144,7 @@ TEST_F(ControlTest, IfBoxShowsTheTokenFormOfTheDescription) {
   EXPECT_EQ(ValueCaption(*block), "akv:@lt;b");
   EXPECT_EQ(block->Get("DisplayValue"), Variant("a<b"));
 }
-TEST_F(ControlTest, CaptionBoxFollowsItsCaption) {
+TEST_F(ControlTest, CaptionBoxFitsItsCaption) {
   platform_.widths = {{"print", 300}, {"Zähler", 450}};
   for (const char* name : {"DTCClicktracker", "DTCViewtracker", "DTCUnsubscriber"}) {
     const auto control = Loaded(name);
@@ -167,7 +167,7 @@ TEST_F(ControlTest, CaptionBoxesKeepTheirTopsAndHeights) {
   EXPECT_EQ(tops("DTCViewtracker"), (std::array{90, 15, 375}));
   EXPECT_EQ(tops("DTCUnsubscriber"), (std::array{75, 0, 380}));
 }
-TEST_F(ControlTest, ACaptionBoxIsAsPlacedUntilItIsResized) {
+TEST_F(ControlTest, ACaptionBoxKeepsItsPlacementUntilItIsResized) {
   const auto click = Fresh("DTCClicktracker");
   EXPECT_EQ(click->DesignTimeBox().width, 2700);
   click->Resize();
@@ -186,14 +186,14 @@ TEST_F(ControlTest, ProductListBoxFollowsAWidthInPixels) {
   };
   EXPECT_EQ(widthFor("99"), 7200);
   EXPECT_EQ(widthFor("100"), 1500);
-  EXPECT_EQ(widthFor("100,9"), 1500);  // decimals are cut
+  EXPECT_EQ(widthFor("100,9"), 1500);  // decimals are cut off
   EXPECT_EQ(widthFor("99,9"), 7200);
   EXPECT_EQ(widthFor("1.000"), 15000);
   EXPECT_EQ(widthFor("50%"), 7200);
   EXPECT_EQ(widthFor(""), 7200);
   EXPECT_EQ(widthFor("-200"), 7200);
   EXPECT_EQ(widthFor("143165576"), 2147483640);
-  EXPECT_EQ(widthFor("143165577"), 7200);  // more twips than 32 bits hold
+  EXPECT_EQ(widthFor("143165577"), 7200);  // too many twips for 32 bits
   EXPECT_EQ(widthFor("1e999"), 7200);
 }
 TEST_F(ControlTest, ProductListBoxKeepsItsLastLayoutInside) {
@@ -225,11 +225,11 @@ TEST_F(ControlTest, WholeNumbersAreConvertedOnAssignment) {
 TEST_F(ControlTest, ABrokenColumnCountFailsTheLoad) {
   EXPECT_EQ(ErrorOf([] { Loaded("DTCProductList", {{"display-columns", ""}}); }), 13);
 }
-TEST_F(ControlTest, ElementFlagsThatAreNoFlagsFailTheLoad) {
+TEST_F(ControlTest, InvalidElementFlagsFailTheLoad) {
   EXPECT_EQ(ErrorOf([] { Loaded("DTCElement", {{"opening-tag-only", ""}}); }), 13);
   EXPECT_EQ(ErrorOf([] { Loaded("DTCElement", {{"closing-tag-only", "yes"}}); }), 13);
 }
-TEST_F(ControlTest, BorderTakesAWholeNumberAsText) {
+TEST_F(ControlTest, BorderAcceptsAWholeNumberAsText) {
   const auto list = Loaded("DTCProductList");
   list->Let("Border", 2);
   EXPECT_EQ(list->Get("Border"), Variant("2"));
@@ -248,13 +248,13 @@ TEST_F(ControlTest, ContentIsHeldInTokenForm) {
         << name;
   }
 }
-TEST_F(ControlTest, ContentSetByPropertyIsTrimmedOnlyByTheNextLoad) {
+TEST_F(ControlTest, ContentSetByPropertyIsNotTrimmedUntilTheNextLoad) {
   const auto click = Loaded("DTCClicktracker");
   click->Let("HTMLContent", " Hier ");
   EXPECT_EQ(click->Get("HTMLContent"), Variant(" Hier "));
   EXPECT_EQ(Loaded("DTCClicktracker", Stored(*click))->Get("HTMLContent"), Variant("Hier"));
 }
-TEST_F(ControlTest, ALineBreakAtTheEndIsATokenAndSurvivesTheNextLoad) {
+TEST_F(ControlTest, AFinalLineBreakIsATokenAndSurvivesTheNextLoad) {
   const auto link = Loaded("DTCUnsubscriber");
   link->Let("HTMLContent", "Abmelden\r\n");
   EXPECT_EQ(Stored(*link), (std::vector<MemoryBag::Entry>{{"html-content", "Abmeldenkv:@br;"}}));
@@ -280,7 +280,7 @@ TEST_F(ControlTest, AFailingBagEndsTheLoad) {
   FailingBag bag("value", {});
   EXPECT_EQ(ErrorOf([&] { Fresh("DTCPrint")->ReadProperties(bag); }), 5);
 }
-TEST_F(ControlTest, TheIfControlSkipsAKeyThatCannotBeRead) {
+TEST_F(ControlTest, TheIfControlSkipsAnUnreadableKey) {
   FailingBag bag("test", {{"on-true", "x"}, {"on-false", "y"}});
   const auto block = Fresh("DTCIf");
   block->Let("Test", "vorher");
@@ -291,7 +291,7 @@ TEST_F(ControlTest, TheIfControlSkipsAKeyThatCannotBeRead) {
 
 // --- the attribute list ------------------------------------------------------------------------
 
-TEST_F(ControlTest, AttributesComeBackAsTheyWereJoined) {
+TEST_F(ControlTest, AttributesAreReturnedAsJoined) {
   const auto element = Loaded("DTCElement");
   element->Let("Attributes", "a|1||b|2");
   EXPECT_EQ(element->Get("Attributes"), Variant("a|1||b|2"));
@@ -308,7 +308,7 @@ TEST_F(ControlTest, EmptyPiecesAreItems) {
   const auto element = Loaded("DTCElement", {{"attributes", "||a|1||||"}});
   EXPECT_EQ(ToObject(element->Get("AttributesCollection"))->Get("Count"), Variant(4));
 }
-TEST_F(ControlTest, AnEmptyValueBeforeAnotherItemShiftsTheBarOnTheNextReading) {
+TEST_F(ControlTest, AnEmptyValueBeforeAnotherItemShiftsTheBarOnReload) {
   const auto list = std::make_shared<Collection>();
   list->Add("a|");
   list->Add("b|1");
@@ -326,7 +326,7 @@ TEST_F(ControlTest, WithoutAnElementNameNothingFails) {
   const auto element = Loaded("DTCElement", {{"attributes", "a"}});
   EXPECT_EQ(element->GetRuntimeText(), "");
 }
-TEST_F(ControlTest, TheGivenCollectionItselfIsHeld) {
+TEST_F(ControlTest, KeepsTheGivenCollectionItself) {
   const auto list = std::make_shared<Collection>();
   const auto element = Loaded("DTCElement", {{"value", "td"}});
   element->Let("AttributesCollection", ObjectRef(list));
@@ -337,7 +337,7 @@ TEST_F(ControlTest, TheGivenCollectionItselfIsHeld) {
   EXPECT_EQ(list->Count(), 1U);
 }
 
-TEST_F(ControlTest, ItemsThatAreNoTextsAreTakenAsTexts) {
+TEST_F(ControlTest, ConvertsItemsToTexts) {
   const auto list = std::make_shared<Collection>();
   list->Add(Variant(7));
   list->Add(Variant(true));
@@ -346,7 +346,7 @@ TEST_F(ControlTest, ItemsThatAreNoTextsAreTakenAsTexts) {
   EXPECT_EQ(element->Get("Attributes"), Variant("7||True"));
 }
 
-// A host's own collection, reached by enumeration alone.
+// A host's own collection, which can only be enumerated.
 class ForeignCollection : public Object {
  public:
   std::unique_ptr<Enumerator> Enumerate() override { return items.Enumerate(); }
@@ -374,7 +374,7 @@ TEST_F(ControlTest, ACachedListGetsANewGuidAtEveryCall) {
 
 // --- Office and double click -------------------------------------------------------------------
 
-TEST_F(ControlTest, OfficeIsHeldUntilAnotherIsSetOrTheControlEnds) {
+TEST_F(ControlTest, OfficeIsHeldUntilAnotherIsSetOrTheControlIsDestroyed) {
   for (const char* name : {"DTCContact", "DTCOrder", "DTCIf", "DTCProductList"}) {
     const ObjectRef first = std::make_shared<Collection>();
     const ObjectRef second = std::make_shared<Collection>();
@@ -393,7 +393,7 @@ TEST_F(ControlTest, OfficeIsNotPersisted) {
   for (const RegisteredControl& control : RegisteredControls())
     EXPECT_EQ(control.contract().FindKey("office"), nullptr);
 }
-TEST_F(ControlTest, AContactIsEditedByDoubleClickAfterANotice) {
+TEST_F(ControlTest, AContactShowsANoticeThenItsPagesOnDoubleClick) {
   const auto contact = Loaded("DTCContact");
   EXPECT_TRUE(contact->DblClick(42));
   EXPECT_EQ(platform_.log, (std::vector<std::string>{"message 42 yo",

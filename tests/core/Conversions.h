@@ -1,5 +1,5 @@
-// How texts become whole numbers and flags: one table for the conversions here and for those of
-// Windows, which have to agree.
+// Expected conversions of texts to whole numbers and flags. Shared by the tests of our conversions
+// and those of Windows, which must agree.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ inline constexpr int kOverflow = 6;
 template <class T>
 struct Conversion {
   const char* text;
-  int error;  // the number of the run-time error, or 0
+  int error;  // the number of the run-time error; 0 for none
   T value;
 };
 

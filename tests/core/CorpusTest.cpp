@@ -1,4 +1,4 @@
-// Replays every kept input of the fuzzer, findings included.
+// Replays every corpus input of the fuzzer, including past findings.
 #include <gtest/gtest.h>
 
 #include <filesystem>

@@ -1,4 +1,4 @@
-// The text helpers as they are defined: passes over the whole text and a repeated expression.
+// Defines the text helpers as passes over the whole text and a repeated regular expression.
 #pragma once
 
 #include <string>

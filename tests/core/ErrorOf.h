@@ -1,11 +1,11 @@
-// The number of the run-time error that something ends with.
+// Returns the number of the run-time error that an action throws.
 #pragma once
 
 #include "common/values/RuntimeError.h"
 
 namespace kvo {
 
-// 0 when it ends without one. Any other exception goes on.
+// 0 if it throws none. Passes on any other exception.
 template <class Action>
 int ErrorOf(const Action& action) {
   try {

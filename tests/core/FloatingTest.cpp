@@ -1,5 +1,5 @@
-// Numbers as text: the texts are what the standard demands of to_chars, also where the library at
-// hand does not bring it for floating-point numbers.
+// Numbers as text: the texts that the standard requires of to_chars, even where the standard
+// library lacks it for floating-point numbers.
 #include "common/values/Floating.h"
 
 #include <gtest/gtest.h>
@@ -27,10 +27,10 @@ const Written kWritten[] = {
     {0.0001, "1e-04", "0.0001"},
     {0.00001, "1e-05", "0.00001"},
     {1.0 / 3, "0.3333333333333333", "0.3333333333333333"},
-    // All digits of a whole number, though fewer read as it.
+    // Writes all digits of a whole number, although fewer would read back as it.
     {123456789012345680000.0, "123456789012345683968", "123456789012345683968"},
     {1e23, "1e+23", "99999999999999991611392"},
-    // The nearest 16 digits do not read as this power of two, their neighbour does.
+    // The nearest 16 digits do not read back as this power of two; their neighbour does.
     {0x1p-44, "5.684341886080802e-14", "0.00000000000005684341886080802"},
     {0x1p-1074, "5e-324", nullptr},
     {std::numeric_limits<double>::max(), "1.7976931348623157e+308", nullptr},
@@ -55,7 +55,7 @@ TEST(Floating, ReadsAsWhatWasWritten) {
   }
 }
 
-TEST(Floating, GoesToInfinityAndZeroBeyondAllDoubles) {
+TEST(Floating, ReadsInfinityAndZeroOutOfRange) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   EXPECT_EQ(ReadFloating("1e400"), kInfinity);
   EXPECT_EQ(ReadFloating("-0.1e99999999999999999999"), -kInfinity);
@@ -63,7 +63,7 @@ TEST(Floating, GoesToInfinityAndZeroBeyondAllDoubles) {
   EXPECT_EQ(ReadFloating("0e999"), 0);
   EXPECT_EQ(ReadFloating("12e-99999999999999999999"), 0);
   EXPECT_TRUE(std::signbit(ReadFloating("-1e-400")));
-  EXPECT_EQ(ReadFloating("4e-324"), 0x1p-1074);  // the least that there is
+  EXPECT_EQ(ReadFloating("4e-324"), 0x1p-1074);  // the smallest positive double
 }
 
 }  // namespace

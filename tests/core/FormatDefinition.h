@@ -1,5 +1,5 @@
-// GermanFormat as it is defined: patterns by an expression, dates by C's calendar, numbers by the
-// digits with which they are written.
+// Defines GermanFormat: patterns by a regular expression, dates by C's calendar, numbers by their
+// written digits.
 #pragma once
 
 #include <algorithm>
@@ -19,7 +19,7 @@
 
 namespace kvo {
 
-// One character of a pattern that means something, or text that stands for itself (letter 0).
+// One character of a pattern with a meaning, or literal text (letter 0).
 struct PatternMark {
   char letter;
   std::string text;
@@ -53,7 +53,8 @@ inline std::string FormatNumberByDefinition(double number, const std::vector<Pat
   std::string always = askedWhole.substr(std::min(askedWhole.find('0'), askedWhole.size()));
   std::erase(always, ',');
 
-  // The number's digits and where its point is: all of a whole number, else as it reads.
+  // The number's digits and the position of its point: all digits of a whole number, otherwise the
+  // shortest that read back as it.
   char buffer[400];
   std::string digits;
   std::size_t whole = 0;

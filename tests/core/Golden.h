@@ -1,14 +1,13 @@
-// Golden pairs: tests/golden/CONTROL.txt holds a control's cases, each under its name. A case is a
-// stored bag, the runtime text that a control loaded from it answers, and in many cases the bag
-// that it stores then:
+// Golden pairs: tests/golden/CONTROL.txt contains a control's named cases. A case is a stored bag,
+// the runtime text of a control loaded from it, and often the bag that the control then stores:
 //   === name
 //   key=value
 //   --- runtime
 //   the text in one line, none if it is empty
 //   --- stored
 //   key=value
-// \r \n \t \\ stand for themselves and \s for a blank at the end of a line; every other byte counts
-// as it stands. Empty lines stand between the cases.
+// \r \n \t \\ are escapes, and \s is a blank at the end of a line; every other byte is literal.
+// Empty lines separate the cases.
 #pragma once
 
 #include <filesystem>
@@ -50,7 +49,7 @@ inline std::string Unescape(std::string_view text) {
     const bool escape = text[i] == '\\' && i + 1 < text.size();
     const std::size_t letter = escape ? letters.find(text[i + 1]) : std::string_view::npos;
     if (escape && letter == std::string_view::npos)
-      throw std::runtime_error("no such escape: " + std::string(text));
+      throw std::runtime_error("unknown escape: " + std::string(text));
     plain += escape ? meant[letter] : text[i];
     if (escape) ++i;
   }
@@ -65,7 +64,7 @@ inline MemoryBag::Entry ReadEntry(const std::string& line) {
 
 inline std::vector<Pair> ReadPairs(const std::string& control) {
   std::ifstream file(Folder() / (control + ".txt"), std::ios::binary);
-  if (!file) throw std::runtime_error("no golden pairs of " + control);
+  if (!file) throw std::runtime_error("no golden pairs for " + control);
   std::vector<Pair> pairs;
   enum { bag, runtime, stored } part = bag;
   for (std::string line; std::getline(file, line);) {
@@ -91,7 +90,7 @@ inline std::vector<Pair> ReadPairs(const std::string& control) {
   return pairs;
 }
 
-// The pairs of every file, in no order that means anything.
+// Returns the pairs of all files, in no particular order.
 inline std::vector<Pair> AllPairs() {
   std::vector<Pair> all;
   for (const auto& entry : std::filesystem::directory_iterator(Folder())) {

@@ -11,7 +11,7 @@ namespace {
 
 class GoldenPair : public testing::TestWithParam<golden::Pair> {};
 
-TEST_P(GoldenPair, IsReproducedToTheByte) {
+TEST_P(GoldenPair, IsReproducedByteForByte) {
   const golden::Pair& pair = GetParam();
   const RegisteredControl* registered = FindControlByName(pair.control);
   ASSERT_NE(registered, nullptr);
@@ -19,7 +19,7 @@ TEST_P(GoldenPair, IsReproducedToTheByte) {
 
   MemoryBag bag(pair.bag);
   for (const auto& [key, value] : bag.Entries())
-    EXPECT_NE(registered->contract().FindKey(key), nullptr) << "no such key: " << key;
+    EXPECT_NE(registered->contract().FindKey(key), nullptr) << "unknown key: " << key;
   control->ReadProperties(bag);
   EXPECT_EQ(control->GetRuntimeText(), pair.runtime);
 

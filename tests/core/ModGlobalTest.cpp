@@ -13,7 +13,7 @@
 namespace kvo {
 namespace {
 
-// Calls `check` with every text of up to `length` pieces of the alphabet.
+// Calls `check` with every text of up to `length` pieces from the alphabet.
 void ForEveryText(const std::vector<std::string>& alphabet, int length,
                   const std::function<void(const std::string&)>& check, std::string text = {}) {
   check(text);
@@ -47,7 +47,7 @@ TEST(FixAmpersands, EqualsTheRepeatedExpressionOnEveryShortText) {
   ForEveryText({"&", "A", "m", "P", "x"}, 6, check);
 }
 TEST(FixAmpersands, IsAppliedToEachValueNotToAWholeTag) {
-  // The quote behind a trailing "&" would make it count as bare.
+  // The quote after a trailing "&" would make it count as bare.
   EXPECT_EQ(FixAmpersands("a&"), "a&");
   EXPECT_EQ(FixAmpersands("value=\"a&\""), "value=\"a&amp;\"");
 }
@@ -68,13 +68,13 @@ TEST(EncodeMarkupTokens, EncodesALineBreak) {
 TEST(EncodeMarkupTokens, JoinsALineBreakAcrossARemovedMarker) {
   EXPECT_EQ(EncodeMarkupTokens("\r<![CDATA[\n"), "kv:@br;");
 }
-TEST(EncodeMarkupTokens, RemovesAnEndMarkerThatARemovalJoins) {
+TEST(EncodeMarkupTokens, RemovesAnEndMarkerJoinedByARemoval) {
   EXPECT_EQ(EncodeMarkupTokens("]]<![CDATA[>"), "");
 }
-TEST(EncodeMarkupTokens, EncodesAStartMarkerThatARemovalJoins) {
+TEST(EncodeMarkupTokens, EncodesAStartMarkerJoinedByARemoval) {
   EXPECT_EQ(EncodeMarkupTokens("<![CD<![CDATA[ATA["), "kv:@lt;![CDATA[");
 }
-TEST(EncodeMarkupTokens, LeavesAnEndMarkerThatItsOwnRemovalJoins) {
+TEST(EncodeMarkupTokens, LeavesAnEndMarkerJoinedByItsOwnRemoval) {
   EXPECT_EQ(EncodeMarkupTokens("]]]]>>"), "]]kv:@gt;");
 }
 TEST(EncodeMarkupTokens, ComparesMarkersExactly) {
@@ -100,7 +100,7 @@ TEST(DecodeMarkupTokens, EqualsItsFivePassesOnEveryShortText) {
                  ASSERT_EQ(DecodeMarkupTokens(text), DecodeByDefinition(text)) << text;
                });
 }
-TEST(MarkupTokens, DecodingGivesBackWhatWasEncodedButForMarkers) {
+TEST(MarkupTokens, DecodingRestoresEncodedTextExceptMarkers) {
   ForEveryText({"<", ">", "\"", "&", "\r", "\n", "]", "a"}, 5, [](const std::string& text) {
     if (text.find("]]>") != std::string::npos) return;
     ASSERT_EQ(DecodeMarkupTokens(EncodeMarkupTokens(text)), text);
@@ -121,7 +121,7 @@ TEST(TrimCrLf, TrimsInterleavedBlanksAndLineBreaks) {
   EXPECT_EQ(TrimCrLf(std::string(" \r\n \r\nabc \r\n")), "abc");
 }
 TEST(TrimCrLf, KeepsALoneLineFeedAndATab) { EXPECT_EQ(TrimCrLf(std::string("\n x\t")), "\n x\t"); }
-TEST(TrimCrLf, ReturnsNullAsItIs) {
+TEST(TrimCrLf, KeepsAnEmptyVariant) {
   EXPECT_TRUE(TrimCrLf(Variant()).IsEmpty());
   EXPECT_EQ(TrimCrLf(Variant(" ")), Variant(""));
 }
@@ -165,7 +165,7 @@ TEST(HexToInt, ReadsDigitsInBothCases) {
   EXPECT_EQ(HexToInt("8A"), 138);
   EXPECT_EQ(HexToInt("7FFF"), 32767);
 }
-TEST(HexToInt, CountsOnAboveF) {
+TEST(HexToInt, AcceptsLettersAboveF) {
   EXPECT_EQ(HexToInt("Z"), 35);
   EXPECT_EQ(HexToInt("["), 91 - 55);
 }
@@ -239,7 +239,7 @@ TEST(ShowPropertyPages, IsATypeMismatchWhenNeitherNamesPages) {
   EXPECT_TRUE(platform.log.empty());
 }
 
-// Its member `Object` answers as the test says.
+// Runs a function of the test when its member `Object` is read.
 class OddExtender : public Object {
  public:
   explicit OddExtender(std::function<Variant()> answer) : answer_(std::move(answer)) {}
@@ -251,7 +251,7 @@ class OddExtender : public Object {
   std::function<Variant()> answer_;
 };
 
-TEST(ShowPropertyPages, IsATypeMismatchWhateverKeepsTheObjectFromBeingReached) {
+TEST(ShowPropertyPages, IsATypeMismatchWhenTheObjectCannotBeReached) {
   TestPlatform platform;
   const PlatformScope scope(platform);
   const std::function<Variant()> answers[] = {
@@ -270,7 +270,7 @@ TEST(ShowPropertyPages, IsATypeMismatchWhateverKeepsTheObjectFromBeingReached) {
   EXPECT_TRUE(platform.log.empty());
 }
 
-TEST(ShowPropertyPages, PassesOnThatMemoryIsShort) {
+TEST(ShowPropertyPages, PassesOnBadAlloc) {
   TestPlatform platform;
   const PlatformScope scope(platform);
   const auto extender = std::make_shared<OddExtender>([]() -> Variant { throw std::bad_alloc(); });

@@ -21,7 +21,7 @@ void ExpectUnknown(const Use& use, const std::string& name) {
   }
 }
 
-TEST(Object, MembersThatItDoesNotHaveAreNamed) {
+TEST(Object, UnknownMembersAreNamedInTheError) {
   Object object;
   ExpectUnknown([&] { object.Get("Colour"); }, "Colour");
   ExpectUnknown([&] { object.Let("Colour", Variant(1)); }, "Colour");
@@ -31,7 +31,7 @@ TEST(Object, MembersThatItDoesNotHaveAreNamed) {
   EXPECT_EQ(object.PropertyPages(), std::nullopt);
 }
 
-TEST(Collection, GivesItsItemsByItsMethodToo) {
+TEST(Collection, ItemIsAlsoAMethod) {
   Collection list;
   list.Add("a|1");
   const std::array<Variant, 1> first = {Variant(1)};
@@ -40,7 +40,7 @@ TEST(Collection, GivesItsItemsByItsMethodToo) {
   ExpectUnknown([&] { list.Call("Remove", first); }, "Remove");
 }
 
-TEST(Language, OfTheUserIsThatOfTheSystemUntilItIsChosen) {
+TEST(Language, MessagesFollowTheChosenLanguage) {
   const Language before = UserLanguage();
   constexpr Localized kGreeting{"Guten Tag, {}", "Good day, {}"};
   UserLanguage(Language::english);

@@ -7,7 +7,7 @@
 namespace kvo {
 namespace {
 
-TEST(RuntimeError, IsToldInTheUsersLanguage) {
+TEST(RuntimeError, IsDescribedInTheUsersLanguage) {
   const RuntimeError error(ErrorNumber::typeMismatch, "Tee");
   const Language before = UserLanguage();
   UserLanguage(Language::german);
@@ -18,7 +18,7 @@ TEST(RuntimeError, IsToldInTheUsersLanguage) {
   EXPECT_NE(error.Text(Language::german), error.Text(Language::english));
 }
 
-TEST(RuntimeError, AnyOtherFailureIsToldAsItStands) {
+TEST(RuntimeError, OtherFailuresKeepTheirText) {
   EXPECT_EQ(FailureText(std::runtime_error("Die Datei fehlt")), "Die Datei fehlt");
 }
 

@@ -1,5 +1,5 @@
-// Every standard header that the core may use; bare_headers.cmake asks the compiler which
-// files they need.
+// Every standard header that the core may use; bare_headers.cmake asks the compiler which files
+// they include.
 #include <algorithm>
 #include <array>
 #include <bit>

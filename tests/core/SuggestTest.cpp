@@ -9,8 +9,8 @@
 namespace kvo {
 namespace {
 
-// Texts of few letters are often near to one another; of these some are longer than any name.
-TEST(Suggest, FindsWhatComparingAllOfThemFinds) {
+// Texts of few letters are often close to one another. Some are longer than any suggested name.
+TEST(Suggest, FindsTheSameAsComparingAllCandidates) {
   std::mt19937 random(7);  // NOLINT: the same texts in each run
   const auto text = [&](std::size_t longest) {
     std::string made;

@@ -1,4 +1,4 @@
-// A platform for tests of the core: fixed text widths, numbered GUIDs, everything recorded.
+// A platform for tests of the core, with fixed text widths and numbered GUIDs. Records every call.
 #pragma once
 
 #include <cstdio>
@@ -12,7 +12,7 @@ namespace kvo {
 
 class TestPlatform : public Platform {
  public:
-  std::map<std::string, int, std::less<>> widths;  // by text; others are 100 per byte
+  std::map<std::string, int, std::less<>> widths;  // by text; the default is 100 per byte
   std::vector<std::string> log;
   int measured = 0;
 

@@ -1,5 +1,5 @@
-// Numbers, flags, colours and near misses as they are defined: expressions over the whole text,
-// what C's library makes of it, and full tables.
+// Defines numbers, flags, colours and suggestions by regular expressions over the whole text, the C
+// library and complete tables.
 #pragma once
 
 #include <algorithm>
@@ -47,7 +47,7 @@ inline std::optional<double> NumberByDefinition(const std::string& padded) {
   return std::strtod(number.c_str(), nullptr);
 }
 
-// Halves go to the even neighbour. Nothing beyond 32 bits.
+// Rounds halves to even. Returns nothing outside 32 bits.
 inline std::optional<std::int32_t> WholeByDefinition(double number) {
   const double below = std::floor(number);
   const double above = number - below;
@@ -66,7 +66,7 @@ inline std::optional<bool> FlagByDefinition(const std::string& text) {
   return *number != 0;
 }
 
-// The digits, or the number of the error instead. Counts in 16 bits all along.
+// The digits, or the number of the error. All arithmetic uses 16 bits.
 struct HexDigits {
   std::int16_t value = 0;
   int error = 0;
@@ -94,7 +94,7 @@ inline std::string HexByDefinition(std::int16_t number) {
                 static_cast<unsigned>(static_cast<std::uint16_t>(number)));
   return text;
 }
-// Red is the lowest byte, but goes out first. The parts of a negative number are negative.
+// Red is the lowest byte but comes first. The components of a negative number are negative.
 inline std::string ColorByDefinition(std::int32_t color) {
   return HexByDefinition(static_cast<std::int16_t>(color % 256)) +
          HexByDefinition(static_cast<std::int16_t>(color / 256 % 256)) +
@@ -124,7 +124,7 @@ inline Color ParseColorByDefinition(const std::string& padded) {
   return {};
 }
 
-// The whole table of distances, a swap of neighbours being one edit.
+// Computes the whole table of distances; swapping two neighbours is one edit.
 inline std::size_t DistanceByDefinition(const std::string& a, const std::string& b) {
   std::vector<std::vector<std::size_t>> table(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
   for (std::size_t i = 0; i <= a.size(); ++i) {
@@ -141,7 +141,7 @@ inline std::size_t DistanceByDefinition(const std::string& a, const std::string&
   }
   return table[a.size()][b.size()];
 }
-// Texts of more than 48 characters are no names that somebody mistyped.
+// Longer texts than 48 characters are not misspelt names.
 inline std::string SuggestByDefinition(const std::string& name,
                                        const std::vector<std::string_view>& candidates) {
   std::string best;

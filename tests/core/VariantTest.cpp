@@ -25,7 +25,7 @@ TEST_P(WholeNumber, FromGermanText) {
 }
 INSTANTIATE_TEST_SUITE_P(Table, WholeNumber, testing::ValuesIn(kWholeNumbers));
 
-TEST(ParseNumber, BeyondAllMeasureIsInfiniteAndTooSmallIsNothing) {
+TEST(ParseNumber, TooLargeIsInfiniteAndTooSmallIsNothing) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   const std::string zeros(400, '0');
   EXPECT_EQ(ParseNumber("1" + zeros), kInfinity);
@@ -64,7 +64,7 @@ TEST(VariantText, OfEachKind) {
 TEST(VariantText, OfAnObjectIsATypeMismatch) {
   EXPECT_EQ(ErrorOf([] { ToText(Variant(ObjectRef(std::make_shared<Collection>()))); }), 13);
 }
-TEST(VariantObject, NothingIsObjectNotSet) {
+TEST(VariantObject, EmptyIsObjectNotSet) {
   EXPECT_EQ(ErrorOf([] { ToObject(Variant()); }), 91);
 }
 TEST(VariantInteger, TrueIsAllBits) { EXPECT_EQ(ToInteger(Variant(true)), -1); }
@@ -75,7 +75,7 @@ TEST(RuntimeErrors, DescribeThemselvesInBothLanguages) {
   EXPECT_EQ(error.Text(Language::english), "Type mismatch: \"abc\"");
 }
 
-TEST(Collection, IsWalkedInOrderAndIndexedFromOne) {
+TEST(Collection, IsEnumeratedInOrderAndIndexedFromOne) {
   Collection collection;
   collection.Add("a");
   collection.Add("b");

@@ -1,11 +1,11 @@
-# cmake -DCOMPILER=... -DROOT=... -DGENERATED=... -DSCRATCH=... -P bare_headers.cmake: fails when a
-# source or a header of the core includes anything but the standard library. The system's include
-# folder also holds every library that happens to be installed, so all of the core is preprocessed
-# with a folder of links in its place: just those files that the C++ standard headers pull in.
+# cmake -DCOMPILER=... -DROOT=... -DGENERATED=... -DSCRATCH=... -P bare_headers.cmake: fails if a
+# source or header of the core includes anything but the standard library. The system's include
+# folder also contains every other installed library. So this preprocesses the whole core with a
+# folder of links in its place, containing only the files that the C++ standard headers include.
 cmake_minimum_required(VERSION 3.25)
 set(bare ${SCRATCH}/standard-headers)
 file(REMOVE_RECURSE ${bare})
-foreach(level -O0 -O2) # optimising headers include more
+foreach(level -O0 -O2) # some headers include more when optimising
   execute_process(
     COMMAND ${COMPILER} -std=c++20 ${level} -M -x c++ ${CMAKE_CURRENT_LIST_DIR}/StandardHeaders.h
     OUTPUT_VARIABLE depends COMMAND_ERROR_IS_FATAL ANY)
@@ -13,7 +13,7 @@ foreach(level -O0 -O2) # optimising headers include more
   list(APPEND headers ${found})
 endforeach()
 list(REMOVE_DUPLICATES headers)
-list(FILTER headers EXCLUDE REGEX "^/usr/include/([^/]+/)?c\\+\\+/") # they have folders of their own
+list(FILTER headers EXCLUDE REGEX "^/usr/include/([^/]+/)?c\\+\\+/") # found in folders of their own
 foreach(header ${headers})
   string(REPLACE "/usr/include/" "${bare}/" link "${header}")
   get_filename_component(folder "${link}" DIRECTORY)
@@ -21,7 +21,7 @@ foreach(header ${headers})
   file(CREATE_LINK "${header}" "${link}" SYMBOLIC)
 endforeach()
 
-# What the compiler searches by itself, but for the system's folders.
+# The compiler's own search folders, without the system's.
 execute_process(COMMAND ${COMPILER} -std=c++20 -E -v -x c++ /dev/null
                 OUTPUT_QUIET ERROR_VARIABLE verbose)
 string(REGEX MATCH "#include <\\.\\.\\.> search starts here:\n(.*)End of search list" _ "${verbose}")
@@ -60,10 +60,10 @@ if(NOT code EQUAL 0)
   message(FATAL_ERROR "The core includes more than the standard library:\n${errors}")
 endif()
 
-# The standard headers pull in some of the system's; the core itself may not name those.
+# The standard headers include some system headers; the core itself must not name those.
 file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/StandardHeaders.h standard REGEX "^#include")
-# find_foreign_includes(FILE result-variable): the include lines that name neither a standard header nor one
-# of the core's own.
+# find_foreign_includes(FILE result-variable): finds the #include lines that name neither a standard
+# header nor a header of the core.
 function(find_foreign_includes file result)
   file(STRINGS ${file} lines REGEX "^[ \t]*#[ \t]*include")
   list(REMOVE_ITEM lines ${standard})
@@ -73,16 +73,16 @@ endfunction()
 foreach(source ${sources})
   find_foreign_includes(${source} foreign)
   if(foreign)
-    message(FATAL_ERROR "${source} may not have: ${foreign}")
+    message(FATAL_ERROR "${source} must not contain: ${foreign}")
   endif()
 endforeach()
 
-# The check itself: it notices each of these, installed or not.
+# Tests the check itself: it must report each of these, installed or not.
 foreach(header nlohmann/json.hpp CLI/CLI.hpp gtest/gtest.h sqlite3.h pthread_np.h windows.h QString unistd.h)
   file(WRITE ${SCRATCH}/forbidden.cpp "#include <${header}>\n")
   find_foreign_includes(${SCRATCH}/forbidden.cpp foreign)
   preprocess(${SCRATCH}/forbidden.cpp code errors)
   if(NOT foreign OR (code EQUAL 0 AND NOT header STREQUAL "unistd.h"))
-    message(FATAL_ERROR "This check does not notice <${header}>")
+    message(FATAL_ERROR "This check does not detect <${header}>")
   endif()
 endforeach()

@@ -23,7 +23,8 @@ inline std::vector<NamedForm> AllForms() {
   return forms;
 }
 
-// What the tab key goes through; of a group of options, where none is chosen, the first.
+// Returns the controls that the tab key visits. A group of options without a choice counts once, by
+// its first option.
 inline std::vector<FormControl*> TabStops(const Form& form) {
   std::vector<FormControl*> stops;
   bool option = false;

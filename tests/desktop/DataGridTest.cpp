@@ -1,4 +1,4 @@
-// Data grids on a desktop's widgets fetch as little as they can.
+// Data grids in a desktop's widgets fetch as few records as possible.
 #include <gtest/gtest.h>
 
 #include "tests/desktop/DesktopUser.h"
@@ -31,7 +31,7 @@ class DataGrids : public testing::Test {
   Records form;
 };
 
-TEST_F(DataGrids, FetchOnlyWhatShowsOfManyRows) {
+TEST_F(DataGrids, FetchOnlyTheVisibleOfManyRows) {
   const auto user = SitDown(platform, form);
   form.grid.Rebind();
   EXPECT_EQ(user->ShownRecords(form.grid), kRows);
@@ -48,7 +48,7 @@ TEST_F(DataGrids, FetchOnlyWhatShowsOfManyRows) {
   EXPECT_TRUE(user->ShownSelection(form.grid).empty());
 }
 
-TEST_F(DataGrids, ADatabaseThatGoesIsReportedOnce) {
+TEST_F(DataGrids, ADatabaseThatDisappearsIsReportedOnce) {
   const auto user = SitDown(platform, form);
   int failures = 0;
   user->OnFailure([&](const std::exception&) { ++failures; });
@@ -56,7 +56,7 @@ TEST_F(DataGrids, ADatabaseThatGoesIsReportedOnce) {
   user->Paint(form.grid, 0);
   table.gone = true;
   user->Paint(form.grid, kRows - 1);
-  EXPECT_EQ(failures, 0);  // not while it paints
+  EXPECT_EQ(failures, 0);  // not during painting
   user->Settle();
   EXPECT_EQ(failures, 1);
 }

@@ -1,5 +1,5 @@
-// A user in front of a desktop's widgets: what the tests that every desktop passes do and see. Each
-// desktop's tests say who it is.
+// A user of a desktop's widgets: the actions and views for the tests that every desktop must pass.
+// Each desktop's tests implement it.
 #pragma once
 
 #include <functional>
@@ -16,7 +16,7 @@ namespace kvo {
 
 class DesktopUser : public FormUser {
  public:
-  // --- keys that scripts do not press, at the focused control ---
+  // --- keys at the focused control that scripts do not press ---
   virtual void Copy() = 0;
   virtual void Cut() = 0;
   virtual void Paste() = 0;
@@ -26,24 +26,24 @@ class DesktopUser : public FormUser {
   virtual std::string OnClipboard() = 0;
 
   // --- the desktop ---
-  // Brings the window to the front, and the keyboard to where it was.
+  // Brings the window to the front and restores its focus.
   virtual void Activate() = 0;
-  // Another window has the keyboard for a while.
+  // Gives another window the focus for a while.
   virtual void LookElsewhere() = 0;
-  // Lets what waits happen.
+  // Processes pending events.
   virtual void Settle() = 0;
-  // Until something is so; false when it takes too long.
+  // Waits until `so` returns true; returns false on a timeout.
   virtual bool WaitUntil(const std::function<bool()>& so, int milliseconds = 5000) = 0;
-  // Has a data grid painted from some row on.
+  // Paints a data grid from the given row on.
   virtual void Paint(const Grid& grid, std::size_t row) = 0;
 
-  // A page's event is on the stack.
+  // Whether a page's event is running.
   virtual bool IsBusy() = 0;
-  // What a page throws goes there and not out of the actions.
+  // Sends a page's exceptions to `report` instead of throwing them from the actions.
   virtual void OnFailure(std::function<void(const std::exception&)> report) = 0;
 
   // --- what the widgets show ---
-  // A text as a caption or a row shows it.
+  // Returns a text as a caption or a row shows it.
   virtual std::u16string AsShown(std::string_view text) = 0;
   virtual const TextStyle& Style() = 0;
 
@@ -51,20 +51,20 @@ class DesktopUser : public FormUser {
   virtual bool ShowsVisible(const FormControl& control) = 0;
   virtual bool ShowsMark(const FormControl& control) = 0;
   virtual bool ShowsRunning(const Timer& timer) = 0;
-  // Of a label, a text box or a list.
+  // For a label, a text box or a list.
   virtual std::u16string ShownTextOf(const FormControl& control) = 0;
   virtual UnitRange ShownSelection(const EditBox& box) = 0;
   virtual std::vector<std::u16string> ShownRows(const ComboBox& box) = 0;
   virtual int ShownChoice(const ComboBox& box) = 0;
   virtual std::size_t ShownTab(const TabControl& tabs) = 0;
-  // Nothing where rows are painted and not told of.
+  // Empty where the desktop paints rows without exposing their texts.
   struct CaptionAndValue {
     std::u16string caption;
     std::u16string value;
   };
   virtual std::optional<std::vector<CaptionAndValue>> ShownItems(const PropertyGrid& grid) = 0;
   virtual std::optional<int> ShownItem(const PropertyGrid& grid) = 0;
-  // What stands in the box of the selected row; nothing when no box is open.
+  // Returns the text in the selected row's box; nothing when no box is open.
   virtual std::optional<std::u16string> ShownValue(const PropertyGrid& grid) = 0;
   virtual std::size_t ShownColumns(const Grid& grid) = 0;
   virtual std::size_t ShownRecords(const Grid& grid) = 0;
@@ -72,10 +72,10 @@ class DesktopUser : public FormUser {
   virtual std::vector<std::size_t> ShownSelection(const Grid& grid) = 0;
 };
 
-// Shows the form and puts a user in front of it, who tells the platform of the mouse button.
+// Shows the form to a user, who reports the mouse button to the platform.
 std::unique_ptr<DesktopUser> SitDown(HeadlessPlatform& platform, Form& form);
 
-// Line by line, in what the widgets of a form differ from the form; nothing when in nothing.
+// Lists the differences between a form and its widgets, one per line; empty if they agree.
 std::string Misshown(DesktopUser& user, const Form& form);
 
 }  // namespace kvo

@@ -1,4 +1,4 @@
-// Forms on a desktop's widgets: what user actions do, and that what changes shows.
+// Forms in a desktop's widgets: the effects of user actions, and the display of changes.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -23,7 +23,7 @@ class DesktopForms : public testing::Test {
   DesktopUser& user{*sitting};
 };
 
-TEST_F(DesktopForms, AClickOnWhatIsChosenIsAClick) {
+TEST_F(DesktopForms, AClickOnTheChosenOptionOrRowIsAClick) {
   user.Click(form.optA);
   user.Click(form.optA);
   user.Press(Key::space);
@@ -37,7 +37,7 @@ TEST_F(DesktopForms, AClickOnWhatIsChosenIsAClick) {
   user.Choose(form.cboRows, 1);
   user.Choose(form.cboRows, 1);
   EXPECT_EQ(form.rowClicks, 2);
-  user.Press(Key::down);  // there is no row below it
+  user.Press(Key::down);  // there is no row below
   EXPECT_EQ(form.rowClicks, 2);
   user.Press(Key::up);
   EXPECT_EQ(form.cboRows.ListIndex(), 0);
@@ -45,7 +45,7 @@ TEST_F(DesktopForms, AClickOnWhatIsChosenIsAClick) {
   ExpectShown();
 }
 
-TEST_F(DesktopForms, ASelectionStaysWhenItsBoxIsLeft) {
+TEST_F(DesktopForms, ASelectionSurvivesLeavingItsBox) {
   form.txtName.Text("abc");
   user.FocusByKeyboard(form.txtName);
   user.Press(Key::selectAll);
@@ -74,7 +74,7 @@ TEST_F(DesktopForms, ArrowKeysDoNotLeaveButtons) {
   }
 }
 
-TEST_F(DesktopForms, ProgrammaticChangesShowAndRaiseNoUserActions) {
+TEST_F(DesktopForms, ProgrammaticChangesAreShownWithoutUserActions) {
   form.chkA.Value(true);
   EXPECT_EQ(Logged("check"), 1);  // by code, once
   form.optB.Value(true);
@@ -98,15 +98,15 @@ TEST_F(DesktopForms, ProgrammaticChangesShowAndRaiseNoUserActions) {
   ExpectShown();
 }
 
-TEST_F(DesktopForms, OptionsAreSteppedThroughWithTheArrowKeys) {
+TEST_F(DesktopForms, ArrowKeysChooseOptions) {
   user.FocusByKeyboard(form.optA);
-  EXPECT_FALSE(form.optA.Value());  // being entered does not choose it
+  EXPECT_FALSE(form.optA.Value());  // entering it does not choose it
   user.Press(Key::down);
   EXPECT_TRUE(form.optB.Value());
   EXPECT_EQ(form.Focused(), &form.optB);
   user.Press(Key::down);
   EXPECT_TRUE(form.optA.Value());
-  user.Click(form.optA);  // once chosen, a click leaves it so
+  user.Click(form.optA);  // a click on the chosen option keeps it
   EXPECT_TRUE(form.optA.Value());
   ExpectShown();
 }
@@ -119,7 +119,7 @@ TEST_F(DesktopForms, WhatAPageThrowsIsReported) {
   EXPECT_FALSE(user.IsBusy());
 }
 
-TEST_F(DesktopForms, AFocusThatStaysInItsBoxRaisesItsEventOnce) {
+TEST_F(DesktopForms, KeepingTheFocusRaisesItsEventOnce) {
   user.FocusByKeyboard(form.chkA);
   user.FocusByKeyboard(form.txtName);
   EXPECT_EQ(Logged("focus"), 1);
@@ -131,7 +131,7 @@ TEST_F(DesktopForms, AFocusThatStaysInItsBoxRaisesItsEventOnce) {
   EXPECT_EQ(Logged("focus"), 2);
 }
 
-TEST_F(DesktopForms, WhatIsDisabledOrHiddenHandsItsFocusOn) {
+TEST_F(DesktopForms, DisabledAndHiddenControlsPassOnTheFocus) {
   user.FocusByKeyboard(form.txtName);
   form.txtName.Enabled(false);
   user.Settle();
@@ -168,7 +168,7 @@ TEST_F(DesktopForms, AGridWithoutASelectedRowIsEnteredAtItsEnds) {
   EXPECT_EQ(form.suiRows.SelectedItem(), &first);
 }
 
-TEST_F(DesktopForms, ArrowKeysGoThroughTheRowsOfAPropertyGrid) {
+TEST_F(DesktopForms, ArrowKeysMoveThroughTheRowsOfAPropertyGrid) {
   auto& first = form.suiRows.Add({.caption = "eins", .key = "1", .value = "a"});
   auto& second = form.suiRows.Add({.caption = "zwei", .key = "2", .value = "b"});
   user.SelectItem(first);
@@ -203,7 +203,7 @@ TEST_F(DesktopForms, TheDeleteKeyReachesThePropertyGrid) {
   EXPECT_EQ(form.suiRows.SelectedItem(), nullptr);
 }
 
-TEST_F(DesktopForms, ARowThatIsAButtonIsPressed) {
+TEST_F(DesktopForms, AButtonRowCanBePressed) {
   int clicks = 0;
   auto& row = form.suiRows.Add({.kind = ItemKind::button, .caption = "Los & weg", .key = "b"});
   form.suiRows.Add({.caption = "Text", .key = "t"});
@@ -219,7 +219,7 @@ TEST_F(DesktopForms, ARowThatIsAButtonIsPressed) {
   EXPECT_EQ(clicks, 3);
 }
 
-TEST_F(DesktopForms, ARowsButtonMayTakeItsRowAway) {
+TEST_F(DesktopForms, ARowsButtonMayRemoveItsRow) {
   auto& row = form.suiRows.Add({.kind = ItemKind::button, .caption = "Weg", .key = "b"});
   form.onButton = [&] { form.suiRows.Clear(); };
   user.ClickButton(row);
@@ -229,8 +229,8 @@ TEST_F(DesktopForms, ARowsButtonMayTakeItsRowAway) {
   EXPECT_TRUE(form.suiRows.Items().empty());
 }
 
-// As a message box does.
-TEST_F(DesktopForms, AnEventMayLetTimeGoByMeanwhile) {
+// A message box does so.
+TEST_F(DesktopForms, AnEventMayRunItsOwnEventLoop) {
   auto& row = form.suiRows.Add({.kind = ItemKind::color, .caption = "Farbe", .value = "#FF0000"});
   bool ticked = false;
   form.onButton = [&] {
@@ -249,7 +249,7 @@ TEST_F(DesktopForms, AnEventMayLetTimeGoByMeanwhile) {
   ExpectShown();
 }
 
-TEST_F(DesktopForms, AChosenValueMayBeTypedOver) {
+TEST_F(DesktopForms, AChosenValueMayBeOverwritten) {
   auto& list = form.suiRows.Add({.kind = ItemKind::list, .caption = "Liste", .key = "l"});
   list.AddChoice("eins", 1);
   user.Choose(list, "eins");
@@ -273,7 +273,7 @@ TEST_F(DesktopForms, TheTabKeyGoesThroughAColourRow) {
   user.Press(Key::enter);
   EXPECT_EQ(clicks, 2);
   EXPECT_EQ(ToText(row.Value()), "#00FF00");
-  user.Type("z");  // it may be typed over
+  user.Type("z");  // it may be overwritten
   EXPECT_EQ(ToText(row.Value()), "z");
   user.Press(Key::tab);
   user.Press(Key::shiftTab);
@@ -284,7 +284,7 @@ TEST_F(DesktopForms, TheTabKeyGoesThroughAColourRow) {
   EXPECT_EQ(form.Focused(), &form.cboRows);
 }
 
-TEST_F(DesktopForms, AnEditableListOfARowTakesTextAndChoices) {
+TEST_F(DesktopForms, AnEditableListRowAcceptsTextAndChoices) {
   auto& row = form.suiRows.Add({.kind = ItemKind::list, .caption = "Liste", .value = "frei"});
   row.AddChoice("eins", 1);
   row.AddChoice("zwei", 2);

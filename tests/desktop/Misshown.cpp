@@ -70,7 +70,7 @@ class Looker {
       Demand("selected row", RowOf(grid, grid.SelectedItem()), *row);
     const auto value = user_.ShownValue(grid);
     if (!value) return;
-    if (grid.SelectedItem() == nullptr) return Tell("a box is open for no row");
+    if (grid.SelectedItem() == nullptr) return Tell("a box is open without a selected row");
     const std::string held = ToText(grid.SelectedItem()->Value());
     Demand("edited value", ShownText(held, Lines::one, user_.Style()).Units(), *value);
   }
@@ -80,7 +80,7 @@ class Looker {
     for (std::size_t row = 0; row < user_.ShownRecords(grid); ++row)
       for (std::size_t column = 0; column < grid.Columns().size(); ++column)
         Demand("cell", user_.AsShown(grid.Cell(row, column)), user_.ShownCell(grid, row, column));
-    if (user_.ShownSelection(grid) != grid.SelectedRows()) Tell("other rows are selected");
+    if (user_.ShownSelection(grid) != grid.SelectedRows()) Tell("different rows are selected");
   }
   void operator()(Timer& timer) {
     Demand("clock", timer.IsRunning() && timer.Enabled(), user_.ShowsRunning(timer));

@@ -1,4 +1,4 @@
-// Every page on a desktop's widgets.
+// Every page in a desktop's widgets.
 #include <gtest/gtest.h>
 
 #include "tests/desktop/AllForms.h"
@@ -7,7 +7,7 @@
 namespace kvo {
 namespace {
 
-TEST(DesktopPages, TheTabKeyGoesInTheOrderOfDeclaration) {
+TEST(DesktopPages, TheTabKeyFollowsTheOrderOfDeclaration) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
   for (const NamedForm& named : AllForms()) {

@@ -1,4 +1,4 @@
-// The controls whose pages the pictures show.
+// The controls whose pages are shown in the pictures.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,4 @@
-// A form with every kind of control but data grids, for the tests of renderers.
+// A form with every kind of control except data grids, for the tests of renderers.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// The conversations of tests/pages/scripts, held with a desktop's widgets.
+// Runs the scripts of tests/pages/scripts with a desktop's widgets.
 #include <gtest/gtest.h>
 
 #include "tests/desktop/DesktopUser.h"
@@ -9,7 +9,7 @@ namespace {
 
 class DesktopConversation : public testing::TestWithParam<std::string> {};
 
-TEST_P(DesktopConversation, GoesAsWritten) {
+TEST_P(DesktopConversation, SucceedsAsWritten) {
   const std::string script = ReadScript(GetParam());
   ASSERT_FALSE(script.empty());
   Theatre theatre;

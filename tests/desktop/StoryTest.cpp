@@ -1,4 +1,4 @@
-// Random conversations end alike with a desktop's widgets and without any.
+// Random stories have the same result with a desktop's widgets and without.
 #include <gtest/gtest.h>
 
 #include "tests/desktop/DesktopUser.h"
@@ -7,7 +7,7 @@
 namespace kvo {
 namespace {
 
-TEST(Stories, EndOnTheDesktopAsTheyDoWithoutAny) {
+TEST(Stories, EndTheSameWithAndWithoutWidgets) {
   const Renderer widgets = {
       .user = [](HeadlessPlatform& platform, Form& form) -> std::unique_ptr<FormUser> {
         return SitDown(platform, form);

@@ -1,4 +1,4 @@
-// What a widget cannot show is still there after the user was in it.
+// Text that a widget cannot show survives the user's edits.
 #include <gtest/gtest.h>
 
 #include "tests/desktop/DesktopUser.h"
@@ -25,7 +25,7 @@ const std::string kNul("\0", 1);
 
 class TextSurvival : public testing::Test {
  protected:
-  // Shows the text, enters the box, types an "x" behind `before`, and looks at the whole text.
+  // Shows the text, enters the box, types an "x" after `before`, and checks the whole text.
   void TypeInto(EditBox& box, const std::string& before, const std::string& after) {
     SCOPED_TRACE(std::string(box.Name()) + ": " + before + "|" + after);
     box.Text(before + after);
@@ -57,7 +57,7 @@ class TextSurvival : public testing::Test {
   const std::vector<EditBox*> boxes = {&form.txtLine, &form.txtLines, &form.cboFree};
 };
 
-TEST_F(TextSurvival, OfWhatStandsBeforeAndBehindTheCaret) {
+TEST_F(TextSurvival, OfTheTextAroundTheCaret) {
   const std::string awkward[] = {
       "\r\n",         "\r",           "\n", kNul, "\xE2\x80\xA8", "\xE2\x80\xA9", "\xC2\xA0",
       "\xEF\xB7\x90", "\xEF\xBF\xBC", "\t", "😀",  "e\xCC\x81",    "\xFF",         "\x01",
@@ -71,7 +71,7 @@ TEST_F(TextSurvival, OfWhatStandsBeforeAndBehindTheCaret) {
   }
 }
 
-TEST_F(TextSurvival, CharactersOfTwoUnitsAreTypedAsOne) {
+TEST_F(TextSurvival, CharactersWithTwoUnitsAreTypedAsOne) {
   for (EditBox* box : boxes) {
     SCOPED_TRACE(box->Name());
     user.FocusByKeyboard(*box);
@@ -83,7 +83,7 @@ TEST_F(TextSurvival, CharactersOfTwoUnitsAreTypedAsOne) {
   }
 }
 
-TEST_F(TextSurvival, TheEnterKeyIsCrLfInSeveralLinesAndNothingInOne) {
+TEST_F(TextSurvival, EnterIsCrLfInSeveralLinesAndNothingInOne) {
   form.txtLines.Text("ab");
   user.FocusByKeyboard(form.txtLines);
   form.txtLines.SelStart(1);
@@ -98,7 +98,7 @@ TEST_F(TextSurvival, TheEnterKeyIsCrLfInSeveralLinesAndNothingInOne) {
   EXPECT_EQ(form.txtLine.Text(), "ab");
 }
 
-TEST_F(TextSurvival, WhatIsPastedIntoOneLineEndsAtItsFirstBreak) {
+TEST_F(TextSurvival, PastingIntoOneLineStopsAtTheFirstBreak) {
   user.FocusByKeyboard(form.txtLine);
   user.PutOnClipboard("x\r\ny");
   form.txtLine.Text("cd");
@@ -108,7 +108,7 @@ TEST_F(TextSurvival, WhatIsPastedIntoOneLineEndsAtItsFirstBreak) {
   ExpectShown();
 }
 
-TEST_F(TextSurvival, WhatIsPastedIntoSeveralLinesKeepsItsBreaks) {
+TEST_F(TextSurvival, PastingIntoSeveralLinesKeepsBreaks) {
   form.txtLines.Text("cd");
   user.FocusByKeyboard(form.txtLines);
   form.txtLines.SelStart(1);
@@ -118,7 +118,7 @@ TEST_F(TextSurvival, WhatIsPastedIntoSeveralLinesKeepsItsBreaks) {
   ExpectShown();
 }
 
-TEST_F(TextSurvival, WhatIsCopiedIsTheFormsText) {
+TEST_F(TextSurvival, CopyingCopiesTheFormsText) {
   for (const std::string lineBreak : {"\r\n", "\n"}) {
     const std::string text = "a" + lineBreak + kNul + "b";
     form.txtLines.Text(text);
@@ -131,7 +131,7 @@ TEST_F(TextSurvival, WhatIsCopiedIsTheFormsText) {
   }
 }
 
-TEST_F(TextSurvival, WhatIsCutIsWhatWasSelected) {
+TEST_F(TextSurvival, CuttingRemovesTheSelection) {
   form.txtLines.Text("a\r\n\n" + kNul + "b");
   user.FocusByKeyboard(form.txtLines);
   form.txtLines.SelStart(1);
@@ -141,7 +141,7 @@ TEST_F(TextSurvival, WhatIsCutIsWhatWasSelected) {
   EXPECT_EQ(user.OnClipboard(), "\r\n\n");
 }
 
-TEST_F(TextSurvival, TypingOverTheSameIsAChange) {
+TEST_F(TextSurvival, TypingOverTheSameTextIsAChange) {
   form.txtLine.Text("0");
   form.txtLines.Text("0");
   for (TextBox* box : {&form.txtLine, &form.txtLines}) {
@@ -154,7 +154,7 @@ TEST_F(TextSurvival, TypingOverTheSameIsAChange) {
   }
 }
 
-TEST_F(TextSurvival, WhatIsUndoneIsUndoneInTheForm) {
+TEST_F(TextSurvival, UndoingAlsoUndoesInTheForm) {
   for (TextBox* box : {&form.txtLine, &form.txtLines}) {
     SCOPED_TRACE(box->Name());
     box->Text("a\r\nb");
@@ -179,7 +179,7 @@ TEST_F(TextSurvival, OfARowsValue) {
   ExpectShown();
 }
 
-TEST_F(TextSurvival, SelectionsAreKeptInStepBothWays) {
+TEST_F(TextSurvival, SelectionsStayInStepBothWays) {
   form.txtLine.Text("a😀cd");
   user.FocusByKeyboard(form.txtLine);
   form.txtLine.SelStart(1);

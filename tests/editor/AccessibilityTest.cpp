@@ -1,4 +1,4 @@
-// What screen readers hear.
+// What screen readers read aloud.
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QAccessible>
@@ -29,7 +29,7 @@ class AccessibilityTest : public testing::Test {
   QAccessibleInterface* face = nullptr;
 };
 
-TEST_F(AccessibilityTest, ABoxReadsAsWhatItIs) {
+TEST_F(AccessibilityTest, ABoxIsReadAsItsControl) {
   ASSERT_NE(face->textInterface(), nullptr);
   EXPECT_EQ(face->role(), QAccessible::EditableText);
   EXPECT_EQ(face->text(QAccessible::Name), "Quelltext");
@@ -60,7 +60,7 @@ TEST_F(AccessibilityTest, CaretAndSelectionAreTheDocuments) {
   EXPECT_EQ(window->Page().Content().Text().left(3), "neu");
 }
 
-TEST_F(AccessibilityTest, WhatTakesTheFocusHasAName) {
+TEST_F(AccessibilityTest, EveryFocusableWidgetHasAName) {
   int named = 0;
   for (QWidget* widget : window->findChildren<QWidget*>()) {
     const bool input = qobject_cast<QLineEdit*>(widget) || qobject_cast<QComboBox*>(widget) ||

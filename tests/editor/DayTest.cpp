@@ -1,5 +1,5 @@
-// An author's day, by keyboard alone: a new page, all controls, all their pages, everything undone
-// and redone, saved and opened again.
+// An author's day with the keyboard only: a new page, all controls, all their pages, undoing and
+// redoing everything, saving and reopening.
 #include <QApplication>
 #include <QFile>
 #include <QFileDialog>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr char kGolden[] = KVO_SOURCE_DIR "/tests/golden/editor/day.html";
 
-// Who has nothing but keys.
+// A user with nothing but a keyboard.
 class Author {
  public:
   void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
@@ -33,7 +33,7 @@ class Author {
   }
   QWidget* FocusedWidget() {
     if (QApplication::focusWidget() == nullptr) {
-      // The desktop of the tests does not activate what was below a closed dialog.
+      // The tests' desktop does not activate the window below a closed dialog.
       QWidget* dialog = QApplication::activeModalWidget();
       QWidget& top = dialog != nullptr ? *dialog : *window;
       top.activateWindow();
@@ -47,7 +47,7 @@ class Author {
     const QWidget* focused = QApplication::focusWidget();
     return focused == nullptr ? QString() : focused->objectName();
   }
-  // With the tab key to an input.
+  // Presses Tab until an input has the focus.
   void TabTo(const QString& name) {
     for (int press = 0; press < 60 && Focused() != name; ++press) Press(Qt::Key_Tab);
     EXPECT_EQ(Focused().toStdString(), name.toStdString());
@@ -61,7 +61,8 @@ class Author {
 
 using PageEdit = std::function<void(Author&)>;
 
-// What the author does with a tool: its name in the toolbox, and on each page of the control.
+// The author's edits with a tool: its name in the toolbox, and the edit on each page of its
+// control.
 struct Visit {
   QString tool;
   std::vector<PageEdit> pages;
@@ -71,7 +72,7 @@ PageEdit Fill(const QString& name, const QString& text) {
   return [=](Author& author) { author.Replace(name, text); };
 }
 
-// The list's next row.
+// Chooses the list's next row.
 PageEdit ChooseNext(const QString& name) {
   return [=](Author& author) {
     author.TabTo(name);
@@ -81,7 +82,7 @@ PageEdit ChooseNext(const QString& name) {
 
 std::vector<Visit> Day() {
   const PageEdit attribute = [](Author& author) {
-    // The prompt for the name is answered below.
+    // VisitPages() answers the prompt for the name.
     author.TabTo("cmdNew");
     author.Press(Qt::Key_Space);
   };
@@ -120,7 +121,7 @@ std::vector<Visit> Day() {
 class DayTest : public testing::Test {
  protected:
   DayTest() : window(desk.NewWindow()) {
-    // The folder of the page that is to come, with its office.
+    // The new page's folder, with an office.
     desk.Put("office.json",
              R"({"contactFields":[{"sqlName":"City","displayName":"Ort","dataType":0},
                                   {"sqlName":"Age","displayName":"Alter","dataType":1}],
@@ -132,7 +133,7 @@ class DayTest : public testing::Test {
 
   std::string Bytes() const { return window->Page().Content().Bytes(); }
 
-  // Through the pages of the control that was just inserted; OK at the end.
+  // Visits the pages of the control that was just inserted, and ends with OK.
   void VisitPages(const Visit& visit) {
     std::size_t shown = 0;
     WithDialogs(
@@ -145,7 +146,7 @@ class DayTest : public testing::Test {
           if (frame == nullptr) {
             const auto* box = qobject_cast<QMessageBox*>(&dialog);
             ADD_FAILURE() << visit.tool.toStdString() << ": "
-                          << (box ? box->text().toStdString() : "a dialog nobody asked for");
+                          << (box ? box->text().toStdString() : "an unexpected dialog");
             return dialog.close(), void();
           }
           for (const PageEdit& edit : visit.pages) {
@@ -160,7 +161,7 @@ class DayTest : public testing::Test {
     EXPECT_EQ(shown, visit.pages.size()) << visit.tool.toStdString();
   }
 
-  // Answers the file dialog that an action of the menu opens.
+  // Answers the file dialog opened by a menu action.
   void WithFile(const QString& name, int key, Qt::KeyboardModifiers modifiers) {
     WithDialogs(
         [&](QWidget& dialog) {

@@ -1,4 +1,4 @@
-// The design view: follows the source, runs nothing, fetches nothing.
+// The design view follows the source, runs no scripts and fetches nothing.
 #include <QApplication>
 #include <QTcpServer>
 #include <QWebEnginePage>
@@ -19,7 +19,7 @@ class DesignViewTest : public testing::Test {
     ASSERT_TRUE(window->Work().Open(desk.Put("seite.html", bytes)));
     ASSERT_TRUE(WaitForViews(*window));
   }
-  // What an expression is worth in the view.
+  // Returns an expression's value in the view.
   QVariant Evaluate(const QString& expression) {
     std::optional<QVariant> answer;
     window->Design().View().page()->runJavaScript(expression, QWebEngineScript::ApplicationWorld,
@@ -40,7 +40,7 @@ TEST_F(DesignViewTest, ShowsThePageWithItsBoxes) {
   EXPECT_EQ(Evaluate("document.querySelector('svg').getAttribute('aria-label')"), "DTCPrint a");
 }
 
-TEST_F(DesignViewTest, FollowsWhatIsTypedWithoutLoadingAnew) {
+TEST_F(DesignViewTest, FollowsTypingWithoutReloading) {
   Open("<!DOCTYPE html><body><p id=eins>alt</p><p>bleibt</p>");
   Evaluate("document.querySelector('p + p').mark = 1; 0");
   QTextCursor cursor = window->Source().textCursor();
@@ -51,14 +51,14 @@ TEST_F(DesignViewTest, FollowsWhatIsTypedWithoutLoadingAnew) {
   EXPECT_EQ(Evaluate("document.querySelector('#eins').innerHTML"), "neu &amp; <b>fett</b> alt");
   EXPECT_EQ(Evaluate("document.querySelector('p + p').mark"), 1);
   EXPECT_EQ(Evaluate("document.compatMode"), "CSS1Compat");
-  // Another doctype is another document.
+  // Another doctype makes another document.
   window->Source().selectAll();
   QTest::keyClicks(&window->Source(), "<p>x");
   ASSERT_TRUE(WaitForViews(*window));
   EXPECT_EQ(Evaluate("document.compatMode"), "BackCompat");
 }
 
-TEST_F(DesignViewTest, ShowsAsABrowserWouldWhateverWasEdited) {
+TEST_F(DesignViewTest, ShowsEveryEditLikeABrowser) {
   const std::string steps[] = {"<table><tr><td>a</td></tr></table>",
                                "<table><tr><td>a</td><td>b</td></tr></table>",
                                "<ul><li>1<li>2</ul><style>p{color:red}</style>",
@@ -78,7 +78,7 @@ TEST_F(DesignViewTest, ShowsAsABrowserWouldWhateverWasEdited) {
   }
 }
 
-TEST_F(DesignViewTest, ShowsAsABrowserWouldWhatIsTypedIntoTables) {
+TEST_F(DesignViewTest, ShowsTypingInTablesLikeABrowser) {
   const std::string page =
       "<!DOCTYPE html><table><tr><td>eins</td><td id=x>zwei<table><tr><td>innen</td></tr></table>"
       "</td><td>ohne Ende<td>vier</tr></table><p>hinten <b>fett</b></p>" +
@@ -109,7 +109,7 @@ TEST_F(DesignViewTest, ShowsAsABrowserWouldWhatIsTypedIntoTables) {
 
 TEST_F(DesignViewTest, IsReachedAndLeftByKeyboardWithoutTypingIntoTheSource) {
   Open("<body><a href=x>eins</a> " + Print("a", "1") + " <input>");
-  EXPECT_TRUE(window->Source().hasFocus());  // loading a page does not take the keyboard
+  EXPECT_TRUE(window->Source().hasFocus());  // loading a page does not take the focus
   const std::string before = window->Page().Content().Bytes();
   const int caret = window->Source().textCursor().position();
   const auto inDesign = [&] { return window->Design().isAncestorOf(QApplication::focusWidget()); };
@@ -132,7 +132,7 @@ TEST_F(DesignViewTest, IsReachedAndLeftByKeyboardWithoutTypingIntoTheSource) {
   EXPECT_FALSE(window->Source().hasFocus());
 }
 
-TEST_F(DesignViewTest, AClickOnABoxSelectsItInTheSourceAndTheOtherWayRound) {
+TEST_F(DesignViewTest, AClickOnABoxSelectsItInTheSourceAndViceVersa) {
   Open("<p>Text</p>" + Print("a", "1") + "<p>" + Print("b", "2"));
   window->Source().SelectControl(window->Page().Content().EmbeddedParts()[0].position);
   EXPECT_TRUE(WaitFor([&] {
@@ -192,13 +192,13 @@ TEST_F(DesignViewTest, NothingRunsAndNothingIsFetched) {
   EXPECT_EQ(Evaluate("document.title"), "ruhig");
   EXPECT_EQ(Evaluate("document.querySelectorAll('svg[data-kvo]').length"), 1);
   EXPECT_EQ(calls, 0);
-  // The probe itself works: somebody who calls is heard.
+  // Proves that the server would notice a connection.
   QTcpSocket probe;
   probe.connectToHost(QHostAddress::LocalHost, server.serverPort());
   EXPECT_TRUE(WaitFor([&] { return calls == 1; }));
 }
 
-TEST_F(DesignViewTest, PicturesComeFromThePagesFolderAndFromNowhereElse) {
+TEST_F(DesignViewTest, PicturesComeOnlyFromThePagesFolder) {
   QImage picture(3, 2, QImage::Format_RGB32);
   picture.fill(Qt::red);
   ASSERT_TRUE(picture.save(desk.Path("rot.png")));

@@ -1,4 +1,4 @@
-// Drafts: what was typed survives the editor being killed.
+// Drafts: typed text survives a killed editor.
 #include "apps/editor/Drafts.h"
 
 #include <QCoreApplication>
@@ -20,11 +20,11 @@ class DraftTest : public testing::Test {
   Desk desk;
 };
 
-TEST_F(DraftTest, IsThereForTheNextOneOnceItsEditorIsGone) {
+TEST_F(DraftTest, IsAvailableOnceItsEditorIsGone) {
   auto draft = std::make_unique<Draft>(Drafts());
   EXPECT_TRUE(Draft::LeftIn(Drafts()).empty());
   draft->Write(std::string("a\0\xFF", 3), "/seiten/größe.html", "f00");
-  EXPECT_TRUE(Draft::LeftIn(Drafts()).empty());  // its editor is here
+  EXPECT_TRUE(Draft::LeftIn(Drafts()).empty());  // its editor is still running
   draft.reset();
   const auto left = Draft::LeftIn(Drafts());
   ASSERT_EQ(left.size(), 1U);
@@ -45,7 +45,7 @@ TEST_F(DraftTest, LeavesNothingWhenItIsDiscarded) {
   EXPECT_EQ(Files(), QStringList());
 }
 
-TEST_F(DraftTest, SavingAndClosingLeaveNone) {
+TEST_F(DraftTest, SavingAndClosingLeaveNoDraft) {
   const auto window = desk.NewWindow();
   ASSERT_TRUE(window->Work().Open(desk.Put("seite.html", "alt")));
   QTest::keyClicks(&window->Source(), "neu ");
@@ -95,7 +95,7 @@ TEST_F(DraftTest, AKilledEditorLosesNothing) {
   EXPECT_EQ(desk.Bytes("seite.html"), edited);
 }
 
-TEST_F(DraftTest, AFileThatChangedSinceIsNotOverwrittenUnasked) {
+TEST_F(DraftTest, AFileChangedSinceIsNotOverwrittenWithoutAsking) {
   {
     const auto window = desk.NewWindow();
     ASSERT_TRUE(window->Work().Open(desk.Put("seite.html", "alt")));

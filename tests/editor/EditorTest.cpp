@@ -10,10 +10,10 @@
 
 #include "host/registration/classes.h"
 
-// The browser gives some objects back by the size of their base class.
+// The browser frees some objects with the size of their base class.
 extern "C" const char* __asan_default_options();
 extern "C" const char* __asan_default_options() { return "new_delete_type_mismatch=0"; }
-// What the browser and the font library never give back at the end is not ours.
+// Ignores memory that the browser and the font library never free.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
   return "leak:libQt6WebEngineCore\nleak:libfontconfig\n";
@@ -76,8 +76,8 @@ bool WaitForViews(MainWindow& window) {
 void WithDialogs(const std::function<void(QWidget&)>& answer, const std::function<void()>& during) {
   QObject end;
   QList<QPointer<QWidget>> answered;
-  // A new timer each time: one that is on its way does not come again, and an answer may open the
-  // next dialog.
+  // Makes a new timer each time: an answer may open the next dialog, and a timer does not fire
+  // again during its own event.
   std::function<void()> look = [&] {
     QTimer::singleShot(20, &end, look);
     QWidget* dialog = QApplication::activeModalWidget();

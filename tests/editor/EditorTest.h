@@ -1,4 +1,4 @@
-// What the tests of the editor share: the real window on pages in a folder of the test's own.
+// Shared by the tests of the editor: opens the real window for pages in a temporary folder.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,18 +18,18 @@
 
 namespace kvo::editor {
 
-// Where the tests' settings and drafts are: forgotten with it.
+// Holds the tests' settings and drafts, and deletes them on destruction.
 class Desk {
  public:
   Desk();
 
-  // A file in the folder.
+  // Writes a file in the folder and returns its path.
   QString Put(const QString& name, const std::string& bytes) const;
   std::string Bytes(const QString& name) const;
   QString Path(const QString& name) const { return folder_.filePath(name); }
 
   QtPlatform platform;
-  // Of the windows' shops; none unless a test says so.
+  // Opens the windows' shops; none by default.
   office::ConnectionFactory connections;
   std::unique_ptr<MainWindow> NewWindow();
 
@@ -38,19 +38,19 @@ class Desk {
   PlatformScope scope_;
 };
 
-// A print control as an element.
+// Returns a print control's element.
 std::string Print(const std::string& id, const std::string& value);
 
-// Waits until something holds; false after ten seconds.
+// Waits until `holds` returns true; returns false after ten seconds.
 bool WaitFor(const std::function<bool()>& holds);
-// Until the analysis and the design view show the page as it is.
+// Waits until the analysis and the design view show the current page.
 bool WaitForViews(MainWindow& window);
 
-// While `during` runs, each modal window that opens is handed to `answer`, which has to close it;
-// those that it opens itself, too.
+// While `during` runs, passes each modal window that opens to `answer`, which must close it.
+// Includes windows that `answer` itself opens.
 void WithDialogs(const std::function<void(QWidget& dialog)>& answer,
                  const std::function<void()>& during);
-// Presses the button with a caption of the modal window.
+// Presses the button with this caption in the modal window.
 void PressButton(QWidget& dialog, const QString& caption);
 
 }  // namespace kvo::editor

@@ -1,4 +1,5 @@
-// The document behind the source view: in step with the page's text, undone and redone by name.
+// The document behind the source view: stays in step with the page's text, and names its undo
+// steps.
 #include "apps/editor/PageDocument.h"
 
 #include <QTextBlock>
@@ -31,7 +32,7 @@ class PageDocumentTest : public testing::Test {
   PageDocument page;
 };
 
-TEST_F(PageDocumentTest, HoldsWhatWasLoaded) {
+TEST_F(PageDocumentTest, ContainsTheLoadedPage) {
   const std::string bytes = "\xEF\xBB\xBF<p>\r\n\xFF" + Print("a", "1") + "\r\n\n</p>";
   Load(bytes);
   EXPECT_EQ(Bytes(), bytes);
@@ -41,7 +42,7 @@ TEST_F(PageDocumentTest, HoldsWhatWasLoaded) {
 }
 
 TEST_F(PageDocumentTest, NothingOutsideAnEditChanges) {
-  // A mark says that it is in UTF-8, whatever bytes it holds.
+  // A byte order mark declares UTF-8, whatever bytes follow.
   const std::string before =
       "\xEF\xBB\xBF"
       "eins\r\nzwei\n\xFF\rdrei " +
@@ -53,14 +54,14 @@ TEST_F(PageDocumentTest, NothingOutsideAnEditChanges) {
   EXPECT_EQ(Bytes(), before + "ö!" + after);
 }
 
-TEST_F(PageDocumentTest, TextBesideAControlIsText) {
+TEST_F(PageDocumentTest, TextNextToAControlIsText) {
   Load(Print("a", "1"));
   Type(1, "dahinter");
   Type(0, "davor");
   EXPECT_EQ(Bytes(), "davor" + Print("a", "1") + "dahinter");
 }
 
-TEST_F(PageDocumentTest, ANewLineEndsAsThePagesOthersDo) {
+TEST_F(PageDocumentTest, ANewLineBreakMatchesThePagesOthers) {
   Load("a\r\nb\r\nc\nd");
   Type(1, "\n");
   EXPECT_EQ(Bytes(), "a\r\n\r\nb\r\nc\nd");
@@ -95,7 +96,7 @@ TEST_F(PageDocumentTest, StepsHaveNames) {
   EXPECT_EQ(page.RedoName(), "");
 }
 
-TEST_F(PageDocumentTest, WhatSavingChangesIsUndoneWithTheStepBefore) {
+TEST_F(PageDocumentTest, SavingIsUndoneWithTheStepBeforeIt) {
   Load("x" + Print("a", "1"));
   Type(0, "y");
   page.TakeOver(PageText("yx" + Print("a", "gespeichert")), {});
@@ -109,7 +110,7 @@ TEST_F(PageDocumentTest, WhatSavingChangesIsUndoneWithTheStepBefore) {
   EXPECT_EQ(Bytes(), "yx" + Print("a", "gespeichert"));
 }
 
-TEST_F(PageDocumentTest, ReplacingAllTouchesOnlyWhatDiffers) {
+TEST_F(PageDocumentTest, ReplacingAllChangesOnlyTheDifferences) {
   Load("a\r\nb\nc " + Print("a", "1") + " d\r\n");
   QTextCursor mark(page.Document());
   mark.setPosition(1);
@@ -135,7 +136,7 @@ TEST_F(PageDocumentTest, KnowsItsControls) {
   EXPECT_EQ(page.FreeId("Preis"), "Preis2");
 }
 
-// What the document itself says, read without the page's text.
+// Reads the text from the document itself, without the page's text.
 QString RawText(const QTextDocument& document) {
   QString text;
   for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
@@ -148,7 +149,7 @@ QString RawText(const QTextDocument& document) {
 TEST_F(PageDocumentTest, StaysInStepThroughAnyEdits) {
   const std::string pieces[] = {
       "ab", "\r\n", "\n", "\r", "\xFF", "ä€", "\x01", Print("p", "1"), Print("q", "&amp;"), "<b>"};
-  std::mt19937 random(20);  // the same edits at every run
+  std::mt19937 random(20);  // the same edits in every run
   const auto below = [&](int limit) {
     return std::uniform_int_distribution<int>(0, limit - 1)(random);
   };
@@ -177,7 +178,7 @@ TEST_F(PageDocumentTest, StaysInStepThroughAnyEdits) {
         }
       }
       ASSERT_EQ(page.Content().Text(), RawText(*page.Document()));
-      // Each embedded character has its part, and no part is without its character.
+      // Every embedded character has a part, and every part has a character.
       int characters = 0;
       for (int at = 0; at < page.Content().Text().size(); ++at)
         if (page.Content().Text()[at] == kEmbeddedCharacter) {

@@ -1,4 +1,4 @@
-// A page that becomes text for the editor and bytes again.
+// Converts a page to text for the editor, and back to bytes.
 #include "apps/editor/PageText.h"
 
 #include <filesystem>
@@ -24,7 +24,7 @@ class PageTextTest : public testing::Test {
   Desk desk_;
 };
 
-TEST_F(PageTextTest, AnyBytesComeOutAgain) {
+TEST_F(PageTextTest, AnyBytesAreRestored) {
   std::string all;
   for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
   const std::string control = kPrint;
@@ -62,7 +62,7 @@ TEST_F(PageTextTest, AnyBytesComeOutAgain) {
     EXPECT_EQ(PageText(page).Bytes(), page) << testing::PrintToString(page);
 }
 
-TEST_F(PageTextTest, EveryPageOfTheFuzzersComesOutAgain) {
+TEST_F(PageTextTest, EveryPageOfTheFuzzersIsRestored) {
   std::size_t pages = 0;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(
            std::filesystem::path(KVO_SOURCE_DIR) / "fuzz/corpus")) {
@@ -86,7 +86,7 @@ TEST_F(PageTextTest, AControlIsOneCharacter) {
   EXPECT_EQ(text.At(2), nullptr);
 }
 
-TEST_F(PageTextTest, WhatIsNoControlStaysText) {
+TEST_F(PageTextTest, InvalidControlsStayText) {
   const std::string broken =
       "<object classid=\"progid:KVOPDesignObjects.DTCElement\"><param name=\"opening-tag-only\" "
       "value=\"vielleicht\"></object>";
@@ -98,7 +98,7 @@ TEST_F(PageTextTest, WhatIsNoControlStaysText) {
   }
 }
 
-TEST_F(PageTextTest, OnlyUnusualLineBreaksArePutAside) {
+TEST_F(PageTextTest, OnlyUnusualLineBreaksAreRemembered) {
   const PageText text("a\r\nb\r\nc\nd");
   EXPECT_EQ(text.LineBreak(), "\r\n");
   EXPECT_EQ(text.Text(), QString::fromUtf8("a\u2029b\u2029c\u2029d"));
@@ -107,14 +107,14 @@ TEST_F(PageTextTest, OnlyUnusualLineBreaksArePutAside) {
   EXPECT_EQ(text.EmbeddedParts()[0].position, 5);
 }
 
-TEST_F(PageTextTest, WhatThePagesEncodingLacksBecomesAReference) {
+TEST_F(PageTextTest, CharactersMissingInTheEncodingBecomeReferences) {
   PageText text(Declared("iso-8859-1", "x"));
   const int end = static_cast<int>(text.Text().size());
   text.Replace(end, 0, QString::fromUtf8("ä€😀"), {});
   EXPECT_EQ(text.Bytes(), Declared("iso-8859-1", "x\xE4&#8364;&#128512;"));
 }
 
-TEST_F(PageTextTest, PlacesLeadFromCharactersToBytesAndBack) {
+TEST_F(PageTextTest, PlacesMapCharactersToBytesAndBack) {
   std::string page = "\xEF\xBB\xBF<p>ä€😀\r\n";
   for (int line = 0; line < 3000; ++line) page += "Zeile ü " + std::to_string(line) + "\n";
   page += std::string("\xFF") + kPrint + "\r" + kPrint + "Ende";
@@ -130,14 +130,14 @@ TEST_F(PageTextTest, PlacesLeadFromCharactersToBytesAndBack) {
     before = offset;
   }
   EXPECT_EQ(places.OffsetOf(static_cast<int>(text.Text().size())), page.size());
-  // Every byte of a control leads to its character.
+  // Every byte of a control maps to its character.
   const int control = static_cast<int>(text.Text().indexOf(kEmbeddedCharacter, 5));
   const std::size_t begin = page.find("<object");
   EXPECT_EQ(places.PositionOf(begin + 10), text.EmbeddedParts()[2].position);
   EXPECT_EQ(text.EmbeddedParts()[1].position, control);
 }
 
-TEST_F(PageTextTest, AFragmentIsReadInUtf8AndMadeForItsPage) {
+TEST_F(PageTextTest, AFragmentIsReadAsUtf8AndEncodedForItsPage) {
   const PageText target(Declared("windows-1252", ""));
   const std::string fragment =
       "ä<object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"Über\"><param name=\"value\" "
@@ -177,7 +177,7 @@ TEST_F(PageTextTest, AnEditedControlIsASavedSpan) {
             "value=\"\"></object>--><kv:print value=\"neu\"/><!--KVO CONTROL ENDSPAN 1-->");
 }
 
-TEST_F(PageTextTest, TextThatWasEditedByHandGoesOnlyWithConsent) {
+TEST_F(PageTextTest, HandEditedTextIsReplacedOnlyWithConsent) {
   const ControlSource source = SourceOf(Span("von Hand"));
   const auto control = source.Load();
   control->Let("Value", "neu");
@@ -188,7 +188,7 @@ TEST_F(PageTextTest, TextThatWasEditedByHandGoesOnlyWithConsent) {
   EXPECT_FALSE(edited->contains("von Hand"));
 }
 
-TEST_F(PageTextTest, AValueThatThePageCannotHoldIsKeptInAnElement) {
+TEST_F(PageTextTest, AValueThatThePageCannotEncodeStaysAnElement) {
   const std::string page = Declared("iso-8859-1", "");
   const ControlSource source(kPrint, PageText(page).Encoding());
   const auto control = source.Load();
@@ -199,7 +199,7 @@ TEST_F(PageTextTest, AValueThatThePageCannotHoldIsKeptInAnElement) {
   EXPECT_EQ(ToText(ControlSource(*edited, PageText(page).Encoding()).Load()->Get("Value")), "€");
 }
 
-TEST_F(PageTextTest, AnotherIdKeepsAttributesAndValues) {
+TEST_F(PageTextTest, ANewIdKeepsAttributesAndValues) {
   const ControlSource source = SourceOf(
       "<object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"a\" title=\"T&amp;T\" "
       "declare><param name=\"value\" value=\"x\"></object>");

@@ -1,4 +1,4 @@
-// Takes pictures of the editor's window: kvo_editor_pictures FOLDER [dark]. The scale is Qt's own
+// Takes pictures of the editor's window: kvo_editor_pictures FOLDER [dark]. Qt sets the scale
 // (QT_SCALE_FACTOR).
 #include <QApplication>
 #include <QDir>
@@ -36,7 +36,7 @@ QPalette DarkPalette() {
   return palette;
 }
 
-// Takes its pictures one after the other, each under its name.
+// Takes pictures one after the other, each with a name.
 class Studio {
  public:
   Studio(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {
@@ -97,7 +97,7 @@ class Studio {
     QTest::qWait(300);
     Save(name, window_->grab());
   }
-  // The dialog over the window, which closes it again.
+  // Takes a picture of a dialog above the window, and closes the dialog.
   void ShootDialog(const QString& name, const std::function<void()>& open) {
     bool seen = false;
     WithDialogs(
@@ -149,6 +149,6 @@ int main(int argc, char** argv) {
   QString suffix = dark ? "-dark" : "";
   if (application.devicePixelRatio() > 1) suffix += "-200";
   if (Studio(folder, suffix).TakeAll()) return 0;
-  std::cerr << "Not every picture could be taken.\n";
+  std::cerr << "Some pictures could not be taken.\n";
   return 1;
 }

@@ -1,5 +1,5 @@
-// Controls where HTML sees none: they are not inserted, and what can stand there instead is
-// offered.
+// Controls where HTML has no elements: the editor does not insert them, and suggests a text that
+// fits instead.
 #include <QApplication>
 #include <QClipboard>
 #include <QDropEvent>
@@ -19,10 +19,10 @@ namespace {
 struct HiddenPlace {
   std::string before;
   std::string after;
-  // With the text that is offered, when that changes what is around it.
+  // The surroundings with the suggested text, if it changes them.
   std::string newBefore = {};
   std::string newAfter = {};
-  const char* called = "";  // in the question
+  const char* called = "";  // its name in the question
 };
 
 const HiddenPlace kPlaces[] = {
@@ -41,7 +41,7 @@ const HiddenPlace kPlaces[] = {
     {"<a href=\"", "\">", "<a href='", "'>", "im Wert eines Attributs \"href\", der in Zeile 3"},
 };
 
-// In the file it has two lines, in the source view it is one character.
+// Two lines in the file, but one character in the source view.
 const std::string kTwoLines =
     "<object classid=\"progid:KVOPDesignObjects.DTCPrint\" id=\"a\"\n><param name=\"value\" "
     "value=\"0\"></object>\r\n\r\n";
@@ -66,7 +66,7 @@ class PlacementTest : public testing::Test {
     cursor.setPosition(position);
     Source().setTextCursor(cursor);
   }
-  // Answers the one question or message that comes meanwhile, and hands it back.
+  // Answers the single question or message shown during `during`, and returns its text.
   QString Answered(const QString& button, const std::function<void()>& during) {
     QStringList said;
     WithDialogs(
@@ -101,7 +101,7 @@ class PlacementTest : public testing::Test {
   void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::keyClick(&Source(), static_cast<Qt::Key>(key), modifiers);
   }
-  // Where a drop lands at a position.
+  // Drops data at a position.
   Qt::DropAction Drop(const QMimeData& data, int position) {
     QTextCursor cursor(Source().document());
     cursor.setPosition(position);
@@ -117,7 +117,7 @@ class PlacementTest : public testing::Test {
   std::unique_ptr<MainWindow> window;
 };
 
-TEST_F(PlacementTest, ATagIsOfferedInPlaceOfAControlThatCannotStandThere) {
+TEST_F(PlacementTest, ATagIsSuggestedWhereNoControlCanBe) {
   const int tool = ToolOf("DTCViewtracker");
   const std::string text = "<kv:viewtracker/>";
   for (const HiddenPlace& place : kPlaces) {
@@ -144,7 +144,7 @@ TEST_F(PlacementTest, ATagIsOfferedInPlaceOfAControlThatCannotStandThere) {
 TEST_F(PlacementTest, PastedControlsBecomeTheirTags) {
   QApplication::clipboard()->setText(QString::fromStdString("x" + kNumber + "y"));
   for (const HiddenPlace& place : kPlaces) {
-    // The text around it is pasted as well, so that the quotes stay as they are.
+    // The text around it is pasted as well, so the quotes stay unchanged.
     if (!place.newBefore.empty()) continue;
     SCOPED_TRACE(place.before);
     Open(kTwoLines + place.before, place.after);
@@ -158,7 +158,7 @@ TEST_F(PlacementTest, PastedControlsBecomeTheirTags) {
   }
 }
 
-TEST_F(PlacementTest, AValueInDoubleQuotesGetsSingleOnes) {
+TEST_F(PlacementTest, ADoubleQuotedValueGetsSingleQuotes) {
   QApplication::clipboard()->setText(QString::fromStdString(kNumber));
   for (const HiddenPlace& place : kPlaces) {
     if (place.newBefore.empty()) continue;
@@ -173,13 +173,13 @@ TEST_F(PlacementTest, AValueInDoubleQuotesGetsSingleOnes) {
     Press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(Bytes(), kTwoLines + place.before + place.after);
   }
-  // Single quotes would end there.
+  // A single quote in the value would end it.
   Open("<a title=\"it's ", "\">");
   Answered("OK", [&] { Press(Qt::Key_V, Qt::ControlModifier); });
   ExpectUntouched("<a title=\"it's \">");
 }
 
-TEST_F(PlacementTest, WhatIsMoreThanATagIsNotOffered) {
+TEST_F(PlacementTest, OnlyASingleTagIsSuggested) {
   const int tool = ToolOf("DTCScript");
   for (const HiddenPlace& place : kPlaces) {
     SCOPED_TRACE(place.before);
@@ -190,14 +190,14 @@ TEST_F(PlacementTest, WhatIsMoreThanATagIsNotOffered) {
   }
 }
 
-TEST_F(PlacementTest, WhatIsReplacedDecidesToo) {
-  // Without the end of the comment, the place is inside of it.
+TEST_F(PlacementTest, TheReplacedTextAlsoMatters) {
+  // Replaces the comment's end, which leaves the insertion inside the comment.
   Open("<!-- a", " --> b --> c");
   QTextCursor cursor = Source().textCursor();
   cursor.setPosition(cursor.position() + 4, QTextCursor::KeepAnchor);
   Source().setTextCursor(cursor);
   Answered("Abbrechen", [&] { window->Tools().onInsert(ToolOf("DTCViewtracker")); });
-  // With the whole comment replaced, it is not.
+  // Replaces the whole comment, which leaves the insertion in content.
   Open("", "<!-- a --> b");
   cursor = Source().textCursor();
   cursor.setPosition(10, QTextCursor::KeepAnchor);
@@ -206,7 +206,7 @@ TEST_F(PlacementTest, WhatIsReplacedDecidesToo) {
   EXPECT_TRUE(window->Page().IsControl(0));
 }
 
-TEST_F(PlacementTest, AControlStandsBesideSuchPlaces) {
+TEST_F(PlacementTest, AControlFitsNextToSuchPlaces) {
   for (const HiddenPlace& place : kPlaces) {
     SCOPED_TRACE(place.before);
     Open("", place.before + place.after + "<p>");
@@ -218,7 +218,7 @@ TEST_F(PlacementTest, AControlStandsBesideSuchPlaces) {
   }
 }
 
-TEST_F(PlacementTest, ADroppedToolAsksOnceTheDragIsOver) {
+TEST_F(PlacementTest, ADroppedToolAsksAfterTheDrag) {
   const std::string page = "ab<!-- c --> d";
   Open("", page);
   QMimeData data;
@@ -233,7 +233,7 @@ TEST_F(PlacementTest, ADroppedToolAsksOnceTheDragIsOver) {
   EXPECT_TRUE(window->Page().IsControl(1));
 }
 
-TEST_F(PlacementTest, ADroppedPartOfAPageAsksOnceTheDragIsOver) {
+TEST_F(PlacementTest, ADroppedPartOfAPageAsksAfterTheDrag) {
   const std::string page = "ab<!-- c --> d";
   Open("", page);
   QMimeData data;
@@ -248,7 +248,7 @@ TEST_F(PlacementTest, ADroppedPartOfAPageAsksOnceTheDragIsOver) {
   EXPECT_EQ(Bytes(), "ax" + kNumber + "b<!-- c --> d");
 }
 
-TEST_F(PlacementTest, WhatIsHiddenLaterIsAnErrorOfSavingAndPublishing) {
+TEST_F(PlacementTest, AControlHiddenLaterIsAnErrorOnSavingAndPublishing) {
   Open("", kTwoLines + "\r\n" + kNumber);
   StandAt(4);
   QTest::keyClicks(&Source(), "<!-- ");
@@ -258,7 +258,7 @@ TEST_F(PlacementTest, WhatIsHiddenLaterIsAnErrorOfSavingAndPublishing) {
   }));
   QString said = Answered("Probleme zeigen", [&] { EXPECT_FALSE(window->Work().Save()); });
   EXPECT_TRUE(said.contains("4:6: Fehler: DTCPrint \"p\"")) << said.toStdString();
-  // Not the line of the file.
+  // The line in the source view, not in the file.
   EXPECT_TRUE(said.contains("in einem Kommentar, der in Zeile 4 beginnt")) << said.toStdString();
   EXPECT_TRUE(window->Problems().model()->index(0, 2).data().toString().contains(
       "in einem Kommentar, der in Zeile 4 beginnt"));

@@ -1,4 +1,5 @@
-// The session without a window. First what would lose an author's work, or that of others.
+// The session without a window. The first tests cover the loss of work, the author's or somebody
+// else's.
 #include "apps/editor/Session.h"
 
 #include <QDir>
@@ -10,12 +11,12 @@
 namespace kvo::editor {
 namespace {
 
-// A user who has nothing but answers, each known by what is written on its button.
+// A user who only gives answers, each identified by its button's caption.
 class Author final : public SessionUser {
  public:
   std::deque<QString> answers;
-  QString chosen;                    // the file, when one is asked for
-  std::function<void()> whileAsked;  // what happens before the answer
+  QString chosen;                    // the file, when a question asks for one
+  std::function<void()> whileAsked;  // runs before the answer
   QStringList asked, told, notes;
   int shownProblems = 0;
 
@@ -32,7 +33,7 @@ class Author final : public SessionUser {
     EXPECT_LT(question.preset, question.answers.size());
     EXPECT_NE(question.answers[question.preset].kind, Answer::Kind::destroys);
     if (whileAsked) std::exchange(whileAsked, {})();
-    EXPECT_TRUE(answer) << "no such answer: " << question.text.toStdString();
+    EXPECT_TRUE(answer) << "unknown answer: " << question.text.toStdString();
     if (!answers.empty()) answers.pop_front();
     return answer.value_or(question.preset);
   }
@@ -54,9 +55,11 @@ constexpr char kBroken[] = "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\"
 class SessionTest : public testing::Test {
  protected:
   SessionTest() { session->New(); }
-  ~SessionTest() override { EXPECT_TRUE(author.answers.empty()) << "not everything was asked"; }
+  ~SessionTest() override {
+    EXPECT_TRUE(author.answers.empty()) << "some questions were not asked";
+  }
 
-  // Opens a file with these bytes and types in front of them.
+  // Opens a file with these bytes and types before them.
   void OpenAndType(const std::string& bytes, const QString& typed = "neu ") {
     ASSERT_TRUE(session->Open(desk.Put("seite.html", bytes)));
     Type(typed);
@@ -69,7 +72,7 @@ class SessionTest : public testing::Test {
   bool IsModified() const { return session->Page().IsModified(); }
 
   QString Drafts() const { return desk.Path("drafts"); }
-  // The bytes of all drafts there are.
+  // Returns the bytes of all drafts.
   std::vector<std::string> DraftBytes() const {
     std::vector<std::string> drafts;
     for (const QString& name : QDir(Drafts()).entryList({"*.page"}, QDir::Files))
@@ -79,7 +82,7 @@ class SessionTest : public testing::Test {
   bool WaitForDraft() const {
     return WaitFor([this] { return DraftBytes() == std::vector{Bytes()}; });
   }
-  // A folder where the session's draft would be.
+  // Blocks the session's draft with a folder of that name.
   void BlockDraft() const {
     for (const QString& lock : QDir(Drafts()).entryList({"*.lock"}))
       EXPECT_TRUE(QDir(Drafts()).mkpath(QString(lock).replace(".lock", ".page") + "/x"));
@@ -91,9 +94,9 @@ class SessionTest : public testing::Test {
       std::make_unique<Session>(author, Session::Places{desk.Path("drafts"), {}});
 };
 
-// --- what would lose work ---
+// --- losing work ---
 
-TEST_F(SessionTest, WhatOthersWroteIsOverwrittenOnlyWithConsent) {
+TEST_F(SessionTest, AForeignChangeIsOverwrittenOnlyWithConsent) {
   OpenAndType("alt");
   desk.Put("seite.html", "von anderen");
   author.answers = {"Abbrechen"};
@@ -106,7 +109,7 @@ TEST_F(SessionTest, WhatOthersWroteIsOverwrittenOnlyWithConsent) {
   EXPECT_FALSE(IsModified());
 }
 
-TEST_F(SessionTest, ASaveThatFailsKeepsPageNameAndDraft) {
+TEST_F(SessionTest, AFailedSaveKeepsPageNameAndDraft) {
   OpenAndType("alt");
   ASSERT_TRUE(WaitForDraft());
   EXPECT_FALSE(session->SaveAs(desk.Path("fehlt/seite.html")));
@@ -117,7 +120,7 @@ TEST_F(SessionTest, ASaveThatFailsKeepsPageNameAndDraft) {
   EXPECT_TRUE(WaitForDraft());
 }
 
-TEST_F(SessionTest, NothingGivesUnsavedWorkUpUnasked) {
+TEST_F(SessionTest, UnsavedWorkIsNeverDroppedWithoutAsking) {
   OpenAndType("alt");
   const QString other = desk.Put("andere.html", "andere");
   author.answers = {"Abbrechen", "Abbrechen", "Abbrechen"};
@@ -129,7 +132,7 @@ TEST_F(SessionTest, NothingGivesUnsavedWorkUpUnasked) {
   EXPECT_TRUE(WaitForDraft());
 }
 
-TEST_F(SessionTest, WhoWantsToSaveFirstDoesNotGoOnBeforeItIsSaved) {
+TEST_F(SessionTest, AnActionThatSavesFirstStopsIfSavingFails) {
   OpenAndType(kBroken);
   author.answers = {"Speichern", "Probleme zeigen"};
   EXPECT_FALSE(session->End());
@@ -139,7 +142,7 @@ TEST_F(SessionTest, WhoWantsToSaveFirstDoesNotGoOnBeforeItIsSaved) {
   author.answers = {"Verwerfen"};
   session->New();
   Type("nie gespeichert");
-  author.answers = {"Speichern"};  // and then no file is chosen
+  author.answers = {"Speichern"};  // and then chooses no file
   EXPECT_FALSE(session->Open(desk.Path("seite.html")));
   EXPECT_TRUE(session->File().Name().isEmpty());
   EXPECT_TRUE(Bytes().starts_with("nie gespeichert"));
@@ -150,7 +153,7 @@ TEST_F(SessionTest, WhoWantsToSaveFirstDoesNotGoOnBeforeItIsSaved) {
   EXPECT_TRUE(desk.Bytes("neu.html").starts_with("nie gespeichert"));
 }
 
-TEST_F(SessionTest, WhatCannotBeOpenedTakesNothingFromThePage) {
+TEST_F(SessionTest, AFailedOpenKeepsThePage) {
   OpenAndType("alt");
   ASSERT_TRUE(WaitForDraft());
   author.answers = {"Verwerfen", "Verwerfen"};
@@ -163,7 +166,7 @@ TEST_F(SessionTest, WhatCannotBeOpenedTakesNothingFromThePage) {
   EXPECT_TRUE(WaitForDraft());
 }
 
-TEST_F(SessionTest, AChangeOutsideIsAskedForOnceAndMayBeRefused) {
+TEST_F(SessionTest, AChangeOnDiskIsAskedAboutOnceAndMayBeRefused) {
   OpenAndType("alt");
   desk.Put("seite.html", "von anderen");
   author.answers = {"Behalten"};
@@ -176,11 +179,11 @@ TEST_F(SessionTest, AChangeOutsideIsAskedForOnceAndMayBeRefused) {
   QTest::qWait(400);
   EXPECT_EQ(author.asked.size(), 1);
   EXPECT_EQ(Bytes(), "neu alt");
-  EXPECT_TRUE(session->Save()) << "that has been answered";
+  EXPECT_TRUE(session->Save()) << "the question was already answered";
   EXPECT_EQ(desk.Bytes("seite.html"), "neu alt");
 }
 
-TEST_F(SessionTest, APageThatIsKeptWhileItsFileChangedCountsAsUnsaved) {
+TEST_F(SessionTest, KeepingAPageWhoseFileChangedMakesItUnsaved) {
   ASSERT_TRUE(session->Open(desk.Put("seite.html", "alt")));
   desk.Put("seite.html", "von anderen");
   author.answers = {"Behalten", "Abbrechen"};
@@ -189,7 +192,7 @@ TEST_F(SessionTest, APageThatIsKeptWhileItsFileChangedCountsAsUnsaved) {
   EXPECT_EQ(Bytes(), "alt");
 }
 
-TEST_F(SessionTest, WhatIsReloadedLeavesNoDraftOfWhatWasThere) {
+TEST_F(SessionTest, ReloadingRemovesTheDraft) {
   OpenAndType("alt");
   ASSERT_TRUE(WaitForDraft());
   desk.Put("seite.html", "von anderen");
@@ -199,7 +202,7 @@ TEST_F(SessionTest, WhatIsReloadedLeavesNoDraftOfWhatWasThere) {
   EXPECT_TRUE(DraftBytes().empty());
 }
 
-TEST_F(SessionTest, AFileThatCannotBeReloadedIsStillNotOverwrittenUnasked) {
+TEST_F(SessionTest, AfterAFailedReloadTheFileIsNotOverwrittenWithoutAsking) {
   OpenAndType("alt");
   desk.Put("seite.html", kUtf16Page);
   author.answers = {"Neu laden", "Abbrechen"};
@@ -210,7 +213,7 @@ TEST_F(SessionTest, AFileThatCannotBeReloadedIsStillNotOverwrittenUnasked) {
   EXPECT_EQ(desk.Bytes("seite.html"), kUtf16Page);
 }
 
-TEST_F(SessionTest, AFileThatIsGoneIsWrittenAgain) {
+TEST_F(SessionTest, AMissingFileIsWrittenAgain) {
   OpenAndType("alt");
   QFile::remove(desk.Path("seite.html"));
   session->LookAtFile();
@@ -220,7 +223,7 @@ TEST_F(SessionTest, AFileThatIsGoneIsWrittenAgain) {
   EXPECT_EQ(desk.Bytes("seite.html"), "neu alt");
 }
 
-TEST_F(SessionTest, PublishingNeverTakesThePagesPlace) {
+TEST_F(SessionTest, PublishingNeverReplacesThePage) {
   const std::string page = Print("a", "1");
   ASSERT_TRUE(session->Open(desk.Put("seite.html", page)));
   std::filesystem::create_symlink(desk.Path("seite.html").toStdString(),
@@ -233,7 +236,7 @@ TEST_F(SessionTest, PublishingNeverTakesThePagesPlace) {
   EXPECT_EQ(desk.Bytes("fertig.html"), "<kv:print value=\"1\"/>");
 }
 
-TEST_F(SessionTest, ErrorsNeverKeepWorkFromBeingSaved) {
+TEST_F(SessionTest, ErrorsNeverPreventSavingWork) {
   OpenAndType(kBroken);
   author.answers = {"Trotzdem speichern"};
   EXPECT_TRUE(session->Save());
@@ -249,7 +252,7 @@ TEST_F(SessionTest, ErrorsNeverKeepWorkFromBeingSaved) {
 
 // --- drafts ---
 
-TEST_F(SessionTest, ASessionThatEndsOfItselfLeavesItsDraft) {
+TEST_F(SessionTest, ASessionThatEndsUnexpectedlyLeavesItsDraft) {
   OpenAndType("alt");
   ASSERT_TRUE(WaitForDraft());
   session.reset();
@@ -259,7 +262,7 @@ TEST_F(SessionTest, ASessionThatEndsOfItselfLeavesItsDraft) {
   EXPECT_EQ(Draft::Read(left[0]), "neu alt");
 }
 
-TEST_F(SessionTest, SavingOrAnEndThatIsWantedLeavesNone) {
+TEST_F(SessionTest, SavingOrEndingOnPurposeLeavesNoDraft) {
   OpenAndType("alt");
   ASSERT_TRUE(WaitForDraft());
   EXPECT_TRUE(session->Save());
@@ -271,7 +274,7 @@ TEST_F(SessionTest, SavingOrAnEndThatIsWantedLeavesNone) {
   EXPECT_TRUE(DraftBytes().empty());
 }
 
-TEST_F(SessionTest, ADraftIsOfferedUntilItStandsInTheSessionsOwn) {
+TEST_F(SessionTest, ADraftIsOfferedUntilTheSessionTakesItOver) {
   { Draft(Drafts()).Write("getippt", desk.Path("seite.html"), "f00"); }
   author.answers = {"Wiederherstellen"};
   EXPECT_TRUE(session->OfferDrafts());
@@ -279,15 +282,15 @@ TEST_F(SessionTest, ADraftIsOfferedUntilItStandsInTheSessionsOwn) {
   EXPECT_TRUE(IsModified());
   EXPECT_EQ(session->Title(), "seite.html");
   EXPECT_EQ(DraftBytes(), std::vector<std::string>{"getippt"});
-  EXPECT_TRUE(Draft::LeftIn(Drafts()).empty()) << "it is the session's own now";
+  EXPECT_TRUE(Draft::LeftIn(Drafts()).empty()) << "the session has taken it over";
 
-  desk.Put("seite.html", "von anderen");  // since the draft
+  desk.Put("seite.html", "von anderen");  // after the draft was written
   author.answers = {"Abbrechen"};
   EXPECT_FALSE(session->Save());
   EXPECT_EQ(desk.Bytes("seite.html"), "von anderen");
 }
 
-TEST_F(SessionTest, ADraftThatCannotBeKeptAnewStaysWhereItIs) {
+TEST_F(SessionTest, ADraftThatCannotBeTakenOverIsKept) {
   { Draft(Drafts()).Write("getippt", "", ""); }
   BlockDraft();
   author.answers = {"Wiederherstellen"};
@@ -296,7 +299,7 @@ TEST_F(SessionTest, ADraftThatCannotBeKeptAnewStaysWhereItIs) {
   EXPECT_EQ(Draft::LeftIn(Drafts()).size(), 1U);
 }
 
-TEST_F(SessionTest, RecoveringADraftAsksForWhatIsOpen) {
+TEST_F(SessionTest, RecoveringADraftAsksAboutTheOpenPage) {
   { Draft(Drafts()).Write("getippt", "", ""); }
   OpenAndType("alt");
   author.answers = {"Wiederherstellen", "Abbrechen"};
@@ -312,7 +315,7 @@ TEST_F(SessionTest, ADraftOfARunningSessionIsNotOffered) {
   EXPECT_FALSE(other.OfferDrafts());
 }
 
-TEST_F(SessionTest, ADraftThatCannotBeWrittenIsSaidAndSavingGoesOn) {
+TEST_F(SessionTest, AFailedDraftIsReportedAndSavingStillWorks) {
   BlockDraft();
   OpenAndType("alt");
   EXPECT_TRUE(WaitFor([this] { return author.notes.size() == 1; }));
@@ -335,7 +338,7 @@ TEST_F(SessionTest, SavingIsUndoneWithTheStepBeforeIt) {
   EXPECT_TRUE(IsModified());
 }
 
-TEST_F(SessionTest, WhatChangesThePageIsAStepWithAName) {
+TEST_F(SessionTest, EveryChangeIsAStepWithAName) {
   ASSERT_TRUE(session->Open(desk.Put("seite.html", Print("a", "1"))));
   EXPECT_TRUE(session->WriteRuntimeTexts());
   EXPECT_EQ(session->Page().UndoName(), "Laufzeittexte schreiben");
@@ -352,7 +355,7 @@ TEST_F(SessionTest, WhatChangesThePageIsAStepWithAName) {
 constexpr char kOffice[] =
     R"({"contactFields":[{"sqlName":"City","displayName":"Ort","dataType":0}]})";
 
-TEST_F(SessionTest, TheOfficeIsTheOneChosenForTheFolderElseTheOneBesideThePage) {
+TEST_F(SessionTest, TheOfficeIsTheFoldersChoiceOrElseNextToThePage) {
   EXPECT_EQ(session->OfficeFile(), "");
   EXPECT_TRUE(session->Office()->Described().contactFields.empty());
   desk.Put("office.json", kOffice);
@@ -363,7 +366,7 @@ TEST_F(SessionTest, TheOfficeIsTheOneChosenForTheFolderElseTheOneBesideThePage) 
   ASSERT_TRUE(session->Open(desk.Path("seite.html")));
   EXPECT_EQ(session->OfficeFile(), desk.Path("andere.json"));
   session->New();
-  EXPECT_EQ(session->OfficeFile(), desk.Path("andere.json")) << "it goes on with what is there";
+  EXPECT_EQ(session->OfficeFile(), desk.Path("andere.json")) << "continues with the existing one";
 
   QDir(desk.Path("")).mkdir("ordner");
   desk.Put("ordner/office.json", kOffice);
@@ -371,7 +374,7 @@ TEST_F(SessionTest, TheOfficeIsTheOneChosenForTheFolderElseTheOneBesideThePage) 
   EXPECT_EQ(session->OfficeFile(), desk.Path("ordner/office.json"));
 }
 
-TEST_F(SessionTest, ABrokenOfficeIsToldAndNeverChosen) {
+TEST_F(SessionTest, ABrokenOfficeIsReportedAndNeverChosen) {
   desk.Put("office.json", "{");
   ASSERT_TRUE(session->Open(desk.Put("seite.html", "alt")));
   EXPECT_EQ(author.told.size(), 1);
@@ -379,10 +382,10 @@ TEST_F(SessionTest, ABrokenOfficeIsToldAndNeverChosen) {
   EXPECT_EQ(session->OfficeFile(), "");
   EXPECT_FALSE(session->ChooseOffice(desk.Path("office.json")));
   ASSERT_TRUE(session->Open(desk.Put("office.json", "{}")));
-  EXPECT_EQ(author.told.size(), 2) << "nothing was remembered but the file beside the page";
+  EXPECT_EQ(author.told.size(), 2) << "remembered only the file next to the page";
 }
 
-TEST_F(SessionTest, TheFilesOpenedLastComeFirstAndOnce) {
+TEST_F(SessionTest, RecentFilesAreInOrderWithoutDuplicates) {
   QStringList wanted;
   for (int i = 0; i < 12; ++i) {
     const QString file = desk.Put(QString::number(i) + ".html", "");

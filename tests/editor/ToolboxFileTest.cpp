@@ -1,4 +1,4 @@
-// The toolbox from a file.
+// Reads the toolbox from a file.
 #include "apps/editor/ToolboxFile.h"
 
 #include "tests/editor/EditorTest.h"
@@ -19,7 +19,7 @@ class ToolboxFileTest : public testing::Test {
   Desk desk;
 };
 
-TEST_F(ToolboxFileTest, HoldsToolsInTheirOrder) {
+TEST_F(ToolboxFileTest, KeepsTheOrderOfTools) {
   const auto tools = ReadToolbox(
       R"({"tools":[
         {"class":"DTCPrint","caption":"Preis","icon":"icons/preis.png",
@@ -37,7 +37,7 @@ TEST_F(ToolboxFileTest, HoldsToolsInTheirOrder) {
   EXPECT_TRUE(tools[1].bag.empty());
 }
 
-TEST_F(ToolboxFileTest, EveryMistakeIsNamedWithItsPlace) {
+TEST_F(ToolboxFileTest, EveryMistakeIsReportedWithItsPlace) {
   const std::pair<std::string, std::string> cases[] = {
       {"", "/shop/toolbox.json:1:1: error: "},
       {"[]", "1:1: error: The file: expected is an object"},

@@ -1,4 +1,4 @@
-// An editor in a process of its own, for a test to kill: it opens a page, types, and waits.
+// An editor in a separate process for a test to kill. Opens a page, types, and waits.
 #pragma once
 
 #include <QString>
@@ -8,7 +8,7 @@ namespace kvo::editor {
 inline const QString kVictimArgument = "--victim";
 inline const QString kVictimText = "getippt ";
 
-// Never returns of itself.
+// Does not return on its own.
 int RunVictim(const QString& drafts, const QString& page);
 
 }  // namespace kvo::editor

@@ -1,4 +1,4 @@
-// The window: files, edits, panels, and the views that follow.
+// The window: files, edits, panels and views.
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
@@ -55,7 +55,7 @@ class WindowTest : public testing::Test {
   void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::keyClick(&Source(), static_cast<Qt::Key>(key), modifiers);
   }
-  // Runs `edit` with the property frame that Enter on the selected control opens.
+  // Runs `edit` with the property frame that Enter opens for the selected control.
   void InPages(const std::function<void(PropertyFrameDialog& frame)>& edit) {
     bool seen = false;
     WithDialogs(
@@ -75,7 +75,7 @@ class WindowTest : public testing::Test {
 
 // --- files ---
 
-TEST_F(WindowTest, APageThatNobodyTouchedIsSavedAsItStands) {
+TEST_F(WindowTest, AnUntouchedPageIsSavedUnchanged) {
   const std::string pages[] = {"",
                                "a\r\nb\nc\r",
                                "\xEF\xBB\xBFx\xFF\n" + Print("a", "1") + "\r\n",
@@ -104,7 +104,7 @@ TEST_F(WindowTest, SavingWritesTheRuntimeTextAndNothingElse) {
   EXPECT_TRUE(window->isWindowModified());
 }
 
-TEST_F(WindowTest, PublishingWritesTheRuntimeTextAlone) {
+TEST_F(WindowTest, PublishingWritesOnlyTheRuntimeText) {
   Open("<p>" + Print("a", "1") + "</p>");
   EXPECT_TRUE(window->Work().Publish(desk.Path("fertig.html")));
   EXPECT_EQ(desk.Bytes("fertig.html"), "<p><kv:print value=\"1\"/></p>");
@@ -113,8 +113,8 @@ TEST_F(WindowTest, PublishingWritesTheRuntimeTextAlone) {
   EXPECT_EQ(desk.Bytes("seite.html"), "<p>" + Print("a", "1") + "</p>");
 }
 
-TEST_F(WindowTest, ATemplateBecomesANewPageOfItsOwn) {
-  std::map<std::string, std::string> templates;  // by their titles
+TEST_F(WindowTest, ATemplateBecomesANewPage) {
+  std::map<std::string, std::string> templates;  // by title
   for (const auto& entry :
        std::filesystem::directory_iterator(KVO_SOURCE_DIR "/examples/templates")) {
     if (entry.path().extension() != ".html") continue;
@@ -128,7 +128,7 @@ TEST_F(WindowTest, ATemplateBecomesANewPageOfItsOwn) {
   for (const auto& [title, page] : templates) {
     SCOPED_TRACE(title);
     Open("alt");
-    // Through the menu by its access keys, then down to the entry.
+    // Opens the menu with its access keys and moves down to the entry.
     Press(Qt::Key_D, Qt::AltModifier);
     ASSERT_NE(QApplication::activePopupWidget(), nullptr);
     QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_L);
@@ -142,14 +142,14 @@ TEST_F(WindowTest, ATemplateBecomesANewPageOfItsOwn) {
     EXPECT_EQ(Bytes(), page);
     EXPECT_FALSE(window->isWindowModified());
     EXPECT_EQ(window->Work().File().Name(), "");
-    // What is saved goes to a file of its own.
+    // Saving writes a separate file.
     Type("!");
     EXPECT_TRUE(window->Work().SaveAs(desk.Path("neu.html")));
     EXPECT_EQ(desk.Bytes("neu.html"), "!" + page);
   }
 }
 
-TEST_F(WindowTest, AFileThatCannotBeReadIsSaidAndThePageStays) {
+TEST_F(WindowTest, AnUnreadableFileIsReportedAndThePageStays) {
   Open("alt");
   QString said;
   WithDialogs(
@@ -168,7 +168,7 @@ TEST_F(WindowTest, AFileThatCannotBeReadIsSaidAndThePageStays) {
   EXPECT_EQ(Bytes(), "alt");
 }
 
-TEST_F(WindowTest, ErrorsKeepTheRuntimeTextsFromBeingWrittenButNotTheWorkFromBeingSaved) {
+TEST_F(WindowTest, ErrorsPreventRuntimeTextsButNotSaving) {
   const std::string broken =
       "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\"></object>" + Print("a", "1");
   Open(broken);
@@ -194,7 +194,7 @@ TEST_F(WindowTest, HandEditedTextIsOverwrittenOnlyWithConsent) {
   EXPECT_EQ(desk.Bytes("seite.html"), SavedPrint("a", "1") + "!");
 }
 
-TEST_F(WindowTest, UnsavedChangesAreNotGivenUpUnasked) {
+TEST_F(WindowTest, UnsavedChangesAreNotDroppedWithoutAsking) {
   Open("alt");
   Type("neu ");
   WithDialogs([](QWidget& dialog) { PressButton(dialog, "Abbrechen"); },
@@ -206,13 +206,13 @@ TEST_F(WindowTest, UnsavedChangesAreNotGivenUpUnasked) {
   EXPECT_TRUE(window->Work().File().Name().isEmpty());
 }
 
-TEST_F(WindowTest, AFileThatChangedOutsideIsNoticed) {
+TEST_F(WindowTest, AFileChangedOnDiskIsNoticed) {
   Open("eins");
   desk.Put("seite.html", "zwei");
   WithDialogs([](QWidget& dialog) { PressButton(dialog, "Neu laden"); },
               [&] { EXPECT_TRUE(WaitFor([&] { return Bytes() == "zwei"; })); });
   Type("!");
-  // As most programs save: a new file takes the page's place.
+  // Replaces the file with a new one, as most programs do on saving.
   std::filesystem::rename(desk.Put("neu.html", "drei").toStdString(),
                           desk.Path("seite.html").toStdString());
   bool asked = false;
@@ -223,7 +223,7 @@ TEST_F(WindowTest, AFileThatChangedOutsideIsNoticed) {
       },
       [&] { EXPECT_TRUE(WaitFor([&] { return asked; })); });
   EXPECT_EQ(Bytes(), "!zwei");
-  EXPECT_TRUE(window->Work().Save());  // that has been answered
+  EXPECT_TRUE(window->Work().Save());  // the question was already answered
   EXPECT_EQ(desk.Bytes("seite.html"), "!zwei");
 }
 
@@ -279,7 +279,7 @@ TEST_F(WindowTest, EnterOpensThePagesAndOkIsOneNamedStep) {
   EXPECT_EQ(Bytes(), "x" + Print("Preis", "alt"));
 }
 
-TEST_F(WindowTest, PagesThatAreCancelledChangeNothing) {
+TEST_F(WindowTest, CancelledPagesChangeNothing) {
   Open(Print("Preis", "alt"));
   Source().SelectControl(0);
   InPages([&](PropertyFrameDialog& frame) {
@@ -290,7 +290,7 @@ TEST_F(WindowTest, PagesThatAreCancelledChangeNothing) {
   EXPECT_FALSE(window->isWindowModified());
 }
 
-TEST_F(WindowTest, ADoubleClickGoesToTheControlFirst) {
+TEST_F(WindowTest, ADoubleClickIsHandledByTheControlFirst) {
   desk.Put("office.json",
            R"({"contactFields":[{"sqlName":"City","displayName":"Ort","dataType":0}]})");
   Open("<object classid=\"progid:KVOPDesignObjects.DTCContact\" id=\"Ort\"></object>");
@@ -333,7 +333,7 @@ TEST_F(WindowTest, CopiesGetNewIdsAndOtherProgramsTheRuntimeText) {
   EXPECT_EQ(other->Page().Content().Bytes(), "<b>" + Print("Preis", "1") + "</b>");
 }
 
-TEST_F(WindowTest, WhatIsCutAndPastedAgainKeepsItsId) {
+TEST_F(WindowTest, CuttingAndPastingKeepsTheId) {
   Open("a" + Print("Preis", "1") + "b");
   Source().SelectControl(1);
   Press(Qt::Key_X, Qt::ControlModifier);
@@ -364,7 +364,7 @@ TEST_F(WindowTest, TypedMarkupBecomesAControlOnRequest) {
 
 // --- the panels ---
 
-TEST_F(WindowTest, TheToolboxInsertsAtTheCaretWithAnIdOfItsOwn) {
+TEST_F(WindowTest, TheToolboxInsertsAtTheCaretWithANewId) {
   Open("ab");
   Press(Qt::Key_Right);
   Press(Qt::Key_T, Qt::ControlModifier);
@@ -383,7 +383,7 @@ TEST_F(WindowTest, TheToolboxInsertsAtTheCaretWithAnIdOfItsOwn) {
   EXPECT_EQ(look->id, "Print1");
 }
 
-TEST_F(WindowTest, TypingBehindANewControlKeepsIt) {
+TEST_F(WindowTest, TypingAfterANewControlKeepsIt) {
   Open("ab");
   Press(Qt::Key_Right);
   window->Tools().onInsert(0);
@@ -393,13 +393,13 @@ TEST_F(WindowTest, TypingBehindANewControlKeepsIt) {
   EXPECT_EQ(window->Page().Content().Text(), QString("a") + kEmbeddedCharacter + "xb");
   Press(Qt::Key_Z, Qt::ControlModifier);
   EXPECT_EQ(Bytes(), inserted);
-  // No longer the next key after the insertion: a line break.
+  // Enter is no longer the first key after the insertion, so it is a line break.
   Press(Qt::Key_Return);
   EXPECT_EQ(window->Page().Content().Text(),
             QString("a") + kEmbeddedCharacter + kLineBreakCharacter + "b");
 }
 
-TEST_F(WindowTest, EnterOpensThePagesOfANewControlAndOkLeavesTheCaretBehindIt) {
+TEST_F(WindowTest, EnterOpensThePagesOfANewControlAndOkPutsTheCaretAfterIt) {
   Open("ab");
   Press(Qt::Key_Right);
   window->Tools().onInsert(0);
@@ -414,7 +414,7 @@ TEST_F(WindowTest, EnterOpensThePagesOfANewControlAndOkLeavesTheCaretBehindIt) {
   EXPECT_EQ(window->RuntimeText().toPlainText(), "");
   Source().SelectControl(1);
   EXPECT_EQ(window->RuntimeText().toPlainText(), "<kv:print value=\"neu\"/>");
-  // The same for a control that was selected before; a cancelled page leaves the selection.
+  // The same for a control that was selected before, whereas a cancelled page keeps the selection.
   InPages([](PropertyFrameDialog& frame) { PressButton(frame, "Abbrechen"); });
   EXPECT_TRUE(Source().textCursor().hasSelection());
   InPages([](PropertyFrameDialog& frame) { PressButton(frame, "OK"); });
@@ -422,7 +422,7 @@ TEST_F(WindowTest, EnterOpensThePagesOfANewControlAndOkLeavesTheCaretBehindIt) {
   EXPECT_EQ(Source().textCursor().position(), 2);
 }
 
-TEST_F(WindowTest, ASearchForAToolBeginsAnew) {
+TEST_F(WindowTest, ASearchForAToolStartsOver) {
   Open("");
   auto* search = window->Tools().findChild<QLineEdit*>();
   auto* list = window->Tools().findChild<QListWidget*>();
@@ -437,7 +437,7 @@ TEST_F(WindowTest, ASearchForAToolBeginsAnew) {
   for (int row = 0; row < list->count(); ++row) EXPECT_FALSE(list->item(row)->isHidden()) << row;
 }
 
-TEST_F(WindowTest, TheBuiltInToolsGiveEachClassATagNameOfItsOwn) {
+TEST_F(WindowTest, EachBuiltInToolSetsAUniqueTagName) {
   ASSERT_EQ(window->Tools().Tools().size(), RegisteredControls().size());
   std::set<std::string> names;
   for (const Tool& tool : window->Tools().Tools()) {
@@ -491,7 +491,7 @@ QTreeWidgetItem& Row(PropertyBrowser& browser, const QString& name) {
   return *Rows(browser).findItems(name, Qt::MatchExactly).at(0);
 }
 
-// --- property pages: what the user touched is applied, marked or not ---
+// --- property pages: the user's edits are applied, whether or not the page marks itself ---
 
 TEST_F(WindowTest, ATypedTableWidthIsKept) {
   Open("<object classid=\"progid:KVOPDesignObjects.DTCProductList\" id=\"l\"></object>");
@@ -504,7 +504,7 @@ TEST_F(WindowTest, ATypedTableWidthIsKept) {
   EXPECT_EQ(window->Page().UndoName(), "Eigenschaften von l");
 }
 
-TEST_F(WindowTest, ProductsThatTheButtonAddsAreKept) {
+TEST_F(WindowTest, ProductsAddedByTheButtonAreKept) {
   FakeTable products;
   for (const char* number : {"A1", "A2", "A3"})
     products.rows.push_back({{"ProductNo", number}, {"Desc1", "Name"}, {"Desc2", ""}});
@@ -558,7 +558,7 @@ TEST_F(WindowTest, PagesWithoutFieldsSayWhy) {
   Open(contact);
   EXPECT_TRUE(note().contains("office.json")) << note().toStdString();
   EXPECT_TRUE(note().contains("Office-Datei wählen"));
-  // By a double click, which the control itself handles.
+  // Opens it by a double click, which the control itself handles.
   QString said;
   WithDialogs(
       [&](QWidget& dialog) {
@@ -575,7 +575,7 @@ TEST_F(WindowTest, PagesWithoutFieldsSayWhy) {
            R"({"contactFields":[{"sqlName":"City","displayName":"Ort","dataType":0}]})");
   Open(contact);
   EXPECT_EQ(note(), "");
-  // A control that needs no office.
+  // This control needs no office.
   ASSERT_TRUE(QFile::remove(desk.Path("office.json")));
   Open(Print("Preis", "1"));
   EXPECT_EQ(note(), "");
@@ -606,7 +606,7 @@ TEST_F(WindowTest, ThePropertyBrowserEditsAnyProperty) {
   EXPECT_FALSE(Row(window->Properties(), "DisplayValue").font(1).bold());
 }
 
-TEST_F(WindowTest, AValueThatIsRefusedIsSaidAndTheOldOneStays) {
+TEST_F(WindowTest, ARefusedValueIsReportedAndTheOldOneStays) {
   Open("<object classid=\"progid:KVOPDesignObjects.DTCProductList\" id=\"l\"></object>");
   Source().SelectControl(0);
   QString said;
@@ -636,8 +636,8 @@ TEST_F(WindowTest, RuntimeTextAndProblemsFollow) {
   EXPECT_TRUE(Source().hasFocus());
 }
 
-// In the file, each control spans lines of its own.
-TEST_F(WindowTest, ProblemsAreCountedInTheLinesOfTheSource) {
+// In the file, each control spans several lines.
+TEST_F(WindowTest, ProblemsUseTheLinesOfTheSourceView) {
   const std::string wrong = "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\"></object>";
   const std::string lines =
       "<object classid=\"progid:KVOPDesignObjects.DTCPrint\">\n"
@@ -661,7 +661,7 @@ TEST_F(WindowTest, ProblemsAreCountedInTheLinesOfTheSource) {
   EXPECT_TRUE(said.contains("3:4: Fehler: ")) << said.toStdString();
 }
 
-TEST_F(WindowTest, PublishingNamesTheErrorsAndShowsThem) {
+TEST_F(WindowTest, PublishingReportsTheErrorsAndShowsThem) {
   Open("\n<object classid=\"progid:KVOPDesignObjects.DTCPrnt\"></object>");
   QString said;
   WithDialogs(
@@ -696,12 +696,12 @@ TEST_F(WindowTest, AClickInAListShowsThePlaceAndEnterGoesThere) {
 TEST_F(WindowTest, TheFirstWindowFitsTheScreen) {
   const QRect room = window->screen()->availableGeometry();
   EXPECT_TRUE(room.contains(window->frameGeometry())) << window->width() << 'x' << window->height();
-  // Of a small notebook, within a frame.
+  // Fits a small notebook, including the window frame.
   EXPECT_LE(window->minimumSizeHint().width(), 1000);
   EXPECT_LE(window->minimumSizeHint().height(), 560);
 }
 
-// What a tool tip shows, which renders markup.
+// Returns the text that a tool tip shows, which renders markup.
 QString Rendered(const QString& toolTip) {
   if (!Qt::mightBeRichText(toolTip)) return toolTip;
   QTextDocument document;
@@ -723,7 +723,7 @@ TEST_F(WindowTest, TextsOfAPageAreNeverRendered) {
   const QAbstractItemModel& problems = *window->Problems().model();
   EXPECT_TRUE(Rendered(problems.index(0, 2).data(Qt::ToolTipRole).toString()).contains(markup));
 
-  // Before there is a tool tip: that is a label of the window, too.
+  // Checked before there is a tool tip, because that is also a label of the window.
   for (const QLabel* label : window->findChildren<QLabel*>())
     EXPECT_TRUE(label->textFormat() == Qt::PlainText || !Qt::mightBeRichText(label->text()))
         << label->text().toStdString();
@@ -746,7 +746,7 @@ TEST_F(WindowTest, TextsOfAPageAreNeverRendered) {
       [&] { window->Work().New(); });
 }
 
-TEST_F(WindowTest, TheOutputIsWhatPublishingWrites) {
+TEST_F(WindowTest, TheOutputPanelShowsWhatPublishingWrites) {
   Open("<p>ä\r\n" + Print("a", "1"));
   TextPanel* output = &window->Output();
   window->findChild<QDockWidget*>("output")->raise();
@@ -776,7 +776,7 @@ TEST_F(WindowTest, FindsAndReplaces) {
   EXPECT_EQ(Bytes(), "Tee tee TEE " + Print("a", "Tee") + " tee");
 }
 
-TEST_F(WindowTest, AReplacementKeepsTheControlsThatItsGroupsFound) {
+TEST_F(WindowTest, AReplacementKeepsTheControlsInItsGroups) {
   Open("<b>" + Print("a", "1") + "</b>");
   Press(Qt::Key_H, Qt::ControlModifier);
   FindBar* bar = &window->Finder();
@@ -787,7 +787,7 @@ TEST_F(WindowTest, AReplacementKeepsTheControlsThatItsGroupsFound) {
   EXPECT_EQ(Bytes(), "<i>" + Print("a", "1") + "!" + Print("a", "1") + "</i>");
 }
 
-TEST_F(WindowTest, EveryPanelIsReachedByKeyboard) {
+TEST_F(WindowTest, EveryPanelIsReachableByKeyboard) {
   Open(Print("a", "1"));
   Source().SelectControl(0);
   Source().setFocus();

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # embed.sh FOLDER KVO CONFIGURE...: configures examples/embedding with CONFIGURE... and builds it in
-# FOLDER. The program must change a page just as `kvo set` does, and leave it alone after a failure.
+# FOLDER. The program must change a page exactly as `kvo set` does, and keep it unchanged after a
+# failure.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/../.." && pwd)
 folder=$1 kvo=$2
@@ -19,7 +20,7 @@ cp "$root/examples/newsletter/newsletter.html" page.html
 cmp page.html expected.html
 grep -q 'format="0.0"' page.html
 
-# fails MESSAGE ARGUMENT...: the program says so and leaves the page alone.
+# fails MESSAGE ARGUMENT...: the program reports MESSAGE and keeps the page unchanged.
 fails() {
   local message=$1 code=0
   shift

@@ -1,6 +1,6 @@
-// Every call of the system that saving makes fails, one after the other, in every way it can. The
-// old page stands untouched or the new one is in its place, whole; what is said and the exit code
-// agree with it; and nothing is left beside it.
+// Makes every system call of a save fail, one at a time and in every way it can. Afterwards either
+// the old page is untouched or the new one is completely in its place, the message and exit code
+// agree with that, and no other file is left.
 #include <signal.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -19,22 +19,22 @@ namespace {
 
 constexpr int kMostCalls = 100'000;
 
-// What a call is for: its failure ends the save, with the message of reading or of writing, or it
-// is none of the page's business.
+// What a call is for: its failure ends the save with a message about reading or about writing, or
+// has no effect on the page.
 enum class For { reading, writing, nothing };
 
 struct CallRow {
   const char* name;
-  std::vector<For> calls;  // in their order; the last one counts for those that follow
+  std::vector<For> calls;  // in order; the last one applies to all further calls
   std::vector<int> errors;
   bool interruptible = false;
 };
 
 const std::vector<CallRow> kCalls = {
-    // the page; the new file; their folder, when the new page is in place
+    // the page; the new file; their folder, once the new page is in place
     {"open", {For::reading, For::writing, For::nothing}, {EIO, EMFILE, EACCES}, true},
     {"read", {For::reading}, {EIO, EISDIR}, true},
-    // the page's size, in advance; the new file's owner
+    // the page's size, beforehand; the new file's owner
     {"fstat", {For::nothing, For::writing}, {EIO}},
     {"lstat", {For::writing}, {EIO, EACCES}},
     {"stat", {For::writing}, {EIO, EACCES}},
@@ -52,7 +52,7 @@ const std::vector<CallRow> kCalls = {
     {"rename", {For::writing}, {EIO, ENOSPC, EDQUOT, EACCES, EBUSY}},
 };
 
-// Not made at all. If that changes, they belong into the table.
+// Never called. If that changes, add them to the table.
 constexpr const char* kOtherCalls[] = {"openat",    "fdatasync", "renameat", "mkostemp",
                                        "fsetxattr", "readlink",  "unlink",   "mmap"};
 
@@ -77,8 +77,8 @@ std::string MessageOf(int error, For what) {
   }
 }
 
-// The program as it is shipped, and as it is built here, under the sanitizers perhaps: those see
-// what the way out of a failure leaves behind in memory.
+// The shipped program, and the one built here, whose sanitizers (if enabled) detect memory leaked
+// on failure paths.
 struct Build {
   const char* name;
   const char* program;
@@ -96,12 +96,12 @@ class FailingCalls : public Faults, public ::testing::WithParamInterface<Build> 
 
   void Restore() const {
     Write("x.html", old_);
-    // An owner that has to be kept, where the test may give files away.
+    // Gives the page an owner that saving must keep, if the test has the right to.
     if (geteuid() == 0 && chown((Folder() / "work/x.html").c_str(), 12345, 23456) != 0)
-      ADD_FAILURE() << "the page cannot be given away";
+      ADD_FAILURE() << "cannot change the page's owner";
   }
 
-  // Saves the page with a fault; false when the fault was never met.
+  // Saves the page with a fault; returns false if the program never reached it.
   bool SaveWith(const std::string& call, int number, const std::string& what) {
     const std::string mark = (Folder() / "mark").string();
     std::filesystem::remove(mark);
@@ -114,7 +114,7 @@ class FailingCalls : public Faults, public ::testing::WithParamInterface<Build> 
     return std::filesystem::exists(mark);
   }
 
-  // Only a page of somebody else is given to its owner again.
+  // Only a page of another user needs its owner set again.
   static bool IsNotMade(const CallRow& row) {
     return geteuid() != 0 && std::string(row.name) == "fchown";
   }
@@ -144,7 +144,7 @@ INSTANTIATE_TEST_SUITE_P(Kvo, FailingCalls,
                                            Build{"AsBuilt", KVO_PROGRAM, KVO_SANITIZER_RUNTIME}),
                          [](const auto& test) { return std::string(test.param.name); });
 
-TEST_P(FailingCalls, EachErrorOfEachCallIsToldOrDoesNotMatter) {
+TEST_P(FailingCalls, EveryErrorIsReportedOrHarmless) {
   for (const CallRow& row : kCalls) {
     for (const int error : row.errors) {
       std::size_t number = 1;
@@ -172,7 +172,7 @@ TEST_P(FailingCalls, EachErrorOfEachCallIsToldOrDoesNotMatter) {
   std::cout << runs_ << " runs\n";
 }
 
-TEST_P(FailingCalls, InterruptionsAreSurvived) {
+TEST_P(FailingCalls, RetriesInterruptedCalls) {
   for (const CallRow& row : kCalls) {
     if (!row.interruptible) continue;
     for (int number = 1;; ++number) {
@@ -188,7 +188,7 @@ TEST_P(FailingCalls, InterruptionsAreSurvived) {
   }
 }
 
-TEST_P(FailingCalls, ReadingAndWritingAFewBytesAtATimeTakesLongerAndNoMore) {
+TEST_P(FailingCalls, ReadsAndWritesAFewBytesAtATime) {
   for (const char* call : {"read", "write"}) {
     SCOPED_TRACE(call);
     ASSERT_TRUE(SaveWith(call, 1, "short"));
@@ -197,19 +197,19 @@ TEST_P(FailingCalls, ReadingAndWritingAFewBytesAtATimeTakesLongerAndNoMore) {
   }
 }
 
-TEST_P(FailingCalls, AFileThatTakesNothingIsAnErrorAndNoEndlessLoop) {
+TEST_P(FailingCalls, AFileThatAcceptsNoBytesIsAnError) {
   ASSERT_TRUE(SaveWith("write", 2, "zero"));
   ExpectOldPage("\"x.html\": " + MessageOf(EIO, For::writing));
 }
 
-TEST_P(FailingCalls, NoOtherCallIsMade) {
+TEST_P(FailingCalls, MakesNoOtherCall) {
   for (const char* call : kOtherCalls) {
     EXPECT_FALSE(SaveWith(call, 1, std::to_string(EIO))) << call;
     Restore();
   }
 }
 
-// As a crash would, at the very place: before and behind each call.
+// Simulates a crash immediately before and after each call.
 TEST_P(FailingCalls, DeathAtAnyCallLeavesTheOldPageOrTheNewOne) {
   int old = 0;
   int fresh = 0;
@@ -233,13 +233,13 @@ TEST_P(FailingCalls, DeathAtAnyCallLeavesTheOldPageOrTheNewOne) {
     }
   }
   EXPECT_GT(old, 20);
-  EXPECT_GE(fresh, 5) << "behind the rename, and at the four calls for the folder";
+  EXPECT_GE(fresh, 5) << "after the rename, and at the four calls for the folder";
   std::cout << "died with the old page in place: " << old << ", with the new one: " << fresh
             << '\n';
 }
 
-// As Ctrl-C and a shutdown do: nothing is left beside the page, wherever it happens.
-TEST_P(FailingCalls, BeingEndedAtAnyCallLeavesNothingBeside) {
+// Ctrl-C and a shutdown end the program the same way. No other file is left, wherever it happens.
+TEST_P(FailingCalls, TerminationAtAnyCallLeavesNoOtherFile) {
   int old = 0;
   int fresh = 0;
   for (const CallRow& row : kCalls) {
@@ -263,7 +263,7 @@ TEST_P(FailingCalls, BeingEndedAtAnyCallLeavesNothingBeside) {
   EXPECT_GE(fresh, 5);
 }
 
-// With an access list, which is the page's as much as its mode is.
+// An access list belongs to the page just as its mode does.
 TEST_P(FailingCalls, AnAccessListIsKeptOrThePageIsNotWritten) {
   // The owner may write, another user read, everybody else nothing.
   const std::string list(
@@ -295,15 +295,15 @@ class NoMemory : public Faults {
   NoMemory() { UseProgram(KVO_PLAIN_PROGRAM); }
 };
 
-// A page of one control, and every allocation from the start of the program to its end.
-TEST_F(NoMemory, LeavesTheOldPageWhereverItRunsOut) {
+// Uses a page with one control, and fails every allocation from program start to exit.
+TEST_F(NoMemory, LeavesTheOldPageWheneverItRunsOut) {
   const std::string old = PrintElement("a") + std::string(100'000, 'x');
   const std::string fresh = Saved(old);
   const std::string mark = (Folder() / "mark").string();
-  // One allocation, or that one and all that follow.
+  // Fails one allocation, or that one and all after it.
   for (const std::string& what : {std::to_string(ENOMEM), std::string("without")}) {
     int told = 0;
-    int untold = 0;  // before main(), where there is nobody yet who could say so
+    int untold = 0;  // before main(), where nothing can report it yet
     int lastUntold = 0;
     int firstTold = 0;
     int number = 1;
@@ -334,7 +334,7 @@ TEST_F(NoMemory, LeavesTheOldPageWhereverItRunsOut) {
     EXPECT_GT(told, 20);
     EXPECT_LT(lastUntold, firstTold);
     EXPECT_LE(untold, 15);
-    std::cout << number - 1 << " allocations, " << told << " of them told, " << untold
+    std::cout << number - 1 << " allocations, " << told << " of them reported, " << untold
               << " before main()\n";
   }
 }

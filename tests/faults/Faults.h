@@ -1,4 +1,4 @@
-// What the tests of faults share.
+// Shared by the fault tests.
 #pragma once
 
 #include <string>
@@ -9,10 +9,10 @@
 
 namespace kvo::test {
 
-// A test whose programs run on pages of its making.
+// A test that runs programs on generated pages.
 class Faults : public Program {
  protected:
-  // A page of about `kilobytes`, with a control in each of them.
+  // Returns a page of about `kilobytes`, with one control per kilobyte.
   static std::string LargePage(int kilobytes, const std::string& mark = "") {
     std::string page = "<html><body>\n";
     for (int i = 0; i < kilobytes; ++i)
@@ -20,7 +20,7 @@ class Faults : public Program {
     return page + "</body></html>\n";
   }
 
-  // What saving makes of a page, when nothing goes wrong.
+  // Returns what a save without faults makes of the page.
   std::string Saved(const std::string& page) const {
     const Result result = Kvo({"save", "-"}, page);
     EXPECT_EQ(result.code, 0) << result.err;
@@ -28,7 +28,7 @@ class Faults : public Program {
     return result.out;
   }
 
-  // The names beside the page; all must be those of files that are not finished.
+  // Returns the files next to the page; all must have names of unfinished files.
   std::vector<std::string> LeftBeside(const std::string& page) const {
     std::vector<std::string> left;
     for (const std::string& name : Files()) {

@@ -1,5 +1,5 @@
-// A page that tries to get at the machine, and every command that reads it: no connection is
-// opened, no other program started, no file read or written but those that the user named.
+// A page that tries to reach the machine, read by every command. None may open a connection, start
+// another program, or read or write a file that the user did not name.
 #include <algorithm>
 #include <fstream>
 #include <sstream>
@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Everything that some reader of HTML or XML, some template engine or some shell would follow.
+// Everything that a reader of HTML or XML, a template engine or a shell might follow.
 constexpr const char* kHostilePage = R"(<?xml version="1.0"?>
 <!DOCTYPE html [<!ENTITY passwords SYSTEM "file:///etc/passwd">
 <!ENTITY % more SYSTEM "http://127.0.0.1:9/more.dtd">%more;
@@ -47,13 +47,13 @@ value="file:///etc/passwd"><param name="click-id" value="x"></object>
 </body></html>
 )";
 
-// The same, with controls that point somewhere themselves; it need not be savable.
+// The same, with controls that themselves point to other files. It need not be savable.
 const std::string kPointingControls =
     "<object classid=\"progid:KVOPDesignObjects.DTCPrint\" data=\"http://127.0.0.1:9/x\" "
     "codebase=\"file:///etc/passwd\" archive=\"secret.txt\"><param name=\"value\" "
     "value=\"x\" valuetype=\"ref\" src=\"secret.txt\"></object>";
 
-// Whether programs may be traced here; if not, why.
+// Returns why programs cannot be traced here; empty if they can.
 std::string WhyNotTraced() {
   if (std::system("command -v strace >/dev/null") != 0) return "strace is not installed";
   if (std::system("strace -o /dev/null true 2>/dev/null") != 0) return "tracing is forbidden here";
@@ -76,14 +76,14 @@ class HostilePage : public Faults {
     fs::create_directory(Folder() / "work/out");
   }
 
-  // What the command did beyond `bounds`.
+  // Returns the system calls of the command that violate `bounds`.
   std::vector<std::string> Traced(const std::vector<std::string>& command, const Bounds& bounds) {
     const std::string trace = (Folder() / "trace").string();
     std::vector<std::string> words = {"-f", "-qq",        "-s", "4096",
                                       "-o", trace,        "-e", "trace=%file,%network,%process",
                                       "-e", "signal=none"};
     words.insert(words.end(), command.begin(), command.end());
-    // Looking for leaks means tracing oneself.
+    // The leak detector does not work under strace.
     result_ = Kvo(words, "", {{"ASAN_OPTIONS", "detect_leaks=0"}});
     std::ostringstream text;
     text << std::ifstream(trace).rdbuf();
@@ -100,7 +100,7 @@ class HostilePage : public Faults {
     return bounds;
   }
 
-  // Runs kvo within bounds.
+  // Runs kvo and expects it to stay within bounds.
   void ExpectInBounds(std::vector<std::string> arguments, const Bounds& bounds, int code) {
     std::string line;
     for (const std::string& word : arguments) line += word + ' ';
@@ -114,7 +114,7 @@ class HostilePage : public Faults {
   Result result_;
 };
 
-TEST_F(HostilePage, ReachesNothingByBeingRead) {
+TEST_F(HostilePage, ReadingItReachesNothing) {
   const Bounds reading = BoundsOf({"x.html", "y.html", "office.json"}, {});
   ExpectInBounds({"inspect", "x.html"}, reading, 0);
   ExpectInBounds({"inspect", "x.html", "--json"}, reading, 0);
@@ -124,12 +124,12 @@ TEST_F(HostilePage, ReachesNothingByBeingRead) {
   ExpectInBounds({"save", "x.html", "-o", "-"}, reading, 0);
 }
 
-TEST_F(HostilePage, WritesOnlyWhereItWasTold) {
+TEST_F(HostilePage, WritesOnlyWhereTheUserAllowed) {
   const Bounds out = BoundsOf({"x.html", "y.html"}, {"out"});
   ExpectInBounds({"publish", "x.html", "-o", "out/p.html"}, out, 0);
   ExpectInBounds({"save", "x.html", "-o", "out/s.html"}, out, 0);
   ExpectInBounds({"picture", "x.html", "-o", "out"}, out, 0);
-  // In place: the page and the file that replaces it, both of the page's folder.
+  // Saving in place writes the page and its replacement, both in the page's folder.
   ExpectInBounds({"save", "x.html"}, BoundsOf({"x.html"}, {"."}), 0);
   ExpectInBounds({"set", "x.html", "script", "DisplayValue=../../x"}, BoundsOf({"x.html"}, {"."}),
                  0);
@@ -137,12 +137,12 @@ TEST_F(HostilePage, WritesOnlyWhereItWasTold) {
                                                "x.html", "y.html"}));
   EXPECT_EQ(Read("secret.txt"), "secret");
   EXPECT_EQ(Read("out/p.html").find("root:"), std::string::npos);
-  // The names of controls are no way out of the folder.
+  // Names of controls cannot lead out of the folder.
   for (const auto& entry : fs::directory_iterator(Folder() / "work/out"))
     EXPECT_TRUE(entry.is_regular_file()) << entry.path();
 }
 
-TEST_F(HostilePage, AnOfficeStartsNoProgramAndLeadsToNothingButItsShop) {
+TEST_F(HostilePage, AnOfficeReachesOnlyItsShopAndStartsNoProgram) {
   const Bounds without = BoundsOf({"x.html", "talk.txt"}, {"out"});
   ExpectInBounds({"pages", "DTCProductList", "-o", "out"}, without, 0);
   ExpectInBounds({"script", "x.html", "talk.txt"}, without, 0);
@@ -152,22 +152,22 @@ TEST_F(HostilePage, AnOfficeStartsNoProgramAndLeadsToNothingButItsShop) {
   ExpectInBounds({"check", "x.html", "--office", "office.json", "--json"}, with, 0);
 }
 
-// Not even where the system's driver cannot be loaded.
-TEST_F(Faults, ALibraryBesideThePageIsNotTakenForADriver) {
+// Not even when the system's driver cannot be loaded.
+TEST_F(Faults, ALibraryNextToThePageIsNotLoadedAsADriver) {
   constexpr const char* kDriver = "libsoci_sqlite3.so.4.0";
   Write("office.json", R"({"shopDatabase": "sqlite3://shop.db"})");
   Write("x.html", ControlElement("DTCProductList", {{"selected-products", "P-1"}}));
   fs::copy_file(KVO_FAILING_CALLS, Folder() / "work" / kDriver);
   fs::create_directory(Folder() / "drivers");
-  std::ofstream(Folder() / "drivers" / kDriver);  // no library, and found before the system's
+  std::ofstream(Folder() / "drivers" / kDriver);  // not a library, and found before the system's
   const Result result = Kvo({"check", "x.html", "--office", "office.json"}, "",
                             {{"LD_LIBRARY_PATH", (Folder() / "drivers").string()}});
   EXPECT_NE(result.out.find("[products-not-checked]"), std::string::npos) << result.out;
   EXPECT_EQ(result.out.find("Failed to resolve"), std::string::npos) << result.out;
 }
 
-// On a terminal, which `script` makes.
-TEST_F(Faults, APageCommandsNoTerminal) {
+// Runs on a terminal, which `script` provides.
+TEST_F(Faults, APageCannotControlTheTerminal) {
   const std::string clear = "\x1B[2J\x1B]0;title\x07\x7F\b\r";
   Write("x.html", PrintElement("a" + clear +
                                    "\xC2\x9B"
@@ -175,7 +175,7 @@ TEST_F(Faults, APageCommandsNoTerminal) {
                                "id" + clear) +
                       "<object classid=\"progid:KVOPDesignObjects.DTC" + clear + "\"></object>");
   const std::string inFile = Kvo({"inspect", "x.html"}).out;
-  EXPECT_NE(inFile.find('\x1B'), std::string::npos) << "the page has them";
+  EXPECT_NE(inFile.find('\x1B'), std::string::npos) << "the page must contain escapes";
   UseProgram("/usr/bin/script");
   for (const char* command : {"inspect", "check", "save"}) {
     const Result result =
@@ -189,8 +189,8 @@ TEST_F(Faults, APageCommandsNoTerminal) {
   }
 }
 
-// The judge, on programs that do what kvo must not.
-TEST_F(HostilePage, OversteppingIsSeen) {
+// Tests the judge with programs that do what kvo must not.
+TEST_F(HostilePage, ViolationsAreDetected) {
   Bounds bounds = BoundsOf({"x.html"}, {"out"});
   bounds.starts = {"/bin/bash"};
   const auto seen = [&](const std::string& script) {

@@ -1,4 +1,4 @@
-// The password of the shop's database appears in nothing that kvo says or writes, whatever is wrong
+// The password of the shop's database appears nowhere in kvo's output or files, whatever is wrong
 // with the office file, the connection string or the server.
 #include <algorithm>
 #include <fstream>
@@ -81,7 +81,7 @@ TEST_P(Password, IsNeverShown) {
                               {"pages", "DTCProductList", "--office", "office.json", "-o", "out"},
                               {"script", "x.html", "talk.txt", "--office", "office.json"}}) {
       SCOPED_TRACE(command[0] + ' ' + language);
-      // The database drivers' own leaks are not of interest here.
+      // Ignores leaks in the database drivers.
       const Result result =
           Kvo(command, "", {{"LC_ALL", language}, {"ASAN_OPTIONS", "detect_leaks=0"}});
       ASSERT_LE(result.code, 2) << result.err;
@@ -96,7 +96,7 @@ TEST_P(Password, IsNeverShown) {
         EXPECT_EQ(said.find(part), std::string::npos) << said;
     }
   }
-  EXPECT_TRUE(failed) << "something should have been said";
+  EXPECT_TRUE(failed) << "no command reported an error";
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Pages of a size that nobody writes: little stack is enough for them, and ten times as much takes
-// ten times the work, counted and not timed.
+// Unrealistically large pages: a small stack is enough for them, and ten times the size takes about
+// ten times the work, which is counted rather than timed.
 #include <algorithm>
 #include <fstream>
 #include <iostream>
@@ -32,7 +32,7 @@ struct Shape {
 void PrintTo(const Shape& shape, std::ostream* out) { *out << shape.name; }
 
 const Shape kShapes[] = {
-    // ten bytes for each
+    // ten bytes each
     {"OneLargeProperty", [](int n) { return PrintElement(Times(n, "a--b&amp;c")); }, 10'000'000},
     {"ManyControls",
      [](int n) { return Numbered(n, "<p>", "</p>\n" + PrintElement("#order.total#")); }, 100'000},
@@ -101,14 +101,13 @@ struct Work {
   double bytes = 0;
 };
 
-// Ten times as much may take somewhat more than ten times the work: texts that double their room
-// as they grow are copied once more or less often, and sorting takes its logarithm. Work that
-// grows with the square would be a hundred times as much.
+// The limit is above ten because growing strings are copied once more or less, and sorting adds its
+// logarithm. Quadratic work would give a hundred.
 constexpr double kMost = 15;
 
 class Counted : public Faults {
  protected:
-  // Runs a program with a stack of so many kilobytes.
+  // Runs a program with a stack of `kilobytes`.
   Result WithStack(int kilobytes, const std::string& program,
                    const std::vector<std::string>& arguments,
                    const std::map<std::string, std::string>& environment = {}) {
@@ -119,7 +118,7 @@ class Counted : public Faults {
     return Kvo(words, "", environment);
   }
 
-  // The work that a command has with the page as it stands, which ends with one of these codes.
+  // Returns the work of a command on the current page; its exit code must be one of `codes`.
   Work WorkOf(const std::vector<std::string>& arguments, const std::vector<int>& codes) {
     const std::string file = (Folder() / "count").string();
     const Result result = WithStack(256, KVO_PLAIN_PROGRAM, arguments, {{"KVO_WORK_FILE", file}});
@@ -144,7 +143,7 @@ class Size : public Counted, public ::testing::WithParamInterface<Shape> {};
 INSTANTIATE_TEST_SUITE_P(Page, Size, ::testing::ValuesIn(kShapes),
                          [](const auto& test) { return std::string(test.param.name); });
 
-TEST_P(Size, TenTimesAsMuchTakesTenTimesTheWork) {
+TEST_P(Size, WorkGrowsLinearly) {
   const Shape& shape = GetParam();
   const int count = std::min(shape.most / 10, 100'000);
   const std::string tenth = shape.of(count / 10);
@@ -155,7 +154,7 @@ TEST_P(Size, TenTimesAsMuchTakesTenTimesTheWork) {
                                                      {"inspect", "x.html"}}) {
     SCOPED_TRACE(command[0]);
     std::vector<int> codes = {shape.good ? 0 : 1};
-    if (command[0] == "check" && shape.good) codes.push_back(1);  // it may warn of such a page
+    if (command[0] == "check" && shape.good) codes.push_back(1);  // it may warn about such a page
     Write("x.html", tenth);
     const Work less = WorkOf(command, codes);
     Write("x.html", whole);
@@ -163,14 +162,15 @@ TEST_P(Size, TenTimesAsMuchTakesTenTimesTheWork) {
     ExpectAtMostTenTimes(less, WorkOf(command, codes));
   }
   if (!shape.good) return;
-  // What came of it: the saved page is settled, and holds what is published.
+  // Checks the results: saving the saved page again changes nothing, and publishing it again gives
+  // the same text.
   ASSERT_EQ(WithStack(256, KVO_PLAIN_PROGRAM, {"save", "y.html", "-o", "again.html"}).code, 0);
   EXPECT_TRUE(Read("again.html") == Read("y.html"));
   ASSERT_EQ(WithStack(256, KVO_PLAIN_PROGRAM, {"publish", "y.html", "-o", "again.html"}).code, 0);
   EXPECT_TRUE(Read("again.html") == Read("z.html"));
 }
 
-TEST_P(Size, TheLargestIsSavedWithTenTimesTheWorkOfATenth) {
+TEST_P(Size, SavingTheLargestTakesLinearWork) {
   const Shape& shape = GetParam();
   const std::vector<int> codes = {shape.good ? 0 : 1};
   Write("x.html", shape.of(shape.most / 10));
@@ -179,8 +179,8 @@ TEST_P(Size, TheLargestIsSavedWithTenTimesTheWorkOfATenth) {
   ExpectAtMostTenTimes(less, WorkOf({"save", "x.html"}, codes));
 }
 
-// It may come with the page.
-TEST_F(Counted, AnOfficeFileOfManyKeysTakesNoMoreThanTheirNumber) {
+// An office file may come from outside together with the page.
+TEST_F(Counted, WorkGrowsLinearlyWithTheKeysOfAnOfficeFile) {
   Write("x.html", "");
   const auto workOf = [this](int count) {
     Write("office.json", '{' + Numbered(count, "\"key", "\": 1,") + "\"last\": 1}");
@@ -207,7 +207,7 @@ TEST_F(Counted, UnknownFieldsAreNotComparedWithAllKnownOnes) {
   ExpectAtMostTenTimes(less, workOf(4'000));
 }
 
-TEST_F(Counted, TextsThatLookLikeFieldsAndConditionsTakeNoMoreThanTheirLength) {
+TEST_F(Counted, WorkGrowsLinearlyWithTextsThatLookLikeFieldsAndConditions) {
   Write("office.json",
         R"({"contactFields": [{"sqlName": "Email", "displayName": "x", "dataType": 0}]})");
   const auto inTest = [](const std::string& text) {
@@ -217,7 +217,7 @@ TEST_F(Counted, TextsThatLookLikeFieldsAndConditionsTakeNoMoreThanTheirLength) {
                                  "<kv:contact field='", "#customer.Nix#", "'(a==1)", "#a#==1 "}) {
     SCOPED_TRACE(part);
     const std::string escaped =
-        part.front() == '<' ? "kv:@lt;" + part.substr(1) : part;  // no control in a control
+        part.front() == '<' ? "kv:@lt;" + part.substr(1) : part;  // controls cannot be nested
     for (const bool control : {false, true}) {
       const auto workOf = [&](int count) {
         Write("x.html", control ? inTest(Times(count, escaped)) : Times(count, part));
@@ -229,8 +229,8 @@ TEST_F(Counted, TextsThatLookLikeFieldsAndConditionsTakeNoMoreThanTheirLength) {
   }
 }
 
-// The program as it is built here, under the sanitizers perhaps.
-TEST_P(Size, LittleStackIsEnoughForSmallerOnesToo) {
+// Runs the program built here, with sanitizers if enabled.
+TEST_P(Size, ASmallStackIsEnoughWithSanitizers) {
   const Shape& shape = GetParam();
   Write("x.html", shape.of(shape.most / 100));
   for (const Command& command :

@@ -1,4 +1,5 @@
-// The program is killed while it saves. Whenever that is, the page is the old or the new one.
+// Kills the program while it saves. Whenever that happens, the page is either the old or the new
+// one.
 #include <signal.h>
 #include <time.h>
 
@@ -24,24 +25,24 @@ class SuddenEnd : public Faults {
   SuddenEnd() { UseProgram(KVO_PLAIN_PROGRAM); }
 };
 
-TEST_F(SuddenEnd, LeavesTheOldPageOrTheNewOneWhenever) {
+TEST_F(SuddenEnd, LeavesTheOldOrTheNewPage) {
   constexpr int kKills = 500;
   constexpr int kMostRounds = 5000;
-  constexpr int kFewest = 10;  // of the kills that must be seen at each stage
+  constexpr int kFewest = 10;  // kills required at each stage
   const std::string old = LargePage(2000);
   const std::string fresh = Saved(old);
   Write("x.html", old);
   const Clock::time_point start = Clock::now();
   ASSERT_EQ(Kvo({"save", "x.html"}).code, 0);
-  // Kills come at any moment up to this one. It follows the machine: about one run in three is to
-  // get as far as the new page.
+  // The latest moment for a kill. Adapts to the machine so that about one run in three gets as far
+  // as the new page.
   double span = static_cast<double>(Nanoseconds(Clock::now() - start).count());
 
   std::mt19937_64 random(20040423);
-  int before = 0;  // killed before there was a new file,
-  int during = 0;  // while it was written,
-  int after = 0;   // when it was in its place,
-  int ended = 0;   // not at all, because it was done
+  int before = 0;  // killed before the new file existed
+  int during = 0;  // killed while it was being written
+  int after = 0;   // killed after it replaced the page
+  int ended = 0;   // finished before the kill
   std::size_t left = 0;
   bool isOld = false;
   for (int round = 0; before + during + after < kKills && round < kMostRounds; ++round) {
@@ -52,8 +53,7 @@ TEST_F(SuddenEnd, LeavesTheOldPageOrTheNewOneWhenever) {
     const int code = Finish(kvo).code;
     const std::string page = Read("x.html");
     isOld = page == old;
-    ASSERT_TRUE(isOld || page == fresh)
-        << "neither the old nor the new page, after round " << round;
+    ASSERT_TRUE(isOld || page == fresh) << "neither the old nor the new page after round " << round;
     const std::vector<std::string> leftovers = LeftBeside("x.html");
     const bool wasWriting = leftovers.size() > left;
     left = leftovers.size();
@@ -67,7 +67,7 @@ TEST_F(SuddenEnd, LeavesTheOldPageOrTheNewOneWhenever) {
       ++(isOld ? wasWriting ? during : before : after);
     }
     span *= isOld ? 1.01 : 0.98;
-    if (left == 20) {  // they take room, and whoever saves next is not disturbed by them
+    if (left == 20) {  // they take space, and later saves ignore them
       Write("x.html", old);
       ASSERT_EQ(Kvo({"save", "x.html"}).code, 0);
       ASSERT_TRUE(Read("x.html") == fresh);
@@ -77,16 +77,16 @@ TEST_F(SuddenEnd, LeavesTheOldPageOrTheNewOneWhenever) {
       isOld = false;
     }
   }
-  std::cout << "killed before there was a new file: " << before
-            << ", while it was written: " << during << ", when it was in its place: " << after
-            << "; already ended: " << ended << '\n';
+  std::cout << "killed before the new file existed: " << before
+            << ", while it was being written: " << during
+            << ", after it replaced the page: " << after << "; already finished: " << ended << '\n';
   EXPECT_EQ(before + during + after, kKills);
   EXPECT_GE(before, kFewest);
   EXPECT_GE(during, kFewest);
   EXPECT_GE(after + ended, kFewest);
 }
 
-// Two runs that want one page: each replaces it whole.
+// Two concurrent runs for one page each replace it completely.
 class AtOnce : public Faults {
  protected:
   AtOnce() { UseProgram(KVO_PLAIN_PROGRAM); }
@@ -102,7 +102,7 @@ class AtOnce : public Faults {
   }
 };
 
-TEST_F(AtOnce, TwoSavesOfOnePageGiveThatPageSaved) {
+TEST_F(AtOnce, TwoSavesOfOnePageGiveTheSavedPage) {
   const std::string old = LargePage(300);
   const std::string fresh = Saved(old);
   for (int round = 0; round < kRounds; ++round) {
@@ -113,14 +113,14 @@ TEST_F(AtOnce, TwoSavesOfOnePageGiveThatPageSaved) {
   }
 }
 
-TEST_F(AtOnce, TwoPagesSavedIntoOneFileGiveOneOfThem) {
+TEST_F(AtOnce, TwoPagesSavedToOneFileGiveOneOfThem) {
   Write("a.html", LargePage(300, "a"));
   Write("b.html", LargePage(290, "b"));
   const std::string a = Saved(Read("a.html"));
   const std::string b = Saved(Read("b.html"));
   int wins = 0;
   for (int round = 0; round < kRounds; ++round) {
-    const bool swapped = round % 2 != 0;  // who starts first
+    const bool swapped = round % 2 != 0;  // alternates which starts first
     BothEndWell({"save", swapped ? "b.html" : "a.html", "-o", "x.html"},
                 {"save", swapped ? "a.html" : "b.html", "-o", "x.html"});
     const std::string result = Read("x.html");

@@ -8,7 +8,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A line of the trace: NAME(ARGUMENTS) = RESULT, behind the number of the process.
+// A line of the trace: the process number, then NAME(ARGUMENTS) = RESULT.
 struct Call {
   std::string name;
   std::string arguments;
@@ -59,7 +59,7 @@ class Judge {
                           call.arguments.find("O_TRUNC") != std::string::npos;
       return writes ? MayWrite(call.texts[0]) : MayRead(call.texts[0]);
     }
-    return false;  // a socket, another process, a link, other rights, ...
+    return false;  // a socket, another process, a link, changed permissions, ...
   }
 
  private:
@@ -76,7 +76,7 @@ class Judge {
     const fs::path path = PathOf(text);
     if (bounds_.reads.contains(path) || bounds_.writes.contains(path)) return true;
     if (bounds_.starts.contains(path)) return true;
-    // The program's libraries, and what they need to know about the machine.
+    // The program's libraries, and system information that they read.
     static const std::vector<fs::path> system = {"/lib",  "/lib64", "/usr/lib", "/usr/share/locale",
                                                  "/proc", "/sys",   "/dev/null"};
     static const std::set<fs::path> known = {"/etc/ld.so.cache", "/etc/ld.so.preload",

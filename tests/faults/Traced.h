@@ -1,4 +1,4 @@
-// What a program asked of the system, as strace wrote it down, and what of it oversteps the line.
+// Reads system calls from strace's output and finds those that violate a program's bounds.
 #pragma once
 
 #include <filesystem>
@@ -8,15 +8,15 @@
 
 namespace kvo::test {
 
-// What a program may do.
+// What a program is allowed to do.
 struct Bounds {
   std::filesystem::path home;              // the working folder; its parent is the test's
   std::set<std::filesystem::path> reads;   // files of the test that may be read
   std::set<std::filesystem::path> writes;  // folders in which files may be made and replaced
-  std::set<std::filesystem::path> starts;  // programs
+  std::set<std::filesystem::path> starts;  // programs that may be started
 };
 
-// Each call beyond the bounds, as strace shows it; empty when there is none.
+// Returns each call that violates the bounds, as strace shows it; empty if none does.
 std::vector<std::string> Oversteps(const std::string& trace, const Bounds& bounds);
 
 }  // namespace kvo::test

@@ -1,4 +1,5 @@
-// A database of one table in memory, behind the late-bound members of common/values/Recordset.h.
+// A database with one table in memory. Implements the late-bound members of
+// common/values/Recordset.h.
 #pragma once
 
 #include <map>
@@ -86,7 +87,7 @@ class FakeRecordset final : public Object {
   std::size_t at_ = 0;
 };
 
-// An open (or closed) connection to the table.
+// A connection to the table, open or closed.
 class FakeConnection final : public Object {
  public:
   std::int32_t state = 1;

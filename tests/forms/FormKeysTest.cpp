@@ -1,4 +1,4 @@
-// What keys mean to a form, beyond what its user shows (FormTest.cpp).
+// Keys in a form, apart from those that FormTest.cpp tests with a user.
 #include "common/forms/FormKeys.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ class Options final : public Form {
   KVO_CONTROL(OptionButton, optThird, .at = {0, 900, 900, 300});
 };
 
-TEST(FormKeys, AGroupIsEnteredAtOneButton) {
+TEST(FormKeys, AGroupHasOneTabStop) {
   Options form;
   EXPECT_EQ(OptionTabStop(form), &form.optFirst);
   form.optFirst.Enabled(false);
@@ -33,7 +33,7 @@ TEST(FormKeys, AGroupIsEnteredAtOneButton) {
   EXPECT_EQ(OptionTabStop(form), nullptr);
 }
 
-TEST(FormKeys, ArrowsGoRoundTheButtonsThatCanBeUsed) {
+TEST(FormKeys, ArrowsCycleThroughTheEnabledButtons) {
   Options form;
   form.optSecond.Enabled(false);
   EXPECT_EQ(NextOption(form.optFirst, 1), &form.optThird);
@@ -42,7 +42,7 @@ TEST(FormKeys, ArrowsGoRoundTheButtonsThatCanBeUsed) {
   EXPECT_EQ(NextOption(form.optSecond, 1), nullptr);
 }
 
-TEST(FormKeys, ATypedTextIsOneStrokeForEachCharacter) {
+TEST(FormKeys, ATypedTextHasOneStrokePerCharacter) {
   EXPECT_EQ(
       SplitStrokes("aä😀 \r\nb\n\r"),
       (std::vector<std::string_view>{"a", "ä", "😀", " ", kEnterStroke, "b", kEnterStroke, "\r"}));

@@ -7,7 +7,7 @@
 namespace kvo {
 namespace {
 
-// Every kind of simple control, and a log of the events.
+// A form with every kind of simple control. Logs its events.
 class SampleForm final : public Form {
  public:
   SampleForm() : Form("Probe", {6000, 4000}) {}
@@ -59,7 +59,7 @@ class Forms : public testing::Test {
   SeeingUser user{platform, form};
 };
 
-TEST_F(Forms, ControlsAreFoundUnderTheirOwnNames) {
+TEST_F(Forms, ControlsAreFoundByName) {
   EXPECT_EQ(form.Find("txtName"), &form.txtName);
   EXPECT_EQ(form.Find("txtSecond"), &form.txtSecond);
   EXPECT_EQ(form.Find("txtname"), nullptr);
@@ -83,8 +83,8 @@ TEST_F(Forms, TypingReplacesTheSelectionAndRaisesAnEventForEachKey) {
   EXPECT_EQ(form.events, (Events{"txtName_Change", "txtName_Change", "txtName_Change"}));
 }
 
-// With a copy of the text for each key this would take minutes.
-TEST_F(Forms, TypingALongTextTakesNoLongerForEachKey) {
+// Would take minutes if each key copied the text.
+TEST_F(Forms, TypingALongTextTakesNoLongerPerKey) {
   constexpr std::size_t kKeys = 300'000;
   std::string typed;
   for (std::size_t key = 0; key < kKeys; ++key) typed += key % 3 == 0 ? "ä" : "x";
@@ -95,7 +95,7 @@ TEST_F(Forms, TypingALongTextTakesNoLongerForEachKey) {
   EXPECT_EQ(form.events.size(), kKeys);
 }
 
-// What editing a text means, said with copies of it.
+// Defines text editing by copying.
 struct PlainText {
   std::string text;
   std::size_t start = 0;
@@ -109,7 +109,7 @@ struct PlainText {
   }
 };
 
-TEST_F(Forms, EditingKeepsCountOfTheCharactersInEveryText) {
+TEST_F(Forms, EditingKeepsTheCharacterCountOfEveryText) {
   struct Editor : FormRenderer {
     using FormRenderer::Edit;
     using FormRenderer::Select;
@@ -142,7 +142,7 @@ TEST_F(Forms, EditingKeepsCountOfTheCharactersInEveryText) {
   }
 }
 
-TEST_F(Forms, EnteringByMouseKeepsTheCaretWhereTheClickPutIt) {
+TEST_F(Forms, EnteringByMouseKeepsTheCaretOfTheClick) {
   form.txtName.Text("abcd");
   user.ClickInto(form.txtName, 2);
   EXPECT_EQ(form.txtName.SelLength(), 0U);
@@ -172,14 +172,14 @@ TEST_F(Forms, SelectionsCountCharactersAndAreClampedToTheText) {
   EXPECT_EQ(form.txtName.Text(), "");
 }
 
-TEST_F(Forms, EditingLeavesTheRestOfATextAsItWas) {
+TEST_F(Forms, EditingKeepsTheRestOfATextUnchanged) {
   form.txtLines.Text("a\nb\r\nc");
   user.ClickInto(form.txtLines, 1);
   user.Type("X");
   EXPECT_EQ(form.txtLines.Text(), "aX\nb\r\nc");
 }
 
-TEST_F(Forms, EnterIsALineBreakOnlyInABoxOfSeveralLines) {
+TEST_F(Forms, EnterIsALineBreakOnlyInAMultiLineBox) {
   user.FocusByKeyboard(form.txtLines);
   user.Type("a\nb");
   EXPECT_EQ(form.txtLines.Text(), "a\r\nb");
@@ -216,7 +216,7 @@ TEST_F(Forms, DisabledAndHiddenControlsRefuse) {
   EXPECT_EQ(form.Focused(), &form.txtSecond);
 }
 
-TEST_F(Forms, AControlThatIsDisabledHandsTheFocusOn) {
+TEST_F(Forms, ADisabledControlPassesOnTheFocus) {
   user.FocusByKeyboard(form.txtName);
   form.txtName.Enabled(false);
   EXPECT_EQ(form.Focused(), &form.txtLines);
@@ -225,7 +225,7 @@ TEST_F(Forms, AControlThatIsDisabledHandsTheFocusOn) {
   EXPECT_EQ(form.txtLines.Text(), "x");
 }
 
-TEST_F(Forms, KeysTakeALineBreakAsOne) {
+TEST_F(Forms, KeysTreatALineBreakAsOneCharacter) {
   form.txtLines.Text("a\r\nb");
   user.ClickInto(form.txtLines, 2);
   EXPECT_EQ(form.txtLines.SelStart(), 3U);
@@ -252,7 +252,7 @@ TEST_F(Forms, TabFollowsTheOrderOfDeclaration) {
   EXPECT_EQ(form.Focused(), &form.cmdCancel);
 }
 
-TEST_F(Forms, TabSkipsWhatIsDisabledAndEntersAGroupAtItsChosenButton) {
+TEST_F(Forms, TabSkipsDisabledControlsAndEntersAGroupAtItsChosenButton) {
   form.txtLines.Enabled(false);
   form.optB.Value(true);
   user.FocusByKeyboard(form.txtName);
@@ -277,7 +277,7 @@ TEST_F(Forms, OptionButtonsExcludeEachOtherWithinTheirContainer) {
 
 TEST_F(Forms, AClickOnTheChosenOptionIsAClick) {
   form.optB.Value(true);
-  form.optB.Value(true);  // by code it is none
+  form.optB.Value(true);  // setting it by code is not a click
   EXPECT_EQ(form.events, (Events{"optB"}));
   user.Click(form.optB);
   user.Press(Key::space);
@@ -289,18 +289,18 @@ TEST_F(Forms, AClickOnTheChosenRowIsAClick) {
   form.cboKeyed.AddItem("a", "Alpha");
   form.cboKeyed.AddItem("b", "Beta");
   form.cboKeyed.ListIndex(1);
-  form.cboKeyed.ListIndex(1);  // by code it is none
+  form.cboKeyed.ListIndex(1);  // setting it by code is not a click
   EXPECT_EQ(form.events, (Events{"cboKeyed_Change"}));
   form.events.clear();
   user.Choose(form.cboKeyed, 1);
   EXPECT_EQ(form.events, (Events{"cboKeyed_Click"}));
-  user.Press(Key::down);  // nothing below it
+  user.Press(Key::down);  // there is no row below
   EXPECT_EQ(form.events, (Events{"cboKeyed_Click"}));
   user.Choose(form.cboKeyed, 0);
   EXPECT_EQ(form.events, (Events{"cboKeyed_Click", "cboKeyed_Change", "cboKeyed_Click"}));
 }
 
-TEST_F(Forms, CheckBoxesTurnByClickAndBySpace) {
+TEST_F(Forms, CheckBoxesToggleByClickAndBySpace) {
   user.Click(form.chkOn);
   EXPECT_TRUE(form.chkOn.Value());
   user.Press(Key::space);
@@ -309,13 +309,13 @@ TEST_F(Forms, CheckBoxesTurnByClickAndBySpace) {
   EXPECT_EQ(form.events, (Events{"chkOn_Click", "chkOn_Click"}));
 }
 
-TEST_F(Forms, AnEditableListKeepsTextAndChoiceApart) {
+TEST_F(Forms, AnEditableListDistinguishesTextFromChoice) {
   form.cboAny.AddItem("eins");
   form.cboAny.AddItem("zwei");
   user.Choose(form.cboAny, "zwei");
   EXPECT_EQ(form.cboAny.ListIndex(), 1);
   EXPECT_EQ(form.cboAny.Text(), "zwei");
-  form.cboAny.Text("zwei");  // typed text, though it equals the row
+  form.cboAny.Text("zwei");  // counts as typed text, although it equals the row
   EXPECT_EQ(form.cboAny.ListIndex(), kNoRow);
   EXPECT_EQ(form.events, (Events{"cboAny_Change", "cboAny_Change"}));
   user.FocusByKeyboard(form.cboAny);
@@ -323,7 +323,7 @@ TEST_F(Forms, AnEditableListKeepsTextAndChoiceApart) {
   EXPECT_EQ(form.cboAny.Text(), "x");
 }
 
-TEST_F(Forms, ADropDownListTakesNoTypedText) {
+TEST_F(Forms, ADropDownListRefusesTypedText) {
   form.cboKeyed.AddItem("a", "Alpha");
   user.FocusByKeyboard(form.cboKeyed);
   EXPECT_THROW(user.Type("x"), CannotDo);
@@ -382,7 +382,7 @@ TEST_F(Forms, AModalFormIsLoadedUntilItIsUnloaded) {
   EXPECT_EQ(form.events, Events{"cmdOk_Click"});
 }
 
-TEST_F(Forms, AWindowThatIsClosedUnloadsItsForm) {
+TEST_F(Forms, ClosingAWindowUnloadsItsForm) {
   platform.whileModal = [&](Form&) {
     user.CloseWindow();
     EXPECT_FALSE(form.IsLoaded());
@@ -391,7 +391,7 @@ TEST_F(Forms, AWindowThatIsClosedUnloadsItsForm) {
   EXPECT_EQ(form.events, Events{});
 }
 
-TEST_F(Forms, WhatIsNotThereCannotBeChosen) {
+TEST_F(Forms, MissingRowsCannotBeChosen) {
   constexpr int kInvalidCall = 5;
   form.cboKeyed.AddItem("a", "Eins");
   form.cboKeyed.Text("Eins");
@@ -404,7 +404,7 @@ TEST_F(Forms, WhatIsNotThereCannotBeChosen) {
   EXPECT_EQ(form.tabs.SelectedTab(), 0U);
 }
 
-TEST(CharacterCount, CountsCodePointsEvenInTextThatIsNoUtf8) {
+TEST(CharacterCount, CountsCodePointsEvenInInvalidUtf8) {
   EXPECT_EQ(CharacterCount("aä€😀"), 4U);
   EXPECT_EQ(CharacterOffset("aä€😀", 2), 3U);
   EXPECT_EQ(CharacterOffset("aä", 9), 3U);

@@ -40,7 +40,7 @@ class Grids : public testing::Test {
   }
 };
 
-TEST_F(Grids, OpensARecordsetOfItsOwnOnTheStatement) {
+TEST_F(Grids, OpensItsOwnRecordsetForTheStatement) {
   Bind(3);
   ASSERT_EQ(table.opened.size(), 1U);
   EXPECT_EQ(table.opened[0].source, "SELECT No, Name FROM T");
@@ -55,7 +55,7 @@ TEST_F(Grids, AnEmptyValueShowsTheColumnsPlaceholder) {
   EXPECT_EQ(form.grid.Cell(0, 1), "<leer>");
 }
 
-TEST_F(Grids, RowsAreFetchedAsTheyAreLookedAt) {
+TEST_F(Grids, RowsAreFetchedOnDemand) {
   Bind(100'000);
   EXPECT_EQ(table.fetched, 0U);
   EXPECT_EQ(form.grid.Cell(0, 0), "0");
@@ -64,10 +64,10 @@ TEST_F(Grids, RowsAreFetchedAsTheyAreLookedAt) {
   EXPECT_LT(table.fetched, 1'000U);
   const std::size_t fetched = table.fetched;
   EXPECT_EQ(form.grid.Cell(1, 0), "1");
-  EXPECT_EQ(table.fetched, fetched);  // looked at lately
+  EXPECT_EQ(table.fetched, fetched);  // still cached
 }
 
-TEST_F(Grids, WhatWasLookedAtLongAgoIsFetchedAnew) {
+TEST_F(Grids, RowsReadLongAgoAreFetchedAgain) {
   Bind(100'000);
   form.grid.Cell(0, 0);
   for (std::size_t row = 0; row < 100'000; row += 100) form.grid.Cell(row, 0);
@@ -76,7 +76,7 @@ TEST_F(Grids, WhatWasLookedAtLongAgoIsFetchedAnew) {
   EXPECT_GT(table.fetched, fetched);
 }
 
-TEST_F(Grids, CountsTheRowsOfARecordsetThatDoesNotKnow) {
+TEST_F(Grids, CountsTheRowsOfARecordsetWithoutACount) {
   table.knowsCount = false;
   for (const std::size_t rows : {0U, 1U, 2U, 3U, 7U, 8U, 1000U, 4097U}) {
     Bind(rows);
@@ -93,7 +93,7 @@ TEST_F(Grids, SelectsSeveralRowsInTheOrderOfTheTable) {
   EXPECT_TRUE(form.grid.SelectedRows().empty());
 }
 
-TEST_F(Grids, TheBookmarkOfARowLeadsTheRecordsetBackToIt) {
+TEST_F(Grids, TheBookmarkOfARowMovesTheRecordsetBackToIt) {
   Bind(300);
   form.grid.Recordset().Let("Bookmark", form.grid.RowBookmark(200));
   const Variant name = "No";
@@ -108,17 +108,17 @@ TEST_F(Grids, ADoubleClickSelectsItsRowFirst) {
   EXPECT_EQ(form.doubleClicks, 1);
 }
 
-TEST_F(Grids, ADatabaseThatDisappearsIsAnErrorOfTheRowThatIsLookedAt) {
+TEST_F(Grids, ADatabaseThatDisappearsIsAnErrorOnTheNextFetch) {
   Bind(1'000);
   EXPECT_EQ(form.grid.Cell(0, 0), "0");
   table.gone = true;
   EXPECT_THROW(form.grid.Cell(900, 0), std::runtime_error);
-  EXPECT_EQ(form.grid.Cell(1, 0), "1");  // still known
+  EXPECT_EQ(form.grid.Cell(1, 0), "1");  // still cached
   table.gone = false;
   EXPECT_EQ(form.grid.Cell(900, 0), "900");
 }
 
-TEST_F(Grids, AFailingOpenLeavesTheGridEmpty) {
+TEST_F(Grids, AFailedOpenLeavesTheGridEmpty) {
   Bind(3);
   table.gone = true;
   EXPECT_THROW(form.grid.Rebind(), std::runtime_error);

@@ -10,7 +10,7 @@ namespace kvo {
 namespace {
 
 TEST(TextWidth, IsTheSumOfTahomasAdvancesRoundedUpToWholePixels) {
-  // "P", "r", "i", "n" and "t" of the bold font: 5014 of 2048 units to an em of 11 pixels.
+  // "P", "r", "i", "n" and "t" of the bold font add up to 5014 of 2048 units per em of 11 pixels.
   EXPECT_EQ(TahomaTextWidth("Print", FontWeight::bold), 27 * 15);
   EXPECT_EQ(TahomaTextWidth("Anzeigeformat:", FontWeight::normal), 1110);
   EXPECT_EQ(TahomaTextWidth("", FontWeight::normal), 0);
@@ -28,7 +28,7 @@ TEST(TextWidth, MeasuresCharactersNotBytes) {
   EXPECT_EQ(TahomaTextWidth("€", FontWeight::normal), TahomaTextWidth("0", FontWeight::normal));
 }
 
-TEST(TextWidth, SurvivesBytesThatAreNoText) {
+TEST(TextWidth, SurvivesInvalidBytes) {
   EXPECT_GT(TahomaTextWidth("\xC3", FontWeight::normal), 0);
   EXPECT_GT(TahomaTextWidth("\xF0\x9F", FontWeight::normal), 0);
   EXPECT_GT(TahomaTextWidth("\xFF\x80\xC0", FontWeight::normal), 0);
@@ -77,7 +77,7 @@ TEST(HeadlessPlatform, WithNothingQueuedEveryDialogIsCancelled) {
   EXPECT_EQ(platform.ChooseColor(7), 7);
 }
 
-TEST(HeadlessPlatform, WithoutADatabaseLayerARecordsetCannotBeMade) {
+TEST(HeadlessPlatform, WithoutADatabaseLayerARecordsetCannotBeCreated) {
   HeadlessPlatform platform;
   EXPECT_EQ(ErrorOf([&] { platform.NewRecordset(); }), 429);
 }

@@ -46,7 +46,7 @@ class TextPage final : public PropertyPage {
   std::vector<std::string>& log_;
 };
 
-// Never marks itself changed.
+// Never marks itself as changed.
 class QuietPage final : public PropertyPage {
  public:
   QuietPage() : PropertyPage("Still") {}
@@ -108,7 +108,7 @@ class Frames : public testing::Test {
                       }};
 };
 
-TEST_F(Frames, APageIsFilledWhenItIsShownForTheFirstTime) {
+TEST_F(Frames, APageIsFilledWhenFirstShown) {
   EXPECT_EQ(first, (Log{"Initialize", "SelectionChanged"}));
   EXPECT_TRUE(second.empty());
   frame.Show(1);
@@ -155,7 +155,7 @@ TEST_F(Frames, AFailingApplyKeepsThePageChangedAndTheFrameOpen) {
   EXPECT_TRUE(frame.CanApply());
   EXPECT_TRUE(Page(0).Changed());
   EXPECT_EQ(frame.ShownTab(), 0U);
-  EXPECT_EQ(subject->writes, 0);  // the pages behind it wait
+  EXPECT_EQ(subject->writes, 0);  // later pages wait
   Type(0, "besser");
   EXPECT_TRUE(frame.Ok());
   EXPECT_EQ(subject->text, "gut");
@@ -171,7 +171,7 @@ TEST_F(Frames, ANewSelectionFillsThePagesThatWereShown) {
   EXPECT_TRUE(second.empty());
 }
 
-TEST_F(Frames, APageThatCannotBeFilledIsReportedAndNeverApplied) {
+TEST_F(Frames, APageThatFailsToFillIsReportedAndNeverApplied) {
   const auto foreign = std::make_shared<Collection>();
   frame.Select({foreign});
   EXPECT_EQ(window.errors.size(), 1U);
@@ -179,11 +179,11 @@ TEST_F(Frames, APageThatCannotBeFilledIsReportedAndNeverApplied) {
   Type(0, "x");
   EXPECT_FALSE(frame.CanApply());
   EXPECT_TRUE(frame.Apply());
-  frame.Show(0);  // tried again
+  frame.Show(0);  // tries again
   EXPECT_EQ(window.errors.size(), 2U);
 }
 
-TEST_F(Frames, APageThatCouldNotBeFilledIsFilledAgainAtTheNextSelection) {
+TEST_F(Frames, APageThatFailedToFillIsFilledAtTheNextSelection) {
   frame.Show(1);
   frame.Select({std::make_shared<Collection>()});
   EXPECT_EQ(window.errors.size(), 2U);
@@ -208,12 +208,12 @@ TEST_F(Frames, APageThatWasNeverShownIsNotFilledByASelection) {
   EXPECT_FALSE(frame.IsFilled(1));
 }
 
-// What the user does to a page that does not mark itself.
+// A user's actions on a page that does not mark itself.
 class TouchedFrames : public testing::Test {
  protected:
   TouchedFrames() { frame.Show(0); }
 
-  // Whether that makes the page one to apply; it is applied then.
+  // Returns whether the page needs applying after the action; if so, applies it.
   bool Counts(const std::function<void(HeadlessUser&)>& act) {
     HeadlessUser user(platform, *page);
     act(user);
@@ -238,7 +238,7 @@ class TouchedFrames : public testing::Test {
   PropertyFrame frame{window, {subject}, {"x"}, factory, PropertyFrame::Applies::markedOrTouched};
 };
 
-TEST_F(TouchedFrames, WhateverTheUserTypesChoosesClicksOrDeletesIsToBeApplied) {
+TEST_F(TouchedFrames, TypingChoosingClickingAndDeletingRequireApplying) {
   EXPECT_TRUE(Counts([&](HeadlessUser& user) {
     user.ClickInto(page->txtText, 0);
     user.Type("a");
@@ -250,7 +250,7 @@ TEST_F(TouchedFrames, WhateverTheUserTypesChoosesClicksOrDeletesIsToBeApplied) {
     user.Type("b");
   }));
   EXPECT_TRUE(Counts([&](HeadlessUser& user) { user.Choose(page->cboList, 0); }));
-  EXPECT_TRUE(Counts([&](HeadlessUser& user) { user.Choose(page->cboList, 0); }));  // once more
+  EXPECT_TRUE(Counts([&](HeadlessUser& user) { user.Choose(page->cboList, 0); }));  // again
   EXPECT_TRUE(Counts([&](HeadlessUser& user) { user.Click(page->chkFlag); }));
   EXPECT_TRUE(Counts([&](HeadlessUser& user) { user.Click(page->optOne); }));
   EXPECT_TRUE(Counts([&](HeadlessUser& user) { user.Click(page->cmdAdd); }));
@@ -283,7 +283,7 @@ TEST_F(TouchedFrames, LookingAtAPageTouchesNothing) {
   EXPECT_EQ(window.applyChanges, 0);
 }
 
-TEST_F(TouchedFrames, ANewSelectionForgetsWhatWasTouched) {
+TEST_F(TouchedFrames, ANewSelectionForgetsTheUsersActions) {
   HeadlessUser(platform, *page).Click(page->cmdAdd);
   EXPECT_TRUE(frame.CanApply());
   EXPECT_EQ(window.applyChanges, 1);
@@ -294,7 +294,7 @@ TEST_F(TouchedFrames, ANewSelectionForgetsWhatWasTouched) {
   EXPECT_EQ(page->applied, 0);
 }
 
-TEST_F(TouchedFrames, AFrameThatGoesByThePagesMarkDoesNotCountIt) {
+TEST_F(TouchedFrames, AFrameThatTrustsThePagesMarkIgnoresTheUsersActions) {
   PropertyFrame marked(window, {subject}, {"x"}, factory);
   marked.Show(0);
   HeadlessUser(platform, *page).Click(page->cmdAdd);

@@ -42,11 +42,11 @@ TEST_F(PropertyGrids, ARowChosenFromItsListHoldsTheChoicesCaption) {
   EXPECT_EQ(form.events, Events{"border"});
 }
 
-TEST_F(PropertyGrids, TypingReplacesTheValueAndThenGoesOnBehindIt) {
+TEST_F(PropertyGrids, TypingReplacesTheValueAndThenAppends) {
   form.grid.Item("text").Value("alt");
   form.events.clear();
   user.SelectItem(form.grid.Item("text"));
-  user.Type(std::string("neu\0\r", 5));  // a value is one line
+  user.Type(std::string("neu\0\r", 5));  // a value is a single line
   EXPECT_EQ(form.grid.Item("text").Value(), Variant("neu"));
   EXPECT_EQ(form.events, (Events{"text", "text", "text"}));
   user.SelectItem(form.grid.Item("text"));
@@ -54,11 +54,11 @@ TEST_F(PropertyGrids, TypingReplacesTheValueAndThenGoesOnBehindIt) {
   user.Type("n");
   EXPECT_EQ(form.grid.Item("text").Value(), Variant("n"));
   user.Press(Key::selectAll);
-  user.Type("n");  // the same once more is no change
+  user.Type("n");  // typing the same value is not a change
   EXPECT_EQ(form.events.size(), 4U);
 }
 
-TEST_F(PropertyGrids, TypingBehindANumberMakesItAText) {
+TEST_F(PropertyGrids, TypingAfterANumberMakesItAText) {
   form.grid.Item("border").Value(2);
   user.SelectItem(form.grid.Item("border"));
   user.Press(Key::selectAll);
@@ -69,8 +69,8 @@ TEST_F(PropertyGrids, TypingBehindANumberMakesItAText) {
   EXPECT_EQ(form.grid.Item("border").Value(), Variant("2px"));
 }
 
-// With a copy of the value for each key this would take minutes.
-TEST_F(PropertyGrids, TypingALongValueTakesNoLongerForEachKey) {
+// Would take minutes if each key copied the value.
+TEST_F(PropertyGrids, TypingALongValueTakesNoLongerPerKey) {
   const std::string typed(300'000, 'x');
   user.SelectItem(form.grid.Item("text"));
   user.Type(typed);
@@ -117,7 +117,7 @@ TEST_F(PropertyGrids, TheFirstKeyInARowReplacesItsValue) {
   EXPECT_EQ(form.grid.Item("text").Value(), Variant("nu"));
 }
 
-TEST_F(PropertyGrids, AListThatIsNotEditableTakesNoTypedText) {
+TEST_F(PropertyGrids, AListThatIsNotEditableRefusesTypedText) {
   user.SelectItem(form.grid.Item("fixed"));
   EXPECT_THROW(user.Type("x"), CannotDo);
 }
@@ -150,7 +150,7 @@ TEST_F(PropertyGrids, KeysEditTheSelectedValue) {
   row.Value("abcd");
   user.SelectItem(row);
   user.Press(Key::left);
-  user.Press(Key::del);  // a character, not the row
+  user.Press(Key::del);  // deletes a character, not the row
   EXPECT_EQ(ToText(row.Value()), "bcd");
   user.Press(Key::end);
   user.Press(Key::left);
@@ -163,7 +163,7 @@ TEST_F(PropertyGrids, KeysEditTheSelectedValue) {
   EXPECT_EQ(ToText(row.Value()), "z");
 }
 
-TEST_F(PropertyGrids, ArrowKeysGoThroughRowsAndChoices) {
+TEST_F(PropertyGrids, ArrowKeysMoveThroughRowsAndChoices) {
   user.FocusByKeyboard(form.grid);
   user.Press(Key::up);
   EXPECT_EQ(form.grid.SelectedItem(), &form.grid.Item("fixed"));
@@ -177,7 +177,7 @@ TEST_F(PropertyGrids, ArrowKeysGoThroughRowsAndChoices) {
   EXPECT_EQ(form.grid.Item("border").Value(), Variant("1 Pixel"));
 }
 
-TEST_F(PropertyGrids, TheTabKeyStopsAtTheButtonBesideAColour) {
+TEST_F(PropertyGrids, TheTabKeyStopsAtTheButtonNextToAColour) {
   user.SelectItem(form.grid.Item("color"));
   user.Press(Key::tab);
   EXPECT_EQ(form.Focused(), &form.grid);

@@ -1,4 +1,4 @@
-// How a form's text and the text of its widget correspond, whatever the toolkit.
+// The mapping between a form's text and its widget's text, in any toolkit.
 #include "common/forms/ShownText.h"
 
 #include <gtest/gtest.h>
@@ -8,11 +8,11 @@
 namespace kvo {
 namespace {
 
-// Two toolkits of the tests' own: widgets that break lines by LF, and by CR LF. They know the
-// characters that the tests use.
+// Two test toolkits, whose widgets break lines by LF and by CR LF. They know only the characters
+// that the tests use.
 std::u16string Units(std::string_view character) {
   if (character == "😀") return u"😀";
-  if (character == "\xED\xA0\xBD") return {0xD83D};  // half of it
+  if (character == "\xED\xA0\xBD") return {0xD83D};  // its first half
   return {static_cast<char16_t>(character[0])};
 }
 
@@ -57,15 +57,15 @@ TEST(ShownTexts, PositionsOfALineCountUnits) {
 TEST(ShownTexts, ALineMayJoinCrLf) {
   const ShownText shown("a😀\r\nb", Lines::one, kCrLf);
   EXPECT_EQ(shown.Units(), u"a😀\u00B6b");
-  EXPECT_EQ(shown.ToForm(4), 4U);  // behind CR LF
+  EXPECT_EQ(shown.ToForm(4), 4U);  // after CR LF
   EXPECT_EQ(shown.ToWidget(99), 5);
 }
 
-TEST(ShownTexts, EveryLineBreakOfSeveralLinesIsOne) {
+TEST(ShownTexts, EveryLineBreakOfSeveralLinesIsOneBreak) {
   const ShownText lf("a\r\nb\rc\nd", Lines::many, kLf);
   EXPECT_EQ(lf.Units(), u"a\nb\nc\nd");
   EXPECT_EQ(lf.ToForm(1), 1U);
-  EXPECT_EQ(lf.ToForm(2), 3U);  // behind CR LF
+  EXPECT_EQ(lf.ToForm(2), 3U);  // after CR LF
   EXPECT_EQ(lf.ToForm(4), 5U);
   EXPECT_EQ(lf.ToWidget(3), 2);
 
@@ -78,7 +78,7 @@ TEST(ShownTexts, EveryLineBreakOfSeveralLinesIsOne) {
   EXPECT_EQ(crLf.ToWidget(5), 6);
 }
 
-TEST(ShownTexts, StrayBytesInFrontBelongToTheFirstCharacter) {
+TEST(ShownTexts, LeadingStrayBytesBelongToTheFirstCharacter) {
   const ShownText shown(
       "\x80"
       "ab",
@@ -100,25 +100,25 @@ struct Case {
   std::string_view typed;
 };
 
-TEST(Edits, AreFoundAsTheDifference) {
+TEST(Edits, AreTheDifference) {
   const Case cases[] = {
       {kLf, "abc", {1, 0}, u"axbc", 2, 1, 0, "x"},
       {kLf, "aaa", {1, 0}, u"aaaa", 2, 1, 0, "a"},          // typed at the caret
       {kLf, "aaa", {2, 0}, u"aa", 1, 1, 1, ""},             // the backspace key
       {kLf, "aaa", {1, 0}, u"aa", 1, 1, 1, ""},             // the delete key
-      {kLf, "a\r\nb", {1, 0}, u"ab", 1, 1, 2, ""},          // a line break as a whole
+      {kLf, "a\r\nb", {1, 0}, u"ab", 1, 1, 2, ""},          // removes a whole line break
       {kCrLf, "a\r\nb", {1, 0}, u"ab", 1, 1, 2, ""},        //
-      {kCrLf, "a\nb", {1, 0}, u"ab", 1, 1, 1, ""},          // however it is made
-      {kLf, "ab", {1, 0}, u"a\nb", 2, 1, 0, "\r\n"},        // and typed
+      {kCrLf, "a\nb", {1, 0}, u"ab", 1, 1, 1, ""},          // in either form
+      {kLf, "ab", {1, 0}, u"a\nb", 2, 1, 0, "\r\n"},        // typed line breaks
       {kCrLf, "ab", {1, 0}, u"a\r\nb", 3, 1, 0, "\r\n"},    //
-      {kLf, "0", {0, 1}, u"0", 1, 0, 1, "0"},               // over the same
+      {kLf, "0", {0, 1}, u"0", 1, 0, 1, "0"},               // typed over the same character
       {kLf, "a\r\nb", {0, 3}, u"x", 1, 0, 4, "x"},          //
       {kCrLf, "a\r\nb", {0, 4}, u"x", 1, 0, 4, "x"},        //
-      {kLf, "😀", {0, 2}, u"😁", 2, 0, 1, "😁"},               // half of the pair is the same
+      {kLf, "😀", {0, 2}, u"😁", 2, 0, 1, "😁"},               // half of the pair is unchanged
       {kLf, "😀", {2, 0}, u"😁", 2, 0, 1, "😁"},               //
       {kLf, "a\xED\xA0\xBD", {2, 0}, u"a😀", 3, 1, 1, "😀"},  // a second half joins the first
       {kLf, "abc", {3, 0}, u"xbc", 1, 0, 1, "x"},           // undone elsewhere
-      {kLf, "", {2, 0}, u"xy", 2, 0, 0, "xy"},              // the caret is behind all there was
+      {kLf, "", {2, 0}, u"xy", 2, 0, 0, "xy"},              // the caret was past the end
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.before);

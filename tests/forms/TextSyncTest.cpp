@@ -1,4 +1,4 @@
-// A box that keeps in step with a text of the form.
+// Keeps a box in step with a text of the form.
 #include "host/desktop/TextSync.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@ namespace {
 
 int charactersShown = 0;
 
-// Shows ASCII.
+// Shows ASCII only.
 std::u16string ShowCharacter(std::string_view character, Lines) {
   ++charactersShown;
   return {character.begin(), character.end()};
@@ -28,7 +28,7 @@ class Actions final : public FormActions {
   void CallForReport() override {}
 };
 
-// A toolkit's box that the test types into.
+// A toolkit's box; the test types into it.
 class Box final : public TextSync {
  public:
   Box(EditedText& text, FormActions& actions) : TextSync(text, Lines::one, kPlainStyle, actions) {
@@ -67,7 +67,7 @@ class Page final : public Form {
   std::function<void()> onChange = [] {};
 };
 
-// Tells the boxes, as a desktop's renderer does.
+// Notifies the boxes, as a desktop's renderer does.
 class Renderer final : public FormRenderer {
  public:
   Renderer(Form& form, Actions& actions) : FormRenderer(form), actions_(actions) {}
@@ -97,7 +97,7 @@ class TextSyncs : public testing::Test {
   Renderer renderer{page, actions};
 };
 
-TEST_F(TextSyncs, TellABoxItsTextOncePerKey) {
+TEST_F(TextSyncs, UpdateABoxOncePerKey) {
   BoxText text(page.txtName);
   Box box(text, actions);
   renderer.box = &box;
@@ -107,10 +107,10 @@ TEST_F(TextSyncs, TellABoxItsTextOncePerKey) {
   EXPECT_EQ(page.txtName.Text(), "abcd");
   EXPECT_EQ(page.txtName.SelStart(), 4U);
   EXPECT_EQ(charactersShown, 4);  // each once
-  EXPECT_EQ(box.assigned, 1);     // when it was made
+  EXPECT_EQ(box.assigned, 1);     // on construction
 }
 
-TEST_F(TextSyncs, TellABoxTheValueOfARowOncePerKey) {
+TEST_F(TextSyncs, UpdateABoxWithTheValueOfARowOncePerKey) {
   PropertyGridItem& row = page.suiRows.Add({.caption = "Zeile", .value = "abc"});
   ValueText value(&row);
   Box box(value, actions);
@@ -123,7 +123,7 @@ TEST_F(TextSyncs, TellABoxTheValueOfARowOncePerKey) {
   EXPECT_EQ(box.selection, (UnitRange{1, 0}));
 }
 
-TEST_F(TextSyncs, LeaveNothingSelectedOfAValueThatWasEmptied) {
+TEST_F(TextSyncs, EmptyingAValueLeavesNothingSelected) {
   PropertyGridItem& row = page.suiRows.Add({.caption = "Zeile", .value = "abc"});
   ValueText value(&row);
   Box box(value, actions);
@@ -135,7 +135,7 @@ TEST_F(TextSyncs, LeaveNothingSelectedOfAValueThatWasEmptied) {
   EXPECT_EQ(box.selection, (UnitRange{0, 0}));
 }
 
-TEST_F(TextSyncs, TakeWhatTheFormDoesNotTakeFromTheBox) {
+TEST_F(TextSyncs, RemoveFromTheBoxWhatTheFormRefuses) {
   BoxText text(page.txtName);
   Box box(text, actions);
   renderer.box = &box;
@@ -146,7 +146,7 @@ TEST_F(TextSyncs, TakeWhatTheFormDoesNotTakeFromTheBox) {
   EXPECT_EQ(box.selection, (UnitRange{1, 0}));
 }
 
-TEST_F(TextSyncs, ShowWhatThePageMakesOfAKey) {
+TEST_F(TextSyncs, ShowThePagesReactionToAKey) {
   BoxText text(page.txtName);
   Box box(text, actions);
   renderer.box = &box;

@@ -1,4 +1,5 @@
-// Replays every kept input of the fuzzers, findings included, against the rules of its subject.
+// Replays every corpus input of the fuzzers, including past findings, against the rules of its
+// subject.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -16,7 +17,7 @@ namespace kvo {
 namespace {
 
 struct Subject {
-  const char* name;  // of its folder
+  const char* name;  // of its corpus folder
   void (*check)(std::string_view input);
 };
 void PrintTo(const Subject& subject, std::ostream* out) { *out << subject.name; }

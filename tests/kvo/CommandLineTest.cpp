@@ -44,7 +44,7 @@ TEST_F(CommandLine, EveryCommandExplainsItselfInBothLanguages) {
   }
 }
 
-TEST_F(CommandLine, LanguageFollowsTheFirstLocaleVariableThatIsSet) {
+TEST_F(CommandLine, LanguageFollowsTheFirstSetLocaleVariable) {
   EXPECT_EQ(Kvo({"--help"}, "", {{"LANG", "de_AT.UTF-8"}}).out.find("Aufruf"), 0U);
   EXPECT_EQ(Kvo({"--help"}, "", {{"LC_ALL", ""}, {"LANG", "de"}}).out.find("Aufruf"), 0U);
   EXPECT_EQ(Kvo({"--help"}, "", {{"LC_MESSAGES", "en_GB"}, {"LANG", "de_DE"}}).out.find("Usage"),
@@ -140,7 +140,7 @@ TEST_F(CommandLine, AnArgumentIsOneNameWhateverItLooksLike) {
   EXPECT_EQ(Read("b.html"), PrintElement("b"));
 }
 
-TEST_F(CommandLine, AnOptionsValueIsNotEmpty) {
+TEST_F(CommandLine, AnOptionsValueMustNotBeEmpty) {
   Write("x.html", PrintElement("x", "x"));
   Write("y.html", PrintElement("y", "y"));
   const std::vector<std::string> before = Files();
@@ -170,7 +170,7 @@ TEST_F(CommandLine, NothingIsColouredOutsideATerminal) {
   EXPECT_EQ(Kvo({"nothing"}).err.find('\x1b'), std::string::npos);
 }
 
-TEST_F(CommandLine, OutputThatCannotBeWrittenIsAFailure) {
+TEST_F(CommandLine, UnwritableOutputIsAFailure) {
   if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
   Write("x.html", PrintElement("x"));
   const Result result = Kvo({"save", "x.html", "-o", "/dev/full"});

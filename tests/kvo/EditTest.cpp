@@ -15,7 +15,7 @@ TEST_F(NewCommand, PrintsAnElementWhoseRuntimeTextPublishes) {
   EXPECT_EQ(published.out, "<kv:print value=\"a&amp;b\" format=\"#,##0.00\"/>\n");
 }
 
-TEST_F(NewCommand, StoresWhatAnEmptyBagLeavesAlwaysStored) {
+TEST_F(NewCommand, StoresTheKeysThatAreAlwaysStored) {
   EXPECT_EQ(Kvo({"new", "DTCPrint"}).out,
             "<object classid=\"progid:KVOPDesignObjects.DTCPrint\">"
             "<param name=\"value\" value=\"\"><param name=\"format\" value=\"\"></object>\n");
@@ -26,11 +26,11 @@ TEST_F(NewCommand, WritesTheId) {
   EXPECT_NE(result.out.find(" id=\"Preis\""), std::string::npos) << result.out;
 }
 
-TEST_F(NewCommand, NamesAreTakenInAnyCase) {
+TEST_F(NewCommand, NamesIgnoreCase) {
   EXPECT_EQ(Kvo({"new", "dtcprint", "VALUE=x"}).out, Kvo({"new", "DTCPrint", "Value=x"}).out);
 }
 
-TEST_F(NewCommand, ValueHoldsEverythingBehindTheFirstEqualsSign) {
+TEST_F(NewCommand, ValueIsEverythingAfterTheFirstEqualsSign) {
   const Result element = Kvo({"new", "DTCPrint", "Value=a=\"b\"\r\n--<ä>"});
   EXPECT_EQ(Kvo({"publish", "-"}, element.out).out, "<kv:print value=\"a=\"b\"\r\n--<ä>\"/>\n");
 }
@@ -92,7 +92,7 @@ TEST_F(SetCommand, PagesAndIdsMayHaveTheNamesOfCommands) {
   EXPECT_EQ(Kvo({"check", "check", "check"}).code, 0);
 }
 
-TEST_F(SetCommand, WritesElsewhereWithOutput) {
+TEST_F(SetCommand, OutputOptionWritesElsewhere) {
   const std::string page = PrintElement("a", "A");
   Write("x.html", page);
   EXPECT_EQ(Kvo({"set", "x.html", "A", "Value=c", "-o", "y.html"}).code, 0);
@@ -112,7 +112,7 @@ TEST_F(SetCommand, UnknownIdIsWrongUseWithASuggestion) {
   EXPECT_EQ(Files(), std::vector<std::string>{"x.html"});
 }
 
-TEST_F(SetCommand, IdThatStandsTwiceIsRefusedWithBothLines) {
+TEST_F(SetCommand, DuplicateIdIsRefusedWithBothLines) {
   const std::string page = PrintElement("a", "A") + "\n\n" + PrintElement("b", "A");
   Write("x.html", page);
   const Result result = Kvo({"set", "x.html", "A", "Value=c"});
@@ -123,7 +123,7 @@ TEST_F(SetCommand, IdThatStandsTwiceIsRefusedWithBothLines) {
   EXPECT_EQ(Read("x.html"), page);
 }
 
-TEST_F(SetCommand, RefusedValueLeavesThePageAsItWas) {
+TEST_F(SetCommand, RefusedValueKeepsThePage) {
   const std::string page = PrintElement("a", "A");
   Write("x.html", page);
   const Result result = Kvo({"set", "x.html", "A", "Value=c", "Wert=d"});

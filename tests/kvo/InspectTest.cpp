@@ -59,7 +59,7 @@ TEST_F(InspectCommand, JsonHasTheKeysAndValuesOfEachControl) {
   EXPECT_NE(result.out.find("ä&"), std::string::npos) << "UTF-8, not escaped";
 }
 
-TEST_F(InspectCommand, FlagsAndNumbersAreWhatTheyAre) {
+TEST_F(InspectCommand, FlagsAndNumbersKeepTheirTypes) {
   const Result element = Kvo({"new", "DTCProductList", "DisplayColumns=3", "DisplayPrice=false"});
   const Json document = Json::parse(Kvo({"inspect", "-", "--json"}, element.out).out);
   const Json& properties = document["controls"][0]["properties"];
@@ -89,7 +89,7 @@ TEST_F(InspectCommand, FailingControlsDoNotHideTheOthers) {
   EXPECT_NE(text.out.find("=> <kv:print value=\"x\"/>"), std::string::npos) << text.out;
 }
 
-TEST_F(InspectCommand, TextNamesPlaceClassIdStoredKeysAndRuntimeText) {
+TEST_F(InspectCommand, TextShowsPlaceClassIdStoredKeysAndRuntimeText) {
   Write("x.html", "\n" + PrintElement("a", "A"));
   EXPECT_EQ(Kvo({"inspect", "x.html"}).out,
             "x.html:2:1: DTCPrint \"A\"\n"
@@ -123,7 +123,7 @@ TEST_F(InspectCommand, EveryClassIsInspected) {
   }
 }
 
-TEST_F(CheckCommand, GoodPageSaysNothing) {
+TEST_F(CheckCommand, GoodPagePrintsNothing) {
   const Result result = Kvo({"check", "-"}, PrintElement("x"));
   EXPECT_EQ(result.code, 0);
   EXPECT_EQ(result.out + result.err, "");
@@ -158,10 +158,10 @@ std::string ContactElement(const std::string& field) {
 const std::string kOffice =
     R"({"contactFields": [{"sqlName": "Email", "displayName": "E-Mail", "dataType": 0}]})";
 
-TEST_F(CheckCommand, FieldsAreLookedUpInTheOfficeBesideThePage) {
+TEST_F(CheckCommand, FieldsAreLookedUpInTheOfficeNextToThePage) {
   std::filesystem::create_directory(Folder() / "work" / "shop");
   Write("shop/x.html", ContactElement("Emial"));
-  EXPECT_EQ(Kvo({"check", "shop/x.html"}).code, 0) << "without an office any field is good";
+  EXPECT_EQ(Kvo({"check", "shop/x.html"}).code, 0) << "without an office any field is accepted";
   Write("shop/office.json", kOffice);
   const Result result = Kvo({"check", "shop/x.html"});
   EXPECT_EQ(result.code, 1);
@@ -179,7 +179,7 @@ TEST_F(CheckCommand, OfficeOptionNamesAnotherOne) {
   EXPECT_EQ(Kvo({"check", "x.html", "--office", "missing.json"}).code, 2);
 }
 
-TEST_F(CheckCommand, BrokenOfficeIsAFailureWithItsPlace) {
+TEST_F(CheckCommand, BrokenOfficeIsAFailureWithAPlace) {
   Write("x.html", ContactElement("Email"));
   Write("office.json", "{\n  \"contactField\": []\n}");
   const Result result = Kvo({"check", "x.html"});
@@ -222,7 +222,7 @@ TEST_F(CheckCommand, BrokenOfficeDoesNotStopTheOtherPages) {
   EXPECT_NE(KvoGerman({"check", "large/x.html"}).err.find("zu groß"), std::string::npos);
 }
 
-TEST_F(CheckCommand, OfficeThatIsNamedIsReadOnceForAllPages) {
+TEST_F(CheckCommand, NamedOfficeIsReadOnceForAllPages) {
   Write("x.html", ContactElement("Emial"));
   Write("y.html", ContactElement("Emial"));
   ASSERT_EQ(mkfifo((Folder() / "work/pipe").c_str(), 0600), 0);
@@ -235,7 +235,7 @@ TEST_F(CheckCommand, OfficeThatIsNamedIsReadOnceForAllPages) {
   EXPECT_NE(input.out.find("\ny.html:1:1: error"), std::string::npos) << input.out;
 }
 
-TEST_F(CheckCommand, AFindingInThePagesOwnTextIsOfNoControl) {
+TEST_F(CheckCommand, AProblemInThePagesOwnTextHasNoControl) {
   Write("x.html", "<p>\nä #customer.Emial#");
   Write("office.json", kOffice);
   EXPECT_EQ(
@@ -251,7 +251,7 @@ TEST_F(CheckCommand, AFindingInThePagesOwnTextIsOfNoControl) {
   EXPECT_EQ(problems[0]["id"], "");
 }
 
-TEST_F(CheckCommand, WarningsAloneAreNoFailure) {
+TEST_F(CheckCommand, WarningsAloneAreNotAFailure) {
   Write("x.html", "<object classid=\"progid:KVOPDesignObjects.DTCViewtracker\"></object>");
   const Result result = Kvo({"check", "x.html", "--json"});
   EXPECT_EQ(result.code, 0);
@@ -268,7 +268,7 @@ TEST_F(CheckCommand, ExampleNewsletterIsClean) {
   EXPECT_EQ(result.out + result.err, "");
 }
 
-TEST_F(ClassesCommand, JsonCarriesTheWholeContract) {
+TEST_F(ClassesCommand, JsonHasTheWholeContract) {
   const Json document = Json::parse(Kvo({"classes", "--json"}).out);
   EXPECT_EQ(document["library"], kLibraryName);
   ASSERT_EQ(document["classes"].size(), RegisteredControls().size());
@@ -288,19 +288,19 @@ TEST_F(ClassesCommand, JsonCarriesTheWholeContract) {
 
 std::string SourceFile(const std::string& path) { return std::string(KVO_SOURCE_DIR) + '/' + path; }
 
-// Compares a checked-in listing with what the program prints now.
+// Compares a checked-in listing with the program's current output.
 void ExpectCurrent(const std::string& file, const std::string& listing, const std::string& option) {
   const std::string checkedIn = [&] {
     std::ifstream stream(SourceFile(file), std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(stream), {});
   }();
   EXPECT_EQ(checkedIn, listing) << file
-                                << " is out of date. When the change is meant, write it with"
+                                << " is out of date. If the change is intended, write it with"
                                 << "\n  LC_ALL=C build/dev/bin/kvo classes" << option << " > "
                                 << file;
 }
 
-TEST_F(ClassesCommand, PublishedContractIsTheCheckedInOne) {
+TEST_F(ClassesCommand, PublishedContractMatchesTheCheckedInOne) {
   ExpectCurrent("tests/golden/classes.txt", Kvo({"classes"}).out, "");
 }
 
@@ -328,8 +328,8 @@ TEST_F(PictureCommand, DrawsAClassWithItsDesignCaptions) {
   EXPECT_NE(result.out.find("font-weight=\"bold\""), std::string::npos);
 }
 
-TEST_F(PictureCommand, HoldsNothingThatIsNoXml) {
-  Write("x.html", "\xEF\xBB\xBF" +  // in UTF-8, though not all of it is valid
+TEST_F(PictureCommand, ContainsOnlyValidXml) {
+  Write("x.html", "\xEF\xBB\xBF" +  // UTF-8, although not all of it is valid
                       PrintElement("a&#xFFFE;b&#xFFFF;c\xEF\xBF\xBE"
                                    "d\xEF\xBF\xBF"
                                    "e&#xD800;f&#x1;g\xEF\xBF\xBD\xF0\x9F\x92\x8C") +
@@ -361,7 +361,7 @@ TEST_F(PictureCommand, NamesFilesAfterTheBeginningOfLongIds) {
                             ".svg\npictures/4-DTCPrint.svg\n");
 }
 
-TEST_F(PictureCommand, OneThatCannotBeWrittenDoesNotHideTheOthers) {
+TEST_F(PictureCommand, AnUnwritablePictureDoesNotHideTheOthers) {
   Write("x.html", PrintElement("a", "a") + PrintElement("b", "b"));
   std::filesystem::create_directories(Folder() / "work/pictures/1-a.svg");
   const Result result = Kvo({"picture", "x.html", "-o", "pictures"});
@@ -370,13 +370,13 @@ TEST_F(PictureCommand, OneThatCannotBeWrittenDoesNotHideTheOthers) {
   EXPECT_EQ(result.out, "pictures/2-b.svg\n");
 }
 
-TEST_F(PictureCommand, AsksForATarget) {
+TEST_F(PictureCommand, RequiresATarget) {
   const Result result = Kvo({"picture", "DTCPrint"});
   EXPECT_EQ(result.code, 2);
   EXPECT_NE(result.err.find("-o FOLDER"), std::string::npos) << result.err;
 }
 
-// What is told of one kind, in a page of 30 wrong keys.
+// The shortened report for one kind of problem, for a page with 30 wrong keys.
 
 const std::string kManyProblems = [] {
   std::string page;
@@ -385,7 +385,7 @@ const std::string kManyProblems = [] {
   return page + ControlElement("DTCPrnt", {});
 }();
 
-TEST_F(CheckCommand, TellsTheFirstOfAKindAndHowManyMoreThereAre) {
+TEST_F(CheckCommand, ReportsTheFirstOfAKindAndTheNumberOfOthers) {
   Write("x.html", kManyProblems);
   for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
            {"check", "x.html"}, {"save", "x.html"}, {"inspect", "x.html"}}) {
@@ -403,7 +403,7 @@ TEST_F(CheckCommand, TellsTheFirstOfAKindAndHowManyMoreThereAre) {
             std::string::npos);
 }
 
-TEST_F(CheckCommand, TellsTheSameAsJson) {
+TEST_F(CheckCommand, ReportsTheSameAsJson) {
   Write("x.html", kManyProblems);
   const Json problems = Json::parse(Kvo({"check", "x.html", "--json"}).out)["problems"];
   ASSERT_EQ(problems.size(), 12U);
@@ -414,8 +414,8 @@ TEST_F(CheckCommand, TellsTheSameAsJson) {
   EXPECT_EQ(problems[11]["rule"], "unknown-class");
 }
 
-// One page's problems do not hide those of another, and every control keeps its error.
-TEST_F(CheckCommand, TellsOfEachPageAndEachControl) {
+// One page's problems do not hide another's, and every control keeps its error.
+TEST_F(CheckCommand, ReportsEachPageAndEachControl) {
   Write("x.html", kManyProblems);
   Write("y.html", kManyProblems);
   EXPECT_NE(Kvo({"check", "x.html", "y.html"}).out.find("y.html:10:62: error"), std::string::npos);

@@ -12,17 +12,17 @@
 namespace kvo::test {
 namespace {
 
-// A page that comes through a pipe, so that the test decides when it is there.
+// Reads the page from a pipe, so that the test decides when it arrives.
 class PipedPage : public Program {
  protected:
   PipedPage() { EXPECT_EQ(mkfifo(PipeName().c_str(), 0600), 0); }
 
   std::string PipeName() const { return (Folder() / "work" / "pipe.html").string(); }
-  // Returns as soon as the program has opened the page.
+  // Returns once the program has opened the page.
   int OpenPipe() const { return open(PipeName().c_str(), O_WRONLY); }
 };
 
-TEST_F(PipedPage, InterruptionLeavesTheTargetAsItWas) {
+TEST_F(PipedPage, InterruptionKeepsTheTarget) {
   Write("x.html", "old");
   const pid_t kvo = Start({"save", "pipe.html", "-o", "x.html"});
   const int pipe = OpenPipe();
@@ -35,7 +35,7 @@ TEST_F(PipedPage, InterruptionLeavesTheTargetAsItWas) {
   EXPECT_EQ(Files(), (std::vector<std::string>{"pipe.html", "x.html"}));
 }
 
-// Whatever a command waits for: its page, or somebody who takes what it writes.
+// Interrupts commands that wait for their page, or for a reader of their output.
 TEST_F(PipedPage, EveryCommandEndsAtOnce) {
   Write("x.html", PrintElement("x", "Preis"));
   const std::vector<std::string> before = Files();
@@ -69,7 +69,7 @@ TEST_F(PipedPage, EveryCommandEndsAtOnce) {
     }
 }
 
-TEST_F(PipedPage, RunThatTakesLongTellsHowFarItIs) {
+TEST_F(PipedPage, LongRunReportsItsProgress) {
   Write("x.html", "<p>");
   const pid_t kvo = Start({"check", "pipe.html", "x.html"});
   const int pipe = OpenPipe();
@@ -81,7 +81,7 @@ TEST_F(PipedPage, RunThatTakesLongTellsHowFarItIs) {
   EXPECT_EQ(result.out, "");
 }
 
-TEST_F(Program, QuickRunTellsNothingAboutItsProgress) {
+TEST_F(Program, QuickRunReportsNoProgress) {
   Write("x.html", "<p>");
   EXPECT_EQ(Kvo({"check", "x.html", "x.html"}).err, "");
 }

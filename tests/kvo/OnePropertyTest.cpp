@@ -1,5 +1,5 @@
-// A new property is one row of its control and one line of its page: everything else follows. The
-// programs are those of tests/kvo/property.
+// A new property takes one row in its control and one line in its page; everything else follows.
+// Uses the programs of tests/kvo/property.
 #include <nlohmann/json.hpp>
 
 #include "tests/kvo/Program.h"
@@ -14,7 +14,7 @@ class OneProperty : public Program {
 
 const std::string kList = ControlElement("DTCPositionList", {{"summary", "total"}}, "liste");
 
-TEST_F(OneProperty, IsUnknownToTheProgramThatShips) {
+TEST_F(OneProperty, IsUnknownToTheShippedProgram) {
   UseProgram(KVO_PROGRAM);
   EXPECT_EQ(Kvo({"publish", "-", "-o", "-"}, kList).code, 1);
 }
@@ -53,7 +53,7 @@ expect bag liste summary "alles"
   EXPECT_EQ(played.code, 0) << played.out << played.err;
 }
 
-TEST_F(OneProperty, StandsInTheTypeLibrary) {
+TEST_F(OneProperty, IsInTheTypeLibrary) {
   UseProgram(KVO_COM_SOURCES_WITH_PROPERTY);
   const std::string library = Kvo({"KVOPDesignObjects"}).out;
   EXPECT_NE(library.find("[id(14), propput, helpstring(\"Gespeichert unter 'summary', gelesen mit "

@@ -29,7 +29,7 @@ TEST_F(PagesCommand, UnknownClassIsWrongUse) {
   EXPECT_EQ(Kvo({"pages", "DTCPrnt", "-o", "x"}).code, 2);
 }
 
-TEST_F(ScriptCommand, PrintsBagAndPageStateAndLeavesThePageAlone) {
+TEST_F(ScriptCommand, PrintsBagAndPageStateAndKeepsThePage) {
   const std::string page = PrintElement("alt", "Preis");
   Write("x.html", page);
   Write("s.txt",
@@ -56,7 +56,7 @@ TEST_F(ScriptCommand, PrintsBagAndPageStateAndLeavesThePageAlone) {
   EXPECT_EQ(Read("x.html"), page);
 }
 
-TEST_F(ScriptCommand, StopsAtTheFirstLineThatCannotBeDone) {
+TEST_F(ScriptCommand, StopsAtTheFirstLineThatFails) {
   Write("x.html", PrintElement("alt", "Preis"));
   Write("s.txt", "open Preis\nexpect txtValue text \"neu\"\n");
   const Result result = Kvo({"script", "x.html", "s.txt"});

@@ -29,7 +29,7 @@ void WriteAll(const std::filesystem::path& file, const std::string& bytes) {
   if (!stream) throw std::runtime_error("cannot write " + file.string());
 }
 
-// As the system takes a list of texts.
+// Returns pointers to the texts, as the system expects a list of them.
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
   for (std::string& text : texts) pointers.push_back(text.data());
@@ -39,7 +39,7 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
 
 std::filesystem::path NewFolder() {
   std::string name = (std::filesystem::temp_directory_path() / "kvo-test-XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for the test");
+  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("cannot create the test's folder");
   return name;
 }
 
@@ -76,7 +76,7 @@ pid_t Program::Start(const std::vector<std::string>& arguments, const std::strin
   std::vector<std::string> words{program_};
   words.insert(words.end(), arguments.begin(), arguments.end());
 
-  // Not fork(): under the sanitizers, copying this program takes longer than all that kvo does.
+  // fork() would copy this program, which under the sanitizers takes longer than all of kvo's work.
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   const int toFile = O_WRONLY | O_CREAT | O_TRUNC;
@@ -88,7 +88,7 @@ pid_t Program::Start(const std::vector<std::string>& arguments, const std::strin
   const int error = posix_spawn(&child, program_.c_str(), &actions, nullptr, Pointers(words).data(),
                                 Pointers(settings).data());
   posix_spawn_file_actions_destroy(&actions);
-  if (error != 0) throw std::runtime_error(program_ + " does not start");
+  if (error != 0) throw std::runtime_error(program_ + " did not start");
   return child;
 }
 

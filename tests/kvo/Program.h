@@ -1,4 +1,4 @@
-// Runs the real program, as a shell would, in a folder of its own.
+// Runs the real program in a temporary folder, as a shell would.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,35 +13,35 @@
 namespace kvo::test {
 
 struct Result {
-  int code = -1;  // the exit code; 128 + the signal after a death
+  int code = -1;  // the exit code; 128 + the signal that killed it
   std::string out;
   std::string err;
 };
 
-// A test with an empty folder, in which the program runs and to which file names are relative.
+// A test with a folder of its own, where the program runs and which file names are relative to.
 class Program : public ::testing::Test {
  protected:
   Program();
   ~Program() override;
 
-  // Runs in English unless `environment` says otherwise; `input` is standard input.
+  // Runs in English unless `environment` sets another language; `input` is standard input.
   Result Kvo(const std::vector<std::string>& arguments, const std::string& input = "",
              const std::map<std::string, std::string>& environment = {}) const;
-  // The same in German.
+  // Runs the same in German.
   Result KvoGerman(const std::vector<std::string>& arguments, const std::string& input = "") const;
 
-  // Starts the program and does not wait for it.
+  // Starts the program without waiting for it.
   pid_t Start(const std::vector<std::string>& arguments, const std::string& input = "",
               const std::map<std::string, std::string>& environment = {}) const;
-  // What is run from now on, instead of the program that was built.
+  // Replaces the program to run from now on.
   void UseProgram(const std::filesystem::path& program) { program_ = program.string(); }
-  // Waits for it and collects what it said.
+  // Waits for the program and collects its output.
   Result Finish(pid_t child) const;
 
   void Write(const std::string& file, const std::string& bytes) const;
   std::string Read(const std::string& file) const;
   bool Exists(const std::string& file) const;
-  std::vector<std::string> Files() const;  // names in the folder, sorted
+  std::vector<std::string> Files() const;  // the folder's file names, sorted
   const std::filesystem::path& Folder() const { return folder_; }
 
  private:
@@ -49,11 +49,11 @@ class Program : public ::testing::Test {
   std::string program_ = KVO_PROGRAM;
 };
 
-// A control as an element, with its values as they stand in the page.
+// Returns a control's element, with its values exactly as given.
 std::string ControlElement(const std::string& className,
                            const std::vector<std::pair<std::string, std::string>>& params,
                            const std::string& id = "");
-// A print control.
+// Returns a print control's element.
 std::string PrintElement(const std::string& value, const std::string& id = "");
 
 }  // namespace kvo::test

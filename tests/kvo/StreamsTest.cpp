@@ -1,4 +1,4 @@
-// Standard streams that are closed, and outputs that are no files.
+// Closed standard streams, and outputs that are not files.
 #include <unistd.h>
 
 #include <cstdlib>
@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Runs kvo through a shell, with what a shell can do to its streams behind the arguments.
+// Runs kvo through a shell, with redirections after the arguments.
 class Streams : public Program {
  protected:
   Streams() { UseProgram("/bin/sh"); }
@@ -23,7 +23,7 @@ class Streams : public Program {
 
 using ClosedStreams = Streams;
 
-// Saving this makes a warning: an empty border comes back as "0".
+// Saving this gives a warning: an empty border comes back as "0".
 const std::string kWarnedPage =
     ControlElement("DTCProductList", {{"display-desc2", "yes"}, {"table-border", ""}}, "liste");
 
@@ -56,7 +56,7 @@ TEST_F(ClosedStreams, NeverGetIntoThePage) {
   }
 }
 
-TEST_F(ClosedStreams, AreNoEmptyPage) {
+TEST_F(ClosedStreams, AreNotAnEmptyPage) {
   Write("x.html", "old");
   const Result result = Shell("exec \"$kvo\" save - -o x.html <&-");
   EXPECT_EQ(result.code, 2);
@@ -71,9 +71,9 @@ TEST_F(ClosedStreams, CannotBeWrittenTo) {
   EXPECT_EQ(Read("x.html"), PrintElement("x"));
 }
 
-// Outputs that take what they are given at once.
+// Outputs that are written to directly.
 
-TEST_F(Streams, TakeThePageUnderEveryNameTheyHave) {
+TEST_F(Streams, AcceptThePageUnderEveryName) {
   Write("x.html", PrintElement("x"));
   const std::string page = Kvo({"-c", "\"$kvo\" save x.html -o -"}, "", {{"kvo", KVO_PROGRAM}}).out;
   ASSERT_NE(page, "");
@@ -109,7 +109,7 @@ TEST_F(Streams, ThatAreThePageItselfAreRefused) {
   }
 }
 
-TEST_F(Streams, ThatTookPartOfThePageAreNotSaidToBeUnchanged) {
+TEST_F(Streams, ThatReceivedPartOfThePageAreNotReportedUnchanged) {
   Write("x.html", PrintElement("x") + std::string(200'000, 'x'));
   const Result result = Shell("ulimit -f 100; exec \"$kvo\" save x.html -o - > part");
   EXPECT_EQ(result.code, 2);

@@ -1,4 +1,4 @@
-// The templates that the editor offers: what an author starts from has to be in order.
+// The editor's templates, which authors start from, must have no problems.
 #include <filesystem>
 #include <fstream>
 #include <sstream>

@@ -20,7 +20,7 @@ std::string RandomBytes(std::size_t size) {
   return bytes;
 }
 
-// In every one of these a control cannot be loaded.
+// Pages with a control that cannot be loaded.
 const std::string kUnknownClass = "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\"></object>";
 const std::string kUnknownKey =
     "<object classid=\"progid:KVOPDesignObjects.DTCPrint\"><param name=\"vlaue\" "
@@ -48,7 +48,7 @@ TEST_F(SaveCommand, SavingTwiceGivesTheSameBytes) {
   EXPECT_EQ(Read("x.html"), once);
 }
 
-TEST_F(SaveCommand, RandomBytesWithoutControlsComeBackUnchanged) {
+TEST_F(SaveCommand, RandomBytesWithoutControlsAreUnchanged) {
   const std::string bytes = RandomBytes(100'000);
   Write("x.html", bytes);
   EXPECT_EQ(Kvo({"save", "x.html"}).code, 0);
@@ -66,7 +66,7 @@ TEST_F(SaveCommand, ReadsStandardInputAndWritesStandardOutput) {
   EXPECT_EQ(piped.out, Read("x.html"));
 }
 
-TEST_F(SaveCommand, OutputOntoTheInputIsSafe) {
+TEST_F(SaveCommand, OutputToTheInputIsSafe) {
   Write("x.html", PrintElement("x"));
   EXPECT_EQ(Kvo({"save", "x.html", "-o", "x.html"}).code, 0);
   const std::string saved = Read("x.html");
@@ -78,7 +78,7 @@ TEST_F(SaveCommand, OutputOntoTheInputIsSafe) {
   }
 }
 
-TEST_F(SaveCommand, NoOtherPageOfTheCommandIsOverwritten) {
+TEST_F(SaveCommand, NeverOverwritesAnotherPageOfTheCommand) {
   for (const char* folder : {"in", "in/sub"}) fs::create_directory(Folder() / "work" / folder);
   Write("in/sub/x.html", PrintElement("sub"));
   Write("in/x.html", PrintElement("in"));
@@ -92,7 +92,7 @@ TEST_F(SaveCommand, NoOtherPageOfTheCommandIsOverwritten) {
   }
 }
 
-TEST_F(SaveCommand, PagesThatMeetBehindALinkDoNotOverwriteEachOther) {
+TEST_F(SaveCommand, PagesLinkedToTheSameFileDoNotOverwriteEachOther) {
   fs::create_directory(Folder() / "work/out");
   Write("a.html", PrintElement("a"));
   Write("b.html", PrintElement("b"));
@@ -101,7 +101,7 @@ TEST_F(SaveCommand, PagesThatMeetBehindALinkDoNotOverwriteEachOther) {
   EXPECT_EQ(result.code, 2);
   EXPECT_NE(result.err.find("\"out/b.html\" was not written"), std::string::npos) << result.err;
   EXPECT_EQ(Read("out/a.html"), "<kv:print value=\"a\"/>");
-  // In place there is nothing to lose.
+  // Saving in place loses nothing.
   fs::create_symlink("a.html", Folder() / "work/c.html");
   EXPECT_EQ(Kvo({"save", "a.html", "./a.html", "c.html"}).code, 0);
   EXPECT_TRUE(fs::is_symlink(Folder() / "work/c.html"));
@@ -149,7 +149,7 @@ TEST_F(PublishCommand, NeverOverwritesAPageThatItReads) {
             std::string::npos);
   EXPECT_EQ(Files(), (std::vector<std::string>{"hard.html", "here", "link.html", "link2.html",
                                                "out", "x.html", "y.html"}));
-  EXPECT_FALSE(Exists("out/y.html")) << "nothing is begun";
+  EXPECT_FALSE(Exists("out/y.html")) << "nothing is started";
 }
 
 TEST_F(SaveCommand, HandEditedRuntimeTextIsRefusedUnlessForced) {
@@ -167,7 +167,7 @@ TEST_F(SaveCommand, HandEditedRuntimeTextIsRefusedUnlessForced) {
   EXPECT_NE(Read("x.html").find("<kv:print value=\"x\"/>"), std::string::npos);
 }
 
-TEST_F(SaveCommand, SeveralPagesGoIntoAFolder) {
+TEST_F(SaveCommand, SeveralPagesAreWrittenToAFolder) {
   Write("a.html", PrintElement("a"));
   Write("b.html", PrintElement("b"));
   fs::create_directory(Folder() / "work" / "out");
@@ -177,7 +177,7 @@ TEST_F(SaveCommand, SeveralPagesGoIntoAFolder) {
   EXPECT_EQ(Read("a.html"), PrintElement("a"));
 }
 
-TEST_F(SaveCommand, SeveralPagesDoNotFitIntoOneFile) {
+TEST_F(SaveCommand, SeveralPagesCannotBeWrittenToOneFile) {
   Write("a.html", PrintElement("a"));
   Write("b.html", PrintElement("b"));
   const Result result = Kvo({"save", "a.html", "b.html", "-o", "c.html"});
@@ -186,7 +186,7 @@ TEST_F(SaveCommand, SeveralPagesDoNotFitIntoOneFile) {
   EXPECT_EQ(Kvo({"save", "a.html", "b.html", "-o", "-"}).code, 2);
 }
 
-TEST_F(SaveCommand, PagesOfOneNameDoNotOverwriteEachOther) {
+TEST_F(SaveCommand, PagesWithTheSameNameDoNotOverwriteEachOther) {
   for (const char* folder : {"1", "2", "out"}) fs::create_directory(Folder() / "work" / folder);
   Write("1/a.html", PrintElement("a"));
   Write("2/a.html", PrintElement("b"));
@@ -195,20 +195,20 @@ TEST_F(SaveCommand, PagesOfOneNameDoNotOverwriteEachOther) {
   EXPECT_FALSE(Exists("out/a.html"));
 }
 
-TEST_F(PublishCommand, WritesRuntimeTextAlone) {
+TEST_F(PublishCommand, WritesOnlyRuntimeText) {
   Write("x.html", "<b>" + PrintElement("x") + "</b>");
   EXPECT_EQ(Kvo({"publish", "x.html", "-o", "y.html"}).code, 0);
   EXPECT_EQ(Read("y.html"), "<b><kv:print value=\"x\"/></b>");
   EXPECT_EQ(Read("x.html"), "<b>" + PrintElement("x") + "</b>");
 }
 
-// As docs/recipes.md says.
-TEST_F(PublishCommand, GivesTheTagOfANewControl) {
+// Documented in docs/recipes.md.
+TEST_F(PublishCommand, PrintsTheTagOfANewControl) {
   EXPECT_EQ(Kvo({"publish", "-"}, Kvo({"new", "DTCOrder", "Field=OrderID"}).out).out,
             "<kv:order field=\"OrderID\"/>\n");
 }
 
-TEST_F(PublishCommand, AsksForATargetRatherThanOverwriteThePage) {
+TEST_F(PublishCommand, RequiresATargetRatherThanOverwritingThePage) {
   Write("x.html", PrintElement("x"));
   const Result result = Kvo({"publish", "x.html"});
   EXPECT_EQ(result.code, 2);
@@ -216,7 +216,7 @@ TEST_F(PublishCommand, AsksForATargetRatherThanOverwriteThePage) {
   EXPECT_EQ(Read("x.html"), PrintElement("x"));
 }
 
-TEST_F(BadPage, AllBrokenControlsAreNamedAtOnceAndThePageStays) {
+TEST_F(BadPage, AllBrokenControlsAreReportedAtOnceAndThePageStays) {
   const std::string page =
       "<p>" + kUnknownClass + "</p>\n" + PrintElement("fine") + "\n  " + kUnknownKey;
   Write("x.html", page);
@@ -237,7 +237,7 @@ TEST_F(BadPage, AllBrokenControlsAreNamedAtOnceAndThePageStays) {
   EXPECT_FALSE(Exists("y.html"));
 }
 
-TEST_F(BadPage, ControlWhereHtmlSeesNoneIsRefusedByEveryCommand) {
+TEST_F(BadPage, ControlWhereHtmlHasNoElementsIsRefusedByEveryCommand) {
   const std::string page =
       "<html>\n<!--[if mso]>\n" + PrintElement("x", "Preis") + "\n<![endif]-->";
   Write("x.html", page);
@@ -261,7 +261,7 @@ TEST_F(BadPage, ControlWhereHtmlSeesNoneIsRefusedByEveryCommand) {
   EXPECT_FALSE(Exists("y.html"));
 }
 
-TEST_F(BadPage, ProblemsAreToldInGerman) {
+TEST_F(BadPage, ProblemsAreReportedInGerman) {
   Write("x.html", kUnknownClass);
   const Result result = KvoGerman({"check", "x.html"});
   EXPECT_EQ(result.code, 1);
@@ -279,7 +279,7 @@ TEST_F(BadPage, OneBrokenPageDoesNotHideTheOthers) {
   EXPECT_NE(Read("b.html").find("<kv:print value=\"b\"/>"), std::string::npos);
 }
 
-TEST_F(BadPage, MissingFileFolderAndDirectoryAreFailuresWithTheName) {
+TEST_F(BadPage, MissingFilesAndFoldersAreFailuresWithTheirName) {
   fs::create_directory(Folder() / "work" / "folder");
   Write("x.html", PrintElement("x"));
   for (const auto& arguments :
@@ -318,14 +318,14 @@ TEST_F(BadPage, Utf16IsRefusedWithAHint) {
   EXPECT_EQ(Read("x.html"), page);
 }
 
-TEST_F(BadPage, OneByteEncodingsAreReadAndWrittenAsTheyAre) {
+TEST_F(BadPage, OneByteEncodingsAreKept) {
   const std::string head = "<meta charset=\"windows-1252\"><p>\x80 \xFC</p>";
   Write("x.html", head + PrintElement("\x80 \xFC"));
   EXPECT_EQ(Kvo({"publish", "x.html", "-o", "y.html"}).code, 0);
   EXPECT_EQ(Read("y.html"), head + "<kv:print value=\"\x80 \xFC\"/>");
 }
 
-TEST_F(BadPage, RuntimeTextThatTheEncodingCannotHoldIsNamedWithItsPlace) {
+TEST_F(BadPage, UnencodableRuntimeTextIsReportedWithItsPlace) {
   const std::string page = "<meta charset=\"iso-8859-1\">\n" + PrintElement("&#x20AC;", "Preis");
   Write("x.html", page);
   const Result result = Kvo({"save", "x.html"});
@@ -335,7 +335,7 @@ TEST_F(BadPage, RuntimeTextThatTheEncodingCannotHoldIsNamedWithItsPlace) {
   EXPECT_EQ(Read("x.html"), page);
 }
 
-TEST_F(BadPage, ControlThatFailsNamesPlaceAndControl) {
+TEST_F(BadPage, FailingControlIsReportedWithItsPlace) {
   const std::string page =
       "\n <object classid=\"progid:KVOPDesignObjects.DTCElement\" id=\"Zelle\"><param "
       "name=\"value\" value=\"td\"><param name=\"attributes\" value=\"align\"></object>";

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# manual.sh KVO FOLDER: every command and every option that kvo knows is in its manual page, in both
+# manual.sh KVO FOLDER: tests that every command and option of kvo is in its manual pages, in both
 # languages, and in its completion.
 set -euo pipefail
 kvo=$1 folder=$2
@@ -9,7 +9,7 @@ problem() {
   failed=1
 }
 
-# proposals WORD...: what is proposed for the last word.
+# proposals WORD...: prints the completions of the last word.
 . "$folder/kvo.bash"
 proposals() {
   COMP_WORDS=(kvo "$@") COMP_CWORD=$# COMPREPLY=()
@@ -17,7 +17,8 @@ proposals() {
   printf '%s\n' "${COMPREPLY[@]}"
 }
 
-# section COMMAND PAGE: what the manual page says about one command, its dashes as they are typed.
+# section COMMAND PAGE: prints the manual page's section about one command, with its dashes as
+# typed.
 section() {
   zcat "$2" | sed 's/\\-/-/g' | awk -v usage=".SS kvo $1" '
     /^\.SS/ { on = index($0 " ", usage " ") == 1 }
@@ -25,10 +26,10 @@ section() {
 }
 
 count=0
-check() {  # COMMAND OPTION: both are in the manual pages and the completion
+check() {  # COMMAND OPTION: reports an option that the manual pages or the completion lack
   local page
   for page in "$folder"/kvo.1.gz "$folder"/kvode_DE.UTF-8.1.gz; do
-    # Here-strings, because grep -q would end what writes to it.
+    # Uses here-strings, because grep -q would end a program that writes to it.
     grep -qE -- "^\.B (.*, )?$2( |,|\$)" <<<"$(section "$1" "$page")" ||
       problem "$page does not have $2 of kvo $1"
   done
@@ -43,12 +44,12 @@ for command in $commands; do
     check "$command" "$option"
   done
 done
-# What this test itself could overlook.
+# Tests this test itself.
 [ "$(wc -w <<<"$commands")" -ge 10 ] || problem "too few commands: $commands"
 [ "$count" -ge 30 ] || problem "too few options: $count"
 check save --force
 [ "$(proposals new DTCPri)" = DTCPrint ] || problem "classes are not completed"
-[ -z "$(proposals save pa)" ] || problem "pages are files"
-[ -z "$(proposals save -o -)" ] || problem "the value of -o is a file"
-if (failed=0; check save --no-such-option; exit $failed) 2>/dev/null; then problem "this test notices nothing"; fi
+[ -z "$(proposals save pa)" ] || problem "pages are completed instead of left to the shell"
+[ -z "$(proposals save -o -)" ] || problem "the value of -o is completed instead of left to the shell"
+if (failed=0; check save --no-such-option; exit $failed) 2>/dev/null; then problem "this test does not detect a missing option"; fi
 exit $failed

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# version.sh CMAKE SCRIPT: the version of a program names the commit, and stands alone without one.
+# version.sh CMAKE SCRIPT: tests that a program's version names the commit, and is the plain version
+# without one.
 set -euo pipefail
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-# expect TEXT: what the script writes names TEXT as the version.
+# expect TEXT: the script writes TEXT as the version.
 expect() {
   PATH=${path:-$PATH} "$1" -DROOT="$folder" -DVERSION=1.2.3 -DOUTPUT="$folder.cpp" -P "$2"
   local found
@@ -24,6 +25,6 @@ if command -v git >/dev/null; then
   expect "$@" "1.2.3 ($commit)"
   echo two >"$folder/file"
   expect "$@" "1.2.3 ($commit-dirty)"
-  # As on a machine without Git.
+  # Simulates a machine without Git.
   path=/nonexistent expect "$@" 1.2.3
 fi

@@ -27,7 +27,7 @@ std::vector<std::string> DisplayNames(Object& collection) {
   return names;
 }
 
-TEST(Office, FieldsAreWalkedInTheOrderOfTheFileTwinsIncluded) {
+TEST(Office, FieldsAreEnumeratedInFileOrderWithDuplicates) {
   const auto office = Example();
   EXPECT_EQ(DisplayNames(*ToObject(office->Get("ContactFields"))),
             (std::vector<std::string>{"Nachname", "Geburtstag", "Ort", "Zweiter Ort"}));
@@ -60,7 +60,7 @@ TEST(Office, AnUnknownKeyIsNamedInTheError) {
   }
 }
 
-TEST(Office, OfTwoFieldsWithOneSqlNameTheFirstIsFound) {
+TEST(Office, OfTwoFieldsWithTheSameSqlNameTheFirstIsFound) {
   const auto fields = ToObject(Example()->Get("ContactFields"));
   EXPECT_EQ(ToObject(fields->Item("City"))->Get("DisplayName"), Variant("Ort"));
 }
@@ -73,7 +73,7 @@ TEST(Office, FieldsAreFoundByNumberFromOne) {
   EXPECT_EQ(ErrorOf([&] { fields->Item(std::int32_t{5}); }), 9);
 }
 
-TEST(Office, MembersAreMatchedWithoutRegardToCase) {
+TEST(Office, MembersIgnoreCase) {
   const auto fields = ToObject(Example()->Get("contactfields"));
   const Variant key = "LastName";
   EXPECT_EQ(ToObject(fields->Call("item", {&key, 1}))->Get("sqlname"), Variant("LastName"));
@@ -104,7 +104,7 @@ TEST(Office, FieldsOutliveTheirOffice) {
   EXPECT_EQ(ToObject(*walk->Next())->Get("SQLName"), Variant("LastName"));
 }
 
-TEST(Office, TheConnectionIsMadeWhenFirstAskedForAndStays) {
+TEST(Office, TheConnectionIsMadeOnFirstUseAndKept) {
   int made = 0;
   const auto office = Example(
       [&](const std::string& connectionString) {
@@ -119,7 +119,7 @@ TEST(Office, TheConnectionIsMadeWhenFirstAskedForAndStays) {
   EXPECT_EQ(made, 1);
 }
 
-TEST(Office, WithoutADatabaseOrSomebodyToOpenItThereIsNoConnection) {
+TEST(Office, WithoutADatabaseOrAFactoryThereIsNoConnection) {
   const auto factory = [](const std::string&) { return std::make_shared<Collection>(); };
   EXPECT_TRUE(Example(factory)->Get("ShopDBConnection").IsEmpty());
   EXPECT_TRUE(Example({}, "sqlite3:///shop.db")->Get("ShopDBConnection").IsEmpty());

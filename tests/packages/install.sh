@@ -1,22 +1,22 @@
 #!/usr/bin/env bash
-# Installs the packages of build/bin/packages in a Debian 12 in a folder, uses kvo there as an ordinary
-# user, builds examples/embedding against what libkvo-dev installed, and removes everything again.
-# `./test packages` calls it, as root. The folder is build/debian, or KVO_DEBIAN_ROOT.
+# Installs the packages of build/bin/packages in a Debian 12 root folder, uses kvo there as an
+# ordinary user, builds examples/embedding with the installed libkvo-dev, and removes everything
+# again. `./test packages` runs it as root. The folder is build/debian, or KVO_DEBIAN_ROOT.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 root=${KVO_DEBIAN_ROOT:-$PWD/build/debian}
 if [ -z "${KVO_MOUNTED:-}" ]; then
   if ! [ -e "$root/etc/debian_version" ]; then
-    echo "Making a Debian in $root; this takes some minutes."
+    echo "Creating a Debian in $root; this takes some minutes."
     site=$(apt-get indextargets --format '$(SITE)' 'Created-By: Packages' 'Codename: bookworm' | head -n 1)
     debootstrap --variant=minbase bookworm "$root" "$site" >build/debian.log 2>&1 || {
       tail -n 20 build/debian.log >&2
-      echo "The Debian could not be made; build/debian.log has everything." >&2
+      echo "Cannot create the Debian; see build/debian.log." >&2
       rm -rf "$root"
       exit 1
     }
   fi
-  # What is mounted in a name space of its own ends with it.
+  # A mount namespace of our own removes the mounts at exit.
   KVO_MOUNTED=1 exec unshare --mount "$0"
 fi
 for folder in /proc /dev /sys; do mount --bind "$folder" "$root$folder"; done
@@ -36,7 +36,7 @@ apt() {
     fail "apt-get $* failed"
   }
 }
-# The files and folders of the system, but for what only remembers.
+# Lists the system's files and folders, except caches, logs and state.
 files() {
   inside find / -xdev \( -path /proc -o -path /dev -o -path /sys -o -path /tmp -o -path /packages -o -path /home \
     -o -path /root -o -path /var/cache -o -path /var/log -o -path /var/lib/dpkg -o -path /var/lib/apt \) -prune \
@@ -49,10 +49,10 @@ install_packages() {
 }
 
 inside id author >/dev/null 2>&1 || inside useradd --create-home author
-# Once before anything is compared, for what they depend on; that stays.
+# Installs them once before comparing, because their dependencies stay installed.
 echo "Installing ..."
 apt update
-apt install -y --no-install-recommends shared-mime-info desktop-file-utils # as every desktop has them
+apt install -y --no-install-recommends shared-mime-info desktop-file-utils # every desktop has these
 install_packages
 apt purge -y "${names[@]}"
 files >build/packages.before
@@ -66,21 +66,21 @@ as_author kvo --version
 as_author kvo save /home/author/newsletter.html
 grep -q 'KVO CONTROL STARTSPAN' "$root/home/author/newsletter.html" || fail "The page was not saved"
 as_author kvo check /home/author/newsletter.html
-! as_author test -w /usr/bin/kvo || fail "An ordinary user may write the program"
+! as_author test -w /usr/bin/kvo || fail "An ordinary user can write to the program"
 as_author kvo-editor --version
 as_author bash -c '. /usr/share/bash-completion/completions/kvo && complete -p kvo' >/dev/null
 zcat "$root/usr/share/man/man1/kvo.1.gz" | grep -q '^\.SH COMMANDS' || fail "No manual page"
 [ -s "$root/usr/share/man/de/man1/kvo.1.gz" ] || fail "No German manual page"
 [ -s "$root/usr/share/man/man1/kvo-editor.1.gz" ] || fail "No manual page of the editor"
 
-# A double click: the desktop knows the type of a page by its name, and the editor by the type.
-grep -q ':text/x-kvo-page:\*\.kvo\.html$' "$root/usr/share/mime/globs2" || fail "The type of a page is not known"
+# For a double click, the desktop finds the type of a page by its name, and the editor by that type.
+grep -q ':text/x-kvo-page:\*\.kvo\.html$' "$root/usr/share/mime/globs2" || fail "The type of a page is unknown"
 grep -q '^text/x-kvo-page=kvo-editor.desktop' "$root/usr/share/applications/mimeinfo.cache" ||
-  fail "The editor does not open the type"
+  fail "The editor is not registered for the type"
 as_author sh -c 'command -v $(sed -n "s/^Exec=\([^ ]*\).*/\1/p" /usr/share/applications/kvo-editor.desktop)' >/dev/null ||
-  fail "What the desktop starts is not there"
+  fail "The program that the desktop starts is missing"
 
-# The libraries are those of this machine's compiler, too.
+# The libraries were built by this machine's compiler as well.
 echo "Building against libkvo-dev ..."
 rm -rf build/packages-embedding
 tests/embedding/embed.sh "$PWD/build/packages-embedding" "$PWD/build/packages/bin/kvo" \
@@ -89,6 +89,6 @@ tests/embedding/embed.sh "$PWD/build/packages-embedding" "$PWD/build/packages/bi
 echo "Removing ..."
 apt purge -y "${names[@]}"
 files >build/packages.after
-diff build/packages.before build/packages.after || fail "Removing them left or took something; see above"
+diff build/packages.before build/packages.after || fail "Removing the packages left or removed other files; see above"
 rm -rf "$root/packages"
-echo "The packages install, work and go again."
+echo "The packages can be installed, used and removed."

@@ -1,4 +1,4 @@
-// Replays what fuzzing ever found, and the pages it started from.
+// Replays the fuzzer's past findings, and the pages it started from.
 #include <filesystem>
 #include <fstream>
 #include <sstream>

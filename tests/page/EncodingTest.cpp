@@ -1,4 +1,4 @@
-// Which encoding a page is in, and what is read and written in each.
+// Finding a page's encoding, and reading and writing in each encoding.
 #include "PageTesting.h"
 #include "document/page/CharacterReferences.h"
 
@@ -62,7 +62,7 @@ std::string With(std::string_view charset, std::string_view rest) {
   return "<meta charset=" + std::string(charset) + ">" + std::string(rest);
 }
 
-TEST_F(Encodings, ReadAndWriteValuesInThePagesOwn) {
+TEST_F(Encodings, ReadAndWriteValuesInThePagesEncoding) {
   struct Case {
     std::string_view charset;
     std::string_view bytes;
@@ -83,7 +83,7 @@ TEST_F(Encodings, ReadAndWriteValuesInThePagesOwn) {
   }
 }
 
-TEST_F(Encodings, PutWhatTheyDoNotHoldIntoReferences) {
+TEST_F(Encodings, WriteMissingCharactersAsReferences) {
   const std::string page =
       With("iso-8859-1",
            Element(Param("display-value", "&euro;&#x1F48C;&#x2020;") + Param("value", "a")));
@@ -92,7 +92,7 @@ TEST_F(Encodings, PutWhatTheyDoNotHoldIntoReferences) {
   EXPECT_EQ(Saved(saved), saved);
 }
 
-TEST_F(Encodings, RefuseRuntimeTextThatTheyDoNotHold) {
+TEST_F(Encodings, RefuseRuntimeTextWithMissingCharacters) {
   EXPECT_EQ(Checked(With("iso-8859-1", "\n" + PrintElement("&euro;"))),
             List{"2:1 not-in-encoding"});
   EXPECT_NE(problems[0].message.german.find("U+20AC \"\xE2\x82\xAC\""), std::string::npos)
@@ -100,32 +100,32 @@ TEST_F(Encodings, RefuseRuntimeTextThatTheyDoNotHold) {
   EXPECT_EQ(Checked(With("us-ascii", PrintElement("&uuml;"))), List{"1:24 not-in-encoding"});
 }
 
-TEST_F(Encodings, RefuseValuesThatNotEvenReferencesHold) {
-  // "&#128;" is the euro sign in HTML, so the character U+0080 cannot be written.
+TEST_F(Encodings, RefuseValuesThatReferencesCannotExpress) {
+  // In HTML, "&#128;" is the euro sign, so the character U+0080 cannot be written.
   const std::string page = With("windows-1252", PrintElement("x"));
   const Edit edit{0, [](Control& control) { control.Let("DisplayValue", "\xC2\x80"); }};
   EXPECT_EQ(Saved(page, {.edit = &edit}), "(not saved)");
   EXPECT_EQ(Listed(problems), List{"1:28 not-in-encoding"});
 }
 
-TEST_F(Encodings, RefuseValuesThatAreNoText) {
+TEST_F(Encodings, RefuseInvalidText) {
   const Edit edit{0, [](Control& control) { control.Let("DisplayValue", "\xFF"); }};
   EXPECT_EQ(Saved(PrintElement("x"), {.edit = &edit}), "(not saved)");
   EXPECT_EQ(Listed(problems), List{"1:1 not-in-encoding"});
 }
 
-TEST_F(Encodings, FindBytesThatStandForNothing) {
+TEST_F(Encodings, FindUndefinedBytes) {
   EXPECT_EQ(Checked(With("windows-1252", "\n" + PrintElement("\xFC\x81"))),
             List{"2:81 invalid-bytes"});
   EXPECT_EQ(Checked(With("us-ascii", PrintElement("\xFC"))), List{"1:103 invalid-bytes"});
 }
 
-TEST_F(Encodings, NotServedPassWhenThePageHasNoControls) {
+TEST_F(Encodings, UnsupportedAreAcceptedInAPageWithoutControls) {
   const std::string page = With("shift_jis", "\x83\x5C<b>");
   EXPECT_EQ(Saved(page), page);
 }
 
-TEST_F(Encodings, PushedOutOfReachByAControlAreAnError) {
+TEST_F(Encodings, PushedOutOfRangeByAControlAreAnError) {
   const std::string page = PrintElement(std::string(400, 'v')) + With("windows-1252", "\xFC");
   EXPECT_EQ(Saved(page), "(not saved)");
   EXPECT_EQ(Listed(problems), List{"1:1 encoding-changes"});
@@ -141,7 +141,7 @@ TEST_F(Encodings, DeclaredByAControlsTextAreAnErrorUnlessThePageDeclaresTheSame)
   EXPECT_EQ(Checked(With("utf-8", script)), List{});
 }
 
-// Pages that do not say what they are in.
+// Pages that do not declare their encoding.
 
 TEST_F(Encodings, NotDeclaredAreWindows1252WhenThePageIsNotUtf8) {
   EXPECT_EQ(Saved("<p>\xFC " + PrintElement("&#9731;")), "(not saved)");
@@ -149,7 +149,7 @@ TEST_F(Encodings, NotDeclaredAreWindows1252WhenThePageIsNotUtf8) {
   EXPECT_NE(problems[1].message.english.find("does not exist in windows-1252"), std::string::npos);
 }
 
-TEST_F(Encodings, NotDeclaredAreWrittenAsTheyAreRead) {
+TEST_F(Encodings, NotDeclaredAreWrittenAsRead) {
   const std::string page = "<p>\xFC " + PrintElement("\x80&euro;");
   const std::string saved = Saved(page);
   EXPECT_EQ(Listed(problems), List{"1:4 undeclared-encoding?"});
@@ -161,7 +161,7 @@ TEST_F(Encodings, NotDeclaredAreWrittenAsTheyAreRead) {
   EXPECT_EQ(ValuesIn(saved), List{"\xE2\x82\xAC\xE2\x82\xAC"});
 }
 
-// The bytes of a control may be all that is not UTF-8; then they must stay that way.
+// A control may contain the only bytes that are not UTF-8; then they must remain so.
 TEST_F(Encodings, NotDeclaredMustReadTheSameWhenSaved) {
   const std::string copyright = "\xC3\xBC";  // two characters in windows-1252
   const std::string page = Span(StoredPrint(copyright), "\xFC");
@@ -172,7 +172,7 @@ TEST_F(Encodings, NotDeclaredMustReadTheSameWhenSaved) {
     EXPECT_NE(Saved(other, {.force = true}), "(not saved)");
 }
 
-TEST_F(Encodings, DeclaredInVainAreToldWithPlaceAndReason) {
+TEST_F(Encodings, DeclaredInVainAreReportedWithPlaceAndReason) {
   const std::string far = std::string(1024, ' ');
   EXPECT_EQ(Checked(far + "\n<meta charset=utf-8>"), List{"2:1 undeclared-encoding?"});
   EXPECT_NE(problems[0].message.english.find("first 1024 bytes; the page is read as utf-8"),
@@ -193,9 +193,9 @@ TEST_F(Encodings, DeclaredInVainAreToldWithPlaceAndReason) {
     EXPECT_EQ(Checked(page), List{}) << page;
 }
 
-// ISO-8859-1, which browsers read as windows-1252.
+// Browsers read ISO-8859-1 as windows-1252.
 
-TEST_F(Encodings, OfferWindows1252InPlaceOfIso88591) {
+TEST_F(Encodings, SuggestWindows1252InsteadOfIso88591) {
   const auto told = [&](std::string_view charset, std::string_view character) {
     Checked(With(charset, PrintElement(character)));
     return problems.empty() ? "" : problems[0].message.english;
@@ -211,7 +211,7 @@ TEST_F(Encodings, OfferWindows1252InPlaceOfIso88591) {
   EXPECT_EQ(told("iso-8859-15", "&bdquo;").find("windows-1252"), std::string::npos);
 }
 
-TEST_F(Encodings, OfferAReferenceWhereOneWillDo) {
+TEST_F(Encodings, SuggestAReferenceWhereItWorks) {
   struct Case {
     std::string_view className;
     std::string_view params;
@@ -234,7 +234,7 @@ TEST_F(Encodings, OfferAReferenceWhereOneWillDo) {
     EXPECT_TRUE(problems[0].message.english.ends_with("In " + std::string(c.property) +
                                                       " you can also write &#8222;."))
         << problems[0].message.english;
-    // And that is so.
+    // The suggestion works.
     EXPECT_NE(Published(page("&amp;#8222;")).find("&#8222;"), std::string::npos);
     EXPECT_EQ(problems.size(), 0U);
   }
@@ -245,7 +245,7 @@ TEST_F(Encodings, OfferAReferenceWhereOneWillDo) {
   }
 }
 
-TEST_F(Encodings, KeepButNeverMakeControlCharacters) {
+TEST_F(Encodings, KeepButNeverCreateControlCharacters) {
   const std::string page = With("iso-8859-1", PrintElement("\x80"));
   EXPECT_EQ(Saved(page),
             With("iso-8859-1", Span(StoredPrint("\x80"), "<kv:print value=\"\x80\"/>")));
@@ -253,7 +253,7 @@ TEST_F(Encodings, KeepButNeverMakeControlCharacters) {
     const Edit edit{0, [&](Control& control) { control.Let(property, "\xC2\x80"); }};
     EXPECT_EQ(Saved(With("iso-8859-1", PrintElement("x")), {.edit = &edit}), "(not saved)");
     EXPECT_EQ(Listed(problems), List{"1:26 not-in-encoding"});
-    EXPECT_NE(Saved(page, {.edit = &edit}), "(not saved)") << "it stands there already";
+    EXPECT_NE(Saved(page, {.edit = &edit}), "(not saved)") << "already in the page";
   }
 }
 

@@ -1,4 +1,4 @@
-// Reading and writing files: what is replaced, what is kept, and what is said when it fails.
+// Reading and writing files: what is replaced, what is kept, and the messages of failures.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -49,7 +49,7 @@ class FileTest : public ::testing::Test {
     output->append(text);
     output->Commit();
   }
-  // The English text of the error that `work` ends with; empty when it ends with none.
+  // Returns the English text of the error that `work` throws; empty if none.
   template <class Work>
   static std::string ErrorOf(Work&& work) {
     try {
@@ -77,7 +77,7 @@ TEST_F(FileTest, ReadsWhatWasWritten) {
   EXPECT_EQ(Files(), 1U);
 }
 
-TEST_F(FileTest, AppearsOnlyWithTheCommit) {
+TEST_F(FileTest, AppearsOnlyOnCommit) {
   Put("page", "old");
   {
     const auto output = OpenOutput(Path("page"));
@@ -88,7 +88,7 @@ TEST_F(FileTest, AppearsOnlyWithTheCommit) {
   EXPECT_EQ(Files(), 1U);
 }
 
-TEST_F(FileTest, MayBeWrittenWhileItIsRead) {
+TEST_F(FileTest, MayBeWrittenWhileBeingRead) {
   Put("page", "old");
   std::ifstream old(Path("page"));
   Write(Path("page"), "new");
@@ -116,7 +116,7 @@ TEST_F(FileTest, KeepsModeAndOwner) {
   EXPECT_EQ(Get("page"), "new");
 }
 
-TEST_F(FileTest, IsNewWithTheUsualMode) {
+TEST_F(FileTest, IsCreatedWithTheUsualMode) {
   const mode_t mask = umask(027);
   Write(Path("new"), "x");
   umask(mask);
@@ -125,7 +125,7 @@ TEST_F(FileTest, IsNewWithTheUsualMode) {
   EXPECT_EQ(status.st_mode & 07777U, 0640U);
 }
 
-TEST_F(FileTest, IsNewWithoutAnyMoreRightsThanAskedFor) {
+TEST_F(FileTest, IsCreatedWithoutExtraRights) {
   const mode_t mask = umask(0);
   Write(Path("new"), "x");
   umask(mask);
@@ -134,9 +134,9 @@ TEST_F(FileTest, IsNewWithoutAnyMoreRightsThanAskedFor) {
   EXPECT_EQ(status.st_mode & 07777U, 0666U);
 }
 
-// Access lists, as the system stores them.
+// Access lists, in the system's format.
 constexpr const char* kAccessList = "system.posix_acl_access";
-constexpr const char* kDefaultList = "system.posix_acl_default";  // of a folder, for new files
+constexpr const char* kDefaultList = "system.posix_acl_default";  // a folder's, for new files
 enum Tag : std::uint16_t { owner = 1, user = 2, owningGroup = 4, mask = 0x10, other = 0x20 };
 struct Entry {
   Tag tag;
@@ -163,7 +163,7 @@ class AccessListTest : public FileTest {
     }
     return setxattr(Path(name).c_str(), kind, list.data(), list.size(), 0) == 0;
   }
-  // Empty for a file without one.
+  // Empty for a file without an access list.
   std::string ListOf(const std::string& name) const {
     std::array<char, 1000> list;
     const ssize_t size = getxattr(Path(name).c_str(), kAccessList, list.data(), list.size());
@@ -178,7 +178,7 @@ class AccessListTest : public FileTest {
 
 TEST_F(AccessListTest, IsKept) {
   Put("page", "old");
-  // The group itself may do nothing; the mode shows the mask in its place.
+  // The group itself has no rights; the mode shows the mask in its place.
   ASSERT_TRUE(Grant("page", kAccessList,
                     {{owner, 6}, {user, 6, 54321}, {owningGroup, 0}, {mask, 6}, {other, 0}}));
   ASSERT_EQ(ModeOf("page"), 0660U);
@@ -189,7 +189,7 @@ TEST_F(AccessListTest, IsKept) {
   EXPECT_EQ(Get("page"), "new");
 }
 
-TEST_F(AccessListTest, ThatRefusesSomebodyIsKept) {
+TEST_F(AccessListTest, ThatDeniesAccessIsKept) {
   Put("page", "old");
   ASSERT_TRUE(Grant("page", kAccessList,
                     {{owner, 6}, {user, 0, 54321}, {owningGroup, 4}, {mask, 4}, {other, 4}}));
@@ -198,7 +198,7 @@ TEST_F(AccessListTest, ThatRefusesSomebodyIsKept) {
   EXPECT_EQ(ListOf("page"), list);
 }
 
-TEST_F(AccessListTest, OfTheFolderGivesAnOldPageNothing) {
+TEST_F(AccessListTest, OfTheFolderDoesNotApplyToAnOldPage) {
   Put("page", "old");
   ASSERT_EQ(chmod(Path("page").c_str(), 0664), 0);
   ASSERT_TRUE(Grant(".", kDefaultList,
@@ -208,7 +208,7 @@ TEST_F(AccessListTest, OfTheFolderGivesAnOldPageNothing) {
   EXPECT_EQ(ModeOf("page"), 0664U);
 }
 
-TEST_F(AccessListTest, OfTheFolderIsThatOfANewPage) {
+TEST_F(AccessListTest, OfTheFolderAppliesToANewPage) {
   ASSERT_TRUE(Grant(".", kDefaultList,
                     {{owner, 7}, {user, 4, 54321}, {owningGroup, 0}, {mask, 4}, {other, 0}}));
   Put("any", "");
@@ -219,7 +219,7 @@ TEST_F(AccessListTest, OfTheFolderIsThatOfANewPage) {
   EXPECT_EQ(ModeOf("new") & 07U, 0U);
 }
 
-TEST_F(FileTest, IsReplacedWhereASymbolicLinkLeads) {
+TEST_F(FileTest, IsReplacedAtTheTargetOfASymbolicLink) {
   fs::create_directory(Path("real"));
   Put("real/page", "old");
   fs::create_symlink("real/page", Path("one"));
@@ -230,14 +230,14 @@ TEST_F(FileTest, IsReplacedWhereASymbolicLinkLeads) {
   EXPECT_TRUE(fs::is_symlink(Path("two")));
 }
 
-TEST_F(FileTest, IsMadeWhereADanglingLinkLeads) {
+TEST_F(FileTest, IsCreatedAtTheTargetOfADanglingLink) {
   fs::create_symlink("later", Path("link"));
   Write(Path("link"), "new");
   EXPECT_EQ(Get("later"), "new");
   EXPECT_TRUE(fs::is_symlink(Path("link")));
 }
 
-TEST_F(FileTest, RefusesLinksInACircle) {
+TEST_F(FileTest, RefusesCircularLinks) {
   fs::create_symlink("b", Path("a"));
   fs::create_symlink("a", Path("b"));
   EXPECT_TRUE(Says(ErrorOf([&] { OpenOutput(Path("a")); }), "circle"));
@@ -261,12 +261,12 @@ TEST_F(FileTest, ReadsARegularFileUpToItsLimit) {
   EXPECT_TRUE(Says(ErrorOf([&] { ReadRegularFile(Path("pipe"), 4); }), "pipe"));
 }
 
-TEST_F(FileTest, NamesAMissingFileAndAMissingFolder) {
+TEST_F(FileTest, ReportsAMissingFileAndAMissingFolder) {
   EXPECT_TRUE(Says(ErrorOf([&] { ReadFile(Path("none")); }), "no such file"));
   EXPECT_TRUE(Says(ErrorOf([&] { OpenOutput(Path("none/page")); }), "does not exist"));
 }
 
-TEST_F(FileTest, NoticesAFolderThatVanishes) {
+TEST_F(FileTest, ReportsAFolderThatDisappears) {
   fs::create_directory(Path("gone"));
   const auto output = OpenOutput(Path("gone/page"));
   output->append("x");
@@ -274,7 +274,7 @@ TEST_F(FileTest, NoticesAFolderThatVanishes) {
   EXPECT_TRUE(Says(ErrorOf([&] { output->Commit(); }), "does not exist"));
 }
 
-TEST_F(FileTest, LeavesAReadOnlyFileAlone) {
+TEST_F(FileTest, KeepsAReadOnlyFile) {
   Put("page", "old");
   ASSERT_EQ(chmod(Path("page").c_str(), 0444), 0);
   EXPECT_TRUE(Says(ErrorOf([&] { Write(Path("page"), "new"); }), "read-only"));
@@ -282,7 +282,7 @@ TEST_F(FileTest, LeavesAReadOnlyFileAlone) {
   EXPECT_EQ(Files(), 1U);
 }
 
-TEST_F(FileTest, LeavesTheFileAloneWhenTheNewOneGrowsTooLarge) {
+TEST_F(FileTest, KeepsTheFileWhenTheNewOneGrowsTooLarge) {
   Put("page", "old");
   rlimit former;
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &former), 0);
@@ -292,7 +292,7 @@ TEST_F(FileTest, LeavesTheFileAloneWhenTheNewOneGrowsTooLarge) {
   setrlimit(RLIMIT_FSIZE, &former);
   EXPECT_TRUE(Says(message, "larger than allowed")) << message;
   EXPECT_EQ(Get("page"), "old");
-  EXPECT_EQ(Files(), 1U) << "nothing is left beside it";
+  EXPECT_EQ(Files(), 1U) << "no other file is left";
   sigset_t pending;
   sigpending(&pending);
   EXPECT_EQ(sigismember(&pending, SIGXFSZ), 0);
@@ -309,7 +309,7 @@ TEST_F(FileTest, WritesToDevicesDirectly) {
   EXPECT_TRUE(S_ISCHR(status.st_mode));
 }
 
-// What is open already is written to where it stands.
+// Writes to files that are already open at their current position.
 TEST_F(FileTest, WritesThroughToOpenDescriptors) {
   const int file = open(Path("log").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
   ASSERT_GE(file, 0);
@@ -342,7 +342,7 @@ TEST_F(FileTest, WritesThroughToPipesAndDeletedFiles) {
   EXPECT_EQ(Files(), 0U);
 }
 
-TEST_F(FileTest, DoesNotSayThatNothingChangedWhenPartOfItWentThrough) {
+TEST_F(FileTest, ReportsIncompleteOutputWhenPartWasWritten) {
   const int file = open(Path("part").c_str(), O_WRONLY | O_CREAT, 0600);
   rlimit former;
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &former), 0);
@@ -357,15 +357,15 @@ TEST_F(FileTest, DoesNotSayThatNothingChangedWhenPartOfItWentThrough) {
   EXPECT_FALSE(Says(message, "Nothing was changed")) << message;
 }
 
-TEST_F(FileTest, RefusesDescriptorsThatAreNotOpen) {
+TEST_F(FileTest, RefusesClosedDescriptors) {
   EXPECT_NE(ErrorOf([&] { Write("/dev/fd/987", "x"); }), "");
   const int file = open("/dev/null", O_RDONLY);
   EXPECT_NE(ErrorOf([&] { Write("/dev/fd/" + std::to_string(file), "x"); }), "");
   close(file);
 }
 
-TEST_F(FileTest, HasNoRightsWithoutPermission) {
-  if (geteuid() == 0) GTEST_SKIP() << "every file may be read by root";
+TEST_F(FileTest, CannotBeReadWithoutPermission) {
+  if (geteuid() == 0) GTEST_SKIP() << "root can read every file";
   Put("page", "old");
   ASSERT_EQ(chmod(Path("page").c_str(), 0), 0);
   EXPECT_TRUE(Says(ErrorOf([&] { ReadFile(Path("page")); }), "may not be read"));

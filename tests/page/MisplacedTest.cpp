@@ -1,4 +1,4 @@
-// Controls where HTML sees no elements: found wherever they hide, with the place they are in.
+// Controls where HTML has no elements: found wherever they are hidden, with their surroundings.
 #include <random>
 
 #include "PageTesting.h"
@@ -10,7 +10,7 @@
 namespace kvo::page {
 namespace {
 
-// A place in which no control can stand, and how it is told to people.
+// A place that cannot contain a control, and its description in messages.
 struct HiddenPlace {
   const char* name;
   std::string_view before;
@@ -72,7 +72,7 @@ class Misplaced : public PageTest, public ::testing::WithParamInterface<HiddenPl
   }
 };
 
-TEST_P(Misplaced, IsAnErrorOfCheckSaveAndPublishWithThePlace) {
+TEST_P(Misplaced, IsAnErrorOfCheckSaveAndPublishWithItsPlace) {
   const std::string page = In(GetParam(), PrintElement("x"));
   Checked(page);
   ASSERT_EQ(Count(), 1U) << page;
@@ -90,7 +90,7 @@ TEST_P(Misplaced, IsAnErrorOfCheckSaveAndPublishWithThePlace) {
   EXPECT_TRUE(HasErrors(Inspect(Page(page)).problems));
 }
 
-TEST_P(Misplaced, IsFoundAsASavedControlToo) {
+TEST_P(Misplaced, IsAlsoFoundAsASavedControl) {
   const std::string page = In(GetParam(), Span(StoredPrint("x"), "<kv:print value=\"x\"/>"));
   EXPECT_EQ(Saved(page), "(not saved)");
   EXPECT_EQ(Count(), 1U) << page;
@@ -98,8 +98,8 @@ TEST_P(Misplaced, IsFoundAsASavedControlToo) {
   EXPECT_EQ(Count(), 1U) << page;
 }
 
-TEST_P(Misplaced, HidesNothingBehindIt) {
-  // What follows stands in content again, or is hidden as well; it never gets lost.
+TEST_P(Misplaced, HidesNothingAfterIt) {
+  // What follows is content again, or is hidden as well; it is never lost.
   const std::string page = In(GetParam(), PrintElement("x")) + "\n" + PrintElement("y");
   Checked(page);
   const std::size_t seen = Inspect(Page(page)).controls.size();
@@ -109,7 +109,7 @@ TEST_P(Misplaced, HidesNothingBehindIt) {
 INSTANTIATE_TEST_SUITE_P(Page, Misplaced, ::testing::ValuesIn(kPlaces),
                          [](const auto& test) { return std::string(test.param.name); });
 
-// Every class in every place, in random surroundings and odd spellings.
+// Makes every class in every place, with random surroundings and odd spellings.
 class OddSpellings {
  public:
   explicit OddSpellings(unsigned seed) : random_(seed) {}
@@ -223,16 +223,16 @@ TEST_F(Misplaced, IsNeverOverlooked) {
   EXPECT_GE(trials, 2000);
 }
 
-TEST_F(Misplaced, IsFoundOfAnUnknownClassOfThisLibraryToo) {
+TEST_F(Misplaced, IsAlsoFoundForAnUnknownClassOfThisLibrary) {
   EXPECT_EQ(Checked("<!--" + Element("", "DTCPrnt") + "-->"), List{"1:5 misplaced-control"});
 }
 
-TEST_F(Misplaced, IsFoundBehindAnotherElementInOnePlace) {
+TEST_F(Misplaced, IsFoundAfterAnotherElementInTheSamePlace) {
   EXPECT_EQ(Checked("<!-- <object title='" + PrintElement("x") + "'> " + PrintElement("y") + "-->"),
             (List{"1:21 misplaced-control", "1:115 misplaced-control"}));
 }
 
-TEST_F(Misplaced, IsNotWhatOnlyLooksLikeIt) {
+TEST_F(Misplaced, IgnoresLookAlikes) {
   for (const std::string& page : List{
            "<!-- <object data=x classid='clsid:D27CDB6E-AE6D-11CF-96B8-444553540000'></object> -->",
            "<!-- classid=\"progid:KVOPDesignObjects.DTCPrint\" -->",
@@ -248,7 +248,7 @@ TEST_F(Misplaced, IsNotWhatOnlyLooksLikeIt) {
   }
 }
 
-TEST_F(Misplaced, IsNotAnElementThatIsDataOfAControl) {
+TEST_F(Misplaced, IgnoresElementsInTheDataOfAControl) {
   const std::string inner = "&lt;object classid='progid:KVOPDesignObjects.DTCPrint'&gt;";
   const std::string raw = "<object classid='progid:KVOPDesignObjects.DTCPrint'>";
   EXPECT_EQ(Checked(PrintElement(inner)), List{});
@@ -265,7 +265,7 @@ TEST_F(Misplaced, IsNotAnElementThatIsDataOfAControl) {
   EXPECT_NE(Published(saved), "(not published)");
 }
 
-TEST_F(Misplaced, OffersTheRuntimeTextThatCanBePastedThere) {
+TEST_F(Misplaced, SuggestsTheRuntimeTextThatCanBePastedThere) {
   const auto offered = [&](const std::string& page) {
     Checked(page);
     return problems.empty() ? "" : problems[0].message.english;
@@ -285,7 +285,7 @@ TEST_F(Misplaced, OffersTheRuntimeTextThatCanBePastedThere) {
         offered(page).ends_with("Put the value in single quotes and write this instead: " + tag))
         << offered(page);
 
-  // Nothing that would end the place, and no more than one tag.
+  // Suggests nothing that would end the place, and no more than one tag.
   for (const std::string& page :
        List{"<!--" + PrintElement("--&gt;") + "-->",
             "<title>" + PrintElement("&lt;/title") + "</title>",
@@ -301,7 +301,7 @@ TEST_F(Misplaced, OffersTheRuntimeTextThatCanBePastedThere) {
   EXPECT_TRUE(offered("<a href='" + PrintElement("it's") + "'>").ends_with("write the whole tag."));
 }
 
-TEST_F(Misplaced, WhatIsOfferedIsAcceptedThere) {
+TEST_F(Misplaced, TheSuggestionIsAcceptedThere) {
   const std::string tag = "<kv:print value=\"x\"/>";
   for (const std::string& page :
        List{"<!--[if mso]>" + tag + "<![endif]-->", "<title>" + tag + "</title>",
@@ -311,9 +311,9 @@ TEST_F(Misplaced, WhatIsOfferedIsAcceptedThere) {
   }
 }
 
-// A saved control inside an outer comment: the comment ends with the control's start comment.
+// A saved control inside an outer comment: the control's start comment ends the outer one.
 
-TEST_F(Misplaced, SpanMakesItsEndNameTheOuterComment) {
+TEST_F(Misplaced, TheEndOfASpanReportsTheOuterComment) {
   const std::string span = Span(StoredPrint("x"), "<kv:print value=\"x\"/>", 3);
   const std::string page = "\n<!-- old:\n" + span + "\n-->" + span;
   EXPECT_EQ(Checked(page), (List{"3:29 misplaced-control", "3:174 stray-end"}));
@@ -324,7 +324,7 @@ TEST_F(Misplaced, SpanMakesItsEndNameTheOuterComment) {
   EXPECT_EQ(Published(page), "(not published)");
 }
 
-TEST_F(Misplaced, NoAdviceEverIsToDeleteAnEndComment) {
+TEST_F(Misplaced, NoAdviceSaysToDeleteAnEndComment) {
   const std::string end = "<!--KVO CONTROL ENDSPAN 1-->";
   for (const std::string& page : List{end, "<!-- " + Span(StoredPrint("x"), "") + " -->"}) {
     Checked(page);
@@ -350,7 +350,7 @@ std::string Told(const std::string& page, std::size_t position) {
 }
 
 TEST_F(SurroundingsOf, EveryPositionOfAPage) {
-  // "|" are positions in content, "^" are not; both are taken out.
+  // "|" marks positions in content, "^" other positions; both are removed.
   const std::pair<std::string, std::string> kCases[] = {
       {"|a|<!--^ b ^-->|c|", "inside a comment that begins in line 1"},
       {"|<^p^ ^a^=^ ^>|x|<^/p^>|", "inside a tag \"p\" that begins in line 1"},
@@ -387,8 +387,8 @@ TEST_F(SurroundingsOf, EveryPositionOfAPage) {
   }
 }
 
-// What is inserted where a control can stand is found as one, and what stands elsewhere is not.
-TEST_F(SurroundingsOf, AgreesWithWhatIsFoundOfAnInsertedControl) {
+// A control inserted where one is allowed is found, and a control inserted elsewhere is not.
+TEST_F(SurroundingsOf, AgreesWithFindingAnInsertedControl) {
   OddSpellings random(7);
   int inContent = 0;
   int elsewhere = 0;
@@ -397,7 +397,7 @@ TEST_F(SurroundingsOf, AgreesWithWhatIsFoundOfAnInsertedControl) {
     std::string page = random.Content() + std::string(place.before) + "x" +
                        std::string(place.after) + random.Content();
     const std::size_t position = random.Below(page.size() + 1);
-    // Behind "<", an insertion makes text of what begins there.
+    // After "<", an insertion turns a tag into text.
     if (position > 0 && page[position - 1] == '<') continue;
     const bool can = SurroundingsAt(Page(page), position).CanHoldControl();
     const Inspection before = Inspect(Page(page));
@@ -413,7 +413,7 @@ TEST_F(SurroundingsOf, AgreesWithWhatIsFoundOfAnInsertedControl) {
   EXPECT_GT(elsewhere, 100);
 }
 
-TEST_F(SurroundingsOf, IsContentInAPageThatIsNotRead) {
+TEST_F(SurroundingsOf, IsContentInAnUnreadablePage) {
   EXPECT_TRUE(SurroundingsAt(Page(std::string("\xFF\xFE<\0", 4)), 3).CanHoldControl());
 }
 

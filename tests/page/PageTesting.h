@@ -1,4 +1,4 @@
-// What the tests of the page file share.
+// Shared by the tests of the page file.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ inline std::string Element(std::string_view params, std::string_view className =
 inline std::string Param(std::string_view key, std::string_view value) {
   return "<param name=\"" + std::string(key) + "\" value=\"" + std::string(value) + "\">";
 }
-// A print control of a value that is written as it is read.
+// Returns a print control whose value is written as read.
 inline std::string PrintElement(std::string_view value) { return Element(Param("value", value)); }
 inline std::string StoredPrint(std::string_view value) {
   return Element(Param("value", value) + Param("format", ""));
@@ -30,7 +30,7 @@ inline std::string Span(std::string_view element, std::string_view text, int num
          "<!--KVO CONTROL ENDSPAN " + n + "-->";
 }
 
-// "line:column rule", one per problem; warnings end in "?".
+// Returns "line:column rule" for each problem; warnings end in "?".
 inline std::vector<std::string> Listed(const Problems& problems) {
   std::vector<std::string> list;
   for (const Problem& problem : problems) {
@@ -45,7 +45,7 @@ using List = std::vector<std::string>;
 
 class PageTest : public ::testing::Test {
  protected:
-  // The saved page; all problems stand in `problems`.
+  // Returns the saved page; `problems` receives all problems.
   std::string Saved(const std::string& page, const SaveOptions& options = {}) {
     StringSink sink;
     problems = Save(Page(page), sink, options);
@@ -60,7 +60,7 @@ class PageTest : public ::testing::Test {
     problems = Check(Page(page));
     return Listed(problems);
   }
-  // The values of all print controls, in order.
+  // Returns the values of all print controls, in order.
   static List ValuesIn(const std::string& page) {
     List values;
     for (const FoundControl& control : Inspect(Page(page)).controls)

@@ -1,4 +1,4 @@
-// Every kind of problem, with its place, and that all of them are found at once.
+// Every kind of problem, with its place. All problems are found at once.
 #include "PageTesting.h"
 
 namespace kvo::page {
@@ -14,7 +14,7 @@ void PrintTo(const ProblemCase& c, std::ostream* out) { *out << c.page; }
 
 class Finding : public PageTest, public ::testing::WithParamInterface<ProblemCase> {};
 
-TEST_P(Finding, NamesPlaceAndRuleAndSavesNothing) {
+TEST_P(Finding, ReportsPlaceAndRuleAndSavesNothing) {
   EXPECT_EQ(Checked(GetParam().page), GetParam().problems) << GetParam().page;
   EXPECT_EQ(Saved(GetParam().page), "(not saved)");
   EXPECT_EQ(Published(GetParam().page), "(not published)");
@@ -160,7 +160,7 @@ TEST_F(Messages, SuggestTheNearestClass) {
   EXPECT_NE(problems[0].message.german.find("Meinten Sie \"DTCProductList\"?"), std::string::npos);
 }
 
-TEST_F(Messages, SuggestNothingForWhatIsNearToNothing) {
+TEST_F(Messages, SuggestNothingWithoutASimilarName) {
   Checked(Element("", "Calendar") + Element(Param("colour-of-hair", "")));
   ASSERT_EQ(problems.size(), 2U);
   for (const Problem& problem : problems)
@@ -168,7 +168,7 @@ TEST_F(Messages, SuggestNothingForWhatIsNearToNothing) {
         << problem.message.german;
 }
 
-TEST_F(Messages, AboutAnInvalidClassDoNotNameTheControlBefore) {
+TEST_F(Messages, AboutAnInvalidClassDoNotNameThePreviousControl) {
   Checked(kMark + "<object classid=progid:KVOPDesignObjects.DTCViewtracker id=Zaehler></object>" +
           Element("", "DTC\xFF"));
   ASSERT_EQ(problems.size(), 2U);
@@ -185,7 +185,7 @@ TEST_F(Messages, NameTheRunTimeErrorOfAFailingControl) {
             std::string::npos);
 }
 
-TEST_F(Messages, CutLongTextsBetweenCharacters) {
+TEST_F(Messages, TruncateLongTextsBetweenCharacters) {
   std::string umlauts;
   for (int i = 0; i < 100; ++i) umlauts += "\xC3\xBC";
   Checked(Element(Param("a" + umlauts, "")));
@@ -203,13 +203,13 @@ TEST_F(Messages, NameTheBeginningOfALongId) {
   for (const Problem& problem : problems) EXPECT_EQ(problem.id, umlauts.substr(0, 99) + "...");
 }
 
-// What programs tell of many problems.
+// The report when there are many problems.
 
 Problem ProblemOf(std::string_view rule, std::size_t line, Severity severity = Severity::error) {
   return {severity, rule, {line, 1}, "DTCPrint", "", {"falsch", "wrong"}, line, 0};
 }
 
-TEST(Telling, LeavesTenOfAKindAsTheyAre) {
+TEST(Telling, KeepsTenOfAKind) {
   Problems problems;
   for (std::size_t line = 1; line <= 10; ++line) {
     problems.push_back(ProblemOf(rule::unknownKey, line));
@@ -220,7 +220,7 @@ TEST(Telling, LeavesTenOfAKindAsTheyAre) {
   for (const Problem& problem : told) EXPECT_EQ(problem.more, 0U);
 }
 
-TEST(Telling, CountsTheOthersWhereTheFirstOfThemIs) {
+TEST(Telling, CountsTheOthersAtTheFirstOfThem) {
   Problems problems;
   for (std::size_t line = 1; line <= 8000; ++line) {
     problems.push_back(ProblemOf(rule::unknownKey, line));
@@ -238,14 +238,14 @@ TEST(Telling, CountsTheOthersWhereTheFirstOfThemIs) {
 
 using Checking = PageTest;
 
-TEST_F(Checking, WarnsOfAnIdThatStandsTwice) {
+TEST_F(Checking, WarnsAboutADuplicateId) {
   const std::string control = "<object classid=progid:KVOPDesignObjects.DTCPrint id=a></object>\n";
   EXPECT_EQ(Checked(control + control), List{"2:1 duplicate-id?"});
   Saved(control + control);
   EXPECT_EQ(problems.size(), 0U);
 }
 
-TEST_F(Checking, CountsColumnsInCharactersAndLinesByAnyEnd) {
+TEST_F(Checking, CountsColumnsInCharactersAndAcceptsAnyLineEnd) {
   const std::string stray = "<!--KVO CONTROL ENDSPAN 1-->";
   EXPECT_EQ(Checked("\xEF\xBB\xBF\xC3\xBC\xF0\x9F\x92\x8C" + stray), List{"1:3 stray-end"});
   EXPECT_EQ(Checked("\r\r\n\n" + stray), List{"4:1 stray-end"});

@@ -1,4 +1,4 @@
-// What save and publish make of a page.
+// Saving and publishing a page.
 #include <random>
 
 #include "PageTesting.h"
@@ -11,14 +11,14 @@ namespace {
 using Saving = PageTest;
 using Publishing = PageTest;
 
-TEST_F(Saving, MakesASpanOfAnElement) {
+TEST_F(Saving, TurnsAnElementIntoASpan) {
   EXPECT_EQ(Saved("<p>" + PrintElement("#order.total#") + "</p>\r\n"),
             "<p><!--KVO CONTROL STARTSPAN 1 <object classid=\"progid:KVOPDesignObjects.DTCPrint\">"
             "<param name=\"value\" value=\"#order.total#\"><param name=\"format\" value=\"\">"
             "</object>--><kv:print value=\"#order.total#\"/><!--KVO CONTROL ENDSPAN 1--></p>\r\n");
 }
 
-TEST_F(Saving, LoadsEveryControlAlsoFromAnEmptyBag) {
+TEST_F(Saving, LoadsControlsFromAnEmptyBag) {
   EXPECT_EQ(Saved(Element("", "DTCScript")),
             Span(Element(Param("html-content", ""), "DTCScript"), "<kv:script></kv:script>"));
   EXPECT_EQ(problems.size(), 0U);
@@ -39,8 +39,8 @@ TEST_F(Saving, KeepsIdAndAttributesInOrder) {
                  ""));
 }
 
-// Sizes around those at which pieces are gathered, or written past what is being gathered.
-TEST_F(Saving, WritesPiecesOfAnySizeInTheirOrder) {
+// Sizes around the buffer's limits, and pieces too large for the buffer.
+TEST_F(Saving, WritesPiecesOfAnySizeInOrder) {
   constexpr std::size_t kSizes[] = {0,      100,    32'700, 32'768, 33'000,
                                     65'400, 65'536, 66'000, 140'000};
   for (const std::size_t valueSize : kSizes) {
@@ -63,13 +63,13 @@ TEST_F(Saving, TwiceGivesTheSameBytes) {
   EXPECT_EQ(problems.size(), 0U);
 }
 
-TEST_F(Saving, LeavesAPageWithoutControlsAsItIs) {
+TEST_F(Saving, KeepsAPageWithoutControls) {
   const std::string page = "\xEF\xBB\xBF<html>\r\n<p>\xFF\xFE <object data=x></object>\0\n\r";
   EXPECT_EQ(Saved(page), page);
   EXPECT_EQ(Published(page), page);
 }
 
-TEST_F(Saving, WritesAwkwardCharactersSoThatNothingEndsTheComment) {
+TEST_F(Saving, EscapesCharactersThatWouldEndTheComment) {
   const std::string saved =
       Saved(PrintElement("a--b --&gt; --!&gt; - &#13;&#10;&#9;&quot;&lt;&amp;amp;"));
   EXPECT_NE(saved.find("value=\"a&#45;&#45;b &#45;&#45;&gt; &#45;&#45;!&gt; - "
@@ -79,8 +79,8 @@ TEST_F(Saving, WritesAwkwardCharactersSoThatNothingEndsTheComment) {
   EXPECT_EQ(ValuesIn(saved), List{"a--b --> --!> - \r\n\t\"<&amp;"});
 }
 
-// What is a CDATA section does not depend on what the controls hold, or on how it is written.
-TEST_F(Saving, KeepsControlsBehindWhatLooksLikeACDataSection) {
+// CDATA sections do not depend on what the controls contain, or on how that is written.
+TEST_F(Saving, KeepsControlsAfterWhatLooksLikeACDataSection) {
   const std::string start = "<![CDATA[ a>";
   const std::string print = StoredPrint("a");
   const std::string saved = Saved(start + PrintElement("a") + PrintElement("b ]]>") + "x");
@@ -88,16 +88,16 @@ TEST_F(Saving, KeepsControlsBehindWhatLooksLikeACDataSection) {
                        Span(StoredPrint("b ]]&gt;"), "<kv:print value=\"b ]]>\"/>") + "x");
   EXPECT_EQ(Saved(saved), saved);
   EXPECT_EQ(ValuesIn(saved), (List{"a", "b ]]>"}));
-  // Nor can a value of one control bring another control to light.
+  // Nor can one control's value reveal another control.
   EXPECT_EQ(ValuesIn("<svg>" + start + PrintElement("a ]]>") + PrintElement("b")), (List{"b"}));
   EXPECT_EQ(Saved("<svg>" + start + PrintElement("a ]]>") + PrintElement("b")), "(not saved)");
 }
 
-TEST_F(Saving, KeepsLineBreaksOfAValueAsTheyStand) {
+TEST_F(Saving, KeepsLineBreaksOfAValue) {
   EXPECT_EQ(ValuesIn(Saved(PrintElement("a\r\nb\nc\rd"))), List{"a\r\nb\nc\rd"});
 }
 
-TEST_F(Saving, NumbersASpanWithTheFirstEndCommentThatItsTextDoesNotHold) {
+TEST_F(Saving, NumbersASpanWithTheFirstEndCommentNotInItsText) {
   const auto saved = [&](const std::string& value) {
     std::string escaped;
     for (const char c : value) escaped += c == '<' ? "&lt;" : c == '>' ? "&gt;" : std::string(1, c);
@@ -125,13 +125,13 @@ TEST_F(Saving, OverwritesATextEditedByHandWhenForced) {
   EXPECT_EQ(Saved(page, {.force = true}), Span(StoredPrint("x"), "<kv:print value=\"x\"/>"));
 }
 
-TEST_F(Publishing, TakesTheControlsOwnTextAndWarnsOfAnEdit) {
+TEST_F(Publishing, UsesTheControlsOwnTextAndWarnsAboutAnEdit) {
   EXPECT_EQ(Published("a" + Span(StoredPrint("x"), "<kv:print value=\"y\"/>") + "b"),
             "a<kv:print value=\"x\"/>b");
   EXPECT_EQ(Listed(problems), List{"1:2 edited-by-hand?"});
 }
 
-TEST_F(Publishing, PutsTheTextAloneInPlaceOfEachControl) {
+TEST_F(Publishing, ReplacesEachControlByItsText) {
   const std::string page =
       "<td>" + PrintElement("a") + "</td>" + PrintElement("") + "<br>" + PrintElement("a&amp;b");
   const std::string published = "<td><kv:print value=\"a\"/></td><br><kv:print value=\"a&amp;b\"/>";
@@ -139,7 +139,7 @@ TEST_F(Publishing, PutsTheTextAloneInPlaceOfEachControl) {
   EXPECT_EQ(Published(Saved(page)), published);
 }
 
-TEST_F(Publishing, IsWhatTheNewCommandPrints) {
+TEST_F(Publishing, MatchesTheNewCommand) {
   const std::string element = ElementText(*Inspect(Page(PrintElement(""))).controls[0].contract,
                                           std::nullopt, {{"value", "a&b"}, {"format", "#,##0.00"}});
   EXPECT_EQ(element,
@@ -148,11 +148,11 @@ TEST_F(Publishing, IsWhatTheNewCommandPrints) {
   EXPECT_EQ(Published(element), "<kv:print value=\"a&amp;b\" format=\"#,##0.00\"/>");
 }
 
-// Another control in the text of a saved one.
+// Other controls in the text of a saved one.
 
 class Nested : public PageTest {
  protected:
-  // Neither written nor lost, and the message names the other one.
+  // The page is neither written nor damaged, and the message names the other control.
   void ExpectRefused(const std::string& page, const List& expected, std::string_view other) {
     for (const bool force : {false, true}) {
       EXPECT_EQ(Saved(page, {.force = force}), "(not saved)") << page;
@@ -183,8 +183,8 @@ TEST_F(Nested, UnsavedControlOfAnUnknownClassIsNotDropped) {
                 "(Nope, line 1)");
 }
 
-// A text that holds the words of a start comment itself.
-TEST_F(Nested, SpanBehindALostEndIsNotDroppedWhateverTheTextHolds) {
+// A text that itself contains the words of a start comment.
+TEST_F(Nested, SpanAfterALostEndIsNotDroppedWhateverItsText) {
   const std::string words = "&lt;!--KVO CONTROL STARTSPAN 1 &lt;object";
   const std::string once = Saved(PrintElement(words) + "\n" + PrintElement("b"));
   ASSERT_NE(once, "(not saved)");
@@ -193,7 +193,7 @@ TEST_F(Nested, SpanBehindALostEndIsNotDroppedWhateverTheTextHolds) {
   page.erase(page.find(end), end.size());
   ExpectRefused(page, List{"1:1 missing-end"}, "(DTCPrint, line 2)");
 
-  // The same with an element of ours in the words.
+  // The same with one of our elements in the words.
   const std::string element =
       "&lt;!--KVO CONTROL STARTSPAN 1 &lt;object "
       "classid='progid:KVOPDesignObjects.DTCPrint'&gt;&lt;/object&gt;";
@@ -202,7 +202,7 @@ TEST_F(Nested, SpanBehindALostEndIsNotDroppedWhateverTheTextHolds) {
   ExpectRefused(page, List{"1:1 missing-end"}, "(DTCPrint, line 2)");
 }
 
-TEST_F(Nested, DamagedStartCommentBehindALostEndIsNotDropped) {
+TEST_F(Nested, DamagedStartCommentAfterALostEndIsNotDropped) {
   const std::string end = "<!--KVO CONTROL ENDSPAN 1-->";
   const std::string page = "<!--KVO CONTROL STARTSPAN 1 " + StoredPrint("x") + "-->x\n" +
                            "<!--KVO CONTROL STARTSPAN 1 <object classid=damaged></object>-->" + end;
@@ -210,8 +210,8 @@ TEST_F(Nested, DamagedStartCommentBehindALostEndIsNotDropped) {
   EXPECT_EQ(Published(page), "(not published)");
 }
 
-// What the control writes itself is not another control, however the rest was edited.
-TEST_F(Nested, ElementThatIsTheControlsOwnTextMayBeReplaced) {
+// What the control writes itself is not another control, whatever else was edited.
+TEST_F(Nested, ElementInTheControlsOwnTextMayBeReplaced) {
   const std::string script =
       Element(Param("html-content",
                     "kv:@lt;object classid='progid:KVOPDesignObjects.DTCPrint'"
@@ -223,25 +223,25 @@ TEST_F(Nested, ElementThatIsTheControlsOwnTextMayBeReplaced) {
   EXPECT_EQ(Saved(edited), "(not saved)");
   EXPECT_EQ(Listed(problems), List{"1:1 edited-by-hand"});
   EXPECT_EQ(Saved(edited, {.force = true}), saved);
-  // But not once more.
+  // A second one may not.
   const std::string own = "<object classid='progid:KVOPDesignObjects.DTCPrint'></object>";
   edited.insert(edited.find("<kv:script>"), own);
   EXPECT_EQ(Saved(edited, {.force = true}), "(not saved)");
   EXPECT_EQ(Listed(problems), List{"1:1 nested-control"});
 }
 
-TEST_F(Nested, ControlsOfOthersMayBeReplaced) {
+TEST_F(Nested, ForeignControlsMayBeReplaced) {
   EXPECT_EQ(Saved(Span(StoredPrint("x"), "<object data=x></object>"), {.force = true}),
             Span(StoredPrint("x"), "<kv:print value=\"x\"/>"));
 }
 
-// Newly made identifiers.
+// New identifiers.
 
 std::string CachedList() {
   return Element(Param("basename", "products") + Param("in-cache", "yes"), "DTCProductList");
 }
 
-TEST_F(Saving, LeavesASpanAloneThatDiffersOnlyInANewlyMadeGuid) {
+TEST_F(Saving, KeepsASpanThatDiffersOnlyInANewGuid) {
   const std::string once = Saved(CachedList());
   ASSERT_NE(once.find("in-cache=\"{"), std::string::npos) << once;
   EXPECT_EQ(Saved(once), once);
@@ -249,7 +249,7 @@ TEST_F(Saving, LeavesASpanAloneThatDiffersOnlyInANewlyMadeGuid) {
   EXPECT_EQ(Published(once), Published(once));
 }
 
-TEST_F(Saving, NoticesAnEditBesideANewlyMadeGuid) {
+TEST_F(Saving, DetectsAnEditNextToANewGuid) {
   std::string once = Saved(CachedList());
   const std::size_t at = once.find("products display");
   ASSERT_NE(at, std::string::npos);
@@ -258,7 +258,7 @@ TEST_F(Saving, NoticesAnEditBesideANewlyMadeGuid) {
   EXPECT_EQ(Listed(problems), List{"1:1 edited-by-hand"});
 }
 
-TEST_F(Saving, NoticesAGuidThatIsNoneAnyMore) {
+TEST_F(Saving, DetectsADamagedGuid) {
   std::string once = Saved(CachedList());
   const std::size_t at = once.rfind("in-cache=\"{");
   ASSERT_NE(at, std::string::npos);
@@ -276,8 +276,8 @@ TEST_F(Saving, ComparesAGuidThatIsPartOfAValue) {
 
 // A stored form that reads differently the next time.
 
-TEST_F(Saving, KeepsABagThatWouldNotSurviveBeingStored) {
-  // An empty border is not stored, and would come back as "0".
+TEST_F(Saving, KeepsABagThatWouldNotSurviveStoring) {
+  // An empty border is not stored and would come back as "0".
   const std::string list =
       Element(Param("display-desc2", "yes") + Param("table-border", ""), "DTCProductList");
   const std::string saved = Saved(list);
@@ -287,7 +287,7 @@ TEST_F(Saving, KeepsABagThatWouldNotSurviveBeingStored) {
   EXPECT_EQ(Saved(saved), saved);
 }
 
-TEST_F(Saving, WritesTheTextThatAnEditedBagGives) {
+TEST_F(Saving, WritesTheTextOfAnEditedBag) {
   const std::string list = Saved(Element("", "DTCProductList"));
   const Edit edit{0, [](Control& control) { control.Let("Border", ""); }};
   const std::string edited = Saved(list, {.edit = &edit});
@@ -316,7 +316,7 @@ TEST_F(Saving, RefusesToEditAControlWhoseTextWasEditedByHand) {
             Span(StoredPrint("new"), "<kv:print value=\"new\"/>"));
 }
 
-TEST_F(Saving, HandsAFailingEditToTheCaller) {
+TEST_F(Saving, PassesAFailingEditToTheCaller) {
   const Edit edit{0, [](Control& control) { control.Let("Nope", "new"); }};
   NullSink sink;
   EXPECT_THROW(Save(Page(PrintElement("x")), sink, {.edit = &edit}), RuntimeError);
@@ -329,7 +329,7 @@ class RandomPages {
   explicit RandomPages(unsigned seed) : random_(seed) {}
 
   std::string Make() {
-    std::string page = "\xEF\xBB\xBF";  // in UTF-8, whatever else it holds
+    std::string page = "\xEF\xBB\xBF";  // UTF-8, whatever else it contains
     for (int part = Number(8); part-- > 0;) page += Number(2) == 0 ? Markup() : Control();
     return page;
   }
@@ -429,7 +429,7 @@ TEST_F(Saving, OfRandomPagesSettlesAtOnceAndKeepsEveryValue) {
 TEST_F(Saving, OfRandomBytesGivesTheSameBytes) {
   RandomPages random(2);
   for (int round = 0; round < 3000; ++round) {
-    const std::string bytes = "x" + random.Bytes();  // no byte order mark of UTF-16
+    const std::string bytes = "x" + random.Bytes();  // not a UTF-16 byte order mark
     ASSERT_EQ(Saved(bytes), bytes);
     ASSERT_EQ(Published(bytes), bytes);
   }

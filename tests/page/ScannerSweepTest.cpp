@@ -1,4 +1,4 @@
-// The scanner against a reading byte by byte, over all short pages made of the awkward pieces and
+// Compares the scanner with a byte-by-byte reader, for all short pages made of awkward pieces and
 // many long ones.
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ namespace {
 constexpr std::array<std::string_view, 12> kPieces = {"<a", "<object>", "</b", " ", "=",    "\"",
                                                       "'",  ">",        "/",   "x", "<!--", "--"};
 
-TEST(ScannerSweep, FindsWhatAPlainReadingFindsInAllShortPages) {
+TEST(ScannerSweep, MatchesAPlainReaderInAllShortPages) {
   constexpr std::size_t kLongest = 5;
   std::size_t pages = 0;
   std::array<std::size_t, kLongest> choice{};
@@ -36,8 +36,8 @@ TEST(ScannerSweep, FindsWhatAPlainReadingFindsInAllShortPages) {
   EXPECT_EQ(pages, 271'453U);  // the sum of 12^0 to 12^5
 }
 
-// Long enough that pieces stand on both sides of every boundary that the scanner works with.
-TEST(ScannerSweep, FindsWhatAPlainReadingFindsInLongPages) {
+// Long enough for pieces on both sides of every boundary that the scanner uses.
+TEST(ScannerSweep, MatchesAPlainReaderInLongPages) {
   constexpr std::string_view kLongPieces[] = {"<a href=\"x\">",
                                               "</a>",
                                               "<td class='y' id=\"z\">",

@@ -1,4 +1,4 @@
-// What is a control in a page, and what only looks like one.
+// Finding a page's controls, and ignoring what only looks like one.
 #include "PageTesting.h"
 
 namespace kvo::page {
@@ -6,7 +6,7 @@ namespace {
 
 struct ScannerCase {
   const char* name;
-  std::string page;  // "@1" to "@9" stand for print controls of these values
+  std::string page;  // "@1" to "@9" stand for print controls with these values
   List found;
 };
 
@@ -26,7 +26,7 @@ class Scanning : public PageTest, public ::testing::WithParamInterface<ScannerCa
 TEST_P(Scanning, FindsExactlyTheControls) {
   const std::string page = WithControls(GetParam().page);
   EXPECT_EQ(ValuesIn(page), GetParam().found) << page;
-  // The others are all where none can stand.
+  // The other controls are all misplaced.
   const auto written =
       static_cast<std::size_t>(std::count(GetParam().page.begin(), GetParam().page.end(), '@'));
   const Problems misplaced = Inspect(Page(page)).problems;
@@ -124,13 +124,13 @@ INSTANTIATE_TEST_SUITE_P(Page, Scanning, ::testing::ValuesIn(kScannerCases),
 
 class Elements : public PageTest {};
 
-TEST_F(Elements, AreReadWithAnyQuotesOrderAndCase) {
+TEST_F(Elements, MayHaveAnyQuotesOrderAndCase) {
   EXPECT_EQ(ValuesIn("<OBJECT ID=a ClassId='ProgID:kvopdesignobjects.dtcprint' >"
                      "\r\n\t<PARAM VALUE = 'x' NAME = value />\n</PARAM></OBJECT >"),
             List{"x"});
 }
 
-TEST_F(Elements, AreKnownByTheirClassIdToo) {
+TEST_F(Elements, AreAlsoKnownByTheirClassId) {
   for (const char* id : {"clsid:6F1B5C0E-6B0A-4B57-9C55-0F6D1C6A7E01",
                          "CLSID:{6f1b5c0e-6b0a-4b57-9c55-0f6d1c6a7e01}"}) {
     const std::string page =
@@ -165,7 +165,7 @@ TEST_F(Elements, HavePlaceIdAttributesAndBag) {
   EXPECT_EQ(control.bag, (std::vector<MemoryBag::Entry>{{"format", "f"}, {"value", "v"}}));
 }
 
-TEST_F(Elements, InSpansGiveTheTextBetweenTheComments) {
+TEST_F(Elements, InSpansHaveTheTextBetweenTheComments) {
   const std::string page = "x" + Span(PrintElement("v"), "old <b>text</b>", 7) + "y";
   const Inspection inspection = Inspect(Page(page));
   ASSERT_EQ(inspection.controls.size(), 1U);

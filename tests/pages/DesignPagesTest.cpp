@@ -7,7 +7,7 @@
 namespace kvo {
 namespace {
 
-// "kind caption key" of each row.
+// Returns "kind caption key" of each row.
 std::vector<std::string> RowsOf(const PropertyGrid& grid) {
   std::vector<std::string> rows;
   for (const auto& row : grid.Items()) {
@@ -36,7 +36,7 @@ class ProductListDesignPage : public PageTest<propProdListDesign> {
             {"TableBgColor", ""}, {"HeaderBgColor", ""}, {"HeaderCSSStyle", ""}};
   }
   PropertyGridItem& Row(std::string_view key) { return page.suiDesign.Item(key); }
-  // Picks on a row that holds `current`; answers what the dialog opened on.
+  // Opens the colour dialog on a row containing `current`; returns the colour that it opened with.
   ColorNumber Pick(std::string_view key, const std::string& current,
                    std::optional<ColorNumber> answer) {
     Row(key).Value(current);
@@ -77,7 +77,7 @@ TEST_F(ProductListDesignPage, OffersElevenBordersAndSizesAndSixFonts) {
   EXPECT_EQ(ChoicesOf(Row("link-font-bold")), (Texts{"Ja=1", "Nein=0"}));
 }
 
-TEST_F(ProductListDesignPage, AStoredSizeLoadsAsItStandsAndIsStoredUnchanged) {
+TEST_F(ProductListDesignPage, AStoredSizeIsLoadedAndStoredUnchanged) {
   Open(Values());
   EXPECT_EQ(Row("font-size").Value(), Variant("12pt"));
   page.Apply();
@@ -139,7 +139,7 @@ TEST_F(ProductListDesignPage, FillingMarksThePageChanged) {
   EXPECT_TRUE(page.Changed());
 }
 
-TEST_F(ProductListDesignPage, TheColourDialogOpensOnTheRowsColour) {
+TEST_F(ProductListDesignPage, TheColourDialogOpensWithTheRowsColour) {
   Open(Values());
   EXPECT_EQ(Pick("table-bgcolor", "#ff8000", 0x0000FF), 0x0080FF);
   EXPECT_EQ(Row("table-bgcolor").Value(), Variant("#FF0000"));
@@ -147,19 +147,19 @@ TEST_F(ProductListDesignPage, TheColourDialogOpensOnTheRowsColour) {
   EXPECT_EQ(Row("header-bgcolor").Value(), Variant("#0000FF"));
 }
 
-TEST_F(ProductListDesignPage, AnUnreadableColourOpensTheDialogOnWhite) {
+TEST_F(ProductListDesignPage, AnUnreadableColourOpensTheDialogWithWhite) {
   Open(Values());
   EXPECT_EQ(Pick("table-bgcolor", "red", std::nullopt), 0xFFFFFF);
   EXPECT_EQ(Row("table-bgcolor").Value(), Variant("#FFFFFF"));
 }
 
-TEST_F(ProductListDesignPage, CancellingTheColourDialogIsNotToldApart) {
+TEST_F(ProductListDesignPage, CancellingTheColourDialogCountsAsAChoice) {
   Open(Values());
   EXPECT_EQ(Pick("table-bgcolor", "rgb(1,2,3)", std::nullopt), 0x030201);
   EXPECT_EQ(Row("table-bgcolor").Value(), Variant("#010203"));
 }
 
-TEST_F(ProductListDesignPage, AnEmptyRowOpensTheDialogOnItsLastColourBlackAtFirst) {
+TEST_F(ProductListDesignPage, AnEmptyRowOpensTheDialogWithItsLastColourInitiallyBlack) {
   Open(Values());
   EXPECT_EQ(Pick("table-bgcolor", "", std::nullopt), 0);
   EXPECT_EQ(Row("table-bgcolor").Value(), Variant("#000000"));
@@ -226,7 +226,7 @@ TEST_F(PositionListDesignPage, ATypedPixelValueIsStoredAsTyped) {
   EXPECT_EQ((*object)["TableBorder"], Variant("4px"));
 }
 
-TEST_F(PositionListDesignPage, APixelRowKeepsTheFormerControlsValueAndWritesItOverTheNewOnes) {
+TEST_F(PositionListDesignPage, APixelRowKeepsThePreviousControlsValueAndOverwritesTheNewOne) {
   Open(Values());
   Properties odd = Values();
   odd["TableCellSpacing"] = "12";
@@ -236,7 +236,7 @@ TEST_F(PositionListDesignPage, APixelRowKeepsTheFormerControlsValueAndWritesItOv
   EXPECT_EQ((*object)["TableCellSpacing"], Variant("1"));
 }
 
-TEST_F(PositionListDesignPage, OnAFreshPageSuchAValueIsOverwrittenByNothing) {
+TEST_F(PositionListDesignPage, OnAFreshPageSuchAValueIsOverwrittenWithEmpty) {
   Properties odd = Values();
   odd["TableCellSpacing"] = "12";
   Open(odd);

@@ -16,7 +16,7 @@ class ElementPage : public PageTest<propElementProperties> {
   }
 };
 
-TEST_F(ElementPage, StandsAsItIsDesigned) {
+TEST_F(ElementPage, MatchesItsDesign) {
   EXPECT_EQ(page.Caption(), "Allgemein");
   EXPECT_EQ(page.lblElementBasename.Caption(), "Name des HTML Elementes (TAG):");
   EXPECT_EQ(page.optSingleLineElement.Caption(), "Normal");
@@ -36,7 +36,7 @@ TEST_F(ElementPage, FillingDoesNotMarkThePageChanged) {
   EXPECT_FALSE(page.Changed());
 }
 
-TEST_F(ElementPage, TheContentBoxFollowsTheModeWhileLoadingAsWell) {
+TEST_F(ElementPage, LoadingSwitchesTheContentBoxWithTheMode) {
   OpenOn(false, true);
   EXPECT_TRUE(page.optClosingTagOnly.Value());
   EXPECT_FALSE(page.txtHTMLContent.Enabled());
@@ -46,7 +46,7 @@ TEST_F(ElementPage, TheContentBoxFollowsTheModeWhileLoadingAsWell) {
   EXPECT_TRUE(page.lblHTMLContent.Enabled());
 }
 
-TEST_F(ElementPage, BothFlagsLoadAsTheOpeningTagAndOnlyThatIsKept) {
+TEST_F(ElementPage, BothFlagsAreLoadedAndStoredAsTheOpeningTag) {
   OpenOn(true, true);
   EXPECT_TRUE(page.optOpeningTagOnly.Value());
   page.Apply();
@@ -64,7 +64,7 @@ TEST_F(ElementPage, AClickOnAModeMarksThePageChangedAndSwitchesTheContentBox) {
   EXPECT_TRUE(page.txtHTMLContent.Enabled());
 }
 
-// From every mode to every mode, the same one included.
+// Switches from every mode to every mode, including itself.
 TEST_F(ElementPage, AClickOnEachOptionMarksThePageAndIsApplied) {
   struct Mode {
     OptionButton& option;
@@ -167,7 +167,7 @@ class AttributesPage : public PageTest<propGeneralAttributes> {
   using Texts = std::vector<std::string>;
 };
 
-TEST_F(AttributesPage, StandsAsItIsDesigned) {
+TEST_F(AttributesPage, MatchesItsDesign) {
   EXPECT_EQ(page.Caption(), "Attribute");
   EXPECT_EQ(page.suiAttributes.Caption(), "Attribute");
   EXPECT_EQ(page.cmdNew.Caption(), "Neu...");
@@ -180,7 +180,7 @@ TEST_F(AttributesPage, ListsNameAndValueAndCountsAsChanged) {
   EXPECT_TRUE(page.Changed());
 }
 
-TEST_F(AttributesPage, ApplyingHandsOverANewCollection) {
+TEST_F(AttributesPage, ApplyingAssignsANewCollection) {
   OpenOn({"align|center", "width|"});
   const ObjectRef before = ToObject((*object)["AttributesCollection"]);
   page.Apply();
@@ -188,7 +188,7 @@ TEST_F(AttributesPage, ApplyingHandsOverANewCollection) {
   EXPECT_EQ(Written(), (Texts{"align|center", "width|"}));
 }
 
-TEST_F(AttributesPage, TheControlHoldsThatVeryCollection) {
+TEST_F(AttributesPage, TheControlKeepsThatCollectionItself) {
   const auto control = std::make_shared<DTCElement>();
   control->Attributes("a|1||b|2");
   page.Select({control});
@@ -200,7 +200,7 @@ TEST_F(AttributesPage, TheControlHoldsThatVeryCollection) {
   EXPECT_EQ(control->Attributes(), "a|1||b|2||c|3");
 }
 
-TEST_F(AttributesPage, ANewAttributeStandsAtTheEndWithAnEmptyValue) {
+TEST_F(AttributesPage, ANewAttributeIsLastAndHasAnEmptyValue) {
   OpenOn({"align|center"});
   page.Apply();
   platform.promptAnswers = {"width"};
@@ -208,10 +208,10 @@ TEST_F(AttributesPage, ANewAttributeStandsAtTheEndWithAnEmptyValue) {
   EXPECT_EQ(platform.prompts, (std::vector<HeadlessPlatform::Prompt>{
                                   {"Bitte geben Sie einen Namen ein.", "Attribut hinzufügen..."}}));
   EXPECT_EQ(Rows(), (Texts{"align=center", "width="}));
-  EXPECT_FALSE(page.Changed());  // adding does not mark
+  EXPECT_FALSE(page.Changed());  // adding does not mark the page
 }
 
-TEST_F(AttributesPage, AnEmptyAnswerOrACancelAddsNothing) {
+TEST_F(AttributesPage, AnEmptyAnswerOrCancelAddsNothing) {
   OpenOn({});
   platform.promptAnswers = {"", std::nullopt};
   user.Click(page.cmdNew);
@@ -219,7 +219,7 @@ TEST_F(AttributesPage, AnEmptyAnswerOrACancelAddsNothing) {
   EXPECT_TRUE(Rows().empty());
 }
 
-TEST_F(AttributesPage, TwoRowsOfOneNameAreBothStored) {
+TEST_F(AttributesPage, TwoRowsWithTheSameNameAreBothStored) {
   OpenOn({"a|1"});
   platform.promptAnswers = {"a"};
   user.Click(page.cmdNew);
@@ -248,7 +248,7 @@ TEST_F(AttributesPage, ABarTypedIntoAValueBreaksTheNextLoad) {
   EXPECT_EQ(Rows(), Texts{"a=x"});
 }
 
-TEST_F(AttributesPage, NamesAreTakenAsTheyAreTyped) {
+TEST_F(AttributesPage, NamesAreStoredAsTyped) {
   OpenOn({});
   platform.promptAnswers = {" data x ", " ", "a|b", "|"};
   for (int count = 0; count < 4; ++count) user.Click(page.cmdNew);
@@ -259,14 +259,14 @@ TEST_F(AttributesPage, NamesAreTakenAsTheyAreTyped) {
   }
   page.Apply();
   EXPECT_EQ(Written(), (Texts{" data x |v w", " |v w", "a|b|v w", "||v w"}));
-  // On the next load, the first bar ends the name and the second one the value.
+  // On the next load, the first bar ends the name and the second ends the value.
   page.Select({object});
   EXPECT_EQ(Rows(), (Texts{" data x =v w", " =v w", "a=b", "="}));
   page.Apply();
   EXPECT_EQ(Written(), (Texts{" data x |v w", " |v w", "a|b", "|"}));
 }
 
-TEST_F(AttributesPage, ARowOfAnOddNameIsDeleted) {
+TEST_F(AttributesPage, ARowWithAnOddNameCanBeDeleted) {
   OpenOn({});
   platform.promptAnswers = {"a b", "a|b", "a b"};
   for (int count = 0; count < 3; ++count) user.Click(page.cmdNew);
@@ -278,7 +278,7 @@ TEST_F(AttributesPage, ARowOfAnOddNameIsDeleted) {
   EXPECT_EQ(Written(), (Texts{"a b|", "a b|2"}));
 }
 
-TEST_F(AttributesPage, ANameWithBlanksStandsInTheRuntimeTextAsItIs) {
+TEST_F(AttributesPage, ANameWithBlanksIsInTheRuntimeTextUnchanged) {
   const auto control = std::make_shared<DTCElement>();
   MemoryBag bag;
   control->ReadProperties(bag);
@@ -292,7 +292,7 @@ TEST_F(AttributesPage, ANameWithBlanksStandsInTheRuntimeTextAsItIs) {
   EXPECT_EQ(control->GetRuntimeText(), R"(<kv:print name="td" data x="v"/>)");
 }
 
-TEST_F(AttributesPage, ANewSelectionLeavesExactlyItsOwnRows) {
+TEST_F(AttributesPage, ANewSelectionReplacesAllRows) {
   OpenOn({"a|1", "b|2"});
   OpenOn({"c|3"});
   EXPECT_EQ(Rows(), Texts{"c=3"});

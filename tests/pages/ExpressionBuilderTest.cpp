@@ -42,7 +42,7 @@ class ExpressionBuilder : public testing::Test {
   HeadlessUser user{platform, form};
 };
 
-TEST_F(ExpressionBuilder, StandsAsItIsDesigned) {
+TEST_F(ExpressionBuilder, MatchesItsDesign) {
   EXPECT_EQ(form.Caption(), "Ausdruck-Assistent");
   EXPECT_EQ(form.lblLabel[0].Caption(), "Datenfeld:");
   EXPECT_EQ(form.lblLabel[1].Caption(), "Operator:");
@@ -56,13 +56,13 @@ TEST_F(ExpressionBuilder, StandsAsItIsDesigned) {
   EXPECT_EQ(form.Find("frmSeperator"), &form.frmSeperator);
 }
 
-TEST_F(ExpressionBuilder, ListsAllFieldsButThoseOfTypeTwoFourAndFive) {
+TEST_F(ExpressionBuilder, ListsAllFieldsExceptTypesTwoFourAndFive) {
   Init();
   EXPECT_EQ(Texts(form.cboFields), (List{"E-Mail", "Alter", "Newsletter", "Geburtstag", "sieben"}));
   EXPECT_EQ(form.cboFields.SelectedItem()->key, "Email");
 }
 
-TEST_F(ExpressionBuilder, SelectingTheFirstFieldFitsTheOperatorsToIt) {
+TEST_F(ExpressionBuilder, TheFirstFieldIsSelectedWithItsOperators) {
   Init();
   EXPECT_EQ(Texts(form.cboOperator), (List{"=", "<>"}));
   EXPECT_EQ(form.cboOperator.ListIndex(), 0);
@@ -137,7 +137,7 @@ TEST_F(ExpressionBuilder, WritesEveryOperatorOfEveryType) {
   }
 }
 
-TEST_F(ExpressionBuilder, AWholeNumberIsWrittenAsItIsTyped) {
+TEST_F(ExpressionBuilder, AWholeNumberIsWrittenAsTyped) {
   Init();
   for (const std::string value : {"17", "0", "-3", "007", "1000000000000", "1.000", "2,5"}) {
     form.txtIfExpression.Text("");
@@ -149,7 +149,7 @@ TEST_F(ExpressionBuilder, AWholeNumberIsWrittenAsItIsTyped) {
   }
 }
 
-// Fields whose data type is no whole number as it stands.
+// Fields whose data type is not a whole number until it is converted.
 class LooseFields final : public Object {
  public:
   explicit LooseFields(const std::vector<Variant>& dataTypes) {
@@ -185,7 +185,7 @@ TEST_F(ExpressionBuilder, DataTypesAreConvertedToWholeNumbers) {
   }
 }
 
-TEST_F(ExpressionBuilder, AFirstFieldThatIsABooleanFitsOperatorsAndValueBox) {
+TEST_F(ExpressionBuilder, ABooleanFirstFieldSetsOperatorsAndValueBox) {
   office->contactFields = {{"News", "Newsletter", 3}, {"Age", "Alter", 1}};
   Init();
   EXPECT_EQ(form.cboFields.SelectedItem()->key, "News");
@@ -207,7 +207,7 @@ TEST_F(ExpressionBuilder, AFirstFieldOfTypeNineIsListedAndAddsNothing) {
   EXPECT_EQ(form.cboFields.SelectedItem()->key, "X9");
   EXPECT_EQ(Texts(form.cboOperator), List());
   EXPECT_EQ(form.cboOperator.SelectedItem(), nullptr);
-  EXPECT_TRUE(form.txtArgument.Enabled());  // as it was
+  EXPECT_TRUE(form.txtArgument.Enabled());  // unchanged
   EXPECT_EQ(form.txtArgument.BackColor(), SystemColor::windowBackground);
   user.FocusByKeyboard(form.txtArgument);
   user.Type("17");
@@ -219,8 +219,8 @@ TEST_F(ExpressionBuilder, AFirstFieldOfTypeNineIsListedAndAddsNothing) {
   EXPECT_EQ(form.txtIfExpression.Text(), "'#customer.Email#'=='17'");
 }
 
-// As its caller opens it: Office, Expression, Init.
-TEST_F(ExpressionBuilder, ASecondOpeningBeginsAnew) {
+// Opens it as its caller does: Office, Expression, Init.
+TEST_F(ExpressionBuilder, ASecondOpeningStartsOver) {
   form.Expression("a==1");
   Init();
   user.Choose(form.cboFields, "Newsletter");
@@ -276,7 +276,7 @@ TEST_F(ExpressionBuilder, AnUnknownTypeOffersNoOperatorAndAddsNothing) {
   user.Choose(form.cboFields, "Newsletter");
   user.Choose(form.cboFields, "sieben");
   EXPECT_TRUE(form.cboOperator.Rows().empty());
-  EXPECT_FALSE(form.txtArgument.Enabled());  // as it was
+  EXPECT_FALSE(form.txtArgument.Enabled());  // unchanged
   user.Click(form.cmdAdd);
   EXPECT_EQ(form.txtIfExpression.Text(), "");
 }
@@ -296,7 +296,7 @@ TEST_F(ExpressionBuilder, AddingAFieldThatTheHostNoLongerHasIsAnError) {
   EXPECT_EQ(form.txtIfExpression.Text(), "");
 }
 
-TEST_F(ExpressionBuilder, OkGivesTheExpressionBack) {
+TEST_F(ExpressionBuilder, OkReturnsTheExpression) {
   form.Expression("a");
   platform.whileModal = [&](Form&) {
     user.FocusByKeyboard(form.txtIfExpression);
@@ -310,7 +310,7 @@ TEST_F(ExpressionBuilder, OkGivesTheExpressionBack) {
   EXPECT_EQ(form.Expression(), "ab");
 }
 
-TEST_F(ExpressionBuilder, CancelAndTheWindowsButtonKeepTheCallersExpression) {
+TEST_F(ExpressionBuilder, CancelAndTheCloseButtonKeepTheCallersExpression) {
   for (const bool byWindow : {false, true}) {
     form.Expression("a");
     form.CancelForm = false;

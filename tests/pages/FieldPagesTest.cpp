@@ -27,20 +27,20 @@ class ContactFieldPage : public PageTest<propContactGeneral> {
   std::shared_ptr<FakeOffice> office = std::make_shared<FakeOffice>();
 };
 
-TEST_F(ContactFieldPage, StandsAsItIsDesigned) {
+TEST_F(ContactFieldPage, MatchesItsDesign) {
   EXPECT_EQ(page.Caption(), "Allgemein");
   EXPECT_EQ(page.lblField.Caption(), "Auszugebendes Datenfeld:");
   EXPECT_EQ(page.Find("cboContactFields"), &page.cboFields);
   EXPECT_FALSE(page.cboFields.Editable());
 }
 
-TEST_F(ContactFieldPage, ListsTheContactFieldsInTheirOrder) {
+TEST_F(ContactFieldPage, ListsTheContactFieldsInOrder) {
   OpenOn("LASTNAME");
   EXPECT_EQ(Listed(), (Rows{"EMAIL=E-Mail-Adresse", "LASTNAME=Nachname"}));
   EXPECT_EQ(page.cboFields.SelectedItem()->key, "LASTNAME");
 }
 
-TEST_F(ContactFieldPage, AFieldThatTheHostDoesNotHaveOpensWithNothingChosen) {
+TEST_F(ContactFieldPage, AnUnknownFieldOpensWithNothingChosen) {
   OpenOn("PHONE");
   EXPECT_EQ(page.cboFields.SelectedItem(), nullptr);
   EXPECT_FALSE(page.Changed());
@@ -82,13 +82,13 @@ TEST_F(ContactFieldPage, AnOfficeWithoutContactFieldsGivesAnEmptyList) {
   EXPECT_TRUE(page.cboFields.Rows().empty());
 }
 
-TEST_F(ContactFieldPage, TheSecondOfTwoFieldsOfOneNameIsNotListed) {
+TEST_F(ContactFieldPage, TheSecondOfTwoFieldsWithTheSameNameIsNotListed) {
   office->contactFields = {{"EMAIL", "Eins"}, {"EMAIL", "Zwei"}, {"PHONE", "Telefon"}};
   OpenOn("EMAIL");
   EXPECT_EQ(Listed(), (Rows{"EMAIL=Eins", "PHONE=Telefon"}));
 }
 
-TEST_F(ContactFieldPage, AFieldThatCannotBeReadIsLeftOut) {
+TEST_F(ContactFieldPage, AnUnreadableFieldIsOmitted) {
   const auto fields = std::make_shared<Collection>();
   fields->Add("kein Objekt");
   const auto broken = std::make_shared<PropertyObject>(Properties{{"SQLName", "A"}});
@@ -102,7 +102,7 @@ TEST_F(ContactFieldPage, AFieldThatCannotBeReadIsLeftOut) {
   EXPECT_EQ(Listed(), Rows{"B=Be"});
 }
 
-TEST_F(ContactFieldPage, ANewSelectionFillsTheListAnew) {
+TEST_F(ContactFieldPage, ANewSelectionRefillsTheList) {
   OpenOn("EMAIL");
   OpenOn("LASTNAME");
   EXPECT_EQ(Listed().size(), 2U);

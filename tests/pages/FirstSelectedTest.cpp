@@ -1,4 +1,4 @@
-// Pages act on the first of several selected objects, and never so much as ask the others.
+// Pages act on the first of several selected objects and never access the others.
 #include "common/forms/PropertyPage.h"
 #include "common/frame/Office.h"
 #include "host/registration/classes.h"
@@ -12,7 +12,7 @@
 namespace kvo {
 namespace {
 
-// Notes whoever asks it for anything, and has nothing to give.
+// Records every access and returns nothing.
 class Watched final : public Object {
  public:
   std::vector<std::string> asked;
@@ -69,7 +69,7 @@ class Actor {
   HeadlessUser user_;
 };
 
-// An edit of a page, and what the first control holds once it is applied.
+// An edit on a page, and the first control's property after it is applied.
 struct Edit {
   std::string_view page;
   std::string_view control;
@@ -139,7 +139,7 @@ class FirstSelected : public testing::TestWithParam<Edit> {
   std::unique_ptr<PropertyPage> page = CreatePage(GetParam().page);
 };
 
-TEST_P(FirstSelected, IsShownAndWrittenAlone) {
+TEST_P(FirstSelected, IsTheOnlyOneReadAndWritten) {
   page->Select({control, other, other});
   EXPECT_EQ(other->asked, std::vector<std::string>());
   Actor user(platform, *page);
@@ -149,13 +149,13 @@ TEST_P(FirstSelected, IsShownAndWrittenAlone) {
   EXPECT_EQ(other->asked, std::vector<std::string>());
 }
 
-TEST_P(FirstSelected, IsNotReplacedByOneThatWouldFit) {
+TEST_P(FirstSelected, IsNotReplacedByAMatchingOne) {
   const auto before = Stored();
   try {
     page->Select({other, control});
     page->Apply();
   } catch (const RuntimeError&) {
-    // The first has nothing that the page could show.
+    // The first object has no property that the page could show.
   }
   EXPECT_NE(other->asked, std::vector<std::string>());
   EXPECT_EQ(Stored(), before);
@@ -172,7 +172,7 @@ TEST(FirstSelectedTable, HasEveryPage) {
         << page.name;
 }
 
-TEST(FirstSelectedOffice, IsTheOneThatTheBuilderGets) {
+TEST(FirstSelectedOffice, IsPassedToTheBuilder) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
   const auto offices = {std::make_shared<FakeOffice>(), std::make_shared<FakeOffice>()};
@@ -200,7 +200,7 @@ TEST(FirstSelectedOffice, IsTheOneThatTheBuilderGets) {
     const auto held = office.use_count();
     user.Click(page.cmdShowExpressionBuilder);
     EXPECT_EQ(opened, 1);
-    EXPECT_EQ(office.use_count(), held);  // the dialog has given it back
+    EXPECT_EQ(office.use_count(), held);  // the dialog has released it
     std::reverse(objects.begin(), objects.end());
   }
 }

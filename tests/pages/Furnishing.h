@@ -1,4 +1,4 @@
-// An office and a shop that scripts furnish by commands of their own:
+// An office and a shop that scripts set up with additional commands:
 //   contact-field SQLNAME "Name" TYPE     order-field SQLNAME "Name" TYPE
 //   product NUMBER "Name" "Description"   connection open|closed|broken
 #pragma once
@@ -19,7 +19,7 @@ struct Furnishing {
 
   Furnishing() { office->connection = connection; }
 
-  // False for what is none of these commands.
+  // Returns false if it is none of these commands.
   bool Command(std::span<const std::string> words) {
     if (words[0] == "contact-field" && words.size() == 4) {
       office->contactFields.push_back({words[1], words[2], std::stoi(words[3])});

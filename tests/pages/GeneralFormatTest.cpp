@@ -8,7 +8,7 @@ namespace {
 
 using DataFormatPage = PageTest<propGeneralFormat>;
 
-TEST_F(DataFormatPage, StandsAsItIsDesigned) {
+TEST_F(DataFormatPage, MatchesItsDesign) {
   EXPECT_EQ(page.Caption(), "Datenformat");
   EXPECT_EQ(page.cboFormat.At(), (Rect{1680, 840, 3855, 315}));
   EXPECT_TRUE(page.cboFormat.Editable());
@@ -45,7 +45,7 @@ TEST_F(DataFormatPage, ListsElevenFormatsWithSamplesInTheUsersLocale) {
   EXPECT_EQ(captions, expected);
 }
 
-// The whole table as it has to be, so that a row that changes is seen.
+// The expected table in full, so that a changed row is detected.
 struct Row {
   std::string_view key;
   std::string_view shown;
@@ -95,7 +95,7 @@ TEST_F(DataFormatPage, AChosenRowShowsAndWritesItsPattern) {
   }
 }
 
-TEST_F(DataFormatPage, TheThreeLongFormatsNameTheFunctionOfTheLongTime) {
+TEST_F(DataFormatPage, TheThreeLongFormatsUseTheFunctionOfTheLongTime) {
   ASSERT_EQ(DataFormats().size(), 11U);
   EXPECT_EQ(DataFormats()[7].key, "formatLongTime");
   for (const std::size_t row : {7U, 8U, 9U, 10U})
@@ -104,7 +104,7 @@ TEST_F(DataFormatPage, TheThreeLongFormatsNameTheFunctionOfTheLongTime) {
     EXPECT_EQ(DataFormats()[row].function, DataFormats()[row].key);
 }
 
-TEST_F(DataFormatPage, EveryPatternOpensWithItsRowAndIsWrittenBackUnchanged) {
+TEST_F(DataFormatPage, EveryPatternSelectsItsRowAndIsWrittenBackUnchanged) {
   for (std::size_t row = 0; row < DataFormats().size(); ++row) {
     const std::string pattern(DataFormats()[row].pattern);
     SCOPED_TRACE(pattern);
@@ -116,7 +116,7 @@ TEST_F(DataFormatPage, EveryPatternOpensWithItsRowAndIsWrittenBackUnchanged) {
   }
 }
 
-TEST_F(DataFormatPage, AShortDateOpensWithTheFifthRow) {
+TEST_F(DataFormatPage, AShortDateSelectsTheFifthRow) {
   Open({{"Format", "dd.mm.yyyy"}});
   EXPECT_EQ(page.cboFormat.ListIndex(), 4);
   EXPECT_EQ(page.cboFormat.Text(), "Datum (23.04.2004)");
@@ -165,10 +165,10 @@ TEST_F(DataFormatPage, PatternsAreComparedExactly) {
   EXPECT_EQ((*object)["Format"], Variant("DD.MM.YYYY"));
 }
 
-TEST_F(DataFormatPage, AFreeTextThatEqualsACaptionStaysFreeText) {
+TEST_F(DataFormatPage, AFreeTextEqualToACaptionStaysFreeText) {
   Open({{"Format", "primary-currency"}});
   ASSERT_EQ(page.cboFormat.Text(), "Primäre Währung");
-  Open({{"Format", "Primäre Währung"}});  // the same text, but no row
+  Open({{"Format", "Primäre Währung"}});  // the same text, but not a row's key
   EXPECT_EQ(page.cboFormat.ListIndex(), kNoRow);
   EXPECT_EQ(page.lblFormatString.Caption(), "Primäre Währung");
   page.Apply();
@@ -184,14 +184,14 @@ TEST_F(DataFormatPage, TypingACaptionChoosesNoRow) {
   EXPECT_EQ((*object)["Format"], Variant("Primäre Währung"));
 }
 
-TEST_F(DataFormatPage, FillingMarksThePageChangedWhenTheContentIsNew) {
+TEST_F(DataFormatPage, FillingWithNewContentMarksThePageChanged) {
   Open({{"Format", "hh:mm"}});
   EXPECT_TRUE(page.Changed());
   Open({{"Format", "hh:mm"}});
   EXPECT_FALSE(page.Changed());
 }
 
-TEST_F(DataFormatPage, SwitchingTheSelectionDropsTheFormerChoice) {
+TEST_F(DataFormatPage, SwitchingTheSelectionDropsThePreviousChoice) {
   Open({{"Format", "hh:mm"}});
   Open({{"Format", ""}});
   EXPECT_EQ(page.cboFormat.ListIndex(), kNoRow);

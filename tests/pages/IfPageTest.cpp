@@ -19,7 +19,7 @@ class IfPage : public PageTest<propIfGeneral> {
   std::shared_ptr<FakeOffice> office = std::make_shared<FakeOffice>();
 };
 
-TEST_F(IfPage, StandsAsItIsDesigned) {
+TEST_F(IfPage, MatchesItsDesign) {
   EXPECT_EQ(page.Caption(), "Allgemein");
   EXPECT_EQ(page.lblTestCondition.Caption(), "Bedingung:");
   EXPECT_EQ(page.cmdShowExpressionBuilder.Caption(), "Ausdruck erstellen...");
@@ -34,7 +34,7 @@ TEST_F(IfPage, StandsAsItIsDesigned) {
   EXPECT_EQ(page.sstOnContent.SelectedTab(), 0U);
 }
 
-TEST_F(IfPage, OnePercentSignAtEachEndIsTakenOffAndPutBack) {
+TEST_F(IfPage, OnePercentSignAtEachEndIsRemovedAndRestored) {
   const std::pair<std::string, std::string> tests[] = {
       {"%a%", "a"}, {"a", "a"}, {"%a", "a"}, {"%", ""}, {"%%", ""}, {"%%a%%", "%a%"}, {"", ""}};
   for (const auto& [stored, shown] : tests) {
@@ -56,7 +56,7 @@ TEST_F(IfPage, AnEmptyConditionIsEmittedAsTwoPercentSigns) {
   EXPECT_NE(control->GetRuntimeText().find("test=\"%%\""), std::string::npos);
 }
 
-TEST_F(IfPage, BlanksRoundTheContentsAreTrimmedButNotLineBreaks) {
+TEST_F(IfPage, BlanksAroundTheContentsAreTrimmedButNotLineBreaks) {
   OpenOn("a");
   EXPECT_EQ(page.txtOnTrueContent.Text(), "ja");
   EXPECT_EQ(page.txtOnFalseContent.Text(), "\r\n nein");
@@ -92,7 +92,7 @@ TEST_F(IfPage, ApplyWritesAllFour) {
   EXPECT_EQ((*object)["OnTrue"], Variant("ja"));
 }
 
-TEST_F(IfPage, OkInTheBuilderTakesItsExpressionOver) {
+TEST_F(IfPage, OkInTheBuilderCopiesItsExpression) {
   OpenOn("a");
   page.Apply();
   platform.whileModal = [&](Form& form) {
@@ -108,7 +108,7 @@ TEST_F(IfPage, OkInTheBuilderTakesItsExpressionOver) {
   EXPECT_TRUE(page.Changed());
 }
 
-TEST_F(IfPage, CancellingTheBuilderLeavesTheConditionAsItWas) {
+TEST_F(IfPage, CancellingTheBuilderKeepsTheCondition) {
   OpenOn("a");
   page.Apply();
   platform.whileModal = [&](Form& form) {
@@ -124,7 +124,7 @@ TEST_F(IfPage, CancellingTheBuilderLeavesTheConditionAsItWas) {
   EXPECT_FALSE(page.Changed());
 }
 
-TEST_F(IfPage, TheBuilderOpensASecondTimeOnWhatThePageHolds) {
+TEST_F(IfPage, TheBuilderReopensWithThePagesCondition) {
   office->contactFields = {{"Age", "Alter", 1}, {"News", "Newsletter", 3}};
   OpenOn("%a%");
   const auto build = [&](const std::string& opensOn, std::string_view adds, bool ok) {

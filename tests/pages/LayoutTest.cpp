@@ -1,5 +1,5 @@
-// How the pages lie: nothing is cut off, nothing overlaps, and the tab key follows the eye. Walks
-// every registered page and the dialog.
+// Page layout: nothing is cut off, nothing overlaps, and the tab order follows reading order.
+// Checks every registered page and the dialog.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -26,7 +26,7 @@ std::vector<NamedForm> AllForms() {
   return forms;
 }
 
-// The room that a control's caption needs, beside what is drawn with it. -1: it has no caption.
+// Finds a control's caption, whether it wraps, and the width that the control needs besides it.
 class CaptionRoom {
  public:
   std::string caption;
@@ -56,13 +56,13 @@ class CaptionRoom {
  private:
   void Marked(std::string_view text) {
     caption = text;
-    around = 300;  // the box or circle before it
+    around = 300;  // the box or circle in front
   }
 };
 
 bool HasPlace(const FormControl& control) { return control.At().width > 0; }
 
-// The lowest pixel of a label may lie under the box below it: some places are given so.
+// Deliberate: in some places a label's lowest pixel is under the box below it.
 bool Overlap(const Rect& a, const Rect& b) {
   return a.left < b.left + b.width && b.left < a.left + a.width &&
          a.top < b.top + b.height - kTwipsPerPixel && b.top < a.top + a.height - kTwipsPerPixel;
@@ -77,13 +77,13 @@ class Layout : public testing::Test {
 
 TEST_F(Layout, ThereAreThirteenPages) { EXPECT_EQ(RegisteredPages().size(), 13U); }
 
-TEST_F(Layout, EveryPageThatAClassNamesIsRegistered) {
+TEST_F(Layout, EveryPageOfAClassIsRegistered) {
   for (const RegisteredControl& control : RegisteredControls())
     for (const std::string_view page : control.contract().pages)
       EXPECT_NE(FindPage(page), nullptr) << control.contract().name << " " << page;
 }
 
-TEST_F(Layout, EveryCaptionFitsItsPlace) {
+TEST_F(Layout, EveryCaptionFits) {
   constexpr int kLineHeight = 195;
   for (const NamedForm& form : forms) {
     for (FormControl* control : form.form->AllControls()) {
@@ -123,7 +123,7 @@ TEST_F(Layout, NothingOverlapsItsNeighbours) {
     for (FormControl* a : controls) {
       for (FormControl* b : controls) {
         if (a == b || &a->Parent() != &b->Parent() || !HasPlace(*a) || !HasPlace(*b)) continue;
-        if (dynamic_cast<TabPanel*>(a)) continue;  // panels lie over each other
+        if (dynamic_cast<TabPanel*>(a)) continue;  // panels cover each other
         EXPECT_FALSE(Overlap(a->At(), b->At()))
             << form.name << ": " << a->Name() << " and " << b->Name();
       }
@@ -131,7 +131,7 @@ TEST_F(Layout, NothingOverlapsItsNeighbours) {
   }
 }
 
-TEST_F(Layout, TheTabKeyGoesFromTopToBottomAndFromLeftToRight) {
+TEST_F(Layout, TheTabOrderGoesFromTopToBottomAndFromLeftToRight) {
   for (const NamedForm& form : forms) {
     const FormControl* former = nullptr;
     for (FormControl* control : form.form->Controls()) {
@@ -149,7 +149,7 @@ TEST_F(Layout, TheTabKeyGoesFromTopToBottomAndFromLeftToRight) {
   }
 }
 
-TEST_F(Layout, PagesHaveTheUsualSizeAndFormsAreSetInTahoma) {
+TEST_F(Layout, PagesHaveTheUsualSizeAndFormsUseTahoma) {
   for (const NamedForm& form : forms) {
     if (dynamic_cast<PropertyPage*>(form.form.get())) {
       EXPECT_EQ(form.form->FormSize().width, 5775) << form.name;
@@ -162,7 +162,7 @@ TEST_F(Layout, PagesHaveTheUsualSizeAndFormsAreSetInTahoma) {
   }
 }
 
-TEST_F(Layout, FormsAreSetInTahomaOfEightAndAQuarterPointAndMarkupInCourierNewOfNine) {
+TEST_F(Layout, FormsUseTahomaAt8Point25AndMarkupUsesCourierNewAt9Point) {
   const std::vector<std::string> markup = {
       "propElementProperties.txtHTMLContent", "propIfGeneral.txtOnTrueContent",
       "propIfGeneral.txtOnFalseContent", "propClickGeneral.txtHTMLContent",

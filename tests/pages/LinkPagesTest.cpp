@@ -16,7 +16,7 @@ class ClickPage : public PageTest<propClickGeneral> {
   }
 };
 
-TEST_F(ClickPage, StandsAsItIsDesigned) {
+TEST_F(ClickPage, MatchesItsDesign) {
   EXPECT_EQ(page.Caption(), "Allgemein");
   EXPECT_EQ(page.lblHref.Caption(), "Internet Adresse (URL)");
   EXPECT_EQ(page.txtHref.At(), (Rect{180, 600, 5295, 285}));
@@ -42,7 +42,7 @@ TEST_F(ClickPage, FillingDoesNotMarkThePageChanged) {
   EXPECT_EQ(page.txtHTMLContent.Text(), "<b>x</b>");
 }
 
-TEST_F(ClickPage, EachBoxMarksThePageChangedAndSelectsItselfOnEntering) {
+TEST_F(ClickPage, EachBoxMarksThePageChangedAndSelectsItsTextOnEntering) {
   for (TextBox* box : {&page.txtHref, &page.txtClickId, &page.txtHTMLContent}) {
     OpenOn();
     user.FocusByKeyboard(*box);
@@ -89,7 +89,7 @@ class UnsubPage : public PageTest<propUnsubGeneral> {
   }
 };
 
-TEST_F(UnsubPage, StandsAsItIsDesigned) {
+TEST_F(UnsubPage, MatchesItsDesign) {
   EXPECT_EQ(page.Caption(), "Allgemein");
   EXPECT_EQ(page.lblRecipient.Caption(),
             "Email-Adresse für den Empfang von Newsletter Abmeldungen");
@@ -130,7 +130,7 @@ TEST_F(UnsubPage, FillingDoesNotMarkThePageChanged) {
   EXPECT_EQ(page.txtHTMLContent.Text(), "Abmelden");
 }
 
-TEST_F(UnsubPage, ASlashIsPutBehindTheSiteEvenBehindAnEmptyOne) {
+TEST_F(UnsubPage, ASlashIsAppendedToTheSiteEvenToAnEmptyOne) {
   const std::pair<std::string, std::string> sites[] = {
       {"", "/"}, {"http://s", "http://s/"}, {"http://s/", "http://s/"}, {"c:\\s\\", "c:\\s\\/"}};
   for (const auto& [typed, stored] : sites) {
@@ -141,7 +141,7 @@ TEST_F(UnsubPage, ASlashIsPutBehindTheSiteEvenBehindAnEmptyOne) {
   EXPECT_EQ(object->written, (Texts{"Recipient", "Site", "HTMLContent"}));
 }
 
-TEST_F(UnsubPage, EachBoxMarksThePageChangedAndSelectsItselfOnEntering) {
+TEST_F(UnsubPage, EachBoxMarksThePageChangedAndSelectsItsTextOnEntering) {
   for (TextBox* box : {&page.txtRecipient, &page.txtSite, &page.txtHTMLContent}) {
     OpenOn("s/");
     user.FocusByKeyboard(*box);
@@ -151,7 +151,7 @@ TEST_F(UnsubPage, EachBoxMarksThePageChangedAndSelectsItselfOnEntering) {
   }
 }
 
-TEST_F(UnsubPage, AContentThatOnlyTheBagHoldsStaysAsItIs) {
+TEST_F(UnsubPage, AContentSetOnlyByTheBagIsUnchanged) {
   const auto control = std::make_shared<DTCUnsubscriber>();
   MemoryBag bag;
   control->ReadProperties(bag);

@@ -1,4 +1,4 @@
-// What the pages change by themselves, for tests that apply them without an edit.
+// The changes that pages make by themselves, for tests that apply them without an edit.
 #pragma once
 
 #include <initializer_list>
@@ -13,8 +13,9 @@
 
 namespace kvo {
 
-// What applying a page does to an untouched control, said by assignments of its properties. A page
-// that is not listed writes nothing; one that fails (nothing) leaves the control as it was.
+// Makes the changes that applying a page makes to an untouched control, by assigning its
+// properties. A page that is not listed writes nothing; a page that fails leaves the control
+// unchanged.
 class PageRules {
  public:
   PageRules(Object& control, const FakeOffice& office) : control_(control), office_(office) {}
@@ -30,7 +31,7 @@ class PageRules {
     if (page == "propProdListGeneral") ProductList();
     if (page == "propProdListDesign") {
       Same({"FontFamily", "FontSize", "Border", "TableBgColor", "HeaderBgColor", "HeaderCSSStyle"});
-      // A stored text that reads like a choice of the list counts as that choice.
+      // A stored text that equals a choice's caption counts as that choice.
       if (Text("Border") == "5 Pixel") Set("Border", 5);
       if (Text("FontSize") == "12 Punkte") Set("FontSize", "12pt");
     }
@@ -47,8 +48,8 @@ class PageRules {
   std::string Text(std::string_view name) { return ToText(control_.Get(name)); }
   bool Flag(std::string_view name) { return ToFlag(control_.Get(name)); }
   void Set(std::string_view name, Variant value) { control_.Let(name, std::move(value)); }
-  // Written back as it was read. Content is thereby encoded anew: what no token stands for, such as
-  // a CDATA marker, does not survive that.
+  // Writes values back as read. This encodes content again, which drops anything that no token
+  // represents, such as a CDATA marker.
   void Same(std::initializer_list<std::string_view> names) {
     for (const std::string_view name : names) Set(name, control_.Get(name));
   }
@@ -72,7 +73,7 @@ class PageRules {
       if (item.empty()) return;
       const auto bar = item.find('|');
       broken = broken || bar == std::string::npos;
-      // Behind a second bar the value ends.
+      // A second bar ends the value.
       kept->Add(item.substr(0, item.find('|', broken ? 0 : bar + 1)));
     });
     if (!broken) Set("AttributesCollection", ObjectRef(kept));
@@ -97,7 +98,7 @@ class PageRules {
     if (Text("DefaultExtension").empty()) Set("DefaultExtension", "htm");
   }
   void PositionList() {
-    // A page that was never shown for another control has no former value to write.
+    // A page that has not shown another control has no previous value to write.
     for (const char* name : {"TableBorder", "TableCellSpacing", "TableCellPadding"}) {
       bool choice = false;
       for (int n = 0; n <= 10; ++n) choice = choice || Text(name) == std::to_string(n);

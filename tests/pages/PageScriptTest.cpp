@@ -1,4 +1,4 @@
-// The scripted conversations of tests/pages/scripts, and the runner itself.
+// Runs the scripts of tests/pages/scripts, and tests the runner itself.
 #include "host/script/PageScript.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace {
 
 class Conversation : public testing::TestWithParam<std::string> {};
 
-TEST_P(Conversation, GoesAsWritten) {
+TEST_P(Conversation, SucceedsAsWritten) {
   const std::string script = ReadScript(GetParam());
   ASSERT_FALSE(script.empty());
   Theatre theatre;
@@ -24,21 +24,21 @@ TEST_P(Conversation, GoesAsWritten) {
 INSTANTIATE_TEST_SUITE_P(Scripts, Conversation, testing::ValuesIn(ScriptNames()),
                          [](const auto& parameter) { return parameter.param; });
 
-TEST(PageScript, ThereIsAConversationForEveryPageAndTheDialog) {
+TEST(PageScript, EveryPageAndTheDialogHaveAScript) {
   const auto names = ScriptNames();
   for (const RegisteredPage& page : RegisteredPages())
     EXPECT_TRUE(std::binary_search(names.begin(), names.end(), page.name)) << page.name;
   EXPECT_TRUE(std::binary_search(names.begin(), names.end(), "frmExpressionBuilder"));
 }
 
-// A script that has to stop: the line, and a piece of the message.
+// A script that must stop: the line, and a part of the message.
 struct Stopping {
   std::string script;
   std::size_t line;
   std::string message;
 };
 
-TEST(PageScript, StopsAtTheLineThatIsWrongAndSaysWhatIs) {
+TEST(PageScript, StopsAtTheWrongLineAndSaysWhy) {
   const Stopping cases[] = {
       {"\n\ntanze", 3, "There is no command \"tanze\"."},
       {"open preis", 1, "There is no control \"preis\"."},
@@ -78,7 +78,7 @@ TEST(PageScript, StopsAtTheLineThatIsWrongAndSaysWhatIs) {
   }
 }
 
-TEST(PageScript, AnswersWithTheStateOfThePagesThatWereShown) {
+TEST(PageScript, ReturnsTheStateOfThePagesThatWereShown) {
   Theatre theatre;
   const ScriptOutcome outcome = theatre.Run(
       "control a DTCPrint\n"
@@ -102,7 +102,7 @@ TEST(PageScript, AnswersWithTheStateOfThePagesThatWereShown) {
   EXPECT_EQ(*controls[0].Find("enabled"), StateValue(true));
 }
 
-TEST(PageScript, ControlsOfTheStageKeepWhatTheScriptDid) {
+TEST(PageScript, ControlsOfTheStageKeepTheScriptsChanges) {
   Theatre theatre;
   const auto control = theatre.stage.newControl("DTCPrint");
   theatre.stage.controls["preis"] = control;
@@ -142,7 +142,7 @@ TEST(PageScript, NothingCanBeDoneToTheFrameWhileADialogIsOpen) {
   }
 }
 
-TEST(PageScript, AfterTheDialogTheFrameIsFreeAgain) {
+TEST(PageScript, AfterTheDialogTheFrameCanBeUsedAgain) {
   Theatre theatre;
   const ScriptOutcome outcome = theatre.Run(
       "control a DTCIf\nopen a\nclick cmdShowExpressionBuilder\nfocus txtIfExpression\ntype x\n"
@@ -166,7 +166,7 @@ TEST(PageScript, NothingCanBeDoneOnAPageThatCouldNotBeFilled) {
   EXPECT_FALSE(outcome.failure) << outcome.failure->message.english;
 }
 
-TEST(PageScript, AFrameThatDoesNotOpenIsNotOpen) {
+TEST(PageScript, AFrameThatFailsToOpenIsNotOpen) {
   Theatre theatre;
   const ScriptOutcome outcome = theatre.Run(
       "control a DTCPrint\nopen a\nfails 429 page propNichts\n"
@@ -176,8 +176,8 @@ TEST(PageScript, AFrameThatDoesNotOpenIsNotOpen) {
   EXPECT_TRUE(outcome.pages.empty());
 }
 
-// With a copy of what stands in the input for each key this would take minutes.
-TEST(PageScript, ALongTextIsTypedInLittleTime) {
+// Would take minutes if each key copied the input.
+TEST(PageScript, TypingALongTextIsFast) {
   const std::string text(200'000, 'a');
   const std::string typing = "type \"" + text + "\"\n";
   const std::string conversations[] = {
@@ -198,7 +198,7 @@ TEST(PageScript, ALongTextIsTypedInLittleTime) {
   }
 }
 
-TEST(PageScript, ADialogThatTheScriptLeavesOpenIsClosed) {
+TEST(PageScript, ADialogLeftOpenByTheScriptIsClosed) {
   Theatre theatre;
   const ScriptOutcome outcome =
       theatre.Run("control a DTCIf\nopen a\nclick cmdShowExpressionBuilder\n");

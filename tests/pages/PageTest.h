@@ -1,4 +1,4 @@
-// What the tests of pages share: a platform, an object to edit, and a user in front of a page.
+// Shared by the tests of pages: a platform, an object to edit, and a user of a page.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ class PageTest : public testing::Test {
  protected:
   using Properties = PropertyObject::Properties;
 
-  // Opens the page on an object with these properties.
+  // Opens the page for an object with these properties.
   void Open(Properties properties) {
     object = std::make_shared<PropertyObject>(std::move(properties));
     page.Select({object});

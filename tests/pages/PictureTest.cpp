@@ -1,4 +1,4 @@
-// Every page and the dialog as a picture.
+// Draws every page and the dialog as pictures.
 #include <gtest/gtest.h>
 
 #include "host/headless/BoxPicture.h"
@@ -30,7 +30,7 @@ std::string Escaped(std::string_view text) {
   return escaped;
 }
 
-// Collects the captions that a picture has to show.
+// Collects the captions that a picture must show.
 class Captions {
  public:
   std::vector<std::string> shown;
@@ -81,8 +81,8 @@ TEST_F(FormPictures, TextIsEscapedAndControlCharactersShowAsBlanks) {
   EXPECT_NE(svg.find("a&lt;b&gt;&amp;&quot;c&quot;   <"), std::string::npos);
 }
 
-// 8.25 point are 165 twips, 9 point 180.
-TEST_F(FormPictures, AreSetInTahomaOfEightAndAQuarterPoint) {
+// 8.25 points are 165 twips, 9 points are 180.
+TEST_F(FormPictures, UseTahomaAt8Point25) {
   const std::string page = FormPicture(*CreatePage("propGeneralFormat"));
   EXPECT_NE(page.find("font-family=\"Tahoma\" font-size=\"165\""), std::string::npos);
   EXPECT_EQ(page.find("font-size=\"180\""), std::string::npos);
@@ -98,7 +98,7 @@ TEST_F(FormPictures, AreSetInTahomaOfEightAndAQuarterPoint) {
   }
 }
 
-TEST_F(FormPictures, HiddenControlsAndClosedTabsDoNotShow) {
+TEST_F(FormPictures, HiddenControlsAndClosedTabsAreNotShown) {
   const auto page = CreatePage("propIfGeneral");
   EXPECT_EQ(FormPicture(*page).find("nicht zutreffender"), std::string::npos);
   dynamic_cast<TabControl&>(*page->Find("sstOnContent")).SelectedTab(1);

@@ -8,7 +8,7 @@ namespace {
 
 using PrintGeneralPage = PageTest<propPrintGeneral>;
 
-TEST_F(PrintGeneralPage, StandsAsItIsDesigned) {
+TEST_F(PrintGeneralPage, MatchesItsDesign) {
   EXPECT_EQ(page.Caption(), "Allgemein");
   EXPECT_EQ(page.FormSize().width, 5775);
   EXPECT_EQ(page.FormSize().height, 4560);
@@ -34,7 +34,7 @@ TEST_F(PrintGeneralPage, EachKeyMarksThePageChanged) {
   EXPECT_TRUE(page.Changed());
 }
 
-TEST_F(PrintGeneralPage, FillingMarksThePageChangedWhenTheTextIsNew) {
+TEST_F(PrintGeneralPage, FillingWithANewTextMarksThePageChanged) {
   Open({{"Value", "a"}});
   EXPECT_TRUE(page.Changed());
   page.Apply();
@@ -42,7 +42,7 @@ TEST_F(PrintGeneralPage, FillingMarksThePageChangedWhenTheTextIsNew) {
   EXPECT_FALSE(page.Changed());
 }
 
-TEST_F(PrintGeneralPage, ApplyWritesTheTextAsTypedIntoTheFirstControlOnly) {
+TEST_F(PrintGeneralPage, ApplyWritesTheTypedTextToTheFirstControlOnly) {
   object = std::make_shared<PropertyObject>(Properties{{"Value", "alt"}});
   const auto second = std::make_shared<PropertyObject>(Properties{{"Value", "zwei"}});
   page.Select({object, second});
@@ -55,7 +55,7 @@ TEST_F(PrintGeneralPage, ApplyWritesTheTextAsTypedIntoTheFirstControlOnly) {
   EXPECT_FALSE(page.Changed());
 }
 
-TEST_F(PrintGeneralPage, ATextThatALineCannotShowIsKeptAsItIs) {
+TEST_F(PrintGeneralPage, ATextThatALineCannotShowIsKeptUnchanged) {
   Open({{"Value", std::string("a\r\nb\nc\0d", 8)}});
   page.Apply();
   EXPECT_EQ((*object)["Value"], Variant(std::string("a\r\nb\nc\0d", 8)));

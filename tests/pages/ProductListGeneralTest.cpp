@@ -29,7 +29,7 @@ class ProductListGeneralPage : public PageTest<propProdListGeneral> {
   }
 };
 
-TEST_F(ProductListGeneralPage, StandsAsItIsDesigned) {
+TEST_F(ProductListGeneralPage, MatchesItsDesign) {
   EXPECT_EQ(page.Caption(), "Allgemein");
   const std::pair<const Label*, std::string_view> labels[] = {
       {&page.lblDisplayColumns, "Anzahl Spalten pro Zeile:"},
@@ -86,7 +86,7 @@ TEST_F(ProductListGeneralPage, ShowsThePropertiesWithoutBeingMarkedChanged) {
   EXPECT_EQ(page.txtClickId.Text(), "c1");
 }
 
-TEST_F(ProductListGeneralPage, WritesEverythingBackInItsOrder) {
+TEST_F(ProductListGeneralPage, WritesEverythingBackInOrder) {
   Open(Values());
   page.Apply();
   EXPECT_EQ(object->written,
@@ -117,7 +117,7 @@ TEST_F(ProductListGeneralPage, AnyOtherPlacementLoadsAndIsStoredAsLeft) {
   }
 }
 
-TEST_F(ProductListGeneralPage, AnEmptyExtensionShowsAndIsStoredAsHtm) {
+TEST_F(ProductListGeneralPage, AnEmptyExtensionIsShownAndStoredAsHtm) {
   OpenWith("DefaultExtension", "");
   EXPECT_EQ(page.txtDefaultExtension.Text(), "htm");
   EXPECT_FALSE(page.Changed());
@@ -125,7 +125,7 @@ TEST_F(ProductListGeneralPage, AnEmptyExtensionShowsAndIsStoredAsHtm) {
   EXPECT_EQ((*object)["DefaultExtension"], Variant("htm"));
 }
 
-TEST_F(ProductListGeneralPage, TheTableWidthSelectsItselfAfterEachKeyAndNeverMarksThePage) {
+TEST_F(ProductListGeneralPage, TheTableWidthSelectsItsTextAfterEachKeyAndNeverMarksThePage) {
   OpenWith("TableWidth", "");
   user.FocusByKeyboard(page.txtTableWidth);
   user.Type("5000");
@@ -142,7 +142,7 @@ TEST_F(ProductListGeneralPage, TheTableWidthHasNoFocusHandler) {
   EXPECT_EQ(page.txtTableWidth.SelLength(), 0U);
 }
 
-TEST_F(ProductListGeneralPage, ATypedWidthIsWrittenOnceSomethingElseMarksThePage) {
+TEST_F(ProductListGeneralPage, ATypedWidthIsWrittenWhenSomethingElseMarksThePage) {
   Open(Values());
   user.FocusByKeyboard(page.txtTableWidth);
   user.Press(Key::selectAll);
@@ -199,7 +199,7 @@ TEST_F(ProductListGeneralPage, ACountBeyondTheListIsStored) {
   EXPECT_EQ(control->DisplayColumns(), 5);
 }
 
-TEST_F(ProductListGeneralPage, AColumnTextThatIsNoNumberMakesApplyFailAndWritesNothing) {
+TEST_F(ProductListGeneralPage, AnInvalidColumnCountMakesApplyFailAndWritesNothing) {
   const auto control = std::make_shared<DTCProductList>();
   MemoryBag bag;
   control->ReadProperties(bag);

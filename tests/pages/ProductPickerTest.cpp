@@ -41,7 +41,7 @@ class ProductPicker : public PageTest<propProdListPicker> {
   std::shared_ptr<FakeOffice> office = std::make_shared<FakeOffice>();
 };
 
-TEST_F(ProductPicker, StandsAsItIsDesigned) {
+TEST_F(ProductPicker, MatchesItsDesign) {
   EXPECT_EQ(page.Caption(), "Produkte auswählen");
   EXPECT_EQ(page.cmdDelete.Caption(), "Löschen");
   for (const char* name : {"gdProducts", "suiSearch", "suiPickedProducts", "cmdAddProduct",
@@ -49,13 +49,13 @@ TEST_F(ProductPicker, StandsAsItIsDesigned) {
     EXPECT_NE(page.Find(name), nullptr) << name;
 }
 
-TEST_F(ProductPicker, OpensTheProductsOnTheHostsConnection) {
+TEST_F(ProductPicker, OpensTheProductsWithTheHostsConnection) {
   OpenOn("");
   ASSERT_EQ(table.opened.size(), 2U);
   EXPECT_EQ(table.opened[0].source, "SELECT ProductNo, Desc1, Desc2 FROM Products");
   EXPECT_EQ(table.opened[0].connection, Variant(ObjectRef(connection)));
   EXPECT_EQ(table.opened[0].numbers, (std::vector<Variant>{2, 1, -1}));
-  // The grid is bound to the same database and statement by itself.
+  // The grid opens the same database and statement on its own.
   EXPECT_EQ(table.opened[1].source, table.opened[0].source);
   EXPECT_EQ(table.opened[1].connection, Variant("sqlite3://shop.db"));
 }
@@ -120,19 +120,19 @@ TEST_F(ProductPicker, AProductIsNeverPickedTwice) {
   EXPECT_EQ(Picked(), (Texts{"pprod_100|100|", "pprod_300|300 (Kanne)|Product"}));
 }
 
-TEST_F(ProductPicker, NumbersThatStandTwiceInTheControlAreBothKept) {
+TEST_F(ProductPicker, DuplicateNumbersInTheControlAreKept) {
   OpenOn("100,100");
   EXPECT_EQ(Picked().size(), 2U);
 }
 
-TEST_F(ProductPicker, ANullNumberSkipsTheRowAndANullNameCountsAsEmpty) {
+TEST_F(ProductPicker, ANullNumberSkipsTheRowAndANullNameIsEmpty) {
   OpenOn("");
   user.SelectRows(page.gdProducts, {1, 2});
   user.Click(page.cmdAddProduct);
   EXPECT_EQ(Picked(), Texts{"pprod_200|200 ()|Product"});
 }
 
-TEST_F(ProductPicker, ARowThatCannotBeReadIsSkipped) {
+TEST_F(ProductPicker, AnUnreadableRowIsSkipped) {
   OpenOn("");
   user.SelectRows(page.gdProducts, {0, 3});
   table.gone = true;
@@ -157,14 +157,14 @@ TEST_F(ProductPicker, DeletesTheSelectedPickedProductByButtonAndByKey) {
   EXPECT_EQ(Applied(), "3");
 }
 
-TEST_F(ProductPicker, AnEmptiedListIsWrittenAsTheEmptyText) {
+TEST_F(ProductPicker, AnEmptiedListIsWrittenAsAnEmptyText) {
   OpenOn("1");
   user.SelectItem(*page.suiPickedProducts.Items()[0]);
   user.Click(page.cmdDelete);
   EXPECT_EQ(Applied(), "");
 }
 
-TEST_F(ProductPicker, ANumberWithACommaFallsApartOnTheNextLoad) {
+TEST_F(ProductPicker, ANumberWithACommaIsSplitOnTheNextLoad) {
   table.rows[0]["ProductNo"] = "1,5";
   OpenOn("");
   user.DoubleClick(page.gdProducts, 0);
@@ -191,7 +191,7 @@ TEST_F(ProductPicker, AClosedConnectionDisablesThePageAndKeepsThePickedList) {
   EXPECT_EQ(Picked(), Texts{"pprod_9|9|"});
 }
 
-TEST_F(ProductPicker, EveryStateButZeroIsOpen) {
+TEST_F(ProductPicker, EveryStateExceptZeroIsOpen) {
   for (const std::int32_t state : {1, 2, 4, 5, 8, 9, -1, 256}) {
     SCOPED_TRACE(state);
     connection->state = 0;
@@ -209,7 +209,7 @@ TEST_F(ProductPicker, EveryStateButZeroIsOpen) {
   }
 }
 
-// Notes what is done to it.
+// Records its calls.
 class WatchedConnection final : public Object {
  public:
   std::vector<std::string> done;
@@ -225,7 +225,7 @@ class WatchedConnection final : public Object {
   }
 };
 
-TEST_F(ProductPicker, GivesConnectionAndRecordsetBackAtItsEndAndClosesNothing) {
+TEST_F(ProductPicker, ReleasesConnectionAndRecordsetOnDestructionAndClosesNothing) {
   const auto watched = std::make_shared<WatchedConnection>();
   office->connection = watched;
   std::vector<std::weak_ptr<FakeRecordset>> recordsets;
@@ -241,10 +241,10 @@ TEST_F(ProductPicker, GivesConnectionAndRecordsetBackAtItsEndAndClosesNothing) {
   auto picker = std::make_unique<propProdListPicker>();
   for (int load = 0; load < 2; ++load) {
     picker->Select({control});
-    table.opened.clear();  // it remembers the connection as well
+    table.opened.clear();  // the table keeps the connection as well
     EXPECT_EQ(watched.use_count(), before + 1);
   }
-  // Its own recordset and the grid's, each of the last load.
+  // The page's own recordset and the grid's, for each load.
   ASSERT_EQ(recordsets.size(), 4U);
   EXPECT_TRUE(recordsets[0].expired());
   EXPECT_TRUE(recordsets[1].expired());
@@ -259,14 +259,14 @@ TEST_F(ProductPicker, WithoutAnOfficeThePageFails) {
   EXPECT_EQ(ErrorOf([&] { Open({{"SelectedProducts", ""}, {"Office", ObjectRef()}}); }), 91);
 }
 
-TEST_F(ProductPicker, AMissingTableIsThePagesErrorAndLeavesTheControlUnharmed) {
+TEST_F(ProductPicker, AMissingTableIsThePagesErrorAndKeepsTheControl) {
   table.gone = true;
   EXPECT_THROW(OpenOn("1,2"), std::runtime_error);
   EXPECT_TRUE(object->written.empty());
   EXPECT_EQ((*object)["SelectedProducts"], Variant("1,2"));
 }
 
-TEST_F(ProductPicker, OffersThreeColumnsToSearchInTheFirstAtFirst) {
+TEST_F(ProductPicker, OffersThreeSearchColumnsInitiallyTheFirst) {
   OpenOn("");
   Texts choices;
   for (const auto& choice : SearchIn().Choices())
@@ -277,7 +277,7 @@ TEST_F(ProductPicker, OffersThreeColumnsToSearchInTheFirstAtFirst) {
   EXPECT_FALSE(page.timerAutomaticSearch.IsRunning());
 }
 
-TEST_F(ProductPicker, ASearchTextEnablesTheButtonAndStartsTheTimerThatKeepsTicking) {
+TEST_F(ProductPicker, ASearchTextEnablesTheButtonAndStartsARepeatingTimer) {
   OpenOn("");
   user.SelectItem(Term());
   user.Type("te");
@@ -302,7 +302,7 @@ TEST_F(ProductPicker, ClearingTheSearchTextStopsTheTimer) {
   EXPECT_FALSE(page.timerAutomaticSearch.IsRunning());
 }
 
-TEST_F(ProductPicker, AnotherSearchColumnRestartsTheTimerOnlyWhileThereIsAText) {
+TEST_F(ProductPicker, AnotherSearchColumnRestartsTheTimerOnlyIfThereIsAText) {
   OpenOn("");
   user.Choose(SearchIn(), "Name");
   EXPECT_FALSE(page.timerAutomaticSearch.IsRunning());

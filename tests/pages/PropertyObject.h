@@ -1,4 +1,4 @@
-// An object that holds properties and nothing else.
+// An object with properties and nothing else.
 #pragma once
 
 #include <map>
@@ -11,8 +11,8 @@
 
 namespace kvo {
 
-// Any object with some properties, which keep what is assigned to them: pages know their objects by
-// property name only.
+// Keeps assigned values as properties. Enough for pages, which access their objects only by
+// property name.
 class PropertyObject : public Object {
  public:
   using Properties = std::map<std::string, Variant, std::less<>>;

@@ -1,5 +1,4 @@
-// In which order pages read the properties of an object and write them, and which of them they are
-// said to show.
+// The order in which pages read and write an object's properties, and which of them they declare.
 #include "common/forms/PropertyPage.h"
 #include "host/registration/classes.h"
 #include "tests/forms/FakeRecordset.h"
@@ -11,7 +10,7 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-// Stands before a control and notes which of its properties are read and written, in order.
+// Wraps a control and records which of its properties are read and written, in order.
 class Noted final : public Object {
  public:
   explicit Noted(ObjectRef control) : control_(std::move(control)) {}
@@ -83,7 +82,7 @@ const Order kOrders[] = {
      {"Recipient", "Site", "HTMLContent"}},
 };
 
-// A host with a field of each kind and a shop.
+// A host with an order field, a contact field and a shop.
 class PropertyOrderHost : public testing::Test {
  protected:
   PropertyOrderHost() {
@@ -92,7 +91,7 @@ class PropertyOrderHost : public testing::Test {
     office->connection = std::make_shared<FakeConnection>();
     platform.recordsets = [this] { return std::make_shared<FakeRecordset>(table); };
   }
-  // A control in front of which it is noted what a page does.
+  // Returns a control that records what a page does with it.
   std::shared_ptr<Noted> Make(const ControlClass& contract) const {
     const std::shared_ptr<Control> control = contract.create();
     MemoryBag bag(std::vector<MemoryBag::Entry>{{"field", "EMAIL"}});
@@ -109,7 +108,7 @@ class PropertyOrderHost : public testing::Test {
 
 class PropertyOrder : public PropertyOrderHost, public testing::WithParamInterface<Order> {};
 
-TEST_P(PropertyOrder, IsThatOfThePage) {
+TEST_P(PropertyOrder, MatchesThePage) {
   const auto control = Make(FindControlByName(GetParam().control)->contract());
   const auto page = CreatePage(GetParam().page);
   page->Select({control});
@@ -121,8 +120,8 @@ TEST_P(PropertyOrder, IsThatOfThePage) {
 INSTANTIATE_TEST_SUITE_P(Every, PropertyOrder, testing::ValuesIn(kOrders),
                          [](const auto& order) { return std::string(order.param.page); });
 
-// Filling the pages of every class tells which properties they show.
-TEST_F(PropertyOrderHost, IsReadFromWhatAPageDeclares) {
+// Filling the pages of every class reads the properties that they show.
+TEST_F(PropertyOrderHost, PagesDeclareThePropertiesThatTheyRead) {
   std::size_t shown = 0;
   for (const RegisteredControl& registered : RegisteredControls()) {
     const ControlClass& contract = registered.contract();
@@ -141,7 +140,7 @@ TEST_F(PropertyOrderHost, IsReadFromWhatAPageDeclares) {
   EXPECT_EQ(shown, 46U);
 }
 
-TEST_F(PropertyOrderHost, IsAskedForInAnyCase) {
+TEST_F(PropertyOrderHost, ShowsIgnoresCase) {
   const auto page = CreatePage("propClickGeneral");
   EXPECT_TRUE(page->Shows("HREF"));
   EXPECT_FALSE(page->Shows("Value"));

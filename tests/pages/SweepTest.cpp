@@ -1,5 +1,5 @@
-// Opens every page on every control, with bags made of awkward values: opening changes nothing, and
-// applying without an edit changes nothing but what that page's own rules change.
+// Opens every page for every control, with bags of awkward values. Opening must change nothing, and
+// applying without an edit must change only what that page's own rules change.
 #include <random>
 
 #include "common/frame/Office.h"
@@ -89,7 +89,7 @@ class PageSweep : public testing::TestWithParam<std::string_view> {
     return bag;
   }
 
-  // nullptr when the bag holds what the class cannot load.
+  // Returns nullptr when the class cannot load the bag.
   std::shared_ptr<Control> Load(const ControlClass& contract, const Bag& entries) {
     const std::shared_ptr<Control> control = contract.create();
     MemoryBag bag(entries);
@@ -109,7 +109,7 @@ class PageSweep : public testing::TestWithParam<std::string_view> {
   std::shared_ptr<FakeOffice> office = std::make_shared<FakeOffice>();
 };
 
-TEST_P(PageSweep, ApplyingWithoutAnEditChangesNothingBeyondThePagesOwnRules) {
+TEST_P(PageSweep, ApplyingWithoutAnEditOnlyFollowsThePagesOwnRules) {
   int applied = 0;
   for (const RegisteredControl& registered : RegisteredControls()) {
     const ControlClass& contract = registered.contract();
@@ -127,7 +127,7 @@ TEST_P(PageSweep, ApplyingWithoutAnEditChangesNothingBeyondThePagesOwnRules) {
         page->Select({control});
       } catch (const RuntimeError&) {
         EXPECT_EQ(StoredBy(*control), before);
-        continue;  // the page is for other objects, or the control holds what no page can show
+        continue;  // the page is for other objects, or no page can show the control's values
       }
       ASSERT_EQ(StoredBy(*control), before);
       Bag expected = before;
@@ -138,7 +138,7 @@ TEST_P(PageSweep, ApplyingWithoutAnEditChangesNothingBeyondThePagesOwnRules) {
         expected = StoredBy(*ruled);
         ++applied;
       } catch (const RuntimeError&) {
-        // Nothing is chosen on the page, or the control lacks a property: nothing is written.
+        // Nothing is chosen on the page, or the control lacks a property: the page writes nothing.
       }
       ASSERT_EQ(StoredBy(*control), expected);
     }

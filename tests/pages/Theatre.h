@@ -1,4 +1,4 @@
-// The stage on which the scripts of tests/pages/scripts play, whoever acts on it.
+// The stage for the scripts of tests/pages/scripts, for any kind of user.
 #pragma once
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 
 namespace kvo {
 
-// A stage with an office and a shop that scripts furnish.
+// A stage with an office and a shop that scripts can set up.
 class Theatre {
  public:
   Theatre() {
@@ -47,7 +47,7 @@ inline std::filesystem::path ScriptFolder() {
   return std::filesystem::path(KVO_SOURCE_DIR) / "tests/pages/scripts";
 }
 
-// In alphabetical order.
+// Returns them in alphabetical order.
 inline std::vector<std::string> ScriptNames() {
   std::vector<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(ScriptFolder()))

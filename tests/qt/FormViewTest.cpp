@@ -1,4 +1,4 @@
-// Forms on Qt's widgets: names, captions, sizes and fonts; what users do is in tests/desktop.
+// Forms in Qt widgets: names, captions, sizes and fonts. tests/desktop covers user actions.
 #include "host/qt/FormView.h"
 
 #include <gtest/gtest.h>
@@ -40,7 +40,7 @@ class Forms : public testing::Test {
   QtUser user{platform, form};
 };
 
-TEST_F(Forms, AmpersandsAreCharactersInEveryCaption) {
+TEST_F(Forms, AmpersandsAreLiteralInEveryCaption) {
   EXPECT_EQ(Shown<QLabel>(form.lblName).text(), u"R&D && <b>x</b>"_s);
   EXPECT_EQ(Shown<QLabel>(form.lblName).textFormat(), Qt::PlainText);
   EXPECT_EQ(Shown<QLabel>(form.lblName).buddy(), nullptr);
@@ -68,7 +68,7 @@ TEST_F(Forms, AButtonInARowIsAsWideAsTheGrid) {
   const auto* button = dynamic_cast<QPushButton*>(tree.indexWidget(tree.model()->index(0, 0)));
   ASSERT_NE(button, nullptr);
   EXPECT_EQ(button->text(), u"Los && weg"_s);
-  EXPECT_EQ(button->width(), tree.viewport()->width());  // though columns begin wider
+  EXPECT_EQ(button->width(), tree.viewport()->width());  // although columns start wider
   row.Enabled(false);
   EXPECT_FALSE(button->isEnabled());
 }
@@ -96,7 +96,7 @@ TEST(Pages, EveryInputHasAnAccessibleName) {
   }
 }
 
-TEST(Pages, AnInputIsCalledAsTheLabelBesideItOrOverIt) {
+TEST(Pages, AnInputIsNamedByTheLabelNextToOrAboveIt) {
   frmExpressionBuilder dialog;
   EXPECT_EQ(AccessibleName(dialog.cboFields), "Datenfeld:");
   EXPECT_EQ(AccessibleName(dialog.cboOperator), "Operator:");
@@ -108,7 +108,7 @@ TEST(Pages, AnInputIsCalledAsTheLabelBesideItOrOverIt) {
   EXPECT_EQ(AccessibleName(*format->Find("cboFormat")), "Anzeigeformat:");
 }
 
-// The room that a caption takes in its widget.
+// Returns the space that a caption needs in its widget.
 QSize RoomOf(QWidget& widget) {
   if (auto* label = dynamic_cast<QLabel*>(&widget); label && label->wordWrap())
     return {label->width(), label->heightForWidth(label->width())};
@@ -116,7 +116,7 @@ QSize RoomOf(QWidget& widget) {
     const QSize text = button->fontMetrics().size(Qt::TextShowMnemonic, button->text());
     return text + QSize(4, 4);
   }
-  // A style's own idea of a box with a caption has some air around it.
+  // Styles add a margin to the size hint of a box with a caption.
   if (dynamic_cast<QAbstractButton*>(&widget) != nullptr) {
     const int mark = widget.style()->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, &widget);
     return {widget.sizeHint().width(), std::max(mark, widget.fontMetrics().height())};
@@ -142,7 +142,7 @@ TEST(Captions, AreNotCutOff) {
   }
 }
 
-// Run at 96 dots to the inch and, once more, at 192.
+// Runs at 96 dpi and again at 192.
 TEST(Scaling, FollowsTheScreensLogicalResolution) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
@@ -164,7 +164,7 @@ TEST(Scaling, FollowsTheScreensLogicalResolution) {
   }
 }
 
-TEST(Fonts, AreEightAndAQuarterPointAndNineForMarkup) {
+TEST(Fonts, Are8Point25And9PointForMarkup) {
   EXPECT_EQ(QtFont({}).pointSizeF(), 8.25);
   EXPECT_EQ(QtFont({}).families().constFirst(), u"Tahoma"_s);
   EXPECT_FALSE(QtFont({}).bold());
@@ -176,7 +176,7 @@ TEST(Fonts, AreEightAndAQuarterPointAndNineForMarkup) {
 
 TEST(Scaling, TwipsAreMeasuredByTheDevice) {
   QImage device(1, 1, QImage::Format_ARGB32);
-  device.setDotsPerMeterX(3780);  // 96 to the inch
+  device.setDotsPerMeterX(3780);  // 96 dpi
   EXPECT_EQ(ToPixels(1500, device), 100);
   device.setDotsPerMeterX(7560);
   EXPECT_EQ(ToPixels(1500, device), 200);

@@ -22,7 +22,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-// Asks its own frame to close while its event is on the stack.
+// Asks its own frame to close during its event.
 class ClosingPage final : public PropertyPage {
  public:
   ClosingPage() : PropertyPage("Schliesst") {}
@@ -36,7 +36,7 @@ class ClosingPage final : public PropertyPage {
   void ApplyChanges() override {}
 };
 
-// Takes a format, but no value.
+// Accepts a format, but no value.
 class Refusing final : public Object {
  public:
   Variant Get(std::string_view name) override { return name == "Format" ? format : "alt"; }
@@ -67,7 +67,7 @@ class FrameDialogs : public testing::Test {
   }
   void Press(const char* name) { QTest::mouseClick(&Button(name), Qt::LeftButton); }
   QLineEdit& Line(const char* name) { return *dialog->findChild<QLineEdit*>(QLatin1String(name)); }
-  // The message that shows; it is answered.
+  // Returns the text of the visible message and closes it.
   QString Message() {
     QCoreApplication::processEvents();
     auto* box = dialog->findChild<QMessageBox*>();
@@ -97,7 +97,7 @@ TEST_F(FrameDialogs, ShowThePagesAsTabsWithButtonsInTheUsersLanguage) {
   EXPECT_EQ(Line("txtValue").text(), u"alt"_s);
 }
 
-// Run by itself under an English locale; see CMakeLists.txt.
+// Run separately under an English locale; see CMakeLists.txt.
 TEST_F(FrameDialogs, DISABLED_SpeakEnglishUnderAnEnglishLocale) {
   Open({{"Value", "alt"}}, {"propPrintGeneral"});
   EXPECT_EQ(Button("cmdCancel").text(), u"Cancel"_s);
@@ -123,7 +123,7 @@ TEST_F(FrameDialogs, ApplyIsEnabledByAChange) {
 }
 
 // Typing a width does not mark the page.
-TEST_F(FrameDialogs, WhatIsTypedIntoABoxThatDoesNotMarkItsPageIsApplied) {
+TEST_F(FrameDialogs, TypingIntoABoxThatDoesNotMarkItsPageIsApplied) {
   const auto list = FindControlByName("DTCProductList")->contract().create();
   OpenOn(list, {"propProdListGeneral"});
   EXPECT_FALSE(Button("cmdApply").isEnabled());
@@ -137,12 +137,12 @@ TEST_F(FrameDialogs, WhatIsTypedIntoABoxThatDoesNotMarkItsPageIsApplied) {
   EXPECT_EQ(ToText(list->Get("TableWidth")), "7");
   QTest::keyClicks(&Line("txtTableWidth"), "8");
   Press("cmdOk");
-  EXPECT_EQ(ToText(list->Get("TableWidth")), "8");  // the box selects itself
+  EXPECT_EQ(ToText(list->Get("TableWidth")), "8");  // the box selects its text after each key
   EXPECT_EQ(applied, 2);
 }
 
 // The attributes page is not marked after it was applied.
-TEST_F(FrameDialogs, WhatIsTypedAfterAnApplyIsAppliedToo) {
+TEST_F(FrameDialogs, TypingAfterApplyIsAppliedToo) {
   const auto element = FindControlByName("DTCElement")->contract().create();
   const auto attributes = std::make_shared<Collection>();
   attributes->Add("class|");
@@ -179,7 +179,7 @@ TEST_F(FrameDialogs, TheEnterKeyIsOk) {
   EXPECT_EQ(applied, 1);
 }
 
-TEST_F(FrameDialogs, APageThatCannotBeFilledSaysSoAndStaysDisabled) {
+TEST_F(FrameDialogs, APageThatFailsToFillShowsAMessageAndStaysDisabled) {
   Open({{"Value", "alt"}}, {"propPrintGeneral", "propUnsubGeneral"});
   QTabBar* bar = dialog->findChild<QTabWidget*>()->tabBar();
   QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(1).center());
@@ -192,7 +192,7 @@ TEST_F(FrameDialogs, APageThatCannotBeFilledSaysSoAndStaysDisabled) {
   EXPECT_FALSE(dialog->isVisible());
 }
 
-TEST_F(FrameDialogs, APageThatCannotBeAppliedIsShownAndKeepsTheFrameOpen) {
+TEST_F(FrameDialogs, APageThatFailsToApplyIsShownAndKeepsTheFrameOpen) {
   const auto refusing = std::make_shared<Refusing>();
   OpenOn(refusing, {"propGeneralFormat", "propPrintGeneral"});
   auto* tabs = dialog->findChild<QTabWidget*>();
@@ -203,13 +203,13 @@ TEST_F(FrameDialogs, APageThatCannotBeAppliedIsShownAndKeepsTheFrameOpen) {
   EXPECT_TRUE(dialog->isVisible());
   EXPECT_TRUE(dialog->Frame().IsOpen());
   EXPECT_EQ(refusing->format, "0.0");
-  EXPECT_EQ(applied, 1);  // the first page reached the control
+  EXPECT_EQ(applied, 1);  // the first page was applied
   EXPECT_EQ(tabs->currentIndex(), 1);
   EXPECT_TRUE(Button("cmdApply").isEnabled());
   EXPECT_EQ(Message(), ToQt(RuntimeError(ErrorNumber::typeMismatch).Text(UserLanguage())));
 }
 
-TEST_F(FrameDialogs, APageThatIsNotKnownThrows) {
+TEST_F(FrameDialogs, AnUnknownPageThrows) {
   EXPECT_EQ(ErrorOf([&] { Open({}, {"propNichts"}); }), 429);
 }
 
@@ -219,7 +219,7 @@ TEST_F(FrameDialogs, WithoutPagesThereAreOnlyButtons) {
   EXPECT_FALSE(dialog->isVisible());
 }
 
-TEST_F(FrameDialogs, StayOpenWhileAPagesEventIsOnItsWay) {
+TEST_F(FrameDialogs, StayOpenDuringAPagesEvent) {
   ClosingPage* page = nullptr;
   const PageFactory factory = [&](std::string_view) {
     auto made = std::make_unique<ClosingPage>();

@@ -34,7 +34,7 @@ using namespace Qt::StringLiterals;
 
 class Platforms : public testing::Test {
  protected:
-  // What the user does as soon as a dialog of this kind shows.
+  // Acts as the user as soon as a dialog of this kind is shown.
   template <class Dialog, class Action>
   void Meanwhile(Action action) {
     auto* waiting = new QTimer(&timers_);
@@ -166,7 +166,7 @@ TEST_F(Platforms, APropertyFrameEndsWithItsOwner) {
 }
 
 TEST_F(Platforms, KnowTheMouseButton) {
-  // A button that looks at the keyboard when it is pressed.
+  // A button that reads the keyboard state when it is pressed.
   QPushButton button;
   Platform::KeyStates down{};
   QObject::connect(&button, &QPushButton::pressed, [&] { down = platform.KeyboardState(); });
@@ -192,7 +192,7 @@ TEST_F(Platforms, MakeIdentifiersInRegistryForm) {
   EXPECT_NE(guid, std::string_view(platform.NewGuid()));
 }
 
-// The letters' widths, in the font's own units, at 11 pixels to the em: 8.25 point at 96 dpi.
+// The text's width in the font's own units at 11 pixels per em: 8.25 points at 96 dpi.
 int MeasuredWidth(const QRawFont& font, const QString& text) {
   double units = 0;
   for (const QPointF& advance : font.advancesForGlyphIndexes(font.glyphIndexesForString(text)))
@@ -200,7 +200,7 @@ int MeasuredWidth(const QRawFont& font, const QString& text) {
   return static_cast<int>(std::ceil(units * 11 / font.unitsPerEm())) * 15;
 }
 
-TEST_F(Platforms, TextWidthIsThatOfTahoma) {
+TEST_F(Platforms, TextWidthMatchesTahoma) {
   for (const FontWeight weight : {FontWeight::normal, FontWeight::bold}) {
     const bool bold = weight == FontWeight::bold;
     const QString file = bold ? u"tahomabd.ttf"_s : u"tahoma.ttf"_s;
@@ -216,11 +216,11 @@ TEST_F(Platforms, TextWidthIsThatOfTahoma) {
   }
 }
 
-// A line is as high as in Windows, so that umlauts keep their dots and four lines have place.
+// A line is as high as in Windows, so that umlauts keep their dots and four lines fit.
 TEST_F(Platforms, LinesOfTahomaAreAsHighAsInWindows) {
   LoadTahoma();
   const QFont font = QtFont({});
-  if (QFontInfo(font).family() != "Tahoma"_L1) GTEST_SKIP() << "there is no Tahoma here";
+  if (QFontInfo(font).family() != "Tahoma"_L1) GTEST_SKIP() << "Tahoma is not installed";
   QImage device(1, 1, QImage::Format_ARGB32);
   device.setDotsPerMeterX(3780);
   device.setDotsPerMeterY(3780);

@@ -1,4 +1,4 @@
-// What Qt's widgets show.
+// Reads what Qt's widgets show.
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>

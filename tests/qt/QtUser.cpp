@@ -65,7 +65,7 @@ Qt::Key QtKey(Key key) {
 template <class Kind>
 Kind& As(QWidget& widget) {
   auto* kind = dynamic_cast<Kind*>(&widget);
-  if (kind == nullptr) throw CannotDo(FromQt(widget.objectName()) + ": is shown otherwise");
+  if (kind == nullptr) throw CannotDo(FromQt(widget.objectName()) + ": has another kind of widget");
   return *kind;
 }
 
@@ -100,7 +100,7 @@ void QtUser::Do(const Action& action) {
   failure_ = nullptr;
   action();
   QCoreApplication::processEvents();
-  // Of a list that was opened by the way, nothing is chosen.
+  // Closes a list that was opened on the way, without a choice.
   if (QWidget* popup = QApplication::activePopupWidget()) popup->close();
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
 }
@@ -135,7 +135,7 @@ void QtUser::FocusByKeyboard(FormControl& control) {
     QWidget& widget = Reach(control);
     if (widget.focusPolicy() == Qt::NoFocus && widget.focusProxy() == nullptr)
       Cannot(control, "cannot take the focus");
-    // A list that has the focus already is left, and entered again.
+    // Leaves a list that already has the focus, in order to enter it again.
     if (dynamic_cast<ComboBox*>(&control) && widget.hasFocus())
       (strip_ ? strip_ : window_.get())->setFocus();
     widget.setFocus(Qt::TabFocusReason);
@@ -159,7 +159,7 @@ void QtUser::ClickInto(EditBox& box, std::size_t caret) {
     if (combo != nullptr && !combo->isEditable()) Cannot(box, "only its rows can be chosen");
     QLineEdit& line = combo ? *combo->lineEdit() : As<QLineEdit>(widget);
     const auto at = [&line](int x) { return line.cursorPositionAt({x, line.height() / 2}); };
-    // What does not show is gone to first. Lines scroll when they are painted.
+    // Scrolls to the position if necessary. Lines scroll when they are painted.
     line.repaint();
     if (at(0) > units || at(line.width()) < units) line.setCursorPosition(units);
     line.repaint();
@@ -202,7 +202,7 @@ void QtUser::Press(Key key) {
     if (target == nullptr || (dialogKey && !view_->isAncestorOf(target))) target = view_;
     const bool tab = key == Key::tab || key == Key::shiftTab;
     if (!tab && !dialogKey) target = &FocusedWidget();
-    // As a keyboard gives it, with a text that is no letter.
+    // Sends a control character as text, as a keyboard does.
     if (key == Key::selectAll)
       return QTest::sendKeyEvent(QTest::Click, target, Qt::Key_A, QChar(1), Qt::ControlModifier);
     const bool ofAllLines =
@@ -240,7 +240,7 @@ void QtUser::Click(FormControl& control) {
     return ClickInto(*box, CharacterCount(box->Text()));
   Do([&] {
     QWidget* widget = &Reach(control);
-    constexpr int kInBox = 6;  // where a check box or an option has its mark
+    constexpr int kInBox = 6;  // position of the mark of a check box or an option
     if (dynamic_cast<EditBox*>(&control) == nullptr)
       return ClickAt(*widget, {kInBox, widget->height() / 2});
     if (auto* list = dynamic_cast<QComboBox*>(widget); list && list->isEditable())

@@ -1,4 +1,4 @@
-// A user in front of real widgets: keys and clicks, and nothing that goes straight to the form.
+// A user of real widgets, with keys and clicks only; never accesses the form directly.
 #pragma once
 
 #include <QTabBar>
@@ -16,11 +16,11 @@ class QTreeView;
 
 namespace kvo {
 
-// Shows the form: a page in a window with a row of tabs over it, as a property frame's is, and
-// everything else in its dialog.
+// Shows a page in a window with tabs above it, as a property frame does, and any other form in its
+// dialog.
 class QtUser final : public DesktopUser {
  public:
-  // The platform is told of the mouse button.
+  // Reports the mouse button to the platform.
   QtUser(HeadlessPlatform& platform, Form& form);
 
   FormView& View() { return *view_; }
@@ -75,7 +75,7 @@ class QtUser final : public DesktopUser {
   std::vector<std::size_t> ShownSelection(const Grid& grid) override;
 
  private:
-  // What a page's event throws comes out of it.
+  // Rethrows what a page's event throws.
   template <class Action>
   void Do(const Action& action);
   QWidget& Reach(const FormControl& control);
@@ -93,7 +93,7 @@ class QtUser final : public DesktopUser {
 
   HeadlessPlatform& platform_;
   std::unique_ptr<QWidget> window_;
-  QTabBar* strip_ = nullptr;  // the frame's own tabs, in front of a page
+  QTabBar* strip_ = nullptr;  // the frame's own tabs, above a page
   FormView* view_ = nullptr;
   std::exception_ptr failure_;
 };

@@ -1,4 +1,4 @@
-// How Qt's boxes show texts; the rest is in tests/forms.
+// How Qt's boxes show texts; tests/forms covers the rest.
 #include "host/qt/ShownText.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-TEST(QtTexts, WhatIsInvalidIsReplaced) {
+TEST(QtTexts, InvalidBytesAreReplaced) {
   EXPECT_EQ(ToQt("a\xFF"
                  "b"),
             u"a\uFFFDb"_s);
@@ -27,12 +27,12 @@ TEST(QtStyle, ALineShowsEveryCharacter) {
   EXPECT_EQ(kQtStyle.typed(u"a\nb", Lines::one), "a\nb");
 }
 
-TEST(QtStyle, ALineBreakOfSeveralLinesIsOneUnit) {
+TEST(QtStyle, ALineBreakInSeveralLinesIsOneUnit) {
   EXPECT_EQ(ShownText("a\r\nb\rc\nd", Lines::many, kQtStyle).Units(), u"a\nb\nc\nd");
   EXPECT_EQ(kQtStyle.typed(u"a\nb\u2028\u2029😀", Lines::many), "a\r\nb\r\n\r\n😀");
 }
 
-TEST(QtStyle, WhatADocumentTakesForSomethingElseHasAStandIn) {
+TEST(QtStyle, CharactersWithAMeaningForADocumentHaveAStandIn) {
   const std::string_view text("\0\xE2\x80\xA8\xE2\x80\xA9", 7);
   EXPECT_EQ(ShownText(text, Lines::many, kQtStyle).Units(), u"\u2400\u21B5\u21B5");
 }

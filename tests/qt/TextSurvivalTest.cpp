@@ -1,4 +1,4 @@
-// Texts in Qt's boxes, where Qt has keys of its own; the rest is in tests/desktop.
+// Texts in Qt's boxes with keys of Qt's own; tests/desktop covers the rest.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -28,7 +28,7 @@ class QtTextBoxes : public testing::Test {
   QtUser user{platform, form};
 };
 
-TEST_F(QtTextBoxes, TheShiftedEnterKeyIsCrLfAsWell) {
+TEST_F(QtTextBoxes, ShiftEnterIsAlsoCrLf) {
   form.txtLines.Text("ab");
   user.FocusByKeyboard(form.txtLines);
   form.txtLines.SelStart(1);
@@ -48,7 +48,7 @@ TEST_F(QtTextBoxes, KeysThatSelectReachTheForm) {
   EXPECT_EQ(form.txtLine.SelLength(), 3U);
 }
 
-TEST_F(QtTextBoxes, AWindowThatComesToTheFrontLeavesSelections) {
+TEST_F(QtTextBoxes, BringingAWindowToTheFrontKeepsSelections) {
   form.txtLine.Text("abc");
   auto& line = dynamic_cast<QLineEdit&>(*user.View().WidgetOf(form.txtLine));
   user.FocusByKeyboard(form.txtLine);

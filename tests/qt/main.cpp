@@ -1,4 +1,4 @@
-// The tests' own main: an application on a screen that nobody sees.
+// A main function of its own: runs an application with an offscreen display.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -9,7 +9,7 @@
 
 namespace {
 
-// What a screen that nobody sees cannot do is nothing to read about.
+// Hides warnings about features that the offscreen display lacks.
 void HandleMessage(QtMsgType, const QMessageLogContext&, const QString& message) {
   if (!message.startsWith(QLatin1String("This plugin does not support")))
     std::fprintf(stderr, "%s\n", qPrintable(message));
@@ -18,7 +18,7 @@ void HandleMessage(QtMsgType, const QMessageLogContext&, const QString& message)
 }  // namespace
 
 int main(int argc, char** argv) {
-  // German, unless a test asks for another language.
+  // German, unless a test requests another language.
   const std::string locale = qEnvironmentVariable("KVO_TEST_LOCALE", "de_DE.UTF-8").toStdString();
   kvo::test::SetEnvironment(locale.c_str());
   testing::InitGoogleTest(&argc, argv);

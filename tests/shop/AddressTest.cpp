@@ -22,7 +22,7 @@ int ErrorOf(std::string_view connectionString) {
   return 0;
 }
 
-TEST(Address, AFileIsOpenedForReadingOnlyAndALockWaitedForShortly) {
+TEST(Address, AFileIsOpenedReadOnlyAndWaitsBrieflyForALock) {
   EXPECT_EQ(Details("sqlite3:///var/my shop.db"), "db=\"/var/my shop.db\" readonly=true timeout=1");
   EXPECT_EQ(ParseAddress("sqlite3:///var/my shop.db").path, "/var/my shop.db");
 }
@@ -42,7 +42,7 @@ TEST(Address, MysqlTakesPairsAndAddresses) {
   EXPECT_EQ(Details("mysql://h"), "host='h' charset=utf8mb4 connect_timeout=10");
 }
 
-TEST(Address, OdbcIsHandedOverAsItStands) {
+TEST(Address, OdbcIsPassedOnUnchanged) {
   EXPECT_EQ(Details("odbc://DSN=shop;PWD={x}"), "DSN=shop;PWD={x}");
 }
 
@@ -53,7 +53,7 @@ TEST(Address, AnUnknownKindIsNamedWithoutItsPassword) {
   EXPECT_EQ(ErrorOf(""), 3706);
 }
 
-TEST(Address, WhatCannotBeHandedOverIsRefused) {
+TEST(Address, InvalidAddressesAreRefused) {
   EXPECT_EQ(ErrorOf("mysql://u:geheim%2@h/d"), 5);
   EXPECT_EQ(ErrorOf("mysql://u:%27%22geheim@h/d"), 5);
   EXPECT_EQ(ErrorOf("sqlite3:///a \"b\".db"), 5);

@@ -1,4 +1,4 @@
-// The data grid over real databases.
+// The data grid with real databases.
 #include <gtest/gtest.h>
 
 #include "common/forms/Form.h"
@@ -72,7 +72,7 @@ TEST_F(ShopGrid, AnEmptyTableHasNoRows) {
   EXPECT_EQ(grid.RowCount(), 0U);
 }
 
-TEST_F(ShopGrid, AFileThatDisappearsIsTheErrorOfTheRowThatIsLookedAt) {
+TEST_F(ShopGrid, AFileThatDisappearsIsAnErrorOnTheNextFetch) {
   SqliteFile file;
   file.FillProducts(10'000);
   grid.DatabaseName(file.ConnectionString());

@@ -21,7 +21,7 @@ inline void Call(const ObjectRef& object, std::string_view name,
   object->Call(name, arguments);
 }
 
-// As the picker opens it.
+// Opens a recordset as the picker does.
 inline ObjectRef OpenRecordset(const Variant& connection, const char* source = kProducts) {
   const ObjectRef recordset = NewRecordset();
   Call(recordset, "Open",
@@ -39,12 +39,12 @@ inline void MoveTo(const ObjectRef& recordset, std::int32_t record) {
   Call(recordset, "Move", {record, ado::kBookmarkFirst});
 }
 
-// How much a recordset's connection was asked.
+// Returns the traffic on a recordset's connection.
 inline Traffic AskedBy(const ObjectRef& recordset) {
   return dynamic_cast<Recordset&>(*recordset).Asked();
 }
 
-// The number and the German text of the failure of a call; 0 when it succeeds.
+// The number and the texts of a failed call's error; 0 when it succeeds.
 struct Failure {
   int number = 0;
   std::string german;

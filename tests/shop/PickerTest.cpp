@@ -1,4 +1,4 @@
-// The product picker over real databases.
+// The product picker with real databases.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -23,7 +23,7 @@ class ShopPicker : public testing::Test {
     platform.recordsets = [] { return NewRecordset(); };
   }
 
-  // A product list of an office with this shop, on the page.
+  // Shows the page for a product list whose office has this shop.
   void Open(const std::string& connectionString, const char* products) {
     office::Office::Description description;
     description.shopDatabase = connectionString;
@@ -38,7 +38,7 @@ class ShopPicker : public testing::Test {
     return captions;
   }
 
-  // What an author does with a shop of 100,000 products.
+  // Works as an author does with a shop of 100,000 products.
   void PicksProductsFromAllOverTheTable(const std::string& connectionString) {
     Open(connectionString, "P-0000007");
     EXPECT_EQ(page.gdProducts.RowCount(), 100'000U);
@@ -56,7 +56,7 @@ class ShopPicker : public testing::Test {
   }
 
   // Returns the text of the page's error in both languages.
-  std::string ExpectErrorAndAnUnharmedControl(const std::string& connectionString, int number) {
+  std::string ExpectErrorAndUnchangedControl(const std::string& connectionString, int number) {
     const Failure failure = FailureOf([&] { Open(connectionString, "1,2"); });
     EXPECT_EQ(failure.number, number) << failure.english;
     EXPECT_FALSE(page.Changed());
@@ -64,7 +64,7 @@ class ShopPicker : public testing::Test {
     return failure.english + '\n' + failure.german;
   }
 
-  // Everything that anybody gets to see of the page and the control.
+  // Everything visible of the page and the control.
   std::string Shown() {
     std::string shown;
     for (const ControlState& state : StateOf(page)) shown += Text(state);
@@ -105,25 +105,25 @@ TEST_F(ShopPicker, PicksFromALargePostgresqlServer) {
   PicksProductsFromAllOverTheTable(server.Uri());
 }
 
-TEST_F(ShopPicker, AMissingFileIsThePagesErrorAndLeavesTheControlUnharmed) {
+TEST_F(ShopPicker, AMissingFileIsThePagesErrorAndKeepsTheControl) {
   SqliteFile file;
-  ExpectErrorAndAnUnharmedControl(file.ConnectionString(), 3002);
+  ExpectErrorAndUnchangedControl(file.ConnectionString(), 3002);
 }
 
-TEST_F(ShopPicker, ALockedDatabaseIsThePagesErrorAndLeavesTheControlUnharmed) {
+TEST_F(ShopPicker, ALockedDatabaseIsThePagesErrorAndKeepsTheControl) {
   SqliteFile file;
   file.FillProducts(10);
   file.Run("BEGIN EXCLUSIVE");
-  ExpectErrorAndAnUnharmedControl(file.ConnectionString(), 3006);
+  ExpectErrorAndUnchangedControl(file.ConnectionString(), 3006);
 }
 
-TEST_F(ShopPicker, AMissingTableIsThePagesErrorAndLeavesTheControlUnharmed) {
+TEST_F(ShopPicker, AMissingTableIsThePagesErrorAndKeepsTheControl) {
   SqliteFile file;
   file.Run("CREATE TABLE Other (a)");
-  ExpectErrorAndAnUnharmedControl(file.ConnectionString(), 3000);
+  ExpectErrorAndUnchangedControl(file.ConnectionString(), 3000);
 }
 
-TEST_F(ShopPicker, ADatabaseThatDisappearsSkipsTheRowAndKeepsWhatWasPicked) {
+TEST_F(ShopPicker, ADatabaseThatDisappearsSkipsTheRowAndKeepsThePickedProducts) {
   SqliteFile file;
   file.FillProducts(10'000);
   Open(file.ConnectionString(), "P-0000007");
@@ -134,10 +134,11 @@ TEST_F(ShopPicker, ADatabaseThatDisappearsSkipsTheRowAndKeepsWhatWasPicked) {
   EXPECT_EQ(Picked(), (Texts{"P-0000007", "P-0000001 (Artikel 1)"}));
   page.Apply();
   EXPECT_EQ(list->Get("SelectedProducts"), Variant("P-0000007,P-0000001"));
-  ExpectErrorAndAnUnharmedControl(file.ConnectionString(), 3002);
+  ExpectErrorAndUnchangedControl(file.ConnectionString(), 3002);
 }
 
-// Scrolls on, row by row, until a row cannot be read; its failure, and its number in `row`.
+// Scrolls on, row by row, until a row cannot be read. Returns the failure, and the row's number in
+// `row`.
 Failure ScrollUntilItFails(const Grid& grid, std::size_t& row) {
   Failure failure;
   for (; row < grid.RowCount(); ++row) {
@@ -147,7 +148,7 @@ Failure ScrollUntilItFails(const Grid& grid, std::size_t& row) {
   return failure;
 }
 
-TEST_F(ShopPicker, AServerThatStopsWhileTheGridScrollsIsAClearErrorAndChangesNothing) {
+TEST_F(ShopPicker, AServerThatStopsDuringScrollingIsAClearErrorAndChangesNothing) {
   constexpr std::size_t kScrolled = 3'000;
   PostgresqlServer server;
   server.FillProducts(10'000);
@@ -163,8 +164,9 @@ TEST_F(ShopPicker, AServerThatStopsWhileTheGridScrollsIsAClearErrorAndChangesNot
   EXPECT_EQ(failure.english.find("There is no connection to the database"), 0U) << failure.english;
   EXPECT_EQ(failure.german.find("Es besteht keine Verbindung zur Datenbank"), 0U) << failure.german;
   EXPECT_EQ((failure.english + failure.german + Shown()).find("eim"), std::string::npos)
-      << "the password: " << failure.english;
-  EXPECT_EQ(page.gdProducts.Cell(kScrolled - 1, 0), "P-0002999") << "what was seen still is";
+      << "shows the password: " << failure.english;
+  EXPECT_EQ(page.gdProducts.Cell(kScrolled - 1, 0), "P-0002999")
+      << "rows seen before stay readable";
   EXPECT_FALSE(page.Changed());
   user.DoubleClick(page.gdProducts, row);
   EXPECT_EQ(Picked(), Texts{"P-0000007"});
@@ -177,10 +179,10 @@ TEST_F(ShopPicker, AServerThatStopsWhileTheGridScrollsIsAClearErrorAndChangesNot
   EXPECT_EQ(Picked().size(), 2U);
 }
 
-TEST_F(ShopPicker, AConnectionThatIsCutWhileRecordsComeIsAClearErrorAndChangesNothing) {
+TEST_F(ShopPicker, AConnectionCutDuringFetchingIsAClearErrorAndChangesNothing) {
   constexpr std::size_t kCutAt = 5'000;
   const PostgresqlServer server;
-  // Reading that record ends the server's side of the connection, for as long as Cut has a row.
+  // Reading that record makes the server end the connection, as long as Cut has a row.
   server.Run(
       "CREATE TABLE Cut (a integer);"
       "CREATE VIEW Products AS SELECT 'P-' || lpad(i::text, 7, '0') AS ProductNo,"
@@ -202,22 +204,22 @@ TEST_F(ShopPicker, AConnectionThatIsCutWhileRecordsComeIsAClearErrorAndChangesNo
   EXPECT_EQ(failure.english.find("There is no connection to the database"), 0U) << failure.english;
   EXPECT_NE(failure.english.find("server closed"), std::string::npos) << failure.english;
   EXPECT_EQ((failure.english + failure.german + Shown()).find("eim"), std::string::npos)
-      << "the password: " << failure.english;
+      << "shows the password: " << failure.english;
   EXPECT_FALSE(page.Changed());
   EXPECT_EQ(list->Get("SelectedProducts"), Variant("P-0000007"));
 
   server.Run("DELETE FROM Cut");
   EXPECT_EQ(page.gdProducts.Cell(row, 1), "Artikel " + std::to_string(row));
-  // Between two screens, a cut goes unnoticed.
+  // A connection cut between two screens goes unnoticed.
   server.Run(
       "SELECT pg_terminate_backend(pid) FROM pg_stat_activity"
       " WHERE datname = 'postgres' AND pid <> pg_backend_pid()");
   EXPECT_EQ(page.gdProducts.Cell(9'999, 1), "Artikel 9999");
 }
 
-// The grid still shows a row whose record was let go meanwhile, so picking it asks the table as it
-// is by then.
-TEST_F(ShopPicker, AProductIsPickedAsItWasShownOrNotAtAll) {
+// The grid still shows a row whose record has left the cache, so picking it queries the current
+// table.
+TEST_F(ShopPicker, AProductIsPickedAsShownOrNotAtAll) {
   constexpr std::size_t kProducts = 6'000;
   SqliteFile file;
   file.FillProducts(kProducts);
@@ -228,7 +230,7 @@ TEST_F(ShopPicker, AProductIsPickedAsItWasShownOrNotAtAll) {
   EXPECT_EQ(Picked(), Texts{"P-0000005 (Artikel 5)"}) << "moved to the front";
   EXPECT_EQ(page.gdProducts.Cell(20, 0), "P-0000020");
   user.DoubleClick(page.gdProducts, 20);
-  EXPECT_EQ(Picked(), Texts{"P-0000005 (Artikel 5)"}) << "deleted, and no other taken for it";
+  EXPECT_EQ(Picked(), Texts{"P-0000005 (Artikel 5)"}) << "deleted, and not confused with another";
 }
 
 TEST_F(ShopPicker, NeitherAnErrorNorThePageNorTheControlShowsThePassword) {
@@ -237,7 +239,7 @@ TEST_F(ShopPicker, NeitherAnErrorNorThePageNorTheControlShowsThePassword) {
   // Wrong password, wrong user, no server.
   const std::pair<std::string_view, std::string_view> mistakes[] = {
       {"geh", "secret"}, {"shop", "nobody"}, {"kvo-pg", "kvo-none"}};
-  // Pieces of the passwords below, however they are spelt.
+  // Parts of the passwords below, in every spelling.
   const auto expectNoPassword = [](const std::string& shown) {
     for (const char* piece : {"eim", "secret"})
       EXPECT_EQ(shown.find(piece), std::string::npos) << shown;
@@ -251,18 +253,18 @@ TEST_F(ShopPicker, NeitherAnErrorNorThePageNorTheControlShowsThePassword) {
     for (const auto& [right, wrong] : mistakes) {
       std::string bad = good;
       bad.replace(bad.find(right), right.size(), wrong);
-      const std::string error = ExpectErrorAndAnUnharmedControl(bad, 3709);
+      const std::string error = ExpectErrorAndUnchangedControl(bad, 3709);
       EXPECT_NE(error.find("postgresql://"), std::string::npos) << error;
       expectNoPassword(error);
       expectNoPassword(Shown());
     }
   }
   server.Run("DROP TABLE Products");
-  const std::string rejected = ExpectErrorAndAnUnharmedControl(server.Pairs(), 3000);
+  const std::string rejected = ExpectErrorAndUnchangedControl(server.Pairs(), 3000);
   EXPECT_NE(rejected.find("products"), std::string::npos) << rejected;
   expectNoPassword(rejected);
   server.Stop();
-  expectNoPassword(ExpectErrorAndAnUnharmedControl(server.Uri(), 3709));
+  expectNoPassword(ExpectErrorAndUnchangedControl(server.Uri(), 3709));
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 namespace kvo::shop {
 namespace {
 
-constexpr const char* kSecret = "eim";  // of the password, in every spelling
+constexpr const char* kSecret = "eim";  // part of the password, in every spelling
 
 class Postgresql : public testing::Test {
  protected:
@@ -42,7 +42,7 @@ TEST_F(Postgresql, ReadsEveryKindOfValueThroughBothFormsOfConnectionString) {
   }
 }
 
-TEST_F(Postgresql, ALargeTableIsFetchedAsItIsLookedAt) {
+TEST_F(Postgresql, ALargeTableIsFetchedOnDemand) {
   server.FillProducts(1'000'000);
   const auto products = OpenRecordset(NewConnection(server.Uri()));
   EXPECT_EQ(AskedBy(products).records, 0U) << "opening fetches nothing";
@@ -86,7 +86,7 @@ TEST_F(Postgresql, AMissingTableIsNamed) {
   EXPECT_EQ(failure.german.find(kSecret), std::string::npos) << failure.german;
 }
 
-TEST_F(Postgresql, AWrongPasswordIsAnErrorThatDoesNotShowIt) {
+TEST_F(Postgresql, AWrongPasswordIsNotShownInTheError) {
   std::string wrong = server.Uri();
   wrong.replace(wrong.find("geh%27eim"), 3, "nah");
   const auto failure = FailureOf([&] { NewConnection(wrong)->Get("State"); });
@@ -97,14 +97,14 @@ TEST_F(Postgresql, AWrongPasswordIsAnErrorThatDoesNotShowIt) {
   EXPECT_EQ(failure.english.find(kSecret), std::string::npos) << failure.english;
 }
 
-TEST_F(Postgresql, AServerThatGoesIsAnErrorAndOneThatComesBackIsUsedAgain) {
+TEST_F(Postgresql, AStoppedServerIsAnErrorAndARestartedOneIsUsedAgain) {
   server.FillProducts(1000);
   const auto connection = NewConnection(server.Pairs());
   const auto products = OpenRecordset(connection);
   EXPECT_EQ(FieldOf(products, "ProductNo"), Variant("P-0000000"));
 
   server.Stop();
-  EXPECT_EQ(FieldOf(products, "ProductNo"), Variant("P-0000000")) << "was fetched before";
+  EXPECT_EQ(FieldOf(products, "ProductNo"), Variant("P-0000000")) << "fetched before";
   MoveTo(products, 500);
   const auto failure = FailureOf([&] { FieldOf(products, "ProductNo"); });
   EXPECT_EQ(failure.number, 3709);

@@ -29,14 +29,14 @@ TEST_F(Cache, TheFirstScreenIsOnePage) {
   EXPECT_EQ(fetches[0], std::make_pair(std::int64_t{0}, std::int64_t{128}));
 }
 
-TEST_F(Cache, AJumpFetchesOnlyThePageThereWhateverWasReadBefore) {
+TEST_F(Cache, AJumpFetchesOnlyThePageThere) {
   At(0);
   At(128);
   EXPECT_EQ(At(777'777), 777'777);
   EXPECT_EQ(fetches.back(), std::make_pair(std::int64_t{777'777 / 128 * 128}, std::int64_t{128}));
 }
 
-TEST_F(Cache, ReadingOnGetsLargerPages) {
+TEST_F(Cache, SequentialReadingFetchesLargerPages) {
   for (int i = 0; i < 100'000; ++i) ASSERT_EQ(At(i), i);
   EXPECT_LT(fetches.size(), 60U);
   for (const auto& [first, count] : fetches) EXPECT_LE(count, 2048);
@@ -46,7 +46,7 @@ TEST_F(Cache, ReadingBackWorksToo) {
   for (int i = 5000; i >= 0; --i) ASSERT_EQ(At(i), i);
 }
 
-TEST_F(Cache, WhatWasLookedAtLatelyIsNotFetchedAgain) {
+TEST_F(Cache, RecentRecordsAreNotFetchedAgain) {
   At(0);
   At(10'000);
   At(500'000);
@@ -57,7 +57,7 @@ TEST_F(Cache, WhatWasLookedAtLatelyIsNotFetchedAgain) {
   EXPECT_EQ(fetches.size(), before);
 }
 
-TEST_F(Cache, HoldsNoMoreThanItsMeasure) {
+TEST_F(Cache, HoldsNoMoreThanItsLimit) {
   for (int page = 0; page < 1000; ++page) At(page * 1280);
   int held = 0;
   cache.FindNear(0, [&](const Record&) {
@@ -67,7 +67,7 @@ TEST_F(Cache, HoldsNoMoreThanItsMeasure) {
   EXPECT_LE(held, 4096);
 }
 
-TEST_F(Cache, BehindTheLastRecordThereIsNone) {
+TEST_F(Cache, AfterTheLastRecordThereIsNone) {
   size = 130;
   EXPECT_EQ(At(129), 129);
   EXPECT_EQ(At(130), -1);
@@ -77,7 +77,7 @@ TEST_F(Cache, BehindTheLastRecordThereIsNone) {
   EXPECT_EQ(At(5000), -1);
 }
 
-TEST_F(Cache, FindsTheNearestMatchAmongTheHeldOnes) {
+TEST_F(Cache, FindsTheNearestMatchAmongCachedRecords) {
   At(0);
   const auto even = [](const Record& record) { return *record[0].If<std::int32_t>() % 50 == 0; };
   EXPECT_EQ(cache.FindNear(70, even), 50);

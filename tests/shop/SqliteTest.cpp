@@ -27,7 +27,7 @@ class Sqlite : public testing::Test {
   SqliteFile file;
 };
 
-TEST_F(Sqlite, AConnectionIsOpenAsSoonAsItIsAsked) {
+TEST_F(Sqlite, AConnectionOpensOnFirstUse) {
   const auto connection = Connection();
   EXPECT_EQ(connection->Get("State"), Variant(ado::kStateOpen));
   EXPECT_EQ(connection->Get("connectionstring"), Variant(file.ConnectionString()));
@@ -49,12 +49,12 @@ TEST_F(Sqlite, ANullIsEmptyAndAnEmptyTextIsNot) {
   EXPECT_TRUE(FieldOf(products, "Desc2").IsEmpty());
 }
 
-TEST_F(Sqlite, OpensOnAConnectionStringAsWell) {
+TEST_F(Sqlite, OpensWithAConnectionString) {
   EXPECT_EQ(Number(OpenRecordset(file.ConnectionString())), "K-1");
   EXPECT_EQ(Number(OpenRecordset(Connection()->Get("ConnectionString"))), "K-1");
 }
 
-TEST_F(Sqlite, OpensOnAForeignConnectionByItsConnectionString) {
+TEST_F(Sqlite, OpensWithTheConnectionStringOfAForeignConnection) {
   class Foreign final : public Object {
    public:
     explicit Foreign(std::string text) : text_(std::move(text)) {}
@@ -125,7 +125,7 @@ TEST_F(Sqlite, ABookmarkLeadsBackToItsRecord) {
   EXPECT_EQ(Number(products), "K-2");
 }
 
-TEST_F(Sqlite, ABookmarkFindsARecordThatMovedAndNeverTakesAnotherForIt) {
+TEST_F(Sqlite, ABookmarkFindsAMovedRecordAndNeverAnother) {
   const auto products = Products();
   MoveTo(products, 2);
   const Variant third = products->Get("Bookmark");
@@ -138,7 +138,7 @@ TEST_F(Sqlite, ABookmarkFindsARecordThatMovedAndNeverTakesAnotherForIt) {
   EXPECT_EQ(FailureOf([&] { latest->Let("Bookmark", third); }).number, 3021);
 }
 
-TEST_F(Sqlite, ABookmarkThatIsNoneIsRefused) {
+TEST_F(Sqlite, AnInvalidBookmarkIsRefused) {
   const auto products = Products();
   for (const Variant& bookmark : {Variant("x"), Variant("1"), Variant("1:"), Variant("-1:5"),
                                   Variant("0:5x"), Variant(1), Variant()})
@@ -165,7 +165,7 @@ TEST_F(Sqlite, KeepsTheOrderOfTheStatement) {
   EXPECT_EQ(Number(products), "K-1");
 }
 
-TEST_F(Sqlite, ValuesComeWhateverTheirColumnsDeclare) {
+TEST_F(Sqlite, ReadsValuesWhateverTheirColumnsDeclare) {
   file.Run(
       "CREATE TABLE Mixed (n INTEGER, r REAL, x, t TEXT, b BLOB, m DECIMAL(10,2));"
       "INSERT INTO Mixed VALUES (5, 1.5, 7, 'a', x'4142', 12.5),"
@@ -187,7 +187,7 @@ TEST_F(Sqlite, ValuesComeWhateverTheirColumnsDeclare) {
   EXPECT_EQ(FieldOf(mixed, "m"), Variant("zwölf"));
 }
 
-TEST_F(Sqlite, LongTextsComeWhole) {
+TEST_F(Sqlite, ReadsLongTextsCompletely) {
   file.Run("UPDATE Products SET Desc2 = printf('%.*c', 3000000, 'x') WHERE ProductNo = 'K-1'");
   EXPECT_EQ(ToText(FieldOf(Products(), "Desc2")).size(), 3'000'000U);
 }
@@ -202,12 +202,12 @@ TEST_F(Sqlite, NothingIsOpenBeforeOpen) {
   EXPECT_EQ(FailureOf([&] { FieldOf(recordset, "ProductNo"); }).number, 3704);
 }
 
-TEST_F(Sqlite, AnOpenRecordsetIsNotOpenedAgain) {
+TEST_F(Sqlite, OpeningAnOpenRecordsetFails) {
   const auto products = Products();
   EXPECT_EQ(FailureOf([&] { Call(products, "Open", {kProducts, Connection()}); }).number, 3705);
 }
 
-TEST_F(Sqlite, LocksThatWriteAreRefused) {
+TEST_F(Sqlite, WriteLocksAreRefused) {
   for (const std::int32_t lockType : {2, 3, 4})
     EXPECT_EQ(FailureOf([&] {
                 Call(NewRecordset(), "Open", {kProducts, Connection(), ado::kOpenKeyset, lockType});
@@ -226,10 +226,9 @@ TEST_F(Sqlite, UnknownMembersAreError438) {
   EXPECT_EQ(FailureOf([&] { Call(Connection(), "Execute", {"DROP TABLE Products"}); }).number, 438);
 }
 
-// --- What goes wrong
-// ------------------------------------------------------------------------------
+// --- Failures ----------------------------------------------------------------------------------
 
-TEST_F(Sqlite, AMissingFileIsAnErrorThatNamesItAndIsNotMade) {
+TEST_F(Sqlite, AMissingFileIsNamedInTheErrorAndNotCreated) {
   const auto missing = file.Path().parent_path() / "missing.db";
   const auto connection = NewConnection("sqlite3://" + missing.string());
   const auto failure = FailureOf([&] { connection->Get("State"); });
@@ -250,7 +249,7 @@ TEST_F(Sqlite, AFileThatAppearsLaterIsOpenedThen) {
   EXPECT_EQ(Number(OpenRecordset(connection)), "K-1");
 }
 
-TEST_F(Sqlite, WhatIsNoDatabaseIsAnError) {
+TEST_F(Sqlite, AnotherKindOfFileIsAnError) {
   const auto text = file.Path().parent_path() / "text.db";
   std::ofstream(text) << std::string(5000, 'x');
   EXPECT_EQ(FailureOf([&] { OpenRecordset("sqlite3://" + text.string()); }).number, 3002);
@@ -274,7 +273,7 @@ TEST_F(Sqlite, AMissingFieldIsNamed) {
   EXPECT_NE(failure.english.find("Price"), std::string::npos) << failure.english;
 }
 
-TEST_F(Sqlite, AFailingOpenLeavesTheRecordsetClosedAndFitForAnother) {
+TEST_F(Sqlite, AFailedOpenLeavesTheRecordsetClosedAndUsable) {
   const auto recordset = NewRecordset();
   EXPECT_EQ(FailureOf([&] {
               Call(recordset, "Open", {"SELECT x FROM y", Connection()});
@@ -285,7 +284,7 @@ TEST_F(Sqlite, AFailingOpenLeavesTheRecordsetClosedAndFitForAnother) {
   EXPECT_EQ(Number(recordset), "K-1");
 }
 
-TEST_F(Sqlite, ALockedDatabaseSaysSoAndIsReadWhenItIsFree) {
+TEST_F(Sqlite, ALockedDatabaseIsReportedAndReadOnceItIsFree) {
   const auto connection = Connection();
   EXPECT_EQ(connection->Get("State"), Variant(ado::kStateOpen));
   file.Run("BEGIN EXCLUSIVE");
@@ -305,13 +304,13 @@ TEST_F(Sqlite, ReadingHoldsNoLockBetweenTheCalls) {
   EXPECT_EQ(Number(products), "K-1");
 }
 
-TEST_F(Sqlite, AFileThatDisappearsIsAnErrorWhenItIsNextNeeded) {
+TEST_F(Sqlite, AFileThatDisappearsIsAnErrorOnItsNextUse) {
   const auto connection = Connection();
   const auto products = OpenRecordset(connection);
   EXPECT_EQ(Number(products), "K-1");
   file.Close();
   std::filesystem::rename(file.Path(), file.Path().string() + ".away");
-  EXPECT_EQ(Number(products), "K-1") << "was fetched before";
+  EXPECT_EQ(Number(products), "K-1") << "fetched before";
   EXPECT_EQ(FailureOf([&] {
               MoveTo(products, 500);
               IsAtEnd(products);
@@ -324,7 +323,7 @@ TEST_F(Sqlite, AFileThatDisappearsIsAnErrorWhenItIsNextNeeded) {
   EXPECT_EQ(connection->Get("State"), Variant(ado::kStateOpen));
 }
 
-TEST_F(Sqlite, AFileThatIsDamagedWhileItIsOpenIsAnError) {
+TEST_F(Sqlite, AFileDamagedWhileOpenIsAnError) {
   constexpr std::size_t kPageOfTheTable = 4096;
   for (const std::size_t from : {kPageOfTheTable, std::size_t{0}}) {
     const auto connection = Connection();
@@ -337,7 +336,7 @@ TEST_F(Sqlite, AFileThatIsDamagedWhileItIsOpenIsAnError) {
   }
 }
 
-TEST_F(Sqlite, AFileThatIsReplacedIsReadAnew) {
+TEST_F(Sqlite, AReplacedFileIsReadAgain) {
   const auto connection = Connection();
   EXPECT_EQ(Number(OpenRecordset(connection)), "K-1");
   SqliteFile other;
@@ -364,7 +363,7 @@ TEST_F(Sqlite, NothingIsEverWritten) {
   EXPECT_EQ(read(), before);
 }
 
-TEST_F(Sqlite, APathMayHoldBlanksUmlautsAndEqualSigns) {
+TEST_F(Sqlite, APathMayContainBlanksUmlautsAndEqualSigns) {
   for (const char* name :
        {"mein shop.db", "Müllers=Shop.db", "a b  c=d e.db", "it's.db", "x\"y.db"}) {
     SqliteFile other(name);
@@ -373,7 +372,7 @@ TEST_F(Sqlite, APathMayHoldBlanksUmlautsAndEqualSigns) {
   }
 }
 
-TEST_F(Sqlite, TheOfficeFileLeadsToTheDatabaseBesideIt) {
+TEST_F(Sqlite, TheOfficeFileFindsTheDatabaseNextToIt) {
   const auto path = file.Path().parent_path() / "office.json";
   std::ofstream(path) << R"({"shopDatabase": "sqlite3://shop.db"})";
   const auto office = office::LoadOffice(path.string(), NewConnection);
@@ -382,10 +381,9 @@ TEST_F(Sqlite, TheOfficeFileLeadsToTheDatabaseBesideIt) {
   EXPECT_EQ(Number(OpenRecordset(connection)), "K-1");
 }
 
-// --- A large table
-// --------------------------------------------------------------------------------
+// --- A large table -----------------------------------------------------------------------------
 
-TEST(SqliteLargeTable, RecordsAreFetchedAsTheyAreLookedAt) {
+TEST(SqliteLargeTable, RecordsAreFetchedOnDemand) {
   SqliteFile file;
   file.FillProducts(1'000'000);
   const auto products = OpenRecordset(NewConnection(file.ConnectionString()));
@@ -400,7 +398,7 @@ TEST(SqliteLargeTable, RecordsAreFetchedAsTheyAreLookedAt) {
 
   MoveTo(products, 654'321);
   EXPECT_EQ(FieldOf(products, "ProductNo"), Variant("P-0654321"));
-  EXPECT_EQ(AskedBy(products).records, 256U) << "a jump fetches one page more";
+  EXPECT_EQ(AskedBy(products).records, 256U) << "a jump fetches one more page";
 
   const Variant bookmark = products->Get("Bookmark");
   MoveTo(products, 999'999);
@@ -411,7 +409,7 @@ TEST(SqliteLargeTable, RecordsAreFetchedAsTheyAreLookedAt) {
   EXPECT_LE(AskedBy(products).records, 384U);
 }
 
-TEST(SqliteLargeTable, ReadingItThroughAsksForEachRecordOnce) {
+TEST(SqliteLargeTable, ReadingAllOfItFetchesEachRecordOnce) {
   SqliteFile file;
   file.FillProducts(100'000);
   const auto products = OpenRecordset(NewConnection(file.ConnectionString()));

@@ -9,7 +9,7 @@ namespace {
 
 std::string LimitPage(std::string_view text) { return Statement(text).Page(Paging::limit, 20, 10); }
 
-TEST(Statement, APageIsAskedForAtItsEnd) {
+TEST(Statement, APageIsRequestedAtItsEnd) {
   EXPECT_EQ(LimitPage("SELECT a FROM t"), "SELECT a FROM t\nLIMIT 10 OFFSET 20");
   EXPECT_EQ(LimitPage("SELECT a FROM t ORDER BY a"),
             "SELECT a FROM t ORDER BY a\nLIMIT 10 OFFSET 20");
@@ -17,12 +17,12 @@ TEST(Statement, APageIsAskedForAtItsEnd) {
             "WITH x AS (SELECT 1 LIMIT 1) SELECT * FROM x\nLIMIT 10 OFFSET 20");
 }
 
-TEST(Statement, OneWithALimitOfItsOwnIsReadFromWithin) {
+TEST(Statement, AStatementWithALimitBecomesASubquery) {
   EXPECT_EQ(LimitPage("SELECT a FROM t limit 5"),
             "SELECT * FROM (\nSELECT a FROM t limit 5\n) kvo_source\nLIMIT 10 OFFSET 20");
 }
 
-TEST(Statement, WordsInTextsNamesBracketsAndCommentsDoNotCount) {
+TEST(Statement, IgnoresWordsInTextsNamesBracketsAndComments) {
   for (const char* text :
        {"SELECT ' limit ' FROM t", "SELECT \"limit\" FROM t", "SELECT `limit` FROM t",
         "SELECT [limit] FROM t", "SELECT (SELECT 1 LIMIT 1) FROM t", "SELECT /* limit */ 1 FROM t",
@@ -31,13 +31,13 @@ TEST(Statement, WordsInTextsNamesBracketsAndCommentsDoNotCount) {
     EXPECT_EQ(LimitPage(text), std::string(text) + "\nLIMIT 10 OFFSET 20");
 }
 
-TEST(Statement, ASemicolonAndACommentAtTheEndGetLost) {
+TEST(Statement, DropsASemicolonAndACommentAtTheEnd) {
   EXPECT_EQ(Statement("  SELECT 1 ; -- done").Text(), "  SELECT 1");
   EXPECT_EQ(Statement("SELECT 1 /* ; */ ;;\n").Text(), "SELECT 1");
   EXPECT_EQ(Statement("SELECT ';'").Text(), "SELECT ';'");
 }
 
-TEST(Statement, OtherSystemsAreAskedInTheirWay) {
+TEST(Statement, UsesThePagingOfOtherSystems) {
   EXPECT_EQ(Statement("SELECT a FROM t").Page(Paging::offsetFetch, 0, 7),
             "SELECT a FROM t\nOFFSET 0 ROWS FETCH NEXT 7 ROWS ONLY");
   EXPECT_EQ(Statement("SELECT a FROM t").Page(Paging::orderOffsetFetch, 0, 7),
@@ -52,7 +52,7 @@ TEST(Statement, CountsItsRecords) {
             "SELECT COUNT(*) FROM (\nSELECT a FROM t\n) kvo_source");
 }
 
-TEST(Statement, WhatDoesNotOnlyReadIsRefused) {
+TEST(Statement, RefusesWhatDoesNotOnlyRead) {
   for (const char* text :
        {"", "  ", "-- nothing", "DELETE FROM t", "Products", "SELECT 1; DELETE FROM t",
         "SELECT 1; SELECT 2", "WITH x AS (SELECT 1) DELETE FROM t", "SELECT a INTO b FROM t",
@@ -60,7 +60,7 @@ TEST(Statement, WhatDoesNotOnlyReadIsRefused) {
         "SELECT 1 /* open", "SELECT 1) x; DROP TABLE t; --", "PRAGMA journal_mode=delete"}) {
     try {
       const Statement statement(text);
-      FAIL() << "taken: " << text;
+      FAIL() << "accepted: " << text;
     } catch (const RuntimeError& error) {
       EXPECT_EQ(error.Number(), 5) << text;
     }

@@ -19,7 +19,7 @@ struct Performances {
   Performances(const Story& story, const Renderer& renderer)
       : headless(Perform(story.Bytes(), kHeadless)), rendered(Perform(story.Bytes(), renderer)) {}
 
-  // The first step in which they differ; all of them when they do not.
+  // Returns the first step in which they differ; the number of steps if they agree.
   std::size_t Parting() const {
     const auto same = [](const Step& a, const Step& b) {
       return a.event == b.event && a.state == b.state;
@@ -30,7 +30,7 @@ struct Performances {
   bool Agree() const { return headless.size() == rendered.size() && Parting() == headless.size(); }
 };
 
-// Without the events that the difference does not need.
+// Removes all events that the difference does not need.
 Story Shrink(Story story, const Renderer& renderer) {
   for (std::size_t part = std::max<std::size_t>(story.events.size() / 2, 1);; part /= 2) {
     for (std::size_t at = 0; at < story.events.size();) {
@@ -77,7 +77,7 @@ void TellLines(std::ostream& out, const std::string& headless, const std::string
   }
 }
 
-// The first word of each action of a step that was done.
+// Counts the actions of a step that were done, by their first word.
 void Count(const std::string& event, std::map<std::string, int>& done) {
   if (!event.ends_with("; done")) return;
   for (std::size_t at = 0, end = 0; (end = event.find("; ", at)) != std::string::npos; at = end + 2)
@@ -88,8 +88,8 @@ std::string Tell(const Story& story, const Renderer& renderer) {
   const Performances both(story, renderer);
   const std::size_t parting = both.Parting();
   std::ostringstream out;
-  out << "Story " << story.seed << " ends otherwise (KVO_STORY_SEED=" << story.seed
-      << " KVO_STORIES=1 performs it again). As few of its events as show it:\n";
+  out << "Story " << story.seed << " ends differently (KVO_STORY_SEED=" << story.seed
+      << " KVO_STORIES=1 repeats it). The fewest events that show it:\n";
   for (std::size_t at = 0; at < std::min(parting, both.headless.size()); ++at)
     out << "  " << both.headless[at].event << '\n';
   const Step none{"(it is over)", {}};

@@ -1,4 +1,4 @@
-// Random stories performed twice: without widgets and by a renderer. What they leave is the same.
+// Performs random stories twice, without widgets and with a renderer, and compares the results.
 #pragma once
 
 #include <cstdint>
@@ -9,13 +9,13 @@
 
 namespace kvo {
 
-// In so many stories, each of a user's actions is done now and then.
+// Enough stories for each of a user's actions to be done several times.
 inline constexpr std::uint32_t kEnough = 300;
 inline constexpr const char* kActions[] = {"focus", "click",  "type",   "press", "choose",
                                            "open",  "select", "double", "close", "tick"};
 
-// How many stories tests perform, and the seed of the first one: KVO_STORIES (kEnough) and
-// KVO_STORY_SEED (1) in the environment.
+// The number of stories to perform, and the seed of the first: KVO_STORIES (default kEnough) and
+// KVO_STORY_SEED (default 1) in the environment.
 struct Repertoire {
   std::uint32_t first;
   std::uint32_t count;
@@ -23,10 +23,10 @@ struct Repertoire {
 Repertoire TheRepertoire();
 
 struct Comparison {
-  // The first stories that end otherwise, told with as few events as still show it; empty when
-  // there is none.
+  // The first stories with different results, reduced to the fewest events that show the
+  // difference; empty if there are none.
   std::string difference;
-  // How often the user's events, by their first word, were done in the headless performances.
+  // How often each user action, by its first word, was done in the headless performances.
   std::map<std::string, int> done;
 };
 

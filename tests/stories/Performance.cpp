@@ -25,7 +25,7 @@ std::string Quoted(std::string_view text) {
   return quoted + '"';
 }
 
-// Tells what a user does.
+// Records in words what a user does.
 class TellingUser final : public FormUser {
  public:
   TellingUser(std::unique_ptr<FormUser> user, std::string& told)
@@ -161,7 +161,7 @@ class Performance final : public PageStory {
       case 'F':
         return Note("the next colour dialog will be answered");
       default:
-        return;  // was noted when it was performed
+        return;  // noted when it was performed
     }
   }
 
@@ -206,7 +206,7 @@ class Performance final : public PageStory {
 
   void AddForm(Form& form, std::string& state) {
     for (FormControl* control : form.AllControls()) {
-      // What is read from a database that is gone depends on what was looked at before.
+      // After the database went away, a grid's contents depend on what was read before.
       if (Table().gone && dynamic_cast<Grid*>(control) != nullptr) continue;
       state += InWords(StateOf(*control), "  ");
       if (const auto* list = dynamic_cast<ComboBox*>(control))

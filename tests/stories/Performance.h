@@ -1,4 +1,4 @@
-// A story performed by some user, and what stood on the pages and in the bag after each event.
+// Performs a story with any kind of user, and records the pages and the bag after each event.
 #pragma once
 
 #include <functional>
@@ -10,19 +10,19 @@
 
 namespace kvo {
 
-// Who shows forms and acts on them.
+// Shows forms and acts on them.
 struct Renderer {
   std::function<std::unique_ptr<FormUser>(HeadlessPlatform&, Form&)> user;
-  // Brings a user's form to the front and lets what waits happen; empty where nothing waits.
+  // Brings a user's form to the front and processes pending events; empty if there are none.
   std::function<void(FormUser&)> settle;
-  // In what a form's widgets show something else than the form holds; nothing when in nothing.
+  // Describes where a form's widgets show something other than the form contains; empty if nowhere.
   std::function<std::string(FormUser&, Form&)> misshown;
 };
 
 extern const Renderer kHeadless;
 
 struct Step {
-  std::string event;  // in words, with what became of it
+  std::string event;  // in words, with its outcome
   std::string state;  // of the pages, the frame and the bag, line by line
 };
 

@@ -7,7 +7,7 @@
 namespace kvo {
 namespace {
 
-// What may stand in a page; `\` as fuzz/Bytes.h reads it.
+// Values that may appear in a page; `\` is an escape (fuzz/Bytes.h).
 constexpr std::string_view kStored[] = {
     "",
     "a",
@@ -48,7 +48,7 @@ constexpr std::string_view kStored[] = {
     "eine längere Zeile, die in keinem der Felder ganz zu sehen ist, weil sie nicht endet",
 };
 
-// What a person types: no NUL, no broken character.
+// Texts a person can type: no NUL, no invalid character.
 constexpr std::string_view kTyped[] = {
     "a", "x y", " ",   "0",      "12",       "#00FF00", "ä😀",         "<b>",
     "&", "%",   "a|b", "\\r\\n", "a\\r\\nb", "5 Pixel", "dd.mm.yyyy", "Abc, def.",
@@ -98,7 +98,7 @@ class Writer {
       case 'F':
         return text + Digit(70) + Digit(70) + Digit(70);
       case 'G':
-        return "GSG";  // what a page says to it; when widgets fetch what they show is their affair
+        return "GSG";  // lets the page react; when widgets fetch their contents is up to them
       case 'A':
       case 'S':
       case 'C':
@@ -118,7 +118,7 @@ class Writer {
     return texts[Below(texts.size())];
   }
 
-  std::mt19937 random_;  // whose numbers the standard fixes; those of its distributions it does not
+  std::mt19937 random_;  // whose numbers the standard defines, unlike those of distributions
 };
 
 }  // namespace

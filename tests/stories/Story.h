@@ -1,4 +1,4 @@
-// Random conversations with property pages, as fuzz/PageStory.h reads them.
+// Random stories about property pages, in the format of fuzz/PageStory.h.
 #pragma once
 
 #include <cstdint>
@@ -10,11 +10,11 @@ namespace kvo {
 struct Story {
   std::uint32_t seed = 0;
   std::string opening;              // the class, its pages, its bag
-  std::vector<std::string> events;  // each with what belongs to it
+  std::vector<std::string> events;  // each with its arguments
   std::string Bytes() const;
 };
 
-// The same for a seed on every machine.
+// Writes the same story for a seed on every machine.
 Story WriteStory(std::uint32_t seed);
 
 }  // namespace kvo

@@ -36,7 +36,7 @@ class HomeFolder {
  public:
   HomeFolder() : path_(std::filesystem::temp_directory_path() / "kvo-home-XXXXXX") {
     if (mkdtemp(path_.data()) != nullptr) return;
-    std::perror("The tests' home folder cannot be made");
+    std::perror("Cannot create the tests' home folder");
     _exit(2);
   }
   ~HomeFolder() {

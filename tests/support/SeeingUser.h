@@ -1,4 +1,4 @@
-// A headless user who keeps what the form tells of its controls.
+// A headless user who records the form's notifications about its controls.
 #pragma once
 
 #include "host/script/HeadlessUser.h"

@@ -1,5 +1,5 @@
-// Lambdas as functions that Windows calls: for 32 bit these have a calling convention of their own,
-// into which GCC converts no lambda.
+// Converts lambdas to functions that Windows calls. In 32-bit programs these have their own calling
+// convention, which GCC does not convert lambdas to.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,7 @@ auto* CallbackOf(Result (*)(Arguments...)) {
   return &Function::Call;
 }
 
-// The lambda captures nothing.
+// The lambda must not capture anything.
 template <class Lambda>
 auto* Callback(Lambda lambda) {
   return CallbackOf<Lambda>(+lambda);

@@ -1,7 +1,7 @@
 #!/bin/bash
-# registration.sh DLL KIND: regsvr32 writes what it should, once or twice, for the machine and for the
-# user, and regsvr32 /u leaves the registry as it was. In a Wine prefix of its own, which is made
-# anew. The names and ids come from tests/golden/classes.txt.
+# registration.sh DLL KIND: tests that regsvr32, run once or twice, for the machine and for the
+# user, writes the required keys, and that regsvr32 /u restores the registry. Uses a new Wine prefix
+# of its own. The names and ids come from tests/golden/classes.txt.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
 if [ $# -ne 2 ]; then
@@ -12,14 +12,14 @@ windows_path() { printf 'Z:%s' "$(realpath "$1" | tr / '\\')"; }
 dll=$(windows_path "$1")
 folder=${dll%\\*}
 classes=$here/../golden/classes.txt
-# The type library's key for programs like the component, and that for the others.
+# The type library's key for programs of the component's kind, and for those of the other kind.
 kind=$2
 other_kind=win32
 [ "$kind" = win64 ] || other_kind=win64
 
 work=$(mktemp -d)
 export KVO_WINE_PREFIX=$work/prefix
-# Only what this prefix started is ended.
+# Ends only programs of this prefix.
 end() {
   "$here/under-wine.sh" --end >/dev/null 2>&1
   rm -rf "$work"
@@ -34,8 +34,8 @@ complain() {
 }
 wine() { "$here/under-wine.sh" "$@" </dev/null; }
 
-# export_classes NAME: both roots of classes into NAME.machine and NAME.user, in UTF-8. Windows has
-# no user's classes until somebody registers one, and may then keep an empty key.
+# export_classes NAME: writes both class roots to NAME.machine and NAME.user, in UTF-8. Windows has
+# no user classes until something registers one, and may keep an empty key afterwards.
 export_classes() {
   local root file
   for root in machine:HKLM user:HKCU; do
@@ -44,18 +44,18 @@ export_classes() {
     wine reg add "${root#*:}\\Software\\Classes" /f >/dev/null
     wine reg export "${root#*:}\\Software\\Classes" "Z:${file//\//\\}.reg" /y >/dev/null
     if ! iconv -f utf-16 -t utf-8 "$file.reg" | tr -d '\r' >"$file" || ! [ -s "$file" ]; then
-      complain "The registry could not be exported: $file"
+      complain "Cannot export the registry: $file"
     fi
   done
 }
 
-# same A B: both exports are the same to the byte.
+# same A B: both exports are identical, byte for byte.
 same() {
   local root
   for root in machine user; do
     checks=$((checks + 1))
     cmp -s "$work/$1.$root" "$work/$2.$root" || {
-      complain "$2: the $root's classes are not as $1:"
+      complain "$2: the $root's classes differ from $1:"
       diff "$work/$1.$root" "$work/$2.$root" | head -n 10
     }
   done
@@ -66,8 +66,8 @@ regsvr() {
   wine regsvr32 /s "$@" "$dll" || complain "regsvr32 $* failed: $?"
 }
 
-# flatten NAME: NAME.machine.flat and NAME.user.flat, a line for each key and each value: the key in
-# small letters, a tab, and what reg writes about the value.
+# flatten NAME: writes NAME.machine.flat and NAME.user.flat, with a line for each key and each
+# value: the key in lower case, a tab, and reg's line for the value.
 flatten() {
   local root
   for root in machine user; do
@@ -78,7 +78,7 @@ flatten() {
 
 small() { printf '%s' "$1" | tr '[:upper:]' '[:lower:]'; }
 
-# expect FILE ROOT KEY NAME TEXT: a text under a key; "@" is the key's own.
+# expect FILE ROOT KEY NAME TEXT: the key has this text value; "@" is its default value.
 expect() {
   local value="$4"
   [ "$4" = @ ] || value="\"$4\""
@@ -95,10 +95,10 @@ expect_key() {
 expect_no_key() {
   checks=$((checks + 1))
   ! grep -qxF "$(small "[$2\\Software\\Classes\\$3]")"$'\t' "$1" ||
-    complain "key that should not be: $3"
+    complain "unexpected key: $3"
 }
 
-# "NAME ID" of each control and each page, in the order of the list of classes.
+# Prints "NAME ID" of each control and each page, in the order of the list of classes.
 registered_classes() {
   local page
   sed -n 's/^\(DTC[A-Za-z]*\) \({.*}\)$/\1 \2/p' "$classes"
@@ -107,7 +107,7 @@ registered_classes() {
   done
 }
 
-# library_id NAME: the id behind a constant of the list of classes.
+# library_id NAME: prints the id of a constant from the list of classes.
 library_id() {
   sed -n "/ $1 =/,/;/p" "${list%.cpp}.h" | grep -o '{[0-9A-F-]\{36\}}' | head -n 1
 }
@@ -120,7 +120,7 @@ framework=$(library_id kFramework)
 contract=$(library_id kRuntimeTextInterfaceId)
 category='{40FC6ED4-2438-11CF-A3DB-080036F12502}'
 
-# expect_all EXPORT ROOT: everything of all classes.
+# expect_all EXPORT ROOT: expects all keys of all classes.
 expect_all() {
   local file=$1 root=$2 name id bitmap=0 controls=0 pages=0 key
   while read -r name id; do
@@ -168,7 +168,7 @@ expect_all() {
   expect "$file" "$root" "$key\\TypeLib" Version 1.0
 }
 
-# round ROOT HIVE OPTION...: registers once and again, checks, unregisters.
+# round ROOT HIVE OPTION...: registers twice, checks, and unregisters.
 round() {
   local root=$1 hive=$2
   shift 2
@@ -180,7 +180,7 @@ round() {
   regsvr "$@"
   export_classes "twice-$root"
   same "once-$root" "twice-$root"
-  # The other root is left alone.
+  # The other root must be unchanged.
   local other=user
   [ "$root" = machine ] || other=machine
   checks=$((checks + 1))
@@ -192,11 +192,11 @@ round() {
   regsvr /u "$@"
   export_classes "after-$root"
   same "before-$root" "after-$root"
-  # Nothing to remove is no failure.
+  # Removing nothing is not a failure.
   regsvr /u "$@"
 }
 
-# What programs of the other kind find under the same keys stays until their module goes.
+# Keys shared with programs of the other kind stay until their module is unregistered.
 shared_stays() {
   local name id file=$work/shared.machine.flat root=HKEY_LOCAL_MACHINE
   local other="TypeLib\\$library\\1.0\\0\\$other_kind"

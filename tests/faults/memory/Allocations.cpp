@@ -7,7 +7,7 @@ namespace kvo::test {
 namespace {
 
 long g_live = 0;
-long g_untilFailure = 0;  // 0: none is to fail
+long g_untilFailure = 0;  // 0: none will fail
 
 void* Allocated(std::size_t size) noexcept {
   if (g_untilFailure > 0 && --g_untilFailure == 0) return nullptr;
@@ -33,7 +33,7 @@ long LiveAllocations() { return g_live; }
 
 FailingAllocation::FailingAllocation(long number) { g_untilFailure = number; }
 FailingAllocation::~FailingAllocation() {
-  // Stays at 0 when the failure happened.
+  // Leaves 0 once the failure has happened.
   g_untilFailure = -g_untilFailure;
 }
 bool FailingAllocation::Happened() { return g_untilFailure == 0; }

@@ -1,12 +1,12 @@
-// Every allocation of this program, counted, and one of them failing on demand.
+// Counts every allocation of this program, and makes one of them fail on demand.
 #pragma once
 
 namespace kvo::test {
 
-// How many allocations are not freed yet.
+// Returns the number of allocations that have not been freed.
 long LiveAllocations();
 
-// While it lives, the allocation with this number, from 1, fails; later ones do not.
+// During its lifetime, the allocation with this number, counted from 1, fails; later ones succeed.
 class FailingAllocation {
  public:
   explicit FailingAllocation(long number);
@@ -14,7 +14,7 @@ class FailingAllocation {
   FailingAllocation& operator=(const FailingAllocation&) = delete;
   ~FailingAllocation();
 
-  static bool Happened();  // of the latest one
+  static bool Happened();  // for the most recent object
 };
 
 }  // namespace kvo::test

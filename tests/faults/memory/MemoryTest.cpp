@@ -1,5 +1,5 @@
-// The n-th allocation fails, for every n: std::bad_alloc comes out or the work is done all the
-// same, nothing leaks, controls and pages are as they were, and another try succeeds.
+// Makes the n-th allocation fail, for every n: either std::bad_alloc is thrown or the work succeeds
+// anyway, nothing leaks, controls and pages are unchanged, and a second try succeeds.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -19,10 +19,10 @@ namespace {
 
 using page::Page;
 
-// Long enough that a string of it is allocated.
+// Too long for a string's internal buffer.
 const std::string kLong = "a value that is too long to be held inside of a string, & then \"some\"";
 
-// A control as an element, with values that need memory.
+// Returns a control's element, with values that need allocations.
 std::string ElementOf(const ControlClass& contract, int number) {
   std::vector<MemoryBag::Entry> bag;
   for (const PropertyRow& row : contract.bag) {
@@ -33,7 +33,7 @@ std::string ElementOf(const ControlClass& contract, int number) {
   return page::ElementText(contract, "The control with the number " + std::to_string(number), bag);
 }
 
-// Every class, as elements and as saved spans.
+// Returns a page with every class, both as elements and as saved spans.
 std::string PageOfAllClasses() {
   std::string text = "<!DOCTYPE html><html><head><meta charset=\"utf-8\"></head><body>\r\n";
   int number = 0;
@@ -46,12 +46,12 @@ std::string PageOfAllClasses() {
 
 class Memory : public ::testing::Test {
  protected:
-  // Does the work again and again, each time with the next allocation failing, until none is left.
-  // `work` returns what it made; `isAsBefore` is asked after each failure.
+  // Repeats the work, failing one allocation after the other, until all have failed once. `work`
+  // returns its result; `isAsBefore` is called after each failure.
   void WithEachAllocationFailing(
       const std::function<std::string()>& work,
       const std::function<bool()>& isAsBefore = [] { return true; }) {
-    const std::string expected = work();  // also makes what is made once and kept
+    const std::string expected = work();  // also creates what is cached
     for (long number = 1;; ++number) {
       const long live = LiveAllocations();
       bool failed = false;
@@ -67,7 +67,7 @@ class Memory : public ::testing::Test {
       const long left = LiveAllocations() - live;
       const bool happened = FailingAllocation::Happened();
       ASSERT_EQ(left, 0) << "leaked with allocation " << number << " failing";
-      ASSERT_TRUE(same) << "another result with allocation " << number << " failing";
+      ASSERT_TRUE(same) << "result changed with allocation " << number << " failing";
       ASSERT_FALSE(failed && !happened);
       if (!happened) break;
       failures_ += failed;
@@ -78,14 +78,14 @@ class Memory : public ::testing::Test {
   }
 
   ~Memory() override {
-    std::cout << allocations_ << " allocations failed, " << failures_ << " of them came out\n";
+    std::cout << allocations_ << " allocations failed, " << failures_ << " of them threw\n";
   }
 
   int allocations_ = 0;
   int failures_ = 0;
 
  private:
-  // Every run is to make the same.
+  // Makes the same identifier in every run.
   class Platform final : public HeadlessPlatform {
     GuidText NewGuid() override {
       GuidText guid;
@@ -127,7 +127,7 @@ TEST_F(Memory, SavingAndPublishing) {
   EXPECT_GT(failures_, 200);
 }
 
-TEST_F(Memory, ReadingAPageAndChangingAControlOfIt) {
+TEST_F(Memory, ReadingAPageAndChangingOneControl) {
   const std::string bytes = PageOfAllClasses();
   const page::Edit edit{3, [](Control& control) { control.Let("Namespace", kLong); }};
   WithEachAllocationFailing([&] {
@@ -166,7 +166,7 @@ std::string StateOf(const Control& control) {
   return text + control.GetRuntimeText();
 }
 
-// A control of each class, loaded from the page of all of them.
+// Returns a control of each class, loaded from the page of all classes.
 std::vector<std::shared_ptr<Control>> AllControls() {
   std::vector<std::shared_ptr<Control>> controls;
   const Page page(PageOfAllClasses());
@@ -176,7 +176,7 @@ std::vector<std::shared_ptr<Control>> AllControls() {
   return controls;
 }
 
-TEST_F(Memory, LoadingStoringAndTheTextOfEachClass) {
+TEST_F(Memory, LoadingStoringAndRuntimeTextOfEachClass) {
   for (const std::shared_ptr<Control>& control : AllControls()) {
     SCOPED_TRACE(control->Class().name);
     const std::vector<MemoryBag::Entry> bag = page::StoredBag(*control);
@@ -201,7 +201,7 @@ Variant OtherValue(const PropertyRow& row) {
   }
 }
 
-// A setter that fails has set nothing.
+// A setter that fails changes nothing.
 TEST_F(Memory, SettingEachPropertyOfEachClass) {
   int set = 0;
   for (const std::shared_ptr<Control>& control : AllControls()) {
@@ -245,8 +245,8 @@ TEST_F(Memory, SettingEachPropertyOfEachClass) {
   EXPECT_GT(failures_, 10);
 }
 
-// What makes the tests above worth something: a leak and a change do not get past them.
-TEST_F(Memory, ALeakIsSeen) {
+// Proves that the tests above detect a leak and a change.
+TEST_F(Memory, DetectsALeak) {
   const long live = LiveAllocations();
   const auto kept = std::make_unique<std::string>(kLong);
   EXPECT_EQ(LiveAllocations(), live + 2);

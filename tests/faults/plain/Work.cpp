@@ -1,6 +1,6 @@
-// Counts how much the program does, so that a test can tell twice the work from four times the work
-// without a clock: the blocks of code that it runs through, and the bytes that the C library
-// copies, compares and searches for it. Both go into the file that KVO_WORK_FILE names, at the end.
+// Counts the program's work, so that a test can tell linear from quadratic growth without a clock:
+// the basic blocks it executes, and the bytes that the C library copies, compares and searches for
+// it. Writes both at exit to the file named by KVO_WORK_FILE.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <unistd.h>
@@ -54,7 +54,7 @@ extern "C" {
 [[gnu::no_sanitize_coverage]] int memcmp(const void* a, const void* b, std::size_t size) {
   static const Compare real = Real<Compare>("memcmp");
   const int order = real(a, b, size);
-  if (order == 0) g_bytes += size;  // else it may have stopped at the first byte
+  if (order == 0) g_bytes += size;  // otherwise it may have stopped at the first byte
   return order;
 }
 

@@ -1,18 +1,17 @@
-// Loaded in front of the C library (LD_PRELOAD), makes one of the program's calls of the system
-// come to something else. KVO_FAIL says which: "CALL NUMBER WHAT", where the first call of a name
-// has the number 1, and WHAT is
+// Preloaded before the C library (LD_PRELOAD), changes one of the program's system calls. KVO_FAIL
+// selects it: "CALL NUMBER WHAT". NUMBER counts the calls of that name from 1. WHAT is
 //
-//   an error's number    that call fails with it
-//   short                from that one on, no more than a few bytes are read or written
-//   zero                 from that one on, nothing is written, without an error
-//   without              from that one on, there is no memory (of malloc)
-//   dies-before          the program dies at once
-//   dies-after           it dies when the call is done
-//   ended-before         the program is asked to end (SIGTERM)
-//   ended-after          it is asked when the call is done
+//   an error number      the call fails with it
+//   short                from this call on, only a few bytes are read or written
+//   zero                 from this call on, nothing is written, without an error
+//   without              from this call on, malloc has no memory
+//   dies-before          the program is killed before the call
+//   dies-after           the program is killed after the call
+//   ended-before         the program receives SIGTERM before the call
+//   ended-after          the program receives SIGTERM after the call
 //
-// When it happens, the file that KVO_FAIL_MARK names is made. None of the system's headers that
-// declare these functions is included, so that they can be defined here without their attributes.
+// When it happens, creates the file named by KVO_FAIL_MARK. Includes none of the system headers
+// that declare these functions, so that it can define them without their attributes.
 #include <dlfcn.h>
 #include <sys/syscall.h>
 
@@ -44,7 +43,7 @@ struct Plan {
 Plan g_plan;
 long g_calls = 0;
 
-// Nothing here allocates: malloc may be the one that fails.
+// Must not allocate, because malloc may be the function that fails.
 void Learn() {
   if (environ == nullptr) return;  // the program is still being loaded
   g_plan.known = true;
@@ -77,7 +76,7 @@ void Signal() {
   syscall(SYS_kill, syscall(SYS_getpid), Is("dies-before") || Is("dies-after") ? SIGKILL : SIGTERM);
 }
 
-// What becomes of the call that is being made; with an error, errno is set.
+// Returns what to do with the current call; sets errno for an error.
 Fate Meet(const char* call) {
   if (!g_plan.known) Learn();
   if (std::strcmp(call, g_plan.call) != 0) return Fate::none;
@@ -89,7 +88,7 @@ Fate Meet(const char* call) {
   if (Is("zero")) return Fate::nothing;
   if (Is("dies-before") || Is("ended-before")) {
     Signal();
-    return Fate::none;  // the program may have something to do before it ends
+    return Fate::none;  // the program may clean up before it exits
   }
   if (Is("dies-after") || Is("ended-after")) return Fate::laterSignal;
   errno = Is("without") ? ENOMEM : static_cast<int>(std::strtol(g_plan.what, nullptr, 10));
@@ -102,7 +101,7 @@ Result Real(const char* name, Parameters... parameters) {
   return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name))(parameters...);
 }
 
-// A call that fails with -1 and is then not made.
+// Either fails with -1 without making the call, or makes it.
 template <class... Parameters>
 int Call(const char* name, Parameters... parameters) {
   const Fate fate = Meet(name);
@@ -143,7 +142,7 @@ int openat(int folder, const char* file, int flags, ...) {
   return Call("openat", folder, file, flags, mode);
 }
 
-// What fails is closed all the same, as the system does it.
+// Closes the file even when it reports an error, as the system does.
 int close(int descriptor) {
   const Fate fate = Meet("close");
   const int error = errno;

@@ -1,4 +1,4 @@
-// kvo check with the products of the shop.
+// kvo check with the shop's products.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -69,14 +69,14 @@ TEST_F(ShopCheck, ReadsAPageFromStandardInput) {
   EXPECT_EQ(result.code, 1);
   EXPECT_NE(result.out.find("[unknown-product]"), std::string::npos) << result.out;
 }
-// It may have come with the page, and must not choose what is connected to.
-TEST_F(ShopCheck, LeavesTheShopAloneThatAnOfficeBesideThePageNames) {
+// It may come from outside together with the page, and must not choose a server to connect to.
+TEST_F(ShopCheck, IgnoresTheShopOfAnOfficeNextToThePage) {
   WriteSqliteShop();
   const Result result = Kvo({"check", "bad.html"});
   EXPECT_EQ(result.code, 0);
   EXPECT_EQ(result.out + result.err, "");
 }
-TEST_F(ShopCheck, WarnsOnceInARunOfAShopThatCannotBeRead) {
+TEST_F(ShopCheck, WarnsOncePerRunAboutAnUnreadableShop) {
   WriteOffice("sqlite3://missing.db");
   const Result result =
       Kvo({"check", "bad.html", "good.html", "--office", "office.json", "--json"});
@@ -88,7 +88,7 @@ TEST_F(ShopCheck, WarnsOnceInARunOfAShopThatCannotBeRead) {
   EXPECT_NE(problems[0]["message"].get<std::string>().find("missing.db"), std::string::npos);
   EXPECT_FALSE(Exists("missing.db"));
 }
-TEST_F(ShopCheck, AsksNothingForAPageWithoutProducts) {
+TEST_F(ShopCheck, QueriesNothingForAPageWithoutProducts) {
   WriteOffice("sqlite3://missing.db");
   Write("x.html", PrintElement("x"));
   const Result result = Kvo({"check", "x.html", "--office", "office.json"});

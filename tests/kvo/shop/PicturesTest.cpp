@@ -1,4 +1,4 @@
-// The pictures of docs/pages.md, drawn with the shop of the example newsletter.
+// The pictures in docs/pages.md, drawn with the shop of the example newsletter.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -41,7 +41,7 @@ TEST_F(PagePictures, OfTheDocumentationAreCurrent) {
   for (const auto& drawn : std::filesystem::directory_iterator(work / "pages")) {
     const std::string name = "pages/" + drawn.path().filename().string();
     EXPECT_EQ(Bytes(kSource / "docs" / name), Bytes(drawn.path()))
-        << "docs/" << name << " is out of date. When the change is meant, draw it as "
+        << "docs/" << name << " is out of date. If the change is intended, draw it as "
         << "docs/pages.md says.";
     EXPECT_NE(text.find('(' + name + ')'), std::string::npos) << name;
     ++pictures;

@@ -1,4 +1,4 @@
-// Conversations with pages that read the shop's database.
+// Scripts for pages that read the shop's database.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -17,7 +17,7 @@ using Json = nlohmann::ordered_json;
 using shop::PostgresqlServer;
 using shop::SqliteFile;
 
-// Picks three of two hundred products beside the one that the list has.
+// Picks three of two hundred products in addition to the one in the list.
 constexpr const char* kPicking =
     "open liste\n"
     "page propProdListPicker\n"
@@ -41,7 +41,7 @@ class ShopScript : public Program {
     Write("shop/office.json", Json({{"shopDatabase", connectionString}}).dump());
   }
 
-  // An SQLite file of two hundred products beside the office file.
+  // Writes an SQLite file with two hundred products next to the office file.
   void WriteSqliteShop() const {
     WriteOffice("sqlite3://shop.db");
     SqliteFile file;
@@ -56,7 +56,7 @@ class ShopScript : public Program {
   }
 };
 
-// The one whose `key` is `value`; null when there is none.
+// Returns the object whose `key` is `value`; null if there is none.
 Json Named(const Json& list, const char* key, const std::string& value) {
   for (const Json& each : list)
     if (each[key] == value) return each;
@@ -92,7 +92,7 @@ void ExpectPicked(const Result& result) {
             std::string::npos);
 }
 
-TEST_F(ShopScript, PicksProductsOfAFileThatLiesBesideTheOfficeFile) {
+TEST_F(ShopScript, PicksProductsOfAFileNextToTheOfficeFile) {
   WriteSqliteShop();
   const std::string page = Read("x.html");
   ExpectPicked(Picking());
@@ -111,11 +111,11 @@ TEST_F(ShopScript, PicksProductsOfAPostgresqlServer) {
     WriteOffice(connectionString);
     const Result result = Picking();
     ExpectPicked(result);
-    EXPECT_EQ(result.out.find("eim"), std::string::npos) << result.out;  // of the password
+    EXPECT_EQ(result.out.find("eim"), std::string::npos) << result.out;  // part of the password
   }
 }
 
-// The conversation stops where the picker is to show, and the control stays as it is.
+// Expects the script to stop at the picker, and the control to be unchanged.
 void ExpectStopped(const Result& result, const std::string& message) {
   EXPECT_EQ(result.code, 1) << result.out << result.err;
   const Json document = Json::parse(result.out);
@@ -137,7 +137,7 @@ TEST_F(ShopScript, AMissingFileStopsItAndIsNamed) {
   EXPECT_FALSE(Exists("shop/shop.db"));
 }
 
-TEST_F(ShopScript, AServerThatRefusesStopsItWithoutShowingThePassword) {
+TEST_F(ShopScript, ARefusingServerStopsItWithoutShowingThePassword) {
   const PostgresqlServer server;
   std::string refused = server.Uri();
   refused.replace(refused.find("geh"), 3, "nah");
@@ -155,8 +155,8 @@ TEST_F(ShopScript, WithoutAShopDatabaseThePickerFails) {
   EXPECT_EQ(result.err, "");
 }
 
-TEST_F(ShopScript, ADriverThatIsNotInstalledStopsItAndItsPackageIsNamed) {
-  // What is no library hides the system's of the same name.
+TEST_F(ShopScript, AMissingDriverStopsItAndItsPackageIsNamed) {
+  // Hides the system's driver with a file of the same name that is not a library.
   const auto drivers = Folder() / "drivers";
   std::filesystem::create_directory(drivers);
   for (const auto& [connectionString, driver, package] :
@@ -180,7 +180,7 @@ TEST_F(ShopScript, ADriverThatIsNotInstalledStopsItAndItsPackageIsNamed) {
   }
 }
 
-// With them it would start several times slower, and not at all where there are none.
+// Loading them would make kvo start several times slower, and fail without them.
 TEST_F(ShopScript, KvoLoadsNoDriverBeforeAShopIsOpened) {
   const std::string libraries = Kvo({}, "", {{"LD_TRACE_LOADED_OBJECTS", "1"}}).out;
   EXPECT_NE(libraries.find("libsoci_core.so"), std::string::npos) << libraries;

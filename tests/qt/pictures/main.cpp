@@ -1,5 +1,5 @@
 // kvo_qt_pictures FOLDER light|dark: draws every property page in its frame, the dialog, and the
-// machine's dialogs. Fails when a picture is empty.
+// system's dialogs. Fails if a picture is empty.
 #include <QApplication>
 #include <QColorDialog>
 #include <QDir>
@@ -52,17 +52,17 @@ class Studio {
     QCoreApplication::processEvents();
     const QString file = folder_ + QLatin1Char('/') + ToQt(name) + suffix_ + QLatin1String(".png");
     const QImage image = window.grab().toImage();
-    // Something is drawn: not all of it is the window's face.
+    // Something was drawn if not every pixel has the window's colour.
     bool drawn = false;
     for (int x = 0; x < image.width() && !drawn; ++x)
       for (int y = 0; y < image.height() && !drawn; ++y)
         drawn = image.pixelColor(x, y) != image.pixelColor(0, 0);
     if (drawn && image.save(file)) return;
-    std::fprintf(stderr, "%s: nothing to see\n", qPrintable(file));
+    std::fprintf(stderr, "%s: the picture is empty\n", qPrintable(file));
     failed = true;
   }
 
-  // Draws the modal dialog that shows next, and closes it.
+  // Draws the next modal dialog, and closes it.
   void DrawNext(std::string_view name) {
     QTimer::singleShot(50, qApp, [this, name] {
       QWidget* dialog = QApplication::activeModalWidget();
@@ -90,7 +90,7 @@ void DrawPages(Studio& studio, const ObjectRef& office) {
       PropertyFrameDialog dialog(contract.name, {control}, pages, CreatePage, nullptr);
       dialog.findChild<QTabWidget*>()->setCurrentIndex(static_cast<int>(tab - pages.begin()));
       studio.Draw(dialog, page.name);
-      // With the user on a row, whose editor is open then.
+      // Selects a row, so that its editor is open.
       if (auto* grid = dialog.View(static_cast<std::size_t>(tab - pages.begin()))
                            .findChild<QTreeView*>(QStringLiteral("suiDesign"))) {
         constexpr int kColorRow = 4;

@@ -18,7 +18,7 @@
 namespace kvo::shop {
 namespace {
 
-// The server refuses to run as root; the package comes with a user for it.
+// The server refuses to run as root; the package creates this user for it.
 constexpr const char* kServerUser = "postgres";
 
 std::filesystem::path Programs() {
@@ -50,7 +50,7 @@ std::string Output(const std::string& command, int& status) {
   return output;
 }
 
-// Gives up root's rights for those of the server's user.
+// Switches from root to the server's user.
 bool BecomeServerUser() {
   if (geteuid() != 0) return true;
   const passwd* user = getpwnam(kServerUser);
@@ -101,7 +101,7 @@ void PostgresqlServer::Start() {
   if (server_ < 0) throw std::runtime_error("fork failed");
   if (server_ == 0) {
     if (!BecomeServerUser()) _exit(126);
-    prctl(PR_SET_PDEATHSIG, SIGQUIT);  // it never outlives the test, however that ends
+    prctl(PR_SET_PDEATHSIG, SIGQUIT);  // it must not outlive the test, however that ends
     if (chdir("/") != 0 || freopen(log.c_str(), "a", stderr) == nullptr) _exit(126);
     execl(program.c_str(), program.c_str(), "-D", data.c_str(), "-k", folder_.c_str(), "-c",
           "listen_addresses=", "-c", "fsync=off", "-c", "shared_buffers=64MB",
@@ -119,7 +119,7 @@ void PostgresqlServer::Start() {
                         std::chrono::steady_clock::now() > deadline)) {
       std::ifstream lines(log);
       const std::string said{std::istreambuf_iterator<char>(lines), {}};
-      throw std::runtime_error("The PostgreSQL server does not start: " + said);
+      throw std::runtime_error("The PostgreSQL server did not start: " + said);
     }
     if (status != 0) std::this_thread::sleep_for(20ms);
   }
@@ -127,7 +127,7 @@ void PostgresqlServer::Start() {
 
 void PostgresqlServer::Stop() {
   if (server_ == 0) return;
-  kill(server_, SIGINT);  // ends every session
+  kill(server_, SIGINT);  // ends all sessions
   waitpid(server_, nullptr, 0);
   server_ = 0;
 }
@@ -153,7 +153,7 @@ std::string PostgresqlServer::Run(const std::string& statements) const {
 }
 
 void PostgresqlServer::FillProducts(int count) const {
-  // In one go, so that the table holds its records in their order.
+  // Creates the table in one statement, so that it keeps its records in order.
   Run("CREATE UNLOGGED TABLE Products AS SELECT 'P-' || lpad(i::text, 7, '0') AS ProductNo,"
       " 'Artikel ' || i AS Desc1,"
       " CASE WHEN i % 10 = 9 THEN NULL ELSE 'Beschreibung von Artikel ' || i END AS Desc2"

@@ -1,5 +1,5 @@
-// A PostgreSQL server with an empty cluster of its own, from Debian's package, for the time of its
-// life. It listens on a socket in its own folder only.
+// A PostgreSQL server from Debian's package with an empty cluster of its own. Runs until its
+// destruction, and listens only on a socket in its own folder.
 #pragma once
 
 #include <sys/types.h>
@@ -10,7 +10,7 @@
 
 namespace kvo::shop {
 
-// Whatever goes wrong is a std::runtime_error that says what; nothing is skipped.
+// Reports any failure as a std::runtime_error; never skips a test.
 class PostgresqlServer {
  public:
   PostgresqlServer();
@@ -21,7 +21,7 @@ class PostgresqlServer {
   static constexpr std::string_view kUser = "shop";
   static constexpr std::string_view kPassword = "geh'eim@7";
 
-  // user:password@... with the password's characters escaped, and key=value pairs.
+  // Connection strings: user:password@... with escaped password, and key=value pairs.
   std::string Uri() const;
   std::string Pairs() const;
 
@@ -29,7 +29,7 @@ class PostgresqlServer {
   void Stop();
   // Runs statements through psql and returns what it printed, unaligned and without headings.
   std::string Run(const std::string& statements) const;
-  // As SqliteFile does.
+  // Creates the same table as SqliteFile does.
   void FillProducts(int count) const;
 
  private:

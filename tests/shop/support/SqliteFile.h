@@ -1,4 +1,4 @@
-// An SQLite file in a folder of its own, for the time of its life.
+// An SQLite file in a temporary folder of its own.
 #pragma once
 
 #include <filesystem>
@@ -22,11 +22,11 @@ class SqliteFile {
   // Runs statements on a connection that stays open, so that it can hold a lock. Throws
   // std::runtime_error.
   void Run(std::string_view statements);
-  // Lets the file go.
+  // Closes the connection.
   void Close();
 
-  // A table Products with `count` records: ProductNo "P-0000000", Desc1 "Artikel 0", Desc2 null in
-  // every tenth.
+  // Creates a table Products with `count` records: ProductNo "P-0000000", Desc1 "Artikel 0", Desc2
+  // null in every tenth.
   void FillProducts(int count);
 
  private:

@@ -1,5 +1,4 @@
-// The rules of COM that hold for every method: what is asked for wrongly fails as it should, and
-// every out parameter is set.
+// COM rules for every method: wrong requests fail as required, and every out parameter is set.
 #include <cstring>
 #include <functional>
 #include <type_traits>
@@ -42,7 +41,7 @@ class EveryControl : public ModuleTest, public testing::WithParamInterface<std::
   }
 };
 
-TEST_P(EveryControl, IsOneObjectBehindAllItsInterfaces) {
+TEST_P(EveryControl, HasOneIdentityForAllItsInterfaces) {
   const auto object = Make<IUnknown>();
   for (const IID& first : ControlInterfaces(GetParam())) {
     SCOPED_TRACE(FromWide(GuidString(first)));
@@ -60,7 +59,7 @@ TEST_P(EveryControl, IsOneObjectBehindAllItsInterfaces) {
   }
 }
 
-// A call with poisoned out parameters, and whether it set them all.
+// Makes a call with poisoned out parameters and checks that it set them all.
 struct OutCall {
   const char* name;
   std::function<HRESULT()> withNull;
@@ -76,7 +75,7 @@ OutCall Out(const char* name, Call call) {
             T poison = out;
             const HRESULT code = call(&out);
             const bool set = std::memcmp(&out, &poison, sizeof out) != 0;
-            // What came is given back.
+            // Releases what was returned.
             if constexpr (std::is_pointer_v<T>) {
               using Pointed = std::remove_pointer_t<T>;
               if constexpr (std::is_base_of_v<IUnknown, Pointed>)
@@ -105,12 +104,12 @@ TEST_P(EveryControl, SetsEveryOutParameter) {
       Out<UINT>("GetTypeInfoCount", [&](UINT* out) { return dispatch->GetTypeInfoCount(out); }),
       Out<ITypeInfo*>("GetTypeInfo",
                       [&](ITypeInfo** out) { return dispatch->GetTypeInfo(0, 0, out); }),
-      Out<ITypeInfo*>("GetTypeInfo of none",
+      Out<ITypeInfo*>("GetTypeInfo of an unknown one",
                       [&](ITypeInfo** out) { return dispatch->GetTypeInfo(1, 0, out); }),
       Out<ITypeInfo*>("GetClassInfo", [&](ITypeInfo** out) { return info->GetClassInfo(out); }),
       Out<GUID>("GetGUID",
                 [&](GUID* out) { return info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, out); }),
-      Out<GUID>("GetGUID of no kind", [&](GUID* out) { return info->GetGUID(99, out); }),
+      Out<GUID>("GetGUID of an unknown kind", [&](GUID* out) { return info->GetGUID(99, out); }),
       Out<IEnumConnectionPoints*>(
           "EnumConnectionPoints",
           [&](IEnumConnectionPoints** out) { return points->EnumConnectionPoints(out); }),
@@ -119,7 +118,7 @@ TEST_P(EveryControl, SetsEveryOutParameter) {
                                return points->FindConnectionPoint(IID_IPropertyNotifySink, out);
                              }),
       Out<IConnectionPoint*>(
-          "FindConnectionPoint of none",
+          "FindConnectionPoint of an unknown one",
           [&](IConnectionPoint** out) { return points->FindConnectionPoint(kNobodys, out); }),
       Out<IID>("GetConnectionInterface",
                [&](IID* out) { return point->GetConnectionInterface(out); }),
@@ -147,8 +146,8 @@ TEST_P(EveryControl, SetsEveryOutParameter) {
                  [&](DWORD* out) { return ole->GetMiscStatus(DVASPECT_CONTENT, out); }),
       Out<DWORD>("GetMiscStatus of an icon",
                  [&](DWORD* out) { return ole->GetMiscStatus(DVASPECT_ICON, out); }),
-      Out<DWORD>("Advise with nobody", [&](DWORD* out) { return ole->Advise(nullptr, out); }),
-      Out<DWORD>("Advise of the point with nobody",
+      Out<DWORD>("Advise with null", [&](DWORD* out) { return ole->Advise(nullptr, out); }),
+      Out<DWORD>("Advise of the connection point with null",
                  [&](DWORD* out) { return point->Advise(nullptr, out); }),
       Out<HWND>("GetWindow", [&](HWND* out) { return window->GetWindow(out); }),
       Out<LOGPALETTE*>("GetColorSet",
@@ -162,11 +161,11 @@ TEST_P(EveryControl, SetsEveryOutParameter) {
                  [&](SIZEL* out) { return view->GetExtent(DVASPECT_CONTENT, -1, nullptr, out); }),
       Out<SIZEL>("GetExtent of a part of the view",
                  [&](SIZEL* out) { return view->GetExtent(DVASPECT_CONTENT, 3, nullptr, out); }),
-      Out<CLSID>("MapPropertyToPage of none",
+      Out<CLSID>("MapPropertyToPage of an unknown property",
                  [&](CLSID* out) { return browsing->MapPropertyToPage(4711, out); }),
       Out<CLSID>("MapPropertyToPage",
                  [&](CLSID* out) { return browsing->MapPropertyToPage(1, out); }),
-      Out<BSTR>("GetDisplayString of none",
+      Out<BSTR>("GetDisplayString of an unknown property",
                 [&](BSTR* out) { return browsing->GetDisplayString(4711, out); }),
       Out<VARIANT>("GetPredefinedValue",
                    [&](VARIANT* out) { return browsing->GetPredefinedValue(1, 0, out); }),
@@ -177,7 +176,7 @@ TEST_P(EveryControl, SetsEveryOutParameter) {
     EXPECT_TRUE(call.clears());
   }
 
-  // Those that hand out memory.
+  // The methods that return memory.
   BSTR runtime = PoisonedText();
   EXPECT_EQ(text->GetRuntimeText(nullptr), E_POINTER);
   EXPECT_EQ(text->GetRuntimeText(&runtime), S_OK);
@@ -207,7 +206,7 @@ TEST_P(EveryControl, SetsEveryOutParameter) {
   EXPECT_EQ(cookies.pElems, nullptr);
 }
 
-TEST_P(EveryControl, RefusesNullWhereSomethingIsNeeded) {
+TEST_P(EveryControl, RefusesNullForRequiredPointers) {
   const auto bag = Make<IPersistPropertyBag>();
   const auto stream = Pointer<IPersistStreamInit>::Query(bag.get());
   const auto ole = Pointer<IOleObject>::Query(bag.get());
@@ -228,7 +227,7 @@ TEST_P(EveryControl, RefusesNullWhereSomethingIsNeeded) {
   EXPECT_EQ(view->Draw(DVASPECT_ICON, -1, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                        nullptr, 0),
             DV_E_DVASPECT);
-  EXPECT_EQ(view->GetAdvise(nullptr, nullptr, nullptr), S_OK);  // each may be left out
+  EXPECT_EQ(view->GetAdvise(nullptr, nullptr, nullptr), S_OK);  // each is optional
   EXPECT_EQ(
       dispatch->Invoke(1, IID_NULL, 0, DISPATCH_PROPERTYGET, nullptr, nullptr, nullptr, nullptr),
       E_POINTER);
@@ -259,7 +258,7 @@ INSTANTIATE_TEST_SUITE_P(Contract, EveryControl, testing::ValuesIn(ControlNames(
 
 class TheModule : public ModuleTest {};
 
-TEST_F(TheModule, GivesFactoriesForItsOwnClassesOnly) {
+TEST_F(TheModule, HasFactoriesOnlyForItsOwnClasses) {
   IUnknown* none = Poisoned<IUnknown>();
   EXPECT_EQ(Dll::Get().GetClassObject(kNobodys, IID_IClassFactory, reinterpret_cast<void**>(&none)),
             CLASS_E_CLASSNOTAVAILABLE);
@@ -289,7 +288,7 @@ TEST_F(TheModule, StaysLoadedWhileAServerIsLocked) {
   EXPECT_TRUE(Dll::Get().CanUnload());
 }
 
-// An object that takes a control into itself, as some hosts' extenders do.
+// An object that aggregates a control, as some hosts' extenders do.
 class Aggregate final : public OnStack<IUnknown> {
  public:
   Pointer<IUnknown> inner;
@@ -299,12 +298,12 @@ class Aggregate final : public OnStack<IUnknown> {
     if (!inner) return nullptr;
     IUnknown* part = nullptr;
     if (FAILED(inner->QueryInterface(iid, reinterpret_cast<void**>(&part)))) return nullptr;
-    part->Release();  // counted by QueryInterface of the aggregate
+    part->Release();  // already counted by the aggregate's QueryInterface
     return part;
   }
 };
 
-TEST_F(TheModule, LetsControlsBeAggregated) {
+TEST_F(TheModule, AllowsAggregatingControls) {
   Aggregate outer;
   IDispatch* refused = Poisoned<IDispatch>();
   EXPECT_EQ(Dll::Get()
@@ -329,7 +328,7 @@ TEST_F(TheModule, LetsControlsBeAggregated) {
 
 class EveryPage : public ModuleTest, public testing::WithParamInterface<std::string> {};
 
-TEST_P(EveryPage, KeepsTheRulesOfPages) {
+TEST_P(EveryPage, ObeysTheRulesOfPages) {
   const auto page = Dll::Get().Make<IPropertyPage2>(GetParam());
   ASSERT_TRUE(page);
   EXPECT_TRUE(Pointer<IPropertyPage>::Query(page.get()));

@@ -30,7 +30,7 @@ TEST_F(Dispatch, KnowsEveryPropertyByItsFrozenId) {
   }
 }
 
-// The type library names the same ids, and the types that are really given.
+// The type library has the same ids, and the types that are really returned.
 TEST_F(Dispatch, IsDescribedByItsTypeLibrary) {
   for (const RegisteredControl& registered : RegisteredControls()) {
     const ControlClass& contract = registered.contract();
@@ -84,7 +84,7 @@ TEST_F(Dispatch, IsDescribedByItsTypeLibrary) {
   }
 }
 
-TEST_F(Dispatch, BoundTypeLibrariesAreThoseBesideTheModule) {
+TEST_F(Dispatch, EmbeddedTypeLibrariesMatchThoseNextToTheModule) {
   const std::wstring folder = Dll::Get().Path().substr(0, Dll::Get().Path().find_last_of(L'\\'));
   const auto id = [](const std::wstring& path) {
     Pointer<ITypeLib> library;
@@ -101,14 +101,14 @@ TEST_F(Dispatch, BoundTypeLibrariesAreThoseBesideTheModule) {
   EXPECT_EQ(id(folder + L"\\DTCFramework.tlb"), ToWide(kFramework.id));
 }
 
-TEST_F(Dispatch, TheRuntimeTextIsTheSameInEveryWay) {
+TEST_F(Dispatch, TheRuntimeTextIsTheSameThroughEveryInterface) {
   const auto control = Dll::Get().Make<IDispatch>("DTCPrint");
   LoadDefaults(control.get());
   Late(control.get())->Let("VALUE", "a&b");
   const std::string expected = "<kv:print value=\"a&amp;b\"/>";
   EXPECT_EQ(RuntimeText(control.get()), expected);
   EXPECT_EQ(ToText(Late(control.get())->Call("GetRuntimeText", {})), expected);
-  // Through the type library's own description of the dual interface.
+  // Calls it through the type library's description of the dual interface.
   Pointer<ITypeLib> library;
   ASSERT_EQ(LoadTypeLibEx((Dll::Get().Path() + L"\\2").c_str(), REGKIND_NONE, library.Receive()),
             S_OK);
@@ -122,7 +122,7 @@ TEST_F(Dispatch, TheRuntimeTextIsTheSameInEveryWay) {
   EXPECT_EQ(ToText(FromVariant(*result)), expected);
 }
 
-TEST_F(Dispatch, RunTimeErrorsGoOutAsNumbers) {
+TEST_F(Dispatch, RunTimeErrorsAreReturnedAsNumbers) {
   const auto control = Dll::Get().Make<IDispatch>("DTCElement");
   LoadDefaults(control.get());
   AutoVariant text{Variant("vielleicht")};
@@ -160,12 +160,12 @@ TEST_F(Dispatch, OnlyObjectsAreAssignedByReference) {
   EXPECT_EQ(put(L"Field", DISPATCH_PROPERTYPUTREF), DISP_E_MEMBERNOTFOUND);
   EXPECT_EQ(put(L"Office", DISPATCH_PROPERTYPUTREF), S_OK);
   EXPECT_EQ(put(L"Office", DISPATCH_PROPERTYPUT), S_OK);
-  // What was put in comes out as the same object, and is let go of with the control.
+  // Returns the assigned object itself, and releases it with the control.
   AutoVariant office{Late(control.get())->Get("Office")};
   EXPECT_EQ((*office).pdispVal, (*object).pdispVal);
 }
 
-TEST_F(Dispatch, ACollectionCanBeIndexedWhereItIsRead) {
+TEST_F(Dispatch, ACollectionCanBeIndexedWhenRead) {
   const auto control = Dll::Get().Make<IDispatch>("DTCElement");
   Late(control.get())->Let("Attributes", "a|1||b|2");
   const Variant second = 2;
@@ -186,11 +186,11 @@ TEST_F(Dispatch, PropertiesAreMappedToTheirPages) {
   Late(control.get())->Let("Value", "#order.total#");
   EXPECT_EQ(control->GetDisplayString(4, shown.Receive()), S_OK);
   EXPECT_EQ(shown.Utf8(), "#order.total#");
-  // The page of the shop's products is not filled for that: this list has no shop.
+  // Does not fill the page of the shop's products: this list has no shop.
   const auto list = Dll::Get().Make<IPerPropertyBrowsing>("DTCProductList");
   EXPECT_EQ(list->MapPropertyToPage(6, &page), S_OK);
   EXPECT_EQ(PageName(page), "propProdListPicker");
-  // A property that is an object has no page, even one that a page reads.
+  // An object property has no page, even if a page reads it.
   EXPECT_EQ(list->MapPropertyToPage(20, &page), PERPROP_E_NOPAGEAVAILABLE);
 }
 

@@ -1,16 +1,17 @@
-// The page scripts in front of the system's property frame, and the controls' own way to it.
+// Plays the page scripts in the system's property frame, which controls can also open themselves.
 #include "tests/pages/Theatre.h"
 #include "tests/windows/com/ScriptPlayer.h"
 
 namespace kvo::com {
 namespace {
 
-// What no frame of the system's does: it keeps its selection, and time passes by itself.
+// Commands that the system's frame cannot follow: its selection is fixed, and its timers fire by
+// themselves.
 const std::vector<std::string> kBeyondFrames = {"select", "tick"};
 
 class FrameScripts : public ModuleTest, public testing::WithParamInterface<std::string> {};
 
-TEST_P(FrameScripts, EndAsTheySay) {
+TEST_P(FrameScripts, SucceedAsWritten) {
   const Performance performance = ScriptPlayer(ReadScript(GetParam())).Play();
   for (const std::string& failure : performance.failures) ADD_FAILURE() << failure;
   for (const std::string& left : performance.leftOut) RecordProperty("left out", left);
@@ -21,7 +22,7 @@ TEST_P(FrameScripts, EndAsTheySay) {
   EXPECT_GT(performance.frames, 0);
   EXPECT_GT(performance.checkedBags + performance.checkedInputs, 0);
   if (GetParam() == "propProdListPicker") {
-    // As the page has to open its recordset: on the office's own connection.
+    // The page must open its recordset with the office's own connection.
     ASSERT_FALSE(performance.opened.empty());
     const FakeTable::Opened& first = performance.opened.front();
     EXPECT_EQ(first.source, "SELECT ProductNo, Desc1, Desc2 FROM Products");

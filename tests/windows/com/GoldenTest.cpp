@@ -1,4 +1,4 @@
-// The golden pairs of the portable tests, through the property bag of a host.
+// Tests the golden pairs of the portable tests through a host's property bag.
 #include "tests/core/Golden.h"
 
 #include "tests/windows/com/Host.h"
@@ -8,7 +8,7 @@ namespace {
 
 class GoldenPairs : public ModuleTest, public testing::WithParamInterface<std::string> {};
 
-TEST_P(GoldenPairs, AreReproducedToTheByte) {
+TEST_P(GoldenPairs, AreReproducedByteForByte) {
   const auto pairs = golden::ReadPairs(GetParam());
   EXPECT_FALSE(pairs.empty());
   for (const golden::Pair& pair : pairs) {

@@ -13,7 +13,7 @@ Dll::Dll() : module_(LoadLibraryW(ToWide(KVO_MODULE).c_str())) {
   canUnload_ = reinterpret_cast<decltype(canUnload_)>(
       reinterpret_cast<void*>(GetProcAddress(module_, "DllCanUnloadNow")));
   if (getClassObject_ != nullptr && canUnload_ != nullptr) return;
-  std::fprintf(stderr, "%s cannot be loaded\n", KVO_MODULE);
+  std::fprintf(stderr, "cannot load %s\n", KVO_MODULE);
   std::exit(2);
 }
 
@@ -91,9 +91,9 @@ KnownClasses::~KnownClasses() {
 void ModuleTest::SetUp() { ASSERT_TRUE(Dll::Get().CanUnload()); }
 
 void ModuleTest::TearDown() {
-  // What belongs to this thread's error information may be an object of the module.
+  // This thread's error information may still hold an object of the module.
   SetErrorInfo(0, nullptr);
-  EXPECT_TRUE(Dll::Get().CanUnload()) << "an object of the module was not let go of";
+  EXPECT_TRUE(Dll::Get().CanUnload()) << "an object of the module was not released";
 }
 
 HRESULT TestBag::Read(LPCOLESTR name, VARIANT* value, IErrorLog*) noexcept {

@@ -1,4 +1,4 @@
-// A host of the tests' own: the module, loaded by its file, and what hosts hand to controls.
+// A test host: loads the module from its file, and provides what hosts pass to controls.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,14 +18,14 @@
 
 namespace kvo::com {
 
-// What out parameters hold before a call that has to set them.
+// Out parameters have this value before a call that must set them.
 template <class T>
 T* Poisoned() {
   return reinterpret_cast<T*>(static_cast<std::uintptr_t>(0xCC));
 }
 inline BSTR PoisonedText() { return reinterpret_cast<BSTR>(static_cast<std::uintptr_t>(0xCC)); }
 
-// The loaded module. Without it nothing can be tested: a failure to load ends the program.
+// The loaded module. A failure to load it ends the program, because nothing could be tested.
 class Dll {
  public:
   static Dll& Get();
@@ -36,7 +36,7 @@ class Dll {
   bool CanUnload() const { return canUnload_() == S_OK; }
   std::wstring Path() const;
 
-  // A new object of a class; null when it does not have the interface.
+  // Returns a new object of a class; null if it lacks the interface.
   template <class T>
   Pointer<T> Make(std::string_view className, IUnknown* outer = nullptr) const {
     Pointer<T> made;
@@ -57,43 +57,43 @@ class Dll {
 
 CLSID ClassIdOf(std::string_view className);
 
-// For tests of every class.
+// The parameters for tests of every class or page.
 std::vector<std::string> ControlNames();
 std::vector<std::string> PageNames();
 inline std::string ParameterName(const testing::TestParamInfo<std::string>& info) {
   return info.param;
 }
 
-// IProvideRuntimeText has no __uuidof: its id stands in the list of classes.
+// IProvideRuntimeText has no __uuidof; its id is in the list of classes.
 Pointer<IProvideRuntimeText> AsRuntimeText(IUnknown* object);
 std::string RuntimeText(IUnknown* object);
 
-// Late binding, as a host does it.
+// Binds late, as a host does.
 std::shared_ptr<Object> Late(IUnknown* object);
 
-// Makes the module's classes known to this process for as long as it lives, so that the system's
-// own frames and containers find them without a registry.
+// Registers the module's classes in this process during its lifetime, so that the system's frames
+// and containers find them without a registry.
 class KnownClasses {
  public:
   KnownClasses();
   KnownClasses(const KnownClasses&) = delete;
   KnownClasses& operator=(const KnownClasses&) = delete;
   ~KnownClasses();
-  // Further classes of the test's own.
+  // Registers another class of the test.
   void Add(REFCLSID classId, IUnknown* factory);
 
  private:
   std::vector<DWORD> cookies_;
 };
 
-// Every test begins and ends with a module that could be unloaded.
+// Requires before and after every test that the module could be unloaded.
 class ModuleTest : public testing::Test {
  protected:
   void SetUp() override;
   void TearDown() override;
 };
 
-// A COM object on the stack of a test: counts, and ends with the test.
+// A COM object on a test's stack. Counts its references, and is destroyed with the test.
 template <class... Interfaces>
 class OnStack : public Interfaces... {
  public:
@@ -109,10 +109,10 @@ class OnStack : public Interfaces... {
   ULONG STDMETHODCALLTYPE AddRef() noexcept override { return static_cast<ULONG>(++references); }
   ULONG STDMETHODCALLTYPE Release() noexcept override { return static_cast<ULONG>(--references); }
 
-  long references = 0;  // of others
+  long references = 0;  // held by others
 
  protected:
-  virtual ~OnStack() { EXPECT_EQ(references, 0) << "somebody still holds an object of the test"; }
+  virtual ~OnStack() { EXPECT_EQ(references, 0) << "an object of the test was not released"; }
   virtual void* Further(REFIID) { return nullptr; }
 
  private:
@@ -123,7 +123,7 @@ class OnStack : public Interfaces... {
   }
 };
 
-// A host's property bag. Values are texts unless `raw` holds another one for the key.
+// A host's property bag. Values are texts unless `raw` has another one for the key.
 class TestBag final : public OnStack<IPropertyBag> {
  public:
   using Entry = std::pair<std::string, std::string>;
@@ -132,7 +132,7 @@ class TestBag final : public OnStack<IPropertyBag> {
 
   std::vector<Entry> entries;
   std::map<std::string, Variant> raw;
-  std::map<std::string, HRESULT> failing;  // what Read and Write of a key answer
+  std::map<std::string, HRESULT> failing;  // the results of Read and Write for a key
 
   HRESULT STDMETHODCALLTYPE Read(LPCOLESTR name, VARIANT* value, IErrorLog*) noexcept override;
   HRESULT STDMETHODCALLTYPE Write(LPCOLESTR name, VARIANT* value) noexcept override;
@@ -150,7 +150,7 @@ class TestErrorLog final : public OnStack<IErrorLog> {
   HRESULT STDMETHODCALLTYPE AddError(LPCOLESTR name, EXCEPINFO* exception) noexcept override;
 };
 
-// Loads a control from an empty bag, as hosts begin.
+// Loads a control from an empty bag, as hosts do first.
 void LoadDefaults(IUnknown* control);
 
 }  // namespace kvo::com

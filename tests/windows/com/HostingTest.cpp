@@ -1,4 +1,4 @@
-// Controls inside a host: the box, the window, the double click, and the system's own container.
+// Controls in a host: the box, the window, the double click, and the system's own container.
 #include <filesystem>
 #include <functional>
 
@@ -12,7 +12,7 @@
 namespace kvo::com {
 namespace {
 
-// A host with room for one control.
+// A host with space for one control.
 class Site final
     : public OnStack<IOleClientSite, IOleInPlaceSite, IOleInPlaceFrame, IOleControlSite> {
  public:
@@ -25,7 +25,7 @@ class Site final
   int saves = 0;
   std::vector<std::string> calls;
   RECT place{10, 10, 110, 40};
-  IOleInPlaceObject* object = nullptr;  // that is placed anew when it asks for it
+  IOleInPlaceObject* object = nullptr;  // the object to move when it requests a new size
 
   HRESULT STDMETHODCALLTYPE SaveObject() noexcept override {
     ++saves;
@@ -139,7 +139,8 @@ class Hosting : public ModuleTest {
     return window;
   }
 
-  // What the user does as soon as windows of these titles are active, one after the other.
+  // Acts as the user as soon as a window with this title is active. Several calls apply one after
+  // the other.
   void Meanwhile(std::wstring title, std::function<void(HWND)> action) {
     waiting_.emplace_back(std::move(title), std::move(action));
     current_ = this;
@@ -170,7 +171,7 @@ class Hosting : public ModuleTest {
 };
 Hosting* Hosting::current_ = nullptr;
 
-TEST_F(Hosting, AnActivatedControlIsAWindowAsLargeAsItsBox) {
+TEST_F(Hosting, AnActivatedControlsWindowIsAsLargeAsItsBox) {
   Site site;
   const auto control = Place("DTCPrint", site, OLEIVERB_INPLACEACTIVATE);
   const HWND window = WindowOf(control.get());
@@ -179,7 +180,7 @@ TEST_F(Hosting, AnActivatedControlIsAWindowAsLargeAsItsBox) {
   EXPECT_TRUE(IsWindowVisible(window));
   EXPECT_EQ(site.calls, std::vector<std::string>{"activate"});
 
-  // It asks for other room when its box grows.
+  // Requests a new size when its box grows.
   const auto inPlace = Pointer<IOleInPlaceObject>::Query(control.get());
   site.object = inPlace.get();
   Late(control.get())->Let("DisplayValue", "ein Wert, der viel Platz braucht");
@@ -197,14 +198,14 @@ TEST_F(Hosting, AnActivatedControlIsAWindowAsLargeAsItsBox) {
   EXPECT_EQ(control->SetClientSite(nullptr), S_OK);
 }
 
-TEST_F(Hosting, TheKeyboardComesAndGoesWithUiActivation) {
+TEST_F(Hosting, TheFocusFollowsUiActivation) {
   Site site;
   const auto control = Place("DTCIf", site, OLEIVERB_UIACTIVATE);
   EXPECT_EQ(site.calls, (std::vector<std::string>{"activate", "ui-activate", "active"}));
   EXPECT_EQ(GetFocus(), WindowOf(control.get()));
   EXPECT_EQ(Pointer<IOleInPlaceObject>::Query(control.get())->UIDeactivate(), S_OK);
   EXPECT_EQ(site.calls.back(), "ui-deactivate");
-  // A click brings it back.
+  // A click restores the focus.
   SendMessageW(WindowOf(control.get()), WM_LBUTTONDOWN, MK_LBUTTON, 0);
   EXPECT_EQ(site.calls.back(), "active");
   EXPECT_EQ(control->DoVerb(OLEIVERB_HIDE, nullptr, &site, 0, nullptr, nullptr), S_OK);
@@ -225,7 +226,7 @@ TEST_F(Hosting, ASiteMayRefuse) {
   control->SetClientSite(nullptr);
 }
 
-TEST_F(Hosting, AWindowWhoseParentGoesIsNoWindowAnyMore) {
+TEST_F(Hosting, DestroyingTheParentDestroysTheWindow) {
   Pointer<IOleObject> control;
   {
     Site site;
@@ -238,7 +239,7 @@ TEST_F(Hosting, AWindowWhoseParentGoesIsNoWindowAnyMore) {
   EXPECT_EQ(RuntimeText(control.get()), "<kv:print value=\"noch da\"/>");
 }
 
-TEST_F(Hosting, WhatIsClosedWhileChangedIsSaved) {
+TEST_F(Hosting, ClosingAChangedControlSavesIt) {
   Site site;
   const auto control = Place("DTCPrint", site, OLEIVERB_INPLACEACTIVATE);
   EXPECT_EQ(control->Close(OLECLOSE_SAVEIFDIRTY), S_OK);
@@ -268,10 +269,10 @@ TEST_F(Hosting, ADoubleClickOnTheContactFieldSaysYoAndOpensItsPages) {
   control->SetClientSite(nullptr);
 }
 
-TEST_F(Hosting, ADoubleClickMeansNothingToAnyOtherControl) {
+TEST_F(Hosting, OtherControlsIgnoreADoubleClick) {
   const KnownClasses known;
   Site site;
-  Meanwhile(L"DTC", Cancel);  // should a frame come, its caption is the class
+  Meanwhile(L"DTC", Cancel);  // cancels a frame, should one open; its title is the class
   for (const RegisteredControl& registered : RegisteredControls()) {
     const std::string_view name = registered.contract().name;
     if (name == "DTCContact") continue;
@@ -301,7 +302,7 @@ TEST_F(Hosting, TheVerbOpensThePages) {
   Meanwhile(L"DTCPrint", Cancel);
   EXPECT_EQ(control->DoVerb(OLEIVERB_PROPERTIES, nullptr, &site, 0, site.Window(), nullptr), S_OK);
   EXPECT_EQ(seen.size(), 1u);
-  // A host with a frame of its own shows it.
+  // A host with its own frame shows that.
   site.showsPagesItself = true;
   EXPECT_EQ(control->DoVerb(OLEIVERB_PROPERTIES, nullptr, &site, 0, nullptr, nullptr), S_OK);
   EXPECT_EQ(site.framesAskedFor, 1);
@@ -322,7 +323,7 @@ class ViewSink final : public OnStack<IAdviseSink> {
   void STDMETHODCALLTYPE OnClose() noexcept override {}
 };
 
-TEST_F(Hosting, WhoShowsTheBoxIsToldWhenItChanges) {
+TEST_F(Hosting, ViewsOfTheBoxAreNotifiedOfChanges) {
   ViewSink sink;
   const auto view = Dll::Get().Make<IViewObject2>("DTCPrint");
   EXPECT_EQ(view->SetAdvise(DVASPECT_CONTENT, 0, &sink), S_OK);
@@ -359,7 +360,7 @@ std::size_t DarkPixels(const std::function<void(HDC)>& draw, SIZE size) {
   return dark;
 }
 
-TEST_F(Hosting, TheBoxIsDrawnWhereverTheHostWants) {
+TEST_F(Hosting, TheBoxIsDrawnAtAnyPlace) {
   const auto view = Dll::Get().Make<IViewObject2>("DTCPrint");
   LoadDefaults(view.get());
   Late(view.get())->Let("Value", "#order.total#");
@@ -374,7 +375,7 @@ TEST_F(Hosting, TheBoxIsDrawnWhereverTheHostWants) {
   };
   const std::size_t dark = DarkPixels([&](HDC to) { drawTo(to, bounds); }, size);
   EXPECT_GT(dark, 100u);
-  // Through the system's own drawing helper, and through a metafile.
+  // Draws with the system's own helper, and through a metafile.
   const std::size_t drawn = DarkPixels(
       [&](HDC to) {
         const RECT where{0, 0, size.cx, size.cy};
@@ -433,7 +434,7 @@ TEST_F(Hosting, TheSystemsContainerHostsEveryControl) {
   }
   PumpMessages();
   for (std::size_t i = 0; i < hosts.size(); ++i) {
-    // The control is a window of its own in the container, and shows something.
+    // The control's window is a child of the container's, and shows something.
     HWND inside = GetWindow(hosts[i], GW_CHILD);
     ASSERT_NE(inside, nullptr) << controls[i].contract().name;
     RECT area{};

@@ -9,8 +9,8 @@ namespace {
 
 class Lifetime : public ModuleTest {};
 
-// In bytes, of all heaps. The memory that the system counts for the process grows by whole
-// segments, in which a small leak has room.
+// Returns the bytes in use in all heaps. The process memory that the system reports grows by whole
+// segments, which can hide a small leak.
 std::size_t HeapInUse() {
   std::array<HANDLE, 64> heaps{};
   const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
@@ -44,20 +44,20 @@ TEST_F(Lifetime, TenThousandCyclesLeaveNothing) {
   for (int cycle = 0; cycle < kCycles; ++cycle)
     Cycle(controls[static_cast<std::size_t>(cycle) % controls.size()].contract().name);
   EXPECT_TRUE(Dll::Get().CanUnload());
-  // A byte for each cycle would be more.
+  // A leak of one byte per cycle would exceed this.
   constexpr std::size_t kNoise = 4096;
   EXPECT_LT(HeapInUse(), before + kNoise);
 }
 
-TEST_F(Lifetime, PagesLeaveNothingEither) {
+TEST_F(Lifetime, PagesLeaveNothing) {
   for (int cycle = 0; cycle < 100; ++cycle)
     for (const RegisteredPage& page : RegisteredPages())
       ASSERT_TRUE(Dll::Get().Make<IPropertyPage2>(page.name));
   EXPECT_TRUE(Dll::Get().CanUnload());
 }
 
-// Lets go of its page as soon as that tells it something.
-class LettingGo final : public OnStack<IPropertyPageSite> {
+// Releases its page as soon as that reports a change.
+class ReleasingSite final : public OnStack<IPropertyPageSite> {
  public:
   Pointer<IPropertyPage2> page;
 
@@ -70,9 +70,9 @@ class LettingGo final : public OnStack<IPropertyPageSite> {
   HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG*) noexcept override { return S_FALSE; }
 };
 
-TEST_F(Lifetime, APageThatIsLetGoOfInItsOwnEventEndsBehindIt) {
+TEST_F(Lifetime, APageReleasedInItsOwnEventIsDestroyedAfterIt) {
   const TestFrame frame({400, 300});
-  LettingGo site;
+  ReleasingSite site;
   site.page = Dll::Get().Make<IPropertyPage2>("propPrintGeneral");
   ASSERT_TRUE(site.page);
   ASSERT_EQ(site.page->SetPageSite(&site), S_OK);
@@ -97,10 +97,10 @@ TEST_F(Lifetime, APageThatIsLetGoOfInItsOwnEventEndsBehindIt) {
   EXPECT_FALSE(IsWindow(box));
 }
 
-TEST_F(Lifetime, AnUnloadedModuleIsGoneAndComesBack) {
+TEST_F(Lifetime, AModuleCanBeUnloadedAndLoadedAgain) {
   const HMODULE module = LoadLibraryW(Dll::Get().Path().c_str());
   ASSERT_NE(module, nullptr);
-  // A second copy under another name is a module of its own, and can go.
+  // A copy with another name is a separate module and can be unloaded.
   const std::wstring copy = Dll::Get().Path() + L".copy.dll";
   ASSERT_TRUE(CopyFileW(Dll::Get().Path().c_str(), copy.c_str(), FALSE));
   for (int round = 0; round < 3; ++round) {

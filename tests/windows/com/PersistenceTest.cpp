@@ -13,15 +13,15 @@ Entries Saved(IUnknown* control) {
   return bag.entries;
 }
 
-TEST_F(Persistence, ReadsDefaultsForWhatTheBagDoesNotHold) {
+TEST_F(Persistence, ReadsDefaultsForMissingKeys) {
   const auto control = Dll::Get().Make<IUnknown>("DTCContact");
-  EXPECT_EQ(ToText(Late(control.get())->Get("basename")), "");  // as it was born
+  EXPECT_EQ(ToText(Late(control.get())->Get("basename")), "");  // the initial value
   LoadDefaults(control.get());
   EXPECT_EQ(ToText(Late(control.get())->Get("basename")), "contact");
   EXPECT_EQ(Saved(control.get()), (Entries{{"format", ""}}));  // always stored
 }
 
-TEST_F(Persistence, StoresNoDefaultsEvenWhenAskedForEverything) {
+TEST_F(Persistence, StoresNoDefaultsEvenOnSavingEverything) {
   const auto control = Dll::Get().Make<IPersistPropertyBag>("DTCPrint");
   LoadDefaults(control.get());
   TestBag bag;
@@ -36,7 +36,7 @@ TEST_F(Persistence, AControlThatIsNeverLoadedKeepsItsEmptyNamespace) {
             (Entries{{"namespace", ""}, {"basename", ""}, {"value", ""}, {"format", ""}}));
 }
 
-TEST_F(Persistence, ConvertsValuesThatAreNoTexts) {
+TEST_F(Persistence, ConvertsValuesToTexts) {
   const auto control = Dll::Get().Make<IPersistPropertyBag>("DTCProductList");
   TestBag bag;
   bag.raw["display-columns"] = 3.0;
@@ -45,7 +45,7 @@ TEST_F(Persistence, ConvertsValuesThatAreNoTexts) {
   EXPECT_EQ(Late(control.get())->Get("DisplayColumns"), Variant(3));
 }
 
-TEST_F(Persistence, NamesTheKeyThatCannotBe) {
+TEST_F(Persistence, ReportsTheInvalidKey) {
   const auto control = Dll::Get().Make<IPersistPropertyBag>("DTCElement");
   TestBag bag(Entries{{"value", "td"}, {"opening-tag-only", "vielleicht"}});
   TestErrorLog log;
@@ -55,8 +55,8 @@ TEST_F(Persistence, NamesTheKeyThatCannotBe) {
   EXPECT_EQ(log.entries[0].code, static_cast<HRESULT>(0x800A000D));
   EXPECT_EQ(log.entries[0].source, "KVOPDesignObjects.DTCElement");
   EXPECT_EQ(log.entries[0].description, "Typen unverträglich: \"vielleicht\"");
-  EXPECT_EQ(ToText(Late(control.get())->Get("Value")), "td");  // what came before stays
-  // The caller is told as well.
+  EXPECT_EQ(ToText(Late(control.get())->Get("Value")), "td");  // keys before it stay loaded
+  // The caller receives the error as well.
   Pointer<IErrorInfo> info;
   Bstr description;
   EXPECT_EQ(control->Load(&bag, nullptr), static_cast<HRESULT>(0x800A000D));
@@ -65,7 +65,7 @@ TEST_F(Persistence, NamesTheKeyThatCannotBe) {
   EXPECT_EQ(description.Utf8(), "Typen unverträglich: \"vielleicht\"");
 }
 
-TEST_F(Persistence, HandsAFailingBagOn) {
+TEST_F(Persistence, PassesOnAFailureOfTheBag) {
   const auto control = Dll::Get().Make<IPersistPropertyBag>("DTCPrint");
   TestBag bag(Entries{{"value", "x"}});
   bag.failing["format"] = STG_E_READFAULT;
@@ -76,7 +76,7 @@ TEST_F(Persistence, HandsAFailingBagOn) {
   EXPECT_EQ(control->Save(&bag, FALSE, FALSE), STG_E_READFAULT);
 }
 
-TEST_F(Persistence, OneClassSkipsSuchKeysAndStillNamesThem) {
+TEST_F(Persistence, OneClassSkipsInvalidKeysAndStillReportsThem) {
   const RegisteredControl* skipping = nullptr;
   for (const RegisteredControl& control : RegisteredControls())
     if (control.contract().readFailure == ReadFailure::skipsKey) skipping = &control;
@@ -112,7 +112,7 @@ std::string Content(IStream* stream) {
   return content;
 }
 
-TEST_F(Persistence, StreamsHoldWhatBagsHold) {
+TEST_F(Persistence, StreamsContainTheSameAsBags) {
   const auto first = Dll::Get().Make<IPersistStreamInit>("DTCPrint");
   LoadDefaults(first.get());
   Late(first.get())->Let("Value", std::string("a\0ä\xED\xA0\x80", 7));
@@ -129,7 +129,7 @@ TEST_F(Persistence, StreamsHoldWhatBagsHold) {
   EXPECT_EQ(Late(second.get())->Get("Value"), Late(first.get())->Get("Value"));
 }
 
-TEST_F(Persistence, EveryCutOffStreamIsRefused) {
+TEST_F(Persistence, EveryTruncatedStreamIsRefused) {
   const auto control = Dll::Get().Make<IPersistStreamInit>("DTCPrint");
   LoadDefaults(control.get());
   Late(control.get())->Let("Value", "unverändert");
@@ -140,13 +140,13 @@ TEST_F(Persistence, EveryCutOffStreamIsRefused) {
     EXPECT_TRUE(FAILED(control->Load(NewStream(whole.substr(0, length)).get()))) << length;
   EXPECT_EQ(control->Load(NewStream(std::string("KVOB\2\0\0\0", 8)).get()), STG_E_INVALIDHEADER);
   EXPECT_EQ(control->Load(NewStream("nothing of ours").get()), STG_E_INVALIDHEADER);
-  // A length of four gigabytes takes no memory.
+  // Allocates nothing for a claimed length of four gigabytes.
   EXPECT_EQ(control->Load(NewStream(std::string("KVOB\1\0\0\0\1\0\0\0\xFF\xFF\xFF\xFF", 16)).get()),
             STG_E_READFAULT);
   EXPECT_EQ(ToText(Late(control.get())->Get("Value")), "unverändert");
 }
 
-TEST_F(Persistence, DirtyIsWhatWouldBeStoredDifferently) {
+TEST_F(Persistence, IsDirtyIfItWouldBeStoredDifferently) {
   const auto control = Dll::Get().Make<IPersistStreamInit>("DTCPrint");
   EXPECT_EQ(control->IsDirty(), S_FALSE);
   LoadDefaults(control.get());

@@ -17,7 +17,7 @@ namespace kvo::com {
 namespace {
 
 constexpr int kTick = 15;       // milliseconds
-constexpr int kPatience = 400;  // ticks that a dialog may take to come
+constexpr int kPatience = 400;  // ticks to wait for a dialog
 constexpr int kApply = 0x3021;
 const wchar_t* const kFormClass = L"KVOPDesignObjects.Window";
 
@@ -29,7 +29,7 @@ void ForEachInside(HWND window, Visit visit) {
                    reinterpret_cast<LPARAM>(&visit));
 }
 
-// The outermost window of the component's own that shows in another one.
+// Returns the component's outermost visible window inside another window.
 HWND FormIn(HWND window) {
   HWND form = nullptr;
   ForEachInside(window, [&](HWND inside) {
@@ -61,7 +61,7 @@ void TypeInto(HWND edit, std::string_view text) {
       SendMessageW(edit, WM_CHAR, unit, 1);
 }
 
-// What a box shows stands for line breaks and the like; only plain texts are compared.
+// Boxes show substitutes for line breaks and the like, so only plain texts are compared.
 bool IsPlain(std::string_view text) { return text.find_first_of("\r\n\t") == text.npos; }
 
 }  // namespace
@@ -130,7 +130,7 @@ void ScriptPlayer::FillShadow() {
     if (auto* page = dynamic_cast<PropertyPage*>(Front()))
       page->Select({Late(controls_[open_].get())});
   } catch (const std::exception&) {
-    // The page that shows has failed in the same way.
+    // The visible page has failed in the same way.
   }
 }
 
@@ -202,7 +202,7 @@ void CALLBACK ScriptPlayer::Tick(HWND, UINT, UINT_PTR, DWORD) {
   if (playing_ != nullptr) playing_->Step();
 }
 
-// The forms are made here as well, because only they know where their controls lie.
+// Creates the forms here as well, to find out where their controls are.
 Form* ScriptPlayer::Front() {
   const bool builder = TextOf(GetActiveWindow()) == L"Ausdruck-Assistent";
   const std::string name = builder ? "frmExpressionBuilder" : page_;
@@ -241,20 +241,20 @@ void ScriptPlayer::Step() {
   if (active == nullptr) return;
   if (frame_ == nullptr) {
     if (TextOf(active).find(L"Rahmen") == std::wstring::npos || FormIn(active) == nullptr) {
-      if (++waited_ > kPatience) Fail("the frame does not come");
+      if (++waited_ > kPatience) Fail("the frame did not open");
       return;
     }
     frame_ = active;
     waited_ = 0;
     settled_ = 0;
   }
-  // The frame has the keyboard first, and hands it on.
+  // The frame gets the focus first, and passes it on.
   constexpr int kSettled = 5;
   if (++settled_ < kSettled) return;
   const bool over =
       !performance_.endedAt.empty() || !performance_.failures.empty() || Next() == nullptr;
   if (active != frame_ && TextOf(active) != L"Ausdruck-Assistent") {
-    if (!AnswerDialog(active)) Fail("a dialog that nobody expected: " + FromWide(TextOf(active)));
+    if (!AnswerDialog(active)) Fail("an unexpected dialog: " + FromWide(TextOf(active)));
     return;
   }
   if (over) {
@@ -276,7 +276,7 @@ void ScriptPlayer::Step() {
   }
 }
 
-// Message boxes, the input prompt and the colour dialog.
+// Answers message boxes, the input prompt and the colour dialog.
 bool ScriptPlayer::AnswerDialog(HWND dialog) {
   if (GetDlgItem(dialog, 706) != nullptr) {  // the red part of the system's colour dialog
     if (colors_.empty()) return false;
@@ -315,7 +315,7 @@ PropertyGrid* ScriptPlayer::GridOf(const std::string& name) {
   return dynamic_cast<PropertyGrid*>(Front()->Find(name));
 }
 
-// A page of the test's own, filled from the same control, says which rows there are.
+// Finds the row in a separate page of the test, filled from the same control.
 int ScriptPlayer::RowNumber(HWND, const std::string& name, const std::string& row) {
   PropertyGrid* grid = GridOf(name);
   if (grid == nullptr) return -1;
@@ -340,13 +340,13 @@ void ScriptPlayer::Choose(HWND list, const std::string& text) {
   ChooseInList(list, row);
 }
 
-// As Windows' frame does it, and Wine's does not: the page sees a key before anybody else.
+// Passes the key to the page first, as Windows' frame does and Wine's does not.
 void ScriptPlayer::Key(WPARAM key) {
   const HWND focused = GetFocus();
   MSG message{focused, WM_KEYDOWN, key, 1, 0, {}};
   if (GetActiveWindow() == frame_) {
     if (PageInFront()->TranslateAccelerator(&message) == S_OK) return;
-    // Beyond the last input, the frame's own buttons follow.
+    // The frame's own buttons follow the last input.
     if (key == VK_TAB) return void(SetFocus(GetDlgItem(frame_, IDOK)));
   }
   PostMessageW(focused, WM_KEYDOWN, key, 1);
@@ -358,14 +358,14 @@ IPropertyPage* ScriptPlayer::PageInFront() {
   return madePages_[tab].get();
 }
 
-// By the tab key. True when there.
+// Presses Tab until the control has the focus; returns true once it has.
 bool ScriptPlayer::TabTo(const std::string& name) {
   constexpr int kMostTabs = 60;
   const HWND wanted = Find(name);
   const HWND focused = GetFocus();
   const bool there = wanted == nullptr || wanted == focused || IsChild(wanted, focused);
   if ((there && !byMouse_) || ++tabs_ > kMostTabs) {
-    if (tabs_ > kMostTabs) Fail(name + " is not reached by the tab key");
+    if (tabs_ > kMostTabs) Fail(name + " cannot be reached with the tab key");
     tabs_ = 0;
     return true;
   }
@@ -374,7 +374,7 @@ bool ScriptPlayer::TabTo(const std::string& name) {
   return false;
 }
 
-// Brings the keyboard into the form, if it is not there.
+// Moves the focus into the form. Returns false if it is already there.
 bool ScriptPlayer::EnterForm() {
   if (GetActiveWindow() != frame_ || IsChild(FormInFront(), GetFocus())) return false;
   const auto page = Pointer<IPropertyPage2>::Query(PageInFront());
@@ -382,7 +382,7 @@ bool ScriptPlayer::EnterForm() {
   return true;
 }
 
-// Rows that the page has and the control does not yet, for RowNumber.
+// Tracks rows that the page has and the control does not have yet, for RowNumber().
 void ScriptPlayer::Shadow(const std::string& button) {
   const auto remove = [this](const char* name) {
     PropertyGrid* grid = GridOf(name);
@@ -424,11 +424,11 @@ void ScriptPlayer::Act(const Words& words) {
     FillShadow();
     SendMessageW(frame_, PSM_SETCURSEL, static_cast<WPARAM>(tab), 0);
   } else if (what == "focus") {
-    window();  // TabTo has gone there
+    window();  // TabTo() has already moved there
   } else if (what == "type") {
     const HWND focused = GetFocus();
     if (!Is(focused, WC_EDITW))
-      return Fail("nothing to type into, but " + FromWide(ClassOf(focused)) + " " +
+      return Fail("cannot type into " + FromWide(ClassOf(focused)) + " " +
                   FromWide(TextOf(focused)));
     TypeInto(focused, words[1]);
   } else if (what == "press") {
@@ -518,7 +518,7 @@ void ScriptPlayer::Act(const Words& words) {
   }
 }
 
-// --- what has to be seen ---
+// --- expectations ---
 
 bool ScriptPlayer::ExpectOutside(const Words& words) {
   if (words[1] == "bag") {
@@ -548,7 +548,7 @@ void ScriptPlayer::Expect(const Words& words) {
     if (words[1] == "page" && words[2] == "changed") {
       ++performance_.checkedInputs;
       const bool dirty = PageInFront()->IsPageDirty() == S_OK;
-      if (dirty != (words[3] == "yes")) Fail("the page says otherwise");
+      if (dirty != (words[3] == "yes")) Fail("the page's state differs");
     }
     return;
   }

@@ -1,5 +1,5 @@
-// Plays the page scripts of tests/pages/scripts in front of the system's own property frame: the
-// module's pages inside OleCreatePropertyFrame, typed into and clicked by messages to their
+// Plays the page scripts of tests/pages/scripts in the system's own property frame. Runs the
+// module's pages in OleCreatePropertyFrame, and types and clicks by sending messages to their
 // windows.
 #pragma once
 
@@ -15,15 +15,15 @@
 namespace kvo::com {
 
 struct Performance {
-  std::vector<std::string> failures;  // with their lines
-  std::vector<std::string> leftOut;   // lines that only a form itself could answer
-  std::string endedAt;                // the command at which the script could not be followed
-  std::vector<std::string> messages;  // that were shown
+  std::vector<std::string> failures;  // with line numbers
+  std::vector<std::string> leftOut;   // lines that can be checked only in a form itself
+  std::string endedAt;                // the command where the script could not continue
+  std::vector<std::string> messages;  // messages shown
   int checkedBags = 0;                // `expect bag` and `expect runtime`
-  int checkedInputs = 0;              // texts, checks and states, read from the windows
+  int checkedInputs = 0;              // texts, checks and states read from the windows
   int frames = 0;
   std::vector<FakeTable::Opened> opened;  // recordsets
-  ObjectRef connection;                   // of the shop, as the office has it
+  ObjectRef connection;                   // the office's connection to the shop
 };
 
 class ScriptPlayer {
@@ -33,13 +33,12 @@ class ScriptPlayer {
   ScriptPlayer& operator=(const ScriptPlayer&) = delete;
   ~ScriptPlayer();
 
-  // A script that goes where the system's frame cannot follow, such as to another selection, ends
-  // there.
+  // Stops where the system's frame cannot follow the script, such as at a new selection.
   Performance Play();
 
  private:
   using Words = std::vector<std::string>;
-  // Stands for ADO's recordsets, whose rows cannot be read under Wine.
+  // Replaces ADO's recordsets, whose rows cannot be read under Wine.
   class Recordsets final : public OnStack<IClassFactory> {
    public:
     explicit Recordsets(FakeTable& table) : table_(table) {}
@@ -50,7 +49,7 @@ class ScriptPlayer {
    private:
     FakeTable& table_;
   };
-  // Makes the module's pages, and remembers those of the frame that is open.
+  // Creates the module's pages, and keeps those of the open frame.
   class Pages final : public OnStack<IClassFactory> {
    public:
     Pages(std::string_view name, std::vector<Pointer<IPropertyPage>>& made)
@@ -71,14 +70,14 @@ class ScriptPlayer {
   const Line* Next() const { return at_ < lines_.size() ? &lines_[at_] : nullptr; }
   void Fail(const std::string& what);
   void EndAt(const std::string& command);
-  // Outside of a frame.
+  // Runs a command outside a frame.
   void Prepare(const Words& words);
   void LoadPending();
   void ShowFrame(const std::string& name);
-  // What Windows' frame does when its OK or its apply button is pressed, and Wine's leaves out: the
-  // changed pages are applied in the order of their tabs. False when one of them fails.
+  // Applies the changed pages in the order of their tabs, as Windows' frame does on OK or Apply and
+  // Wine's does not. Returns false if one of them fails.
   bool ApplyPages();
-  // While a frame is open; called again and again, also by the loops of modal dialogs.
+  // Runs repeatedly while a frame is open, even in the loops of modal dialogs.
   static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD);
   void Step();
   bool AnswerDialog(HWND dialog);
@@ -86,7 +85,7 @@ class ScriptPlayer {
   void Expect(const Words& words);
   bool ExpectOutside(const Words& words);
 
-  // The form that is in front, and its window.
+  // The visible form and its window.
   Form* Front();
   HWND FormInFront() const;
   HWND Find(const std::string& name);
@@ -117,20 +116,20 @@ class ScriptPlayer {
   std::vector<std::unique_ptr<Pages>> pageFactories_;
   std::vector<DWORD> pageCookies_;
 
-  std::string open_;  // whose pages show
-  std::string page_;  // the class of the one in front
+  std::string open_;  // the control whose pages are open
+  std::string page_;  // the class of the visible page
   HWND frame_ = nullptr;
   int settled_ = 0;
   int waited_ = 0;
   int tabs_ = 0;
-  bool byMouse_ = false;                // the last input was entered by the mouse
-  bool entered_ = false;                // the form was entered by the tab key
-  std::string row_;                     // the one that was clicked last
-  std::vector<std::size_t> gridRows_;   // those that are selected in a data grid
-  std::optional<std::string> failing_;  // `fails`: what the message must be about
+  bool byMouse_ = false;                // the last input was entered with the mouse
+  bool entered_ = false;                // the form was entered with the tab key
+  std::string row_;                     // the last row clicked
+  std::vector<std::size_t> gridRows_;   // the rows selected in a data grid
+  std::optional<std::string> failing_;  // `fails`: the expected part of the message
   std::vector<std::optional<std::string>> answers_;
   std::vector<std::optional<std::string>> colors_;
-  std::map<std::string, std::unique_ptr<Form>> forms_;  // for where their controls lie
+  std::map<std::string, std::unique_ptr<Form>> forms_;  // for the positions of their controls
   UINT_PTR timer_ = 0;
   static ScriptPlayer* playing_;
 };

@@ -1,4 +1,4 @@
-// The bridge between late binding here and automation there, and the conversions of both.
+// The bridge between our late binding and Windows automation, and the conversions of both.
 #include <gmock/gmock.h>
 
 #include "common/values/RuntimeError.h"
@@ -11,9 +11,9 @@
 namespace kvo::com {
 namespace {
 
-// --- the table that both sides have to agree with ---
+// --- the conversions that must match those of Windows ---
 
-TEST(Conversions, OfWholeNumbersAreThoseOfWindows) {
+TEST(Conversions, OfWholeNumbersMatchWindows) {
   for (const auto& expected : kWholeNumbers) {
     std::wstring text = ToWide(expected.text);
     LONG value = 0;
@@ -30,7 +30,7 @@ TEST(Conversions, OfWholeNumbersAreThoseOfWindows) {
   }
 }
 
-TEST(Conversions, OfFlagsAreThoseOfWindows) {
+TEST(Conversions, OfFlagsMatchWindows) {
   for (const auto& expected : kFlags) {
     std::wstring text = ToWide(expected.text);
     VARIANT_BOOL value = VARIANT_FALSE;
@@ -44,7 +44,7 @@ TEST(Conversions, OfFlagsAreThoseOfWindows) {
   }
 }
 
-TEST(Format, IsThatOfTheUsersLocale) {
+TEST(Format, FollowsTheUsersLocale) {
   ComPlatform platform;
   EXPECT_EQ(platform.Format(1134.23, "#,##0.00"), "1.134,23");
   EXPECT_EQ(platform.Format("23.04.2004 16:09:53", "dd. mmmm yyyy"), "23. April 2004");
@@ -66,14 +66,14 @@ Variant RoundTrip(const Variant& value) {
   return FromVariant(*automation);
 }
 
-TEST(Values, SurviveTheWayThereAndBack) {
+TEST(Values, SurviveARoundTrip) {
   for (const Variant& value :
        {Variant(), Variant(true), Variant(false), Variant(-7), Variant(1.5), Variant(""),
         Variant("ä€𝄞"), Variant(std::string("a\0b", 3)), Variant("\xED\xA0\x80 unpaired")})
     EXPECT_EQ(RoundTrip(value), value);
 }
 
-TEST(Values, OfEveryKindOfNumberArrive) {
+TEST(Values, OfEveryNumberTypeAreRead) {
   const auto read = [](VARTYPE type, auto set) {
     VARIANT value{};
     value.vt = type;
@@ -119,7 +119,7 @@ class Greeter final : public Object {
   std::string greeting = "hallo";
 };
 
-// One of ours, seen from outside, seen from here again.
+// Wraps one of our objects for Windows, and that wrapper for us again.
 std::shared_ptr<Object> ThereAndBack(const ObjectRef& object, Pointer<IDispatch>& held) {
   held = ToDispatch(object);
   return std::make_shared<DispatchObject>(held.get());
@@ -136,7 +136,7 @@ TEST(Objects, KeepTheirIdentity) {
   EXPECT_FALSE(ToDispatch(nullptr));
 }
 
-TEST(Objects, WorkThroughBothBridges) {
+TEST(Objects, WorkThroughBothWrappers) {
   Pointer<IDispatch> held;
   const auto greeter = std::make_shared<Greeter>();
   const auto seen = ThereAndBack(greeter, held);
@@ -147,7 +147,7 @@ TEST(Objects, WorkThroughBothBridges) {
   EXPECT_EQ(ToText(seen->Call("Join", arguments)), "a5");
 }
 
-TEST(Objects, FailByTheSameNumbers) {
+TEST(Objects, FailWithTheSameNumbers) {
   Pointer<IDispatch> held;
   const auto seen = ThereAndBack(std::make_shared<Greeter>(), held);
   try {
@@ -176,7 +176,7 @@ TEST(Objects, AreCollections) {
   EXPECT_FALSE(seen->PropertyPages());
 }
 
-TEST(Objects, OfTheModuleNameTheirPages) {
+TEST(Objects, OfTheModuleReturnTheirPages) {
   const auto print = Late(Dll::Get().Make<IUnknown>("DTCPrint").get());
   EXPECT_EQ(print->PropertyPages(),
             (std::vector<std::string>{"propPrintGeneral", "propGeneralFormat"}));

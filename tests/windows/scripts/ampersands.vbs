@@ -1,9 +1,9 @@
-' The escaping of ampersands, judged by a regular expression engine that is not this project's: the
-' definition as it stands - replace the pattern until it matches no more - against the value
-' attribute of DTCPrint. Every text of up to six characters over the alphabet, and some longer ones.
+' Tests the escaping of ampersands with an independent regular expression engine. Compares the
+' definition, which replaces the pattern until it no longer matches, with the value attribute of
+' DTCPrint, for every text of up to six characters from the alphabet and some longer ones.
 '   cscript //nologo ampersands.vbs [LENGTH]
-' "." matches no line feed, which changes nothing here: both (.*?) may be empty, and the character
-' behind the "&" is matched by a class, which takes line breaks.
+' "." does not match a line feed, which makes no difference here: both (.*?) may be empty, and the
+' character after the "&" is matched by a class that includes line breaks.
 Option Explicit
 
 Dim definition, control, failures, compared, escaped, longest

@@ -1,5 +1,5 @@
-// What scripts see when something is wrong, and what they may hand over as an object; errors.vbs in
-// the other language. Expects a German user.
+// Tests the errors that scripts receive, and the objects that they may pass. errors.vbs does so in
+// the other language. Requires a German user.
 //   cscript //nologo errors.js
 var failures = 0, checks = 0;
 var kMismatch = "Typen unvertr\u00E4glich";
@@ -16,7 +16,7 @@ function hex(number) {
   return (number < 0 ? number + 4294967296 : number).toString(16).toUpperCase();
 }
 
-// The call raises one of these errors; a description of "" is the language's own.
+// Expects one of these errors; a description of "" stands for the language's own.
 function raises(what, numbers, description, call) {
   ++checks;
   try {
@@ -31,7 +31,7 @@ function raises(what, numbers, description, call) {
   complain(what, numbers, "no error");
 }
 
-// No error, and this value, of this type.
+// Expects no error, and this value with this type.
 function got(what, expected, call) {
   ++checks;
   try {
@@ -50,14 +50,14 @@ var c = new ActiveXObject("kvopdesignobjects.dtccontact");
 // --- unknown names ---
 
 got("an unknown property is read", "undefined", function () { return typeof e.Nix; });
-// 80020006 is what Wine's engine leaves of 438 in this place.
+// Wine's engine turns 438 into 80020006 here.
 raises("an unknown property is assigned", "800A01B6,80020006", "", function () { e.Nix = 1; });
 raises("an unknown method is called", "800A01B6", "", function () { e.Nix(); });
 raises("an unknown class", "800A01AD", "", function () {
   return new ActiveXObject("KVOPDesignObjects.DTCNix");
 });
 
-// --- values that do not fit ---
+// --- invalid values ---
 
 raises("a flag that is a word", "800A000D", kMismatch + ": \"ja\"",
        function () { e.OpeningTagOnly = "ja"; });
@@ -72,11 +72,11 @@ raises("a number beyond 32 bits", "800A0006", kOverflow,
        function () { p.DisplayColumns = 3000000000; });
 raises("no number at all", "800A0006", kOverflow, function () { p.DisplayColumns = NaN; });
 raises("an object that is a number", "800A000D", kMismatch, function () { c.Office = 5; });
-got("what failed has changed nothing", "[]0", function () {
+got("failures changed nothing", "[]0", function () {
   return "[" + e.Value + "]" + p.DisplayColumns;
 });
 
-// --- values that are converted ---
+// --- converted values ---
 
 function assigned(object, name, value) {
   return function () {
@@ -85,7 +85,7 @@ function assigned(object, name, value) {
   };
 }
 got("a number with a comma", 2, assigned(p, "DisplayColumns", " 1,5 "));
-got("a half goes to the even neighbour", 2, assigned(p, "DisplayColumns", 2.5));
+got("a half is rounded to even", 2, assigned(p, "DisplayColumns", 2.5));
 got("the other half", 4, assigned(p, "DisplayColumns", 3.5));
 got("a flag as a number", -1, assigned(p, "DisplayColumns", true));
 got("null as a number", 0, assigned(p, "DisplayColumns", null));
@@ -122,7 +122,7 @@ raises("an attribute without a value", "800A0009", kIndex + ": \"ohne\"",
 got("its count", 2, function () { return e.AttributesCollection.Count; });
 got("an item", "ohne", function () { return e.AttributesCollection.Item(2); });
 got("an item by index alone", "a|1", function () { return e.AttributesCollection(1); });
-raises("an item behind the last", "800A0009", kIndex,
+raises("an item after the last", "800A0009", kIndex,
        function () { return e.AttributesCollection.Item(3); });
 raises("an unknown member of the collection", "800A01B6", kUnknown + ": Nix",
        function () { return e.AttributesCollection.Nix; });
@@ -136,7 +136,7 @@ got("Enumerator", "a|1;b|2;", function () {
     all += walk.item() + ";";
   return all;
 });
-got("an Enumerator that begins anew", "a|1", function () {
+got("an Enumerator that starts over", "a|1", function () {
   var walk = new Enumerator(e.AttributesCollection);
   walk.moveNext();
   walk.moveFirst();
@@ -184,7 +184,7 @@ got("are its own", "Neu", function () {
 shop = null;
 CollectGarbage();
 got("it is kept alive", "Neu", function () { return c.Office.name; });
-got("no office any more", null, assigned(c, "Office", null));
+got("the office is removed", null, assigned(c, "Office", null));
 
 WScript.Echo("JScript: " + checks + " checks, " + failures + " failures");
 WScript.Quit(failures === 0 ? 0 : 1);

@@ -1,6 +1,6 @@
-' What scripts see when something is wrong, and what they may hand over as an object.
+' Tests the errors that scripts receive, and the objects that they may pass.
 '   cscript //nologo errors.vbs
-' Expects a German user. Umlauts are written as Chr(...), because scripts have no encoding.
+' Requires a German user. Umlauts are written as Chr(...), because scripts have no encoding.
 On Error Resume Next
 Dim failures, checks
 failures = 0
@@ -25,7 +25,7 @@ Function Same(a, b)
   Same = (StrComp(CStr(a), CStr(b), vbBinaryCompare) = 0)
 End Function
 
-' The error that the statement before has raised. Of the language's own, the text is its own too.
+' Expects the previous statement's error. The language's own errors have texts of their own.
 Sub Raised(what, number, source, description)
   Dim gotNumber, gotSource, gotDescription
   gotNumber = Err.Number
@@ -45,7 +45,7 @@ Sub Raised(what, number, source, description)
   End If
 End Sub
 
-' No error, and this value.
+' Expects no error, and this value.
 Sub Got(what, expected, actual)
   checks = checks + 1
   If Err.Number <> 0 Then
@@ -79,7 +79,7 @@ Raised "the method is assigned", 438, kVbs, ""
 Set x = CreateObject("KVOPDesignObjects.DTCNix")
 Raised "an unknown class", 429, kVbs, ""
 
-' --- values that do not fit ---
+' --- invalid values ---
 
 e.OpeningTagOnly = "ja"
 Raised "a flag that is a word", 13, kElement, kMismatch & ": ""ja"""
@@ -105,14 +105,14 @@ c.Office = "x"
 Raised "an object that is a text", 13, kContact, kMismatch & ": ""x"""
 e.AttributesCollection = "x"
 Raised "a collection that is a text", 13, kElement, kMismatch & ": ""x"""
-Got "what failed has changed nothing", "[]0", "[" & e.Value & "]" & p.DisplayColumns
+Got "failures changed nothing", "[]0", "[" & e.Value & "]" & p.DisplayColumns
 
-' --- values that are converted ---
+' --- converted values ---
 
 p.DisplayColumns = " 1,5 "
 Got "a number with a comma", 2, p.DisplayColumns
 p.DisplayColumns = 2.5
-Got "a half goes to the even neighbour", 2, p.DisplayColumns
+Got "a half is rounded to even", 2, p.DisplayColumns
 p.DisplayColumns = 3.5
 Got "the other half", 4, p.DisplayColumns
 p.DisplayColumns = True
@@ -166,7 +166,7 @@ Got "its count", 2, e.AttributesCollection.Count
 Got "an item", "ohne", e.AttributesCollection.Item(2)
 Got "an item by index alone", "a|1", e.AttributesCollection(1)
 x = e.AttributesCollection.Item(3)
-Raised "an item behind the last", 9, "KVOPDesignObjects", kIndex
+Raised "an item after the last", 9, "KVOPDesignObjects", kIndex
 x = e.AttributesCollection(0)
 Raised "an item before the first", 9, kElement, kIndex
 x = e.AttributesCollection.Item("x")
@@ -195,14 +195,14 @@ Got "and grows for both", "<kv:element name=""td"" x=""1"" y=""2""/>", e.GetRunt
 Set other = Nothing
 Got "and outlives the other control", "x|1||y|2", e.Attributes
 
-' Any collection of texts will do; a dictionary is one of its keys.
+' Any collection of texts works; a dictionary enumerates its keys.
 Set own = CreateObject("Scripting.Dictionary")
 own.Add "k|5", 0
 Set e.AttributesCollection = own
 Got "a collection of the script's own", "<kv:element name=""td"" k=""5""/>", e.GetRuntimeText
 own.Add "l|6", 0
 Got "stays the script's", "k|5||l|6", e.Attributes
-Got "and is given back as it is", CStr(True), CStr(e.AttributesCollection Is own)
+Got "and is returned itself", CStr(True), CStr(e.AttributesCollection Is own)
 
 Class Shop
   Public Name
@@ -230,14 +230,14 @@ Got "an assignment without Set", CStr(True), CStr(c.Office Is own)
 Set c.Office = e
 Got "one control as the office of another", CStr(True), CStr(c.Office Is e)
 Set c.Office = Nothing
-Got "no office any more", CStr(True), CStr(c.Office Is Nothing)
+Got "the office is removed", CStr(True), CStr(c.Office Is Nothing)
 
 ' --- cached lists ---
 
 p.CacheObject = True
 first = p.GetRuntimeText
 Got "an id for the cache", CStr(True), CStr(HasId(first))
-Got "anew with every call", CStr(False), CStr(Same(first, p.GetRuntimeText))
+Got "a new one with every call", CStr(False), CStr(Same(first, p.GetRuntimeText))
 
 Function HasId(text)
   Dim pattern
@@ -246,14 +246,14 @@ Function HasId(text)
   HasId = pattern.Test(text)
 End Function
 
-' A check whose own value fails to come does not happen at all; so they are counted.
+' A check whose value raises an error is skipped, so this counts the checks.
 Dim sites
 sites = 0
 Set files = CreateObject("Scripting.FileSystemObject")
 For Each line In Split(files.OpenTextFile(WScript.ScriptFullName).ReadAll, vbLf)
   If Left(line, 4) = "Got " Or Left(line, 7) = "Raised " Then sites = sites + 1
 Next
-If sites = 0 Or checks <> sites Then Complain "checks that happened", sites, checks
+If sites = 0 Or checks <> sites Then Complain "number of checks", sites, checks
 
 WScript.Echo "VBScript: " & checks & " checks, " & failures & " failures"
 If failures > 0 Then WScript.Quit 1

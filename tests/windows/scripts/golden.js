@@ -1,6 +1,6 @@
-// The golden pairs through automation, as golden.vbs has them; here members are reached by name.
+// Tests the golden pairs through automation, as golden.vbs does, but finds members by name.
 //   cscript //nologo golden.js KEYS
-// KEYS is the file that kvo_com_sources writes of which property is stored under which key.
+// KEYS is the file from kvo_com_sources with the key of each property.
 var fso = new ActiveXObject("Scripting.FileSystemObject");
 var here = fso.GetParentFolderName(WScript.ScriptFullName);
 var golden = fso.GetParentFolderName(fso.GetParentFolderName(here)) + "\\golden";
@@ -39,7 +39,7 @@ function compareAll() {
 
 // --- one pair ---
 
-// Whether the runtime text is as it should be. What is wrong is told only when `loud`.
+// Returns whether the runtime text is correct. Reports errors only if `loud`.
 function compare(contract, rules, pair, loud) {
   var control = new ActiveXObject("KVOPDesignObjects." + contract.name);
   var bag = pair.bag, stored = pair.stored, key, i;
@@ -52,10 +52,10 @@ function compare(contract, rules, pair, loud) {
     var defaults = contract.keys[key];
     var value = own(bag, key) ? bag[key] : defaults.read;
     var assigned = assignedValue(rule.storedAs, value, defaults.read);
-    // Names in any case.
+    // Uses names in any case.
     control[rule.property.toUpperCase()] = assigned;
     if (!loud) continue;
-    // What comes back is what was assigned, or what the setter has made of it and stores.
+    // The property returns the assigned value, or what its setter made of it and stores.
     var expected = assigned;
     if (rule.storedAs === "as-is" && stored)
       expected = own(stored, key) ? stored[key] : defaults.write;
@@ -75,7 +75,7 @@ function checkReading(control, property, kind, expected, pair) {
     fail(pair + " " + property, typeof expected + " " + expected, typeof actual + " " + actual);
 }
 
-// What an assignment to a flag makes of a value.
+// Returns the flag that an assigned value becomes.
 function flagOf(value) {
   if (typeof value === "boolean") return value;
   if (/^true$/i.test(value)) return true;
@@ -83,11 +83,11 @@ function flagOf(value) {
   return Number(value) !== 0;
 }
 
-// The value to assign for a stored text.
+// Returns the value to assign for a stored text.
 function assignedValue(storedAs, value, readDefault) {
   if (storedAs === "as-is") return value;
   if (storedAs === "tokens") return decodeTokens(value);
-  // Any text but the other word leaves a flag at what is the default.
+  // Any text except the opposite word leaves a flag at its default.
   var words = storedAs.split("/");
   return readDefault === words[0] ? value !== words[1] : value === words[0];
 }
@@ -99,7 +99,7 @@ function decodeTokens(value) {
 
 // --- files ---
 
-// The pairs of a control; tests/core/Golden.h says how they are written.
+// Reads the pairs of a control; tests/core/Golden.h describes the format.
 function readPairs(control) {
   var pairs = [], pair = null, part = "", lines = linesOf(golden + "\\" + control + ".txt");
   for (var i = 0; i < lines.length; ++i) {
@@ -192,7 +192,7 @@ function linesOf(path) {
   return fromUtf8(readBytes(path)).replace(/\r/g, "").split("\n");
 }
 
-// The lines of a list, without comments and blank lines.
+// Returns the lines of a list without comments and blank lines.
 function entriesOf(path) {
   var lines = linesOf(path), entries = [];
   for (var i = 0; i < lines.length; ++i)
@@ -200,7 +200,7 @@ function entriesOf(path) {
   return entries;
 }
 
-// A character per byte, as the system's code page (1252) has it.
+// Reads one character per byte, in the system's code page (1252).
 function readBytes(path) {
   var file = fso.OpenTextFile(path);
   var bytes = file.AtEndOfStream ? "" : file.ReadAll();
@@ -209,7 +209,7 @@ function readBytes(path) {
 }
 
 function fromUtf8(bytes) {
-  // What code page 1252 has from 0x80 to 0x9F.
+  // The characters of code page 1252 from 0x80 to 0x9F.
   var upper = "\u20AC\x81\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\x8D" +
               "\u017D\x8F\x90\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A" +
               "\u0153\x9D\u017E\u0178";
@@ -229,7 +229,7 @@ function fromUtf8(bytes) {
   return text;
 }
 
-// --- what is wrong ---
+// --- failures ---
 
 function own(object, name) {
   return Object.prototype.hasOwnProperty.call(object, name);

@@ -1,10 +1,11 @@
-' The golden pairs through automation: every property is assigned so that the control stands as
-' after loading the pair's bag, read back, and the runtime text compared to the byte.
+' Tests the golden pairs through automation: assigns every property to reach the state after loading
+' the pair's bag, reads it back, and compares the runtime text byte for byte.
 '   cscript //nologo golden.vbs KEYS
-' KEYS is the file that kvo_com_sources writes of which property is stored under which key.
-' The language has no way to reach a member whose name comes from a file. So the script first writes
-' itself to the temporary folder, with accessors for all properties of tests/golden/classes.txt
-' behind it, and runs that. The accessors spell names in capitals and in small letters: scripts may.
+' KEYS is the file from kvo_com_sources with the key of each property.
+' VBScript cannot access a member whose name comes from a file. So the script first writes a copy of
+' itself to the temporary folder, followed by accessors for all properties in
+' tests/golden/classes.txt, and runs that. The accessors use both upper and lower case, which
+' scripts may do.
 Option Explicit
 
 Const kTemporaryFolder = 2
@@ -33,7 +34,7 @@ Function RunWithAccessors(keys)
   RunWithAccessors = CreateObject("WScript.Shell").Run(command, 0, True)
   child = ReadBytes(base & ".txt")
   If child = "" Then
-    WScript.Echo "The script with the accessors said nothing."
+    WScript.Echo "The script with the accessors printed nothing."
     RunWithAccessors = 1
   Else
     WScript.Echo Left(child, Len(child) - 2)
@@ -97,7 +98,7 @@ End Function
 
 ' --- one pair ---
 
-' Whether the runtime text is as it should be. What is wrong is told only when `loud`.
+' Returns whether the runtime text is correct. Reports errors only if `loud`.
 Function Compare(contract, rules, pair, loud)
   Dim control, key, value, property, expected, actual, assigned
   Set control = CreateObject("KVOPDesignObjects." & contract.Name)
@@ -112,7 +113,7 @@ Function Compare(contract, rules, pair, loud)
       assigned = property.Assigned(value, contract.ReadDefaults.Item(key))
       LetProperty control, property.Name, assigned
       If loud Then
-        ' What comes back is what was assigned, or what the setter has made of it and stores.
+        ' The property returns the assigned value, or what its setter made of it and stores.
         expected = assigned
         If property.StoredAs = "as-is" And Not pair.Stored Is Nothing Then
           expected = contract.WriteDefaults.Item(key)
@@ -147,7 +148,7 @@ Sub CheckReading(control, property, expected, pair)
   End If
 End Sub
 
-' What an assignment to a flag makes of a value.
+' Returns the flag that an assigned value becomes.
 Function FlagOf(value)
   If VarType(value) = vbBoolean Then
     FlagOf = value
@@ -165,7 +166,7 @@ Class BoundProperty
   Public Kind
   Public StoredAs
 
-  ' The value to assign for a stored text.
+  ' Returns the value to assign for a stored text.
   Public Function Assigned(value, readDefault)
     Dim words
     Select Case StoredAs
@@ -174,7 +175,7 @@ Class BoundProperty
       Case "tokens"
         Assigned = DecodeTokens(value)
       Case Else
-        ' Any text but the other word leaves a flag at what is the default.
+        ' Any text except the opposite word leaves a flag at its default.
         words = Split(StoredAs, "/")
         Assigned = (value = words(0))
         If readDefault = words(0) Then Assigned = (value <> words(1))
@@ -279,10 +280,10 @@ Class GoldenPair
   Public Name     ' "CLASS/CASE"
   Public Bag      ' key -> text
   Public Runtime
-  Public Stored   ' as Bag, or Nothing
+  Public Stored   ' like Bag, or Nothing
 End Class
 
-' The pairs of a class, by number; tests/core/Golden.h says how they are written.
+' Reads the pairs of a class, by number; tests/core/Golden.h describes the format.
 Function ReadPairs(golden, className)
   Dim pairs, pair, part, line
   Set pairs = CreateObject("Scripting.Dictionary")
@@ -348,7 +349,7 @@ Function LinesOf(path)
   LinesOf = Split(Replace(FromUtf8(ReadBytes(path)), vbCr, ""), vbLf)
 End Function
 
-' The lines of a list, without comments and blank lines.
+' Returns the lines of a list without comments and blank lines.
 Function EntriesOf(path)
   Dim entries, line
   Set entries = CreateObject("Scripting.Dictionary")
@@ -358,7 +359,7 @@ Function EntriesOf(path)
   EntriesOf = entries.Keys
 End Function
 
-' A character per byte, as the system's code page (1252) has it.
+' Reads one character per byte, in the system's code page (1252).
 Function ReadBytes(path)
   Dim file
   Set file = fso.OpenTextFile(path)
@@ -388,7 +389,7 @@ Function FromUtf8(bytes)
         i = i + 1
         code = code * 64 + (Asc(Mid(bytes, i, 1)) And &H3F)
       Next
-      ' In this range the code page and Unicode are the same; Chr is there where ChrW is not.
+      ' In this range, the code page and Unicode agree; Chr is available where ChrW is not.
       If code >= &HA0 And code <= &HFF Then text = text & Chr(code) Else text = text & ChrW(code)
     End If
     i = i + 1
@@ -396,9 +397,10 @@ Function FromUtf8(bytes)
   FromUtf8 = text
 End Function
 
-' --- what is wrong ---
+' --- failures ---
 
-' Character by character: "=" takes letters for the same that the language sorts alike.
+' Compares character by character, because "=" treats letters as equal that the language sorts
+' alike.
 Function Same(a, b)
   Same = (StrComp(a, b, vbBinaryCompare) = 0)
 End Function

@@ -1,7 +1,7 @@
 #!/bin/sh
-# run-script.sh SCRIPT [--last LINE] [ARGUMENT...]: runs a script of this folder under Wine. It has
-# succeeded when it ends with 0 and its last line is LINE, or else ends in ", 0 failures": Wine's
-# cscript ends with 0 and in silence when a script breaks off in the middle.
+# run-script.sh SCRIPT [--last LINE] [ARGUMENT...]: runs a script of this folder under Wine.
+# Succeeds if the exit code is 0 and the last line is LINE, or by default ends in ", 0 failures",
+# because Wine's cscript ends silently with 0 when a script aborts.
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
 script="Z:$(realpath "$here/$1" | tr / '\\')"
@@ -19,7 +19,7 @@ if [ $status -ne 0 ]; then exit $status; fi
 case "$(printf '%s\n' "$said" | tail -n 1)" in
   $last) ;;
   *)
-    echo "The script broke off." >&2
+    echo "The script aborted." >&2
     exit 1
     ;;
 esac

@@ -1,5 +1,5 @@
-// Forms on Windows' windows: captions, sizes, fonts, and how they end; what users do is in
-// tests/desktop.
+// Forms in native windows: captions, sizes, fonts, and destruction. tests/desktop covers user
+// actions.
 #include "host/win32/FormWindow.h"
 
 #include <commctrl.h>
@@ -34,7 +34,7 @@ class Forms : public testing::Test {
   Win32User user{platform, form};
 };
 
-TEST_F(Forms, AmpersandsAreCharactersInEveryCaption) {
+TEST_F(Forms, AmpersandsAreLiteralInEveryCaption) {
   EXPECT_EQ(TextOf(Shown(form.lblName)), L"R&D && <b>x</b>");
   EXPECT_TRUE(GetWindowLongW(Shown(form.lblName), GWL_STYLE) & SS_NOPREFIX);
   EXPECT_EQ(TextOf(Shown(form.chkA)), L"A && B");
@@ -50,7 +50,7 @@ TEST_F(Forms, AmpersandsAreCharactersInEveryCaption) {
   EXPECT_STREQ(text, L"T && U");
 }
 
-TEST_F(Forms, AListThatIsClosedUnchosenTakesNoClick) {
+TEST_F(Forms, ClosingAListWithoutAChoiceIsNotAClick) {
   form.cboRows.AddItem("eins");
   form.cboRows.ListIndex(0);
   user.FocusByKeyboard(form.cboRows);
@@ -61,7 +61,7 @@ TEST_F(Forms, AListThatIsClosedUnchosenTakesNoClick) {
   EXPECT_EQ(form.rowClicks, 0);
 }
 
-TEST_F(Forms, WindowsAndControlsFindEachOther) {
+TEST_F(Forms, WindowsAndControlsMapToEachOther) {
   EXPECT_EQ(Shown(form.tmr), nullptr);
   EXPECT_EQ(user.View().ControlOf(Shown(form.txtInner)), &form.txtInner);
   EXPECT_EQ(GetParent(Shown(form.txtInner)), Shown(form.panA));
@@ -82,20 +82,20 @@ TEST_F(Forms, BoxesHaveTheDesktopsColours) {
   ReleaseDC(nullptr, device);
 }
 
-TEST_F(Forms, TheKeyboardIsWhereTheFormHasIt) {
+TEST_F(Forms, TheFocusMatchesTheForm) {
   user.FocusByKeyboard(form.txtName);
   form.txtName.Enabled(false);
   PumpMessages();
   EXPECT_EQ(GetFocus(), Shown(form.chkA));
 }
 
-TEST_F(Forms, OnlyTheOpenTabShows) {
+TEST_F(Forms, OnlyTheOpenTabIsVisible) {
   form.tabs.SelectedTab(1);
   EXPECT_TRUE(IsWindowVisible(Shown(form.chkInner)));
   EXPECT_FALSE(IsWindowVisible(Shown(form.txtInner)));
 }
 
-TEST_F(Forms, AGridKeepsTheKeyboardWhenItsRowsGo) {
+TEST_F(Forms, AGridKeepsTheFocusWhenItsRowsAreRemoved) {
   user.SelectItem(form.suiRows.Add({.caption = "eins", .key = "1", .value = "a"}));
   form.suiRows.Clear();
   PumpMessages();
@@ -114,7 +114,7 @@ TEST_F(Forms, AButtonInARowIsAsWideAsTheGrid) {
   EXPECT_FALSE(IsWindowEnabled(button));
 }
 
-TEST_F(Forms, TheTabKeyGoesToTheButtonOfAColourRow) {
+TEST_F(Forms, TheTabKeyReachesTheButtonOfAColourRow) {
   user.SelectItem(
       form.suiRows.Add({.kind = ItemKind::color, .caption = "Farbe", .value = "#FF0000"}));
   form.onButton = [] {};
@@ -127,7 +127,7 @@ TEST_F(Forms, TheTabKeyGoesToTheButtonOfAColourRow) {
 
 // --- texts ---
 
-TEST_F(Forms, AnotherProgramMayTypeForTheUser) {
+TEST_F(Forms, AnotherProgramMayType) {
   TwoBoxes boxes;
   Win32User typist(platform, boxes);
   for (TextBox* box : {&boxes.txtLine, &boxes.txtLines}) {
@@ -137,7 +137,7 @@ TEST_F(Forms, AnotherProgramMayTypeForTheUser) {
   }
 }
 
-TEST_F(Forms, AnAidToTheUserMaySelect) {
+TEST_F(Forms, AnotherProgramMaySelect) {
   form.txtName.Text("a😀cd");
   user.FocusByKeyboard(form.txtName);
   SendMessageW(Shown(form.txtName), EM_SETSEL, 1, -1);
@@ -145,9 +145,9 @@ TEST_F(Forms, AnAidToTheUserMaySelect) {
   EXPECT_EQ(form.txtName.SelLength(), 3U);
 }
 
-// --- the end ---
+// --- destruction ---
 
-TEST_F(Forms, MayLoseTheirWindowToItsParent) {
+TEST_F(Forms, MayLoseTheirWindowWithItsParent) {
   DestroyWindow(user.Frame());
   EXPECT_EQ(user.View().Window(), nullptr);
   EXPECT_EQ(Shown(form.txtName), nullptr);
@@ -198,7 +198,7 @@ TEST(FormWindows, LeaveNothingBehind) {
 
 // --- every page ---
 
-TEST(Pages, LeaveTheTabKeyBeyondTheirLastInputToTheHost) {
+TEST(Pages, LeaveTheTabKeyAfterTheirLastInputToTheHost) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
   for (const NamedForm& named : AllForms()) {
@@ -214,8 +214,8 @@ TEST(Pages, LeaveTheTabKeyBeyondTheirLastInputToTheHost) {
   }
 }
 
-// The room that a caption takes in Windows' own Tahoma. Wine measures its letters wider than it
-// draws them.
+// Returns the space that a caption needs in Windows' own Tahoma. Wine measures its letters wider
+// than it draws them.
 SIZE RoomOf(const FormControl& control, const std::string& caption, bool wraps) {
   constexpr int kLine = 13;
   const FontWeight weight = control.TextFont().weight;
@@ -242,12 +242,12 @@ TEST(Captions, AreNotCutOff) {
                           : check  ? check->Caption()
                           : option ? option->Caption()
                                    : button->Caption());
-      caption.resize(caption.find_last_not_of(' ') + 1);  // nobody misses a blank
+      caption.resize(caption.find_last_not_of(' ') + 1);  // a trailing blank is invisible
       const HWND window = view.WidgetOf(*control);
       RECT area{};
       GetClientRect(window, &area);
       const SIZE room = RoomOf(*control, caption, label && label->Wraps());
-      constexpr int kMark = 17;  // a check box or an option, and the air beside it
+      constexpr int kMark = 17;  // a check box or an option, and the gap next to it
       constexpr int kEdges = 6;  // of a push button
       EXPECT_LE(room.cx + (check || option ? kMark : button ? kEdges : 0), area.right);
       EXPECT_LE(room.cy, area.bottom);
@@ -284,7 +284,7 @@ TEST(Scaling, FollowsTheScreensLogicalResolution) {
   }
 }
 
-TEST(Scaling, TahomaIsElevenPixelsHighAt96Dots) {
+TEST(Scaling, TahomaIsElevenPixelsHighAt96Dpi) {
   LOGFONTW font{};
   GetObjectW(FontOf({}), sizeof(font), &font);
   EXPECT_EQ(font.lfHeight, -MulDiv(11, ScreenResolution(), 96));

@@ -32,7 +32,7 @@ class Platforms : public testing::Test {
  protected:
   using Action = std::function<void(HWND dialog)>;
 
-  // What the user does as soon as a window of that title is active.
+  // Acts as the user as soon as a window with this title is active.
   void Meanwhile(std::wstring title, Action action) {
     waiting_.push_back({std::move(title), std::move(action)});
     current_ = this;
@@ -111,7 +111,7 @@ TEST_F(Platforms, AskForALine) {
   EXPECT_EQ(answered, 3);
 }
 
-// The system's own dialog, whatever its title; its fields are those of the documented template.
+// Finds the system's dialog whatever its title; its fields are those of the documented template.
 TEST_F(Platforms, ChooseColours) {
   static HWND dialog = nullptr;
   const HHOOK hook =
@@ -182,7 +182,7 @@ TEST_F(Platforms, AFailureInADialogIsShownAndLeavesItOpen) {
   EXPECT_EQ(answered, 2);
 }
 
-TEST_F(Platforms, TheTabKeyOfADialogGoesRound) {
+TEST_F(Platforms, TheTabKeyOfADialogWrapsAround) {
   frmExpressionBuilder dialog;
   Meanwhile(L"Ausdruck-Assistent", [&](HWND window) {
     Key(GetFocus(), VK_TAB);
@@ -254,7 +254,7 @@ Box MakeBox() {
   return box;
 }
 
-TEST_F(Platforms, BoxesHaveTheirBorderAndStayInIt) {
+TEST_F(Platforms, BoxesHaveTheirBorderAndStayInsideIt) {
   const Box box = MakeBox();
   const SIZE size = BoxSize(box);
   const Canvas canvas({size.cx + 20, size.cy + 20});
@@ -276,7 +276,7 @@ TEST_F(Platforms, BoxesHaveTheirBorderAndStayInIt) {
   EXPECT_GT(text, 50);
 }
 
-TEST_F(Platforms, AMetafileOfABoxShowsTheSame) {
+TEST_F(Platforms, AMetafileOfABoxLooksTheSame) {
   const Box box = MakeBox();
   const SIZE size = BoxSize(box);
   const RECT target{0, 0, size.cx, size.cy};

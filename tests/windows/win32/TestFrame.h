@@ -8,7 +8,7 @@
 
 namespace kvo {
 
-// A top-level window without anything of its own but a button, as a property frame has its tabs.
+// A top-level window with nothing but a button, standing for a property frame's tabs.
 class TestFrame final : private OwnWindow {
  public:
   explicit TestFrame(SIZE inside);
@@ -25,9 +25,9 @@ class TestFrame final : private OwnWindow {
   HWND strip_;
 };
 
-// Dispatches what waits.
+// Dispatches pending messages.
 void PumpMessages();
-// Until something is so; false when it takes too long.
+// Waits until `so` returns true; returns false on a timeout.
 bool PumpUntil(const std::function<bool()>& so, int milliseconds = 5000);
 
 }  // namespace kvo

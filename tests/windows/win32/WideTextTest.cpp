@@ -1,4 +1,4 @@
-// Text at the edge to Windows goes there and back as it is.
+// Text is converted to Windows' encoding and back without loss.
 #include "host/win32/WideText.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 namespace kvo {
 namespace {
 
-TEST(WideTexts, GoThereAndBack) {
+TEST(WideTexts, SurviveARoundTrip) {
   const std::string texts[] = {"",
                                "abc",
                                "äöüß€",
@@ -28,7 +28,7 @@ TEST(WideTexts, UnpairedSurrogatesSurvive) {
   EXPECT_EQ(FromWide(L"\xD800"), "\xED\xA0\x80");
 }
 
-TEST(WideTexts, WhatIsNoUtf8IsReplaced) {
+TEST(WideTexts, InvalidUtf8IsReplaced) {
   EXPECT_EQ(ToWide("a\xFF"
                    "b"),
             L"a\xFFFD"
@@ -36,10 +36,10 @@ TEST(WideTexts, WhatIsNoUtf8IsReplaced) {
   EXPECT_EQ(ToWide("\xC3"), L"\xFFFD");
   EXPECT_EQ(ToWide("\xC3("), L"\xFFFD(");
   EXPECT_EQ(ToWide("\x80\x80"), L"\xFFFD\xFFFD");
-  EXPECT_EQ(ToWide("\xF4\x90\x80\x80").front(), L'\xFFFD');  // beyond the last character
+  EXPECT_EQ(ToWide("\xF4\x90\x80\x80").front(), L'\xFFFD');  // beyond the last code point
 }
 
-TEST(WindowTexts, HaveNoEndAndNoAccessKeys) {
+TEST(WindowTexts, HaveNoNulAndNoAccessKeys) {
   EXPECT_EQ(ToWindowText(std::string_view("a\0b", 3)),
             L"a\x2400"
             L"b");

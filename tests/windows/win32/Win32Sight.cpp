@@ -1,4 +1,4 @@
-// What the windows of Windows show.
+// Reads what native windows show.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -13,7 +13,7 @@
 namespace kvo {
 namespace {
 
-// With whatever stands behind a NUL.
+// Includes what follows a NUL.
 std::wstring ClipboardText() {
   std::wstring text;
   if (!OpenClipboard(nullptr)) return text;
@@ -85,7 +85,7 @@ bool Win32User::ShowsMark(const FormControl& control) {
   return SendMessageW(Shown(control), BM_GETCHECK, 0, 0) == BST_CHECKED;
 }
 
-// Windows does not tell of its timers.
+// Windows does not expose its timers.
 bool Win32User::ShowsRunning(const Timer& timer) { return timer.IsRunning() && timer.Enabled(); }
 
 std::u16string Win32User::ShownTextOf(const FormControl& control) { return TextIn(Shown(control)); }
@@ -130,7 +130,7 @@ std::optional<std::u16string> Win32User::ShownValue(const PropertyGrid& grid) {
   if (const HWND line = ChildOf(Shown(grid), WC_EDITW)) return TextIn(line);
   const HWND list = ChildOf(Shown(grid), WC_COMBOBOXW);
   if (list == nullptr) return std::nullopt;
-  // A closed list draws a value that is no choice, and does not tell of it.
+  // A closed list draws a value that is not a choice, but does not expose it.
   const bool drawn =
       ChildOf(list, WC_EDITW) == nullptr && SendMessageW(list, CB_GETCURSEL, 0, 0) == CB_ERR;
   return drawn ? AsShown(ToText(grid.SelectedItem()->Value())) : TextIn(list);

@@ -52,7 +52,7 @@ WPARAM VirtualKey(Key key) {
   return 0;
 }
 
-// The character that the keyboard's driver makes of a key; 0 for none.
+// Returns the character that the keyboard driver makes of a key; 0 for none.
 wchar_t CharacterOf(WPARAM key, bool control) {
   if (control) return key >= 'A' && key <= 'Z' ? static_cast<wchar_t>(key - 'A' + 1) : L'\0';
   const bool isOne =
@@ -113,7 +113,7 @@ void Win32User::Activate() {
   PumpMessages();
 }
 
-// Of a list that was opened by the way, nothing is chosen.
+// Closes a list that was opened on the way, without a choice.
 void Win32User::CloseLists() const {
   const auto close = [](HWND window, LPARAM) -> BOOL {
     if (Is(window, WC_COMBOBOXW) && SendMessageW(window, CB_GETDROPPEDSTATE, 0, 0))
@@ -173,7 +173,7 @@ void Win32User::ClickInto(EditBox& box, std::size_t caret) {
     const auto* area = dynamic_cast<TextBox*>(&box);
     const Lines lines = area != nullptr && area->MultiLine() ? Lines::many : Lines::one;
     const int units = ShownText(box.Text(), lines, kWindowStyle).ToWidget(caret);
-    // What does not show is gone to first.
+    // Scrolls to the position if necessary.
     const auto first = SendMessageW(window, EM_GETFIRSTVISIBLELINE, 0, 0);
     const auto line = SendMessageW(window, EM_LINEFROMCHAR, static_cast<WPARAM>(units), 0);
     if (lines == Lines::many) SendMessageW(window, EM_LINESCROLL, 0, line - first);
@@ -181,7 +181,7 @@ void Win32User::ClickInto(EditBox& box, std::size_t caret) {
         static_cast<DWORD>(SendMessageW(window, EM_POSFROMCHAR, static_cast<WPARAM>(units), 0));
     POINT point{static_cast<short>(LOWORD(at)), static_cast<short>(HIWORD(at))};
     if (static_cast<LONG>(at) == -1) {
-      // Behind the last character.
+      // After the last character.
       const auto top = SendMessageW(window, EM_GETFIRSTVISIBLELINE, 0, 0);
       const LONG down = lines == Lines::many ? static_cast<LONG>(line - top) : 0;
       point = {Inside(window).right - 2, down * LineHeight(window) + 2};
@@ -237,7 +237,7 @@ void Win32User::Press(Key key) {
     if (!tab || dialog_) return SendKey(target, VirtualKey(key));
     MSG message{target, WM_KEYDOWN, VK_TAB, 1, 0, {}};
     if (view_->TranslateKey(message)) return;
-    SetFocus(frame_->Strip());  // the frame has it, and hands it back
+    SetFocus(frame_->Strip());  // the frame takes the focus and passes it back
     if (key == Key::tab)
       view_->FocusFirst();
     else
@@ -274,7 +274,7 @@ void Win32User::Click(FormControl& control) {
     return ClickInto(*box, CharacterCount(box->Text()));
   Do([&] {
     HWND window = Reach(control);
-    constexpr int kInBox = 6;  // where a check box or an option has its mark
+    constexpr int kInBox = 6;  // position of the mark of a check box or an option
     const RECT area = Inside(window);
     if (dynamic_cast<EditBox*>(&control) == nullptr)
       return ClickAt(window, {kInBox, area.bottom / 2}, Button());
@@ -373,7 +373,7 @@ void Win32User::CloseWindow() {
   });
 }
 
-// In real time.
+// Waits in real time.
 void Win32User::Tick(Timer& timer) {
   Do([&] {
     if (!timer.IsRunning()) Cannot(timer, "is not running");

@@ -1,5 +1,4 @@
-// A user in front of real windows: keys and clicks, as messages, and nothing that goes straight to
-// the form.
+// A user of real windows, with keys and clicks sent as messages; never accesses the form directly.
 #pragma once
 
 #include <windows.h>
@@ -16,10 +15,10 @@
 
 namespace kvo {
 
-// Shows the form: a page in a frame, and everything else in its dialog.
+// Shows a page in a frame, and any other form in its dialog.
 class Win32User final : public DesktopUser {
  public:
-  // The platform is told of the mouse button.
+  // Reports the mouse button to the platform.
   Win32User(HeadlessPlatform& platform, Form& form);
   ~Win32User() override;
 
@@ -75,11 +74,11 @@ class Win32User final : public DesktopUser {
   std::u16string ShownCell(const Grid& grid, std::size_t row, std::size_t column) override;
   std::vector<std::size_t> ShownSelection(const Grid& grid) override;
 
-  // A key with others held down, at what has the focus.
+  // Presses a key at the focused window while holding others.
   void PressWith(WPARAM key, std::initializer_list<int> held);
 
  private:
-  // What a page's event throws comes out of it.
+  // Rethrows what a page's event throws.
   template <class Action>
   void Do(const Action& action);
   void CloseLists() const;
@@ -98,7 +97,7 @@ class Win32User final : public DesktopUser {
   std::unique_ptr<FormWindow> page_;
   std::unique_ptr<FormDialog> dialog_;
   FormWindow* view_ = nullptr;
-  HWND focus_ = nullptr;  // when the window was last acted on
+  HWND focus_ = nullptr;  // the focus at the last action
   std::exception_ptr failure_;
 };
 

@@ -76,7 +76,7 @@ void ClickListRow(HWND list, std::size_t row, bool add, bool twice, const MouseB
   const HeldKeys held = add ? HeldKeys({VK_CONTROL}) : HeldKeys({});
   const WPARAM keys = MK_LBUTTON | (add ? MK_CONTROL : 0);
   Tell(button, true);
-  // The list waits for the button to come up again.
+  // The list waits for the button to be released.
   PostMessageW(list, WM_LBUTTONUP, keys & ~WPARAM{MK_LBUTTON}, at);
   SendMessageW(list, twice ? WM_LBUTTONDBLCLK : WM_LBUTTONDOWN, keys, at);
   Tell(button, false);

@@ -1,4 +1,4 @@
-// What a person does to single windows of the component, as messages to them.
+// A person's actions on single windows of the component, sent as messages.
 #pragma once
 
 #include <windows.h>
@@ -13,14 +13,14 @@
 namespace kvo {
 
 std::wstring ClassOf(HWND window);
-// By class.
+// Whether the window has this class.
 bool Is(HWND window, const wchar_t* className);
-// The n-th window of a class in another one that shows; nullptr when there is none.
+// Returns the n-th visible child window of a class; nullptr if there is none.
 HWND ChildOf(HWND parent, const wchar_t* className, std::size_t number = 0);
 RECT Inside(HWND window);
 POINT Centre(const RECT& area);
 
-// Holds keys down for this thread.
+// Holds keys down for this thread during its lifetime.
 class HeldKeys {
  public:
   explicit HeldKeys(std::initializer_list<int> keys);
@@ -32,20 +32,20 @@ class HeldKeys {
   BYTE former_[256]{};
 };
 
-// Told when the left mouse button goes down and comes up; may be empty. What cannot be done throws
-// CannotDo.
+// Called when the left mouse button goes down or up; may be empty. The actions below throw CannotDo
+// if they are impossible.
 using MouseButton = std::function<void(bool down)>;
 
 void ClickAt(HWND window, POINT at, const MouseButton& button = {});
-// `add`: with the control key. The list gets its last messages when messages are next dispatched.
+// `add` holds the control key. The list receives its last messages on the next dispatch.
 void ClickListRow(HWND list, std::size_t row, bool add, bool twice, const MouseButton& button = {});
 void ClickBelowRows(HWND list, const MouseButton& button = {});
 void ClickTab(HWND tabs, std::size_t tab, const MouseButton& button = {});
 // Opens a drop-down list and clicks a row.
 void ChooseInList(HWND list, int row, const MouseButton& button = {});
-// The row that shows a text, -1 for none.
+// Returns the row that shows a text; -1 for none.
 int FindInList(HWND list, std::string_view text);
-// Where a row of a property grid stands, once it was scrolled to.
+// Scrolls to a property grid's row and returns its position.
 RECT PlaceOfItem(HWND window, const PropertyGrid& grid, int row);
 void ClickItem(HWND window, const PropertyGrid& grid, int row, const MouseButton& button = {});
 

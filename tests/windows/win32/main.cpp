@@ -1,4 +1,4 @@
-// The tests' own main: prepares Windows, and looks whether there is a screen.
+// A main function of its own: prepares Windows, and checks that there is a screen.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -12,7 +12,7 @@ int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   const INITCOMMONCONTROLSEX classes{sizeof(classes), ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
   if (!InitCommonControlsEx(&classes) || GetSystemMetrics(SM_CXSCREEN) <= 0) {
-    std::fputs("There is no desktop.\n", stderr);
+    std::fputs("No desktop found.\n", stderr);
     return 2;
   }
   kvo::UserLanguage(kvo::DesktopLanguage());

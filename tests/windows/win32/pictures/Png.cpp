@@ -3,7 +3,7 @@
 #include <objbase.h>
 #include <objidl.h>
 
-// GDI+ needs them, and the component's sources must not have them.
+// GDI+ needs these, and the component's sources must not include them.
 using std::max;
 using std::min;
 

@@ -6,7 +6,7 @@
 
 namespace kvo {
 
-// Writes a bitmap as a PNG file; false when it cannot be written, or is all of one colour.
+// Writes a bitmap as a PNG file. Returns false if it cannot, or if the bitmap has only one colour.
 bool WritePng(HBITMAP bitmap, const std::filesystem::path& file);
 
 }  // namespace kvo

@@ -1,5 +1,5 @@
 // kvo_windows_pictures FOLDER: draws every property page, the dialog, the input prompt and every
-// design-time box. Fails when a picture is empty.
+// design-time box. Fails if a picture is empty.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -31,7 +31,7 @@ class Studio {
     std::filesystem::create_directories(folder_);
   }
 
-  // The inside of a window, as it shows.
+  // Draws the visible inside of a window.
   void Draw(HWND window, std::string_view name) {
     RedrawWindow(window, nullptr, nullptr,
                  RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
@@ -55,7 +55,7 @@ class Studio {
     SelectObject(memory, former);
     const std::filesystem::path file = folder_ / (std::string(name) + ".png");
     if (!WritePng(bitmap, file)) {
-      std::fprintf(stderr, "%s: nothing to see\n", file.string().c_str());
+      std::fprintf(stderr, "%s: the picture is empty\n", file.string().c_str());
       failed = true;
     }
     DeleteObject(bitmap);
@@ -69,7 +69,7 @@ class Studio {
   std::filesystem::path folder_;
 };
 
-// A frame that nobody sees.
+// A frame without a window.
 class NoWindow final : public PropertyFrame::Window {
  public:
   void ApplyEnabledChanged() override {}
@@ -90,7 +90,7 @@ void DrawPage(Studio& studio, HeadlessPlatform& platform, std::string_view name,
   Win32User user(platform, page);
   user.View().FocusFirst();
   studio.Draw(user.View().Window(), name);
-  // With the user on a row, whose editor is open then.
+  // Selects a row, so that its editor is open.
   auto* grid = dynamic_cast<PropertyGrid*>(page.Find("suiDesign"));
   if (grid == nullptr) return;
   constexpr std::size_t kColorRow = 4;
@@ -124,7 +124,7 @@ void DrawDialog(Studio& studio, HeadlessPlatform& platform, const ObjectRef& off
   studio.Draw(user.View().Window(), "frmExpressionBuilder");
 }
 
-// Under each other, on a page's white.
+// Draws them below each other on white, like a page.
 void DrawBoxes(Studio& studio, const ObjectRef& office) {
   constexpr int kGap = 10;
   struct Placed {
@@ -143,7 +143,7 @@ void DrawBoxes(Studio& studio, const ObjectRef& office) {
   studio.Draw(all, "boxes", [&](HDC to) {
     for (const Placed& placed : boxes) DrawBox(to, placed.box, placed.at);
   });
-  // Twice as large; and that played from a metafile.
+  // Draws them at twice the size, and the same from a metafile.
   studio.Draw({2 * all.cx, 2 * all.cy}, "boxes-200", [&](HDC to) {
     for (const Placed& placed : boxes) {
       const RECT& at = placed.at;
