@@ -21,9 +21,9 @@ std::string PlaceText(const page::FoundControl& control) {
   return std::to_string(control.place.line) + ":" + std::to_string(control.place.column);
 }
 
-// Is told of the tag-only elements of a page in their order, and says at the end which of them have
-// no partner. A closing one belongs to the last opening one of its name that is still open. Every
-// message names both places where there are two.
+// Pairs the tag-only elements of a page, noted in page order, and reports those without a partner.
+// A closing element pairs with the last open element of its name. A message names both places where
+// there are two.
 class Balance {
  public:
   void Note(const Checked& checked) {
@@ -84,7 +84,7 @@ class Balance {
   page::Problems problems_;
 };
 
-// The page with blanks in place of its controls, so that every place stays the same.
+// Returns the page with blanks in place of its controls, so that no offset changes.
 std::string WithoutControls(const page::Page& page,
                             const std::vector<page::FoundControl>& controls) {
   std::string text(page.Bytes());
@@ -96,7 +96,7 @@ std::string WithoutControls(const page::Page& page,
   return text;
 }
 
-// Unknown fields in the text of a page between its controls, each at its own place.
+// Reports unknown fields in the page's text between its controls.
 page::Problems CheckOwnText(const page::Page& page, const std::vector<page::FoundControl>& controls,
                             KnownFields& fields) {
   constexpr std::size_t kMostTold = 1'000;  // a page may hold nothing but unknown fields
@@ -119,7 +119,7 @@ page::Problems CheckOwnText(const page::Page& page, const std::vector<page::Foun
   return problems.Take(page.Bytes(), page.Encoding());
 }
 
-// A failing control has been reported by the page's own check; rules that need no text go on.
+// Empty when the control fails, which page::Check reports; rules that need no text still run.
 std::string RuntimeTextOrNothing(const Control& control) {
   try {
     return control.GetRuntimeText();
@@ -157,7 +157,7 @@ page::Problems CheckPage(const page::Page& page, const ObjectRef& office,
     try {
       control = page::Load(*found.contract, found.bag);
     } catch (const RuntimeError&) {
-      continue;  // reported by the page's own check
+      continue;  // page::Check reports it
     }
     const Checked checked{found, control, fields, RuntimeTextOrNothing(*control)};
     balance.Note(checked);

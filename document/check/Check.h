@@ -1,4 +1,4 @@
-// What is wrong or odd about the controls of a page, beyond what keeps the page from being saved.
+// Checks the controls of a page for mistakes and oddities that do not keep it from being saved.
 #pragma once
 
 #include <span>
@@ -11,7 +11,7 @@ namespace kvo::check {
 
 // A rule about controls. docs/checks.md describes each with an example.
 struct Rule {
-  std::string_view id;  // as it stands in messages; never changes
+  std::string_view id;  // shown in messages; never changes
   page::Severity severity;
 };
 std::span<const Rule> Rules();
@@ -19,9 +19,9 @@ page::Problem ProblemOf(const Rule& rule, const page::FoundControl& control, Mes
 
 class ProductNumbers;
 
-// page::Check and every rule, in the order of their places. `office` is the host's context object
-// with its field lists; without one, fields are not looked up. Nor are products without `products`,
-// which may serve many pages.
+// Runs page::Check and every rule; problems are in page order. `office` is the host's context
+// object with its field lists. Skips the look-up of fields without `office`, and of products
+// without `products`, which may serve many pages.
 page::Problems CheckPage(const page::Page& page, const ObjectRef& office,
                          ProductNumbers* products = nullptr);
 

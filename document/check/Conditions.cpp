@@ -26,7 +26,7 @@ struct Token {
 };
 using Kind = Token::Kind;
 
-// The longer ones first.
+// Longer ones first, so that they match first.
 constexpr std::string_view kComparisons[] = {
     "===", "!==", "&gt;=", "&lt;=", "&gt;", "&lt;", "==", "!=", "<>", ">=", "<=", ">", "<", "="};
 
@@ -34,13 +34,14 @@ bool BelongsToWord(char c) {
   return IsLetter(c) || IsDigit(c) || c == '_' || c == '.' || static_cast<unsigned char>(c) >= 0x80;
 }
 
-// The token at `at`. `after` is the kind of the one before: behind a comparison a "-" is a sign.
+// Returns the token at `at`. `after` is the kind of the token before: after a comparison, "-" is a
+// sign.
 Token TokenAt(std::string_view test, std::size_t at, Kind after) {
   const std::string_view rest = test.substr(at);
   const char c = rest.front();
   if (c == '#' || c == '\'' || c == '"') {
     const std::size_t end = rest.find(c, 1);
-    // What is not closed reaches to the end, where nothing follows.
+    // An unclosed token extends to the end.
     if (end == npos) return {Kind::other, at, rest.size()};
     return {c == '#' ? Kind::field : Kind::text, at, end + 1};
   }
@@ -87,7 +88,7 @@ std::size_t PlaceOfMissingJoiner(std::string_view test) {
     const Kind right = kindAt(i);
     const bool ends =
         left == Kind::close || (IsOperand(left) && i > 1 && kindAt(i - 2) == Kind::comparison);
-    // Brackets behind a word are those of a call.
+    // Brackets after a word are a call.
     const bool begins = (right == Kind::open && left != Kind::word) ||
                         (IsOperand(right) && kindAt(i + 1) == Kind::comparison);
     if (ends && begins) return tokens[i].at;

@@ -1,13 +1,13 @@
-// What can be told of a test without knowing the template language.
+// Checks a test as far as possible without knowing the template language.
 #pragma once
 
 #include <string_view>
 
 namespace kvo::check {
 
-// Where the second of two conditions begins that stand side by side with no "&&" or "||" between
-// them; npos when there is no such place. A condition is a comparison here, or brackets; whatever
-// else stands between two of them joins them.
+// Finds two adjacent conditions without "&&" or "||" between them; returns where the second begins,
+// or npos. A condition here is a comparison or a bracketed expression; anything else between two
+// conditions joins them.
 std::size_t PlaceOfMissingJoiner(std::string_view test);
 
 }  // namespace kvo::check

@@ -18,7 +18,7 @@ using page::messages::Quoted;
 
 constexpr std::string_view kPrintTag = "print";
 
-// A property without which a control is of no use.
+// Reports an empty property without which the control is useless.
 void ExpectFilled(const Checked& checked, std::string_view property, const Localized& what,
                   const Report& report) {
   if (!checked.Has(property) || !checked.Text(property).empty()) return;
@@ -32,7 +32,7 @@ void ExpectField(FieldKind kind, const std::string& name, const Checked& checked
   if (auto message = UnknownFieldMessage(kind, name, checked.fields)) report(std::move(*message));
 }
 
-// Those that the control emits and that are fields for sure, or the others; each once.
+// Checks the references in the runtime text that surely are fields, or the others; each once.
 void ExpectReferences(const Checked& checked, bool forSure, const Report& report) {
   std::set<std::pair<FieldKind, std::string>> seen;
   ForEachFieldReference(checked.runtimeText, [&](const FieldReference& reference) {
@@ -58,7 +58,7 @@ void OutputWithoutField(const Checked& checked, const Report& report) {
   ExpectFilled(checked, "Field", {"Es wird kein Feld ausgegeben.", "No field is printed."}, report);
 }
 
-// Where others have it, the template engine takes them for an expression without a value.
+// In any other control, the template engine reads this tag as an expression without a value.
 void PrintTag(const Checked& checked, const Report& report) {
   const std::string_view fitting = checked.found.contract->TagName();
   if (fitting == kPrintTag || checked.Text("basename") != kPrintTag || checked.runtimeText.empty())
@@ -76,7 +76,7 @@ void MissingJoiner(const Checked& checked, const Report& report) {
   if (place == std::string::npos) return;
   const std::string second = Quoted(std::string_view(test).substr(place));
   report({"Vor der Bedingung " + second + " fehlt „&&“ oder „||“. Verbinden Sie sie mit der davor.",
-          "There is no \"&&\" or \"||\" in front of the condition " + second +
+          "There is no \"&&\" or \"||\" before the condition " + second +
               ". Join it with the one before."});
 }
 
@@ -90,7 +90,7 @@ void ContradictoryFlags(const Checked& checked, const Report& report) {
        "or closing-tag-only."});
 }
 
-// What a control emits only together with another property.
+// A property that is emitted only together with another.
 struct Dependent {
   std::string_view property;
   std::string_view needs;
@@ -133,7 +133,7 @@ void AttributeChanges(const Checked& checked, const Report& report) {
     report(
         {"Leere Attribute am Anfang der Liste gehen beim nächsten Speichern verloren. Löschen "
          "Sie die führenden „||“.",
-         "Empty attributes at the front of the list get lost when it is saved next. Delete the "
+         "Empty attributes at the front of the list get lost when it is next saved. Delete the "
          "leading \"||\"."});
   ForEach(*ToObject(checked.control->Get("AttributesCollection")), [&](const Variant& item) {
     const std::string text = ToText(item);
@@ -199,7 +199,7 @@ void UnsubscribeWithoutSite(const Checked& checked, const Report& report) {
       report);
 }
 
-// The attributes that a row emits. None when that fails, which is another rule's finding.
+// Returns the attributes that a row emits. Empty when that fails, which another rule reports.
 std::string AttributesOf(const PropertyRow& row, const Control& control) {
   std::string text;
   try {
@@ -212,11 +212,11 @@ std::string AttributesOf(const PropertyRow& row, const Control& control) {
   return text;
 }
 
-// Contents are no attributes: there an "&" is the author's own.
+// Checks attributes only: in contents, an "&" is up to the author.
 void BareAmpersand(const Checked& checked, const Report& report) {
   for (const PropertyRow& row : checked.found.contract->bag) {
     if (row.type != PropertyType::text || row.emission.append == nullptr) continue;
-    // The escaping leaves an "&" raw where the value ends before it can be told from "&amp;".
+    // Escaping leaves an "&" raw when the value ends too soon after it to rule out "&amp;".
     const std::string emitted = AttributesOf(row, *checked.control);
     if (FixAmpersands(emitted) == emitted) continue;
     const std::string name(row.name);

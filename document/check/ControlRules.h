@@ -1,4 +1,4 @@
-// The rules that look at one control at a time.
+// Rules that check one control at a time.
 #pragma once
 
 #include <functional>
@@ -13,11 +13,11 @@
 
 namespace kvo::check {
 
-// The rules that the page's own text is held against as well.
+// These rules also apply to the page's own text.
 inline constexpr Rule kUnknownField{"unknown-field", page::Severity::error};
 inline constexpr Rule kUnknownOrderValue{"unknown-order-value", page::Severity::warning};
 
-// A control under inspection: loaded from its bag, and the runtime text that it answers.
+// A control being checked, loaded from its bag, and its runtime text.
 struct Checked {
   const page::FoundControl& found;
   const std::shared_ptr<Control>& control;

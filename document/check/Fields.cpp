@@ -15,14 +15,14 @@ namespace {
 using page::messages::Quoted;
 using page::messages::WithSuggestion;
 
-// Enough for a thousand unknown names against a hundred known ones; some tenths of a second at
-// most.
+// Enough for a thousand unknown names against a hundred known ones; takes a few tenths of a second
+// at most.
 constexpr std::size_t kMostCompared = 100'000;
 
 struct Spelling {
   FieldKind kind;
-  std::string_view path;  // behind a "#"
-  std::string_view tag;   // behind a "<"
+  std::string_view path;  // after "#"
+  std::string_view tag;   // after "<"
   Localized what;
 };
 constexpr Spelling kSpellings[] = {
@@ -30,10 +30,11 @@ constexpr Spelling kSpellings[] = {
     {FieldKind::order, "order.", "kv:order", {"Das Bestellfeld", "order field"}},
 };
 
-// Position lists name the order's number so, in two spellings, whatever the office calls it.
+// Position lists use this name for the order number, in two spellings, whatever the office calls
+// it.
 constexpr std::string_view kOrderNumber = "orderid";
 
-// Blanks stand inside of a name only.
+// Blanks are allowed inside a name only.
 bool IsName(std::string_view name) {
   const auto belongs = [](char c) {
     return IsLetter(c) || IsDigit(c) || c == '_' || c == '-' || c == ' ' ||

@@ -28,15 +28,14 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(' ') - begin + 1);
 }
 
-// Databases may compare without regard to case, and fill up with blanks. What they take for the
-// same number is the same.
+// Folds numbers that a database may treat as equal: it may ignore case and pad with blanks.
 std::string Folded(std::string_view number) {
   std::string folded(Trimmed(number));
   std::ranges::transform(folded, folded.begin(), LowerAscii);
   return folded;
 }
 
-// Numbers are written into the statement; these characters mean themselves to every database.
+// Numbers are written into the statement; these characters are literal in every database.
 bool CanBeLookedUp(std::string_view number) {
   constexpr std::size_t kLongestNumber = 100;
   return number.size() <= kLongestNumber && std::ranges::all_of(number, [](char c) {

@@ -1,4 +1,4 @@
-// Product numbers, looked up in the database of the shop.
+// Looks up product numbers in the shop database.
 #pragma once
 
 #include <functional>
@@ -17,14 +17,14 @@ namespace kvo::check {
 inline constexpr Rule kUnknownProduct{"unknown-product", page::Severity::error};
 inline constexpr Rule kProductsNotChecked{"products-not-checked", page::Severity::warning};
 
-// The products of an office's shop. Each number is asked for once, many with one statement, and
-// only when it is needed; nothing is written. Needs a platform that makes recordsets. A shop that
-// cannot be read is told once and then left alone.
+// The products of an office's shop. Queries each number once, when needed, many in one statement;
+// never writes. Needs a platform that makes recordsets. Reports an unreadable shop once, then stops
+// asking.
 class ProductNumbers {
  public:
   explicit ProductNumbers(ObjectRef office) : office_(std::move(office)) {}
 
-  // Looks up those that were not looked up before. Answers why not all were; once.
+  // Looks up the numbers not yet looked up. Returns once why some could not be.
   std::optional<Message> LookUp(const std::vector<std::string>& numbers);
   // False also for a number that could not be looked up.
   bool IsUnknown(const std::string& number) const;
@@ -33,18 +33,18 @@ class ProductNumbers {
   void Ask(std::span<const std::string> numbers, Object& office);
 
   ObjectRef office_;
-  std::map<std::string, bool> known_;  // of each number that was looked up
+  std::map<std::string, bool> known_;  // by number; whether it exists
   bool readable_ = true;
 };
 
-// The products that a control names, at least one.
+// The product numbers that a control names, at least one.
 struct Selection {
   const page::FoundControl* control;
   std::vector<std::string> numbers;
 };
-// Those of a text that parts them by ",".
+// Splits a text at ",".
 std::vector<std::string> NumbersIn(std::string_view products);
-// Says which of them there are not.
+// Reports the products that do not exist.
 page::Problems CheckProducts(const std::vector<Selection>& selections, ProductNumbers& products);
 
 }  // namespace kvo::check

@@ -15,7 +15,7 @@ using Kind = JsonNode::Kind;
 // In the order of the kinds.
 struct KindRow {
   Localized name;
-  Localized wanted;  // what stands behind "expected"; of kinds that can be
+  Localized wanted;  // the text after "expected", for kinds that can be expected
 };
 constexpr KindRow kKinds[] = {
     {{"null", "null"}, {}},
@@ -30,8 +30,8 @@ const KindRow& RowOf(Kind kind) { return kKinds[static_cast<std::size_t>(kind)];
 
 std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
-// A key as messages show it. What is no name may be a value in the wrong place, and that a
-// connection string with its password.
+// Returns a key for messages. Hides anything that is not a name: it may be a misplaced value, such
+// as a connection string with a password.
 std::string Shown(const std::string& key) {
   const bool isName = std::ranges::all_of(key, [](char c) {
     return IsLetter(c) || IsDigit(c) || c == '_' || static_cast<unsigned char>(c) >= 0x80;

@@ -1,5 +1,5 @@
-// What the readers of JSON files share: they check all that they read, name every problem with its
-// place, and read on.
+// Shared by the readers of JSON files: they check everything, report every problem with its place,
+// and read on.
 #pragma once
 
 #include <span>
@@ -14,9 +14,8 @@
 
 namespace kvo::office {
 
-// A file that is not what it should be. Holds everything that is wrong with it, in the order of the
-// file.
-// Its text has a line for each problem: "file:line:column: error: what and what to do [rule]".
+// A faulty file, with all of its problems in file order. The text has one line for each problem:
+// "file:line:column: error: what and what to do [rule]".
 class JsonFileError : public LocalizedError {
  public:
   JsonFileError(std::string file, page::Problems problems);
@@ -29,7 +28,7 @@ class JsonFileError : public LocalizedError {
   page::Problems problems_;
 };
 
-// "contactFields[2].dataType"; the file as a whole has no path.
+// Returns a path such as "contactFields[2].dataType". The path of the whole file is empty.
 std::string PathTo(const std::string& parent, std::string_view key);
 
 class JsonFileReader {
@@ -38,14 +37,14 @@ class JsonFileReader {
       : rule_(rule), problems_(problems) {}
 
  protected:
-  // A member that has to be there, of the given kind; nullptr after a problem.
+  // Returns a required member of the given kind; nullptr after reporting a problem.
   const JsonNode* Required(const JsonNode& object, std::string_view key, JsonNode::Kind wanted,
                            const std::string& path);
-  // False after a problem.
+  // Returns false after reporting a problem.
   bool Is(const JsonNode& node, JsonNode::Kind wanted, const std::string& path);
   void WrongValue(const JsonNode& node, JsonNode::Kind wanted, const Localized& found,
                   const std::string& path);
-  // No key is unknown, and none stands twice.
+  // Reports unknown and duplicate keys.
   void CheckKeys(const JsonNode& object, std::span<const std::string_view> known,
                  const std::string& path);
   void Add(std::size_t at, Message message);
@@ -55,8 +54,8 @@ class JsonFileReader {
   page::ProblemList& problems_;
 };
 
-// Reads the contents of a file: read(root, problems). Throws JsonFileError when that finds
-// problems, or when the file is no JSON.
+// Parses the contents of a file and calls read(root, problems). Throws JsonFileError when that
+// reports problems or the file is not JSON.
 template <class Read>
 auto ReadJsonFile(std::string_view contents, const std::string& file, std::string_view rule,
                   Read read) {

@@ -12,12 +12,12 @@ namespace {
 
 using nlohmann::json;
 
-// An office nests three deep; deeper ones only come from mistakes.
+// An office nests three levels; deeper nesting is a mistake.
 constexpr std::size_t kDeepest = 100;
 
 class TreeBuilder {
  public:
-  // The parser's events do not say where they happen, but how much of `in` was taken by then does.
+  // The parser's events carry no position; it is derived from how much of `in` was read.
   TreeBuilder(std::string_view text, std::istream& in) : text_(text), in_(*in.rdbuf()) {}
 
   bool null() { return Leaf({}); }
@@ -80,7 +80,7 @@ class TreeBuilder {
   JsonNode Take() { return std::move(root_); }
 
  private:
-  // Between the end of one token and the start of the next there is nothing but this.
+  // Only these characters separate two tokens.
   std::size_t TokenStart() {
     const std::size_t start = text_.find_first_not_of(" \t\r\n,:", tokenEnd_);
     tokenEnd_ = Taken();
@@ -90,14 +90,14 @@ class TreeBuilder {
     return static_cast<std::size_t>(in_.pubseekoff(0, std::ios::cur, std::ios::in));
   }
 
-  // The parser's reason ends with what it has read last, which can be anything.
+  // Looks only at the reason's beginning: it ends with the text read last, which can be anything.
   static bool IsWrongText(const json::exception& error) {
     const std::string_view reason = error.what();
     return reason.substr(0, reason.find("; last read")).find("invalid string") !=
            std::string_view::npos;
   }
 
-  // The text itself is not shown: it may be a connection string with a password.
+  // Does not show the text: it may be a connection string with a password.
   [[noreturn]] static void ThrowWrongText(std::size_t at) {
     throw JsonError{
         at,
@@ -107,13 +107,15 @@ class TreeBuilder {
          "closing quotation mark and every \\ in it."}};
   }
 
-  // Where the word or number starts that ends at `last`; a bracket, comma or colon stands alone.
+  // Returns the start of the word or number that ends at `last`; brackets, commas and colons are
+  // tokens of their own.
   std::size_t WordStart(std::size_t last) const {
     if (last == 0 || kEnds.find(text_[last]) != std::string_view::npos) return last;
     return text_.find_last_of(kEnds, last - 1) + 1;
   }
 
-  // Where the character, of valid UTF-8, starts that the byte `at` belongs to; and where one ends.
+  // Return the start of the UTF-8 character around byte `at`, and the end of one. The text is
+  // valid.
   std::size_t CharacterStart(std::size_t at) const {
     while (page::FirstUtf8Character(text_.substr(at)).length == 0) --at;
     return at;
@@ -122,12 +124,13 @@ class TreeBuilder {
     return start + page::FirstUtf8Character(text_.substr(start)).length;
   }
 
-  // Whether a word stands right behind a quotation mark: one inside of a text has closed it early.
+  // Whether a word directly follows a quotation mark: a quotation mark inside a text has closed it
+  // early.
   bool IsRestOfText(std::size_t start) const {
     return start > 0 && text_[start - 1] == '"' && kEnds.find(text_[start]) == std::string::npos;
   }
 
-  // The length of a token in the text: the parser shows each control character as "<U+xxxx>".
+  // Returns a token's length in the text; the parser shows each control character as "<U+xxxx>".
   static std::size_t Length(std::string_view token) {
     constexpr std::string_view kControl = "<U+";
     constexpr std::size_t kShownAs = 8;
@@ -156,7 +159,7 @@ class TreeBuilder {
   }
 
   bool Open(JsonNode::Kind kind) {
-    // A pointer into a parent's children stays valid: while it is open, its parent gets no other.
+    // Pointers into a parent's children stay valid: an open child gets no further siblings.
     open_.push_back(&Place({.kind = kind}));
     if (open_.size() <= kDeepest) return true;
     throw JsonError{
@@ -170,7 +173,7 @@ class TreeBuilder {
     return true;
   }
 
-  static constexpr std::string_view kEnds = " \t\r\n[]{},:\"";  // of words and numbers
+  static constexpr std::string_view kEnds = " \t\r\n[]{},:\"";  // end words and numbers
 
   std::string_view text_;
   std::streambuf& in_;
@@ -187,7 +190,7 @@ JsonNode ParseJson(std::string_view text) {
   constexpr std::string_view kMark = "\xEF\xBB\xBF";
   const std::size_t start = text.starts_with(kMark) ? kMark.size() : 0;
   const std::string_view body = text.substr(start);
-  // In advance, because the parser counts it among the faults of the text that it is in.
+  // Checked first, because the parser reports it as a fault of the surrounding text.
   if (const std::size_t at = page::FindInvalidUtf8(body); at != std::string_view::npos)
     throw JsonError{start + at,
                     {"Dieses Zeichen ist kein gültiges UTF-8. Speichern Sie die Datei als UTF-8.",

@@ -1,5 +1,4 @@
-// A JSON text as a tree in which everything knows where it stands and keys that stand twice are
-// both kept.
+// A JSON text as a tree. Every node knows its position; duplicate keys are all kept.
 #pragma once
 
 #include <algorithm>
@@ -18,20 +17,20 @@ struct JsonNode {
 
   Kind kind = Kind::null;
   std::size_t at = 0;                // offset in the text
-  std::string text{};                // of kind text
-  std::int64_t integer = 0;          // of kind integer
-  std::string key{};                 // of a member of an object
-  std::size_t keyAt = 0;             // where its key stands
-  std::vector<JsonNode> children{};  // of kinds list and object, in their order
+  std::string text{};                // for text
+  std::int64_t integer = 0;          // for integer
+  std::string key{};                 // for a member of an object
+  std::size_t keyAt = 0;             // offset of its key
+  std::vector<JsonNode> children{};  // for list and object, in order
 
-  // The member of an object; nullptr when there is none.
+  // Returns the member of an object; nullptr when there is none.
   const JsonNode* Find(std::string_view wanted) const {
     const auto found = std::ranges::find(children, wanted, &JsonNode::key);
     return found == children.end() ? nullptr : &*found;
   }
 };
 
-// Why a text is no JSON, and where.
+// Why a text is not JSON, and where.
 struct JsonError {
   std::size_t at;
   Message message;

@@ -1,5 +1,5 @@
-// The context object that a host hands to its controls: which contact and order fields there are,
-// and the way to the shop database.
+// The context object that a host gives its controls: the contact and order fields, and access to
+// the shop database.
 #pragma once
 
 #include <cstdint>
@@ -19,14 +19,14 @@ struct Field {
   std::int32_t dataType = 0;
 };
 
-// Makes the shop connection of a connection string; opens nothing yet.
+// Makes a shop connection from a connection string without opening it.
 using ConnectionFactory = std::function<ObjectRef(const std::string& connectionString)>;
 
-// Late bound: ContactFields, OrderFields, ShopDBConnection. Both collections walk their fields in
-// the order given and find one by its SQLName, compared exactly (of two with the same name the
-// first), or by number from 1; RuntimeError 9 when there is none. A field has SQLName, DisplayName
-// and DataType. ShopDBConnection is empty when the office names no database, or when nobody makes
-// connections; it is made when it is first asked for, and stays the same object.
+// Late bound: ContactFields, OrderFields, ShopDBConnection. Both collections list their fields in
+// the given order and find one by exact SQLName (the first of duplicates) or by number from 1;
+// RuntimeError 9 when there is none. A field has SQLName, DisplayName and DataType.
+// ShopDBConnection is made on first use and stays the same object; it is empty without a database
+// or a connection factory.
 class Office final : public Object {
  public:
   struct Description {

@@ -27,10 +27,10 @@ constexpr std::array kFieldKeys = {kSqlName, kDisplayName, kDataType};
 
 constexpr std::string_view kSqlite = "sqlite3://";
 
-// Some ten thousands of fields. The tree of a larger file could take more memory than there is.
+// Room for tens of thousands of fields. The tree of a larger file could exhaust memory.
 constexpr std::size_t kLargestOffice = 4 << 20;
 
-// Reads the tree and collects everything that is wrong with it.
+// Reads the tree and reports all of its problems.
 class Reader : private JsonFileReader {
  public:
   Reader(const std::filesystem::path& folder, page::ProblemList& problems)

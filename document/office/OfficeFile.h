@@ -6,8 +6,8 @@
 //   shopDatabase                a connection string, or null or absent for none; the path of
 //                               sqlite3://PATH is relative to the file's folder
 //
-// Any other key is an error, so that a misspelt one is not passed over; so is a key that stands
-// twice. The file is UTF-8.
+// Unknown keys are errors, so that misspelt ones are noticed; so are duplicate keys. The file is
+// UTF-8.
 #pragma once
 
 #include <memory>
@@ -19,14 +19,14 @@
 
 namespace kvo::office {
 
-// The rule of every problem of an office file.
+// The rule id of every problem in an office file.
 inline constexpr std::string_view kOfficeFileRule = "office-file";
 
-// Throws JsonFileError, or page::FileError when the file cannot be read, is none but a pipe or a
-// device, or is larger than 4 MB.
+// Throws JsonFileError, or page::FileError when the file cannot be read, is a pipe or a device, or
+// is larger than 4 MB.
 std::shared_ptr<Office> LoadOffice(const std::string& file, ConnectionFactory connections = {});
 
-// The same from the contents of a file; `file` is its name.
+// Reads an office from the contents of a file; `file` is its name.
 Office::Description ReadOffice(std::string_view contents, const std::string& file);
 
 }  // namespace kvo::office

@@ -12,10 +12,10 @@ namespace kvo::page {
 #ifdef __linux__
 namespace {
 
-// Under this name the system hands out the list as a whole, so that it is copied as it is.
+// The system returns the whole list under this name, so it can be copied as is.
 constexpr const char* kAccessList = "system.posix_acl_access";
 
-// Of a file system, or a system, that has no access lists.
+// Whether the file, its file system or the system has no access lists.
 bool HasNone(int error) { return error == ENODATA || error == ENOTSUP || error == ENOSYS; }
 
 }  // namespace

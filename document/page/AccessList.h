@@ -1,13 +1,13 @@
-// The access list (ACL) of a file, which grants more, or less, than its mode says.
+// The access control list of a file, which grants more or less than its mode.
 #pragma once
 
 #include <string>
 
 namespace kvo::page {
 
-// Gives an open file, which is to replace the file `from`, the access list of that one, or none if
-// that one has none: the file may have got another one from its folder. Answers 0, or the number of
-// the error.
+// Copies the access list of `from` to an open file that will replace it. Removes the list when
+// `from` has none, because a new file may inherit one from its folder. Returns 0 or the error
+// number.
 int CopyAccessList(const std::string& from, int to);
 
 }  // namespace kvo::page

@@ -26,7 +26,7 @@ static_assert(std::is_sorted(std::begin(kNamed), std::end(kNamed),
                                return NameOf(a) < NameOf(b);
                              }));
 
-// What the numbers 0x80 to 0x9F stand for: the characters of windows-1252, where it has one.
+// The characters for the numbers 0x80 to 0x9F: those of windows-1252, where it has one.
 constexpr std::array<char32_t, 32> kC1 = {
     0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -63,7 +63,7 @@ std::size_t AppendNumber(std::string_view text, std::string& utf8) {
   return at < text.size() && text[at] == ';' ? at + 1 : at;
 }
 
-// The longest name that the text begins with; nullptr when there is none.
+// Finds the longest name that the text begins with; nullptr when there is none.
 const NamedReference* LongestName(std::string_view text) {
   text = text.substr(0, kLongestName);
   std::size_t length = 0;
@@ -86,8 +86,8 @@ std::size_t AppendCharacterReference(std::string_view text, std::string& utf8) {
   const NamedReference* row = LongestName(text.substr(1));
   if (row == nullptr) return 0;
   const std::size_t length = 1 + NameOf(*row).size();
-  // In attribute values, as in an address with "&copy=1", a name without its semicolon is no
-  // reference when it goes on.
+  // In attribute values, such as an address with "&copy=1", a name without a semicolon is not a
+  // reference when more follows.
   if (text[length - 1] != ';' && length < text.size()) {
     const char next = text[length];
     if (next == '=' || IsLetter(next) || IsDigit(next)) return 0;

@@ -7,8 +7,8 @@
 
 namespace kvo::page {
 
-// `text` begins with "&". Appends the characters of the reference there and returns its length in
-// bytes; 0, with nothing appended, when the "&" stands for itself.
+// Appends the characters of the reference that `text` begins with and returns its length in bytes.
+// Returns 0 and appends nothing when the "&" at the start is literal.
 std::size_t AppendCharacterReference(std::string_view text, std::string& utf8);
 
 }  // namespace kvo::page

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kParamTag = std::string_view("<param").size();
 
-constexpr std::size_t kShownBytes = 80;  // in messages, of what stands in the page
+constexpr std::size_t kShownBytes = 80;  // of page text in messages
 
 std::string_view FirstLine(std::string_view text) {
   return text.substr(0, text.find_first_of("\r\n"));
@@ -34,7 +34,7 @@ std::string_view NearestKey(const ControlClass& contract, std::string_view key) 
   return Suggest(key, keys);
 }
 
-// A name of an attribute can be written again when it would be read as the same name.
+// Whether an attribute's name reads back as the same name when written.
 bool IsWritableName(std::string_view name) {
   return name.find_first_of(std::string_view("\"'<=\0", 5)) == npos;
 }
@@ -89,7 +89,7 @@ void ControlReader::FindMisplaced(const Scanner& before, std::size_t from, std::
     const Surroundings place = surroundings->At(element->begin);
     const bool isValue = place.kind == Surroundings::Kind::attributeValue;
     const std::size_t line = (isValue ? valuePlaces_ : places_).At(place.begin).line;
-    // The start comment of a saved control is as misplaced as its element.
+    // Remembers that the element's start comment is misplaced as well.
     if (const std::size_t number = SpanNumberBefore(page_, element->begin); number != 0)
       misplacedSpans_[number] = {place, line};
     const LoneElement alone =
@@ -148,7 +148,7 @@ bool ControlReader::ReadSpan(std::size_t at) {
   if (!closed && !stopped_) Fail(at, rule::unclosedControl, messages::UnclosedControl());
   ReadSpanText(element, closed);
   scanner_.SeekTo(control_.end);
-  // With its end comment lost as well, a broken control must not hide those behind it.
+  // Keeps a broken control whose end comment is also lost from hiding the controls after it.
   if (control_.broken && control_.OldText(page_).find(kSpanStart) != npos) ReadSpanTextAsPage();
   return true;
 }
@@ -233,7 +233,7 @@ bool ControlReader::ReadClass(const RawAttribute& classId) {
     return true;
   }
   if (!IsOurProgId(value)) return false;
-  // Decoding may report something, which then is not about the control before.
+  // Decoding may report a problem, which must not name the previous control.
   control_.contract = nullptr;
   control_.className = {};
   control_.id.reset();
@@ -305,7 +305,7 @@ bool ControlReader::ReadParams(std::size_t& at) {
     if (IsTagAt(page_, at, "<", "object") || rest.starts_with(kSpanStart) ||
         rest.starts_with(kSpanEnd) || (inComment_ && rest.starts_with(kCommentEnd)))
       return false;
-    // Anything else would be lost. Say so once, then look for more params.
+    // Saving would lose anything else. Reports that once, then looks for more params.
     if (!reported)
       Fail(at, rule::unexpectedContent,
            messages::UnexpectedContent(Printable(FirstLine(rest.substr(0, kShownBytes)))));

@@ -1,4 +1,4 @@
-// Reads the controls of a page, one after the other, and says what is wrong with them.
+// Reads the controls of a page one by one and reports their problems.
 #pragma once
 
 #include <algorithm>
@@ -20,7 +20,7 @@
 
 namespace kvo::page {
 
-// A control as it stands in the page. What it points to lives until the reader goes on.
+// A control as written in the page. Its views are valid until the reader moves on.
 struct ReadControl {
   struct Attribute {
     std::string_view name;  // in the page's encoding
@@ -48,7 +48,7 @@ struct ReadControl {
   std::vector<std::size_t> paramOfKey;  // by row of the class's bag: index in params, or kNoParam
   bool broken = false;
 
-  // Of a span; else empty.
+  // The saved text of a span; empty for an element.
   std::string_view OldText(std::string_view page) const {
     return page.substr(textBegin, textEnd - textBegin);
   }
@@ -57,7 +57,7 @@ struct ReadControl {
 
 class ControlReader {
  public:
-  // Which params are handed over besides those that the class can read.
+  // Which params to return: those that the class can read, or all.
   enum class Params { known, all };
 
   ControlReader(std::string_view page, const PageEncoding& encoding, Params params,
@@ -68,48 +68,48 @@ class ControlReader {
         problems_(problems),
         scanner_(page) {}
 
-  // The next control, broken ones included; false at the end of the page.
+  // Reads the next control, even a broken one; false at the end of the page.
   bool Next();
   const ReadControl& Control() const { return control_; }
-  // How far the page was read, and how it is read from there on.
+  // The scanner, in its state at the current position.
   const Scanner& Reading() const { return scanner_; }
 
-  // Goes back into the text of the span just read, which turned out not to be one, but for so many
-  // bytes at its beginning.
+  // Continues reading inside the text of the span just read, which turned out not to be saved text
+  // beyond its first `ownSize` bytes.
   void ReadSpanTextAsPage(std::size_t ownSize = 0);
 
  private:
-  // Both answer whether there is a control; either way the scanner goes on behind what was read.
+  // Both return whether there is a control, and move the scanner past what was read.
   bool ReadObject(std::size_t at);
   bool ReadSpan(std::size_t at);
 
-  // Complains about elements of ours in [from, to), a stretch of the page in which HTML sees none.
-  // `before` is in front of it, in content.
+  // Reports our elements in [from, to), a part of the page where HTML sees none. `before` is the
+  // scanner before that part, in content.
   void FindMisplaced(const Scanner& before, std::size_t from, std::size_t to);
   void ReportStrayEnd(std::size_t at);
 
-  // Reads the element at `at` into control_ and moves `at` behind it, or to where reading stopped.
-  // False when the element is none of ours, or its class cannot be told.
+  // Reads the element at `at` into control_ and moves `at` past it, or to where reading stopped.
+  // False when the element is not ours or its class is unreadable.
   bool ReadElement(std::size_t& at);
   bool ReadClass(const RawAttribute& classId);
   void ReadAttributes(TagReader& tag, bool hasClassId);
   void CheckAttributeNames(std::size_t at);
-  // Answers whether "</object>" was found.
+  // Returns whether "</object>" was found.
   bool ReadParams(std::size_t& at);
   void ReadParam(std::size_t& at);
   void AddParam(std::size_t at, std::string_view key, std::string_view value);
-  // Behind the element of a span: the rest of its comment, the text and the end comment.
+  // Reads what follows a span's element: the rest of its comment, the text and the end comment.
   void ReadSpanText(std::size_t at, bool elementClosed);
 
   std::size_t BehindComment(std::size_t at) const {
     return std::min(EndOfComment(page_, at), page_.size());
   }
-  // The tag's next attribute. False at its end, and also when the tag does not end or goes past
-  // the end of the comment that it stands in: then stopped_ is set.
+  // Reads the tag's next attribute; false at the tag's end. Also returns false, and sets stopped_,
+  // when the tag never ends or runs past the end of its comment.
   bool NextAttribute(TagReader& tag, RawAttribute& attribute);
 
   std::string_view Decoded(const RawAttribute& attribute);
-  // For messages: bytes of the page, whatever they are, as UTF-8.
+  // Returns bytes of the page as UTF-8 for messages, replacing invalid ones.
   std::string Printable(std::string_view bytes) const;
   void Fail(std::size_t at, std::string_view rule, Message message);
   std::size_t OffsetOf(std::string_view part) const {
@@ -128,35 +128,35 @@ class ControlReader {
   std::size_t count_ = 0;
   bool refused_ = false;
 
-  // In front of an object of others, whose tag and what follows are still to be searched for
-  // misplaced controls.
+  // Before a foreign object, whose tag and following text have yet to be searched for misplaced
+  // controls.
   std::optional<Scanner> foreignObject_;
-  // For the lines in which places begin. Values have one of their own, since each asks for the
-  // beginnings in order, and a tag begins in front of its values.
+  // Find the line where a place begins. Attribute values have their own finder: offsets must
+  // ascend, and a tag begins before its values.
   PlaceFinder places_{page_, encoding_};
   PlaceFinder valuePlaces_{page_, encoding_};
   struct Misplaced {
     Surroundings place;
     std::size_t line;
   };
-  std::map<std::size_t, Misplaced> misplacedSpans_;  // by number; their end comments may follow
+  std::map<std::size_t, Misplaced> misplacedSpans_;  // by number; end comments may follow
 
-  // Values that are not in the page letter by letter.
+  // Decoded values, where they differ from the page's bytes.
   std::deque<std::string> decoded_;
   std::size_t decodedInUse_ = 0;
 
-  // The class found last, by the raw value of its classid.
+  // The last class found, and the raw value of its classid.
   std::string_view lastClassId_;
   const ControlClass* lastContract_ = nullptr;
 
-  // The comment that the element being read stands in.
+  // The comment around the element being read.
   bool inComment_ = false;
   std::size_t commentEnd_ = 0;  // npos when it never ends
   bool stopped_ = false;
-  bool isOurs_ = false;  // the element's class is known to be of this library
+  bool isOurs_ = false;  // the element's class is one of this library
 
-  // All end comments from some place on: number and offset, sorted. Made when a search did not
-  // end where reading goes on, so that no text is searched again and again.
+  // All end comments from some offset on, as sorted (number, offset). Made once a search fails or
+  // reading goes back, so that no text is searched repeatedly.
   using SpanEndEntry = std::pair<std::size_t, std::size_t>;
   std::optional<std::vector<SpanEndEntry>> spanEnds_;
 };

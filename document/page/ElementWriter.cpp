@@ -11,7 +11,7 @@
 namespace kvo::page {
 namespace {
 
-// Bytes that go into a value as they stand, whatever their neighbours are.
+// Bytes that are written into a value unchanged, whatever their neighbours are.
 constexpr std::array<bool, 256> kPlain = [] {
   std::array<bool, 256> plain{};
   for (unsigned byte = 0; byte < 0x80; ++byte) plain[byte] = true;
@@ -40,7 +40,7 @@ void AppendNumber(std::string& text, std::size_t number) {
   text.append(digits.data(), end);
 }
 
-// By number; HTML reads 0x80 to 0x9F as other characters, so those have no reference.
+// Appends a numeric reference. Fails for 0x80 to 0x9F, which HTML reads as other characters.
 bool AppendReference(char32_t character, std::string& page) {
   if (character >= 0x80 && character <= 0x9F) return false;
   page += "&#";
@@ -71,7 +71,7 @@ void AppendMarkup(char c, bool besideDash, std::string& page) {
   }
 }
 
-// How much of the value goes into an attribute as it stands.
+// Returns how many leading bytes of the value can be written unchanged.
 std::size_t PlainPrefix(std::string_view value) {
   std::size_t at = 0;
   while (at < value.size() && kPlain[static_cast<unsigned char>(value[at])]) ++at;
@@ -152,7 +152,7 @@ void ElementWriter::Begin(const ControlClass& contract, std::optional<std::strin
 void ElementWriter::Attribute(std::string_view name, std::optional<std::string_view> value) {
   text_ += ' ';
   text_ += name;
-  // A name that ends in dashes must not stand before the ">" of its tag.
+  // Keeps a name that ends in dashes from meeting the ">" of its tag.
   if (!value && name.find("--") == npos) return;
   text_ += "=\"";
   Value(value.value_or(std::string_view()));
@@ -201,7 +201,7 @@ void ElementWriter::CloseStartTag() {
 std::size_t SpanNumber(std::string_view text) {
   std::size_t at = text.find(kSpanEnd);
   if (at == npos) return 1;
-  // As many numbers as there are end comments may be taken, so a greater one does not matter.
+  // At most as many numbers are taken as there are end comments; greater ones do not matter.
   std::vector<bool> taken(text.size() / kSpanEnd.size() + 2);
   for (; at != npos; at = text.find(kSpanEnd, at + 1)) {
     std::string_view rest = text.substr(at + kSpanEnd.size());

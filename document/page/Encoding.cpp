@@ -23,7 +23,7 @@ constexpr std::string_view kUtf16BigMark = "\xFE\xFF";
 class Converter {
  public:
   Converter(const char* to, const char* from) : handle_(iconv_open(to, from)) {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): how iconv says that it failed
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): how iconv reports failure
     if (handle_ == reinterpret_cast<iconv_t>(-1))
       throw std::system_error(errno, std::generic_category(), from);
   }
@@ -31,7 +31,7 @@ class Converter {
   Converter& operator=(const Converter&) = delete;
   ~Converter() { iconv_close(handle_); }
 
-  // The UTF-32 character of one byte; nothing when it stands for none.
+  // Returns the UTF-32 character of a byte; kNone when there is none.
   char32_t CharacterOf(unsigned char byte) {
     char in = static_cast<char>(byte);
     char32_t character = SingleByteSet::kNone;
@@ -93,7 +93,7 @@ std::string_view WithoutSpace(std::string_view text) {
   return text;
 }
 
-// Whether it holds characters that no encoding's name has, as the tags of all templates do.
+// Whether the name contains characters that no encoding name has, as every template tag does.
 bool IsTemplateTag(std::string_view name) {
   return !std::all_of(name.begin(), name.end(), [](char c) {
     return IsLetter(c) || (c >= '0' && c <= '9') || IsHtmlSpace(c) ||
@@ -101,7 +101,8 @@ bool IsTemplateTag(std::string_view name) {
   });
 }
 
-// Looks for a declaration by the rules of HTML, "prescan a byte stream to determine its encoding".
+// Finds an encoding declaration by the rules of HTML, "prescan a byte stream to determine its
+// encoding".
 class DeclarationFinder {
  public:
   explicit DeclarationFinder(std::string_view start) : text_(start) {}
@@ -111,7 +112,7 @@ class DeclarationFinder {
     std::size_t offset = 0;
   };
 
-  // The first that is no template's tag, with an empty name when there is none.
+  // Finds the first declaration that is not a template tag; its name is empty when there is none.
   Declaration Find() {
     for (;;) {
       Declaration declaration = FindNext();
@@ -120,7 +121,7 @@ class DeclarationFinder {
       if (!templateTag_) templateTag_ = declaration;
     }
   }
-  // The first template's tag that was found on the way.
+  // The first template tag passed on the way.
   const std::optional<Declaration>& TemplateTag() const { return templateTag_; }
 
  private:
@@ -129,7 +130,7 @@ class DeclarationFinder {
       at_ = text_.find('<', at_);
       if (at_ == npos) return {};
       if (StartsWith("<!--")) {
-        // The dashes of "<!--" may be those of the end.
+        // The dashes of "<!--" may also be those of "-->".
         const std::size_t end = text_.find("-->", at_ + 2);
         if (end == npos) return {};
         at_ = end + 3;
@@ -184,7 +185,7 @@ class DeclarationFinder {
     return isContentType ? fromContent : std::string();
   }
 
-  // "text/html; charset=NAME": the name.
+  // Returns NAME from "text/html; charset=NAME".
   static std::string CharsetIn(std::string_view content) {
     constexpr std::string_view kWord = "charset";
     for (std::size_t at = 0;;) {
@@ -247,7 +248,7 @@ class DeclarationFinder {
 
   std::string_view text_;
   std::size_t at_ = 0;
-  std::string_view name_;  // of the attribute, as the page has it
+  std::string_view name_;  // of the attribute, as written in the page
   std::string_view value_;
   std::optional<Declaration> templateTag_;
 };
@@ -316,7 +317,7 @@ std::optional<PageEncoding> PageEncoding::Declared(std::string_view page) {
 
 std::optional<PageEncoding::VoidDeclaration> PageEncoding::FindVoidDeclaration(
     std::string_view page) {
-  // A quick look first, since most pages of any size have none.
+  // Scans quickly first, since most pages, large ones too, have none.
   bool mayHaveOne = false;
   for (std::size_t at = 0; !mayHaveOne; ++at) {
     at = page.find('<', at);

@@ -23,7 +23,7 @@ constexpr std::string_view kStandardStream = "-";
 
 std::string Quoted(std::string_view file) { return '"' + std::string(file) + '"'; }
 
-// What the system says, for failures that have no advice of their own; in English, where it can.
+// Returns the system's text for an error that has no advice of its own; in English where possible.
 std::string SystemText(int error) {
 #ifdef __GLIBC__
   const char* const text = strerrordesc_np(error);
@@ -33,7 +33,7 @@ std::string SystemText(int error) {
   return text != nullptr ? text : "?";
 }
 
-// `passing` is writing to what takes the bytes at once: a pipe, a device, standard output.
+// `passing` writes to a target that cannot be replaced: a pipe, a device, standard output.
 enum class Doing { reading, writing, passing };
 
 constexpr Localized OutcomeOf(Doing doing) {
@@ -87,7 +87,7 @@ Message MessageOf(int error, Doing doing, const std::string& file) {
           "The file would become larger than allowed here. Raise the limit (ulimit -f).");
     case ELOOP:
       return make("Die symbolischen Links führen im Kreis. Berichtigen Sie sie.",
-                  "The symbolic links go round in a circle. Correct them.");
+                  "The symbolic links go in a circle. Correct them.");
     default:
       break;
   }
@@ -104,7 +104,7 @@ Message MessageOf(int error, Doing doing, const std::string& file) {
   throw FileError(file, MessageOf(error, doing, file));
 }
 
-// Does a system call anew for as long as signals interrupt it.
+// Repeats a system call while signals interrupt it.
 template <class Call>
 int Uninterrupted(Call call) {
   int result;
@@ -113,7 +113,7 @@ int Uninterrupted(Call call) {
   return result;
 }
 
-// An open file, closed at the end of its life.
+// An open file, closed on destruction.
 class Descriptor {
  public:
   Descriptor() = default;
@@ -129,16 +129,16 @@ class Descriptor {
 
   int Number() const { return number_; }
   bool IsOpen() const { return number_ >= 0; }
-  // Closes now, for the errors that some file systems report only then. An interrupted close has
-  // closed.
+  // Closes now to see errors that some file systems report only on close. An interrupted close has
+  // closed the file.
   bool Close() { return close(std::exchange(number_, -1)) == 0 || errno == EINTR; }
 
  private:
   int number_ = -1;
 };
 
-// While it lives, a file that grows beyond the process's limit is an error of the write, not a
-// signal that ends the program.
+// During its lifetime, exceeding the file size limit makes the write fail instead of killing the
+// process with a signal.
 class NoFileSizeSignal {
  public:
   NoFileSizeSignal() {
@@ -166,7 +166,7 @@ void WriteAll(int descriptor, std::string_view bytes, Doing doing, const std::st
     if (written > 0) {
       bytes.remove_prefix(static_cast<std::size_t>(written));
     } else if (written == 0) {
-      Throw(EIO, doing, file);  // without an error and without end
+      Throw(EIO, doing, file);  // would loop forever without an error
     } else if (errno != EINTR) {
       Throw(errno, doing, file);
     }
@@ -179,7 +179,7 @@ std::string FolderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-// The process's own descriptor that the path is the system's name of, such as "/proc/self/fd/1" or
+// Returns the descriptor of this process that the path names, such as "/proc/self/fd/1" or
 // "/dev/fd/63"; -1 for any other path.
 int DescriptorNamed(const std::string& path) {
   const std::size_t slash = path.rfind('/');
@@ -196,7 +196,7 @@ int DescriptorNamed(const std::string& path) {
   return std::string_view(folder.get()).ends_with("/fd") ? number : -1;
 }
 
-// Where a name finally leads: to a file, whether it exists or not, or to an open descriptor.
+// Where a name leads after following links: a file, which may not exist, or an open descriptor.
 struct Target {
   std::string path;
   int descriptor = -1;
@@ -208,12 +208,12 @@ Target TargetOf(const std::string& file) {
   for (int links = 0; links < kMostLinks; ++links) {
     struct stat status;
     if (lstat(path.c_str(), &status) != 0) {
-      // Not knowing whether it is a link is no reason to put a file in its place.
+      // It may still be a link, so refuse to replace it.
       if (errno != ENOENT) Throw(errno, Doing::writing, file);
       return {path};
     }
     if (!S_ISLNK(status.st_mode)) return {path};
-    // Such a link says what was opened, which may have no name or another one by now.
+    // Uses the descriptor itself: the link's target may have been renamed or removed.
     if (const int descriptor = DescriptorNamed(path); descriptor >= 0) return {path, descriptor};
     std::array<char, 4097> link;
     const ssize_t length = readlink(path.c_str(), link.data(), link.size());
@@ -224,11 +224,11 @@ Target TargetOf(const std::string& file) {
   Throw(ELOOP, Doing::writing, file);
 }
 
-// The unfinished file that is to be removed when a signal ends the program. A program that writes
-// several at once gives only the first to be removed.
+// The unfinished file to remove when a signal ends the program. Of several written at once, only
+// the first.
 std::atomic<const char*> g_unfinished = nullptr;
 
-// "FOLDER/.kvo-XXXXXX", as good as unique.
+// Returns "FOLDER/.kvo-XXXXXX", practically unique.
 std::string TemporaryName(const std::string& folder) {
   constexpr std::string_view kLetters =
       "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
@@ -239,7 +239,7 @@ std::string TemporaryName(const std::string& folder) {
   return name;
 }
 
-// Written beside its place, renamed over it at the end.
+// Writes a temporary file beside the target and renames it over the target on commit.
 class FileReplacement final : public Output {
  public:
   // `existing` is nullptr for a new file.
@@ -264,14 +264,14 @@ class FileReplacement final : public Output {
       Throw(errno, Doing::writing, file_);
     if (rename(temporaryName_.c_str(), target_.c_str()) != 0) Throw(errno, Doing::writing, file_);
     Forget();
-    // The new file is in place; this only makes the rename itself outlive a power failure.
+    // The new file is in place; this makes the rename survive a power failure.
     const Descriptor folder(Uninterrupted(
         [&] { return open(FolderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     if (folder.IsOpen()) Uninterrupted([&] { return fsync(folder.Number()); });
   }
 
  private:
-  // A file that is new altogether gets its rights from the system, as any new file does.
+  // An entirely new file gets the default permissions.
   void Create(mode_t mode) {
     constexpr int kMostTries = 100;
     for (int tries = 0; tries < kMostTries && !temporary_.IsOpen(); ++tries) {
@@ -291,7 +291,7 @@ class FileReplacement final : public Output {
     Throw(errno, Doing::writing, file_);
   }
 
-  // Owner, access list and mode of the old file.
+  // Copies owner, access list and mode from the old file.
   void TakeOver(const struct stat& existing) {
     struct stat own;
     if (fstat(temporary_.Number(), &own) != 0) Throw(errno, Doing::writing, file_);
@@ -301,8 +301,8 @@ class FileReplacement final : public Output {
       };
       if (Uninterrupted(give) != 0) Throw(errno, Doing::writing, file_);
     }
-    // Before the mode: with a list, the group's part of the mode limits what the list grants;
-    // without it, that part is what the group may do.
+    // Before the mode: with a list, the mode's group bits limit what the list grants; without one,
+    // they are the group's permissions.
     if (const int error = CopyAccessList(target_, temporary_.Number()); error != 0)
       Throw(error, Doing::writing, file_);
     if (Uninterrupted([&] { return fchmod(temporary_.Number(), existing.st_mode & 07777); }) != 0)
@@ -314,21 +314,21 @@ class FileReplacement final : public Output {
     unlink(temporaryName_.c_str());
     Forget();
   }
-  // There is no temporary file (any more).
+  // Forgets the temporary file, which is gone or was never made.
   void Forget() {
     const char* own = temporaryName_.c_str();
     g_unfinished.compare_exchange_strong(own, nullptr);
     temporaryName_.clear();
   }
 
-  std::string file_;    // as it was named
-  std::string target_;  // where that leads
+  std::string file_;    // as named by the caller
+  std::string target_;  // the file it leads to
   Descriptor temporary_;
   std::string temporaryName_;  // empty when there is nothing to remove
 };
 
-// Held back until the commit, then written in one go to what cannot be replaced: standard output, a
-// pipe, a device.
+// Holds the text until the commit, then writes it at once to a target that cannot be replaced:
+// standard output, a pipe, a device.
 class HeldBack final : public Output {
  public:
   HeldBack(std::string file, Descriptor own, int descriptor)
@@ -344,14 +344,14 @@ class HeldBack final : public Output {
 
  private:
   std::string file_;
-  Descriptor own_;  // closed when nothing is written
+  Descriptor own_;  // not open for standard output and inherited descriptors
   int descriptor_;
   std::string text_;
 };
 
 constexpr std::size_t kNoLimit = std::string::npos;
 
-// All that can be read from the descriptor; a FileError when it is more than `most` bytes.
+// Reads everything from the descriptor; FileError beyond `most` bytes.
 std::string ReadAll(int descriptor, std::size_t most, const std::string& file) {
   std::string text;
   const auto expectRoom = [&](std::size_t size) {
@@ -393,8 +393,8 @@ void OccupyStandardStreams() {
   constexpr int kFailure = 2;
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(stream, F_GETFD) >= 0 || errno != EBADF) continue;
-    // All numbers below are taken, so it gets this one. The root is always there, and opened as a
-    // mere path it can be neither read nor written.
+    // All lower numbers are taken, so open() returns this one. The root always exists, and with
+    // O_PATH it can be neither read nor written.
     if (open("/", O_PATH) != stream) _exit(kFailure);
   }
 }
@@ -408,7 +408,7 @@ std::string ReadFile(const std::string& file) {
 
 std::string ReadRegularFile(const std::string& file, std::size_t most) {
   if (file == kStandardStream) return ReadAll(STDIN_FILENO, most, file);
-  // A pipe must not be waited for.
+  // Does not wait for a pipe's writer.
   const Descriptor own(
       Uninterrupted([&] { return open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
   struct stat status;
@@ -438,7 +438,7 @@ std::unique_ptr<Output> OpenOutput(const std::string& file) {
     const int number = own.Number();
     return std::make_unique<HeldBack>(file, std::move(own), number);
   }
-  // A file without any right to write is meant to stay, even where the user could replace it.
+  // A file without any write permission is kept, even where the user could replace it.
   if ((status.st_mode & 0222) == 0) Throw(EACCES, Doing::writing, file);
   if (access(target.c_str(), W_OK) != 0) Throw(errno, Doing::writing, file);
   return std::make_unique<FileReplacement>(file, target, &status);

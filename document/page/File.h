@@ -1,4 +1,4 @@
-// Reading pages from files and writing them so that an old file is either replaced whole or stands
+// Reads pages from files, and writes them so that an old file is either replaced whole or left
 // untouched.
 #pragma once
 
@@ -24,39 +24,38 @@ class FileError : public LocalizedError {
   std::string file_;
 };
 
-// The whole file; "-" is standard input. Throws FileError.
+// Reads the whole file; "-" is standard input. Throws FileError.
 std::string ReadFile(const std::string& file);
 
-// The same of a file that somebody else may have put there: no pipe or device, which may never end,
-// and at most `most` bytes; else a FileError. "-" is standard input, with the same limit.
+// Reads a file that someone else may have placed there. FileError for a pipe or device, which may
+// never end, and beyond `most` bytes. "-" is standard input, with the same limit.
 std::string ReadRegularFile(const std::string& file, std::size_t most);
 
-// A sink whose contents appear at their place with `Commit`, all at once, or never. Throws
-// FileError, also from append. Without a commit nothing is left behind.
+// A sink whose contents appear at the target all at once with `Commit`, or never. Throws FileError,
+// from append as well. Leaves nothing behind without a commit.
 class Output : public Sink {
  public:
   virtual void Commit() = 0;
 };
 
-// "-" is standard output (held back until the commit). A file is written beside its place, flushed
-// and renamed over it; mode, owner and access list of the old file stay, symbolic links are
-// followed. What is no regular file (a pipe, a device), and what the process has open already
-// (/dev/stdout, /dev/fd/N), is written to directly, at the commit. A file that may not be written,
-// or a folder, is a FileError at once.
+// Opens a file for writing; "-" is standard output. Writes a file beside its target, flushes it and
+// renames it over the target; keeps mode, owner and access list of the old file and follows
+// symbolic links. Writes directly, on commit, to standard output, to anything that is not a regular
+// file (a pipe, a device), and to files the process has open (/dev/stdout, /dev/fd/N). Throws
+// FileError at once for a folder or a file that may not be written.
 std::unique_ptr<Output> OpenOutput(const std::string& file);
 
-// Writes a whole file that way.
+// Writes a whole file through OpenOutput.
 void WriteFile(const std::string& file, std::string_view bytes);
 
-// Removes the file that is just being written beside its place, for programs that are about to be
-// ended by a signal: it may be called in a signal's handler.
+// Removes the temporary file being written, for programs that a signal is about to end. Safe in a
+// signal handler.
 void RemoveUnfinishedFile() noexcept;
 
-// For the start of every program that writes files: occupies those of the descriptors 0, 1 and 2
-// that the program was started without. Otherwise the next file that is opened gets such a number,
-// and what is meant for standard error ends up in it. Reading from them and writing to them fails,
-// as it does with closed ones. To be called first of all; ends the program when that is not
-// possible.
+// Opens placeholders for those of the descriptors 0, 1 and 2 that the program was started without.
+// Otherwise the next opened file would get such a number and receive the output meant for standard
+// error. Reading and writing the placeholders fails, as with closed descriptors. Every program that
+// writes files calls this first; ends the program on failure.
 void OccupyStandardStreams();
 
 }  // namespace kvo::page

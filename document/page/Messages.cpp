@@ -9,14 +9,14 @@ Message operator+(const Message& front, const Message& rest) {
   return {front.german + rest.german, front.english + rest.english};
 }
 
-// "DTCPrint "Preis", ", in front of the number of its line.
+// Returns a prefix for a line number: "DTCPrint "Preis", ".
 std::string InFront(Subject control) {
   std::string name(control.control);
   if (!control.id.empty()) name += ' ' + Quoted(control.id);
   return name.empty() ? name : name + ", ";
 }
 
-// In the order of the kinds; "{}" is the name of the place.
+// In the order of Surroundings::Kind; "{}" is the name of the place.
 constexpr Localized kInside[] = {
     {"", ""},
     {"in einem Kommentar, der", "inside a comment that"},
@@ -30,8 +30,7 @@ constexpr Localized kInside[] = {
 };
 static_assert(std::size(kInside) == static_cast<std::size_t>(Surroundings::Kind::control) + 1);
 
-// "in einem Kommentar, der in Zeile 12 beginnt", "inside a comment that begins
-// in line 12".
+// Returns "in einem Kommentar, der in Zeile 12 beginnt", "inside a comment that begins in line 12".
 Message Inside(const Surroundings& place, std::size_t line) {
   const Localized& inside = kInside[static_cast<std::size_t>(place.kind)];
   std::vector<std::string> name;
@@ -63,7 +62,7 @@ std::string Quoted(std::string_view text) {
   constexpr std::size_t kShown = 60;
   std::string quoted = "\"";
   for (const char c : text.substr(0, kShown)) quoted += c >= 0 && c < ' ' ? ' ' : c;
-  // No half character at the cut.
+  // Do not cut a character in half.
   if (text.size() > kShown) {
     while (!quoted.empty() && (static_cast<unsigned char>(quoted.back()) & 0xC0U) == 0x80)
       quoted.pop_back();

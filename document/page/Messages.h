@@ -1,4 +1,4 @@
-// The wording of every problem of a page: what is wrong, and what to do.
+// The message of every problem of a page: what is wrong, and what to do.
 #pragma once
 
 #include <array>
@@ -13,13 +13,12 @@
 
 namespace kvo::page::messages {
 
-// A text from a page in quotes. It may be of any length; a message shows its
-// beginning.
+// Quotes a text from a page, shortening a long one.
 std::string Quoted(std::string_view text);
-// "Meinten Sie ...?" behind the message, unless the suggestion is empty.
+// Appends "Did you mean ...?" to the message, unless the suggestion is empty.
 Message WithSuggestion(Message message, std::string_view suggestion);
 
-// Makes a message of one text for each "{}".
+// A message template; takes one text for each "{}".
 template <bool quoted>
 struct Wording {
   std::string_view german;
@@ -40,7 +39,7 @@ Message UnknownClass(std::string_view className, std::string_view suggestion);
 Message UnknownKey(std::string_view key, std::string_view suggestion);
 inline constexpr Quoting DuplicateParam = {
     "Der Schlüssel {} steht zweimal. Löschen Sie einen der beiden param.",
-    "The key {} stands twice. Delete one of the two params."};
+    "The key {} occurs twice. Delete one of the two params."};
 inline constexpr Plain ParamWithoutName = {"Ein param ohne name. Ergänzen Sie name=\"...\".",
                                            "A param without a name. Add name=\"...\"."};
 inline constexpr Quoting ParamWithoutValue = {
@@ -54,12 +53,12 @@ inline constexpr Quoting ParamAttribute = {
     "attribute."};
 inline constexpr Quoting DuplicateAttribute = {
     "Das Attribut {} steht zweimal. Löschen Sie eines der beiden.",
-    "The attribute {} stands twice. Delete one of the two."};
+    "The attribute {} occurs twice. Delete one of the two."};
 inline constexpr Quoting UnwritableAttribute = {
     "Das Attribut {} kann nicht erhalten werden; fehlt davor ein "
     "Anführungszeichen? Berichtigen "
     "oder löschen Sie es.",
-    "The attribute {} cannot be kept; is a quote missing in front of it? "
+    "The attribute {} cannot be kept; is a quote missing before it? "
     "Correct or delete it."};
 inline constexpr Quoting UnexpectedContent = {
     "In einem Control dürfen nur param stehen; {} ginge verloren. Löschen Sie "
@@ -105,14 +104,14 @@ inline constexpr Plain SpanCommentEndsEarly = {
 inline constexpr Plain SpanCommentNeverEnds = {
     "Der Kommentar endet nicht. Ergänzen Sie \"-->\" hinter </object>.",
     "The comment never ends. Add \"-->\" behind </object>."};
-// Of its end comment.
+// Takes the missing end comment.
 inline constexpr Plain MissingEnd = {
     "Der Endekommentar fehlt. Ergänzen Sie {} hinter dem Text des Controls.",
     "The end comment is missing. Add {} behind the control's text."};
-// Another control, which begins in `line`, stands in the text of a saved one.
+// Another control, which begins in `line`, is inside the text of a saved one.
 Message ControlInsideSpan(Subject other, std::size_t line, std::string_view endComment);
 Message NestedControl(Subject other, std::size_t line, std::string_view endComment);
-// `line` is that in which the place begins.
+// `line` is where the place begins.
 Message MisplacedControl(const Surroundings& place, std::size_t line, std::string_view runtimeText,
                          Pasting pasting);
 inline constexpr Plain StrayEnd = {
@@ -121,7 +120,7 @@ inline constexpr Plain StrayEnd = {
     "stand das Control.",
     "An end comment without a start comment. Restore the start comment; it "
     "held the control."};
-// Its start comment is in a place where it does not count.
+// For an end comment whose start comment is misplaced.
 Message StrayEndOfMisplaced(const Surroundings& place, std::size_t line);
 
 inline constexpr Plain Utf16 = {
@@ -135,7 +134,7 @@ inline constexpr Quoting OtherEncoding = {
     "The encoding {} is not supported in pages with controls. Save the page as "
     "UTF-8, "
     "windows-1252, ISO-8859-1 or ISO-8859-15, and change the charset."};
-// As what the page is read now, and once it is saved.
+// Takes the page's encoding now and after saving.
 inline constexpr Quoting EncodingChanges = {
     "Die Seite ist in {}, gespeichert würde sie aber als {} gelesen: Die "
     "Angabe <meta charset> "
@@ -144,13 +143,13 @@ inline constexpr Quoting EncodingChanges = {
     "counts within the "
     "first 1024 bytes only. Put it in front of all controls."};
 Message InvalidBytes(unsigned char byte, std::string_view encoding);
-// Of a character and the page's encoding.
+// Takes a character and the page's encoding.
 inline constexpr Plain ValueNotInEncoding = {
     "Ein Wert enthält {}, das eine Seite in {} nicht aufnehmen kann. Ändern "
     "Sie den Wert.",
     "A value holds {}, which a page in {} cannot hold. Change the value."};
-// With whichever way out there is: windows-1252 instead, or `reference` in the
-// property `content`, which are empty where it would not help.
+// Ways to fix it: declare windows-1252, or write `reference` in the property `content`. Both texts
+// are empty where that would not help.
 struct TextWayOut {
   bool windows1252 = false;
   std::string_view content;
@@ -158,9 +157,9 @@ struct TextWayOut {
 };
 Message TextNotInEncoding(std::string_view character, std::string_view encoding,
                           const TextWayOut& wayOut);
-// The page is read in `encoding` because it declares none.
+// The page declares no encoding and is read in `encoding`.
 Message UndeclaredEncoding(std::string_view encoding);
-// The same in spite of a declaration.
+// The page's declaration is ineffective; it is read in `encoding`.
 Message VoidDeclaration(const PageEncoding::VoidDeclaration& declaration,
                         std::string_view encoding);
 

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kMostDigits = 9;
 
-// The first place in [from, to) where this text stands, given in lower case.
+// Finds a text, given in lower case, in [from, to), ignoring case.
 std::size_t FindIgnoringCase(std::string_view text, std::size_t from, std::size_t to,
                              std::string_view wanted) {
   const std::string_view part = text.substr(0, to);
@@ -25,7 +25,7 @@ std::size_t FindIgnoringCase(std::string_view text, std::size_t from, std::size_
   return found == part.end() ? npos : static_cast<std::size_t>(found - part.begin());
 }
 
-// Of the element that begins the text; npos when there is none.
+// Finds the end tag of the element at the start of the text; npos when there is none.
 std::size_t FindEndTag(std::string_view text) {
   std::size_t at = 0;
   do at = text.find("</", at + 1);
@@ -56,8 +56,7 @@ std::optional<OurElements::Element> OurElements::Next() {
   return std::nullopt;
 }
 
-// The tag is not read as one: what stands around it may cut it off for HTML, but not for a reader
-// of another kind.
+// Does not parse the tag: its surroundings may cut it off for HTML, but not for other readers.
 bool OurElements::HasOurClassId(Element element) const {
   constexpr std::string_view kClassId = "classid";
   const std::size_t end = element.end;

@@ -1,4 +1,4 @@
-// Object elements of this library in a text, wherever HTML would see them in it or not.
+// Finds object elements of this library in a text, whether or not HTML would see them.
 #pragma once
 
 #include <cstddef>
@@ -13,15 +13,15 @@ namespace kvo::page {
 
 class OurElements {
  public:
-  // Looks at [from, to) of a page or another text.
+  // Searches [from, to) of a page or another text.
   OurElements(std::string_view page, std::size_t from, std::size_t to, const PageEncoding& encoding)
       : page_(page), to_(to), next_(FindObject(page, from, to)), encoding_(encoding) {}
 
   struct Element {
     std::size_t begin;
-    std::size_t end;  // not behind the next object element, ours or not
+    std::size_t end;  // at most the start of the next object element, ours or not
   };
-  // In their order; nothing when there are no more.
+  // Returns the next element in order; nothing at the end.
   std::optional<Element> Next();
 
  private:
@@ -33,21 +33,20 @@ class OurElements {
   const PageEncoding& encoding_;
 };
 
-// The number of the saved control that an element at this place seems to belong to: that of the
-// start comment in front of it. 0 when there is none.
+// Returns the number in the start comment before an element at this place; 0 when there is none.
 std::size_t SpanNumberBefore(std::string_view page, std::size_t element);
 
-// What an element says about itself when it is taken alone.
+// What an element contains when read on its own.
 struct LoneElement {
   std::string className;  // empty when it cannot be read
   std::string id;
-  std::string runtimeText;  // empty when it is broken or fails
+  std::string runtimeText;  // empty when the control is broken or fails
 };
-// `text` begins with the element and may go on behind it.
+// `text` begins with the element and may continue after it.
 LoneElement ReadAlone(std::string_view text, const PageEncoding& encoding);
 
-// " N" at the start of the text, as it is written: no sign, no leading zeros, at most nine digits.
-// 0 for anything else; `text` moves behind it.
+// Reads " N" at the start of the text: no sign, no leading zeros, at most nine digits. Returns the
+// number and removes it from `text`; returns 0 for anything else.
 std::size_t TakeNumber(std::string_view& text);
 
 }  // namespace kvo::page

@@ -20,18 +20,18 @@
 namespace kvo::page {
 namespace {
 
-// What a control reads from: the params found in the page.
+// The bag that a control loads from: the params found in the page.
 class FoundBag final : public PropertyBag {
  public:
   explicit FoundBag(const ReadControl& control) : control_(control) {}
 
-  // Whether the class reads this value for a row of its bag.
+  // Whether the class would read this value for a row of its bag.
   bool Reads(std::size_t row, std::string_view value) const {
     const std::size_t param = control_.paramOfKey[row];
     return value == (param == ReadControl::kNoParam ? control_.contract->bag[row].readDefault
                                                     : control_.params[param].value);
   }
-  // Whether it reads its default.
+  // Whether it would read the row's default.
   bool ReadsDefault(std::size_t row) const {
     return control_.paramOfKey[row] == ReadControl::kNoParam ||
            Reads(row, control_.contract->bag[row].readDefault);
@@ -51,14 +51,15 @@ class FoundBag final : public PropertyBag {
   const ReadControl& control_;
 };
 
-// What a control is stored into: params of an element, compared on the way with those it was
-// loaded from.
+// The bag that a control is stored into: writes params of an element, and compares them with those
+// it was loaded from.
 class WrittenBag final : public PropertyBag {
  public:
   WrittenBag(const ReadControl& control, const FoundBag& found, ElementWriter& element)
       : rows_(control.contract->bag), found_(found), element_(element) {}
 
-  // Whether a control loaded from what was stored holds what this one was loaded from.
+  // Whether a control loaded from what was stored would hold the values that this one was loaded
+  // from.
   bool ReadsAsFound() {
     SkipTo(rows_.size());
     return same_;
@@ -77,7 +78,7 @@ class WrittenBag final : public PropertyBag {
   }
 
  private:
-  // The rows before this one were not stored.
+  // Notes that the rows before this one were not stored.
   void SkipTo(std::size_t row) {
     for (; next_ < row; ++next_)
       if (!found_.ReadsDefault(next_)) same_ = false;
@@ -90,12 +91,12 @@ class WrittenBag final : public PropertyBag {
   bool same_ = true;
 };
 
-// Copies a page into a sink, piece by piece, with some of its parts replaced.
+// Copies a page into a sink, replacing some of its parts.
 class PageCopy {
  public:
   PageCopy(std::string_view page, Sink& sink) : page_(page), sink_(sink) {}
 
-  // Parts are replaced in the order of the page.
+  // Replace parts in page order.
   void Replace(std::size_t begin, std::size_t end, std::initializer_list<std::string_view> pieces) {
     std::size_t size = 0;
     for (const std::string_view piece : pieces) size += piece.size();
@@ -114,11 +115,11 @@ class PageCopy {
     copied_ = page_.size();
     Flush();
   }
-  // As much of the copy as tells its encoding; after Finish().
+  // The start of the copy, enough to detect its encoding. Valid after Finish().
   std::string_view Head() const { return head_; }
 
  private:
-  // Small pages need no more than they are and what their controls add.
+  // A small page needs only its own size plus what its controls add.
   static constexpr std::size_t kMostRoom = 1 << 16;
   static constexpr std::size_t kRoomBesidePage = 1 << 11;
 
@@ -166,7 +167,7 @@ struct WriteOptions : SaveOptions {
   bool checkIds = false;
 };
 
-// Goes through a page control by control and writes what each becomes.
+// Writes a page with each control in its new form.
 class Writer {
  public:
   enum class Result { savedSpans, runtimeText };
@@ -210,8 +211,8 @@ class Writer {
     problems_.Add(Found().begin, rule, Found().Subject(), std::move(message), severity);
   }
 
-  // What controls write may push the page's declaration out of reach, or hold one of its own, or
-  // take away what showed that the page is not UTF-8.
+  // Controls' output may push the page's declaration out of reach, contain a declaration, or remove
+  // the bytes that showed the page is not UTF-8.
   void CheckEncoding() {
     PageEncoding saved;
     if (const auto declared = PageEncoding::Declared(copy_.Head()))
@@ -227,7 +228,7 @@ class Writer {
     NoteWritten(page_.substr(noted_));
     return !wroteInvalidUtf8_;
   }
-  // Of a page that is not UTF-8 just because of its bytes, what is written.
+  // Notes what is written of a page that is not UTF-8 only because of its bytes.
   void NoteWritten(std::string_view bytes) {
     wroteInvalidUtf8_ = wroteInvalidUtf8_ || FindInvalidUtf8(bytes) != npos;
   }
@@ -265,8 +266,8 @@ class Writer {
     if (WriteElement(*control, found, text, edited)) WriteSpan(text);
   }
 
-  // The text to write for the control: the span's own when it is what the control gave earlier,
-  // else the control's new one, which is also in text_. False when the page cannot hold it.
+  // Chooses the text to write: the span's own if the control produced it earlier, else the
+  // control's new one, which is also in text_. False when the page cannot hold it.
   bool ChooseText(const Control& control, std::string_view& text) {
     if (!RuntimeTextOf(control, text_)) return false;
     const std::string_view old = Found().OldText(page_);
@@ -275,7 +276,7 @@ class Writer {
     return true;
   }
 
-  // Whether the span's text, which is not what its control gives, may give way to `text`.
+  // Whether `text` may replace the span's text, which differs from what its control returns.
   bool MayReplaceText(std::string_view text) {
     if (RefuseLoss(text)) return false;
     if (result_ == Result::runtimeText) {
@@ -287,7 +288,8 @@ class Writer {
     return true;
   }
 
-  // Whether another control stands in the span's text that is not part of `text`: it would be lost.
+  // Reports another control inside the span's text that would be lost because `text` does not
+  // contain it. Returns whether there is one.
   bool RefuseLoss(std::string_view text) {
     const auto lost = FindLost(text);
     if (!lost) return false;
@@ -305,8 +307,8 @@ class Writer {
     return true;
   }
 
-  // The first element in the span's text of which `text` does not hold as many, or an empty one for
-  // such a start comment without an element.
+  // Finds the first element that occurs more often in the span's text than in `text`. Returns an
+  // empty element for such a start comment without an element.
   std::optional<OurElements::Element> FindLost(std::string_view text) const {
     std::unordered_map<std::string_view, std::size_t> elements;
     OurElements mine(text, 0, text.size(), encoding_);
@@ -325,14 +327,14 @@ class Writer {
     }
     return std::nullopt;
   }
-  // As far as it tells one element from another.
+  // Returns the bytes that identify an element.
   static std::string_view Bytes(std::string_view page, OurElements::Element element) {
     const std::string_view whole = page.substr(element.begin, element.end - element.begin);
     const std::size_t close = whole.find("</");
     return whole.substr(0, close != npos ? close : whole.find('>'));
   }
 
-  // Puts the control's element into element_; `text` may change. False after a problem.
+  // Writes the control's element into element_; may change `text`. False after reporting a problem.
   bool WriteElement(const Control& control, const FoundBag& found, std::string_view& text,
                     bool edited) {
     BeginElement();
@@ -358,8 +360,8 @@ class Writer {
     return false;
   }
 
-  // If being stored changes the text, the bag stays as it stands in the page; after an edit, where
-  // it cannot, the text follows what was stored.
+  // If storing changes the text, keeps the bag as it is in the page; after an edit, when that is
+  // impossible, changes the text to match what was stored.
   bool WriteSettled(const Control& control, std::string_view& text, bool edited) {
     bool otherText = false;
     const Settled settled =
@@ -411,13 +413,13 @@ class Writer {
     if (problems_.HasErrors()) return;
     copy_.Replace(Found().begin, Found().end, pieces);
     if (encoding_.IsDeclared() || encoding_.IsUtf8()) return;
-    // No character begins in one piece and ends in the next.
+    // Pieces can be checked one by one: no character spans two of them.
     NoteWritten(page_.substr(noted_, Found().begin - noted_));
     for (const std::string_view piece : pieces) NoteWritten(piece);
     noted_ = Found().end;
   }
 
-  // The control's runtime text in the page's encoding; false when the page cannot hold it.
+  // Returns the control's runtime text in the page's encoding; false when the page cannot hold it.
   bool RuntimeTextOf(const Control& control, std::string& text) {
     text.clear();
     control.AppendRuntimeText(text);
@@ -436,8 +438,8 @@ class Writer {
     return true;
   }
 
-  // In ISO-8859-1 the bytes 0x80 to 0x9F are control characters; browsers take them for letters.
-  // Where they stand in a page they stay, but none is written that was not there.
+  // In ISO-8859-1 the bytes 0x80 to 0x9F are control characters, which browsers show as letters. A
+  // control that has some keeps them; otherwise none are written.
   bool MakesControlCharacter(std::string_view written) const {
     return encoding_.IsReadAsWindows1252() && FindControlCharacter(written) != npos &&
            FindControlCharacter(page_.substr(Found().begin, Found().end - Found().begin)) == npos;
@@ -464,12 +466,12 @@ class Writer {
          messages::TextNotInEncoding(unwritable.text, encoding_.Name(), wayOut));
   }
 
-  // The name of a property that is HTML and holds the character; empty when there is none.
+  // Returns the name of an HTML property that contains the character; empty when there is none.
   static std::string_view HtmlWith(const Control& control, char32_t character) {
     std::string wanted;
     AppendUtf8(wanted, character);
     const ControlClass& contract = control.Class();
-    if (contract.name == "DTCScript") return {};  // statements
+    if (contract.name == "DTCScript") return {};  // contains statements
     for (const std::string_view name : {"HTMLContent", "OnTrue", "OnFalse"}) {
       const PropertyRow* const property = contract.FindProperty(name);
       if (property != nullptr && ToText(property->get(control)).find(wanted) != npos) return name;
@@ -477,7 +479,8 @@ class Writer {
     return {};
   }
 
-  // Whether the text is what the control gave earlier, but for identifiers made anew.
+  // Whether the control returned this text earlier, apart from identifiers that are new at each
+  // call.
   bool IsEarlierTextOf(const Control& control, std::string_view earlier) {
     if (earlier.size() != text_.size()) return false;
     return RuntimeTextOf(control, again_) && EqualButForNewGuids(earlier, text_, again_);
@@ -493,13 +496,13 @@ class Writer {
   std::unordered_set<std::string> ids_;
   PlaceFinder lostPlaces_{page_, encoding_};
 
-  // Kept from control to control, so that they need not be allocated anew.
+  // Reused for each control to save allocations.
   std::string text_;  // the control's runtime text
   bool keepsOldText_ = false;
-  std::size_t noted_ = 0;  // how far of the page NoteWritten() has seen what became of it
+  std::size_t noted_ = 0;  // how far NoteWritten() has covered the page
   bool wroteInvalidUtf8_ = false;
-  bool changing_ = false;  // the caller's change is being made; its failures are the caller's
-  std::string again_;      // the same, another time
+  bool changing_ = false;  // the caller's change is running; pass its failures on
+  std::string again_;      // the same from a second call
   ElementWriter element_{encoding_};
   std::size_t spanNumber_ = 0;
   std::string spanBegin_;

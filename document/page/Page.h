@@ -1,14 +1,14 @@
-// A page file: an HTML file with controls in it. A control stands there either as an element,
+// A page file: an HTML file with controls in it. A control is either an element,
 //
 //   <object classid="progid:KVOPDesignObjects.DTCPrint" id="Preis"><param name="value"
 //   value="x"></object>
 //
-// or as a saved span, the element in a comment, its runtime text, and an end comment:
+// or a saved span: the element in a comment, its runtime text, and an end comment:
 //
 //   <!--KVO CONTROL STARTSPAN 1 <object ...>...</object>--><kv:print value="x"/><!--KVO CONTROL
 //   ENDSPAN 1-->
 //
-// Every byte outside the controls is copied as it stands. All functions take time and memory in
+// Every byte outside the controls is copied unchanged. All functions take time and memory in
 // proportion to the page. They call controls, so a platform must be installed
 // (common/frame/Platform.h).
 #pragma once
@@ -44,13 +44,14 @@ class Page {
 
 enum class Form { element, span };
 
-// An attribute of a control's object element, value as UTF-8. Without a value it is `declare`.
+// An attribute of a control's object element. The value is UTF-8; attributes such as `declare` have
+// none.
 struct Attribute {
   std::string name;
   std::optional<std::string> value;
 };
 
-// A control as it stands in a page.
+// A control in a page.
 struct FoundControl {
   std::size_t index = 0;  // among the page's controls, from 0
   Place place;            // of the "<" of its object element or start comment
@@ -58,54 +59,55 @@ struct FoundControl {
   std::size_t end = 0;
   Form form = Form::element;
   const ControlClass* contract = nullptr;  // nullptr when the class is unknown
-  std::string className;                   // the registered name, or what the page says
+  std::string className;                   // the registered name, or the one in the page
   std::string id;
-  std::vector<Attribute> attributes;  // all but classid and id, in order
+  std::vector<Attribute> attributes;  // except classid and id, in order
   std::vector<MemoryBag::Entry> bag;  // UTF-8, in the order of the page
   std::size_t textBegin = 0;          // span: the bytes between the comments
   std::size_t textEnd = 0;
-  bool broken = false;  // it has errors of its own: it cannot be loaded as it stands
+  bool broken = false;  // has errors and cannot be loaded as it is
 };
 
 struct Inspection {
   std::vector<FoundControl> controls;
-  Problems problems;  // of the page as a text; no control is created
+  Problems problems;  // of the page's text; no control is created
 };
 
-// Everything that looks like a control of ours, broken ones included.
+// Finds everything that looks like one of our controls, broken ones included.
 Inspection Inspect(const Page& page);
 
-// A new control of the class, loaded from the bag. Throws what the control throws (RuntimeError).
+// Creates a control of the class, loaded from the bag. Throws what the control throws
+// (RuntimeError).
 std::shared_ptr<Control> Load(const ControlClass& contract, std::vector<MemoryBag::Entry> bag);
 
-// What the control would store now, in order.
+// Returns what the control would store now, in order.
 std::vector<MemoryBag::Entry> StoredBag(const Control& control);
 
-// A change of one control of the page, made after it is loaded and before it is stored.
+// A change to one control of the page, made between loading and storing it.
 struct Edit {
   std::size_t index;  // FoundControl::index
   std::function<void(Control&)> change;
 };
 
 struct SaveOptions {
-  bool force = false;  // saved texts that were edited by hand are overwritten
+  bool force = false;  // overwrite saved texts that were edited by hand
   const Edit* edit = nullptr;
-  bool editedOnly = false;  // every other control is copied as it stands
+  bool editedOnly = false;  // copy every other control unchanged
 };
 
-// Writes the page with every control as a saved span. When the result holds an error, what went
-// into the sink is incomplete and must be thrown away. Every control is tried, so that all problems
-// are listed at once.
+// Writes the page with every control as a saved span. If the result holds an error, the sink's
+// contents are incomplete and must be discarded. Tries every control, so that all problems are
+// reported at once.
 Problems Save(const Page& page, Sink& sink, const SaveOptions& options = {});
 
-// Writes the page with the runtime text alone in place of each control.
+// Writes the page with each control replaced by its runtime text.
 Problems Publish(const Page& page, Sink& sink);
 
-// What Save would complain about, and what is odd beyond that.
+// Returns the problems that Save would report, and further oddities.
 Problems Check(const Page& page);
 
-// A control's element, as Save writes it, in the page's encoding. Without a value no id is written.
-// RuntimeError 5 when the encoding cannot hold it, not even by character references.
+// Returns a control's element, as Save writes it, in the page's encoding. Writes no id without a
+// value. RuntimeError 5 when the encoding cannot hold it even with character references.
 std::string ElementText(const ControlClass& contract, std::optional<std::string_view> id,
                         const std::vector<MemoryBag::Entry>& bag,
                         const std::vector<Attribute>& attributes = {},

@@ -6,10 +6,10 @@
 namespace kvo::page {
 namespace {
 
-// Of one rule in one page. Who has mended so many looks again.
+// The most problems to show of one rule in one page. After fixing so many, the user checks again.
 constexpr std::size_t kMostTold = 10;
 
-// "7990" as people read it.
+// Formats a number with thousands separators.
 std::string Grouped(std::size_t number, char separator) {
   std::string text = std::to_string(number);
   for (std::size_t at = text.size(); at > 3; at -= 3) text.insert(at - 3, 1, separator);
@@ -22,7 +22,7 @@ Problems Told(const Problems& problems) {
   using Kind = std::pair<std::string_view, Severity>;
   struct Count {
     std::size_t told = 0;
-    std::size_t more = 0;  // its place in the answer
+    std::size_t more = 0;  // its index in the result
   };
   std::map<Kind, Count> counts;
   Problems told;

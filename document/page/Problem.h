@@ -23,16 +23,16 @@ enum class Severity { error, warning };
 // One finding. The message says what is wrong and what to do; it names neither file nor place.
 struct Problem {
   Severity severity = Severity::error;
-  std::string_view rule;  // one of the names in namespace `rule`
+  std::string_view rule;  // a name from namespace `rule`
   Place place;
-  std::string control;  // the class name as it stands in the page; may be empty
-  std::string id;       // the control's id; may be empty. Of long ones the beginning
+  std::string control;  // the class name in the page; may be empty
+  std::string id;       // the control's id, shortened when long; may be empty
   Message message;
   std::size_t offset = 0;  // of the place, in bytes of the page
-  std::size_t more = 0;    // not 0: stands for so many of its rule, see Told
+  std::size_t more = 0;    // not 0: represents this many of its rule, see Told
 };
 
-// In the order of their places.
+// In page order.
 using Problems = std::vector<Problem>;
 
 inline bool HasErrors(const Problems& problems) {
@@ -41,16 +41,16 @@ inline bool HasErrors(const Problems& problems) {
   return false;
 }
 
-// What is told of a page's problems: the first of each rule. In place of the others, where their
-// first one is, stands one that says how many there are.
+// Returns the problems to show: the first few of each rule. Replaces the others by one, at the
+// place of the first of them, that says how many there are.
 Problems Told(const Problems& problems);
 
-// "file:line:column: error: message [rule]" with the control named in front of the message.
+// Returns "file:line:column: error: message [rule]" with the control's name before the message.
 std::string Describe(const Problem& problem, std::string_view file, Language language);
 
-// The names of the rules, as they stand in messages. They never change.
+// The names of the rules, shown in messages. They never change.
 namespace rule {
-inline constexpr std::string_view encoding = "encoding";  // the page's encoding is not served
+inline constexpr std::string_view encoding = "encoding";  // the page's encoding is not supported
 inline constexpr std::string_view unknownClass = "unknown-class";
 inline constexpr std::string_view unknownKey = "unknown-key";
 inline constexpr std::string_view duplicateParam = "duplicate-param";

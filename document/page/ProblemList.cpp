@@ -7,11 +7,11 @@
 namespace kvo::page {
 namespace {
 
-// Names are copied into every problem of a control, and may be as long as the page.
+// Shortens a name. Names are copied into every problem of a control and may be as long as the page.
 std::string Beginning(std::string_view name) {
   constexpr std::size_t kMost = 100;
   if (name.size() <= kMost) return std::string(name);
-  std::size_t end = kMost;  // no half character at the cut
+  std::size_t end = kMost;  // do not cut a character in half
   while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80) --end;
   return std::string(name.substr(0, end)) + "...";
 }

@@ -1,4 +1,4 @@
-// Collects problems while a page is read. Places are worked out once, at the end, in one pass.
+// Collects problems while a page is read, and computes their places at the end in one pass.
 #pragma once
 
 #include <cstddef>
@@ -11,13 +11,13 @@
 
 namespace kvo::page {
 
-// The line and column of ascending offsets.
+// Finds the line and column of ascending offsets.
 class PlaceFinder {
  public:
   PlaceFinder(std::string_view page, const PageEncoding& encoding)
       : page_(page), encoding_(encoding), at_(PageEncoding::Mark(page)) {}
 
-  // No offset may be smaller than the one before; else the search starts anew.
+  // Offsets should ascend; a smaller one restarts the search.
   Place At(std::size_t offset);
 
  private:
@@ -41,11 +41,11 @@ class ProblemList {
   bool HasErrors() const { return errors_ != 0; }
   std::size_t Errors() const { return errors_; }
 
-  // The problems with their places, sorted by them.
+  // Returns the problems with their places, in page order.
   Problems Take(std::string_view page, const PageEncoding& encoding);
 
  private:
-  Problems problems_;  // their places are not worked out yet
+  Problems problems_;  // without their places yet
   std::size_t errors_ = 0;
 };
 

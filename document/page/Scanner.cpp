@@ -9,19 +9,19 @@
 namespace kvo::page {
 namespace {
 
-// The elements whose text holds no markup. Nothing ends that of `plaintext`.
+// The elements whose text holds no markup. The text of `plaintext` never ends.
 constexpr std::string_view kScript = "script";
 constexpr std::string_view kPlainText = "plaintext";
 constexpr std::string_view kRawText[] = {kScript,   "style",  "title", "textarea", "noframes",
                                          "noembed", "iframe", "xmp",   kPlainText};
 
-// The comparison is compiled in place.
+// A template, so that the compiler inlines the comparison.
 template <std::size_t size>
 bool StandsAt(std::string_view text, std::size_t at, const char (&wanted)[size]) {
   return text.size() - at >= size - 1 && std::memcmp(text.data() + at, wanted, size - 1) == 0;
 }
 
-// The end of a tag's or an attribute's name, or of a value without quotes.
+// Finds the end of a tag or attribute name, or of an unquoted value.
 template <char... others>
 const char* FindEnd(const char* at, const char* end) {
   return FindAny<'>', ' ', '\t', '\n', '\r', '\f', others...>(at, end);
@@ -32,23 +32,23 @@ const char* SkipSpace(const char* at, const char* end) {
   return at;
 }
 
-// Behind the first such text from a place on, or the text's end.
+// Returns the offset after the first match from `at` on, or the text's end.
 std::size_t FindBehind(std::string_view text, std::string_view wanted, std::size_t at) {
   const std::size_t found = text.find(wanted, at);
   return found == npos ? text.size() : found + wanted.size();
 }
 
-// Whether a comment ends at `at`: ">" behind "--", whose dashes may be those of the start
-// ("<!-->"), or behind "--!", whose dashes may not.
+// Whether a comment ends at `at`: with "-->", whose dashes may be those of the start ("<!-->"), or
+// with "--!>", whose dashes may not.
 bool EndsComment(const char* body, const char* at) {
   if (at < body || *at != '>') return false;
   if (at[-1] == '-') return at[-2] == '-';
   return at[-1] == '!' && at >= body + 3 && at[-2] == '-' && at[-3] == '-';
 }
 
-// Behind the ">" of the tag whose name begins at `name`, or the text's end.
+// Returns the place after the ">" of the tag whose name begins at `name`, or the text's end.
 const char* SkipTag(const char* name, const char* end, TagPlaces& places) {
-  const char* from = nullptr;  // behind the name, then behind the last value
+  const char* from = nullptr;  // after the name, later after the last value
   for (const char* at = places.Next(); at != end; at = places.Next()) {
     if (*at == '>') return at + 1;
     if (*at != '=') continue;
@@ -137,7 +137,7 @@ bool IsTagAt(std::string_view text, std::size_t at, std::string_view start, std:
 }
 
 std::size_t FindObject(std::string_view text, std::size_t from, std::size_t to) {
-  // The rarest of its letters is looked for.
+  // Searches for its rarest letter.
   constexpr std::size_t kRare = std::string_view("<ob").size();
   const char* const begin = text.data();
   const char* const end = begin + std::min(text.size(), to + kRare);
@@ -205,7 +205,7 @@ void Scanner::Skip(TagPlaces& places) {
   if (HasCData() && text_.substr(at_).starts_with(kCDataStart)) {
     at_ = FindBehind(text_, "]]>", at_ + kCDataStart.size());
   } else if (isEndTag || StandsAt(text_, at_, "<!") || StandsAt(text_, at_, "<?")) {
-    // A document type, and what browsers take for a comment.
+    // A document type, or what browsers read as a comment.
     at_ = FindBehind(text_, ">", at_ + 2);
   } else {
     ++at_;
@@ -214,7 +214,7 @@ void Scanner::Skip(TagPlaces& places) {
 }
 
 bool Scanner::LeaveStartTag(std::size_t at) {
-  // Most names are shorter than any of these.
+  // Most tag names are shorter than any of these.
   if (at_ - at < 3 || !IsLetter(text_[at + 1]) || !IsLetter(text_[at + 2])) return false;
   const std::string_view name = text_.substr(at, EndOfTagName(text_, at) - at);
   const bool closesItself = text_.substr(0, at_).ends_with("/>");

@@ -1,7 +1,7 @@
-// Finds, byte by byte and without building a tree, what may be a control in a page: `object` start
-// tags and the comments of saved spans. It reads as the tokenizer of HTML does: quoted attributes,
-// comments, bogus comments, CDATA sections inside `svg` and `math`, and the text of `script`,
-// `style`, `title` and the like, in all of which nothing is found.
+// Finds possible controls in a page, byte by byte and without building a tree: `object` start tags
+// and the comments of saved spans. Follows the HTML tokenizer, and so finds nothing in quoted
+// attributes, comments, bogus comments, CDATA sections inside `svg` and `math`, and the text of
+// `script`, `style`, `title` and the like.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace kvo::page {
 
-// The place of what is not there.
+// The offset of something that was not found.
 inline constexpr std::size_t npos = std::string_view::npos;
 
 inline constexpr std::string_view kCommentStart = "<!--";
@@ -26,7 +26,7 @@ constexpr bool IsHtmlSpace(char c) {
   return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f';
 }
 
-// An attribute as it stands, nothing decoded.
+// An attribute as written, not decoded.
 struct RawAttribute {
   std::string_view name;
   std::string_view value;
@@ -36,17 +36,17 @@ struct RawAttribute {
 // Reads one tag. All positions are offsets into the text.
 class TagReader {
  public:
-  // `at` is behind the tag's name.
+  // `at` is after the tag's name.
   TagReader(std::string_view text, std::size_t at) : text_(text), at_(at) {}
 
-  // Reads the next attribute; false behind the ">" of the tag or at the end of the text, where
-  // `attribute` may hold the beginning of one.
+  // Reads the next attribute; false after the ">" of the tag. Also false at the end of the text,
+  // where `attribute` may hold the beginning of one.
   bool Next(RawAttribute& attribute);
-  // Skips what is left of the tag.
+  // Skips the rest of the tag.
   void Skip();
 
   std::size_t Position() const { return at_; }
-  // The text ended inside the tag: by the rules of HTML there is no tag then.
+  // Whether the text ended inside the tag, which by the rules of HTML is no tag then.
   bool CutOff() const { return cutOff_; }
 
  private:
@@ -55,21 +55,20 @@ class TagReader {
   bool cutOff_ = false;
 };
 
-// Where a tag's name ends that begins at `name`.
+// Returns the end of the tag name that begins at `name`.
 std::size_t EndOfTagName(std::string_view text, std::size_t name);
 
 // Whether `text` at `at` is a tag of this name: `start` is "<" or "</", and white space, "/" or ">"
 // follows. The name is given in lower case.
 bool IsTagAt(std::string_view text, std::size_t at, std::string_view start, std::string_view name);
 
-// The first tag of an object that begins in [from, to), wherever it stands; npos when there is
-// none.
+// Finds the first object tag that begins in [from, to), in any context; npos when there is none.
 std::size_t FindObject(std::string_view text, std::size_t from, std::size_t to);
 
-// Where the comment ends whose "<!--" is at `at`: behind its ">"; npos when it never ends.
+// Returns the offset after the ">" of the comment that begins at `at`; npos when it never ends.
 std::size_t EndOfComment(std::string_view text, std::size_t at);
 
-// What tells where tags and comments begin and end.
+// The characters that delimit tags and comments.
 using TagPlaces = Places<'<', '>', '"', '\'', '='>;
 
 class Scanner {
@@ -78,30 +77,30 @@ class Scanner {
 
   enum class Kind { object, spanStart, spanEnd, end };
 
-  // Moves on to the next "<object", "<!--KVO CONTROL STARTSPAN" or "<!--KVO CONTROL ENDSPAN", or to
-  // the end. Position() is then that of its "<"; the caller goes on behind what it has read.
+  // Moves to the "<" of the next "<object", "<!--KVO CONTROL STARTSPAN" or "<!--KVO CONTROL
+  // ENDSPAN", or to the end. The caller then seeks past what it has read.
   Kind Next();
-  // Moves over one thing of any kind, which begins with the "<" at Position(), as Next() does.
+  // Skips one tag, comment or the like, which begins with the "<" at Position(), as Next() does.
   void SkipOne();
 
   std::size_t Position() const { return at_; }
   void SeekTo(std::size_t position) { at_ = position; }
 
   // Whether "<![CDATA[" at Position() begins a section, which only "]]>" ends. Elsewhere it begins
-  // a comment that ends at its first ">".
+  // a comment that ends at the next ">".
   bool HasCData() const { return svg_ + math_ != 0; }
-  // The name, in lower case, of the element whose raw text SkipOne() skipped together with its
-  // start tag; else empty.
+  // The lower-case name of the element whose raw text SkipOne() skipped with its start tag; else
+  // empty.
   std::string_view RawText() const { return rawText_; }
 
  private:
-  // Each moves on from at_.
+  // Each advances at_.
   void Skip(TagPlaces& places);
   void SkipRawTextOf(std::string_view name);
   void SkipScript();
 
-  // Behind a tag, whose name begins at `name`. A start tag answers whether it was followed by text
-  // that holds no markup.
+  // Handle the end of a tag whose name begins at `name`. LeaveStartTag returns whether it skipped
+  // raw text after the tag.
   bool LeaveStartTag(std::size_t name);
   void LeaveEndTag(std::size_t name);
   std::size_t* DepthOf(std::string_view name);

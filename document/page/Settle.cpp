@@ -12,7 +12,7 @@ Settled Settle(const Control& control, std::string& text, const Reading& reading
   using enum Settled::Outcome;
   constexpr int kMostRounds = 4;
   Settled settled{same, StoredBag(control)};
-  const Control* giver = &control;  // of the text
+  const Control* giver = &control;  // returned the text
   std::shared_ptr<Control> kept;
   bool told = false;
   std::string nextText;

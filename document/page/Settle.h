@@ -1,6 +1,6 @@
-// What is written of a control must give the same text and the same bag when it is read again, or
-// the next save would take the text for one edited by hand. A few values do not survive being
-// stored: an empty table border comes back as "0".
+// Finds a bag that reads back as the same text and the same bag; otherwise the next save would
+// consider the text edited by hand. A few values change when stored: an empty table border becomes
+// "0".
 #pragma once
 
 #include <functional>
@@ -14,26 +14,26 @@
 namespace kvo::page {
 
 struct Reading {
-  // Puts a control's runtime text into `text`; false when the page cannot hold it.
+  // Writes a control's runtime text to `text`; false when the page cannot hold it.
   std::function<bool(const Control& control, std::string& text)> textOf;
-  // Reading gave another text; told once.
+  // Called once if reading back gives another text.
   std::function<void()> onOtherText;
-  // What follows: the text follows the bag until both stay the same, else it is left as it is.
+  // Whether the text changes with the bag until both are stable; otherwise it is left unchanged.
   bool textFollows = false;
 };
 
 struct Settled {
   enum class Outcome {
     same,       // the control's bag can be written
-    moved,      // `bag` has to be written in its place
-    otherText,  // the text would not be the same, and does not follow
-    refused,    // textOf() said no
+    moved,      // write `bag` instead
+    otherText,  // the text would change, and may not
+    refused,    // textOf() returned false
   };
   Outcome outcome = Outcome::same;
   std::vector<MemoryBag::Entry> bag{};
 };
 
-// `text` is what the control gives. Where it follows, failures of controls are passed on.
+// `text` is the control's text. Passes on failures of controls if textFollows.
 Settled Settle(const Control& control, std::string& text, const Reading& reading);
 
 }  // namespace kvo::page

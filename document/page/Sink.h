@@ -1,4 +1,4 @@
-// Where a written page goes, piece by piece.
+// Receives a written page, piece by piece.
 #pragma once
 
 #include <string>
@@ -22,7 +22,7 @@ class StringSink final : public Sink {
   std::string text_;
 };
 
-// For checks that only want the problems.
+// For checks that need only the problems.
 class NullSink final : public Sink {
  public:
   void append(std::string_view) override {}

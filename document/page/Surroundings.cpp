@@ -17,7 +17,7 @@ bool IsConditional(std::string_view comment) {
   return EqualIgnoringCase(rest.substr(0, 3), "[if");
 }
 
-// Whether the text is one tag, from its "<" to its ">".
+// Whether the text is exactly one tag.
 bool IsOneTag(std::string_view text) {
   if (text.size() < 3 || text[0] != '<' || !IsLetter(text[1])) return false;
   TagReader tag(text, EndOfTagName(text, 1));
@@ -72,7 +72,7 @@ void SurroundingsFinder::NextThing() {
       thing_.kind = Kind::declaration;
       openEnd_ = !all.ends_with('>');
     } else {
-      thing_.begin = end_;  // a "<" that stands for itself
+      thing_.begin = end_;  // a literal "<"
     }
   }
 }

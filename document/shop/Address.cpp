@@ -10,10 +10,10 @@ namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
 
-// How long a lock of another program is waited for, in seconds: as long as a short writing
-// takes, and not so long that a window seems stuck.
+// How long to wait for another program's lock, in seconds: enough for a short write, but not so
+// long that a window seems stuck.
 constexpr std::string_view kLockWait = "1";
-// How long a server is waited for, in seconds.
+// How long to wait for a server, in seconds.
 constexpr std::string_view kConnectWait = "10";
 
 struct KindRow {
@@ -30,7 +30,7 @@ constexpr std::array kKinds = {
     KindRow{Kind::odbc, "odbc", "odbc", "libsoci-odbc4.0"},
 };
 
-// "key = value ..." and not "user:password@host/database".
+// Whether it is "key = value ..." and not "user:password@host/database".
 bool IsKeyValueForm(std::string_view details) {
   std::size_t at = 0;
   while (at < details.size() && details[at] == ' ') ++at;
@@ -46,7 +46,7 @@ bool IsKeyValueForm(std::string_view details) {
 }
 
 std::string SqliteDetails(const Address& address) {
-  // The backend's own quoting knows no way to write these.
+  // The backend's quoting cannot express these.
   const bool quote = address.path.find('"') != npos;
   const bool blank = address.path.find(' ') != npos;
   if ((quote && blank) || address.path.find('\0') != npos) Refuse(address);
@@ -63,7 +63,7 @@ std::string PostgresqlDetails(std::string_view details) {
   return uri;
 }
 
-// "key='value' " with the "%xx" of an address resolved; nothing for an empty value.
+// Returns "key='value' " with each "%xx" decoded; empty for an empty value.
 std::string Pair(const Address& address, std::string_view key, std::string_view encoded) {
   if (encoded.empty()) return {};
   for (std::size_t at = encoded.find('%'); at != npos; at = encoded.find('%', at + 1))

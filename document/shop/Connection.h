@@ -1,4 +1,4 @@
-// The connection to the shop database, as controls and pages get to see it.
+// The connection to the shop database, as controls and pages see it.
 #pragma once
 
 #include <cstdint>
@@ -12,12 +12,12 @@
 
 namespace kvo::shop {
 
-// Late bound: State (1, open), ConnectionString (as it was given, password included: a recordset
+// Late bound: State (1, open), ConnectionString (as given, with the password, so that a recordset
 // can be opened on it).
 //
-// The database is opened when it is first needed, which reading State is; State fails with the
-// reason when that does not succeed, and tries again when it is asked again. When the server or the
-// file was lost meanwhile, the next use opens it once more before it fails.
+// Opens the database on first use; reading State is a use. When opening fails, State throws the
+// reason; reading it again retries. When the server or the file was lost since, the next use
+// reopens it once before failing.
 class Connection final : public Object {
  public:
   explicit Connection(std::string connectionString)
@@ -25,7 +25,7 @@ class Connection final : public Object {
 
   Variant Get(std::string_view name) override;
 
-  // As of Database.
+  // As in Database.
   std::vector<Column> Describe(const Statement& statement);
   std::vector<Record> Fetch(const Statement& statement, const std::vector<Column>& columns,
                             std::int64_t first, std::int64_t count);

@@ -16,7 +16,7 @@
 namespace kvo::shop {
 namespace {
 
-// Runs a statement and hands out its records one by one, every value as text.
+// Runs a statement and returns its records one by one, every value as text.
 class Reader {
  public:
   Reader(soci::session& session, const std::string& statement, std::size_t columns)
@@ -24,7 +24,7 @@ class Reader {
     for (std::size_t i = 0; i < columns; ++i)
       statement_.exchange(soci::into(values_[i], indicators_[i]));
     statement_.alloc();
-    // One that runs once takes one way to the server and back; a prepared one would take three.
+    // A one-time query needs one round trip to the server; a prepared one would need three.
     statement_.prepare(statement, soci::details::st_one_time_query);
     statement_.define_and_bind();
     statement_.execute();
@@ -39,7 +39,7 @@ class Reader {
  private:
   std::vector<std::string> values_;
   std::vector<soci::indicator> indicators_;
-  soci::statement statement_;  // ends first: it writes to the others
+  soci::statement statement_;  // last, so destroyed first: it writes to the others
 };
 
 template <class Number>
@@ -98,7 +98,7 @@ std::vector<Column> ColumnsOf(soci::session& session, const std::string& stateme
   return columns;
 }
 
-// SOCI names its own function in front of some messages: "class::function: message".
+// Removes SOCI's function name from a message: "class::function: message".
 std::string_view WithoutFunction(std::string_view message) {
   const std::size_t colon = message.find(": ");
   const std::size_t scope = message.find("::");
@@ -108,8 +108,8 @@ std::string_view WithoutFunction(std::string_view message) {
   return message.substr(colon + 2);
 }
 
-// SQLite's code is known to its driver alone, which is no part of this program, so its message has
-// to tell. Only its end counts: SOCI puts words of its own in front of some.
+// Derives the error from SQLite's message, since only the separately loaded driver knows the error
+// code. Compares the end only: SOCI prefixes some messages.
 ErrorNumber SqliteNumber(std::string_view message, bool opening) {
   constexpr std::array<std::string_view, 2> kLocked = {"database is locked",
                                                        "database table is locked"};
@@ -127,22 +127,22 @@ ErrorNumber SqliteNumber(std::string_view message, bool opening) {
 struct Database::Session {
   soci::session soci;
 
-  // What has to run together with the reading of a page.
+  // What must run together with a page's query.
   std::string beforePage{};
 
-  // Of a database without paging: where the records are just being read.
+  // For a database without paging: the current read.
   std::unique_ptr<Reader> forward{};
   std::string forwardStatement{};
   std::int64_t forwardAt = 0;
 
-  // Of a file: which one it was when it was opened.
+  // For a file: its identity when it was opened.
   dev_t device = 0;
   ino_t file = 0;
 };
 
 Database::Database(const Address& address, Traffic& traffic)
     : address_(address), traffic_(traffic), session_(std::make_unique<Session>()) {
-  // SOCI would look for drivers in the current folder too, where anybody may have put one.
+  // SOCI would also look for drivers in the current folder, where anyone may have put one.
   [[maybe_unused]] static const auto left = std::erase(soci::dynamic_backends::search_paths(), ".");
   try {
     session_->soci.open(address_.driver, address_.details);
@@ -164,9 +164,9 @@ void Database::Prepare() {
         session_->device = status.st_dev;
         session_->file = status.st_ino;
       }
-      // The way to a page leads over pages that nobody needs again.
+      // Keeps the cache small: pages passed on the way to a record are not needed again.
       session << "PRAGMA cache_size = -256";  // in KiB
-      // The file has not been looked at yet; this does.
+      // Opening does not read the file yet; this query does.
       Reader(session, "PRAGMA schema_version", 1).Next();
       break;
     }
@@ -177,13 +177,13 @@ void Database::Prepare() {
              "set_config('client_encoding', 'UTF8', false)",
              2)
           .Next();
-      // Without an ORDER BY the records come as the table holds them: each time from its start and
-      // read by one process, so that pages fit together. Counting may be done by several.
+      // Without an ORDER BY, records come in table order. Each scan must begin at the table's start
+      // and run in one process, so that pages fit together. Counting may run in parallel.
       try {
         Reader(session, "SELECT set_config('synchronize_seqscans', 'off', false)", 1).Next();
         session_->beforePage = "SET LOCAL max_parallel_workers_per_gather = 0;\n";
       } catch (const soci::soci_error&) {
-        // A server that speaks the protocol but is another one may not know this.
+        // Other servers that speak the protocol may not know this setting.
       }
       break;
     case Kind::mysql:
@@ -191,7 +191,7 @@ void Database::Prepare() {
       session << "SET SESSION TRANSACTION READ ONLY";
       break;
     case Kind::odbc:
-      break;  // which system it is shows when a statement runs
+      break;  // the first statement shows which system it is
   }
 }
 
@@ -218,7 +218,7 @@ void Database::Fail(const std::exception& error, bool opening) {
   throw RuntimeError(number, address_.shown.text + (told.empty() ? "" : ": " + told));
 }
 
-// An opened file can be read on after it was deleted or replaced, and nobody would notice.
+// Detects a deleted or replaced file: reading the open one would go on unnoticed.
 void Database::CheckFile() {
   if (address_.kind != Kind::sqlite3) return;
   struct stat status {};
@@ -258,7 +258,7 @@ void Database::FindPaging(const Statement& statement, const std::vector<Column>&
       paging_ = paging;
       return;
     } catch (const soci::soci_error&) {
-      // Not this system's way. A statement that is wrong itself did not get this far.
+      // This system does not support it. A faulty statement has failed before.
     }
   }
   paging_ = Paging::none;
@@ -268,8 +268,8 @@ std::string Database::PageStatement(const Statement& statement, const std::vecto
                                     std::int64_t first, std::int64_t count) const {
   std::string page = session_->beforePage + statement.Page(*paging_, first, count);
   if (address_.kind != Kind::sqlite3) return page;
-  // SOCI reads a value by the declared type of its column and cuts what does not fit, so a file,
-  // where any value can stand in any column, is asked for texts.
+  // SOCI reads a value by the declared type of its column and truncates what does not fit. In
+  // SQLite any column can hold any value, so this reads everything as text.
   std::string names;
   std::string texts;
   for (std::size_t i = 0; i < columns.size(); ++i) {
@@ -335,7 +335,7 @@ std::optional<std::int64_t> Database::Count(const Statement& statement) {
       return Parsed<std::int64_t>(reader.Value(0));
     });
   } catch (const RuntimeError& error) {
-    // A statement that cannot stand within another is still one whose records can be read.
+    // A statement that cannot be nested in another can still be read.
     if (error.Number() == static_cast<int>(ErrorNumber::statementRejected)) return std::nullopt;
     throw;
   }

@@ -1,4 +1,4 @@
-// One opened database, for reading only. The one place that knows SOCI.
+// An open database, read-only. The only part that knows SOCI.
 #pragma once
 
 #include <cstddef>
@@ -20,39 +20,39 @@ struct Column {
   Type type = Type::text;
 };
 
-// One value for each column: empty for null; a whole number of 32 bits, a number, or text. A whole
-// number beyond 32 bits is text, so that no digit is lost; so is whatever does not fit the type of
-// its column.
+// One value for each column: empty for null, a 32-bit integer, a number, or text. Larger integers
+// are text, so that no digit is lost, as is any value that does not fit its column's type.
 using Record = std::vector<Variant>;
 
-// What was asked of a database so far.
+// Counts the statements run and records read so far.
 struct Traffic {
   std::size_t statements = 0;
   std::size_t records = 0;
 };
 
-// Failures are RuntimeErrors without passwords: 3000 statement rejected, 3002 file not opened (also
-// gone or replaced), 3006 locked, 3706 driver missing, 3709 no connection.
+// Failures are RuntimeErrors without passwords: 3000 statement rejected, 3002 file not opened (or
+// removed or replaced), 3006 locked, 3706 driver missing, 3709 no connection.
 class Database {
  public:
-  // Opens it. A file is never created or written to; a server's session is set to reading only,
-  // where the server knows such a thing (ODBC has no common way to say so).
+  // Opens the database. Never creates or writes a file; makes a server session read-only where
+  // possible (ODBC has no common way).
   Database(const Address& address, Traffic& traffic);
   ~Database();
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
 
-  // False once the server or the file is gone: open it anew.
+  // False once the server or the file is gone; open a new Database then.
   bool IsUsable() const { return usable_; }
 
-  // Checks that the statement can run. Fetches no record (with ODBC at most one).
+  // Checks that the statement can run and returns its columns. Fetches no record (with ODBC at most
+  // one).
   std::vector<Column> Describe(const Statement& statement);
 
-  // At most `count` records from the `first`-th on, from 0; fewer only at the end.
+  // Returns `count` records from index `first`; fewer only at the end.
   std::vector<Record> Fetch(const Statement& statement, const std::vector<Column>& columns,
                             std::int64_t first, std::int64_t count);
 
-  // How many records there are; nothing when the database cannot tell.
+  // Returns the number of records; nothing when the database cannot count them.
   std::optional<std::int64_t> Count(const Statement& statement);
 
  private:

@@ -47,15 +47,15 @@ constexpr std::array<std::string_view, 10> kHarmlessKeys = {
     "port",    "user",    "uid",    "username",        "user id",
     "charset", "sslmode", "driver", "connect_timeout", "application_name"};
 
-// The parts of a connection string's details that are shown, and those that must not be.
+// The parts of a connection string's details that may be shown, and the secrets.
 struct Parts {
   std::string_view host;
   std::string_view database;
   std::vector<std::string> secrets;
 };
 
-// Takes the value in front of `rest`: in quotation marks or braces, or up to one of `ends`. Nothing
-// when a mark is not closed, or text follows it.
+// Removes a value from the front of `rest`: quoted, in braces, or up to one of `ends`. Nothing when
+// the quote is not closed or text follows it.
 std::optional<std::string_view> TakeValue(std::string_view& rest, std::string_view ends) {
   const std::string_view all = rest;
   const char first = rest.empty() ? '\0' : rest.front();
@@ -67,7 +67,7 @@ std::optional<std::string_view> TakeValue(std::string_view& rest, std::string_vi
     return all.substr(0, end);
   }
   const char mark = first == '{' ? '}' : first;
-  // A mark in the value stands twice or behind "\".
+  // A mark inside the value is doubled or follows "\".
   for (std::size_t at = 1; at < all.size(); ++at) {
     if (all[at] == '\\' && first != '{') {
       ++at;
@@ -84,7 +84,7 @@ std::optional<std::string_view> TakeValue(std::string_view& rest, std::string_vi
   return std::nullopt;
 }
 
-// "key = value" pairs, parted by one of `ends`; blanks may surround "=".
+// Parses "key = value" pairs, separated by one of `ends`; blanks may surround "=".
 std::optional<Parts> PartsOfPairs(std::string_view rest, std::string_view ends) {
   const bool byBlanks = ends.find(' ') != kNone;
   Parts parts;
@@ -97,7 +97,7 @@ std::optional<Parts> PartsOfPairs(std::string_view rest, std::string_view ends) 
     const std::string_view key = Trimmed(rest.substr(0, equals));
     rest.remove_prefix(equals + 1);
     while (!rest.empty() && IsBlank(rest.front())) rest.remove_prefix(1);
-    // A key of several words belongs to the systems that part their pairs by ";".
+    // Keys of several words occur only where ";" separates the pairs.
     const bool isKey = std::ranges::all_of(
         key, [byBlanks](char c) { return IsNameCharacter(c) || (!byBlanks && c == ' '); });
     if (key.empty() || !isKey) return std::nullopt;
@@ -115,13 +115,13 @@ std::optional<Parts> PartsOfPairs(std::string_view rest, std::string_view ends) 
 // user:password@host:port/database?key=value&...
 std::optional<Parts> PartsOfAddress(std::string_view details) {
   Parts parts;
-  // A password may hold "@" and, against the rules, "?" and "/" as well.
+  // A password may contain "@" and, against the rules, "?" and "/".
   const std::size_t at = details.rfind('@');
   const std::string_view user = details.substr(0, at == kNone ? 0 : at);
   std::string_view server = at == kNone ? details : details.substr(at + 1);
   if (const std::size_t colon = user.find(':'); colon != kNone)
     parts.secrets.emplace_back(user.substr(colon + 1));
-  // But "@" can also be one of a parameter behind the database.
+  // But the "@" may also be in a parameter after the database.
   if (user.find('?') != kNone) return std::nullopt;
   if (const std::size_t query = server.find('?'); query != kNone) {
     const auto more = PartsOfPairs(server.substr(query + 1), "&");
@@ -135,7 +135,7 @@ std::optional<Parts> PartsOfAddress(std::string_view details) {
   const std::size_t bracket = server.starts_with('[') ? server.find(']') : 0;
   if (bracket == kNone) return std::nullopt;
   const std::size_t colon = server.find(':', bracket);
-  // What stands in the place of a port may be the password of an address without its server.
+  // Text in place of a port may be the password of an address without a server.
   if (colon != kNone && !IsNumber(server.substr(colon + 1))) return std::nullopt;
   if (colon != kNone && at == kNone) parts.secrets.emplace_back(server.substr(colon + 1));
   parts.host = server.substr(0, colon);
@@ -152,7 +152,7 @@ bool IsHost(std::string_view host) {
          });
 }
 
-// Whether details are pairs and no address.
+// Whether details are pairs and not an address.
 bool ArePairs(std::string_view details) {
   const std::size_t end = details.find_first_of("=@:/?;&'\"");
   return end != kNone && details[end] == '=';
@@ -179,7 +179,7 @@ std::string Unescaped(std::string_view text) {
   return plain;
 }
 
-// Whether the message holds the word, or so much of a longer one that it gives something away.
+// Whether the message contains the word, or a revealing piece of a longer one.
 bool Quotes(std::string_view message, std::string_view word) {
   constexpr std::size_t kPiece = 4;
   if (word.size() > kPiece) {
@@ -233,7 +233,7 @@ ShownAddress ShownOf(std::string_view connectionString) {
   ShownAddress shown{std::string(scheme) + std::string(kSchemeEnd), true, {}};
   const std::string_view details = connectionString.substr(end + kSchemeEnd.size());
   if (scheme == "sqlite3") {
-    // A path, unless it looks as if it were more.
+    // Only a path, unless it looks like more.
     const std::size_t more = details.find_first_of("?;&=@:");
     shown.text += details.substr(0, more);
     if (more == kNone) return shown;

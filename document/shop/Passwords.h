@@ -1,5 +1,5 @@
-// Keeps passwords out of everything that people or logs get to see. Only what is known to be no
-// password is shown; looking for the password itself would miss each new way to write one.
+// Keeps passwords out of everything that people or logs see. Shows only what is known not to be a
+// password; searching for the password would miss new ways of writing one.
 #pragma once
 
 #include <string>
@@ -8,23 +8,23 @@
 
 namespace kvo::shop {
 
-// What people may see of a connection string.
+// The part of a connection string that people may see.
 struct ShownAddress {
   // "KIND://HOST/DATABASE" (the name of the data source with ODBC, the path with SQLite). "..."
-  // stands for what is not certain to be that.
+  // replaces anything uncertain.
   std::string text;
   // Whether the connection string has one of the forms of Address.h. If not, any part of it may be
   // the password.
   bool understood = false;
-  // The values that must not be seen, as they stand in the connection string.
+  // The secret values, as written in the connection string.
   std::vector<std::string> secrets;
 };
 ShownAddress ShownOf(std::string_view connectionString);
 
-// With each "%xx" as the byte that it stands for.
+// Replaces each "%xx" by its byte.
 std::string PercentDecoded(std::string_view text);
 
-// A driver's message on one line; empty when it quotes a secret, or a piece of one, or when it may
+// Returns a driver's message on one line; empty when it quotes a secret or a piece of one, or may
 // quote one because the connection string is not understood.
 std::string ShownMessage(const ShownAddress& address, std::string_view message);
 

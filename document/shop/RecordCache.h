@@ -1,4 +1,4 @@
-// The records of a statement that were looked at lately.
+// Caches the recently used records of a statement.
 #pragma once
 
 #include <cstddef>
@@ -12,18 +12,18 @@
 
 namespace kvo::shop {
 
-// Fetches a page of 128 records when one of them is looked at. Whoever reads on from page to page
-// gets larger ones, up to 2048, because each costs the database the way to its start. Holds at most
-// 4096 records, however many there are; those looked at longest ago go first.
+// Fetches a page of 128 records when one of them is needed. Sequential reading gets larger pages,
+// up to 2048, because the database has to skip to the start of each. Holds at most 4096 records and
+// drops the least recently used pages.
 class RecordCache {
  public:
   using Fetch = std::function<std::vector<Record>(std::int64_t first, std::int64_t count)>;
   explicit RecordCache(Fetch fetch) : fetch_(std::move(fetch)) {}
 
-  // nullptr when there is no such record; valid until the next call.
+  // Returns a record, valid until the next call; nullptr when there is none.
   const Record* At(std::int64_t index);
 
-  // The held record nearest to `index` for which `matches` holds, by its index.
+  // Returns the index of the matching cached record nearest to `index`.
   std::optional<std::int64_t> FindNear(std::int64_t index,
                                        const std::function<bool(const Record&)>& matches) const;
 
@@ -35,7 +35,7 @@ class RecordCache {
   };
 
   Fetch fetch_;
-  std::list<Page> pages_;  // the last used first
+  std::list<Page> pages_;  // most recently used first
   std::int64_t lastEnd_ = -1;
   std::int64_t lastSize_ = 0;
 };

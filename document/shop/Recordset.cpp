@@ -13,7 +13,7 @@
 namespace kvo::shop {
 namespace {
 
-// One column of the record on which its recordset stands.
+// One column of a recordset's current record.
 class Field final : public Object {
  public:
   Field(std::shared_ptr<Recordset> recordset, std::size_t column)
@@ -28,7 +28,7 @@ class Field final : public Object {
   std::size_t column_;
 };
 
-// A number for the contents of a record; equal records have equal ones.
+// Hashes the contents of a record.
 std::uint64_t ContentsOf(const Record& record) {
   constexpr std::uint64_t kStart = 14695981039346656037U;  // FNV-1a
   constexpr std::uint64_t kFactor = 1099511628211U;
@@ -186,7 +186,7 @@ std::int64_t Recordset::IndexOf(const std::string& bookmark) {
   RecordCache& cache = Open().cache;
   const auto same = [contents](const Record& record) { return ContentsOf(record) == contents; };
   if (const Record* record = cache.At(index); record != nullptr && same(*record)) return index;
-  // Others came or went in front of it: it is not far.
+  // Records were added or removed before it: search nearby.
   constexpr std::int64_t kNear = 128;
   cache.At(index + kNear);
   cache.At(std::max<std::int64_t>(index - kNear, 0));

@@ -1,4 +1,4 @@
-// The records of one statement, as controls and pages get to see them.
+// The records of one statement, as controls and pages see them.
 #pragma once
 
 #include <cstdint>
@@ -13,15 +13,14 @@
 
 namespace kvo::shop {
 
-// Late bound, with the members that common/values/Recordset.h lists. Field names are matched
-// without regard to case.
+// Late bound, with the members that common/values/Recordset.h lists. Field names ignore case.
 //
-// Records are fetched as they are looked at, in pages; memory does not grow with their number. Each
-// page shows the table as it is by then. A bookmark knows the record's place and contents: when the
-// record has moved a little, it is found again, and another one is never taken for it.
+// Fetches records in pages as needed; memory use does not grow with their number. Each page shows
+// the table at the time of its fetch. A bookmark holds the record's index and contents: it still
+// finds a record that has moved a little, and never takes another for it.
 //
-// Errors: 3704 closed, 3705 open already, 3021 no record here, 3265 no such field, 5 a lock type
-// that would write or a statement that is not one reading statement, and those of the database.
+// Errors: 3704 closed, 3705 already open, 3021 no current record, 3265 no such field, 5 for a lock
+// type that allows writing or anything but a single reading statement, and those of the database.
 class Recordset final : public Object {
  public:
   Variant Get(std::string_view name) override;
@@ -31,7 +30,7 @@ class Recordset final : public Object {
   // For the field objects.
   Variant Value(std::size_t column);
 
-  // How much it asked of its database.
+  // What it has read from its database.
   const Traffic& Asked();
 
  private:

@@ -8,11 +8,11 @@
 
 namespace kvo::shop {
 
-// The connection of a connection string (its forms: Address.h). Nothing is opened yet, so nothing
-// fails yet. Fit to be an Office's factory.
+// Makes a connection from a connection string (see Address.h). Opens nothing yet, so it does not
+// fail. Usable as an Office's factory.
 ObjectRef NewConnection(const std::string& connectionString);
 
-// Not opened yet. Fit for Platform::NewRecordset.
+// Makes a closed recordset. Usable as Platform::NewRecordset.
 ObjectRef NewRecordset();
 
 }  // namespace kvo::shop

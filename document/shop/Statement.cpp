@@ -14,11 +14,10 @@ bool IsWordCharacter(char c) {
   return IsDigit(c) || IsLetter(c) || c == '_' || c == '$' || static_cast<unsigned char>(c) >= 0x80;
 }
 
-// The words of a statement that stand in no bracket, text, quoted name or comment, and where the
-// statement ends.
+// The words of a statement outside brackets, texts, quoted names and comments, and where it ends.
 struct Outline {
   std::vector<std::string_view> words;
-  std::size_t end = 0;   // behind its last character that is no blank, comment or semicolon
+  std::size_t end = 0;   // after its last character that is not a blank, comment or semicolon
   bool oneOnly = true;   // nothing follows a semicolon
   bool complete = true;  // every bracket, text, quoted name and comment is closed
 };
@@ -54,7 +53,7 @@ class Outliner {
  private:
   void TakeToken(char c) {
     if (c == '\'' || c == '"' || c == '`') {
-      SkipTo(text_.substr(at_, 1), 1, true);  // a doubled mark reads as two texts side by side
+      SkipTo(text_.substr(at_, 1), 1, true);  // a doubled mark reads as two adjacent texts
     } else if (c == '[') {
       SkipTo("]", 1, true);
     } else if (c == '(') {
@@ -80,7 +79,7 @@ class Outliner {
       SkipTo(word, word.size(), true);
       return;
     }
-    // A name behind a point is no keyword.
+    // A name after a point is not a keyword.
     if (depth_ == 0 && (start == 0 || text_[start - 1] != '.')) outline_.words.push_back(word);
   }
 

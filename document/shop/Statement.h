@@ -1,4 +1,4 @@
-// A statement as it was given, and the statements that read its records in pieces.
+// A given statement, and the statements that read its records in pages.
 #pragma once
 
 #include <cstdint>
@@ -7,15 +7,15 @@
 
 namespace kvo::shop {
 
-// How a database spells "n records from the m-th on".
+// How a database expresses "n records from index m".
 enum class Paging {
   limit,             // LIMIT n OFFSET m
   offsetFetch,       // OFFSET m ROWS FETCH NEXT n ROWS ONLY
-  orderOffsetFetch,  // the same, where it has to stand behind an ORDER BY
-  none,              // no way: the records are read from the first on
+  orderOffsetFetch,  // the same, but requires an ORDER BY
+  none,              // not supported: read from the first record on
 };
 
-// Only reading ones: SELECT or WITH ... SELECT, and one of them. Anything else is RuntimeError 5.
+// A single reading statement: SELECT or WITH ... SELECT. RuntimeError 5 for anything else.
 class Statement {
  public:
   explicit Statement(std::string_view text);
@@ -23,9 +23,10 @@ class Statement {
   // Without a semicolon at the end.
   const std::string& Text() const { return text_; }
 
-  // As its own limit, if it has none; else around it. The order of its records is kept.
+  // Limits the statement itself, or wraps it when it has a limit of its own. Keeps the order of the
+  // records.
   std::string Page(Paging paging, std::int64_t first, std::int64_t count) const;
-  // One record of one number.
+  // Returns one record with one number.
   std::string Count() const;
 
  private:

@@ -1,4 +1,4 @@
-// For builds on machines without SOCI: whoever asks for the shop's database is told so.
+// For builds without SOCI: every access to the shop database fails with an error that says so.
 #include "document/shop/Shop.h"
 
 #include "common/values/RuntimeError.h"
