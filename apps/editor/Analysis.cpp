@@ -18,7 +18,7 @@
 namespace kvo::editor {
 namespace {
 
-// What stands in the design view for a control that cannot be loaded.
+// Returns the design view's box for a control that cannot be loaded.
 Box BrokenBox(const std::string& className) {
   constexpr int kMargin = 90;
   constexpr int kHeight = 390;
@@ -65,7 +65,7 @@ void AppendUtf8Of(std::string_view bytes, const page::PageEncoding& encoding, st
   }
 }
 
-// The page with every control as its box.
+// Writes the page with a box in place of each control.
 class DesignWriter {
  public:
   explicit DesignWriter(const page::Page& page)
@@ -150,7 +150,7 @@ Analyst::Analyst(Done done) : done_(std::move(done)) { thread_.setMaxThreadCount
 
 void Analyst::Request(AnalysisRequest request) {
   if (!working_) return Begin(std::move(request));
-  // A request that is dropped may have been the first of its page.
+  // The dropped request may have been the first of its page.
   if (next_ && next_->newPage) request.newPage = true;
   next_ = std::move(request);
 }
@@ -158,7 +158,7 @@ void Analyst::Request(AnalysisRequest request) {
 void Analyst::Begin(AnalysisRequest request) {
   working_ = true;
   thread_.start([this, request = std::move(request), before = latest_] {
-    // Typing comes first, where both want the processor.
+    // Gives typing priority over analysis.
     setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), kNiceness);
     auto analysis = std::make_shared<Analysis>(Analyse(request));
     analysis->first = before == nullptr || request.newPage;

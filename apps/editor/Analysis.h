@@ -1,5 +1,5 @@
-// Everything that is worked out from a page while it is being edited: outline, problems, runtime
-// text, and the page as the design view shows it. It runs beside the window, which never waits.
+// Analyses the page while it is being edited: outline, problems, runtime text, and the page for the
+// design view. Runs in the background, so that the window never waits.
 #pragma once
 
 #include <QObject>
@@ -19,35 +19,35 @@ namespace kvo::editor {
 // A control of the page, in the order of the page.
 struct OutlineEntry {
   int position = 0;
-  bool boxed = false;  // one character of the text; else it stands there as text
+  bool boxed = false;  // one character in the source; otherwise plain text
   QString className;
   QString id;
-  QString caption;  // what its box shows
+  QString caption;  // shown in its box
 };
 
 struct ProblemEntry {
   int position = 0;
-  page::Problem problem;  // its place is the one in the source view
+  page::Problem problem;  // its place is that in the source view
 };
 
-// How a text came out of the one before: the characters between two equal ends.
+// The difference between two texts: the characters between their equal ends.
 struct Splice {
   qsizetype at = 0;
   qsizetype removed = 0;
   QString added;
   bool IsEmpty() const { return removed == 0 && added.isEmpty(); }
 };
-// UTF-16 code units, never inside a surrogate pair.
+// Counts UTF-16 code units; never splits a surrogate pair.
 Splice Difference(const QString& before, const QString& after);
 
 struct Analysis {
   int revision = 0;
   std::vector<OutlineEntry> outline;
   std::vector<ProblemEntry> problems;
-  QString output;       // what publishing would write; empty with errors
-  QString design;       // HTML, each control as its box with its number in `data-kvo`
-  Splice designChange;  // since the analysis before
-  bool first = false;   // of this page: the change is since nothing
+  QString output;       // the published page; empty if there are errors
+  QString design;       // HTML; each control is a box with its number in `data-kvo`
+  Splice designChange;  // since the previous analysis
+  bool first = false;   // of this page: the change is since an empty text
 };
 
 struct AnalysisRequest {
@@ -57,14 +57,14 @@ struct AnalysisRequest {
   bool newPage = false;
 };
 
-// Does the work; also used directly. Needs a platform whose TextWidth may be called anywhere.
+// Does the work; also used directly. Requires a platform whose TextWidth works on any thread.
 Analysis Analyse(const AnalysisRequest& request);
 
-// A thread that works on the latest request; older ones that it did not begin are forgotten.
+// A thread that handles the latest request and drops older ones that it has not begun.
 class Analyst {
  public:
   using Done = std::function<void(const std::shared_ptr<const Analysis>&)>;
-  // `done` is called on the thread that made the analyst.
+  // Calls `done` on the thread that created the analyst.
   explicit Analyst(Done done);
 
   void Request(AnalysisRequest request);
@@ -78,7 +78,7 @@ class Analyst {
   std::optional<AnalysisRequest> next_;
   bool working_ = false;
   QObject receiver_;
-  QThreadPool thread_;  // one; ends first
+  QThreadPool thread_;  // one thread; destroyed first
 };
 
 }  // namespace kvo::editor

@@ -1,4 +1,4 @@
-// A question whose answers say what they do.
+// Asks a question whose answers name their actions.
 #pragma once
 
 #include <QString>
@@ -11,12 +11,12 @@ class QWidget;
 namespace kvo::editor {
 
 struct Answer {
-  enum class Kind { agrees, destroys, acts, refuses };  // a desktop orders its buttons by them
+  enum class Kind { agrees, destroys, acts, refuses };  // decides the order of the buttons
   Kind kind;
   Localized text;
 };
 
-// Exactly one answer refuses; Escape and the window's button are the same as that one.
+// Exactly one answer refuses; Escape and the window's close button choose it.
 struct Question {
   QString text;
   std::vector<Answer> answers;
@@ -34,8 +34,8 @@ inline Question Confirmation(QString question, const Localized& yes, const Local
           preset == Default::yes ? 0U : 1U};
 }
 
-// Asks the user in a message box, under the program's title, and answers with the number of the
-// answer. The text is never taken for markup: names of files and texts of pages may hold anything.
+// Asks the user in a message box with the program's title and returns the index of the answer.
+// Never interprets the text as markup: file names and page texts may contain anything.
 std::size_t Ask(QWidget* parent, const Question& question);
 
 }  // namespace kvo::editor

@@ -58,7 +58,7 @@ void ControlEditing::OpenPages(int position, bool doubleClicked) {
     PropertyFrameDialog frame(FromQt(step), {control}, *pages, CreatePage, &window_);
     frame.onApplied = applied;
     frame.Note(note);
-    // What is typed next does not replace the control.
+    // Keeps the next typed character from replacing the control.
     if (frame.exec() == QDialog::Accepted || taken) source_.StandBehind(position);
   } catch (const std::exception& failure) {
     platform_.onApplied = nullptr;

@@ -1,4 +1,4 @@
-// What is done to single controls: their property pages, their properties, new ones.
+// Edits single controls: opens property pages, sets properties, inserts new controls.
 #pragma once
 
 #include <QWidget>
@@ -21,20 +21,20 @@ class ControlEditing {
         platform_(platform),
         window_(window) {}
 
-  // An instance of the control at a position.
+  // Creates an instance of the control at a position.
   std::shared_ptr<Control> Load(int position) const;
 
-  // Shows the property pages; a double click goes to the control first. What is applied is stored
-  // in the page as one step each time.
+  // Shows the property pages; offers a double click to the control first. Stores each Apply in the
+  // page as one undo step.
   void OpenPages(int position, bool doubleClicked);
   void Let(int position, const std::string& property, const Variant& value);
-  // At the caret, or in place of what is selected; the caret stands behind it then.
+  // Inserts at the caret or in place of the selection, and puts the caret after it.
   void Insert(const Tool& tool);
 
   QString NameAt(int position) const;
 
  private:
-  // What the frame of its pages says besides: why their lists are empty.
+  // Returns the note for the frame of its pages that explains why their lists are empty.
   QString NoteFor(const Control& control) const;
   void Store(int position, const Control& control, const QString& step);
   void ShowError(const std::exception& failure) const;

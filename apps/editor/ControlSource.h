@@ -1,4 +1,4 @@
-// One control as it stands in a page, on its own.
+// The source of a single control in a page.
 #pragma once
 
 #include <QByteArray>
@@ -14,26 +14,27 @@ QByteArray ToBytes(std::string_view bytes);
 
 class ControlSource {
  public:
-  // The bytes must be exactly one control, element or saved span, that can be loaded.
+  // The bytes must be exactly one control that can be loaded, as an element or a saved span.
   ControlSource(const QByteArray& bytes, const page::PageEncoding& encoding);
 
   const ControlClass& Contract() const { return *found_.contract; }
   const std::string& Id() const { return found_.id; }
 
-  // A new instance; throws what the control throws.
+  // Creates an instance; throws what the control throws.
   std::shared_ptr<Control> Load() const { return page::Load(Contract(), found_.bag); }
 
-  // The control with what `edited` would store now, as a saved span. Where the runtime text cannot
-  // stand in the page it is an element, and the page's check says why. Nothing when the span's text
-  // was edited by hand, unless that may be overwritten.
+  // Returns the control with the properties of `edited`, as a saved span, or as an element when the
+  // page cannot hold the runtime text; the page's check says why. Nothing when the span's text was
+  // edited by hand, unless `overwrite` is set.
   std::optional<QByteArray> Edited(const Control& edited, bool overwrite) const;
 
-  // As an element with another id; an empty one is left out.
+  // Returns it as an element with another id; omits an empty one.
   QByteArray WithId(const std::string& id) const;
-  // As it stands, or as an element where only that can be written. RuntimeError 5 when neither can.
+  // Returns it unchanged, or as an element if only that can be written. RuntimeError 5 when neither
+  // can.
   QByteArray InEncoding(const page::PageEncoding& encoding) const;
 
-  // A new control's element.
+  // Returns the element of a new control.
   static QByteArray Element(const Control& control, const std::string& id,
                             const page::PageEncoding& encoding);
 

@@ -29,14 +29,14 @@
 namespace kvo::editor {
 namespace {
 
-constexpr int kFrame = 2;  // shows that the view has the keyboard
+constexpr int kFrame = 2;  // shows that the view has the keyboard focus
 constexpr char kScheme[] = "kvo-page";
 // The page itself; everything else under the scheme is a file beside it.
 constexpr char kPagePath[] = "/";
-// Our own script runs in a world of its own, where scripts are allowed although the page's are not.
+// Our script runs in a separate world, where scripts are allowed although the page's are not.
 constexpr quint32 kWorld = QWebEngineScript::ApplicationWorld;
 
-// A text as a literal of the script.
+// Returns a text as a script literal.
 QString Literal(const QString& text) {
   const QByteArray list = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
   return QString::fromUtf8(list.sliced(1, list.size() - 2));
@@ -48,7 +48,7 @@ QString Resource(const QString& name) {
   return QString::fromUtf8(file.readAll());
 }
 
-// Only a new document takes another one.
+// Only loading a new document can change the doctype.
 QStringView DoctypeOf(const QString& html) {
   const QStringView text = QStringView(html).trimmed();
   return text.startsWith(u"<!doctype", Qt::CaseInsensitive) ? text.left(text.indexOf(u'>'))
@@ -67,7 +67,7 @@ class OnlyThePage final : public QWebEngineUrlRequestInterceptor {
 }  // namespace
 
 void PrepareDesignView() {
-  // The browser's sandbox cannot be built by root; without it, it would not start at all.
+  // The browser cannot create its sandbox as root, and would not start.
   if (geteuid() == 0) qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
   QWebEngineUrlScheme scheme(kScheme);
   scheme.setSyntax(QWebEngineUrlScheme::Syntax::Path);
@@ -81,7 +81,7 @@ class DesignView::Source final : public QWebEngineUrlSchemeHandler {
   void requestStarted(QWebEngineUrlRequestJob* job) override {
     const QString path = job->requestUrl().path();
     if (path == kPagePath) {
-      // The mark tells the encoding, whatever the page itself says about the file's.
+      // The mark sets the encoding, whatever the page declares for the file.
       return Reply(job, "text/html", "\xEF\xBB\xBF" + html.toUtf8());
     }
     const QString file = FileOf(path);
@@ -97,7 +97,7 @@ class DesignView::Source final : public QWebEngineUrlSchemeHandler {
   QString folder;
 
  private:
-  // Empty for what does not lie in the folder.
+  // Returns the file's path; empty outside the folder.
   QString FileOf(const QString& path) const {
     if (folder.isEmpty()) return {};
     const QString root = QFileInfo(folder).canonicalFilePath() + '/';
@@ -127,8 +127,8 @@ class DesignView::Page final : public QWebEnginePage {
                                 const QString&) override {}
 };
 
-// Behind the last place that takes the keyboard, the tab key begins again at the first one: it must
-// not lead into the source, where the next keys would be typed.
+// Makes the Tab key wrap around inside the view. It must not move into the source, which would
+// receive the next keys as text.
 class KeepsTabKey final : public QWebEngineView {
  public:
   using QWebEngineView::QWebEngineView;
@@ -137,7 +137,7 @@ class KeepsTabKey final : public QWebEngineView {
   bool focusNextPrevChild(bool) override { return true; }
 };
 
-// What the script in the view calls.
+// Called by the script in the view.
 class DesignView::Bridge final : public QObject {
   Q_OBJECT
  public:
@@ -187,7 +187,7 @@ DesignView::DesignView(QWidget* parent)
 }
 
 DesignView::~DesignView() {
-  // The page has to go before its profile.
+  // Destroys the page before its profile.
   delete view_;
 }
 
@@ -202,7 +202,7 @@ void DesignView::Show(const Analysis& analysis) {
   design_ = analysis.design;
   revision_ = analysis.revision;
   if (analysis.first || DoctypeOf(design_) != DoctypeOf(source_->html)) return Reload();
-  if (!loaded_) return;  // Loaded() shows what is the latest then
+  if (!loaded_) return;  // Loaded() will show the latest state
   const Splice& change = analysis.designChange;
   Run(QString("kvo.splice(%1,%2,%3,%4)")
           .arg(change.at)

@@ -1,5 +1,5 @@
-// The page as a browser renders it, with the boxes of the controls in place. Nothing in the page
-// runs, and nothing reaches the network; pictures and style sheets come from the page's own folder.
+// Shows the page as a browser renders it, with boxes in place of its controls. Runs no scripts of
+// the page and never uses the network; loads pictures and style sheets from the page's folder.
 #pragma once
 
 #include <QWebEngineView>
@@ -10,7 +10,7 @@
 
 namespace kvo::editor {
 
-// Must be called before the application object is made.
+// Call before creating the application object.
 void PrepareDesignView();
 
 class DesignView final : public QWidget {
@@ -18,16 +18,16 @@ class DesignView final : public QWidget {
   explicit DesignView(QWidget* parent);
   ~DesignView() override;
 
-  // Where the page's pictures are; empty: nowhere.
+  // Sets the folder of the page's pictures; empty for none.
   void Folder(const QString& folder);
-  // Shows what the analysis made of the page, changing only what changed.
+  // Shows the analysed page, updating only what changed.
   void Show(const Analysis& analysis);
-  // Marks one box and scrolls to it; -1: none.
+  // Marks a box and scrolls to it; -1 for none.
   void Mark(int index);
 
   std::function<void(int index)> onBoxClicked;
   std::function<void(int index)> onBoxDoubleClicked;
-  // The revision of the page that shows; -1: none yet.
+  // The displayed revision of the page; -1 before the first.
   int ShownRevision() const { return shownRevision_; }
 
   QWebEngineView& View() { return *view_; }

@@ -37,7 +37,7 @@ Draft::Draft(const QString& folder)
     : file_(folder + '/' + QUuid::createUuid().toString(QUuid::WithoutBraces) + kPageSuffix) {
   QDir().mkpath(folder);
   lock_ = std::make_unique<QLockFile>(WithSuffix(file_, kLockSuffix));
-  lock_->setStaleLockTime(0);  // age says nothing: a window may stay open for weeks
+  lock_->setStaleLockTime(0);  // age is no sign: a window may stay open for weeks
   lock_->tryLock();
 }
 
@@ -59,7 +59,7 @@ std::vector<LeftDraft> Draft::LeftIn(const QString& folder) {
   for (const QFileInfo& page : QDir(folder).entryInfoList({'*' + QString(kPageSuffix)})) {
     QLockFile lock(WithSuffix(page.filePath(), kLockSuffix));
     lock.setStaleLockTime(0);
-    if (!lock.tryLock()) continue;  // its editor runs
+    if (!lock.tryLock()) continue;  // its editor is still running
     QFile name(WithSuffix(page.filePath(), kNameSuffix));
     if (!name.open(QIODevice::ReadOnly)) continue;
     const QByteArray known = name.readLine().trimmed();

@@ -1,4 +1,4 @@
-// Drafts: what was edited and not saved, kept beside the settings so that a crash loses nothing.
+// Drafts keep unsaved edits beside the settings, so that a crash loses nothing.
 #pragma once
 
 #include <QDateTime>
@@ -14,27 +14,26 @@ namespace kvo::editor {
 // A draft that another run of the editor left behind.
 struct LeftDraft {
   QString file;      // of the draft
-  QString pageFile;  // of the page it belongs to; empty: it was never saved
-  QByteArray known;  // what stood in that file then (PageFile::Known)
+  QString pageFile;  // of its page; empty if that was never saved
+  QByteArray known;  // fingerprint of that file then (PageFile::Known)
   QDateTime time;
 };
 
-// One window's draft. A draft is two files: the page's bytes, and what they belong to; a lock file
-// beside them tells whether the editor that wrote them still runs. What was not discarded stays.
+// One window's draft, of two files: the page's bytes, and the page they belong to. A lock file
+// beside them shows whether their editor is still running. A draft stays until it is discarded.
 class Draft {
  public:
-  // `folder` is made when it is missing.
+  // Creates `folder` if it is missing.
   explicit Draft(const QString& folder);
 
-  // The file name is that of the page. Throws page::FileError.
+  // `pageFile` is the page's file name. Throws page::FileError.
   void Write(const std::string& bytes, const QString& pageFile, const QByteArray& known);
   void Discard();
   bool IsWritten() const { return written_; }
 
-  // Those whose editor is gone, newest first.
+  // Lists the drafts whose editor is gone, newest first.
   static std::vector<LeftDraft> LeftIn(const QString& folder);
-  // The bytes; nothing when somebody else took the draft first. It is gone from the folder only
-  // with Remove.
+  // Reads the bytes; nothing when someone else took the draft first. Only Remove deletes the draft.
   static std::optional<std::string> Read(const LeftDraft& draft);
   static void Remove(const LeftDraft& draft);
 

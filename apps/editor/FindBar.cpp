@@ -120,7 +120,7 @@ PageText FindBar::ReplacementOf(const QRegularExpressionMatch& match) const {
     append(pattern);
     return replacement;
   }
-  // A backslash with a digit stands for what that group found, controls included.
+  // A backslash and a digit insert what that group matched, including controls.
   static const QRegularExpression kGroup(R"(\\([0-9]))");
   const PageText& page = source_.Page().Content();
   qsizetype at = 0;
@@ -148,7 +148,7 @@ void FindBar::Step(bool backwards) {
   if (!matches) return;
   if (matches->empty()) return message_->setText(Text(words::kNotFound));
   const QTextCursor cursor = source_.textCursor();
-  // The one behind the selection, or before it; from the other end of the page where there is none.
+  // Takes the match after or before the selection; wraps around at the end of the page.
   auto next = backwards
                   ? std::ranges::lower_bound(*matches, cursor.selectionStart(), {}, &Match::begin)
                   : std::ranges::lower_bound(*matches, cursor.selectionEnd(), {}, &Match::begin);
@@ -186,7 +186,7 @@ void FindBar::ReplaceAll() {
     const PageDocument::Step named(source_.Page(), step);
     QTextCursor cursor(source_.document());
     cursor.beginEditBlock();
-    std::ranges::reverse(*matches);  // so that places in front of a match stay what they are
+    std::ranges::reverse(*matches);  // so that earlier positions stay valid
     for (const auto& match : *matches) {
       QTextCursor place = source_.Page().Range(match.begin, match.begin + match.length);
       source_.Page().Insert(place, match.replacement, step);

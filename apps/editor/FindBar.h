@@ -21,9 +21,9 @@ class FindBar final : public QWidget {
  public:
   FindBar(SourceEdit& source, QWidget* parent);
 
-  // Opens with what is selected in the source.
+  // Opens with the text selected in the source.
   void Open(bool withReplace);
-  // To the next place or the one before. Without anything to find yet, opens the bar.
+  // Moves to the next or previous match. Opens the bar if there is nothing to find yet.
   void Step(bool backwards);
 
  protected:
@@ -35,7 +35,7 @@ class FindBar final : public QWidget {
     int length;
     PageText replacement;
   };
-  // All places; nothing when the expression is wrong, which is then said.
+  // Returns all matches; nothing after reporting a wrong expression.
   std::optional<std::vector<Match>> Matches();
   void ReplaceOne();
   void ReplaceAll();

@@ -1,4 +1,4 @@
-// Colours HTML source, as the tokenizer of HTML reads it line by line.
+// Colours HTML source line by line, following the HTML tokenizer.
 #pragma once
 
 #include <QPalette>
@@ -15,9 +15,9 @@ class Highlighter final : public QSyntaxHighlighter {
   void highlightBlock(const QString& text) override;
 
  private:
-  // Where a line ends, and the next one goes on.
+  // The state at the end of a line, where the next one continues.
   enum State { text, comment, tag, doubleQuoted, singleQuoted };
-  // In whose content a tag's end leads, kept while its start tag goes over several lines.
+  // The content that follows the current tag, kept while the tag spans several lines.
   enum Content { markup, script, style };
   enum Look { tagName, attribute, value, quiet, reference, lookCount };
 

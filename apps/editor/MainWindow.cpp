@@ -23,7 +23,7 @@
 #include "host/qt/Messages.h"
 #include "host/qt/QtText.h"
 
-// The resources are in a library; the macro must stand outside of any namespace.
+// The resources are in a library; the macro must be outside any namespace.
 static void UseResources() { Q_INIT_RESOURCE(editor); }
 
 namespace kvo::editor {
@@ -31,10 +31,10 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// After a key the views follow at once, but not in the middle of a word typed fast.
+// Updates the views soon after a key, but not in the middle of a fast-typed word.
 constexpr milliseconds kAnalysisDelay(40);
-// The screen's room for a window that was never opened before, within its frame: how thick that
-// will be, a desktop tells only once the window shows.
+// Returns the size of a window that was never opened before: fits the screen with a frame of an
+// assumed thickness, since the real one is unknown until the window is shown.
 QSize FirstSize(const QWidget& window) {
   constexpr QSize kWanted(1280, 800);
   constexpr QSize kFrame(16, 48);
@@ -112,7 +112,7 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
   };
   browser_->onLet = [this](const std::string& property, const Variant& value) {
     if (const auto control = source_->CurrentControl()) controls_->Let(*control, property, value);
-    ShowControl();  // a value that was refused gives way to the one that holds
+    ShowControl();  // replaces a refused value by the actual one
   };
   outline_->onClicked = problems_->onClicked = [this](int position) { source_->Reveal(position); };
   outline_->onGoTo = problems_->onGoTo = [this](int position) { source_->GoTo(position); };
@@ -131,9 +131,9 @@ MainWindow::~MainWindow() {
   Page().onChanged = nullptr;
   Page().Document()->disconnect(this);
   source_->disconnect(this);
-  for (const Panel& panel : panels_)  // docks tell that they hide while they are given up
+  for (const Panel& panel : panels_)  // docks still send signals during destruction
     if (panel.dock != nullptr) panel.dock->disconnect(this);
-  delete takeCentralWidget();  // the views end before the page
+  delete takeCentralWidget();  // destroys the views before the page
 }
 
 QDockWidget* MainWindow::Dock(const Localized& title, const char* name, QWidget* content,
@@ -167,10 +167,10 @@ void MainWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) session_->LookAtFile();
 }
 
-// --- what follows the page ---
+// --- views of the page ---
 
 void MainWindow::PageChanged() {
-  // Started by the first key of a row and not put off by the next ones.
+  // Started by the first key; the next ones do not postpone it.
   if (!analysisTimer_.isActive()) analysisTimer_.start(kAnalysisDelay);
 }
 
@@ -275,7 +275,7 @@ void MainWindow::ShowStatus() {
       Text(words::kProblemCount, {QString::number(errors), QString::number(warnings)}));
 }
 
-// --- what the session asks, tells and shows ---
+// --- questions and messages of the session ---
 
 std::size_t MainWindow::Ask(const Question& question) { return editor::Ask(this, question); }
 

@@ -41,7 +41,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   ProblemsPanel& Problems() { return *problems_; }
   TextPanel& RuntimeText() { return *runtime_; }
   TextPanel& Output() { return *output_; }
-  // The latest; nullptr before the first.
+  // The latest analysis; nullptr before the first.
   const std::shared_ptr<const Analysis>& Analysed() const { return analysis_; }
   std::function<void()> onAnalysed;
 
@@ -90,7 +90,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   void NextPanel(bool backwards);
   void StepControl(bool backwards);
   void GoToIndex(int index, bool open);
-  // Brings a panel to the front, with the keyboard.
+  // Brings a panel to the front and gives it the keyboard focus.
   void ShowPanel(QWidget& panel);
 
   std::unique_ptr<Session> session_;
@@ -104,7 +104,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   PropertyBrowser* browser_;
   TextPanel* runtime_;
   TextPanel* output_;
-  std::vector<Panel> panels_;  // in the order in which F6 goes through them
+  std::vector<Panel> panels_;  // in F6 order
   QLabel* placeLabel_;
   QLabel* encodingLabel_;
   QLabel* problemLabel_;
@@ -117,9 +117,9 @@ class MainWindow final : public QMainWindow, public SessionUser {
 
   std::shared_ptr<const Analysis> analysis_;
   bool newPage_ = true;
-  int caret_ = 0;  // where it was when the page before ended
+  int caret_ = 0;  // its position when the previous page ended
   QTimer analysisTimer_;
-  std::unique_ptr<Analyst> analyst_;  // ends first
+  std::unique_ptr<Analyst> analyst_;  // destroyed first
 };
 
 }  // namespace kvo::editor

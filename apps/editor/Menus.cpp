@@ -1,4 +1,4 @@
-// The window's menus, and what they do that no other part does.
+// The window's menus, and the actions that no other part implements.
 #include <QApplication>
 #include <QDir>
 #include <QDockWidget>
@@ -26,7 +26,7 @@ namespace {
 constexpr char kToolbox[] = "toolbox";
 constexpr char kToolboxName[] = "toolbox.json";
 
-// Of a template: what stands in its title element.
+// Returns the contents of a template's title element.
 QString PageTitle(const QByteArray& page) {
   constexpr QByteArrayView kStart = "<title>";
   const qsizetype begin = page.indexOf(kStart) + kStart.size();
@@ -147,7 +147,7 @@ void MainWindow::MakeViewMenu() {
     action->setShortcut(QKeySequence("Ctrl+" + QString::number(number++)));
     action->setCheckable(true);
     connect(action, &QAction::triggered, this, [this, panel, action] {
-      // A panel behind another one comes to the front.
+      // Brings a panel behind another one to the front.
       if (action->isChecked())
         ShowPanel(*panel.widget);
       else

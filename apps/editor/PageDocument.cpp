@@ -10,11 +10,12 @@
 namespace kvo::editor {
 namespace {
 
-// What a character stands for is part of its format, so that undo, redo and moving keep it. Texts
-// and not byte arrays, because formats are found by a hash of their properties.
+// A character's format holds what it represents, so that undo, redo and moving keep it. The
+// properties are texts, not byte arrays, because formats are looked up by a hash of their
+// properties.
 constexpr int kBytes = QTextFormat::UserProperty + 1;
 constexpr int kIsControl = QTextFormat::UserProperty + 2;
-// Of a block: the line break in front of it.
+// For a block: the line break before it.
 constexpr int kLineBreak = QTextFormat::UserProperty + 3;
 
 QString AsText(const QByteArray& bytes) { return QString::fromLatin1(bytes); }
@@ -38,7 +39,7 @@ QString Describe(const ControlLook& look) {
 }  // namespace
 
 PageDocument::PageDocument(QObject* parent) : QObject(parent) {
-  document_.documentLayout();  // makes one: without it, a document tells of no change
+  document_.documentLayout();  // creates a layout: without one, a document reports no changes
   connect(&document_, &QTextDocument::contentsChange, this, &PageDocument::ContentsChanged);
   connect(&document_, &QTextDocument::undoCommandAdded, this, &PageDocument::NameStep);
 }
@@ -63,7 +64,7 @@ void PageDocument::Load(const PageText& text) {
 }
 
 void PageDocument::ReplaceAll(const PageText& text, const QString& step) {
-  // From both ends, what is equal stays: characters, and what they stand for.
+  // Keeps what is equal at both ends: characters, and what they represent.
   const auto same = [&](int old, int fresh) {
     if (content_.Text()[old] != text.Text()[fresh]) return false;
     const Embedded* a = content_.At(old);
@@ -194,7 +195,7 @@ void PageDocument::ApplyFormats(int start, const PageText& text) {
 
 void PageDocument::ContentsChanged(int position, int removed, int added) {
   if (loading_) return;
-  // The document counts a break behind its last character; at its end it may report that, too.
+  // The document counts a break after its last character and may report changes that include it.
   const int size = document_.characterCount() - 1;
   const int surplus = position + added - size;
   if (surplus > 0) {
@@ -202,7 +203,7 @@ void PageDocument::ContentsChanged(int position, int removed, int added) {
     removed -= surplus;
   }
   content_.Replace(position, removed, Range(position, position + added).selectedText(), {});
-  // Joining lines may change the break before the line in which it happens.
+  // Joining lines may change the break before the line.
   const int begin = std::max(0, document_.findBlock(position).position() - 1);
   const int end = std::min(size, position + added + 1);
   content_.Replace(begin, end - begin, QString(content_.Text().mid(begin, end - begin)),
@@ -223,7 +224,7 @@ std::vector<Embedded> PageDocument::EmbeddedBetween(int begin, int end) const {
       const QTextFragment fragment = piece.fragment();
       const QTextCharFormat format = fragment.charFormat();
       if (!format.hasProperty(kBytes)) continue;
-      // Text typed beside an embedded character may have got its format; it is text nevertheless.
+      // Text typed beside an embedded character may inherit its format; it is still text.
       const QString text = fragment.text();
       for (int at = 0; at < text.size(); ++at) {
         const int position = fragment.position() + at;

@@ -1,5 +1,5 @@
-// The page that is being edited: a QTextDocument for the source view, kept in step with a PageText
-// from which the bytes are made, and the names of the steps that can be undone.
+// The page being edited: a QTextDocument for the source view, kept in sync with a PageText that
+// produces the bytes, and the names of the undo steps.
 #pragma once
 
 #include <QObject>
@@ -17,12 +17,12 @@
 
 namespace kvo::editor {
 
-// Everything about a control that its box in the source shows and says.
+// What a control's box in the source view shows, and what screen readers read.
 struct ControlLook {
   const ControlClass* contract = nullptr;
   std::string id;
   Box box;
-  QString description;  // for people who hear it: class, captions, id
+  QString description;  // for screen readers: class, captions, id
 };
 
 class PageDocument final : public QObject {
@@ -31,13 +31,13 @@ class PageDocument final : public QObject {
 
   QTextDocument* Document() { return &document_; }
   bool IsModified() const { return document_.isModified(); }
-  // Replaces everything; nothing can be undone then, and nothing is modified.
+  // Replaces everything; clears the undo history and the modified state.
   void Load(const PageText& text);
-  // Replaces everything in one step that can be undone; what is equal stays untouched.
+  // Replaces everything in one undo step; leaves equal parts untouched.
   void ReplaceAll(const PageText& text, const QString& step);
 
-  // The same page with other bytes for its controls, as saving gives them. Without a name of its
-  // own, it is undone and redone together with the step before.
+  // Takes over the saved bytes of the page's controls. With an empty name, it is undone and redone
+  // together with the previous step.
   void TakeOver(const PageText& text, const QString& step);
 
   const PageText& Content() const { return content_; }
@@ -46,26 +46,26 @@ class PageDocument final : public QObject {
 
   // --- controls; each is one character ---
   bool IsControl(int position) const;
-  // RuntimeError 5 when no control stands there.
+  // RuntimeError 5 when there is no control there.
   ControlSource SourceAt(int position) const;
-  // nullptr when none stands there.
+  // nullptr when there is none.
   std::shared_ptr<const ControlLook> LookAt(int position) const;
   std::shared_ptr<const ControlLook> LookOf(const QTextFormat& format) const;
-  // The bytes that an odd character stands for; empty for any other format.
+  // Returns the bytes that an odd character represents; empty for any other format.
   static QByteArray BytesOf(const QTextFormat& format);
   bool HasId(const std::string& id) const;
-  // The first of Name1, Name2, ... that no control has.
+  // Returns the first of Name1, Name2, ... that no control has.
   std::string FreeId(const std::string& name) const;
 
-  // The characters between two positions, selected.
+  // Selects the characters between two positions.
   QTextCursor Range(int begin, int end);
 
   // --- edits; each is one step ---
-  // Replaces the cursor's selection and puts the cursor behind what was inserted.
+  // Replaces the cursor's selection and puts the cursor after the inserted text.
   void Insert(QTextCursor& cursor, const PageText& fragment, const QString& step);
   void ReplaceControl(int position, const QByteArray& bytes, const QString& step);
 
-  // Gives what is done during its life a name in the undo menu. The innermost one counts.
+  // Names the edits made during its lifetime in the undo menu. The innermost name counts.
   class Step {
    public:
     Step(PageDocument& document, const QString& name);
@@ -87,17 +87,17 @@ class PageDocument final : public QObject {
 
  private:
   struct NamedStep {
-    int end;       // how many steps of the document can be undone after it
-    QString name;  // empty: it belongs to the step before
+    int end;       // the document's number of undo steps after it
+    QString name;  // empty if it belongs to the previous step
   };
 
   void ContentsChanged(int position, int removed, int added);
   std::vector<Embedded> EmbeddedBetween(int begin, int end) const;
-  // New lines take over what their neighbour has in front of it.
+  // Resets the line breaks of new lines, which inherit them from their neighbour.
   void ForgetLineBreaks(int begin, int end);
   void ApplyFormats(int start, const PageText& text);
   void NameStep();
-  // The step that ends where the document is now, or the next one behind it; steps_.end(): none.
+  // Return the last step done and the next one to redo; steps_.end() if there is none.
   std::vector<NamedStep>::const_iterator LastStep() const;
   std::vector<NamedStep>::const_iterator NextStep() const;
 

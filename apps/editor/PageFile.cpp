@@ -57,7 +57,7 @@ void PageFile::AcceptOutside() {
   try {
     if (QFileInfo::exists(name_)) known_ = FingerprintOf(page::ReadFile(FileName(name_)));
   } catch (const page::FileError&) {
-    // Saving will say what is wrong with the file.
+    // Saving will report what is wrong with the file.
   }
 }
 

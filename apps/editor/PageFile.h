@@ -1,4 +1,4 @@
-// The file behind the page: what was read from it, and how it is written.
+// Reads and writes the page's file and remembers its contents.
 #pragma once
 
 #include <QByteArray>
@@ -14,25 +14,25 @@ std::string FileName(const QString& file);
 class PageFile {
  public:
   PageFile() = default;
-  // One that an earlier run of the editor had, and what it knew.
+  // A file from an earlier run of the editor, with its fingerprint.
   PageFile(QString name, QByteArray known) : name_(std::move(name)), known_(std::move(known)) {}
 
   // Empty for a page that was never saved.
   const QString& Name() const { return name_; }
   QString Folder() const;
-  // A file of this name beside it; empty when there is none.
+  // Returns a file of this name beside it; empty when there is none.
   QString Companion(const char* name) const;
 
   // Reads the file and remembers it. Throws page::FileError.
   std::string Read(const QString& name);
-  // What stands in the file, as far as we know: a fingerprint.
+  // A fingerprint of the last known contents of the file.
   const QByteArray& Known() const { return known_; }
   // Replaces the file whole. Throws page::FileError.
   void Write(const QString& name, const std::string& bytes);
 
-  // Whether somebody else wrote the file since. A file that is gone was not changed.
+  // Whether someone else has written the file since. A missing file counts as unchanged.
   bool IsChangedOutside() const;
-  // From now on, what stands in the file counts as known.
+  // Accepts the current contents of the file as known.
   void AcceptOutside();
 
  private:
@@ -40,12 +40,12 @@ class PageFile {
   QByteArray known_;
 };
 
-// The page with every control as a saved span, or why that cannot be.
+// The page with every control as a saved span, or the problems that prevent it.
 struct SavedPage {
   std::string bytes;
   page::Problems problems;
   bool IsGood() const { return !page::HasErrors(problems); }
-  // Whether overwriting texts that were edited by hand is all that it takes.
+  // Whether overwriting hand-edited texts is enough to save the page.
   bool OnlyEditedByHand() const;
 };
 SavedPage SavePage(const std::string& bytes, bool overwriteHandEdited);

@@ -33,7 +33,7 @@ void PageLayout::resizeInlineObject(QTextInlineObject item, int, const QTextForm
   if (const auto look = page_.LookOf(format)) {
     const QSizeF size = BoxSize(look->box, device_);
     item.setWidth(size.width() + 2);
-    // The box stands in the middle of its line.
+    // Centres the box on its line.
     const double below = (size.height() - metrics.xHeight()) / 2;
     item.setAscent(size.height() - below + 1);
     item.setDescent(below + 1);

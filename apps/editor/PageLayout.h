@@ -1,4 +1,4 @@
-// Lays the source text out, with each control as its labelled box in the line.
+// Lays out the source text with each control as its labelled box.
 #pragma once
 
 #include <QPlainTextDocumentLayout>
@@ -11,7 +11,7 @@ class PageLayout final : public QPlainTextDocumentLayout {
  public:
   explicit PageLayout(const PageDocument& document);
 
-  // The device on which the boxes are shown; decides their size.
+  // Sets the device that shows the boxes; decides their size.
   void Device(const QPaintDevice* device) { device_ = device; }
 
  protected:
@@ -25,7 +25,7 @@ class PageLayout final : public QPlainTextDocumentLayout {
   const QPaintDevice* device_ = nullptr;
 };
 
-// What an odd character shows: the code points or bytes that it stands for.
+// Returns the text shown for an odd character: the code point or bytes that it represents.
 QString OddText(const QByteArray& bytes);
 
 }  // namespace kvo::editor

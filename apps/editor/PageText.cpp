@@ -13,7 +13,7 @@ namespace {
 constexpr char16_t kByteOrderMark = 0xFEFF;
 constexpr char16_t kLineSeparator = 0x2028;
 
-// Characters that a text widget drops, changes or takes for something of its own.
+// Whether a text widget drops, changes or reinterprets the character.
 bool IsOdd(char16_t c) {
   if (c < 0x20) return c != '\t';
   return c == 0x7F || c == kLineSeparator || c == kLineBreakCharacter || c == kEmbeddedCharacter ||
@@ -33,7 +33,7 @@ QByteArray UsualLineBreak(std::string_view page) {
   return *most == 0 ? "\n" : kBreaks[static_cast<std::size_t>(most - counts.begin())];
 }
 
-// Encodings that are not served are read as UTF-8, and so written.
+// Unsupported encodings are read and written as UTF-8.
 bool IsWrittenAsUtf8(const page::PageEncoding& encoding) {
   return encoding.kind() != page::PageEncoding::Kind::singleByte;
 }
@@ -94,7 +94,7 @@ class PageText::Reader {
   }
 
   void ReadCharacters(QStringView characters) {
-    // A mark at the start is a character here, but not to the conversion.
+    // Here, a byte order mark at the start is a character; the conversion would drop it.
     if (utf8_.starts_with("\xEF\xBB\xBF")) Embed(Embedded::Kind::bytes, "\xEF\xBB\xBF");
     while (!characters.isEmpty()) {
       const auto odd = std::ranges::find_if(characters, [](QChar c) { return IsOdd(c.unicode()); });
@@ -152,7 +152,7 @@ class PageText::Writer {
     MarkHere();
   }
 
-  // Writes on from a mark to a position, or until as many bytes are there.
+  // Continues from a mark, up to a position or until there are enough bytes.
   void Resume(const Places::Mark& mark) {
     position_ = mark.position;
     marks_ = nullptr;
@@ -216,8 +216,8 @@ PageText::PageText(const std::string& page, const QByteArray& lineBreak) {
 }
 
 PageText PageText::OfFragment(std::string_view fragment, const page::PageEncoding& encoding) {
-  // A fragment has no declaration of its own; it is read as UTF-8, and each control is then put
-  // into the encoding of the page that it is for.
+  // Reads the fragment, which declares no encoding, as UTF-8, then converts each control to the
+  // encoding of the target page.
   PageText text;
   text.lineBreak_ = UsualLineBreak(fragment);
   std::string bytes = "<meta charset=utf-8>";

@@ -1,6 +1,6 @@
-// A page as an author edits it: text in which every control is one character, and everything that a
-// text widget would not keep as it is (odd line ends, bytes that are no text) is put aside, so that
-// the same bytes come out again.
+// A page as an author edits it: text with each control as one character. Sets aside whatever a text
+// widget would not keep (odd line breaks, bytes that are not text), so that the same bytes are
+// written again.
 #pragma once
 
 #include <QByteArray>
@@ -18,54 +18,54 @@ namespace kvo::editor {
 inline constexpr QChar kEmbeddedCharacter = QChar::ObjectReplacementCharacter;
 inline constexpr QChar kLineBreakCharacter = QChar::ParagraphSeparator;
 
-// What stands in the page for one character of the text.
+// The bytes in the page behind one character of the text.
 struct Embedded {
   enum class Kind {
     control,    // an element or a saved span
-    bytes,      // bytes that are no text in the page's encoding, or characters that do not show
-    lineBreak,  // one that is not the page's usual one; its character is kLineBreakCharacter
+    bytes,      // bytes that are not text in the page's encoding, or invisible characters
+    lineBreak,  // an unusual one for the page; its character is kLineBreakCharacter
   };
   Kind kind = Kind::bytes;
   int position = 0;
-  QByteArray bytes;  // as they stand in the page
+  QByteArray bytes;  // as in the page
 };
 
-// Cheap to copy: what was not changed is shared.
+// Cheap to copy: copies share unchanged parts.
 class PageText {
  public:
   PageText() = default;
-  // Controls that cannot be loaded stay text, so that they can be mended. A page in UTF-16 cannot
-  // be edited: look at Encoding() first. `lineBreak` is the usual one; an empty one: the most
+  // Leaves controls that cannot be loaded as text, so that they can be fixed. A page in UTF-16
+  // cannot be edited: check Encoding() first. `lineBreak` is the usual one; if empty, the most
   // frequent.
   explicit PageText(const std::string& page, const QByteArray& lineBreak = {});
-  // A part of a page in a given encoding; `fragment` is in UTF-8.
+  // Reads a UTF-8 fragment for a page in a given encoding.
   static PageText OfFragment(std::string_view fragment, const page::PageEncoding& encoding);
 
   const QString& Text() const { return text_; }
   const std::vector<Embedded>& EmbeddedParts() const { return embedded_; }
   const page::PageEncoding& Encoding() const { return encoding_; }
-  // The usual one of the page.
+  // The page's usual line break.
   const QByteArray& LineBreak() const { return lineBreak_; }
 
-  // The part at a position; nullptr when there is none.
+  // Returns the part at a position; nullptr when there is none.
   const Embedded* At(int position) const;
 
-  // Replaces a part of the text by another, whose embedded parts count from the start of `text`.
+  // Replaces a part of the text. The positions of `embedded` count from the start of `text`.
   void Replace(int position, int length, QStringView text, std::vector<Embedded> embedded);
 
-  // The page's bytes. A character that the encoding does not have becomes a character reference.
+  // Returns the page's bytes. Characters outside the encoding become character references.
   std::string Bytes() const;
 
-  // The same in UTF-8, with line feeds: a fragment.
+  // Returns a fragment: the page in UTF-8 with line feeds.
   std::string Fragment() const;
 
-  // Which byte belongs to which character, both ways; for one state of the text.
+  // Maps between bytes and characters, for one state of the text.
   class Places {
    public:
     std::size_t OffsetOf(int position) const;
-    // The character at or behind a byte.
+    // Returns the character at or after a byte.
     int PositionOf(std::size_t offset) const;
-    // Line and character of the text, in which a control is one character.
+    // Returns the line and character in the text, where a control is one character.
     page::Place PlaceOf(int position) const;
 
    private:

@@ -17,7 +17,7 @@ namespace kvo::editor {
 class PlaceList::Model : public QAbstractTableModel {
  public:
   using QAbstractTableModel::QAbstractTableModel;
-  // Answers how many rows there were.
+  // Returns the previous number of rows.
   virtual int Show(std::shared_ptr<const Analysis> analysis) = 0;
   virtual int PositionOf(int row) const = 0;
 };
@@ -38,7 +38,7 @@ PlaceList::PlaceList(Model* model, const QString& name, QWidget* parent)
 }
 
 void PlaceList::Show(std::shared_ptr<const Analysis> analysis) {
-  // Later, the user stays where she was.
+  // Resizes columns only the first time; later the user's own widths stay.
   if (model_->Show(std::move(analysis)) == 0)
     for (int column = 0; column + 1 < model()->columnCount(); ++column)
       resizeColumnToContents(column);
@@ -153,7 +153,7 @@ TextPanel::TextPanel(const QString& name, QWidget* parent) : QPlainTextEdit(pare
 
 void TextPanel::Show(const QString& text) {
   QString shown = text;
-  shown.replace("\r\n", "\n");  // each is one character of a text widget
+  shown.replace("\r\n", "\n");  // each is one character in a text widget
   const Splice change = Difference(shown_, shown);
   if (change.IsEmpty()) return;
   QTextCursor cursor(document());

@@ -1,4 +1,4 @@
-// The panels that show what the analysis found: outline and problems as lists, texts as they are.
+// The panels that show the analysis: outline and problems as lists, and plain texts.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -11,15 +11,15 @@
 
 namespace kvo::editor {
 
-// A list of places in the page: a click on a row shows its place, activating it leads there. Long
-// lists cost nothing but their visible rows.
+// A list of places in the page: a click on a row shows its place, activating it goes there. Only
+// visible rows cost time.
 class PlaceList : public QTreeView {
  public:
   class Model;
   PlaceList(Model* model, const QString& name, QWidget* parent);
   void Show(std::shared_ptr<const Analysis> analysis);
 
-  std::function<void(int position)> onClicked;  // the keyboard stays in the list
+  std::function<void(int position)> onClicked;  // the keyboard focus stays in the list
   std::function<void(int position)> onGoTo;
 
  private:
@@ -29,7 +29,7 @@ class PlaceList : public QTreeView {
 class OutlinePanel final : public PlaceList {
  public:
   explicit OutlinePanel(QWidget* parent);
-  // Marks the row of a control; -1: none.
+  // Marks the row of a control; -1 for none.
   void Mark(int row);
 };
 
@@ -38,11 +38,11 @@ class ProblemsPanel final : public PlaceList {
   explicit ProblemsPanel(QWidget* parent);
 };
 
-// A text that is only shown.
+// A read-only text.
 class TextPanel final : public QPlainTextEdit {
  public:
   TextPanel(const QString& name, QWidget* parent);
-  // Only what differs from the text before is laid out anew.
+  // Lays out only what differs from the previous text.
   void Show(const QString& text);
 
  private:

@@ -21,8 +21,8 @@ std::string RuntimeTextOf(const Embedded& control, const page::PageEncoding& enc
   }
 }
 
-// The double quotes around a value that begins with `begin`; nothing when it does not end, or when
-// single ones around it would end it.
+// Returns the double quotes around a value that begins at `begin`; nothing when it does not end or
+// contains a single quote.
 std::optional<Misplacement::Quotes> QuotesAround(const QString& text, int begin, int end) {
   const auto close = text.indexOf(u'"', end);
   if (begin == 0 || text[begin - 1] != u'"' || close < 0) return std::nullopt;
@@ -44,7 +44,7 @@ std::optional<Misplacement> FindMisplacement(const PageText& page, const Inserti
     standing.push_back(found.begin);
 
   std::optional<Misplacement> misplacement;
-  int shift = 0;  // what the texts have more than the controls
+  int shift = 0;  // by how much the texts are longer than the controls
   for (const Embedded& part : insertion.part.EmbeddedParts()) {
     if (!IsControl(part)) continue;
     const std::size_t offset = places.OffsetOf(insertion.begin + part.position);

@@ -1,4 +1,5 @@
-// Whether controls can stand where they are about to be inserted, and what can stand there instead.
+// Checks whether controls are allowed where they are about to be inserted, and what can be inserted
+// instead.
 #pragma once
 
 #include <optional>
@@ -9,21 +10,20 @@
 
 namespace kvo::editor {
 
-// A part of a page that is about to replace a stretch of it.
+// A part about to replace [begin, end) of a page.
 struct Insertion {
   PageText part;
   int begin = 0;
   int end = 0;
 };
 
-// Why the controls of a part cannot stand there.
+// Why the controls of a part are not allowed there.
 struct Misplacement {
-  Message message;  // with the place, and the runtime text if it is offered
-  // The part with its misplaced controls replaced by their runtime texts. Nothing if one of these
-  // is not a single tag, or would close the surrounding markup.
+  Message message;  // with the place, and the runtime text if offered
+  // The part with its misplaced controls replaced by their runtime texts. Nothing if a runtime text
+  // is not a single tag or would close the surrounding markup.
   std::optional<PageText> asText;
-  // The quotes, positions in the page, around the value in which the part is to stand; they have to
-  // become single ones.
+  // The positions of the quotes around the surrounding value, which must become single quotes.
   struct Quotes {
     int open;
     int close;
@@ -31,7 +31,7 @@ struct Misplacement {
   std::optional<Quotes> quotes;
 };
 
-// Nothing when all controls can stand where they would be.
+// Returns nothing when all controls are allowed there.
 std::optional<Misplacement> FindMisplacement(const PageText& page, const Insertion& insertion);
 
 }  // namespace kvo::editor

@@ -20,7 +20,7 @@ namespace {
 constexpr int kName = 0;
 constexpr int kValue = 1;
 
-// What a line edit would not keep.
+// Whether a line edit would change the text.
 bool NeedsWindow(const QString& text) {
   for (const QChar c : text)
     if (c.unicode() < 0x20 || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)

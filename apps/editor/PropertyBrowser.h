@@ -1,4 +1,5 @@
-// The property browser: every property of the selected control by late binding, whatever its class.
+// The property browser: accesses every property of the selected control by late binding, whatever
+// its class.
 #pragma once
 
 #include <QTreeWidget>
@@ -16,12 +17,12 @@ class PropertyBrowser final : public QWidget {
  public:
   explicit PropertyBrowser(QWidget* parent);
 
-  // Shows a control, nullptr for none. `fresh` is a new one of its class: what differs from it is
-  // bold and can be reset.
+  // Shows a control, or none with nullptr. `fresh` is a new control of its class: values that
+  // differ from it are bold and can be reset.
   void Show(const std::shared_ptr<Control>& control, const std::shared_ptr<Control>& fresh,
             const QString& title);
 
-  // The user gave a property a value; the host assigns it and shows the control again.
+  // The user entered a value for a property; the host assigns it and shows the control again.
   std::function<void(const std::string& property, const Variant& value)> onLet;
 
  private:

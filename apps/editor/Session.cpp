@@ -19,7 +19,7 @@ constexpr milliseconds kDraftDelay(800);
 constexpr milliseconds kOutsideDelay(300);
 constexpr milliseconds kNoteTime(5000);
 
-constexpr qsizetype kProblemsNamed = 3;  // in a question; the window has them all
+constexpr qsizetype kProblemsNamed = 3;  // in a question; the window lists them all
 
 constexpr char kRecent[] = "recent";
 constexpr int kMostRecent = 10;
@@ -38,7 +38,7 @@ constexpr char kNewPage[] =
     "</body>\n"
     "</html>\n";
 
-// Folder names are keys here, and "/" means something in those.
+// Folder names are settings keys, where "/" has a meaning.
 QString SettingOf(QString folder) { return QString(kOffices) + '/' + folder.replace('/', '|'); }
 
 void Remember(const QString& file) {
@@ -52,11 +52,11 @@ QString TitleOf(const QString& file) {
   return file.isEmpty() ? Text(words::kUntitled) : QFileInfo(file).fileName();
 }
 
-// The page's bytes as it stands, and where its problems are in the source view.
+// The page's current bytes, and the places of its problems in the source view.
 struct Standing {
   explicit Standing(const PageText& page) : content(page), bytes(content.Bytes(places)) {}
 
-  // The introduction with the first errors.
+  // Returns the introduction followed by the first errors.
   QString Told(const Localized& introduction, const page::Problems& problems) const {
     SourceLines lines(bytes, places);
     QStringList told = {Text(introduction)};
@@ -98,7 +98,7 @@ Session::Session(SessionUser& user, Places places)
   outsideTimer_.callOnTimeout([this] { FileTouched(); });
   QObject::connect(&watcher_, &QFileSystemWatcher::fileChanged, &outsideTimer_,
                    qOverload<>(&QTimer::start));
-  // The first change of a page is told before it counts as modified.
+  // A page's first change is signalled before it counts as modified.
   QObject::connect(page_.Document(), &QTextDocument::modificationChanged, &draftTimer_,
                    [this] { KeepSoon(); });
 }
@@ -171,7 +171,7 @@ bool Session::End() {
 
 std::optional<std::string> Session::BytesToSave() {
   const Standing page(page_.Content());
-  // A page that nobody touched is written as it stands.
+  // Writes an unmodified page unchanged.
   if (!page_.IsModified()) return page.bytes;
   const SavedPage saved = SavePage(page.bytes, false);
   if (saved.IsGood()) return saved.bytes;
@@ -277,7 +277,7 @@ void Session::RecognizeControls() {
                    Text(words::kRecognizeStep));
 }
 
-// --- what others do to the file ---
+// --- changes by other programs ---
 
 void Session::Watch() {
   if (!watcher_.files().isEmpty()) watcher_.removePaths(watcher_.files());
@@ -289,7 +289,7 @@ void Session::LookAtFile() {
 }
 
 void Session::FileTouched() {
-  Watch();  // a file that was replaced is another one to the watcher
+  Watch();  // the watcher loses a file that was replaced
   if (asking_ || !file_.IsChangedOutside()) return;
   asking_ = true;
   const bool modified = page_.IsModified();
@@ -317,7 +317,7 @@ void Session::FileTouched() {
 // --- drafts ---
 
 void Session::KeepSoon() {
-  // Started by the first key of a row and not put off by the next ones.
+  // Started by the first key; the next ones do not postpone it.
   if (page_.IsModified() && !draftTimer_.isActive()) draftTimer_.start();
 }
 
@@ -362,7 +362,7 @@ bool Session::OfferDrafts() {
     Start(*bytes, true);
     WriteDraft();
     draftWriter_.waitForDone();
-    // The draft goes only when it stands in this session's own.
+    // Removes the draft only once this session's own draft contains it.
     if (draft_->IsWritten()) Draft::Remove(left);
     return true;
   }
@@ -372,7 +372,7 @@ bool Session::OfferDrafts() {
 // --- the office, and other companions ---
 
 void Session::FindCompanions() {
-  // A new page belongs to no folder yet; it goes on with what is there.
+  // A new page has no folder yet; it keeps the current companions.
   if (file_.Folder().isEmpty() && office_ != nullptr) return;
   const QString chosen = QSettings().value(SettingOf(file_.Folder())).toString();
   if (!UseOffice(QFileInfo::exists(chosen) ? chosen : file_.Companion(kOfficeName))) UseOffice({});
@@ -381,7 +381,7 @@ void Session::FindCompanions() {
 
 bool Session::UseOffice(const QString& file) {
   return user_.Guarded([&] {
-    // Pages that list fields list none without a file.
+    // Without a file, the field lists of property pages are empty.
     office_ = file.isEmpty() ? std::make_shared<office::Office>(office::Office::Description())
                              : office::LoadOffice(FileName(file), places_.connections);
     officeFile_ = file;

@@ -1,6 +1,6 @@
-// What an author has open: the page with its steps, the file behind it, its draft, and the office
-// that its controls get. It has no window; what is to be asked, told and shown goes to a
-// SessionUser. Nothing that was typed is given up unasked.
+// An editing session: the page with its undo steps, its file, its draft, and the office for its
+// controls. Has no window; questions and messages go to a SessionUser. Never discards edits without
+// asking.
 #pragma once
 
 #include <QFileSystemWatcher>
@@ -25,25 +25,25 @@ class SessionUser {
  public:
   virtual ~SessionUser() = default;
 
-  // The number of the answer.
+  // Returns the index of the answer.
   virtual std::size_t Ask(const Question& question) = 0;
-  // Returns when the user has seen it.
+  // Shows a message and waits until the user closes it.
   virtual void Tell(const QString& text) = 0;
-  // By the way; for that long, with 0 until the next.
+  // Shows a passing note for `time`; with 0, until the next one.
   virtual void Note(const QString& text, std::chrono::milliseconds time) = 0;
-  // The file to write; empty when the user gave up.
+  // Returns the file to write; empty when the user cancels.
   virtual QString ChooseFile(const Localized& title, const QString& proposed) = 0;
   virtual void ShowProblems() = 0;
 
   virtual void PageChanged() = 0;
-  // Another page takes the place of the one that is shown, or what is in its file now.
+  // The shown page is replaced by another one or by its file's current contents.
   virtual void PageEnds() = 0;
   virtual void PageStarted(bool sameFile) = 0;
   virtual void FileNamed() = 0;
   virtual void FolderChanged() = 0;
   virtual void OfficeChanged() = 0;
 
-  // Does something with files; what it throws is told, and the answer is then false.
+  // Runs work with files; shows an exception to the user and returns false.
   bool Guarded(const std::function<bool()>& work);
 };
 
@@ -53,7 +53,7 @@ class Session {
     QString drafts;  // the folder
     office::ConnectionFactory connections;
   };
-  // Empty, and silent to the user, until New, Open or a draft.
+  // Empty, without calls to the user, until New, Open or a draft.
   Session(SessionUser& user, Places places);
   ~Session();  // the draft stays
 
@@ -65,50 +65,50 @@ class Session {
   void New();
   // An untitled page with the bytes of a template; not yet changed.
   void NewFrom(const std::string& bytes);
-  // False when it could not be read, or the user kept what is open.
+  // False when the file could not be read or the user kept the current page.
   bool Open(const QString& file);
-  // Offers what a crash left behind; answers whether something was taken.
+  // Offers the drafts that a crash left behind; returns whether one was recovered.
   bool OfferDrafts();
-  // To be called before the end: false when the user goes on.
+  // Call before closing; false when the user cancels.
   bool End();
 
   bool Save();
-  // The user is asked for the file when none is given.
+  // SaveAs and Publish ask the user for the file when none is given.
   bool SaveAs(const QString& file);
   bool Publish(const QString& file);
-  // Puts the runtime text of every control into the page, as saving does.
+  // Writes the runtime text of every control into the page, as saving does.
   bool WriteRuntimeTexts();
-  // Markup that was typed becomes controls.
+  // Turns typed markup into controls.
   void RecognizeControls();
-  // Soon asks what is to be done if somebody else wrote the file.
+  // Checks the file soon, and asks the user if someone else changed it.
   void LookAtFile();
 
   // Never null once a page is open; without an office file it has no fields.
   const std::shared_ptr<office::Office>& Office() const { return office_; }
   const QString& OfficeFile() const { return officeFile_; }
   bool UseOffice(const QString& file);
-  // From now on for all pages of the folder.
+  // Uses the file from now on for all pages of the folder.
   bool ChooseOffice(const QString& file);
 
-  // The latest first.
+  // Latest first.
   static QStringList RecentFiles();
 
  private:
   void Start(const std::string& bytes, bool modified, bool sameFile = false);
-  // Nothing when the page is in an encoding that cannot be edited, which is then told.
+  // Reads a page; nothing after reporting an encoding that cannot be edited.
   std::optional<std::string> Read(const QString& name, PageFile& file);
   bool MayDiscard();
-  // What is to be written; nothing when the user gave up.
+  // Returns the bytes to write; nothing when the user cancels.
   std::optional<std::string> BytesToSave();
   bool WriteTo(const QString& file);
-  // Without a name: undone together with the step before.
+  // With an empty name, it is undone together with the previous step.
   void TakeOver(const std::string& saved, const QString& step);
   void Watch();
   void FileTouched();
   void KeepSoon();
   void WriteDraft();
   void DiscardDraft();
-  // What goes with the pages of a folder.
+  // Finds the office and toolbox of the page's folder.
   void FindCompanions();
 
   SessionUser& user_;

@@ -13,8 +13,8 @@
 namespace kvo::editor {
 namespace {
 
-// Positions are those of the document, where a control is one character; only the texts that are
-// handed out say more than that character.
+// Positions are those of the document, where a control is one character; only the returned texts
+// are longer.
 class SourceAccessible final : public QAccessibleWidget,
                                public QAccessibleTextInterface,
                                public QAccessibleEditableTextInterface {

@@ -2,8 +2,8 @@
 
 namespace kvo::editor {
 
-// Lets screen readers hear the source view with each control as what it is - its class and captions
-// - instead of as one unknown character. Once per process; further calls do nothing.
+// Makes screen readers read each control in the source view as its class and captions instead of
+// one unknown character. Takes effect once per process; further calls do nothing.
 void InstallSourceAccessibility();
 
 }  // namespace kvo::editor

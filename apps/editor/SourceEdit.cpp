@@ -98,7 +98,7 @@ std::optional<int> SourceEdit::CurrentControl() const {
 
 void SourceEdit::SelectControl(int position) {
   setTextCursor(page_.Range(position, position + 1));
-  // The line from its start, as far as the box then shows.
+  // Shows the line from its start, if the box is still visible then.
   horizontalScrollBar()->setValue(0);
   ensureCursorVisible();
 }
@@ -150,7 +150,7 @@ void SourceEdit::keyPressEvent(QKeyEvent* event) {
     if (onOpenControl) onOpenControl(*control, false);
     return;
   }
-  // The widget's own undo knows nothing of steps that belong together.
+  // The widget's own undo does not know that steps belong together.
   if (event->matches(QKeySequence::Undo)) return page_.Undo();
   if (event->matches(QKeySequence::Redo)) return page_.Redo();
   if (event->matches(QKeySequence::Cut)) {
@@ -174,7 +174,7 @@ void SourceEdit::mousePressEvent(QMouseEvent* event) {
   if (box && event->button() == Qt::LeftButton && !inSelection &&
       event->modifiers() == Qt::NoModifier) {
     SelectControl(*box);
-    // From here on the press is one into the selection: a drag takes the control along.
+    // The press is now inside the selection, so that a drag moves the control.
     pressedBox_ = box;
   }
   QPlainTextEdit::mousePressEvent(event);
@@ -182,7 +182,7 @@ void SourceEdit::mousePressEvent(QMouseEvent* event) {
 
 void SourceEdit::mouseReleaseEvent(QMouseEvent* event) {
   QPlainTextEdit::mouseReleaseEvent(event);
-  // No drag came of it; the widget then puts the caret beside what was selected.
+  // Selects again: without a drag, the widget has cleared the selection.
   if (const auto box = std::exchange(pressedBox_, std::nullopt); box && page_.IsControl(*box))
     SelectControl(*box);
 }
@@ -241,7 +241,7 @@ void SourceEdit::dropEvent(QDropEvent* event) {
   moving_ = event->source() == viewport() && event->proposedAction() == Qt::MoveAction;
   const QTextCursor place = cursorForPosition(event->position().toPoint());
   if (!CanDrop(*event->mimeData(), place.position())) {
-    // What was dragged stays where it was; the question waits until the drag is over.
+    // Leaves the dragged text in place; asks after the drag has ended.
     moving_ = false;
     event->setDropAction(Qt::IgnoreAction);
     QDragLeaveEvent leave;
@@ -320,7 +320,7 @@ void SourceEdit::InsertFragment(std::string_view fragment, const QString& step) 
 
 SourceEdit::Inserted SourceEdit::Insert(const PageText& part, const QString& step) {
   QTextCursor cursor = textCursor();
-  // A move was looked at before it began.
+  // CanDrop has already checked a move.
   const auto misplacement =
       moving_ ? std::nullopt
               : FindMisplacement(page_.Content(),

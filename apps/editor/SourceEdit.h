@@ -12,40 +12,40 @@
 
 namespace kvo::editor {
 
-// A part of a page in UTF-8, its controls as elements, as it is copied and dragged.
+// The type of copied and dragged fragments: part of a page in UTF-8, with controls as elements.
 inline constexpr char kFragmentType[] = "application/x-kvo-page-fragment";
 
 class SourceEdit final : public QPlainTextEdit {
   Q_OBJECT  // for qobject_cast: some objects of the browser have no other type information
       public : SourceEdit(PageDocument& document, QWidget* parent);
 
-  // The position of the control that the user means: the one that alone is selected, else the one
-  // at the caret, before it first.
+  // Returns the position of the control that the user means: the only one selected, else the one
+  // before or after the caret.
   std::optional<int> CurrentControl() const;
   // Selects a control and scrolls it into view.
   void SelectControl(int position);
-  // Puts the caret behind a control.
+  // Puts the caret after a control.
   void StandBehind(int position);
-  // If Enter is the next key, it opens the pages of the control at the caret.
+  // Makes Enter, if it is the next key, open the pages of the control at the caret.
   void ExpectEnter() { expectsEnter_ = true; }
   // Puts the caret at a place, or selects the control there, and scrolls it into view.
   void Reveal(int position);
-  // The same, and moves the keyboard focus there.
+  // Reveals the place and moves the keyboard focus there.
   void GoTo(int position);
 
   // The user wants to edit a control: Enter on it, Alt+Enter, or a double click.
   std::function<void(int position, bool doubleClicked)> onOpenControl;
-  // An entry of the toolbox was dropped; the caret stands at the place.
+  // A toolbox entry was dropped; the caret is at the drop position.
   std::function<void(int entry)> onToolDropped;
 
-  // Replaces the selection by a part of a page and puts the caret behind it. Where its controls
-  // cannot stand, the user is told, and asked whether their runtime texts are to stand there.
+  // Replaces the selection by a part of a page and puts the caret after it. If its controls are not
+  // allowed there, tells the user, and offers to insert their runtime texts where possible.
   enum class Inserted { asItIs, asText, nothing };
   Inserted Insert(const PageText& part, const QString& step);
-  // The same; controls get new ids where theirs are taken.
+  // Inserts a fragment; gives controls new ids where theirs are taken.
   void InsertFragment(std::string_view fragment, const QString& step);
 
-  // For accessibility: the text of a range, embedded characters described.
+  // For screen readers: returns the text of a range with descriptions of embedded characters.
   QString SpokenText(int begin, int end) const;
   PageDocument& Page() const { return page_; }
 
@@ -65,7 +65,7 @@ class SourceEdit final : public QPlainTextEdit {
   void insertFromMimeData(const QMimeData* source) override;
 
  private:
-  // The position of the box under a point of the viewport.
+  // Returns the position of the box at a point of the viewport.
   std::optional<int> BoxAt(const QPoint& point) const;
   PageText ReadFragment(std::string_view fragment) const;
   // Whether the dragged content is allowed at the drop position.
@@ -76,9 +76,9 @@ class SourceEdit final : public QPlainTextEdit {
   PageDocument& page_;
   PageLayout* layout_;
   QWidget* lineNumbers_;
-  QPointer<Highlighter> highlighter_;  // the document is its owner
+  QPointer<Highlighter> highlighter_;  // owned by the document
   std::optional<int> pressedBox_;
-  bool expectsEnter_ = false;  // until a key or the caret moves on
+  bool expectsEnter_ = false;  // until a key or a move of the caret
   bool moving_ = false;        // a drag inside the view: ids stay as they are
 };
 

@@ -16,7 +16,7 @@ void SourceLines::Translate(page::Problem& problem) {
 }
 
 std::string SourceLines::Translated(const std::string& message) {
-  // The line comes before the runtime text that a message may offer.
+  // The first match is right: a runtime text comes after the line.
   static const QRegularExpression kLine("\\b(?:Zeile|line) (\\d+)(?=[:)]| beginnt| and )");
   QString text = ToQt(message);
   const QRegularExpressionMatch match = kLine.match(text);

@@ -1,5 +1,5 @@
-// Problems as an author sees them: the page's own count the lines of the file, in which a control
-// may have several; in the source view it is one character.
+// Translates the places of problems to the source view. They count lines of the file, where a
+// control may span several; in the source view it is one character.
 #pragma once
 
 #include <string_view>
@@ -12,11 +12,11 @@ namespace kvo::editor {
 
 class SourceLines {
  public:
-  // Both have to outlive it.
+  // Both must outlive it.
   SourceLines(std::string_view page, const PageText::Places& places)
       : page_(page), places_(places) {}
 
-  // Gives the problem its place in the source view, and the line that its message names.
+  // Translates the problem's place, and the line in its message.
   void Translate(page::Problem& problem);
 
  private:
@@ -25,7 +25,7 @@ class SourceLines {
 
   std::string_view page_;
   const PageText::Places& places_;
-  std::vector<std::size_t> fileLines_;  // where they begin; found when first asked for
+  std::vector<std::size_t> fileLines_;  // their offsets; filled on first use
 };
 
 }  // namespace kvo::editor

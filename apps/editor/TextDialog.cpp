@@ -11,7 +11,7 @@
 namespace kvo::editor {
 namespace {
 
-// A form, because its text boxes hold any text.
+// A form, because its text boxes keep any text unchanged.
 class TextForm final : public Form {
  public:
   explicit TextForm(std::string_view text) : Form("", {7200, 4800}) {

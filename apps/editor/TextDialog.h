@@ -1,5 +1,5 @@
-// A text of several lines, edited in a window of its own. What the user does not touch stays as it
-// is: kinds of line breaks, characters that do not show.
+// Edits a text of several lines in its own window. Keeps untouched parts as they are, including
+// kinds of line breaks and invisible characters.
 #pragma once
 
 #include <QWidget>
@@ -8,7 +8,7 @@
 
 namespace kvo::editor {
 
-// nullopt when it was cancelled.
+// Returns nullopt when cancelled.
 std::optional<std::string> EditText(const QString& title, const std::string& text, QWidget* parent);
 
 }  // namespace kvo::editor

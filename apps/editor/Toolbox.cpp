@@ -95,7 +95,7 @@ void Toolbox::Filter(const QString& words) {
     list_->setCurrentItem(first);
 }
 
-// From the search straight into the list.
+// Passes keys from the search to the list.
 bool Toolbox::eventFilter(QObject* watched, QEvent* event) {
   if (watched != search_ || event->type() != QEvent::KeyPress)
     return QWidget::eventFilter(watched, event);

@@ -1,4 +1,5 @@
-// The list of tools, with a search: double click or Enter inserts at the caret, dragging anywhere.
+// The list of tools, with a search. Double click or Enter inserts at the caret; dragging inserts
+// anywhere.
 #pragma once
 
 #include <QIcon>
@@ -13,7 +14,7 @@ class QListWidget;
 
 namespace kvo::editor {
 
-// What is dragged: the number of a tool.
+// The type of dragged data: the number of a tool.
 inline constexpr char kToolType[] = "application/x-kvo-tool";
 
 QIcon IconOf(const ControlClass& contract);
@@ -25,7 +26,7 @@ class Toolbox final : public QWidget {
   void Tools(std::vector<Tool> tools);
   const std::vector<Tool>& Tools() const { return tools_; }
 
-  // All tools show, the first one chosen.
+  // Shows all tools and selects the first.
   void ForgetSearch();
 
   std::function<void(int tool)> onInsert;

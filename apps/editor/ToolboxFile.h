@@ -1,4 +1,4 @@
-// The toolbox from a file: one JSON object with
+// Reads the toolbox from a file: one JSON object with
 //
 //   tools  list of objects:
 //     class        a class of the library
@@ -8,8 +8,8 @@
 //     bag          an object of keys and texts from which a new control is loaded; what is missing
 //                  in it gets the class's own defaults
 //
-// Any other key is an error; so is a key that stands twice, a bag key that the class does not have,
-// and a bag with which the control cannot be loaded.
+// Errors are: any other key, a duplicate key, a bag key that the class does not have, and a bag
+// that the control cannot be loaded from.
 #pragma once
 
 #include <string>
@@ -28,11 +28,11 @@ struct Tool {
   const ControlClass* contract = nullptr;
   std::string caption;  // in the user's language
   std::string description;
-  std::string icon;  // a file; empty: that of the class
+  std::string icon;  // a file; empty for that of the class
   std::vector<MemoryBag::Entry> bag;
 };
 
-// One for each class of the library.
+// Returns one tool for each class of the library.
 std::vector<Tool> BuiltInTools();
 
 // Reads the contents of a file; `file` is its name. Throws office::JsonFileError.

@@ -1,4 +1,4 @@
-// What the editor says, each text in both languages, in one place.
+// All texts of the editor, in both languages.
 #pragma once
 
 #include <QString>
@@ -12,7 +12,7 @@
 
 namespace kvo::editor {
 
-// In the user's language, each "{}" replaced by the next of `values`.
+// Returns a text in the user's language, replacing each "{}" by the next of `values`.
 inline QString Text(const Localized& text, std::initializer_list<QString> values = {}) {
   std::vector<std::string> texts;
   for (const QString& value : values) texts.push_back(FromQt(value));
@@ -21,7 +21,7 @@ inline QString Text(const Localized& text, std::initializer_list<QString> values
 
 namespace words {
 
-// --- steps, as they stand behind "Undo:" ---
+// --- steps, shown after "Undo:" ---
 inline constexpr Localized kTyping = {"Eingabe", "Typing"};
 inline constexpr Localized kInsertStep = {"{} einfügen", "Insert {}"};
 inline constexpr Localized kPasteStep = {"Einfügen", "Paste"};
@@ -69,7 +69,7 @@ inline constexpr Localized kCaretPlace = {"Zeile {}, Zeichen {}", "Line {}, char
 inline constexpr Localized kProblemCount = {"Fehler: {}  Warnungen: {}",
                                             "Errors: {}  Warnings: {}"};
 
-// --- menus; the letter behind "&" is the access key ---
+// --- menus; the letter after "&" is the access key ---
 inline constexpr Localized kFileMenu = {"&Datei", "&File"};
 inline constexpr Localized kNew = {"&Neu", "&New"};
 inline constexpr Localized kNewFromTemplate = {"Neu aus Vor&lage", "New from te&mplate"};
@@ -137,7 +137,7 @@ inline constexpr Localized kInsertText = {"Text einfügen", "Insert text"};
 inline constexpr Localized kSaveAsItStands = {"Trotzdem speichern", "Save anyway"};
 inline constexpr Localized kSaveAnywayMeans = {
     "„Trotzdem speichern“ schreibt die Seite, wie sie dasteht, ohne neue Laufzeittexte.",
-    "\"Save anyway\" writes the page as it stands, without new runtime texts."};
+    "\"Save anyway\" writes the page as it is, without new runtime texts."};
 inline constexpr Localized kShowProblems = {"Probleme zeigen", "Show problems"};
 inline constexpr Localized kUnsaved = {"„{}“ wurde geändert. Vorher speichern?",
                                        "\"{}\" was changed. Save it first?"};
@@ -153,19 +153,19 @@ inline constexpr Localized kPublishOverPage = {
     "That is the page itself: published, it would lose its controls. Choose another file."};
 inline constexpr Localized kUtf16 = {
     "„{}“ ist in UTF-16 geschrieben. Speichern Sie die Seite in einem anderen Editor als UTF-8.",
-    "\"{}\" is written in UTF-16. Save the page as UTF-8 in another editor."};
+    "\"{}\" is encoded in UTF-16. Save the page as UTF-8 in another editor."};
 inline constexpr Localized kSaved = {"„{}“ gespeichert", "\"{}\" saved"};
 inline constexpr Localized kPublished = {"„{}“ veröffentlicht", "\"{}\" published"};
 inline constexpr Localized kChangedOutside = {
     "„{}“ wurde außerhalb des Editors geändert. Neu laden?",
-    "\"{}\" was changed outside of the editor. Reload it?"};
+    "\"{}\" was changed outside the editor. Reload it?"};
 inline constexpr Localized kChangedOutsideModified = {
     "„{}“ wurde außerhalb des Editors geändert. Neu laden? Ihre eigenen Änderungen gehen dann "
     "verloren.",
-    "\"{}\" was changed outside of the editor. Reload it? Your own changes are lost then."};
+    "\"{}\" was changed outside the editor. Reload it? Your own changes will be lost."};
 inline constexpr Localized kOverwriteOutside = {
     "„{}“ wurde außerhalb des Editors geändert. Trotzdem überschreiben?",
-    "\"{}\" was changed outside of the editor. Overwrite it?"};
+    "\"{}\" was changed outside the editor. Overwrite it?"};
 inline constexpr Localized kOverwriteHandEdited = {
     "Der Laufzeittext von „{}“ wurde in der Seite von Hand geändert. Überschreiben?",
     "The runtime text of \"{}\" was edited in the page by hand. Overwrite it?"};
@@ -176,17 +176,17 @@ inline constexpr Localized kNoOffice = {
     "Felder und Produkte lassen sich nicht auswählen: Neben der Seite liegt keine office.json, und "
     "keine andere Office-Datei ist gewählt. Wählen Sie eine mit „Datei – Office-Datei wählen …“.",
     "Fields and products can't be chosen: there is no office.json beside the page, and no other "
-    "office file is chosen. Choose one by \"File - Choose office file …\"."};
+    "office file is chosen. Choose one with \"File - Choose office file …\"."};
 inline constexpr Localized kNoFields = {
     "Felder lassen sich nicht auswählen: „{}“ nennt keine. Wählen Sie eine andere Datei mit "
     "„Datei – Office-Datei wählen …“.",
-    "Fields can't be chosen: \"{}\" names none. Choose another file by \"File - Choose office file "
-    "…\"."};
+    "Fields can't be chosen: \"{}\" lists none. Choose another file with \"File - "
+    "Choose office file …\"."};
 inline constexpr Localized kDraftFound = {
     "Der Editor wurde nicht ordentlich beendet. Es gibt einen Entwurf von „{}“ vom {}.",
-    "The editor did not end properly. There is a draft of \"{}\" from {}."};
+    "The editor did not close properly. There is a draft of \"{}\" from {}."};
 inline constexpr Localized kNoDraft = {"Der Entwurf lässt sich nicht sichern: {}",
-                                       "The draft can't be kept: {}"};
+                                       "The draft can't be saved: {}"};
 inline constexpr Localized kOpenTitle = {"Seite öffnen", "Open a page"};
 inline constexpr Localized kSaveTitle = {"Seite speichern", "Save the page"};
 inline constexpr Localized kOfficeTitle = {"Office-Datei wählen", "Choose an office file"};

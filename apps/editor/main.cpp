@@ -25,7 +25,7 @@ int main(int argc, char** argv) {
   QApplication::setOrganizationName("KVOPDesignObjects");
   QApplication::setApplicationName("kvo-editor");
   QApplication::setApplicationVersion(ToQt(ProgramVersion()));
-  QTranslator translator;  // of Qt's own dialogs
+  QTranslator translator;  // for Qt's own dialogs
   if (UserLanguage() == Language::german &&
       translator.load("qtbase_de", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
     QApplication::installTranslator(&translator);

@@ -41,10 +41,10 @@ struct Known {
   std::optional<check::ProductNumbers> products;
 };
 
-// The offices of the pages, each file read once: the one that the user names, else the one beside
-// the page, if there is one. One that is broken is reported, and its pages are checked without it.
-// Products are looked up only for an office that the user names: one that came along with a page
-// must not choose what this machine connects to.
+// Loads the offices of the pages, each file once: the one that the user names, else the one beside
+// the page, if any. Reports a broken office and checks its pages without it. Looks up products only
+// for an office that the user names: one that came with a page must not choose what this machine
+// connects to.
 class Offices {
  public:
   explicit Offices(const std::string& named) : named_(named) {}
@@ -56,7 +56,7 @@ class Offices {
     std::error_code ignored;
     return std::filesystem::exists(beside, ignored) ? Load(beside.string()) : none_;
   }
-  // A failure when one was broken.
+  // ExitCode::failure when an office was broken.
   ExitCode Code() const { return code_; }
 
  private:
@@ -113,7 +113,7 @@ void AddCheckCommand(CommandLine& line) {
   const auto values = std::make_shared<CheckValues>();
   line.Add("check",
            {"Nennt alles, was an den Seiten nicht stimmt, ohne sie zu ändern.",
-            "Names everything that is wrong with the pages, and changes nothing."},
+            "Lists everything that is wrong with the pages, and changes nothing."},
            Both("kvo check newsletter.html\n"
                 "kvo check *.html --office shop/office.json\n"
                 "kvo check *.html --json"))

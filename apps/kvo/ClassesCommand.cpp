@@ -30,7 +30,7 @@ std::string ProgId(const ControlClass& contract) {
   return std::string(kLibraryName) + '.' + std::string(contract.name);
 }
 
-// The box before the first load: with the captions of the design.
+// Returns the box before the first load, with its design-time captions.
 Box DesignedBox(const ControlClass& contract) { return contract.create()->DesignTimeBox(); }
 
 Json ClassJson(const RegisteredControl& registered) {
@@ -86,7 +86,7 @@ std::string ClassText(const RegisteredControl& registered) {
   return text;
 }
 
-// The cells of a table of Markdown.
+// Returns a row of a Markdown table.
 std::string TableRow(std::initializer_list<std::string> cells) {
   std::string row = "|";
   for (const std::string& cell : cells) row += ' ' + cell + " |";

@@ -47,8 +47,8 @@ void AppendExamples(std::string& out, Localized examples) {
 const HelpEntry kHelpEntry{"-h, --help", {"diese Hilfe zeigen", "show this help"}};
 constexpr std::string_view kHelpFlags = "-h,--help";
 
-// What the parser hands over for an option is what was typed, and nothing but that. It would take
-// "[a,b]" for a list, so a word that ends so gets a character which no argument can hold.
+// Makes the parser pass words unchanged. It would read "[a,b]" as a list, so appends a character
+// that no argument can contain to a word that ends with "]".
 constexpr char kGuard = '\0';
 void Guard(std::string& word) {
   if (word.ends_with(']')) word += kGuard;
@@ -58,7 +58,7 @@ std::string Unguarded(std::string word) {
   return word;
 }
 
-// An empty value is what a script makes of a variable that it never set.
+// A script passes an empty value when it never set a variable.
 Failure EmptyValue(const std::string& option, const std::string& command) {
   return Failure(Say({"{} braucht einen Wert, der nicht leer ist. „kvo {} --help“ zeigt Beispiele.",
                       "{} needs a value that is not empty. \"kvo {} --help\" shows examples."},
@@ -182,7 +182,7 @@ struct CommandLine::Parts {
     app.set_help_flag();
     app.add_flag(std::string(kHelpFlags), help);
     app.add_flag("-V,--version", showVersion);
-    // Behind the first one, the name of a command is a page or an id as any other word.
+    // After the first command, a command's name is an ordinary word, such as a page or an id.
     app.require_subcommand(0, 1);
   }
 
@@ -219,7 +219,7 @@ struct CommandLine::Parts {
     return nullptr;
   }
 
-  // What the parser refused, in the user's language.
+  // Throws the parser's error in the user's language.
   [[noreturn]] void Refuse(const CLI::ParseError& error) const {
     const CommandParts* command = Named();
     const std::string hint =
@@ -250,14 +250,14 @@ struct CommandLine::Parts {
       words.erase(words.begin());
       words.emplace_back("--help");
     }
-    // The parser would take the next word for the value that is missing here.
+    // The parser would read the next word as the missing value.
     const auto end = std::ranges::find(words, "--");
     const auto cut = std::find_if(words.begin(), end, [](const std::string& word) {
       return word.starts_with("--") && word.ends_with('=');
     });
     if (cut != end) throw EmptyValue(cut->substr(0, cut->size() - 1), words.front());
     std::ranges::for_each(words, Guard);
-    std::ranges::reverse(words);  // as the parser takes them
+    std::ranges::reverse(words);  // the parser expects them in reverse
     try {
       app.parse(words);
     } catch (const CLI::ParseError& error) {
@@ -296,7 +296,7 @@ ExitCode CommandLine::Execute(int argc, char** argv) {
   } catch (const office::JsonFileError& error) {
     ShowProblems(Stream::error, error.File(), error.Problems());
   } catch (const std::bad_alloc&) {
-    throw;  // a message takes memory, too: see main()
+    throw;  // a message needs memory: see main()
   } catch (const std::exception& error) {
     PrintError(FailureText(error));
   }

@@ -13,7 +13,7 @@ namespace {
 constexpr Localized kAssignments{"Eigenschaften nach ihrem Namen, zum Beispiel Value=x",
                                  "properties by name, such as Value=x"};
 
-// The class of a name, without regard to case. A Failure, with a suggestion, when there is none.
+// Finds a class by name, ignoring case. Throws Failure, with a suggestion, when there is none.
 const ControlClass& ClassNamed(std::string_view name) {
   std::vector<std::string_view> names;
   for (const RegisteredControl& control : RegisteredControls()) {
@@ -26,13 +26,13 @@ const ControlClass& ClassNamed(std::string_view name) {
                 Say({" „kvo classes“ zählt alle auf.", " \"kvo classes\" lists them all."}));
 }
 
-// "NAME=VALUE" as the user typed it.
+// "NAME=VALUE" as typed by the user.
 struct Assignment {
   std::string name;
   std::string value;
 };
 
-// Splits at the first "="; a Failure without one.
+// Splits at the first "="; throws Failure without one.
 std::vector<Assignment> ParseAssignments(const std::vector<std::string>& words) {
   std::vector<Assignment> assignments;
   for (const std::string& word : words) {
@@ -57,8 +57,8 @@ constexpr Localized TypeWords(PropertyType type) {
   }
 }
 
-// Sets properties by name, in the given order. A Failure names the property: an unknown one with a
-// suggestion, a value that the property refuses with the reason.
+// Sets properties by name, in the given order. Throws Failure for an unknown property, with a
+// suggestion, and for a refused value, with the reason.
 void Assign(Control& control, const std::vector<Assignment>& assignments) {
   const ControlClass& contract = control.Class();
   for (const auto& [name, value] : assignments) {
@@ -110,7 +110,7 @@ struct SetValues {
   bool force = false;
 };
 
-// The one control with this id; a Failure when there is none or more than one.
+// Returns the control with this id; throws Failure when there is none or more than one.
 const page::FoundControl& ControlWithId(const page::Inspection& inspection, const std::string& file,
                                         const std::string& id) {
   std::vector<std::string_view> ids;
@@ -143,7 +143,7 @@ ExitCode Set(const SetValues& values) {
     const page::Inspection inspection = page::Inspect(page);
     const page::FoundControl& found = ControlWithId(inspection, ShownName(values.page), values.id);
     const page::Edit edit{found.index, [&](Control& control) { Assign(control, assignments); }};
-    // A wrong assignment is told as such, before it could look like a fault of the page.
+    // Reports a wrong assignment first, so that it does not look like a fault of the page.
     if (!found.broken && found.contract != nullptr)
       edit.change(*page::Load(*found.contract, found.bag));
     return page::Save(page, sink, {.force = values.force, .edit = &edit});

@@ -14,21 +14,21 @@ struct InspectValues {
   bool json = false;
 };
 
-// Why a control has no runtime text. Only a failure of the control itself has a number.
+// Why a control has no runtime text. `number` is set only when the control itself fails.
 struct Fault {
   std::optional<int> number;
   std::string message;
 };
 
-// A control of the page as it would be now.
+// The current state of a control of the page.
 struct Inspected {
-  std::vector<MemoryBag::Entry> bag;  // as it would be stored, or as the page has it after a fault
+  std::vector<MemoryBag::Entry> bag;  // as it would be stored; after a fault, as in the page
   std::shared_ptr<Control> control;   // nullptr when it could not be loaded
   std::string runtimeText;
   std::optional<Fault> fault;
 };
 
-// What the page's problems say about one control: those from its place up to the next control's.
+// Returns the messages of the problems between this control and the next.
 std::string Messages(const page::Inspection& inspection, std::size_t index) {
   const auto before = [](const page::Place& a, const page::Place& b) {
     return a.line != b.line ? a.line < b.line : a.column < b.column;
@@ -36,7 +36,7 @@ std::string Messages(const page::Inspection& inspection, std::size_t index) {
   const page::Place from = inspection.controls[index].place;
   const bool last = index + 1 == inspection.controls.size();
   page::Problems own;
-  // They are in the order of the page.
+  // Problems are in page order.
   for (auto problem = std::ranges::lower_bound(
            inspection.problems, from, before, [](const page::Problem& each) { return each.place; });
        problem != inspection.problems.end() &&
@@ -93,7 +93,7 @@ Json ControlJson(const page::FoundControl& found, const Inspected& inspected) {
   return json;
 }
 
-// A text on one line: line breaks as the reader would type them.
+// Returns a text on one line, with line breaks as "\r" and "\n".
 std::string OneLine(std::string_view text) {
   std::string line;
   for (const char c : text) {

@@ -28,7 +28,7 @@ Json ToJson(const Variant& value) {
   try {
     return Elements(**object);
   } catch (const RuntimeError&) {
-    return nullptr;  // no collection
+    return nullptr;  // not a collection
   }
 }
 

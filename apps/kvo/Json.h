@@ -1,4 +1,4 @@
-// JSON as the program prints it: one document, UTF-8, keys in the order in which they are set.
+// The program's JSON output: one UTF-8 document, with keys in the order they are set.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -12,8 +12,8 @@ namespace kvo {
 
 using Json = nlohmann::ordered_json;
 
-// Texts, flags and numbers as what they are; collections as arrays; no value or any other object
-// as null.
+// Converts texts, flags and numbers to their JSON types, collections to arrays, and empty values
+// and other objects to null.
 Json ToJson(const Variant& value);
 
 // {"width", "height", "elements": [{"name", "caption", "left", "top", "width", "height", "bold"}]},

@@ -19,7 +19,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::string_view kStandardStream = "-";
 
-// Tells how far a long run is, at most once a second and not before the first second is over.
+// Shows the progress of a long run, at most once a second and not during the first second.
 class Progress {
  public:
   explicit Progress(std::size_t total) : total_(total) {}
@@ -39,10 +39,11 @@ class Progress {
   Clock::time_point told_ = Clock::now();
 };
 
-// A file by what it is, whatever its name.
+// Identifies a file, whatever its name.
 using FileIdentity = std::pair<dev_t, ino_t>;
 
-// Nothing if the file does not exist or is not a regular one; "-" is the given stream.
+// Returns a file's identity; nothing if it does not exist or is not a regular file. "-" is the
+// given stream.
 std::optional<FileIdentity> IdentityOf(const std::string& file, int stream) {
   struct stat status;
   const bool found =
@@ -51,7 +52,7 @@ std::optional<FileIdentity> IdentityOf(const std::string& file, int stream) {
   return FileIdentity(status.st_dev, status.st_ino);
 }
 
-// A target's name in messages.
+// Returns a target's name for messages.
 std::string ShownTarget(const std::string& target) {
   return target == kStandardStream ? "<stdout>" : target;
 }
@@ -114,7 +115,7 @@ std::vector<std::string> Targets(const std::vector<std::string>& pages, const st
 
 void ProtectPages(const std::vector<std::string>& pages, const std::vector<std::string>& targets,
                   OverPage over) {
-  // Standard output is no place to put a page when it is done: it has begun already.
+  // A page cannot be replaced on standard output, which is not written in place.
   const auto inPlace = [over](const std::string& page, const std::string& target) {
     return over == OverPage::itself && target == page && target != kStandardStream;
   };
@@ -169,7 +170,7 @@ ExitCode WritePages(const std::vector<std::string>& pages, const std::vector<std
                      {target, taken->second}));
       return ExitCode::failure;
     }
-    // Made in advance: once the page is in its place, nothing may fail.
+    // Allocated in advance: nothing may fail once the page is in place.
     Written::node_type entry = Written{{FileIdentity(), file}}.extract(FileIdentity());
     const ExitCode code = WritePage(file, target, write);
     if (const auto identity = IdentityOf(target, STDOUT_FILENO);

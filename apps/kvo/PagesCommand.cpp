@@ -32,8 +32,8 @@ void Write(const std::string& folder, std::string_view name, Form& form) {
   Print(file + '\n');
 }
 
-// A page as it opens on a new control of the class. What it cannot read (a shop database that is
-// not there) leaves it as it was made.
+// Draws a page as it opens on a new control of the class. When it cannot read something (a missing
+// shop database), draws it in its initial state.
 void DrawPage(const PagesValues& values, const ControlClass& contract, std::string_view name,
               const ObjectRef& office) {
   const auto control = page::Load(contract, {});

@@ -17,17 +17,17 @@ struct PictureValues {
 };
 
 struct Picture {
-  std::string name;  // of the file, without its ending
+  std::string name;  // of the file, without extension
   Box box;
 };
 
-// A name that is safe as a part of a file's name; letters beyond ASCII stay. Of a long one its
-// beginning, because file systems limit the length of names, some to 143 bytes.
+// Makes a name safe for use in a file name; keeps letters beyond ASCII. Shortens a long one,
+// because file systems limit names, some to 143 bytes.
 std::string FileName(std::string_view name) {
   constexpr std::size_t kMost = 100;
   const auto isInside = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80; };
   if (name.size() > kMost) {
-    std::size_t end = kMost;  // no half character at the cut
+    std::size_t end = kMost;  // do not cut a character in half
     while (end > 0 && isInside(name[end])) --end;
     name = name.substr(0, end);
   }

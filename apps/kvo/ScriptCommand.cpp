@@ -51,7 +51,7 @@ Json ControlJson(const std::string& name, const Control& control) {
   return json;
 }
 
-// The page's controls under their ids, loaded. The page itself is not written.
+// Loads the page's controls under their ids. Does not write the page.
 void AddControls(ScriptStage& stage, const std::string& file) {
   const page::Page page(page::ReadFile(file));
   const page::Inspection inspection = page::Inspect(page);

@@ -20,7 +20,7 @@ bool HasColour(int descriptor) {
          isatty(descriptor) == 1;
 }
 
-// `text` with the part from `begin` to `end` coloured where the stream is a terminal.
+// Returns `text`, coloured from `begin` to `end` if the stream is a terminal.
 std::string Coloured(int descriptor, page::Severity severity, std::string text, std::size_t begin,
                      std::size_t end) {
   if (!HasColour(descriptor)) return text;
@@ -29,8 +29,8 @@ std::string Coloured(int descriptor, page::Severity severity, std::string text, 
   return text;
 }
 
-// What a page brings along, made harmless where it would reach a terminal: no character of it is
-// taken for a command to move the cursor, to change the title or to answer something.
+// Replaces control characters in text for a terminal, which could otherwise take parts of a page as
+// commands to move the cursor, change the title or send a reply.
 std::string Harmless(int descriptor, std::string_view text) {
   if (isatty(descriptor) != 1) return std::string(text);
   constexpr std::string_view replacement = "\xEF\xBF\xBD";

@@ -1,4 +1,4 @@
-// What the program knows about the person in front of it: language, colours, and how to talk.
+// Output for the user: in the user's language, with colours on a terminal.
 #pragma once
 
 #include <cstddef>
@@ -11,35 +11,35 @@
 
 namespace kvo {
 
-// What the program answers to its caller.
+// The program's exit code.
 enum class ExitCode { good = 0, problemsFound = 1, failure = 2 };
 
 // The worse of two outcomes.
 constexpr ExitCode Worse(ExitCode a, ExitCode b) { return a < b ? b : a; }
 
-// A wrong use or a failure that ends the command: one message, exit code 2. The text says what to
-// do and is already in the user's language.
+// Wrong use or a failure that ends the command: one message, exit code 2. The text is already in
+// the user's language and says what to do.
 class Failure : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// A message on standard error behind "kvo: " and the word for an error, coloured on a terminal.
+// Prints "kvo: error: " and the message on standard error, coloured on a terminal.
 void PrintError(std::string_view message);
-// A line on standard error that is no complaint.
+// Prints an informational line on standard error.
 void Tell(std::string_view line);
-// The message that there is no memory; needs none itself.
+// Prints that memory ran out, without allocating any.
 void PrintOutOfMemory();
 
-// What is told of a page's problems, one per line: `check` prints them as its result on standard
-// output, everything else as complaints on standard error.
+// Prints a page's problems, one per line: on standard output as the result of `check`, on standard
+// error for all other commands. Prints only the first few of each rule.
 enum class Stream { output, error };
 void ShowProblems(Stream stream, std::string_view file, const page::Problems& problems);
 
-// Text on standard output; on a terminal, control characters are replaced. A Failure when it can't
-// be written (full disk, ...).
+// Prints text on standard output; on a terminal, replaces control characters. Throws Failure when
+// it cannot be written (full disk, ...).
 void Print(std::string_view text);
-// Hands everything printed so far to the system; failures as in Print.
+// Flushes everything printed so far; fails as Print does.
 void FlushOutput();
 
 }  // namespace kvo

@@ -58,7 +58,7 @@ void AddWriteCommands(CommandLine& line) {
   const auto publish = std::make_shared<WriteValues>();
   line.Add("publish",
            {"Schreibt nur den Laufzeittext an die Stelle jedes Controls.",
-            "Writes the runtime text alone in place of each control."},
+            "Writes only the runtime text in place of each control."},
            {"kvo publish newsletter.html -o fertig/newsletter.html\n"
             "kvo publish *.html -o fertig/\n"
             "kvo new DTCPrint Value='#order.total#' | kvo publish -",

@@ -15,18 +15,18 @@ namespace {
 
 extern "C" void CleanUp(int signal) {
   kvo::page::RemoveUnfinishedFile();
-  raise(signal);  // which ends the program now, so that its caller sees what ended it
+  raise(signal);  // now ends the program, so that the caller sees the signal
 }
 
-// From now on, a signal that ends the program at once also removes the file that it is writing, so
-// that nothing is left beside the page. Signals that the caller has ignored stay ignored.
+// Makes signals that end the program remove the file being written first, so that nothing is left
+// beside the page. Keeps signals ignored that the caller ignores.
 void CleanUpWhenEnded() {
   for (const int signal : {SIGHUP, SIGINT, SIGPIPE, SIGTERM, SIGXCPU}) {
     struct sigaction former;
     if (sigaction(signal, nullptr, &former) != 0 || former.sa_handler == SIG_IGN) continue;
     struct sigaction action {};
     action.sa_handler = CleanUp;
-    // The handler is taken away before it runs, and the signal can reach the program in it.
+    // Resets the handler before it runs, and does not block the signal inside it.
     action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
     sigemptyset(&action.sa_mask);
     sigaction(signal, &action, nullptr);
@@ -57,7 +57,7 @@ int main(int argc, char** argv) {
   try {
     return static_cast<int>(Run(argc, argv));
   } catch (const std::bad_alloc&) {
-    // Also when it was a message that there was no memory for.
+    // Also when memory ran out while making a message.
     kvo::PrintOutOfMemory();
     return static_cast<int>(kvo::ExitCode::failure);
   }

@@ -1,5 +1,4 @@
-// Runs beside the page in the design view: follows the source, marks boxes, reports clicks. The page
-// itself cannot see it.
+// Runs in the design view, hidden from the page: follows the source, marks boxes, reports clicks.
 (() => {
   'use strict';
   if (window.kvo) return;
@@ -15,7 +14,7 @@
       'svg[data-kvo].kvo-marked{outline:2px solid Highlight;outline-offset:1px}');
   document.adoptedStyleSheets = [sheet];
 
-  // Makes `old` equal to `fresh` and leaves alone what is equal already.
+  // Makes `old` equal to `fresh`, leaving equal parts untouched.
   function morph(old, fresh) {
     if (old.nodeType !== fresh.nodeType || old.nodeName !== fresh.nodeName) {
       old.replaceWith(document.importNode(fresh, true));
@@ -57,9 +56,9 @@
   }
 
   // --- a change inside one cell of a table ---
-  // Parsing a large page takes long, and mails are made of tables. What is typed into a cell whose
-  // end tag is there concerns that cell alone, so only that is parsed. Whatever is not just so is
-  // noticed, and the whole page parsed.
+  // Parsing a large page is slow, and mails are made of tables. Typing into a cell that has an end
+  // tag affects that cell only, so only the cell is parsed. In any other case, parses the whole
+  // page.
 
   const reach = 50000;
   const cellTag = /<(\/?)t[dh](?=[\s>\/])[^>]*>/gi;
@@ -68,7 +67,7 @@
     return (html.match(/<t[dh](?=[\s>\/])/gi) || []).length;
   }
 
-  // Where the innermost cell around a part of the text begins and ends; null when none does.
+  // Returns the start and end of the innermost cell around a part of the text, or null.
   function cellAround(begin, end) {
     const from = Math.max(0, begin - reach);
     const open = [];
@@ -85,10 +84,10 @@
     return null;
   }
 
-  // The element of a text that is one cell and nothing else; null for any other text.
+  // Returns the element of a text that is exactly one cell; null for any other text.
   function parseCell(html) {
     const template = document.createElement('template');
-    // The cell behind it shows that nothing stays open.
+    // The cell after it proves that nothing is left open.
     template.innerHTML = '<table><tbody><tr>' + html + '<td></td></tr></tbody></table>';
     let row = template.content;
     for (let level = 0; level < 3; ++level) {
@@ -101,7 +100,7 @@
     return whole ? cell : null;
   }
 
-  // Whether the change could be shown; either way, it is made to the text.
+  // Changes the text, and returns whether the change could be shown in its cell.
   function spliceCell(at, removed, added) {
     const place = cellAround(at, at + removed);
     const change = () => {
@@ -113,7 +112,7 @@
     change();
     if (!before) return false;
     const html = text.slice(place[0], place[1] + added.length - removed);
-    // In quirks mode, which a template does not know, a table inside a paragraph is another thing.
+    // Templates ignore quirks mode, which parses a table inside a paragraph differently.
     if (document.compatMode !== 'CSS1Compat' && /<table/i.test(html)) return false;
     const after = parseCell(html);
     const cells = document.querySelectorAll('td,th');
@@ -135,14 +134,14 @@
     if (scroll) box.scrollIntoView({block: 'nearest', inline: 'nearest'});
   }
 
-  // Tells which revision of the page shows.
+  // Reports the displayed revision of the page.
   function report(revision) {
     shown = revision;
     if (bridge) bridge.Shown(revision);
   }
 
   window.kvo = {
-    // `loaded`: the document is this text already.
+    // `loaded`: the document already shows this text.
     begin(loaded, revision, all) {
       text = all;
       if (!loaded) show();
@@ -152,7 +151,7 @@
       if ((removed || added) && !spliceCell(at, removed, added)) show();
       report(revision);
     },
-    // For tests: what the view should show.
+    // For tests: the text that the view should show.
     text: () => text,
     mark(index) {
       unmark();
