@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Writes compile_commands.json beside this checkout's README, where clangd finds it: how each source is
-# compiled by itself, natively or for Windows. Configures only.
+# Writes compile_commands.json beside the README, where clangd finds it: the command that compiles
+# each source on its own, natively or for Windows. Only configures.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 mkdir -p build
@@ -9,8 +9,8 @@ need_packages "${build_packages[@]}" "${editor_packages[@]}" "${test_packages[@]
   "${windows_packages[@]}" "${windows_test_packages[@]}"
 folder=build/clangd
 cmake --preset dev -B "$folder/native" -DKVO_BENCH=ON -DKVO_FUZZ=ON >build/clangd.log
-# Nothing is built there, so any file will do for the program that makes sources. As for clang-tidy, the
-# commands have to name the folders of the cross-compiler's headers.
+# Nothing is built there, so any file can stand in for the program that generates sources. As for
+# clang-tidy, the commands must name the cross-compiler's header folders.
 cmake --preset windows-tests -B "$folder/windows" -DKVO_UNITY=OFF -DKVO_COM_SOURCES="$PWD/test" \
   -DCMAKE_CXX_CLANG_TIDY=clang-tidy >>build/clangd.log
 
@@ -20,12 +20,12 @@ cmake --preset windows-tests -B "$folder/windows" -DKVO_UNITY=OFF -DKVO_COM_SOUR
   sed 1d "$folder/windows/compile_commands.json"
 } >compile_commands.json
 
-# The examples are projects of their own, and a build without a shop is another one; clangd does with
-# the commands of their neighbours.
+# Skips the examples, which are separate projects, and the sources of builds without a shop; clangd
+# uses the commands of neighbouring files for them.
 missing=0
 while read -r source; do
   grep -qF "\"file\": \"$PWD/$source\"" compile_commands.json || {
-    echo "Not in it: $source" >&2
+    echo "compile_commands.json lacks $source" >&2
     missing=1
   }
 done < <(git ls-files '*.cpp' ':!examples' ':!document/shop/without')

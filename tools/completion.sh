@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# completion.sh KVO OUT: writes the completion of kvo's command line for bash, made from what the program
-# says with --help, about itself and about each of its commands.
+# completion.sh KVO OUT: writes kvo's command line completion for bash, generated from the output of
+# --help for the program and for each command.
 set -euo pipefail
 kvo=$1
 exec >"$2"
 export LC_ALL=C.UTF-8
 
-# options: the options in a help text; with "values" those that take a value.
+# options: prints the options in a help text; with "values", those that take a value.
 options() {
   awk -v values="${1:-}" '
     /^Options:$/ { on = 1; next }
@@ -39,14 +39,14 @@ for command in $commands; do
   echo "    *:$command)"
   echo "      options=\"$(options <<<"$help")\""
   echo "      valued=\" $(options values <<<"$help") \""
-  # A class comes first where the usage says so.
+  # Completes a class first if the usage says so.
   [[ ${help%%$'\n'*} != *CLASS* ]] ||
     echo "      [ \$COMP_CWORD -ne 2 ] || arguments=\"$classes\""
   echo "      ;;"
 done
 cat <<'END'
   esac
-  # Files stand where nothing here fits.
+  # Completes file names when nothing here fits.
   [[ $valued == *" $before "* ]] && return
   [[ $word == -* ]] && arguments=$options
   COMPREPLY=($(compgen -W "$arguments" -- "$word"))

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the fuzzers and lets each of them search for KVO_FUZZ_SECONDS (60), two at a time, under the
-# address and undefined-behaviour sanitizers. Then KVO_STORIES (3000) random stories are performed on
-# Qt's widgets. Fails when one finds something. `./test fuzz` calls it.
+# Builds the fuzzers and runs each for KVO_FUZZ_SECONDS (60), two at a time, under the address and
+# undefined-behaviour sanitizers. Then plays KVO_STORIES (3000) random stories on Qt's widgets.
+# Fails when any of them finds something. `./test fuzz` calls it.
 set -uo pipefail
 cd "$(dirname "$0")/.."
 export KVO_FUZZ_SECONDS=${KVO_FUZZ_SECONDS:-60}
@@ -16,11 +16,11 @@ echo "Building the fuzzers; from scratch this takes some minutes."
   exit 1
 }
 
-# search NAME: one fuzzer. What it learns is kept in $runs/NAME/learnt for the next time; what it
-# finds in $runs/NAME/found, which the next time begins with.
+# search NAME: runs one fuzzer. Keeps its corpus in $runs/NAME/learnt, and failing inputs in
+# $runs/NAME/found, which the next run tries first.
 search() {
   local name=$1 program=build/fuzz/bin/$1_fuzz run=$runs/$1 corpus=fuzz/corpus/$1 dict=fuzz/$1.dict
-  # The scanner reads pages, too.
+  # The scanner also reads pages.
   [ "$name" != scanner ] || { corpus=fuzz/corpus/page dict=fuzz/page.dict; }
   mkdir -p "$run/learnt" "$run/found"
   touch "$run/start"
@@ -51,7 +51,7 @@ export runs
 failed=0
 printf '%s\n' "${names[@]}" | xargs -P 2 -I NAME bash -c 'search NAME' || failed=1
 
-# Stories after those that ./test performs.
+# Starts after the stories that ./test plays.
 export KVO_STORIES=${KVO_STORIES:-3000} KVO_STORY_SEED=${KVO_STORY_SEED:-301}
 { cmake --preset sanitize -DKVO_EDITOR=ON && cmake --build --preset sanitize --target kvo_qt_tests; } \
   >build/fuzz.log 2>&1 || {

@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
-# manual.sh PROGRAM OUT [LOCALE]: writes PROGRAM's manual page for section 1, compressed, made from what
-# it says with --help, about itself and about each of its commands.
+# manual.sh PROGRAM OUT [LOCALE]: writes PROGRAM's compressed manual page for section 1, generated
+# from the output of --help for the program and for each command.
 set -euo pipefail
 program=$1 out=$2 locale=${3:-C.UTF-8}
 name=$(basename "$program")
 german=
 [[ $locale != de* ]] || german=1
 
-# ask ARGUMENT...: what the program says. The locale need not be installed for that, and what Qt leaks
-# at its end does not matter.
+# ask ARGUMENT...: runs the program. The locale need not be installed. Ignores what Qt leaks at
+# exit.
 ask() { env ASAN_OPTIONS=detect_leaks=0 LC_ALL="$locale" QT_QPA_PLATFORM=offscreen "$program" "$@"; }
 
-# format LEVEL: turns a help text into a part of a manual page: the whole page ("page") or the
-# section of one command ("command").
+# format LEVEL: formats a help text as a manual page ("page") or as the section of one command
+# ("command").
 format() {
   awk -v level="$1" -v name="$name" -v version="$version" -v german="$german" '
     function escaped(text) {
@@ -71,7 +71,7 @@ format() {
 version=$(ask --version)
 version=${version%% (*}
 help=$(ask --help)
-# The names in the list of commands, if the program has one.
+# The names of the program's commands, if it has any.
 commands=$(awk '/^(Commands|Befehle):$/ { on = 1; next } $0 == "" { on = 0 } on { print $1 }' <<<"$help")
 {
   format page <<<"$help"

@@ -1,6 +1,6 @@
-# Sourced by ./run and ./test: installs the Debian packages that are missing.
+# Sourced by ./run and ./test: installs missing Debian packages.
 
-# need_packages PACKAGE...: returns at once when all are there.
+# need_packages PACKAGE...: installs those that are missing.
 need_packages() {
   local package missing=()
   for package; do
@@ -28,34 +28,31 @@ need_packages() {
   fi
 }
 
-# What it takes to build the programs. SOCI's headers include Boost's.
+# To build the programs. SOCI's headers include Boost's.
 build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libsoci-dev libboost-dev)
-# What it takes to build the editor. fonts-wine brings the pages' font; the translations are those of
-# Qt's own dialogs.
+# To build the editor. fonts-wine contains the pages' font; the translations are for Qt's own
+# dialogs.
 editor_packages=(qt6-base-dev qt6-webengine-dev libqt6svg6 qt6-translations-l10n fonts-wine)
-# What it takes to test everything: the shop database is tested on SQLite files and on a PostgreSQL
-# server of the tests' own.
+# To test everything. The shop tests use SQLite files and their own PostgreSQL server.
 test_packages=(libgtest-dev clang-format-14 sqlite3 libsqlite3-dev postgresql strace)
-# What it takes to build the Windows component: the cross compiler, the compiler of type libraries,
-# and from Wine the type library of automation. ./run windows builds for 32 bit as well.
+# To build the Windows component: the cross compiler, the type library compiler, and Wine's type
+# library of automation. ./run windows also builds for 32 bit.
 windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools libwine)
 windows_x86_packages=(g++-mingw-w64-i686-posix)
-# What it takes to test it: Wine without its 32-bit half, with a screen, a German locale and Tahoma.
-# GoogleTest's sources are built for Windows.
+# To test it: Wine without its 32-bit half, a virtual screen, a German locale and Tahoma. GoogleTest
+# is built from source for Windows.
 windows_test_packages=(wine64 fonts-wine xvfb locales googletest)
-# What it takes to test it for 32 bit: a Debian for i386 in a folder, and in it the Wine for such
-# programs.
+# To test it for 32 bit: a Debian for i386 in a folder, and in it Wine for 32-bit programs.
 windows_x86_test_packages=(debootstrap xvfb googletest)
 i386_packages=(wine wine32 fonts-wine locales)
-# What it takes to build the core for WebAssembly and test it under Node. GoogleTest's sources are
-# built for it.
+# To build the core for WebAssembly and test it under Node. GoogleTest is built from source for it.
 web_packages=(emscripten nodejs googletest)
-# What it takes to fuzz, beside building: libFuzzer and the sanitizers' runtime come with clang.
+# To fuzz, besides building: clang brings libFuzzer and the sanitizers' runtime.
 fuzz_packages=(clang libclang-rt-dev)
-# What it takes to make Debian packages and check them.
+# To make and check Debian packages.
 packaging_packages=(dpkg-dev file lintian desktop-file-utils appstream)
-# What it takes to count the lines that the tests reach.
+# To measure test coverage.
 coverage_packages=(gcovr)
-# What it takes to measure everything, with what it is measured against.
+# To run the benchmarks, with the libraries they compare against.
 bench_packages=(libbenchmark-dev pkg-config libapr1-dev libboost-dev libctemplate-dev libglib2.0-dev
   libhtmlcxx-dev libxml2-dev qt6-base-dev perl python3 libsqlite3-dev sqlite3 postgresql)

@@ -1,16 +1,16 @@
 #!/usr/bin/env bash
-# slowest.sh BUILD-FOLDER...: the ten slowest tests of the last run and the ten sources that took
-# longest when they were last compiled, so that the next slow one is seen.
+# slowest.sh BUILD-FOLDER...: prints the ten slowest tests of the last run, and the ten sources that
+# took longest in their last compilation.
 set -uo pipefail
 export LC_ALL=C  # numbers with a decimal point
 
-# seconds_of_tests FOLDER: "SECONDS NAME" a test, from what GoogleTest wrote.
+# seconds_of_tests FOLDER: prints "SECONDS NAME" for each test, from GoogleTest's results.
 seconds_of_tests() {
   find "$1/results" -name '*.xml' -exec cat {} + 2>/dev/null |
     sed -n 's/.*<testcase name="\([^"]*\)".* time="\([0-9.]*\)".* classname="\([^"]*\)".*/\2 \3.\1/p'
 }
 
-# seconds_of_sources FOLDER: "SECONDS SOURCE" an object, from Ninja's log of its edges.
+# seconds_of_sources FOLDER: prints "SECONDS SOURCE" for each object, from Ninja's log.
 seconds_of_sources() {
   [ -f "$1/.ninja_log" ] || return 0
   awk -F '\t' -v folder="${1##*/}" '
@@ -25,7 +25,7 @@ seconds_of_sources() {
     }' "$1/.ninja_log"
 }
 
-# top_ten: the ten largest of "SECONDS NAME" lines.
+# top_ten: prints the ten largest "SECONDS NAME" lines.
 top_ten() { sort -rn | head -n 10 | awk '{ printf "%8.1f s  %s\n", $1, $2 }'; }
 
 tests=$(for folder; do seconds_of_tests "$folder"; done)

@@ -9,7 +9,7 @@ import sys
 from fontTools.ttLib import TTFont
 
 FONTS = [("kRegular", "tahoma.ttf"), ("kBold", "tahomabd.ttf")]
-# The blocks that are measured exactly: the Latin letters, and the punctuation with the currencies.
+# The blocks with exact widths: Latin letters, and punctuation with currencies.
 BLOCKS = [(0x0000, 0x0250), (0x2000, 0x20D0)]
 
 
@@ -19,7 +19,7 @@ def main():
     print("// clang-format off")
     print("#pragma once\n\n#include <cstdint>\n\nnamespace kvo::tahoma {\n")
     fonts = [(name, TTFont(f"{folder}/{file}")) for name, file in FONTS]
-    # What a font does not have shows as wide as it is high.
+    # Characters missing from the font are as wide as the font's em.
     units, = {size for _, font in fonts
               for size in (font["head"].unitsPerEm, font["hmtx"][".notdef"][0])}
     print(f"inline constexpr int kUnitsPerEm = {units};")
