@@ -23,6 +23,7 @@ class DTCClicktracker final : public ControlOf<DTCClicktracker, LinkBlock> {
       .name = "DTCClicktracker",
       .title = {"Gezählter Link", "Tracked link"},
       .description = {"Ein Link, dessen Klicks gezählt werden", "A link whose clicks are counted"},
+      .group = groups::sending,
       .basename = "print",  // deliberate: not a name of its own
       .tagName = "click",
       .box = CaptionBox("ClickCounter", 90, 15, 380),

@@ -23,6 +23,7 @@ class DTCConfig final : public ControlOf<DTCConfig, FieldOutput> {
       .name = "DTCConfig",
       .title = {"Konfigurationswert", "Configuration item"},
       .description = {"Ein Wert aus den Einstellungen des Shops", "A value of the shop's settings"},
+      .group = groups::fields,
       .basename = "print",  // deliberate: not a name of its own
       .tagName = "config",
       .box = SideBySideBox("Config", "lblItem", "company-name", ValueCaption),

@@ -18,6 +18,7 @@ class DTCContact final : public ControlOf<DTCContact, DataField> {
       .name = "DTCContact",
       .title = {"Kontaktfeld", "Contact field"},
       .description = {"Ein Feld des Empfängers", "A field of the recipient"},
+      .group = groups::fields,
       .basename = "contact",
       .box = SideBySideBox("Contact", "lblField", "Email", ValueCaption),
       .pages = pages,

@@ -51,6 +51,7 @@ class DTCElement final : public ControlOf<DTCElement> {
       .title = {"HTML-Element", "HTML element"},
       .description = {"Ein Element, dessen Attribute Ausdrücke sein können",
                       "An element whose attributes may be expressions"},
+      .group = groups::logic,
       .basename = "print",  // deliberate: not a name of its own
       .tagName = "element",
       .box = SideBySideBox("Element", "lblValue", "<Value>", Caption),

@@ -43,6 +43,7 @@ class DTCIf final : public ControlOf<DTCIf> {
       .title = {"Wenn/sonst", "If/else"},
       .description = {"Zeigt je nach Bedingung das eine oder das andere",
                       "Shows one thing or another, by a condition"},
+      .group = groups::logic,
       .basename = "if",
       .box = SideBySideBox("If", "lblField", "...", Caption),
       .pages = pages,

@@ -12,6 +12,7 @@ class DTCOrder final : public ControlOf<DTCOrder, DataField> {
       .name = "DTCOrder",
       .title = {"Bestellfeld", "Order field"},
       .description = {"Ein Feld der Bestellung", "A field of the order"},
+      .group = groups::fields,
       .basename = "order",
       .box = SideBySideBox("Order", "lblField", "OrderID", ValueCaption),
       .pages = pages,

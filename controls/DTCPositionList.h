@@ -47,6 +47,7 @@ class DTCPositionList final : public ControlOf<DTCPositionList> {
       .title = {"Bestellpositionen", "Order positions"},
       .description = {"Die Positionen der Bestellung als Tabelle",
                       "The positions of the order as a table"},
+      .group = groups::shop,
       .basename = "print",  // deliberate: not a name of its own
       .tagName = "positionlist",
       .box = TableBox("Position-List"),

@@ -25,6 +25,7 @@ class DTCPrint final : public ControlOf<DTCPrint, FieldOutput> {
       .title = {"Ausdruck", "Expression"},
       .description = {"Gibt einen Ausdruck aus, auch formatiert",
                       "Prints an expression, formatted if you like"},
+      .group = groups::fields,
       .basename = "print",
       .box = SideBySideBox("Print", "lblValue", "<Value>", ValueCaption),
       .pages = pages,

@@ -89,6 +89,7 @@ class DTCProductList final : public ControlOf<DTCProductList> {
       .name = "DTCProductList",
       .title = {"Produkttabelle", "Product table"},
       .description = {"Ausgewählte Produkte in Spalten", "Chosen products in columns"},
+      .group = groups::shop,
       .basename = "print",  // deliberate: not a name of its own
       .tagName = "productlist",
       .box = TableBox("Product-List", LayOut),

@@ -33,6 +33,7 @@ class DTCScript final : public ControlOf<DTCScript> {
       .title = {"Skript", "Script"},
       .description = {"Anweisungen, die beim Versand laufen",
                       "Statements that run when the mail is sent"},
+      .group = groups::logic,
       .basename = "script",
       .box = SideBySideBox("Script", "lblValue", kNoDescription, Caption),
   };

@@ -24,6 +24,7 @@ class DTCUnsubscriber final : public ControlOf<DTCUnsubscriber, LinkBlock> {
       .title = {"Abmeldelink", "Unsubscribe link"},
       .description = {"Damit bestellt der Empfänger den Newsletter ab",
                       "Lets the recipient cancel the newsletter"},
+      .group = groups::sending,
       .basename = "print",  // deliberate: not a name of its own
       .tagName = "unsubscribe",
       .box = CaptionBox("Unsubscriber", 75, 0, 380),

@@ -13,6 +13,7 @@ class DTCViewtracker final : public ControlOf<DTCViewtracker> {
       .title = {"Öffnungszähler", "View counter"},
       .description = {"Zählt, wie oft die Mail geöffnet wird",
                       "Counts how often the mail is opened"},
+      .group = groups::sending,
       .basename = "print",  // deliberate: not a name of its own
       .tagName = "viewtracker",
       .box = CaptionBox("ViewCounter", 90, 15, 375),

@@ -108,7 +108,8 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
     controls_->OpenPages(position, doubleClicked);
   };
   source_->onToolDropped = toolbox_->onInsert = [this](int tool) {
-    controls_->Insert(toolbox_->Tools()[static_cast<std::size_t>(tool)]);
+    const auto number = static_cast<std::size_t>(tool);  // another editor's drag may have any
+    if (number < toolbox_->Tools().size()) controls_->Insert(toolbox_->Tools()[number]);
   };
   browser_->onLet = [this](const std::string& property, const Variant& value) {
     if (const auto control = source_->CurrentControl()) controls_->Let(*control, property, value);
@@ -311,6 +312,7 @@ void MainWindow::FileNamed() {
 }
 
 void MainWindow::OfficeChanged() {
+  if (builtInTools_) UseToolbox({});
   PageChanged();
   ShowControl();
 }

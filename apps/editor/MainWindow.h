@@ -104,6 +104,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   PropertyBrowser* browser_;
   TextPanel* runtime_;
   TextPanel* output_;
+  bool builtInTools_ = true;
   std::vector<Panel> panels_;  // in F6 order
   QLabel* placeLabel_;
   QLabel* encodingLabel_;

@@ -225,8 +225,9 @@ void MainWindow::ShowRecent() {
 
 bool MainWindow::UseToolbox(const QString& file) {
   return Guarded([&] {
-    toolbox_->Tools(file.isEmpty() ? BuiltInTools()
+    toolbox_->Tools(file.isEmpty() ? BuiltInTools(session_->Office()->Described())
                                    : ReadToolbox(page::ReadFile(FileName(file)), FileName(file)));
+    builtInTools_ = file.isEmpty();
     return true;
   });
 }

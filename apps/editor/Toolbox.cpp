@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMimeData>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -15,9 +16,22 @@ namespace {
 
 constexpr int kIconSize = 24;
 
+// Draws headings, which are disabled so that keys pass over them, in the colour of tools.
+class Painter final : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    option->state |= QStyle::State_Enabled;
+  }
+};
+
 class ToolList final : public QListWidget {
  public:
   explicit ToolList(QWidget* parent) : QListWidget(parent) {
+    setItemDelegate(new Painter(this));
     setDragEnabled(true);
     setDragDropMode(QAbstractItemView::DragOnly);
     setIconSize({kIconSize, kIconSize});
@@ -27,6 +41,11 @@ class ToolList final : public QListWidget {
   }
 
  protected:
+  // Keys that would stop at a heading go to the tool below it.
+  QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override {
+    const QModelIndex to = QListWidget::moveCursor(action, modifiers);
+    return to.flags().testFlag(Qt::ItemIsEnabled) ? to : to.siblingAtRow(to.row() + 1);
+  }
   QMimeData* mimeData(const QList<QListWidgetItem*>& items) const override {
     auto* mime = new QMimeData;
     mime->setData(kToolType, QByteArray::number(items.front()->data(Qt::UserRole).toInt()));
@@ -34,11 +53,45 @@ class ToolList final : public QListWidget {
   }
 };
 
+void AddHeading(const std::string& group, QListWidget& list) {
+  auto* item = new QListWidgetItem(ToQt(group), &list);
+  item->setFlags(Qt::NoItemFlags);
+  item->setData(Qt::AccessibleTextRole, Text(words::kToolGroup, {ToQt(group)}));
+  QFont font = list.font();
+  font.setBold(true);
+  item->setFont(font);
+}
+
+constexpr int kNoHit = 3;
+
+// Returns how well a tool fits the words of a search: 0 when its name begins with them, 1 when its
+// name contains them, 2 when its description or class does. A toolbox file's tools keep their
+// order.
+int Rank(const Tool& tool, const QStringList& words) {
+  if (words.isEmpty()) return tool.field.empty() ? 0 : kNoHit;
+  const auto holdWords = [&words](const QString& text) {
+    return std::ranges::all_of(
+        words, [&](const QString& word) { return text.contains(word, Qt::CaseInsensitive); });
+  };
+  const QString caption = ToQt(tool.caption);
+  const QString field = ToQt(tool.field);
+  if (!holdWords(caption + '\n' + ToQt(tool.description) + ' ' + ToQt(tool.contract->name)))
+    return kNoHit;
+  if (tool.group.empty()) return 0;
+  const QString beginning = words.join(' ');
+  if (caption.startsWith(beginning, Qt::CaseInsensitive) ||
+      field.startsWith(beginning, Qt::CaseInsensitive))
+    return 0;
+  return holdWords(caption) || holdWords(field) ? 1 : 2;
+}
+
+QString IconFile(const ControlClass& contract) {
+  return ":/editor/icons/" + ToQt(contract.name) + ".svg";
+}
+
 }  // namespace
 
-QIcon IconOf(const ControlClass& contract) {
-  return QIcon(":/editor/icons/" + ToQt(contract.name) + ".svg");
-}
+QIcon IconOf(const ControlClass& contract) { return QIcon(IconFile(contract)); }
 
 Toolbox::Toolbox(QWidget* parent)
     : QWidget(parent), search_(new QLineEdit(this)), list_(new ToolList(this)) {
@@ -60,39 +113,55 @@ Toolbox::Toolbox(QWidget* parent)
 
 void Toolbox::Tools(std::vector<Tool> tools) {
   tools_ = std::move(tools);
+  icons_.clear();
   list_->clear();
-  for (std::size_t number = 0; number < tools_.size(); ++number) {
-    const Tool& tool = tools_[number];
-    const QString caption = ToQt(tool.caption);
-    const QString description = ToQt(tool.description);
-    const QIcon icon = tool.icon.empty() ? IconOf(*tool.contract) : QIcon(ToQt(tool.icon));
-    auto* item = new QListWidgetItem(
-        icon, description.isEmpty() ? caption : caption + '\n' + description, list_);
-    item->setData(Qt::UserRole, static_cast<int>(number));
-    item->setData(Qt::AccessibleTextRole, caption + ". " + description);
-    item->setToolTip(ToQt(tool.contract->name));
-  }
   Filter(search_->text());
 }
 
 void Toolbox::ForgetSearch() {
+  list_->clear();
   search_->clear();
-  list_->setCurrentRow(0);
+  Filter({});
+}
+
+void Toolbox::AddItem(int number) {
+  const Tool& tool = tools_[static_cast<std::size_t>(number)];
+  const QString caption = ToQt(tool.caption);
+  const QString description = ToQt(tool.description);
+  const QString file = tool.icon.empty() ? IconFile(*tool.contract) : ToQt(tool.icon);
+  if (!icons_.contains(file)) icons_[file] = QIcon(file);
+  auto* item = new QListWidgetItem(
+      icons_[file], description.isEmpty() ? caption : caption + '\n' + description, list_);
+  item->setData(Qt::UserRole, number);
+  item->setData(Qt::AccessibleTextRole, caption + ". " + description);
+  item->setData(Qt::AccessibleDescriptionRole, ToQt(tool.group));
+  item->setToolTip(ToQt(tool.contract->name));
 }
 
 void Toolbox::Filter(const QString& words) {
-  QListWidgetItem* first = nullptr;
-  for (int row = 0; row < list_->count(); ++row) {
-    QListWidgetItem* item = list_->item(row);
-    const QString text = item->text() + ' ' + item->toolTip();
-    const QStringList wanted = words.split(' ', Qt::SkipEmptyParts);
-    const bool shows = std::ranges::all_of(
-        wanted, [&](const QString& word) { return text.contains(word, Qt::CaseInsensitive); });
-    item->setHidden(!shows);
-    if (shows && first == nullptr) first = item;
+  const QStringList wanted = words.split(' ', Qt::SkipEmptyParts);
+  std::vector<std::pair<int, int>> hits;  // how good, and the tool's number
+  for (int number = 0; const Tool& tool : tools_) {
+    const int rank = Rank(tool, wanted);
+    if (rank != kNoHit) hits.emplace_back(rank, number);
+    ++number;
   }
-  if (first != nullptr && (list_->currentItem() == nullptr || list_->currentItem()->isHidden()))
-    list_->setCurrentItem(first);
+  std::ranges::sort(hits);
+  const QListWidgetItem* chosen = list_->currentItem();
+  const int before = chosen == nullptr ? -1 : chosen->data(Qt::UserRole).toInt();
+  list_->clear();
+  QListWidgetItem* current = nullptr;
+  std::string group;
+  for (const auto& [rank, number] : hits) {
+    const Tool& tool = tools_[static_cast<std::size_t>(number)];
+    if (wanted.isEmpty() && tool.group != group) AddHeading(tool.group, *list_);
+    group = tool.group;
+    AddItem(number);
+    // Keeps the chosen tool unless another one fits better.
+    if (current == nullptr || (number == before && rank == hits.front().first))
+      current = list_->item(list_->count() - 1);
+  }
+  list_->setCurrentItem(current);
 }
 
 // Passes keys from the search to the list.

@@ -1,7 +1,8 @@
-// The list of tools, with a search. Double click or Enter inserts at the caret; dragging inserts
-// anywhere.
+// The list of tools in their groups, with a search that also finds fields. Double click or Enter
+// inserts at the caret; dragging inserts anywhere.
 #pragma once
 
+#include <QHash>
 #include <QIcon>
 #include <QWidget>
 #include <functional>
@@ -35,9 +36,12 @@ class Toolbox final : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  // Shows what a search finds, the best first; without one, the groups.
   void Filter(const QString& words);
+  void AddItem(int number);
 
   std::vector<Tool> tools_;
+  QHash<QString, QIcon> icons_;  // by their files
   QLineEdit* search_;
   QListWidget* list_;
 };

@@ -5,6 +5,8 @@
 
 #include "common/text/Suggest.h"
 #include "common/values/RuntimeError.h"
+#include "controls/DTCContact.h"
+#include "controls/DTCOrder.h"
 #include "document/page/Messages.h"
 #include "document/page/Page.h"
 #include "host/registration/classes.h"
@@ -114,19 +116,37 @@ class Reader : private office::JsonFileReader {
   const std::filesystem::path& folder_;
 };
 
+Tool BuiltIn(const ControlClass& contract) {
+  Tool tool;
+  tool.contract = &contract;
+  tool.caption = contract.title.In(UserLanguage());
+  tool.description = contract.description.In(UserLanguage());
+  tool.group = contract.group.In(UserLanguage());
+  if (!contract.tagName.empty())
+    tool.bag.emplace_back(contract.FindProperty("basename")->key, contract.tagName);
+  return tool;
+}
+
+void AddFields(const ControlClass& contract, const std::vector<office::Field>& fields,
+               std::vector<Tool>& tools) {
+  for (const office::Field& field : fields) {
+    Tool& tool = tools.emplace_back(BuiltIn(contract));
+    tool.description = tool.caption + ' ' + field.sqlName;
+    tool.caption = field.displayName.empty() ? field.sqlName : field.displayName;
+    tool.field = field.sqlName;
+    tool.bag.emplace_back(contract.FindProperty("Field")->key, field.sqlName);
+    tool.bag.emplace_back(contract.FindProperty("DisplayValue")->key, field.displayName);
+  }
+}
+
 }  // namespace
 
-std::vector<Tool> BuiltInTools() {
+std::vector<Tool> BuiltInTools(const office::Office::Description& office) {
   std::vector<Tool> tools;
-  for (const RegisteredControl& registered : RegisteredControls()) {
-    const ControlClass& contract = registered.contract();
-    Tool& tool = tools.emplace_back();
-    tool.contract = &contract;
-    tool.caption = contract.title.In(UserLanguage());
-    tool.description = contract.description.In(UserLanguage());
-    if (!contract.tagName.empty())
-      tool.bag.emplace_back(contract.FindProperty("basename")->key, contract.tagName);
-  }
+  for (const RegisteredControl& registered : RegisteredControls())
+    tools.push_back(BuiltIn(registered.contract()));
+  AddFields(DTCContact::Contract(), office.contactFields, tools);
+  AddFields(DTCOrder::Contract(), office.orderFields, tools);
   return tools;
 }
 

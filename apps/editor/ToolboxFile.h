@@ -19,6 +19,7 @@
 #include "common/frame/Control.h"
 #include "common/values/Localized.h"
 #include "document/office/JsonFile.h"
+#include "document/office/Office.h"
 
 namespace kvo::editor {
 
@@ -28,12 +29,14 @@ struct Tool {
   const ControlClass* contract = nullptr;
   std::string caption;  // in the user's language
   std::string description;
-  std::string icon;  // a file; empty for that of the class
+  std::string icon;   // a file; empty for that of the class
+  std::string group;  // its heading; empty in a file's tools, which have none
+  std::string field;  // the SQL name of the field that it inserts; shown only by a search
   std::vector<MemoryBag::Entry> bag;
 };
 
-// Returns one tool for each class of the library.
-std::vector<Tool> BuiltInTools();
+// Returns one tool for each class of the library, then one for each field of the office.
+std::vector<Tool> BuiltInTools(const office::Office::Description& office = {});
 
 // Reads the contents of a file; `file` is its name. Throws office::JsonFileError.
 std::vector<Tool> ReadToolbox(std::string_view contents, const std::string& file);

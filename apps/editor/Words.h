@@ -50,6 +50,7 @@ inline constexpr Localized kProperties = {"Eigenschaften", "Properties"};
 inline constexpr Localized kRuntimeText = {"Laufzeittext", "Runtime text"};
 inline constexpr Localized kProblems = {"Probleme", "Problems"};
 inline constexpr Localized kOutput = {"Ausgabe", "Output"};
+inline constexpr Localized kToolGroup = {"Gruppe {}", "Group {}"};
 inline constexpr Localized kSearchTools = {"Werkzeug suchen", "Search tools"};
 inline constexpr Localized kNoControl = {"Kein Control gewählt", "No control selected"};
 inline constexpr Localized kProperty = {"Eigenschaft", "Property"};

@@ -25,11 +25,20 @@ inline constexpr std::string_view kRuntimeTextMethod = "GetRuntimeText";
 // class, skips that key.
 enum class ReadFailure { endsLoad, skipsKey };
 
+// Under which toolboxes show the classes.
+namespace groups {
+inline constexpr Localized fields = {"Felder", "Fields"};
+inline constexpr Localized logic = {"Logik", "Logic"};
+inline constexpr Localized shop = {"Shop", "Shop"};
+inline constexpr Localized sending = {"Versand", "Sending"};
+}  // namespace groups
+
 // A class's description, beside its rows.
 struct ControlDesign {
   std::string_view name;
   Localized title;  // for users; the description is one line
   Localized description;
+  Localized group;            // one of `groups`
   std::string_view basename;  // the default of the tag's name
   // The name under which the template engine knows the control, where the default is another one:
   // seven classes default to the name of the print control.
