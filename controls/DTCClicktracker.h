@@ -18,6 +18,16 @@ class DTCClicktracker final : public ControlOf<DTCClicktracker, LinkBlock> {
       {6,   KVO(ClickId),     "click-id",     "",   "",    kAlways},
   };
   // clang-format on
+  static constexpr PropertyInput inputs[] = {
+      kContentInput,
+      {"Href",
+       {"Adresse", "Address"},
+       {"Wohin der Link führt, mit https:// davor",
+        "Where the link leads, beginning with https://"}},
+      {"ClickId",
+       {"Klick-Id", "Click id"},
+       {"Unter diesem Namen werden die Klicks gezählt", "The name under which clicks are counted"}},
+  };
   static constexpr std::string_view pages[] = {"propClickGeneral"};
   static constexpr ControlDesign design = {
       .name = "DTCClicktracker",

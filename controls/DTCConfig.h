@@ -19,6 +19,14 @@ class DTCConfig final : public ControlOf<DTCConfig, FieldOutput> {
       {6,   KVO(Format),       "format",        "",   kAlwaysStored, kIfSet},
   };
   // clang-format on
+  static constexpr PropertyInput inputs[] = {
+      {"Item",
+       {"Einstellung", "Setting"},
+       {"Der Name der Einstellung, etwa company-name",
+        "The name of the setting, such as company-name"}},
+      kDisplayValueInput,
+      kFormatInput,
+  };
   static constexpr ControlDesign design = {
       .name = "DTCConfig",
       .title = {"Konfigurationswert", "Configuration item"},

@@ -45,6 +45,25 @@ class DTCElement final : public ControlOf<DTCElement> {
       {9,   KVO(AttributesCollection)},
   };
   // clang-format on
+  static constexpr PropertyInput inputs[] = {
+      {"Value",
+       {"Element", "Element"},
+       {"Der Name des HTML-Elements, etwa td", "The name of the HTML element, such as td"}},
+      {"OpeningTagOnly",
+       {"Nur öffnendes Tag", "Opening tag only"},
+       {"Schreibt weder Inhalt noch schließendes Tag", "Writes neither content nor closing tag"}},
+      {"ClosingTagOnly",
+       {"Nur schließendes Tag", "Closing tag only"},
+       {"Schreibt weder öffnendes Tag noch Inhalt", "Writes neither opening tag nor content"}},
+      {"HTMLContent",
+       {"Inhalt", "Content"},
+       {"Text oder HTML im Element", "Text or HTML inside the element"},
+       InputKind::html},
+      {"Attributes",
+       {"Attribute", "Attributes"},
+       {"Name und Wert mit | dazwischen, vor jedem weiteren Attribut ||",
+        "Name and value with | between them, before each further attribute ||"}},
+  };
   static constexpr std::string_view pages[] = {"propElementProperties", "propGeneralAttributes"};
   static constexpr ControlDesign design = {
       .name = "DTCElement",

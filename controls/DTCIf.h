@@ -37,6 +37,26 @@ class DTCIf final : public ControlOf<DTCIf> {
       {8,   KVO(Office)},
   };
   // clang-format on
+  static constexpr PropertyInput inputs[] = {
+      {"DisplayValue",
+       {"Beschreibung", "Description"},
+       {"Steht im Kästchen und sagt, worum es geht",
+        "Stands in the box and tells what it is about"}},
+      {"Test",
+       {"Bedingung", "Condition"},
+       {"Ein Ausdruck zwischen Prozentzeichen, etwa %#order.total#>50%",
+        "An expression between percent signs, such as %#order.total#>50%"}},
+      {"OnTrue",
+       {"Wenn erfüllt", "If it holds"},
+       {"HTML, das bei erfüllter Bedingung erscheint",
+        "The HTML that appears when the condition holds"},
+       InputKind::html},
+      {"OnFalse",
+       {"Wenn nicht erfüllt", "If it does not"},
+       {"HTML, das sonst erscheint; darf leer bleiben",
+        "The HTML that appears otherwise; may be empty"},
+       InputKind::html},
+  };
   static constexpr std::string_view pages[] = {"propIfGeneral"};
   static constexpr ControlDesign design = {
       .name = "DTCIf",

@@ -19,6 +19,13 @@ class DTCPrint final : public ControlOf<DTCPrint, FieldOutput> {
       {6,   KVO(Format),       "format",        "",   kAlwaysStored, kIfSet},
   };
   // clang-format on
+  static constexpr PropertyInput inputs[] = {
+      {"Value",
+       {"Ausdruck", "Expression"},
+       {"Was ausgegeben wird, etwa #order.total#", "What is printed, such as #order.total#"}},
+      kDisplayValueInput,
+      kFormatInput,
+  };
   static constexpr std::string_view pages[] = {"propPrintGeneral", "propGeneralFormat"};
   static constexpr ControlDesign design = {
       .name = "DTCPrint",

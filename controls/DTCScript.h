@@ -28,6 +28,17 @@ class DTCScript final : public ControlOf<DTCScript> {
       {5,   KVO(HTMLContent),  "html-content",  "",   kAlwaysStored, kNever, kEncoding},
   };
   // clang-format on
+  static constexpr PropertyInput inputs[] = {
+      {"DisplayValue",
+       {"Beschreibung", "Description"},
+       {"Steht im Kästchen und sagt, worum es geht",
+        "Stands in the box and tells what it is about"}},
+      {"HTMLContent",
+       {"Anweisungen", "Statements"},
+       {"Template-Code oder HTML; kommt unverändert in die Mail",
+        "Template code or HTML; goes into the mail as it is"},
+       InputKind::html},
+  };
   static constexpr ControlDesign design = {
       .name = "DTCScript",
       .title = {"Skript", "Script"},

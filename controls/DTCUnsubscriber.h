@@ -18,6 +18,16 @@ class DTCUnsubscriber final : public ControlOf<DTCUnsubscriber, LinkBlock> {
       {6,   KVO(Site),        "site",         "",         "",         kAlways},
   };
   // clang-format on
+  static constexpr PropertyInput inputs[] = {
+      kContentInput,
+      {"Recipient",
+       {"Empfänger", "Recipient"},
+       {"Die Mailadresse, die die Abmeldungen bekommt",
+        "The mail address that receives the cancellations"}},
+      {"Site",
+       {"Bestätigungsseite", "Confirmation page"},
+       {"Die Adresse ihres Ordners, mit / am Ende", "The address of its folder, ending in /"}},
+  };
   static constexpr std::string_view pages[] = {"propUnsubGeneral"};
   static constexpr ControlDesign design = {
       .name = "DTCUnsubscriber",

@@ -23,6 +23,15 @@ class DataField : public FieldOutput {
       {7,   KVO(Office)},
   };
   // clang-format on
+  static constexpr PropertyInput inputs[] = {
+      {"Field",
+       {"Feld", "Field"},
+       {"Welches Feld der Office-Datei ausgegeben wird",
+        "Which field of the office file is printed"},
+       InputKind::officeField},
+      kDisplayValueInput,
+      kFormatInput,
+  };
 };
 
 }  // namespace kvo

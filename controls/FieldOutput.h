@@ -14,6 +14,18 @@ class FieldOutput : public Control {
   Shown<Text> DisplayValue{*this};
   Text Format;
 
+  static constexpr PropertyInput kDisplayValueInput = {
+      "DisplayValue",
+      {"Beschriftung", "Caption"},
+      {"Steht im Kästchen; ohne sie, was ausgegeben wird",
+       "Stands in the box; without it, what is printed"}};
+  static constexpr PropertyInput kFormatInput = {
+      "Format",
+      {"Format", "Format"},
+      {"Wie Zahlen, Datum und Uhrzeit aussehen", "How numbers, dates and times look"},
+      InputKind::openList,
+      choices::Formats};
+
   // Without a main value, emits nothing.
   void AppendRuntimeText(std::string& out) const override {
     if (!mainValue_().empty()) Control::AppendRuntimeText(out);

@@ -11,6 +11,12 @@ class LinkBlock : public Control {
  public:
   TokenText HTMLContent;
 
+  static constexpr PropertyInput kContentInput = {
+      "HTMLContent",
+      {"Inhalt des Links", "Content of the link"},
+      {"Worauf der Leser klickt: Text oder HTML", "What the reader clicks: text or HTML"},
+      InputKind::html};
+
   void AppendRuntimeText(std::string& out) const override {
     out += kBlockStart;
     TagWriter tag(out, Namespace(), basename());

@@ -25,7 +25,7 @@ void DesignPage::Initialize() {
         {.kind = row.kind, .caption = std::string(row.caption), .key = std::string(row.key)});
     if (row.choices == nullptr) continue;
     for (Choice& choice : row.choices())
-      item.AddChoice(std::move(choice.caption), std::move(choice.value));
+      item.AddChoice(std::move(choice.caption.german), std::move(choice.value));
   }
 }
 

@@ -9,6 +9,7 @@
 
 #include "common/forms/FormPropertyGrid.h"
 #include "common/forms/PageField.h"
+#include "common/frame/Choices.h"
 #include "common/frame/Platform.h"
 
 namespace kvo {
@@ -22,10 +23,6 @@ class DesignPage : public PropertyPage {
   ColorNumber comDlgColor = 0;
 
  protected:
-  struct Choice {
-    std::string caption;
-    Variant value;
-  };
   // How a row and its property exchange values.
   enum class Way {
     asItStands,    // in both directions

@@ -1,27 +1,10 @@
 #pragma once
 
-#include <span>
-#include <string>
 #include <string_view>
 
 #include "common/forms/PageField.h"
 
 namespace kvo {
-
-// A format that the page offers. The caption ends with a formatted sample, if there is one.
-struct DataFormat {
-  std::string_view key;
-  std::string_view caption;
-  std::string_view function;
-  std::string_view pattern;  // what the control stores
-  Variant (*sample)() = nullptr;
-
-  // The caption with its sample: "Ganzzahl (1.134)".
-  std::string CaptionWithSample() const;
-};
-
-// In list order.
-std::span<const DataFormat> DataFormats();
 
 // The data format of a print, contact or order control: one of a list, or any typed pattern.
 class propGeneralFormat final : public PropertyPage {

@@ -2,26 +2,20 @@
 
 #include <algorithm>
 
+#include "common/frame/Choices.h"
+
 namespace kvo {
 namespace {
 
-struct Thumbnail {
-  std::string_view caption;
-  std::string_view value;
-};
-constexpr Thumbnail kThumbnails[] = {{"Nein", "no"},
-                                     {"Linksbündig", "left"},
-                                     {"Rechtsbündig", "right"},
-                                     {"Obenbündig", "top"},
-                                     {"Untenbündig", "bottom"}};
-constexpr Thumbnail kLeft = kThumbnails[1];
+constexpr std::string_view kLeft = "left";
 
 }  // namespace
 
 void propProdListGeneral::Initialize() {
-  for (int columns = 1; columns <= 4; ++columns) cboDisplayColumns.AddItem(std::to_string(columns));
-  for (const Thumbnail& row : kThumbnails)
-    cboDisplayThumbnail.AddItem(std::string(row.value), std::string(row.caption));
+  for (Choice& columns : choices::Columns())
+    cboDisplayColumns.AddItem(ToText(std::move(columns.value)));
+  for (Choice& row : choices::Thumbnails())
+    cboDisplayThumbnail.AddItem(ToText(std::move(row.value)), std::move(row.caption.german));
 }
 
 void propProdListGeneral::SelectionChanged() {
@@ -30,9 +24,10 @@ void propProdListGeneral::SelectionChanged() {
 }
 
 std::string propProdListGeneral::KnownThumbnail(std::string value) {
-  const bool known = std::any_of(std::begin(kThumbnails), std::end(kThumbnails),
-                                 [&](const Thumbnail& row) { return row.value == value; });
-  return known ? std::move(value) : std::string(kLeft.value);
+  const std::vector<Choice> thumbnails = choices::Thumbnails();
+  const bool known = std::any_of(thumbnails.begin(), thumbnails.end(),
+                                 [&](const Choice& row) { return row.value == Variant(value); });
+  return known ? std::move(value) : std::string(kLeft);
 }
 
 }  // namespace kvo

@@ -85,6 +85,8 @@ class Control : public Object {
   // The user's double click. Returns false to leave it to the host.
   virtual bool DblClick(WindowHandle /*owner*/) { return false; }
 
+  static constexpr std::array<PropertyInput, 0> inputs{};  // of the class's own properties
+
   Text Namespace;
   Shown<Text> basename{*this};
   Shown<Text> DisplayBasename{*this};
@@ -116,6 +118,34 @@ constexpr std::array<PropertyRow, 3> OfFrame(std::string_view basename) {
           PropertyRow(2, KVO(basename), "basename", basename, basename, kNever),
           PropertyRow(3, KVO(DisplayBasename), "display-basename", "", "", kNever)};
 }
+inline constexpr PropertyInput kFrameInputs[] = {
+    {.property = "Namespace",
+     .caption = {"Namensraum des Tags", "Namespace of the tag"},
+     .help = {"Steht im Laufzeittext vor dem Namen des Tags, wie „kv“ in „kv:print“",
+              "Precedes the tag's name in the runtime text, like \"kv\" in \"kv:print\""},
+     .advanced = true},
+    {.property = "basename",
+     .caption = {"Name des Tags", "Name of the tag"},
+     .help = {"Unter diesem Namen kennt die Template-Engine das Control",
+              "The name by which the template engine knows the control"},
+     .advanced = true},
+    {.property = "DisplayBasename",
+     .caption = {"Name im Kästchen", "Name in the box"},
+     .help = {"Steht fett im Kästchen; ohne ihn der Name des Tags",
+              "Stands in the box in bold; without it, the name of the tag"},
+     .advanced = true},
+};
+
+template <class Rows, class Inputs>
+constexpr void AddInputs(Rows& all, const Inputs& inputs) {
+  for (const PropertyInput& input : inputs) {
+    const auto row = std::find_if(all.begin(), all.end(), [&input](const PropertyRow& each) {
+      return each.name == input.property;
+    });
+    if (row == all.end()) throw "an input names no property of the class";  // ends the compilation
+    row->input = input;
+  }
+}
 
 template <std::size_t count, class Picks>
 consteval std::size_t Count(const std::array<PropertyRow, count>& all, Picks picks) {
@@ -124,7 +154,7 @@ consteval std::size_t Count(const std::array<PropertyRow, count>& all, Picks pic
 
 }  // namespace rows
 
-// Base of a control class: makes its contract from its `design` and `rows`.
+// Base of a control class: makes its contract from its `design`, `rows` and `inputs`.
 template <class Class_, class Base = Control>
 class ControlOf : public Base {
  public:
@@ -136,6 +166,8 @@ class ControlOf : public Base {
       std::array<PropertyRow, frame.size() + std::size(Class_::rows)> all;
       std::copy(std::begin(Class_::rows), std::end(Class_::rows),
                 std::copy(frame.begin(), frame.end(), all.begin()));
+      rows::AddInputs(all, rows::kFrameInputs);
+      rows::AddInputs(all, Class_::inputs);
       return all;
     }();
     static_assert(rows::Count(kRows, [](const PropertyRow& row) { return row.emission.last; }) <=

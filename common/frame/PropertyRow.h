@@ -1,5 +1,6 @@
 // The rows that make up a control's contract. A row declares everything about a property: its name
 // and id in the interface, its key and defaults in the bag, and its attribute in the runtime text.
+// Its caption and help for users are declared beside the rows (common/frame/PropertyInput.h).
 #pragma once
 
 #include <concepts>
@@ -9,6 +10,7 @@
 
 #include "common/frame/Property.h"
 #include "common/frame/PropertyBag.h"
+#include "common/frame/PropertyInput.h"
 
 namespace kvo {
 
@@ -91,6 +93,7 @@ struct PropertyRow : Accessors {
   WriteDefault writeDefault{};
   Emission emission{};
   KeyCodec codec = kAsIs;
+  PropertyInput input{};
 
   constexpr PropertyRow() = default;
   constexpr PropertyRow(int rowId, const Accessors& accessors) : Accessors(accessors), id(rowId) {}
@@ -104,6 +107,11 @@ struct PropertyRow : Accessors {
         writeDefault(whenWritten),
         emission(emitted),
         codec(keyCodec) {}
+
+  // The caption for users: the name, unless the class declares one.
+  constexpr Localized Caption() const {
+    return input.caption.german.empty() ? Localized{name, name} : input.caption;
+  }
 };
 
 namespace rows {

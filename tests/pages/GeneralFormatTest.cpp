@@ -76,7 +76,7 @@ TEST_F(DataFormatPage, TheTableHasElevenRowsOfKeyFunctionAndPattern) {
     EXPECT_EQ(DataFormats()[row].key, kRows[row].key);
     EXPECT_EQ(DataFormats()[row].function, kRows[row].function);
     EXPECT_EQ(DataFormats()[row].pattern, kRows[row].pattern);
-    EXPECT_EQ(DataFormats()[row].CaptionWithSample(), kRows[row].shown);
+    EXPECT_EQ(DataFormats()[row].CaptionWithSample().german, kRows[row].shown);
   }
 }
 
