@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "apps/editor/Colors.h"
+
 namespace kvo::editor {
 namespace {
 
@@ -19,12 +21,12 @@ bool IsNameCharacter(QChar c) {
 
 Highlighter::Highlighter(QTextDocument* document, const QPalette& palette)
     : QSyntaxHighlighter(document) {
-  const bool dark = palette.color(QPalette::Base).lightness() < 128;
-  looks_[tagName].setForeground(QColor(dark ? "#7cb7ff" : "#0451a5"));
-  looks_[attribute].setForeground(QColor(dark ? "#d7ba7d" : "#9c3f00"));
-  looks_[value].setForeground(QColor(dark ? "#b5e28c" : "#2f6f1f"));
-  looks_[quiet].setForeground(QColor(dark ? "#9a9a9a" : "#6b6b6b"));
-  looks_[reference].setForeground(QColor(dark ? "#d9a0e8" : "#7a2a8f"));
+  const SourceColors colors = ColorsOfSource(SchemeOf(palette));
+  looks_[tagName].setForeground(colors.tagName);
+  looks_[attribute].setForeground(colors.attribute);
+  looks_[value].setForeground(colors.value);
+  looks_[quiet].setForeground(colors.quiet);
+  looks_[reference].setForeground(colors.reference);
 }
 
 void Highlighter::highlightBlock(const QString& line) {

@@ -7,17 +7,26 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QSettings>
-#include <QSplitter>
+#include <QStackedWidget>
 #include <QStatusBar>
+#include <QStyle>
 #include <QTextBlock>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include "apps/editor/Ask.h"
+#include "apps/editor/Colors.h"
+#include "apps/editor/DesignFrame.h"
 #include "apps/editor/DesignView.h"
+#include "apps/editor/EmptyHint.h"
 #include "apps/editor/FindBar.h"
+#include "apps/editor/FocusFrame.h"
 #include "apps/editor/Panels.h"
 #include "apps/editor/PropertyBrowser.h"
+#include "apps/editor/ToolBar.h"
 #include "apps/editor/Toolbox.h"
+#include "apps/editor/Views.h"
+#include "apps/editor/Welcome.h"
 #include "apps/editor/Words.h"
 #include "common/values/RuntimeError.h"
 #include "host/qt/Messages.h"
@@ -36,15 +45,14 @@ constexpr milliseconds kAnalysisDelay(40);
 // Returns the size of a window that was never opened before: fits the screen with a frame of an
 // assumed thickness, since the real one is unknown until the window is shown.
 QSize FirstSize(const QWidget& window) {
-  constexpr QSize kWanted(1280, 800);
+  constexpr QSize kWanted(1600, 1000);
   constexpr QSize kFrame(16, 48);
   return kWanted.boundedTo(window.screen()->availableSize() - kFrame);
 }
 
 constexpr char kGeometry[] = "geometry";
 constexpr char kState[] = "state";
-constexpr char kSplitter[] = "splitter";
-constexpr int kStateVersion = 1;
+constexpr int kStateVersion = 2;
 
 }  // namespace
 
@@ -52,8 +60,11 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
     : session_(std::make_unique<Session>(*this, std::move(places))),
       source_(new SourceEdit(Page(), this)),
       design_(new DesignView(this)),
+      frame_(new DesignFrame(*design_, this)),
       find_(new FindBar(*source_, this)),
-      splitter_(new QSplitter(this)),
+      welcome_(new Welcome(this)),
+      middle_(new QStackedWidget(this)),
+      toolBar_(new ToolBar(this)),
       toolbox_(new Toolbox(this)),
       outline_(new OutlinePanel(this)),
       problems_(new ProblemsPanel(this)),
@@ -62,22 +73,24 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
       output_(new TextPanel(Text(words::kOutput), this)),
       placeLabel_(new QLabel(this)),
       encodingLabel_(new QLabel(this)),
-      problemLabel_(new QLabel(this)),
+      zoomLabel_(new QLabel(this)),
+      problemCount_(new QToolButton(this)),
       controls_(std::make_unique<ControlEditing>(*session_, *source_, platform, *this)),
       analyst_(std::make_unique<Analyst>(
           [this](const std::shared_ptr<const Analysis>& analysis) { Analysed(analysis); })) {
   UseResources();
   resize(FirstSize(*this));
-  auto* left = new QWidget(this);
-  auto* column = new QVBoxLayout(left);
+  auto* sourcePane = new QWidget(this);
+  auto* column = new QVBoxLayout(sourcePane);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
-  column->addWidget(source_);
+  column->addWidget(new FocusFrame(source_, this));
   column->addWidget(find_);
-  splitter_->addWidget(left);
-  splitter_->addWidget(design_);
-  splitter_->setSizes({600, 600});
-  setCentralWidget(splitter_);
+  views_ = new Views(frame_, sourcePane, this);
+  middle_->addWidget(views_);
+  middle_->addWidget(welcome_);
+  setCentralWidget(middle_);
+  addToolBar(toolBar_);
   panels_ = {{nullptr, source_}, {nullptr, design_}};
 
   QDockWidget* toolbox = Dock(words::kToolbox, "toolbox", toolbox_, Qt::LeftDockWidgetArea);
@@ -88,14 +101,19 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
   QDockWidget* problems = Dock(words::kProblems, "problems", problems_, Qt::BottomDockWidgetArea);
   QDockWidget* output = Dock(words::kOutput, "output", output_, Qt::BottomDockWidgetArea);
   tabifyDockWidget(problems, output);
-  problems->raise();
+  for (QDockWidget* folded : {problems, output}) folded->hide();
   resizeDocks({outline, properties}, {250, 270}, Qt::Horizontal);
   resizeDocks({toolbox, outline}, {400, 250}, Qt::Vertical);
-  resizeDocks({problems}, {130}, Qt::Vertical);
+  resizeDocks({problems}, {150}, Qt::Vertical);
+  new EmptyHint(*outline_, words::kNoControls);
+  new EmptyHint(*problems_, words::kNoProblems);
+  new EmptyHint(*browser_->findChild<QTreeView*>(), words::kNoProperties);
+  runtime_->setPlaceholderText(Text(words::kNoRuntimeText));
+  output_->setPlaceholderText(Text(words::kNoOutput));
 
-  for (QLabel* label : {placeLabel_, encodingLabel_, problemLabel_})
-    statusBar()->addPermanentWidget(label);
+  MakeStatusBar();
   MakeMenus();
+  MakeWelcome();
 
   const QTextDocument* document = Page().Document();
   connect(document, &QTextDocument::modificationChanged, this, [this] { ShowTitle(); });
@@ -109,14 +127,20 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
   };
   source_->onToolDropped = toolbox_->onInsert = [this](int tool) {
     const auto number = static_cast<std::size_t>(tool);  // another editor's drag may have any
-    if (number < toolbox_->Tools().size()) controls_->Insert(toolbox_->Tools()[number]);
+    if (number >= toolbox_->Tools().size()) return;
+    controls_->Insert(toolbox_->Tools()[number]);
+    FocusPage();
   };
   browser_->onLet = [this](const std::string& property, const Variant& value) {
     if (const auto control = source_->CurrentControl()) controls_->Let(*control, property, value);
     ShowControl();  // replaces a refused value by the actual one
   };
   outline_->onClicked = problems_->onClicked = [this](int position) { source_->Reveal(position); };
-  outline_->onGoTo = problems_->onGoTo = [this](int position) { source_->GoTo(position); };
+  outline_->onGoTo = [this](int position) { GoTo(position); };
+  problems_->onGoTo = [this](int position) {
+    NeedSource();
+    source_->GoTo(position);
+  };
   design_->onBoxClicked = [this](int index) { GoToIndex(index, false); };
   design_->onBoxDoubleClicked = [this](int index) { GoToIndex(index, true); };
 
@@ -141,7 +165,7 @@ QDockWidget* MainWindow::Dock(const Localized& title, const char* name, QWidget*
                               Qt::DockWidgetArea area) {
   auto* dock = new QDockWidget(Text(title), this);
   dock->setObjectName(name);
-  dock->setWidget(content);
+  dock->setWidget(new FocusFrame(content, dock));
   addDockWidget(area, dock);
   panels_.push_back({dock, content});
   return dock;
@@ -151,21 +175,60 @@ void MainWindow::RestoreWindow() {
   const QSettings settings;
   restoreGeometry(settings.value(kGeometry).toByteArray());
   restoreState(settings.value(kState).toByteArray(), kStateVersion);
-  splitter_->restoreState(settings.value(kSplitter).toByteArray());
+  views_->Restore();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   if (!session_->End()) return event->ignore();
   QSettings settings;
   settings.setValue(kGeometry, saveGeometry());
-  settings.setValue(kState, saveState(kStateVersion));
-  settings.setValue(kSplitter, splitter_->saveState());
+  settings.setValue(kState, IsWelcoming() ? panelsBefore_ : saveState(kStateVersion));
+  views_->Remember();
   event->accept();
 }
 
 void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) session_->LookAtFile();
+}
+
+bool MainWindow::event(QEvent* event) {
+  if (event->type() == QEvent::ThemeChange) UseColors();
+  return QMainWindow::event(event);
+}
+
+// --- before there is a page ---
+
+void MainWindow::MakeWelcome() {
+  welcome_->onNew = [this] { session_->New(); };
+  welcome_->onOpen = [this] { ChooseAndOpen(); };
+  welcome_->onTemplate = [this](const QByteArray& page) { session_->NewFrom(page.toStdString()); };
+  welcome_->onRecent = [this](const QString& file) { session_->Open(file); };
+}
+
+bool MainWindow::IsWelcoming() const { return middle_->currentWidget() == welcome_; }
+
+void MainWindow::ShowWelcome() {
+  if (IsWelcoming()) return;
+  panelsBefore_ = saveState(kStateVersion);
+  for (const Panel& panel : panels_)
+    if (panel.dock != nullptr) panel.dock->hide();
+  std::ranges::copy_if(pageActions_, std::back_inserter(disabled_), &QAction::isEnabled);
+  for (QAction* action : disabled_) action->setEnabled(false);
+  for (QWidget* widget : pageStatus_) widget->hide();
+  welcome_->Refresh();
+  middle_->setCurrentWidget(welcome_);
+  welcome_->setFocus();
+  ShowTitle();
+}
+
+void MainWindow::LeaveWelcome() {
+  if (!IsWelcoming()) return;
+  middle_->setCurrentWidget(views_);
+  restoreState(panelsBefore_, kStateVersion);
+  for (QAction* action : std::exchange(disabled_, {})) action->setEnabled(true);
+  for (QWidget* widget : pageStatus_) widget->show();
+  FocusPage();
 }
 
 // --- views of the page ---
@@ -189,6 +252,7 @@ void MainWindow::RequestAnalysis() {
 void MainWindow::Analysed(const std::shared_ptr<const Analysis>& analysis) {
   analysis_ = analysis;
   design_->Show(*analysis);
+  frame_->PageChanged();
   outline_->Show(analysis);
   problems_->Show(analysis);
   if (output_->isVisible()) output_->Show(analysis->output);
@@ -239,9 +303,25 @@ void MainWindow::GoToIndex(int index, bool open) {
   if (analysis_ == nullptr || index < 0 || index >= static_cast<int>(analysis_->outline.size()))
     return;
   const OutlineEntry entry = analysis_->outline[static_cast<std::size_t>(index)];
-  source_->GoTo(entry.position);
+  GoTo(entry.position);
   if (open && entry.boxed && Page().IsControl(entry.position))
     controls_->OpenPages(entry.position, true);
+}
+
+void MainWindow::GoTo(int position) {
+  source_->Reveal(position);
+  FocusPage();
+}
+
+void MainWindow::FocusPage() {
+  if (source_->isVisible())
+    source_->setFocus();
+  else
+    design_->setFocus();
+}
+
+void MainWindow::NeedSource() {
+  if (!source_->isVisible()) views_->ShowSource(true);
 }
 
 void MainWindow::ShowSteps() {
@@ -254,8 +334,25 @@ void MainWindow::ShowSteps() {
 }
 
 void MainWindow::ShowTitle() {
+  if (IsWelcoming()) return setWindowTitle("KVOPDesignObjects");
   setWindowTitle(session_->Title() + "[*] – KVOPDesignObjects");
   setWindowModified(Page().IsModified());
+}
+
+void MainWindow::MakeStatusBar() {
+  problemCount_->setObjectName("problemCount");
+  problemCount_->setText(Text(words::kProblemCountNone));
+  problemCount_->setAutoRaise(true);
+  problemCount_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  problemCount_->setToolTip(Text(words::kProblemCountTip));
+  connect(problemCount_, &QToolButton::clicked, this, [this] {
+    if (problems_->isVisible())
+      DockOf(*problems_)->hide();
+    else
+      ShowPanel(*problems_);
+  });
+  pageStatus_ = {placeLabel_, encodingLabel_, zoomLabel_, problemCount_};
+  for (QWidget* widget : pageStatus_) statusBar()->addPermanentWidget(widget);
 }
 
 void MainWindow::ShowStatus() {
@@ -267,13 +364,19 @@ void MainWindow::ShowStatus() {
                           (lineBreak == "\r\n" ? "CR LF"
                            : lineBreak == "\n" ? "LF"
                                                : "CR"));
+  zoomLabel_->setText(Text(words::kZoom, {QString::number(qRound(frame_->Zoom() * 100))}));
   if (analysis_ == nullptr) return;
   const auto errors = std::ranges::count_if(analysis_->problems, [](const ProblemEntry& entry) {
     return entry.problem.severity == page::Severity::error;
   });
   const auto warnings = static_cast<std::ptrdiff_t>(analysis_->problems.size()) - errors;
-  problemLabel_->setText(
-      Text(words::kProblemCount, {QString::number(errors), QString::number(warnings)}));
+  problemCount_->setText(
+      analysis_->problems.empty()
+          ? Text(words::kProblemCountNone)
+          : Text(words::kProblemCount, {QString::number(errors), QString::number(warnings)}));
+  problemCount_->setIcon(style()->standardIcon(errors > 0     ? QStyle::SP_MessageBoxCritical
+                                               : warnings > 0 ? QStyle::SP_MessageBoxWarning
+                                                              : QStyle::SP_DialogApplyButton));
 }
 
 // --- questions and messages of the session ---
@@ -299,6 +402,7 @@ void MainWindow::PageEnds() {
 }
 
 void MainWindow::PageStarted(bool sameFile) {
+  LeaveWelcome();
   source_->setTextCursor(QTextCursor(Page().Document()));
   if (sameFile) source_->GoTo(std::min(caret_, Page().Document()->characterCount() - 1));
   FileNamed();

@@ -11,17 +11,22 @@
 
 class QDockWidget;
 class QLabel;
-class QSplitter;
+class QStackedWidget;
+class QToolButton;
 
 namespace kvo::editor {
 
+class DesignFrame;
 class DesignView;
 class FindBar;
 class OutlinePanel;
 class ProblemsPanel;
 class PropertyBrowser;
 class TextPanel;
+class ToolBar;
 class Toolbox;
+class Views;
+class Welcome;
 
 class MainWindow final : public QMainWindow, public SessionUser {
  public:
@@ -29,11 +34,16 @@ class MainWindow final : public QMainWindow, public SessionUser {
   ~MainWindow() override;
 
   bool UseToolbox(const QString& file);  // empty: the built-in one
+  // Shows ways to begin in place of the page, until there is one.
+  void ShowWelcome();
 
   Session& Work() { return *session_; }
   PageDocument& Page() { return session_->Page(); }
   SourceEdit& Source() { return *source_; }
   DesignView& Design() { return *design_; }
+  DesignFrame& Frame() { return *frame_; }
+  Views& Middle() { return *views_; }
+  Welcome& Beginning() { return *welcome_; }
   Toolbox& Tools() { return *toolbox_; }
   PropertyBrowser& Properties() { return *browser_; }
   ControlEditing& Controls() { return *controls_; }
@@ -48,6 +58,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
  protected:
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
+  bool event(QEvent* event) override;
 
  private:
   struct Panel {
@@ -58,11 +69,16 @@ class MainWindow final : public QMainWindow, public SessionUser {
                     Qt::DockWidgetArea area);
   QAction* Action(QMenu& menu, const Localized& text, const QKeySequence& keys,
                   std::function<void()> run);
+  void MakeStatusBar();
   void MakeMenus();
   void MakeFileMenu();
   void MakeEditMenu();
   void MakeControlMenu();
   void MakeViewMenu();
+  void AddLayouts(QMenu& menu);
+  void AddWidths(QMenu& menu);
+  void AddPanels(QMenu& menu);
+  void MakeWelcome();
   void RestoreWindow();
   void AddTemplates(QMenu& menu);
   void ShowRecent();
@@ -87,17 +103,29 @@ class MainWindow final : public QMainWindow, public SessionUser {
   void ShowSteps();
   void ShowTitle();
   void ShowStatus();
+  void ChooseAndOpen();
+  void LeaveWelcome();
+  bool IsWelcoming() const;
   void NextPanel(bool backwards);
   void StepControl(bool backwards);
   void GoToIndex(int index, bool open);
+  // Shows a place in the views that are there, and moves the keyboard focus to one of them.
+  void GoTo(int position);
+  void FocusPage();
+  void NeedSource();
+  QDockWidget* DockOf(const QWidget& panel) const;
   // Brings a panel to the front and gives it the keyboard focus.
   void ShowPanel(QWidget& panel);
 
   std::unique_ptr<Session> session_;
   SourceEdit* source_;
   DesignView* design_;
+  DesignFrame* frame_;
   FindBar* find_;
-  QSplitter* splitter_;
+  Views* views_ = nullptr;
+  Welcome* welcome_;
+  QStackedWidget* middle_;
+  ToolBar* toolBar_;
   Toolbox* toolbox_;
   OutlinePanel* outline_;
   ProblemsPanel* problems_;
@@ -108,10 +136,16 @@ class MainWindow final : public QMainWindow, public SessionUser {
   std::vector<Panel> panels_;  // in F6 order
   QLabel* placeLabel_;
   QLabel* encodingLabel_;
-  QLabel* problemLabel_;
+  QLabel* zoomLabel_;
+  QToolButton* problemCount_;
   QAction* undo_ = nullptr;
   QAction* redo_ = nullptr;
   QAction* openPages_ = nullptr;
+  std::vector<QWidget*> pageStatus_;
+  std::vector<QAction*> pageActions_;  // those that need a page
+  // While the welcome page shows: what it hides and disables.
+  QByteArray panelsBefore_;
+  std::vector<QAction*> disabled_;
   QMenu* recent_ = nullptr;
 
   std::unique_ptr<ControlEditing> controls_;

@@ -1,21 +1,23 @@
 // The window's menus, and the actions that no other part implements.
+#include <QActionGroup>
 #include <QApplication>
-#include <QDir>
 #include <QDockWidget>
-#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QSettings>
-#include <QSplitter>
-#include <QStatusBar>
+#include <map>
 
+#include "apps/editor/DesignFrame.h"
 #include "apps/editor/DesignView.h"
 #include "apps/editor/FindBar.h"
 #include "apps/editor/MainWindow.h"
 #include "apps/editor/Panels.h"
 #include "apps/editor/PropertyBrowser.h"
+#include "apps/editor/Templates.h"
+#include "apps/editor/ToolBar.h"
 #include "apps/editor/Toolbox.h"
+#include "apps/editor/Views.h"
 #include "apps/editor/Words.h"
 #include "document/page/File.h"
 #include "host/qt/Messages.h"
@@ -25,13 +27,7 @@ namespace {
 
 constexpr char kToolbox[] = "toolbox";
 constexpr char kToolboxName[] = "toolbox.json";
-
-// Returns the contents of a template's title element.
-QString PageTitle(const QByteArray& page) {
-  constexpr QByteArrayView kStart = "<title>";
-  const qsizetype begin = page.indexOf(kStart) + kStart.size();
-  return QString::fromUtf8(page.mid(begin, page.indexOf("</title>", begin) - begin));
-}
+constexpr char kWrap[] = "wrap";
 
 }  // namespace
 
@@ -48,6 +44,8 @@ void MainWindow::MakeMenus() {
   MakeEditMenu();
   MakeControlMenu();
   MakeViewMenu();
+  for (const QAction* menu : menuBar()->actions().mid(1))  // all but the file menu
+    for (QAction* action : menu->menu()->actions()) pageActions_.push_back(action);
 }
 
 void MainWindow::MakeFileMenu() {
@@ -56,18 +54,23 @@ void MainWindow::MakeFileMenu() {
     return QFileDialog::getOpenFileName(this, Text(title), session_->File().Folder(), filter);
   };
   const QString json = "JSON (*.json)";
-  Action(menu, words::kNew, QKeySequence::New, [this] { session_->New(); });
+  toolBar_->Add(ToolBar::files,
+                *Action(menu, words::kNew, QKeySequence::New, [this] { session_->New(); }), "new");
   AddTemplates(*menu.addMenu(Text(words::kNewFromTemplate)));
-  Action(menu, words::kOpen, QKeySequence::Open, [this, choose] {
-    const QString file = choose(words::kOpenTitle, Text(words::kPageFiles));
-    if (!file.isEmpty()) session_->Open(file);
-  });
+  QAction* open = Action(menu, words::kOpen, QKeySequence::Open, [this] { ChooseAndOpen(); });
+  toolBar_->Add(ToolBar::files, *open, "open");
   recent_ = menu.addMenu(Text(words::kRecent));
   connect(recent_, &QMenu::aboutToShow, this, [this] { ShowRecent(); });
   menu.addSeparator();
-  Action(menu, words::kSaveAction, QKeySequence::Save, [this] { session_->Save(); });
-  Action(menu, words::kSaveAs, QKeySequence("Ctrl+Shift+S"), [this] { session_->SaveAs({}); });
-  Action(menu, words::kPublish, QKeySequence("Ctrl+Shift+P"), [this] { session_->Publish({}); });
+  QAction* save =
+      Action(menu, words::kSaveAction, QKeySequence::Save, [this] { session_->Save(); });
+  toolBar_->Add(ToolBar::files, *save, "save");
+  QAction* saveAs =
+      Action(menu, words::kSaveAs, QKeySequence("Ctrl+Shift+S"), [this] { session_->SaveAs({}); });
+  QAction* publish = Action(menu, words::kPublish, QKeySequence("Ctrl+Shift+P"),
+                            [this] { session_->Publish({}); });
+  toolBar_->Add(ToolBar::publishing, *publish, "publish", ToolBar::Caption::shown);
+  pageActions_ = {save, saveAs, publish};
   menu.addSeparator();
   Action(menu, words::kChooseOffice, {}, [this, choose, json] {
     const QString file = choose(words::kOfficeTitle, json);
@@ -89,6 +92,8 @@ void MainWindow::MakeEditMenu() {
   QMenu& menu = *menuBar()->addMenu(Text(words::kEditMenu));
   undo_ = Action(menu, words::kUndo, QKeySequence::Undo, [this] { Page().Undo(); });
   redo_ = Action(menu, words::kRedo, QKeySequence::Redo, [this] { Page().Redo(); });
+  toolBar_->Add(ToolBar::steps, *undo_, "undo");
+  toolBar_->Add(ToolBar::steps, *redo_, "redo");
   menu.addSeparator();
   Action(menu, words::kCut, QKeySequence::Cut, [this] {
     const PageDocument::Step step(Page(), Text(words::kCutStep));
@@ -106,10 +111,16 @@ void MainWindow::MakeEditMenu() {
     context.addActions(menu.actions());
     context.exec(source_->viewport()->mapToGlobal(point));
   });
-  Action(menu, words::kFindAction, QKeySequence::Find, [this] { find_->Open(false); });
-  Action(menu, words::kReplaceAction, QKeySequence("Ctrl+H"), [this] { find_->Open(true); });
-  Action(menu, words::kFindNext, QKeySequence("F3"), [this] { find_->Step(false); });
-  Action(menu, words::kFindPrevious, QKeySequence("Shift+F3"), [this] { find_->Step(true); });
+  const auto find = [&](const Localized& text, const QKeySequence& keys, auto run) {
+    Action(menu, text, keys, [this, run] {
+      NeedSource();
+      run(*find_);
+    });
+  };
+  find(words::kFindAction, QKeySequence::Find, [](FindBar& bar) { bar.Open(false); });
+  find(words::kReplaceAction, QKeySequence("Ctrl+H"), [](FindBar& bar) { bar.Open(true); });
+  find(words::kFindNext, QKeySequence("F3"), [](FindBar& bar) { bar.Step(false); });
+  find(words::kFindPrevious, QKeySequence("Shift+F3"), [](FindBar& bar) { bar.Step(true); });
 }
 
 void MainWindow::MakeControlMenu() {
@@ -120,26 +131,84 @@ void MainWindow::MakeControlMenu() {
   Action(menu, words::kNextControl, QKeySequence("F4"), [this] { StepControl(false); });
   Action(menu, words::kPreviousControl, QKeySequence("Shift+F4"), [this] { StepControl(true); });
   menu.addSeparator();
-  Action(menu, words::kInsertControl, QKeySequence("Ctrl+T"), [this] {
+  QAction* insert = Action(menu, words::kInsertControl, QKeySequence("Ctrl+T"), [this] {
     toolbox_->ForgetSearch();
     ShowPanel(*toolbox_);
   });
+  toolBar_->Add(ToolBar::controls, *insert, "insert", ToolBar::Caption::shown);
   Action(menu, words::kRecognize, {}, [this] { session_->RecognizeControls(); });
   Action(menu, words::kWriteTexts, {}, [this] { session_->WriteRuntimeTexts(); });
 }
 
 void MainWindow::MakeViewMenu() {
   QMenu& menu = *menuBar()->addMenu(Text(words::kViewMenu));
-  const auto toggle = [&menu](const Localized& text, const char* keys, QWidget* side) {
-    QAction* action = menu.addAction(Text(text));
-    action->setShortcut(QKeySequence(keys));
-    action->setCheckable(true);
-    action->setChecked(true);
-    connect(action, &QAction::toggled, side, &QWidget::setVisible);
-  };
-  toggle(words::kSource, "Ctrl+1", splitter_->widget(0));
-  toggle(words::kDesign, "Ctrl+2", splitter_->widget(1));
+  AddLayouts(menu);
   menu.addSeparator();
+  AddWidths(menu);
+  menu.addSeparator();
+  QAction* wrap = menu.addAction(Text(words::kWrap));
+  wrap->setCheckable(true);
+  wrap->setChecked(true);
+  connect(wrap, &QAction::toggled, this, [this](bool wraps) {
+    source_->setLineWrapMode(wraps ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
+    QSettings().setValue(kWrap, wraps);
+  });
+  wrap->setChecked(QSettings().value(kWrap, true).toBool());
+  menu.addSeparator();
+  AddPanels(menu);
+  menu.addSeparator();
+  Action(menu, words::kNextPanel, QKeySequence("F6"), [this] { NextPanel(false); });
+  Action(menu, words::kPreviousPanel, QKeySequence("Shift+F6"), [this] { NextPanel(true); });
+}
+
+void MainWindow::AddLayouts(QMenu& menu) {
+  auto* group = new QActionGroup(this);
+  std::map<Views::Layout, QAction*> layouts;
+  const auto layout = [&](const Localized& text, const char* keys, Views::Layout each) {
+    QAction* action =
+        Action(menu, text, QKeySequence(keys), [this, each] { views_->Arrange(each); });
+    action->setCheckable(true);
+    group->addAction(action);
+    layouts[each] = action;
+  };
+  layout(words::kLayoutBeside, "Alt+1", Views::Layout::beside);
+  layout(words::kLayoutBelow, "Alt+2", Views::Layout::below);
+  layout(words::kLayoutAlone, "Alt+3", Views::Layout::alone);
+  QAction* source = menu.addAction(Text(words::kSource));
+  QAction* design = menu.addAction(Text(words::kDesign));
+  source->setShortcut(QKeySequence("Ctrl+1"));
+  design->setShortcut(QKeySequence("Ctrl+2"));
+  for (QAction* action : {source, design}) action->setCheckable(true);
+  connect(source, &QAction::triggered, this, [this](bool shows) { views_->ShowSource(shows); });
+  connect(design, &QAction::triggered, this, [this](bool shows) { views_->ShowDesign(shows); });
+  views_->onArranged = [=, this] {
+    layouts.at(views_->Arranged())->setChecked(true);
+    source->setChecked(views_->Arranged() != Views::Layout::alone);
+    design->setChecked(!frame_->isHidden());
+    // The view that is now hidden may have had the keyboard.
+    if (views_->isVisible() && QApplication::focusWidget() == nullptr) FocusPage();
+  };
+}
+
+void MainWindow::AddWidths(QMenu& menu) {
+  auto* group = new QActionGroup(this);
+  const auto width = [&](const Localized& text, const char* icon, DesignFrame::PageWidth each) {
+    QAction* action = Action(menu, text, {}, [this, each] { frame_->Show(each); });
+    action->setCheckable(true);
+    action->setChecked(each == frame_->Shown());
+    group->addAction(action);
+    toolBar_->Add(ToolBar::widths, *action, icon);
+  };
+  width(words::kFit, "fit", DesignFrame::PageWidth::fit);
+  width(words::kMailWidth, "desktop", DesignFrame::PageWidth::mail);
+  width(words::kPhoneWidth, "phone", DesignFrame::PageWidth::phone);
+  Action(menu, words::kZoomIn, QKeySequence::ZoomIn, [this] { frame_->ZoomIn(); });
+  Action(menu, words::kZoomOut, QKeySequence::ZoomOut, [this] { frame_->ZoomOut(); });
+  Action(menu, words::kZoomActual, QKeySequence("Ctrl+0"), [this] { frame_->ZoomTo(1); });
+  frame_->onZoomed = [this] { ShowStatus(); };
+}
+
+void MainWindow::AddPanels(QMenu& menu) {
   int number = 3;
   for (const Panel& panel : panels_) {
     if (panel.dock == nullptr) continue;
@@ -158,15 +227,17 @@ void MainWindow::MakeViewMenu() {
       if (analysis_ && output_->isVisible()) output_->Show(analysis_->output);
     });
   }
-  menu.addSeparator();
-  Action(menu, words::kNextPanel, QKeySequence("F6"), [this] { NextPanel(false); });
-  Action(menu, words::kPreviousPanel, QKeySequence("Shift+F6"), [this] { NextPanel(true); });
 }
 
 void MainWindow::ShowPanel(QWidget& panel) {
-  panel.parentWidget()->show();
-  panel.parentWidget()->raise();
+  QDockWidget* dock = DockOf(panel);
+  dock->show();
+  dock->raise();
   panel.setFocus();
+}
+
+QDockWidget* MainWindow::DockOf(const QWidget& panel) const {
+  return std::ranges::find(panels_, &panel, &Panel::widget)->dock;
 }
 
 void MainWindow::NextPanel(bool backwards) {
@@ -196,18 +267,20 @@ void MainWindow::StepControl(bool backwards) {
       break;
     }
   }
-  if (next) source_->GoTo(*next);
+  if (next) GoTo(*next);
 }
 
 void MainWindow::AddTemplates(QMenu& menu) {
-  for (const QFileInfo& each : QDir(":/editor/templates").entryInfoList()) {
-    QFile file(each.filePath());
-    if (!file.open(QIODevice::ReadOnly)) continue;
-    const QByteArray page = file.readAll();
-    Action(menu, {}, {}, [this, page] {
+  for (const Template& each : Templates())
+    Action(menu, {}, {}, [this, page = each.page] {
       session_->NewFrom(page.toStdString());
-    })->setText(PageTitle(page).replace('&', "&&"));
-  }
+    })->setText(QString(each.title).replace('&', "&&"));
+}
+
+void MainWindow::ChooseAndOpen() {
+  const QString file = QFileDialog::getOpenFileName(
+      this, Text(words::kOpenTitle), session_->File().Folder(), Text(words::kPageFiles));
+  if (!file.isEmpty()) session_->Open(file);
 }
 
 void MainWindow::ShowRecent() {

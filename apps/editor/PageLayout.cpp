@@ -1,8 +1,10 @@
 #include "apps/editor/PageLayout.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QTextInlineObject>
 
+#include "apps/editor/Colors.h"
 #include "host/qt/BoxPainter.h"
 
 namespace kvo::editor {
@@ -45,18 +47,17 @@ void PageLayout::resizeInlineObject(QTextInlineObject item, int, const QTextForm
   item.setDescent(metrics.descent());
 }
 
-void PageLayout::drawInlineObject(QPainter* painter, const QRectF& rect, QTextInlineObject, int,
-                                  const QTextFormat& format) {
+void PageLayout::drawInlineObject(QPainter* painter, const QRectF& rect, QTextInlineObject,
+                                  int position, const QTextFormat& format) {
   painter->save();
-  const QBrush selection = format.background();
-  if (selection.style() != Qt::NoBrush) painter->fillRect(rect, selection);
+  const bool selected = isSelected && isSelected(position);
   if (const auto look = page_.LookOf(format)) {
     const QSizeF size = BoxSize(look->box, device_);
     const QPointF corner = rect.center() - QPointF(size.width(), size.height()) / 2;
-    PaintBox(*painter, look->box, {corner, size}, selection.style() != Qt::NoBrush);
+    PaintBox(*painter, look->box, {corner, size}, selected);
   } else {
     painter->setFont(OddFont(*document()));
-    painter->setPen(Qt::darkRed);
+    painter->setPen(ColorsOfSource(SchemeOf(QGuiApplication::palette())).odd);
     const QRectF frame = rect.adjusted(1, 1, -1, -1);
     painter->drawRoundedRect(frame, 2, 2);
     painter->drawText(frame, Qt::AlignCenter, OddText(PageDocument::BytesOf(format)));

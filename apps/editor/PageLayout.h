@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QPlainTextDocumentLayout>
+#include <functional>
 
 #include "apps/editor/PageDocument.h"
 
@@ -13,6 +14,8 @@ class PageLayout final : public QPlainTextDocumentLayout {
 
   // Sets the device that shows the boxes; decides their size.
   void Device(const QPaintDevice* device) { device_ = device; }
+  // Whether the character at a position is selected; the widget knows.
+  std::function<bool(int position)> isSelected;
 
  protected:
   void resizeInlineObject(QTextInlineObject item, int position, const QTextFormat& format) override;

@@ -63,10 +63,14 @@ SourceEdit::SourceEdit(PageDocument& document, QWidget* parent)
   page_.Document()->setDefaultFont(font);
   setFont(font);
   layout_->Device(viewport());
+  layout_->isSelected = [this](int position) {
+    const QTextCursor cursor = textCursor();
+    return cursor.selectionStart() <= position && position < cursor.selectionEnd();
+  };
   page_.Document()->setDocumentLayout(layout_);
   setDocument(page_.Document());
   highlighter_ = new Highlighter(page_.Document(), palette());
-  setLineWrapMode(QPlainTextEdit::NoWrap);
+  setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   setCursorWidth(2);
   setAccessibleName(Text(words::kSource));
   connect(this, &QPlainTextEdit::blockCountChanged, this, [this] { PlaceLineNumbers(); });
@@ -127,13 +131,16 @@ std::optional<int> SourceEdit::BoxAt(const QPoint& point) const {
   const QTextCursor near = cursorForPosition(point);
   for (const int position : {near.position(), near.position() - 1}) {
     if (!page_.IsControl(position)) continue;
-    QTextCursor edge(page_.Document());
-    edge.setPosition(position);
-    const QRect begin = cursorRect(edge);
-    edge.setPosition(position + 1);
-    const QRect end = cursorRect(edge);
-    if (point.x() >= begin.left() && point.x() < end.left() && point.y() >= begin.top() &&
-        point.y() <= begin.bottom())
+    // Within its own line: at its end, the next position is at the start of the line below.
+    const QTextBlock block = page_.Document()->findBlock(position);
+    const int inBlock = position - block.position();
+    const QTextLine line = block.layout()->lineForTextPosition(inBlock);
+    if (!line.isValid()) continue;
+    const double left = line.cursorToX(inBlock);
+    const double right = line.cursorToX(inBlock + 1);
+    const QPointF origin =
+        blockBoundingGeometry(block).translated(contentOffset()).topLeft() + QPointF(0, line.y());
+    if (QRectF(origin + QPointF(left, 0), QSizeF(right - left, line.height())).contains(point))
       return position;
   }
   return std::nullopt;
@@ -389,10 +396,13 @@ void SourceEdit::PaintLineNumbers(QPaintEvent* event, QWidget& area) {
   QTextBlock block = firstVisibleBlock();
   double top = blockBoundingGeometry(block).translated(contentOffset()).top();
   for (; block.isValid() && top <= event->rect().bottom(); block = block.next()) {
+    const QTextLayout& lines = *block.layout();
     const double height = blockBoundingRect(block).height();
+    // Of the first of its lines, when it is wrapped.
+    const double first = lines.lineCount() > 1 ? lines.lineAt(0).height() : height;
     painter.setPen(palette().color(block.blockNumber() == current ? QPalette::WindowText
                                                                   : QPalette::PlaceholderText));
-    painter.drawText(QRectF(0, top, area.width() - kNumberMargin, height),
+    painter.drawText(QRectF(0, top, area.width() - kNumberMargin, first),
                      Qt::AlignRight | Qt::AlignVCenter, QString::number(block.blockNumber() + 1));
     top += height;
   }

@@ -67,8 +67,44 @@ inline constexpr Localized kMessage = {"Meldung", "Message"};
 inline constexpr Localized kError = {"Fehler", "Error"};
 inline constexpr Localized kWarning = {"Warnung", "Warning"};
 inline constexpr Localized kCaretPlace = {"Zeile {}, Zeichen {}", "Line {}, character {}"};
+inline constexpr Localized kZoom = {"Entwurf {} %", "Design {}%"};
+inline constexpr Localized kProblemCountNone = {"Keine Probleme", "No problems"};
+inline constexpr Localized kProblemCountTip = {"Probleme zeigen oder verbergen",
+                                               "Show or hide the problems"};
+inline constexpr Localized kToolBar = {"Werkzeugleiste", "Tool bar"};
 inline constexpr Localized kProblemCount = {"Fehler: {}  Warnungen: {}",
                                             "Errors: {}  Warnings: {}"};
+
+// --- what empty panels say ---
+inline constexpr Localized kNoControls = {
+    "Die Seite hat noch keine Controls. Mit Strg+T suchen Sie eines aus und fügen es ein.",
+    "The page has no controls yet. Press Ctrl+T to find and insert one."};
+inline constexpr Localized kNoProperties = {
+    "Wählen Sie ein Control: mit einem Klick im Entwurf, im Quelltext oder in der Gliederung.",
+    "Select a control: click it in the design view, the source or the outline."};
+inline constexpr Localized kNoProblems = {
+    "Keine Probleme. Fehler, mit denen sich die Seite nicht veröffentlichen lässt, und Warnungen "
+    "stehen hier.",
+    "No problems. Errors that keep the page from being published, and warnings, appear here."};
+inline constexpr Localized kNoRuntimeText = {
+    "Wählen Sie ein Control. Hier steht dann, was es für die Template-Engine schreibt.",
+    "Select a control to see what it writes for the template engine."};
+inline constexpr Localized kNoOutput = {
+    "Hier steht die Seite, wie „Veröffentlichen“ sie schreibt, sobald sie keine Fehler hat.",
+    "The page as \"Publish\" writes it appears here once it has no errors."};
+
+// --- the welcome page ---
+inline constexpr Localized kWelcome = {"Willkommen", "Welcome"};
+inline constexpr Localized kWelcomeText = {
+    "Beginnen Sie eine Seite, oder öffnen Sie eine, an der Sie schon gearbeitet haben.",
+    "Begin a page, or open one that you have worked on."};
+inline constexpr Localized kBegin = {"Anfangen", "Begin"};
+inline constexpr Localized kNewPage = {"Neue Seite", "New page"};
+inline constexpr Localized kOpenPage = {"Öffnen …", "Open …"};
+inline constexpr Localized kFromTemplate = {"Aus einer Vorlage", "From a template"};
+inline constexpr Localized kRecentHeading = {"Zuletzt geöffnet", "Opened recently"};
+inline constexpr Localized kNoRecent = {"Hier stehen die Seiten, die Sie geöffnet haben.",
+                                        "Pages that you open appear here."};
 
 // --- menus; the letter after "&" is the access key ---
 inline constexpr Localized kFileMenu = {"&Datei", "&File"};
@@ -106,6 +142,19 @@ inline constexpr Localized kRecognize = {"Controls im Text e&rkennen",
                                          "Re&cognize controls in text"};
 inline constexpr Localized kWriteTexts = {"&Laufzeittexte schreiben", "&Write runtime texts"};
 inline constexpr Localized kViewMenu = {"&Ansicht", "&View"};
+inline constexpr Localized kLayoutBeside = {"Entwurf und Quelltext neben&einander",
+                                            "Design and source side &by side"};
+inline constexpr Localized kLayoutBelow = {"Quelltext &unter dem Entwurf", "Source be&low design"};
+inline constexpr Localized kLayoutAlone = {"Nur Ent&wurf", "D&esign only"};
+inline constexpr Localized kFit = {"An die Breite an&passen", "&Fit to width"};
+inline constexpr Localized kMailWidth = {"&600 Pixel breit, wie im Mailprogramm",
+                                         "&600 pixels wide, as in a mail program"};
+inline constexpr Localized kPhoneWidth = {"&360 Pixel breit, wie auf dem Telefon",
+                                          "&360 pixels wide, as on a phone"};
+inline constexpr Localized kZoomIn = {"Ver&größern", "Zoom &in"};
+inline constexpr Localized kZoomOut = {"Ver&kleinern", "Zoom &out"};
+inline constexpr Localized kZoomActual = {"&Originalgröße", "&Actual size"};
+inline constexpr Localized kWrap = {"Zeilen um&brechen", "W&rap lines"};
 inline constexpr Localized kNextPanel = {"&Nächster Bereich", "&Next panel"};
 inline constexpr Localized kPreviousPanel = {"&Voriger Bereich", "&Previous panel"};
 

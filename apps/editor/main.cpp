@@ -6,6 +6,7 @@
 #include <QTranslator>
 
 #include "apps/Version.h"
+#include "apps/editor/Colors.h"
 #include "apps/editor/DesignView.h"
 #include "apps/editor/Drafts.h"
 #include "apps/editor/MainWindow.h"
@@ -37,14 +38,16 @@ int main(int argc, char** argv) {
   line.addPositionalArgument("PAGE", editor::Text(editor::words::kPageArgument), "[PAGE]");
   line.process(application);
 
+  editor::UseColors();
   LoadTahoma();
   QtPlatform platform(CreatePage);
   const PlatformScope scope(platform);
   platform.recordsets = shop::NewRecordset;
   editor::MainWindow window(platform, {editor::DraftFolder(), shop::NewConnection});
+  const QStringList files = line.positionalArguments();
+  if (files.isEmpty()) window.ShowWelcome();
   window.show();
   QTimer::singleShot(0, &window, [&] {
-    const QStringList files = line.positionalArguments();
     if (!window.Work().OfferDrafts() && !files.isEmpty()) window.Work().Open(files.front());
   });
   return QApplication::exec();

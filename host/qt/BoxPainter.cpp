@@ -46,11 +46,14 @@ void PaintBox(QPainter& painter, const Box& box, const QRectF& target, bool sele
   QPen pen(palette.color(QPalette::Highlight), kTwipsPerPixel * scale * (selected ? 2 : 1));
   pen.setJoinStyle(Qt::MiterJoin);
   painter.setPen(pen);
-  painter.setBrush(palette.color(QPalette::Window));
+  // The text widget tints a selected box; black on white, or white on black, stays legible.
+  const bool dark = palette.color(QPalette::Base).lightness() < 128;
+  const QColor selectedText = dark ? Qt::white : Qt::black;
+  painter.setBrush(palette.color(selected ? QPalette::Base : QPalette::Window));
   painter.drawRect(QRectF(box.border.left * scale, box.border.top * scale,
                           std::max(0, box.border.width) * scale,
                           std::max(0, box.border.height) * scale));
-  painter.setPen(palette.color(QPalette::WindowText));
+  painter.setPen(selected ? selectedText : palette.color(QPalette::WindowText));
   for (const Box::Label& label : box.labels) DrawLabel(painter, label, box, scale);
   painter.restore();
 }

@@ -6,35 +6,19 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QStyleFactory>
+#include <QToolButton>
 #include <iostream>
 
+#include "apps/editor/Colors.h"
 #include "apps/editor/FindBar.h"
 #include "apps/editor/TextDialog.h"
+#include "apps/editor/Views.h"
 #include "host/qt/TahomaFont.h"
 #include "tests/editor/EditorTest.h"
 #include "tests/support/Environment.h"
 
 namespace kvo::editor {
 namespace {
-
-QPalette DarkPalette() {
-  QPalette palette;
-  palette.setColor(QPalette::Window, QColor("#2b2b2b"));
-  palette.setColor(QPalette::WindowText, QColor("#e6e6e6"));
-  palette.setColor(QPalette::Base, QColor("#1e1e1e"));
-  palette.setColor(QPalette::AlternateBase, QColor("#292929"));
-  palette.setColor(QPalette::Text, QColor("#e6e6e6"));
-  palette.setColor(QPalette::PlaceholderText, QColor("#8c8c8c"));
-  palette.setColor(QPalette::Button, QColor("#383838"));
-  palette.setColor(QPalette::ButtonText, QColor("#e6e6e6"));
-  palette.setColor(QPalette::ToolTipBase, QColor("#383838"));
-  palette.setColor(QPalette::ToolTipText, QColor("#e6e6e6"));
-  palette.setColor(QPalette::Highlight, QColor("#2f7fd0"));
-  palette.setColor(QPalette::HighlightedText, Qt::white);
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-    palette.setColor(QPalette::Disabled, role, QColor("#7a7a7a"));
-  return palette;
-}
 
 // Takes pictures one after the other, each with a name.
 class Studio {
@@ -50,8 +34,19 @@ class Studio {
 
   bool TakeAll() {
     if (!window_->Work().Open(desk_.Path("newsletter.html"))) return false;
+    QSettings().setValue("recent", QStringList{"/home/anna/Newsletter/herbst.kvo.html",
+                                               "/home/anna/Newsletter/sommerfest.kvo.html",
+                                               "/home/anna/Bestellungen/versand.kvo.html"});
+    window_->ShowWelcome();
+    Shoot("welcome");
+    if (!window_->Work().Open(desk_.Path("newsletter.html"))) return false;
     GoTo("Anrede");
     Shoot("window");
+    window_->Middle().Arrange(Views::Layout::beside);
+    Click("360 Pixel");
+    Shoot("phone");
+    Click("An die Breite");
+    window_->Middle().Arrange(Views::Layout::below);
     ShootDialog("pages", [&] { window_->Controls().OpenPages(Position(), false); });
     ShootDialog("text", [&] { EditText("HTMLContent", "Zeile\r\n<b>zweite</b>", window_.get()); });
     window_->Finder().Open(true);
@@ -70,6 +65,7 @@ class Studio {
     window_->Source().selectAll();
     window_->Source().InsertFragment(kFaulty, "Bild");
     window_->Source().GoTo(1);
+    Click("Probleme zeigen");
     Shoot("problems");
     ShootDialog("cannot-save", [&] { window_->Work().Save(); });
     { Draft(desk_.Path("drafts")).Write("x", desk_.Path("newsletter.html"), ""); }
@@ -92,6 +88,12 @@ class Studio {
   }
   int Position() const { return window_->Source().CurrentControl().value_or(0); }
 
+  // A button of the window, by the beginning of its tool tip.
+  void Click(const QString& name) {
+    for (QToolButton* button : window_->findChildren<QToolButton*>())
+      if (button->toolTip().startsWith(name)) return button->click();
+    good_ = false;
+  }
   void Shoot(const QString& name) {
     good_ &= WaitForViews(*window_);
     QTest::qWait(300);
@@ -144,7 +146,7 @@ int main(int argc, char** argv) {
   const QString folder = argv[1];
   QDir().mkpath(folder);
   const bool dark = argc > 2 && std::string(argv[2]) == "dark";
-  if (dark) QApplication::setPalette(DarkPalette());
+  QApplication::setPalette(Colors(dark ? Scheme::dark : Scheme::light));
   kvo::LoadTahoma();
   QString suffix = dark ? "-dark" : "";
   if (application.devicePixelRatio() > 1) suffix += "-200";

@@ -749,7 +749,7 @@ TEST_F(WindowTest, TextsOfAPageAreNeverRendered) {
 TEST_F(WindowTest, TheOutputPanelShowsWhatPublishingWrites) {
   Open("<p>ä\r\n" + Print("a", "1"));
   TextPanel* output = &window->Output();
-  window->findChild<QDockWidget*>("output")->raise();
+  window->findChild<QDockWidget*>("output")->show();
   ASSERT_TRUE(WaitForViews(*window));
   EXPECT_TRUE(WaitFor([&] { return output->toPlainText() == "<p>ä\n<kv:print value=\"1\"/>"; }));
   Type("<b>");

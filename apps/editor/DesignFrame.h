@@ -1,0 +1,67 @@
+// The ground of the design view: gives the page a width of its own, and zooms it.
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+#include <functional>
+#include <optional>
+
+namespace kvo::editor {
+
+class DesignView;
+
+class DesignFrame final : public QWidget {
+ public:
+  // In pixels of the page; with `fit` the page is as wide as the view, and as small as it takes to
+  // see all of it.
+  enum class PageWidth { fit = 0, mail = 600, phone = 360 };
+
+  DesignFrame(DesignView& design, QWidget* parent);
+
+  void Show(PageWidth width);
+  PageWidth Shown() const { return width_; }
+
+  double Zoom() const { return zoom_; }
+  // A page of a width of its own is never zoomed beyond the view.
+  void ZoomTo(double zoom);
+  void ZoomIn();
+  void ZoomOut();
+
+  // To be called when another text shows.
+  void PageChanged();
+
+  std::function<void()> onZoomed;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  // What the page tells of itself, in its own pixels.
+  struct Measures {
+    double content = 0;  // how wide it would have to be
+    double shown = 0;    // how wide it is
+    double window = 0;   // the same with the scroll bar
+    double zoom = 0;
+  };
+  void Measure();
+  void Measured(const Measures& page);
+  void MeasureSoon();
+  // Applies width and zoom.
+  void Place();
+  double WantedZoom() const;
+  int Room() const;    // for the page, without scroll bar
+  int Margin() const;  // of the view around the page, both sides together
+
+  DesignView& design_;
+  PageWidth width_ = PageWidth::fit;
+  std::optional<double> chosenZoom_;  // none: as large as fits, at most 100 %
+  double zoom_ = 1;
+  double contentWidth_ = 0;  // of a page that was wider than the view
+  int scrollBar_ = 0;
+  int attempts_ = 0;
+  QTimer timer_;
+};
+
+}  // namespace kvo::editor
