@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <utility>
 
 #include "apps/editor/DesignView.h"
 
@@ -22,7 +23,11 @@ constexpr double kSteps[] = {0.25, 0.33, 0.5, 0.67, 0.75, 0.8, 0.9, 1,
 constexpr double kSmallest = kSteps[0];
 constexpr double kTolerance = 0.005;
 
-constexpr std::chrono::milliseconds kMeasureDelay(60);
+using std::chrono::milliseconds;
+
+constexpr milliseconds kMeasureDelay(60);
+// Measuring a large page takes a while, which should not come between two keys.
+constexpr milliseconds kTypingDelay(300);
 constexpr int kAttempts = 8;  // until the page has taken over what was set
 
 // In quirks mode it is the body that scrolls.
@@ -41,10 +46,9 @@ DesignFrame::DesignFrame(DesignView& design, QWidget* parent) : QWidget(parent),
   design.setParent(this);
   setFocusProxy(&design);
   timer_.setSingleShot(true);
-  timer_.setInterval(kMeasureDelay);
   timer_.callOnTimeout([this] { Measure(); });
   connect(design.View().page(), &QWebEnginePage::loadFinished, this, [this] {
-    contentWidth_ = 0;
+    Forget();
     design_.View().setZoomFactor(zoom_);  // a page begins with 100 %
     Place();
     MeasureSoon();
@@ -57,7 +61,7 @@ DesignFrame::DesignFrame(DesignView& design, QWidget* parent) : QWidget(parent),
 void DesignFrame::Show(PageWidth width) {
   width_ = width;
   chosenZoom_.reset();
-  contentWidth_ = 0;
+  Forget();
   Place();
   MeasureSoon();
 }
@@ -79,7 +83,7 @@ void DesignFrame::ZoomOut() {
   if (next != std::begin(kSteps)) ZoomTo(*(next - 1));
 }
 
-void DesignFrame::PageChanged() { MeasureSoon(); }
+void DesignFrame::PageChanged() { Begin(kTypingDelay); }
 
 int DesignFrame::Margin() const {
   const QMargins margins = design_.layout()->contentsMargins();
@@ -91,7 +95,8 @@ int DesignFrame::Room() const { return std::max(1, width() - Margin() - scrollBa
 double DesignFrame::WantedZoom() const {
   if (width_ == PageWidth::fit) {
     if (chosenZoom_) return *chosenZoom_;
-    return contentWidth_ > 0 ? std::min(1.0, Rounded(Room() / contentWidth_)) : 1;
+    const bool tooWide = contentWidth_ > 0 && !grows_;
+    return tooWide ? std::min(1.0, Rounded(Room() / contentWidth_)) : 1;
   }
   const double most = Rounded(Room() / static_cast<double>(width_));
   return std::min(chosenZoom_.value_or(1), most);
@@ -109,9 +114,17 @@ void DesignFrame::Place() {
   if (onZoomed) onZoomed();
 }
 
-void DesignFrame::MeasureSoon() {
+void DesignFrame::Forget() {
+  contentWidth_ = 0;
+  grows_ = false;
+}
+
+void DesignFrame::MeasureSoon() { Begin(kMeasureDelay); }
+
+void DesignFrame::Begin(std::chrono::milliseconds delay) {
   attempts_ = kAttempts;
-  timer_.start();
+  fitted_ = false;
+  timer_.start(delay);
 }
 
 void DesignFrame::Measure() {
@@ -130,13 +143,17 @@ void DesignFrame::Measured(const Measures& page) {
   const double zoom = zoom_;
   const int bar = scrollBar_;
   scrollBar_ = qRound((page.window - page.shown) * page.zoom);
-  // Wider than what is seen of it. It may since have become narrower; that is noticed when it is
-  // loaded or shown anew, because looking for it would have to zoom in first.
-  if (page.content > page.shown && page.content > contentWidth_) contentWidth_ = page.content;
+  const bool applied = std::abs(page.zoom - zoom) < kTolerance;
+  // A page that became narrower is noticed only when it is loaded or shown anew, because looking
+  // for that would have to zoom in first.
+  if (applied && width_ == PageWidth::fit && !chosenZoom_ && page.content > page.shown) {
+    if (std::exchange(fitted_, true)) grows_ = true;
+    contentWidth_ = std::max(contentWidth_, page.content);
+  }
   Place();
   const bool settled = std::abs(page.zoom - zoom_) < kTolerance &&
                        std::abs(zoom - zoom_) < kTolerance && bar == scrollBar_;
-  if (!settled && --attempts_ > 0) timer_.start();
+  if (!settled && --attempts_ > 0) timer_.start(kMeasureDelay);
 }
 
 void DesignFrame::resizeEvent(QResizeEvent*) {

@@ -3,6 +3,7 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <chrono>
 #include <functional>
 #include <optional>
 
@@ -48,6 +49,9 @@ class DesignFrame final : public QWidget {
   void Measure();
   void Measured(const Measures& page);
   void MeasureSoon();
+  void Begin(std::chrono::milliseconds delay);
+  // What is known about the page's width.
+  void Forget();
   // Applies width and zoom.
   void Place();
   double WantedZoom() const;
@@ -59,6 +63,8 @@ class DesignFrame final : public QWidget {
   std::optional<double> chosenZoom_;  // none: as large as fits, at most 100 %
   double zoom_ = 1;
   double contentWidth_ = 0;  // of a page that was wider than the view
+  bool fitted_ = false;      // since the last change, to that width
+  bool grows_ = false;       // the page is always wider than the view, so zooming out is no use
   int scrollBar_ = 0;
   int attempts_ = 0;
   QTimer timer_;

@@ -45,10 +45,13 @@ constexpr milliseconds kAnalysisDelay(40);
 // Returns the size of a window that was never opened before: fits the screen with a frame of an
 // assumed thickness, since the real one is unknown until the window is shown.
 QSize FirstSize(const QWidget& window) {
-  constexpr QSize kWanted(1600, 1000);
+  constexpr QSize kWanted(1840, 1040);
   constexpr QSize kFrame(16, 48);
   return kWanted.boundedTo(window.screen()->availableSize() - kFrame);
 }
+
+// From here on, a mail of 600 pixels and its source fit side by side between the panels.
+constexpr int kWideWindow = 1800;
 
 constexpr char kGeometry[] = "geometry";
 constexpr char kState[] = "state";
@@ -175,7 +178,7 @@ void MainWindow::RestoreWindow() {
   const QSettings settings;
   restoreGeometry(settings.value(kGeometry).toByteArray());
   restoreState(settings.value(kState).toByteArray(), kStateVersion);
-  views_->Restore();
+  views_->Restore(width() < kWideWindow ? Views::Layout::below : Views::Layout::beside);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -345,12 +348,8 @@ void MainWindow::MakeStatusBar() {
   problemCount_->setAutoRaise(true);
   problemCount_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   problemCount_->setToolTip(Text(words::kProblemCountTip));
-  connect(problemCount_, &QToolButton::clicked, this, [this] {
-    if (problems_->isVisible())
-      DockOf(*problems_)->hide();
-    else
-      ShowPanel(*problems_);
-  });
+  connect(problemCount_, &QToolButton::clicked, this,
+          [this] { PanelOf(*problems_).shows->trigger(); });
   pageStatus_ = {placeLabel_, encodingLabel_, zoomLabel_, problemCount_};
   for (QWidget* widget : pageStatus_) statusBar()->addPermanentWidget(widget);
 }

@@ -64,6 +64,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   struct Panel {
     QDockWidget* dock;
     QWidget* widget;
+    QAction* shows = nullptr;  // the menu entry; checked unless hidden or behind another panel
   };
   QDockWidget* Dock(const Localized& title, const char* name, QWidget* content,
                     Qt::DockWidgetArea area);
@@ -113,7 +114,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   void GoTo(int position);
   void FocusPage();
   void NeedSource();
-  QDockWidget* DockOf(const QWidget& panel) const;
+  const Panel& PanelOf(const QWidget& widget) const;
   // Brings a panel to the front and gives it the keyboard focus.
   void ShowPanel(QWidget& panel);
 

@@ -210,9 +210,9 @@ void MainWindow::AddWidths(QMenu& menu) {
 
 void MainWindow::AddPanels(QMenu& menu) {
   int number = 3;
-  for (const Panel& panel : panels_) {
+  for (Panel& panel : panels_) {
     if (panel.dock == nullptr) continue;
-    QAction* action = menu.addAction(panel.dock->windowTitle());
+    QAction* action = panel.shows = menu.addAction(panel.dock->windowTitle());
     action->setShortcut(QKeySequence("Ctrl+" + QString::number(number++)));
     action->setCheckable(true);
     connect(action, &QAction::triggered, this, [this, panel, action] {
@@ -230,14 +230,14 @@ void MainWindow::AddPanels(QMenu& menu) {
 }
 
 void MainWindow::ShowPanel(QWidget& panel) {
-  QDockWidget* dock = DockOf(panel);
+  QDockWidget* dock = PanelOf(panel).dock;
   dock->show();
   dock->raise();
   panel.setFocus();
 }
 
-QDockWidget* MainWindow::DockOf(const QWidget& panel) const {
-  return std::ranges::find(panels_, &panel, &Panel::widget)->dock;
+const MainWindow::Panel& MainWindow::PanelOf(const QWidget& widget) const {
+  return *std::ranges::find(panels_, &widget, &Panel::widget);
 }
 
 void MainWindow::NextPanel(bool backwards) {
@@ -251,7 +251,9 @@ void MainWindow::NextPanel(bool backwards) {
     return focused != nullptr && (stop == focused || stop->isAncestorOf(focused));
   });
   if (now != stops.end()) ++now;
-  (now == stops.end() ? stops.front() : *now)->setFocus(Qt::TabFocusReason);
+  QWidget& next = now == stops.end() ? *stops.front() : **now;
+  if (QDockWidget* dock = PanelOf(next).dock) dock->raise();  // it may be behind another one
+  next.setFocus(Qt::TabFocusReason);
 }
 
 void MainWindow::StepControl(bool backwards) {

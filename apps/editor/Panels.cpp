@@ -1,6 +1,7 @@
 #include "apps/editor/Panels.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QStyle>
@@ -145,9 +146,7 @@ TextPanel::TextPanel(const QString& name, QWidget* parent) : QPlainTextEdit(pare
   setReadOnly(true);
   setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   setUndoRedoEnabled(false);
-  QFont font("Monospace");
-  font.setStyleHint(QFont::Monospace);
-  setFont(font);
+  setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   setAccessibleName(name);
 }
 

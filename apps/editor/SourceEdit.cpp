@@ -1,5 +1,6 @@
 #include "apps/editor/SourceEdit.h"
 
+#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QPainter>
@@ -58,8 +59,7 @@ SourceEdit::SourceEdit(PageDocument& document, QWidget* parent)
       layout_(new PageLayout(document)),
       lineNumbers_(new LineNumbers(*this)) {
   InstallSourceAccessibility();
-  QFont font("Monospace");
-  font.setStyleHint(QFont::Monospace);
+  const QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
   page_.Document()->setDefaultFont(font);
   setFont(font);
   layout_->Device(viewport());

@@ -64,11 +64,11 @@ void Views::ShowDesign(bool shows) {
   if (onArranged) onArranged();
 }
 
-void Views::Restore() {
+void Views::Restore(Layout preset) {
   const QSettings settings;
   for (const LayoutName& each : kNames)
     sizes_[each.layout] = settings.value(QString(kSizes) + each.name).toByteArray();
-  withSource_ = LayoutOf(settings.value(kWithSource).toString(), withSource_);
+  withSource_ = LayoutOf(settings.value(kWithSource).toString(), preset);
   const Layout layout = LayoutOf(settings.value(kLayout).toString(), withSource_);
   layout_ = Layout::alone;  // nothing that shows yet is to be kept
   Arrange(layout);

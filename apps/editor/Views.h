@@ -21,8 +21,8 @@ class Views final : public QSplitter {
   void ShowSource(bool shows);
   void ShowDesign(bool shows);
 
-  // Layout and sizes are kept in the settings.
-  void Restore();
+  // Layout and sizes are kept in the settings; `preset` is for who has none there.
+  void Restore(Layout preset);
   void Remember();
 
   std::function<void()> onArranged;

@@ -48,7 +48,8 @@ int main(int argc, char** argv) {
   if (files.isEmpty()) window.ShowWelcome();
   window.show();
   QTimer::singleShot(0, &window, [&] {
-    if (!window.Work().OfferDrafts() && !files.isEmpty()) window.Work().Open(files.front());
+    if (window.Work().OfferDrafts() || files.isEmpty()) return;
+    if (!window.Work().Open(files.front())) window.ShowWelcome();
   });
   return QApplication::exec();
 }

@@ -93,6 +93,20 @@ TEST_F(ViewsTest, ANewAuthorSeesTheDesignAndTheSourceBelowIt) {
   EXPECT_TRUE(Entry("Quelltext unter dem Entwurf").isChecked());
 }
 
+TEST_F(ViewsTest, TheFirstLayoutDependsOnTheRoomUntilTheAuthorChoosesOne) {
+  QWidget parent;
+  Views views(new QWidget, new QWidget, &parent);
+  views.Restore(Layout::beside);
+  EXPECT_EQ(views.Arranged(), Layout::beside);
+  EXPECT_EQ(views.orientation(), Qt::Horizontal);
+  views.Restore(Layout::below);
+  EXPECT_EQ(views.Arranged(), Layout::below);
+  EXPECT_EQ(views.orientation(), Qt::Vertical);
+  views.Remember();
+  views.Restore(Layout::beside);
+  EXPECT_EQ(views.Arranged(), Layout::below);
+}
+
 TEST_F(ViewsTest, LayoutsChangeByKeyAndAreRemembered) {
   Press(Qt::Key_1, Qt::AltModifier);
   EXPECT_LT(Place(window->Design()).x(), Place(Source()).x());
@@ -191,6 +205,18 @@ TEST_F(ViewsTest, APageThatIsTooWideIsShownWhole) {
   Source().selectAll();
   Source().InsertFragment(kWide, "breit");
   EXPECT_TRUE(WaitFor([&] { return Frame().Zoom() < 0.6; }));
+  EXPECT_TRUE(FitsTheView());
+}
+
+TEST_F(ViewsTest, APageThatIsAlwaysWiderThanTheViewIsNotZoomedOut) {
+  Open("<!DOCTYPE html><body><div style='width:100%;padding:30px'>immer breiter");
+  QTest::qWait(1500);
+  EXPECT_TRUE(HasZoom(1));
+  window->resize(window->width() + 100, window->height());
+  QTest::qWait(500);
+  EXPECT_TRUE(HasZoom(1));
+  Open(kWide);
+  EXPECT_TRUE(WaitFor([&] { return Frame().Zoom() < 0.8; }));
   EXPECT_TRUE(FitsTheView());
 }
 

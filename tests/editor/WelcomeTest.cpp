@@ -199,6 +199,20 @@ TEST_F(WelcomeTest, TheStatusBarCountsProblemsAndOpensThem) {
   EXPECT_TRUE(window->Problems().hasFocus());
   QTest::mouseClick(count, Qt::LeftButton);
   EXPECT_FALSE(window->Problems().isVisible());
+  // Behind the output, it comes to the front.
+  auto* problems = window->findChild<QDockWidget*>("problems");
+  auto* output = window->findChild<QDockWidget*>("output");
+  problems->show();
+  output->show();
+  output->raise();
+  const auto inFront = [](const QDockWidget* dock) { return dock->geometry().left() >= 0; };
+  EXPECT_TRUE(WaitFor([&] { return inFront(output) && !inFront(problems); }));
+  QTest::mouseClick(count, Qt::LeftButton);
+  EXPECT_TRUE(WaitFor([&] { return inFront(problems) && !inFront(output); }));
+  EXPECT_TRUE(window->Problems().hasFocus());
+  QTest::keyClick(&window->Problems(), Qt::Key_F6);
+  EXPECT_TRUE(WaitFor([&] { return inFront(output); }));
+  EXPECT_TRUE(window->Output().hasFocus());
 }
 
 }  // namespace
