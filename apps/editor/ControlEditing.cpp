@@ -1,5 +1,9 @@
 #include "apps/editor/ControlEditing.h"
 
+#include <QSettings>
+#include <QTimer>
+#include <algorithm>
+
 #include "apps/editor/Ask.h"
 #include "apps/editor/Words.h"
 #include "common/frame/Office.h"
@@ -11,6 +15,11 @@
 #include "host/registration/classes.h"
 
 namespace kvo::editor {
+namespace {
+
+constexpr char kOpensInserted[] = "editInserted";
+
+}  // namespace
 
 std::shared_ptr<Control> ControlEditing::Load(int position) const {
   std::shared_ptr<Control> control = page_.SourceAt(position).Load();
@@ -70,7 +79,31 @@ void ControlEditing::Let(int position, const std::string& property, const Varian
   try {
     const std::shared_ptr<Control> control = Load(position);
     control->Let(property, value);
-    Store(position, *control, Text(words::kPropertyStep, {ToQt(property), NameAt(position)}));
+    const PropertyRow& row = *control->Class().FindProperty(property);
+    // Sets the caption, as the property page does.
+    if (row.input.kind == InputKind::officeField)
+      for (const office::Field& field : FieldsOf(control->Class(), session_.Office()->Described()))
+        if (value == Variant(field.sqlName)) control->Let("DisplayValue", field.displayName);
+    Store(position, *control, Text(words::kPropertyStep, {Text(row.Caption()), NameAt(position)}));
+  } catch (const std::exception& failure) {
+    ShowError(failure);
+  }
+}
+
+void ControlEditing::Rename(int position, const std::string& id) {
+  try {
+    const ControlSource source = page_.SourceAt(position);
+    if (id == source.Id()) return;
+    // Includes controls that cannot be loaded.
+    const auto controls = page::Inspect(page::Page(page_.Content().Bytes())).controls;
+    if (!id.empty() && std::ranges::find(controls, id, &page::FoundControl::id) != controls.end())
+      return ShowMessageBox(&window_, Text(words::kIdTaken, {ToQt(id)}));
+    const QString step = Text(words::kPropertyStep, {Text(words::kId), NameAt(position)});
+    const auto bytes = Edited(source, *source.Load(), NameAt(position));
+    if (!bytes) return;
+    const page::PageEncoding& encoding = page_.Content().Encoding();
+    const ControlSource renamed(ControlSource(*bytes, encoding).WithId(id), encoding);
+    Replace(position, *renamed.Edited(*renamed.Load(), true), step);
   } catch (const std::exception& failure) {
     ShowError(failure);
   }
@@ -79,15 +112,22 @@ void ControlEditing::Let(int position, const std::string& property, const Varian
 void ControlEditing::Store(int position, const Control& control, const QString& step) {
   const ControlSource source = page_.SourceAt(position);
   if (page::StoredBag(control) == page::StoredBag(*source.Load())) return;
-  auto bytes = source.Edited(control, false);
-  if (!bytes) {
-    if (Ask(&window_, Confirmation(Text(words::kOverwriteHandEdited, {NameAt(position)}),
-                                   words::kOverwriteAnyway, words::kCancel, Default::no)) != 0)
-      return;
-    bytes = source.Edited(control, true);
-  }
+  if (const auto bytes = Edited(source, control, NameAt(position))) Replace(position, *bytes, step);
+}
+
+std::optional<QByteArray> ControlEditing::Edited(const ControlSource& source,
+                                                 const Control& control,
+                                                 const QString& name) const {
+  if (auto bytes = source.Edited(control, false)) return bytes;
+  if (Ask(&window_, Confirmation(Text(words::kOverwriteHandEdited, {name}), words::kOverwriteAnyway,
+                                 words::kCancel, Default::no)) != 0)
+    return std::nullopt;
+  return source.Edited(control, true);
+}
+
+void ControlEditing::Replace(int position, const QByteArray& bytes, const QString& step) {
   const bool selected = source_.CurrentControl() == position;
-  page_.ReplaceControl(position, *bytes, step);
+  page_.ReplaceControl(position, bytes, step);
   if (selected) source_.SelectControl(position);
 }
 
@@ -104,12 +144,22 @@ void ControlEditing::Insert(const Tool& tool) {
                     {{Embedded::Kind::control, 0, element}});
     const auto inserted = source_.Insert(control, Text(words::kInsertStep, {ToQt(tool.caption)}));
     const auto pages = fresh->PropertyPages();
-    if (inserted == SourceEdit::Inserted::asItIs && pages && !pages->empty()) source_.ExpectEnter();
     source_.setFocus();
+    if (inserted != SourceEdit::Inserted::asItIs || !pages || pages->empty()) return;
+    if (!OpensInserted() || !tool.field.empty()) return source_.ExpectEnter();
+    // Waits for the end of a drop.
+    const int position = source_.textCursor().position() - 1;
+    QTimer::singleShot(0, &window_, [this, position] {
+      if (page_.IsControl(position)) OpenPages(position, false);
+    });
   } catch (const std::exception& failure) {
     ShowError(failure);
   }
 }
+
+bool ControlEditing::OpensInserted() { return QSettings().value(kOpensInserted, true).toBool(); }
+
+void ControlEditing::OpensInserted(bool opens) { QSettings().setValue(kOpensInserted, opens); }
 
 void ControlEditing::ShowError(const std::exception& failure) const {
   ShowMessageBox(&window_, ToQt(FailureText(failure)));

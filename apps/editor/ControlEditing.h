@@ -3,6 +3,7 @@
 
 #include <QWidget>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "apps/editor/Session.h"
@@ -28,8 +29,14 @@ class ControlEditing {
   // page as one undo step.
   void OpenPages(int position, bool doubleClicked);
   void Let(int position, const std::string& property, const Variant& value);
-  // Inserts at the caret or in place of the selection, and puts the caret after it.
+  // Sets the id; an empty one removes the attribute. Refuses an id that another control has.
+  void Rename(int position, const std::string& id);
+  // Inserts at the caret or in place of the selection, and puts the caret after it. Then opens the
+  // property pages, unless the user switched that off or the tool already has its field.
   void Insert(const Tool& tool);
+  // Whether it does; remembered in the settings.
+  static bool OpensInserted();
+  static void OpensInserted(bool opens);
 
   QString NameAt(int position) const;
 
@@ -37,6 +44,11 @@ class ControlEditing {
   // Returns the note for the frame of its pages that explains why their lists are empty.
   QString NoteFor(const Control& control) const;
   void Store(int position, const Control& control, const QString& step);
+  // Returns the bytes of the changed control; nothing when the user keeps a runtime text that was
+  // edited by hand.
+  std::optional<QByteArray> Edited(const ControlSource& source, const Control& control,
+                                   const QString& name) const;
+  void Replace(int position, const QByteArray& bytes, const QString& step);
   void ShowError(const std::exception& failure) const;
 
   Session& session_;

@@ -11,6 +11,7 @@ FocusFrame::FocusFrame(QWidget* content, QWidget* parent) : QWidget(parent) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kWidth, kWidth, kWidth, kWidth);
   layout->addWidget(content);
+  content->setAutoFillBackground(true);  // the frame is painted behind it
   setFocusProxy(content);
   connect(qApp, &QApplication::focusChanged, this, [this] { update(); });
 }

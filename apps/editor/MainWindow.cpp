@@ -138,6 +138,10 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
     if (const auto control = source_->CurrentControl()) controls_->Let(*control, property, value);
     ShowControl();  // replaces a refused value by the actual one
   };
+  browser_->onRename = [this](const std::string& id) {
+    if (const auto control = source_->CurrentControl()) controls_->Rename(*control, id);
+    ShowControl();
+  };
   outline_->onClicked = problems_->onClicked = [this](int position) { source_->Reveal(position); };
   outline_->onGoTo = [this](int position) { GoTo(position); };
   problems_->onGoTo = [this](int position) {
@@ -274,15 +278,14 @@ void MainWindow::ShowControl() {
   const auto position = source_->CurrentControl();
   openPages_->setEnabled(position.has_value());
   if (!position) {
-    browser_->Show(nullptr, nullptr, Text(words::kNoControl));
+    browser_->ShowNone(Text(words::kNoControl));
     runtime_->Show({});
     return;
   }
   try {
     const std::shared_ptr<Control> control = controls_->Load(*position);
     const auto look = Page().LookAt(*position);
-    browser_->Show(control, page::Load(*look->contract, {}),
-                   ToQt(look->contract->name) + ' ' + ToQt(look->id));
+    browser_->Show(control, page::Load(*look->contract, {}), ToQt(look->id), session_->Office());
     runtime_->Show(ToQt(control->GetRuntimeText()));
   } catch (const std::exception& failure) {
     runtime_->Show(ToQt(FailureText(failure)));

@@ -136,6 +136,10 @@ void MainWindow::MakeControlMenu() {
     ShowPanel(*toolbox_);
   });
   toolBar_->Add(ToolBar::controls, *insert, "insert", ToolBar::Caption::shown);
+  QAction* opens = Action(menu, words::kOpensInserted, {}, [] {});
+  opens->setCheckable(true);
+  opens->setChecked(ControlEditing::OpensInserted());
+  connect(opens, &QAction::toggled, this, [](bool on) { ControlEditing::OpensInserted(on); });
   Action(menu, words::kRecognize, {}, [this] { session_->RecognizeControls(); });
   Action(menu, words::kWriteTexts, {}, [this] { session_->WriteRuntimeTexts(); });
 }

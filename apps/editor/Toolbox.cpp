@@ -93,13 +93,15 @@ QString IconFile(const ControlClass& contract) {
 
 QIcon IconOf(const ControlClass& contract) { return QIcon(IconFile(contract)); }
 
-Toolbox::Toolbox(QWidget* parent)
+Toolbox::Toolbox(QWidget* parent) : Toolbox(parent, words::kToolbox, words::kSearchTools) {}
+
+Toolbox::Toolbox(QWidget* parent, const Localized& name, const Localized& search)
     : QWidget(parent), search_(new QLineEdit(this)), list_(new ToolList(this)) {
-  search_->setPlaceholderText(Text(words::kSearchTools));
-  search_->setAccessibleName(Text(words::kSearchTools));
+  search_->setPlaceholderText(Text(search));
+  search_->setAccessibleName(Text(search));
   search_->setClearButtonEnabled(true);
   search_->installEventFilter(this);
-  list_->setAccessibleName(Text(words::kToolbox));
+  list_->setAccessibleName(Text(name));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(4, 4, 4, 4);
   layout->addWidget(search_);

@@ -23,6 +23,8 @@ QIcon IconOf(const ControlClass& contract);
 class Toolbox final : public QWidget {
  public:
   explicit Toolbox(QWidget* parent);
+  // The list and its search under other names.
+  Toolbox(QWidget* parent, const Localized& name, const Localized& search);
 
   void Tools(std::vector<Tool> tools);
   const std::vector<Tool>& Tools() const { return tools_; }

@@ -127,12 +127,12 @@ Tool BuiltIn(const ControlClass& contract) {
   return tool;
 }
 
-void AddFields(const ControlClass& contract, const std::vector<office::Field>& fields,
+void AddFields(const ControlClass& contract, const office::Office::Description& office,
                std::vector<Tool>& tools) {
-  for (const office::Field& field : fields) {
+  for (const office::Field& field : FieldsOf(contract, office)) {
     Tool& tool = tools.emplace_back(BuiltIn(contract));
     tool.description = tool.caption + ' ' + field.sqlName;
-    tool.caption = field.displayName.empty() ? field.sqlName : field.displayName;
+    tool.caption = NameOf(field);
     tool.field = field.sqlName;
     tool.bag.emplace_back(contract.FindProperty("Field")->key, field.sqlName);
     tool.bag.emplace_back(contract.FindProperty("DisplayValue")->key, field.displayName);
@@ -145,9 +145,26 @@ std::vector<Tool> BuiltInTools(const office::Office::Description& office) {
   std::vector<Tool> tools;
   for (const RegisteredControl& registered : RegisteredControls())
     tools.push_back(BuiltIn(registered.contract()));
-  AddFields(DTCContact::Contract(), office.contactFields, tools);
-  AddFields(DTCOrder::Contract(), office.orderFields, tools);
+  std::ranges::move(FieldTools(office), std::back_inserter(tools));
   return tools;
+}
+
+std::vector<Tool> FieldTools(const office::Office::Description& office) {
+  std::vector<Tool> tools;
+  for (const ControlClass* contract : {&DTCContact::Contract(), &DTCOrder::Contract()})
+    AddFields(*contract, office, tools);
+  return tools;
+}
+
+std::span<const office::Field> FieldsOf(const ControlClass& contract,
+                                        const office::Office::Description& office) {
+  if (&contract == &DTCContact::Contract()) return office.contactFields;
+  if (&contract == &DTCOrder::Contract()) return office.orderFields;
+  return {};
+}
+
+const std::string& NameOf(const office::Field& field) {
+  return field.displayName.empty() ? field.sqlName : field.displayName;
 }
 
 std::vector<Tool> ReadToolbox(std::string_view contents, const std::string& file) {

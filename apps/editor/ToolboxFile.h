@@ -12,6 +12,7 @@
 // that the control cannot be loaded from.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,6 +38,14 @@ struct Tool {
 
 // Returns one tool for each class of the library, then one for each field of the office.
 std::vector<Tool> BuiltInTools(const office::Office::Description& office = {});
+
+// Returns one for each field of the office.
+std::vector<Tool> FieldTools(const office::Office::Description& office);
+// Returns the fields that a class can print; empty for most classes.
+std::span<const office::Field> FieldsOf(const ControlClass& contract,
+                                        const office::Office::Description& office);
+// Returns its name for users.
+const std::string& NameOf(const office::Field& field);
 
 // Reads the contents of a file; `file` is its name. Throws office::JsonFileError.
 std::vector<Tool> ReadToolbox(std::string_view contents, const std::string& file);

@@ -58,7 +58,23 @@ inline constexpr Localized kValue = {"Wert", "Value"};
 inline constexpr Localized kReset = {"Zurücksetzen", "Reset"};
 inline constexpr Localized kEditText = {"Als Text bearbeiten …", "Edit as text …"};
 inline constexpr Localized kChangedProperty = {"geändert", "changed"};
+inline constexpr Localized kYes = {"Ja", "Yes"};
+inline constexpr Localized kNo = {"Nein", "No"};
+inline constexpr Localized kAdvanced = {"Erweitert", "Advanced"};
+inline constexpr Localized kAdvancedHelp = {"Für Kenner der Template-Engine",
+                                            "For users who know the template engine"};
+inline constexpr Localized kPickColor = {"Farbe wählen", "Choose a colour"};
+inline constexpr Localized kPickColorFor = {"Farbe wählen: {}", "Choose a colour: {}"};
 inline constexpr Localized kId = {"Id", "Id"};
+inline constexpr Localized kIdHelp = {
+    "Der Name dieses Controls; kein anderes auf der Seite hat ihn",
+    "The name of this control, unique in the page"};
+inline constexpr Localized kFields = {"Felder", "Fields"};
+inline constexpr Localized kSearchFields = {"Feld suchen", "Search fields"};
+inline constexpr Localized kInsertField = {"Feld einfügen:", "Insert a field:"};
+inline constexpr Localized kNoFieldsToInsert = {
+    "Ohne Office-Datei gibt es keine Felder zum Einfügen.",
+    "Without an office file there are no fields to insert."};
 inline constexpr Localized kClass = {"Klasse", "Class"};
 inline constexpr Localized kCaption = {"Beschriftung", "Caption"};
 inline constexpr Localized kPlace = {"Stelle", "Place"};
@@ -138,6 +154,8 @@ inline constexpr Localized kOpenPages = {"&Eigenschaftenseiten …", "Property &
 inline constexpr Localized kNextControl = {"&Nächstes Control", "&Next control"};
 inline constexpr Localized kPreviousControl = {"&Voriges Control", "P&revious control"};
 inline constexpr Localized kInsertControl = {"Control e&infügen", "&Insert control"};
+inline constexpr Localized kOpensInserted = {"Nach dem Einfügen &bearbeiten",
+                                             "&Edit after inserting"};
 inline constexpr Localized kRecognize = {"Controls im Text e&rkennen",
                                          "Re&cognize controls in text"};
 inline constexpr Localized kWriteTexts = {"&Laufzeittexte schreiben", "&Write runtime texts"};
@@ -219,6 +237,9 @@ inline constexpr Localized kOverwriteOutside = {
 inline constexpr Localized kOverwriteHandEdited = {
     "Der Laufzeittext von „{}“ wurde in der Seite von Hand geändert. Überschreiben?",
     "The runtime text of \"{}\" was edited in the page by hand. Overwrite it?"};
+inline constexpr Localized kIdTaken = {
+    "Die Id „{}“ hat schon ein anderes Control der Seite. Wählen Sie eine andere.",
+    "Another control of the page already has the id \"{}\". Choose a different one."};
 inline constexpr Localized kNoPages = {
     "„{}“ hat keine Eigenschaftenseiten. Das Feld „Eigenschaften“ zeigt alle Werte.",
     "\"{}\" has no property pages. The \"Properties\" panel shows all values."};

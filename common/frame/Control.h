@@ -120,7 +120,7 @@ constexpr std::array<PropertyRow, 3> OfFrame(std::string_view basename) {
 }
 inline constexpr PropertyInput kFrameInputs[] = {
     {.property = "Namespace",
-     .caption = {"Namensraum des Tags", "Namespace of the tag"},
+     .caption = {"Namensraum", "Namespace"},
      .help = {"Steht im Laufzeittext vor dem Namen des Tags, wie „kv“ in „kv:print“",
               "Precedes the tag's name in the runtime text, like \"kv\" in \"kv:print\""},
      .advanced = true},

@@ -24,6 +24,7 @@ namespace kvo::editor {
 Desk::Desk() : platform(CreatePage), scope_(platform) {
   QSettings::setDefaultFormat(QSettings::IniFormat);
   QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder_.path());
+  ControlEditing::OpensInserted(false);
 }
 
 QString Desk::Put(const QString& name, const std::string& bytes) const {
@@ -87,6 +88,12 @@ void WithDialogs(const std::function<void(QWidget&)>& answer, const std::functio
   };
   look();
   during();
+}
+
+void DoubleClick(QWidget& widget, const QPoint& point) {
+  QTest::mouseClick(&widget, Qt::LeftButton, {}, point);
+  QTest::mouseDClick(&widget, Qt::LeftButton, {}, point);
+  QTest::mouseRelease(&widget, Qt::LeftButton, {}, point);
 }
 
 void PressButton(QWidget& dialog, const QString& caption) {

@@ -50,6 +50,8 @@ bool WaitForViews(MainWindow& window);
 // Includes windows that `answer` itself opens.
 void WithDialogs(const std::function<void(QWidget& dialog)>& answer,
                  const std::function<void()>& during);
+// Double-clicks. Unlike QTest::mouseDClick(), releases the button at the end.
+void DoubleClick(QWidget& widget, const QPoint& point);
 // Presses the button with this caption in the modal window.
 void PressButton(QWidget& dialog, const QString& caption);
 

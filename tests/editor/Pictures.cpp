@@ -48,7 +48,10 @@ class Studio {
     Click("An die Breite");
     window_->Middle().Arrange(Views::Layout::below);
     ShootDialog("pages", [&] { window_->Controls().OpenPages(Position(), false); });
-    ShootDialog("text", [&] { EditText("HTMLContent", "Zeile\r\n<b>zweite</b>", window_.get()); });
+    ShootDialog("text", [&] {
+      EditHtml("Wenn erfüllt", ToText(window_->Controls().Load(Position())->Get("OnTrue")),
+               FieldTools(window_->Work().Office()->Described()), window_.get());
+    });
     window_->Finder().Open(true);
     QTest::keyClicks(window_->Finder().findChild<QLineEdit*>("find"), "td");
     window_->Finder().Step(false);

@@ -171,8 +171,7 @@ TEST_F(ToolboxTest, TheMouseInsertsAFieldToo) {
   OpenWithOffice();
   Search("name");
   const QPoint second = List().visualItemRect(List().item(1)).center();
-  QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, second);
-  QTest::mouseDClick(List().viewport(), Qt::LeftButton, {}, second);
+  DoubleClick(*List().viewport(), second);
   EXPECT_EQ(FieldAt(0), "DTCContact FirstName Vorname");
 
   const std::unique_ptr<QMimeData> dragged(List().model()->mimeData({List().model()->index(0, 0)}));

@@ -585,25 +585,25 @@ TEST_F(WindowTest, ThePropertyBrowserEditsAnyProperty) {
   Open(Print("Preis", "1"));
   Source().SelectControl(0);
   QTreeWidget& rows = Rows(window->Properties());
-  QTreeWidgetItem& value = Row(window->Properties(), "Value");
+  QTreeWidgetItem& value = Row(window->Properties(), "Ausdruck");
   EXPECT_EQ(value.text(1), "1");
   EXPECT_TRUE(value.font(1).bold());
-  QTreeWidgetItem& display = Row(window->Properties(), "DisplayValue");
+  QTreeWidgetItem& display = Row(window->Properties(), "Beschriftung");
   EXPECT_FALSE(display.font(1).bold());
   rows.setFocus();
   rows.setCurrentItem(&display);
   QTest::keyClick(&rows, Qt::Key_Return);
   auto* line = rows.findChild<QLineEdit*>();
   ASSERT_NE(line, nullptr);
-  EXPECT_EQ(line->accessibleName(), "DisplayValue");
+  EXPECT_EQ(line->accessibleName(), "Beschriftung");
   QTest::keyClicks(line, "Gesamt");
   QTest::keyClick(line, Qt::Key_Return);
   EXPECT_TRUE(
-      WaitFor([&] { return window->Page().UndoName() == "DisplayValue von Preis ändern"; }));
-  EXPECT_TRUE(Row(window->Properties(), "DisplayValue").font(1).bold());
+      WaitFor([&] { return window->Page().UndoName() == "Beschriftung von Preis ändern"; }));
+  EXPECT_TRUE(Row(window->Properties(), "Beschriftung").font(1).bold());
   PressButton(window->Properties(), "Zurücksetzen");
   EXPECT_EQ(Bytes(), SavedPrint("Preis", "1"));
-  EXPECT_FALSE(Row(window->Properties(), "DisplayValue").font(1).bold());
+  EXPECT_FALSE(Row(window->Properties(), "Beschriftung").font(1).bold());
 }
 
 TEST_F(WindowTest, ARefusedValueIsReportedAndTheOldOneStays) {
@@ -716,7 +716,7 @@ TEST_F(WindowTest, TextsOfAPageAreNeverRendered) {
            "<param name=\"" + escaped + "\" value=\"\"></object>",
        "<b>seite<b>.html");
   Source().SelectControl(0);
-  EXPECT_EQ(Rendered(Row(window->Properties(), "Value").toolTip(1)), markup);
+  EXPECT_EQ(Rendered(Row(window->Properties(), "Ausdruck").toolTip(1)), markup);
 
   ASSERT_TRUE(WaitForViews(*window));
   ASSERT_EQ(window->Analysed()->problems.size(), 1U);
