@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -39,6 +40,8 @@ class TextDialog final : public QDialog {
     view_->onFailure = [](const std::exception&) {};  // a lone text box raises no events
     box_ = static_cast<QPlainTextEdit*>(view_->WidgetOf(form_.txtText));
     box_->setAccessibleName(title);
+    // As in the source view, not as on a property page.
+    box_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     // Lets the box follow the window's size.
     view_->setMinimumSize(view_->size() / 2);
     view_->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);

@@ -43,7 +43,7 @@ class ColorInput final : public QWidget {
     QObject::connect(button_, &QToolButton::clicked, this, [this] { Pick(); });
     // Stays open while the focus moves between line, button and dialog.
     QObject::connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
-      if (now != nullptr && !isAncestorOf(now) && !picking_ && !closes) onFinished();
+      if (now != nullptr && !isAncestorOf(now) && !isHidden() && !picking_ && !closes) onFinished();
     });
   }
 
