@@ -154,7 +154,7 @@ void MainWindow::MakeViewMenu() {
   wrap->setCheckable(true);
   wrap->setChecked(true);
   connect(wrap, &QAction::toggled, this, [this](bool wraps) {
-    source_->setLineWrapMode(wraps ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
+    source_->Wrap(wraps);
     QSettings().setValue(kWrap, wraps);
   });
   wrap->setChecked(QSettings().value(kWrap, true).toBool());

@@ -11,6 +11,7 @@ namespace kvo::editor {
 namespace {
 
 constexpr double kOddMargin = 2;
+constexpr double kBoxMargin = 1;
 
 QFont OddFont(const QTextDocument& document) {
   QFont font = document.defaultFont();
@@ -30,15 +31,25 @@ QString OddText(const QByteArray& bytes) {
 PageLayout::PageLayout(const PageDocument& document)
     : QPlainTextDocumentLayout(const_cast<PageDocument&>(document).Document()), page_(document) {}
 
+Box PageLayout::Fitted(Box box) const {
+  const double width = BoxSize(box, device_).width();
+  const double room = lineWidth_ - 2 * kBoxMargin;
+  if (lineWidth_ <= 0 || width <= room || room <= 0) return box;
+  const int lost = box.width - static_cast<int>(box.width * room / width);
+  box.width -= lost;
+  box.border.width -= lost;
+  return box;
+}
+
 void PageLayout::resizeInlineObject(QTextInlineObject item, int, const QTextFormat& format) {
   const QFontMetricsF metrics(document()->defaultFont());
   if (const auto look = page_.LookOf(format)) {
-    const QSizeF size = BoxSize(look->box, device_);
-    item.setWidth(size.width() + 2);
+    const QSizeF size = BoxSize(Fitted(look->box), device_);
+    item.setWidth(size.width() + 2 * kBoxMargin);
     // Centres the box on its line.
     const double below = (size.height() - metrics.xHeight()) / 2;
-    item.setAscent(size.height() - below + 1);
-    item.setDescent(below + 1);
+    item.setAscent(size.height() - below + kBoxMargin);
+    item.setDescent(below + kBoxMargin);
     return;
   }
   const QFontMetricsF odd(OddFont(*document()));
@@ -52,9 +63,10 @@ void PageLayout::drawInlineObject(QPainter* painter, const QRectF& rect, QTextIn
   painter->save();
   const bool selected = isSelected && isSelected(position);
   if (const auto look = page_.LookOf(format)) {
-    const QSizeF size = BoxSize(look->box, device_);
+    const Box box = Fitted(look->box);
+    const QSizeF size = BoxSize(box, device_);
     const QPointF corner = rect.center() - QPointF(size.width(), size.height()) / 2;
-    PaintBox(*painter, look->box, {corner, size}, selected);
+    PaintBox(*painter, box, {corner, size}, selected);
   } else {
     painter->setFont(OddFont(*document()));
     painter->setPen(ColorsOfSource(SchemeOf(QGuiApplication::palette())).odd);

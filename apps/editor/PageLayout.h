@@ -14,6 +14,8 @@ class PageLayout final : public QPlainTextDocumentLayout {
 
   // Sets the device that shows the boxes; decides their size.
   void Device(const QPaintDevice* device) { device_ = device; }
+  // The width of a line, in pixels; wider boxes are drawn narrower. 0: lines are not wrapped.
+  void LineWidth(double width) { lineWidth_ = width; }
   // Whether the character at a position is selected; the widget knows.
   std::function<bool(int position)> isSelected;
 
@@ -24,8 +26,11 @@ class PageLayout final : public QPlainTextDocumentLayout {
                         int position, const QTextFormat& format) override;
 
  private:
+  Box Fitted(Box box) const;
+
   const PageDocument& page_;
   const QPaintDevice* device_ = nullptr;
+  double lineWidth_ = 0;
 };
 
 // Returns the text shown for an odd character: the code point or bytes that it represents.

@@ -383,7 +383,19 @@ void SourceEdit::PlaceLineNumbers() {
   lineNumbers_->setGeometry(inside.left(), inside.top(), width, inside.height());
 }
 
+void SourceEdit::Wrap(bool wraps) {
+  setLineWrapMode(wraps ? WidgetWidth : NoWrap);
+  TellLineWidth();
+  document()->markContentsDirty(0, document()->characterCount());
+}
+
+void SourceEdit::TellLineWidth() {
+  const double room = viewport()->width() - 2 * document()->documentMargin();
+  layout_->LineWidth(lineWrapMode() == WidgetWidth ? room : 0);
+}
+
 void SourceEdit::resizeEvent(QResizeEvent* event) {
+  TellLineWidth();
   QPlainTextEdit::resizeEvent(event);
   PlaceLineNumbers();
 }

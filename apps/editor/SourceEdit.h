@@ -49,6 +49,8 @@ class SourceEdit final : public QPlainTextEdit {
   QString SpokenText(int begin, int end) const;
   PageDocument& Page() const { return page_; }
 
+  void Wrap(bool wraps);
+
   void PaintLineNumbers(QPaintEvent* event, QWidget& area);
 
  protected:
@@ -72,6 +74,7 @@ class SourceEdit final : public QPlainTextEdit {
   bool CanDrop(const QMimeData& dragged, int position) const;
   void ShowCurrentLine();
   void PlaceLineNumbers();
+  void TellLineWidth();
 
   PageDocument& page_;
   PageLayout* layout_;

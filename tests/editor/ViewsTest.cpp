@@ -1,11 +1,11 @@
 // The middle of the window: its layouts, the width of the page, zoom and wrapped lines.
 #include "apps/editor/Views.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QDockWidget>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QPainter>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QToolButton>
@@ -309,6 +309,27 @@ TEST_F(ViewsTest, LongLinesAreWrappedUnlessTheAuthorSwitchesThatOff) {
   EXPECT_TRUE(window->close());
   Begin();
   EXPECT_EQ(Source().lineWrapMode(), QPlainTextEdit::WidgetWidth);
+}
+
+TEST_F(ViewsTest, AWideBoxIsDrawnAsWideAsItsLineWhenLinesAreWrapped) {
+  Open("<object classid=\"progid:KVOPDesignObjects.DTCProductList\" id=\"l\"></object>");
+  const auto width = [&] {
+    const QTextBlock block = Source().document()->firstBlock();
+    Source().document()->documentLayout()->blockBoundingRect(block);  // lays it out
+    const QTextLine line = block.layout()->lineAt(0);
+    return line.cursorToX(1) - line.cursorToX(0);
+  };
+  Entry("Zeilen umbrechen").trigger();
+  const double wide = width();
+  ASSERT_GT(wide, Source().viewport()->width());
+  EXPECT_GT(Source().horizontalScrollBar()->maximum(), 0);
+  Entry("Zeilen umbrechen").trigger();
+  EXPECT_LT(width(), Source().viewport()->width());
+  EXPECT_EQ(Source().horizontalScrollBar()->maximum(), 0);
+  window->resize(window->width() + 100, window->height());
+  EXPECT_NEAR(width(), Source().viewport()->width(), 12);
+  window->resize(1900, window->height());
+  EXPECT_NEAR(width(), wide, 1);
 }
 
 TEST_F(ViewsTest, EveryBoxOfAWrappedLineIsHitWithinItsBordersAlone) {
