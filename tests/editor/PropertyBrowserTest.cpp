@@ -3,6 +3,7 @@
 #include "apps/editor/PropertyBrowser.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QLabel>
@@ -12,6 +13,7 @@
 #include <QToolButton>
 #include <QTreeWidget>
 
+#include "host/qt/QtText.h"
 #include "host/registration/classes.h"
 #include "tests/editor/EditorTest.h"
 

@@ -1,4 +1,7 @@
 // The rows of the classes offer what the property pages offer for the same property.
+#include "common/forms/FormPropertyGrid.h"
+#include "common/forms/PageField.h"
+#include "common/values/RuntimeError.h"
 #include "host/registration/classes.h"
 #include "tests/pages/PageTest.h"
 
