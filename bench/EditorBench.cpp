@@ -10,8 +10,12 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
+#include <QWebEnginePage>
+#include <QWebEngineScript>
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -164,6 +168,64 @@ void Follow(benchmark::State& state) {
   }
 }
 BENCHMARK(Follow)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(10);
+
+// --- a key in the design view ---
+
+// Runs a script in the view and waits for what it returns.
+QVariant Ask(const QString& script) {
+  std::optional<QVariant> answer;
+  bench->window->Design().View().page()->runJavaScript(
+      script, QWebEngineScript::ApplicationWorld,
+      [&answer](const QVariant& value) { answer = value; });
+  while (!answer) QTest::qWait(1);
+  return *answer;
+}
+
+void StandInDesign() {
+  bench->window->Design().setFocus();
+  bench->Settle();
+  Ask("{ const walker = document.createTreeWalker(document.body, 4);"
+      "const all = []; while (walker.nextNode()) if (walker.currentNode.data.includes('frisch'))"
+      "all.push(walker.currentNode); getSelection().collapse(all[all.length >> 1], 5); 0 }");
+  bench->Settle();
+}
+
+// Until the source has the key.
+void DesignKey(benchmark::State& state) {
+  StandInDesign();
+  Times times(state);
+  for (auto _ : state) {
+    const int revision = bench->window->Page().Revision();
+    QElapsedTimer timer;
+    timer.start();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_X);
+    while (bench->window->Page().Revision() == revision) QTest::qWait(1);
+    times.Add(timer);
+    QTest::qWait(60);
+  }
+  bench->Settle();
+}
+BENCHMARK(DesignKey)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(50);
+
+// The longest time for which the window does nothing else while a key becomes an edit.
+void DesignWindow(benchmark::State& state) {
+  StandInDesign();
+  Times times(state);
+  for (auto _ : state) {
+    const int revision = bench->window->Page().Revision();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_X);
+    QElapsedTimer timer;
+    do {
+      QThread::usleep(200);
+      timer.start();
+      QCoreApplication::processEvents();
+    } while (bench->window->Page().Revision() == revision);
+    times.Add(timer);
+    QTest::qWait(60);
+  }
+  bench->Settle();
+}
+BENCHMARK(DesignWindow)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(50);
 
 }  // namespace
 }  // namespace kvo::editor

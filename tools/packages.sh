@@ -32,7 +32,8 @@ need_packages() {
 build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libsoci-dev libboost-dev)
 # To build the editor. fonts-wine contains the pages' font; the translations are for Qt's own
 # dialogs.
-editor_packages=(qt6-base-dev qt6-webengine-dev libqt6svg6 qt6-translations-l10n fonts-wine)
+editor_packages=(qt6-base-dev qt6-webengine-dev libqt6svg6 qt6-translations-l10n fonts-wine
+                 libgumbo-dev)
 # To test everything. The shop tests use SQLite files and their own PostgreSQL server.
 test_packages=(libgtest-dev clang-format-14 sqlite3 libsqlite3-dev postgresql strace)
 # To build the Windows component: the cross compiler, the type library compiler, and Wine's type

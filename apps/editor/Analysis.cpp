@@ -3,7 +3,9 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <QCryptographicHash>
 #include <QMetaObject>
+#include <QTextStream>
 #include <algorithm>
 #include <utility>
 
@@ -11,6 +13,7 @@
 #include "common/values/RuntimeError.h"
 #include "document/check/Check.h"
 #include "document/page/Page.h"
+#include "document/page/Utf8.h"
 #include "host/headless/BoxPicture.h"
 #include "host/headless/Xml.h"
 #include "host/qt/QtText.h"
@@ -65,35 +68,41 @@ void AppendUtf8Of(std::string_view bytes, const page::PageEncoding& encoding, st
   }
 }
 
-// Writes the page with a box in place of each control.
-class DesignWriter {
- public:
-  explicit DesignWriter(const page::Page& page)
-      : page_(page), at_(page::PageEncoding::Mark(page.Bytes())) {}
+// Returns the character that stands for a part in the view.
+char16_t ShownFor(const Embedded& part, const page::PageEncoding& encoding) {
+  std::string utf8;
+  const std::string_view bytes(part.bytes.constData(), static_cast<std::size_t>(part.bytes.size()));
+  if (encoding.Decode(bytes, utf8) != std::string_view::npos) return page::kReplacementCharacter;
+  const QString text = ToQt(utf8);
+  return text.size() == 1 && !text[0].isNull() ? text[0].unicode() : page::kReplacementCharacter;
+}
 
-  void Replace(const page::FoundControl& found, const Box& box) {
-    CopyTo(found.begin);
-    std::string attributes =
-        "data-kvo=\"" + std::to_string(found.index) + "\" role=\"img\" " + "aria-label=\"";
-    AppendXml(attributes, found.className + ' ' + found.id);
-    AppendInlineBox(html_, box, attributes + '"');
-    at_ = found.end;
-  }
-  QString Take() {
-    CopyTo(page_.Bytes().size());
-    return ToQt(html_);
-  }
+// The page as it is rendered: each line break is a line feed, and one character stands for bytes
+// that are not text.
+std::u16string ShownText(const PageText& page) {
+  std::u16string text = page.Text().toStdU16String();
+  for (const Embedded& part : page.EmbeddedParts())
+    if (part.kind == Embedded::Kind::bytes)
+      text[static_cast<std::size_t>(part.position)] = ShownFor(part, page.Encoding());
+  std::ranges::replace(text, kLineBreakCharacter.unicode(), u'\n');
+  return text;
+}
 
- private:
-  void CopyTo(std::size_t end) {
-    AppendUtf8Of(page_.Bytes().substr(at_, end - at_), page_.Encoding(), html_);
-    at_ = end;
-  }
-
-  const page::Page& page_;
-  std::size_t at_;
-  std::string html_;
-};
+// Appends a picture of the box, which the design view draws when the browser asks for it.
+void AppendBox(const page::FoundControl& found, const Box& box, Analysis& analysis) {
+  const QByteArray picture = QByteArray::fromStdString(BoxPicture({box}));
+  const QString key = QCryptographicHash::hash(picture, QCryptographicHash::Sha1).toHex();
+  analysis.boxes.insert(key, box);
+  std::string name;
+  AppendXml(name, found.className + ' ' + found.id + ": " + CaptionOf(box).toStdString());
+  const QString url = kBoxUrl + key;
+  QTextStream(&analysis.design) << "<img data-kvo=\"" << found.index << "\" src=\"" << url
+                                << "/1\" srcset=\"" << url << "/1 1x, " << url << "/2 2x, " << url
+                                << "/4 4x\" width=\"" << box.width / kTwipsPerPixel
+                                << "\" height=\"" << box.height / kTwipsPerPixel
+                                << "\" style=\"vertical-align:middle\" alt=\"" << ToQt(name)
+                                << "\">";
+}
 
 constexpr int kNiceness = 10;
 
@@ -117,16 +126,30 @@ Analysis Analyse(const AnalysisRequest& request) {
   analysis.revision = request.revision;
   PageText::Places places;
   const page::Page page(request.text.Bytes(places));
-  DesignWriter design(page);
+  std::u16string shown = ShownText(request.text);
+  std::vector<design::BoxPlace> boxes;
+  std::size_t written = 0;
+  const auto copyTo = [&](std::size_t end) {
+    analysis.design += QStringView(shown).sliced(static_cast<qsizetype>(written),
+                                                 static_cast<qsizetype>(end - written));
+    written = end;
+  };
   for (const page::FoundControl& found : page::Inspect(page).controls) {
     const Box box = BoxOf(found);
-    design.Replace(found, box);
     const int position = places.PositionOf(found.begin);
+    const auto begin = static_cast<std::size_t>(position);
+    const auto end = static_cast<std::size_t>(places.PositionOf(found.end));
+    copyTo(begin);
+    AppendBox(found, box, analysis);
+    written = end;
+    boxes.push_back({begin, end - begin});
     const Embedded* part = request.text.At(position);
     analysis.outline.push_back({position, part != nullptr && part->kind == Embedded::Kind::control,
                                 ToQt(found.className), ToQt(found.id), CaptionOf(box)});
   }
-  analysis.design = design.Take();
+  copyTo(shown.size());
+  analysis.rendering = std::make_shared<design::Rendering>(std::move(shown), std::move(boxes));
+  analysis.answered = request.answered;
 
   ObjectRef office;
   if (request.office != nullptr) office = std::make_shared<office::Office>(*request.office);

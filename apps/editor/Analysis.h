@@ -2,6 +2,7 @@
 // design view. Runs in the background, so that the window never waits.
 #pragma once
 
+#include <QHash>
 #include <QObject>
 #include <QString>
 #include <QThreadPool>
@@ -11,10 +12,15 @@
 #include <vector>
 
 #include "apps/editor/PageText.h"
+#include "common/frame/DesignBox.h"
+#include "document/design/Rendering.h"
 #include "document/office/Office.h"
 #include "document/page/Problem.h"
 
 namespace kvo::editor {
+
+// The beginning of a box's address; its key and "/", and its scale follow.
+inline constexpr char kBoxUrl[] = "kvo-page:/~box/";
 
 // A control of the page, in the order of the page.
 struct OutlineEntry {
@@ -44,10 +50,13 @@ struct Analysis {
   int revision = 0;
   std::vector<OutlineEntry> outline;
   std::vector<ProblemEntry> problems;
-  QString output;       // the published page; empty if there are errors
-  QString design;       // HTML; each control is a box with its number in `data-kvo`
-  Splice designChange;  // since the previous analysis
-  bool first = false;   // of this page: the change is since an empty text
+  QString output;  // the published page; empty if there are errors
+  QString design;  // HTML; each control is the picture of a box, with its number in `data-kvo`
+  QHash<QString, Box> boxes;  // by what follows kBoxUrl in the address of a picture
+  Splice designChange;        // since the previous analysis
+  bool first = false;         // of this page: the change is since an empty text
+  std::shared_ptr<const design::Rendering> rendering;  // where in the source the design stands
+  int answered = 0;  // the last message of the design view that the page holds
 };
 
 struct AnalysisRequest {
@@ -55,6 +64,7 @@ struct AnalysisRequest {
   PageText text;
   std::shared_ptr<const office::Office::Description> office;  // nullptr: none
   bool newPage = false;
+  int answered = 0;
 };
 
 // Does the work; also used directly. Requires a platform whose TextWidth works on any thread.

@@ -40,6 +40,11 @@ QString ControlEditing::NameAt(int position) const {
   return ToQt(look->id.empty() ? look->contract->name : std::string_view(look->id));
 }
 
+void ControlEditing::StandBehind(int position) {
+  source_.StandBehind(position);
+  if (onPagesClosed) onPagesClosed();
+}
+
 void ControlEditing::OpenPages(int position, bool doubleClicked) {
   try {
     const std::shared_ptr<Control> control = Load(position);
@@ -56,7 +61,7 @@ void ControlEditing::OpenPages(int position, bool doubleClicked) {
         doubleClicked && control->DblClick(static_cast<WindowHandle>(window_.winId()));
     platform_.onApplied = nullptr;
     if (handled) {
-      if (taken) source_.StandBehind(position);
+      if (taken) StandBehind(position);
       return;
     }
     const auto pages = control->PropertyPages();
@@ -68,7 +73,7 @@ void ControlEditing::OpenPages(int position, bool doubleClicked) {
     frame.onApplied = applied;
     frame.Note(note);
     // Keeps the next typed character from replacing the control.
-    if (frame.exec() == QDialog::Accepted || taken) source_.StandBehind(position);
+    if (frame.exec() == QDialog::Accepted || taken) StandBehind(position);
   } catch (const std::exception& failure) {
     platform_.onApplied = nullptr;
     ShowError(failure);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,6 +29,8 @@ class ControlEditing {
   // Shows the property pages; offers a double click to the control first. Stores each Apply in the
   // page as one undo step.
   void OpenPages(int position, bool doubleClicked);
+  // The pages were applied; the caret of the source is after the control.
+  std::function<void()> onPagesClosed;
   void Let(int position, const std::string& property, const Variant& value);
   // Sets the id; an empty one removes the attribute. Refuses an id that another control has.
   void Rename(int position, const std::string& id);
@@ -41,6 +44,7 @@ class ControlEditing {
   QString NameAt(int position) const;
 
  private:
+  void StandBehind(int position);
   // Returns the note for the frame of its pages that explains why their lists are empty.
   QString NoteFor(const Control& control) const;
   void Store(int position, const Control& control, const QString& step);

@@ -5,10 +5,13 @@
 #include <QApplication>
 #include <QBuffer>
 #include <QDir>
+#include <QDragEnterEvent>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
+#include <QMimeData>
 #include <QMimeDatabase>
 #include <QPainter>
 #include <QVBoxLayout>
@@ -24,7 +27,10 @@
 #include <QWebEngineUrlScheme>
 #include <QWebEngineUrlSchemeHandler>
 
+#include "apps/editor/SourceEdit.h"
+#include "apps/editor/Toolbox.h"
 #include "apps/editor/Words.h"
+#include "host/qt/BoxPainter.h"
 
 namespace kvo::editor {
 namespace {
@@ -84,6 +90,8 @@ class DesignView::Source final : public QWebEngineUrlSchemeHandler {
       // The mark sets the encoding, whatever the page declares for the file.
       return Reply(job, "text/html", "\xEF\xBB\xBF" + html.toUtf8());
     }
+    const QString url = job->requestUrl().toString();
+    if (url.startsWith(kBoxUrl)) return ReplyBox(job, url.mid(QString(kBoxUrl).size()));
     const QString file = FileOf(path);
     const QString type = QMimeDatabase().mimeTypeForFile(file).name();
     QFile content(file);
@@ -95,8 +103,28 @@ class DesignView::Source final : public QWebEngineUrlSchemeHandler {
 
   QString html;
   QString folder;
+  QHash<QString, Box> boxes;
 
  private:
+  // `name` is the key of the box, "/" and the scale.
+  void ReplyBox(QWebEngineUrlRequestJob* job, const QString& name) const {
+    constexpr int kLargest = 4;
+    const auto box = boxes.find(name.section('/', 0, 0));
+    const int scale = std::clamp(name.section('/', 1).toInt(), 1, kLargest);
+    if (box == boxes.end()) return job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+    const QSize size = (BoxSize(*box, nullptr) * scale).toSize();
+    QImage picture(size.expandedTo({1, 1}), QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QPalette palette = QGuiApplication::palette();  // the mail is white on a dark desktop, too
+    palette.setColor(QPalette::Window, Qt::white);
+    palette.setColor(QPalette::WindowText, Qt::black);
+    QPainter painter(&picture);
+    PaintBox(painter, *box, QRectF(QPointF(), QSizeF(size)), false, palette);
+    painter.end();
+    QBuffer png;
+    picture.save(&png, "PNG");
+    Reply(job, "image/png", png.data());
+  }
   // Returns the file's path; empty outside the folder.
   QString FileOf(const QString& path) const {
     if (folder.isEmpty()) return {};
@@ -128,14 +156,75 @@ class DesignView::Page final : public QWebEnginePage {
 };
 
 // Makes the Tab key wrap around inside the view. It must not move into the source, which would
-// receive the next keys as text.
-class KeepsTabKey final : public QWebEngineView {
+// receive the next keys as text. Takes what is dragged from the toolbox.
+class DesignView::Browser final : public QWebEngineView {
  public:
-  using QWebEngineView::QWebEngineView;
+  explicit Browser(DesignView& view) : QWebEngineView(&view), view_(view) {}
 
  protected:
   bool focusNextPrevChild(bool) override { return true; }
+  void dragEnterEvent(QDragEnterEvent* event) override {
+    if (!IsOurs(*event->mimeData())) return QWebEngineView::dragEnterEvent(event);
+    event->acceptProposedAction();
+  }
+  void dragMoveEvent(QDragMoveEvent* event) override {
+    if (!IsOurs(*event->mimeData())) return QWebEngineView::dragMoveEvent(event);
+    view_.PointAt(mapTo(&view_, event->position().toPoint()), [](bool) {});
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+  }
+  void dropEvent(QDropEvent* event) override {
+    const QMimeData& dragged = *event->mimeData();
+    if (!IsOurs(dragged)) return QWebEngineView::dropEvent(event);
+    const bool isTool = dragged.hasFormat(kToolType);
+    const QString value = QString::fromUtf8(dragged.data(isTool ? kToolType : kFragmentType));
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    view_.PointAt(mapTo(&view_, event->position().toPoint()), [this, isTool, value](bool hit) {
+      if (hit) view_.Perform(isTool ? "tool" : "fragment", value);
+    });
+  }
+
+ private:
+  // Whether it comes from the toolbox or from a source view.
+  static bool IsOurs(const QMimeData& dragged) {
+    return dragged.hasFormat(kToolType) || dragged.hasFormat(kFragmentType);
+  }
+
+  DesignView& view_;
 };
+
+design::RenderedPlace ReadPlace(const QJsonObject& object) {
+  design::RenderedPlace place;
+  for (const QJsonValue& level : object["path"].toArray())
+    place.path.push_back({static_cast<std::uint32_t>(level[0].toDouble()),
+                          static_cast<std::uint32_t>(level[1].toDouble())});
+  const QString kind = object["kind"].toString();
+  place.kind = kind == "text"    ? design::RenderedPlace::Kind::text
+               : kind == "blank" ? design::RenderedPlace::Kind::blank
+                                 : design::RenderedPlace::Kind::gap;
+  place.offset = static_cast<std::size_t>(std::max(0, object["offset"].toInt()));
+  place.hash = static_cast<std::uint32_t>(object["hash"].toDouble());
+  return place;
+}
+
+QString Written(const design::RenderedPlace& place) {
+  QJsonArray path;
+  for (const design::RenderedPlace::Level& level : place.path)
+    path.append(QJsonArray{static_cast<double>(level.child), static_cast<double>(level.names)});
+  const char* kind = place.kind == design::RenderedPlace::Kind::text    ? "text"
+                     : place.kind == design::RenderedPlace::Kind::blank ? "blank"
+                                                                        : "gap";
+  const QJsonObject object{{"path", path},
+                           {"kind", kind},
+                           {"offset", static_cast<int>(place.offset)},
+                           {"hash", static_cast<double>(place.hash)}};
+  return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+DesignMessage Message(int number, int revision, const QJsonObject& from, const QJsonObject& to) {
+  return {number, revision, ReadPlace(from), ReadPlace(to)};
+}
 
 // Called by the script in the view.
 class DesignView::Bridge final : public QObject {
@@ -150,6 +239,25 @@ class DesignView::Bridge final : public QObject {
     if (view_.onBoxDoubleClicked) view_.onBoxDoubleClicked(index);
   }
   Q_INVOKABLE void Shown(int revision) { view_.shownRevision_ = revision; }
+  Q_INVOKABLE void Edited(int number, int revision, const QJsonObject& place, int begin, int end,
+                          const QString& text) const {
+    if (view_.onEdited) view_.onEdited(Message(number, revision, place, place), begin, end, text);
+  }
+  Q_INVOKABLE void Command(int number, int revision, const QString& name, const QJsonObject& from,
+                           const QJsonObject& to, const QString& value) const {
+    if (view_.onCommand) view_.onCommand(Message(number, revision, from, to), name, value);
+  }
+  Q_INVOKABLE void Moved(int number, int revision, const QJsonObject& from, const QJsonObject& to,
+                         const QJsonObject& at) const {
+    if (view_.onMoved) view_.onMoved(Message(number, revision, from, to), ReadPlace(at));
+  }
+  Q_INVOKABLE void Selected(int number, int revision, const QJsonObject& from,
+                            const QJsonObject& to) const {
+    if (view_.onSelected) view_.onSelected(Message(number, revision, from, to));
+  }
+  Q_INVOKABLE void Asked(int revision, const QJsonObject& place) const {
+    if (view_.onAsked) view_.onAsked(Message(0, revision, place, place));
+  }
 
  private:
   DesignView& view_;
@@ -160,7 +268,7 @@ DesignView::DesignView(QWidget* parent)
       source_(std::make_unique<Source>()),
       profile_(std::make_unique<QWebEngineProfile>()),
       bridge_(std::make_unique<Bridge>(*this)),
-      view_(new KeepsTabKey(this)) {
+      view_(new Browser(*this)) {
   profile_->installUrlSchemeHandler(kScheme, source_.get());
   profile_->setUrlRequestInterceptor(new OnlyThePage(profile_.get()));
   auto* page = new Page(profile_.get(), view_);
@@ -201,14 +309,17 @@ void DesignView::Folder(const QString& folder) { source_->folder = folder; }
 void DesignView::Show(const Analysis& analysis) {
   design_ = analysis.design;
   revision_ = analysis.revision;
+  answered_ = analysis.answered;
+  source_->boxes = analysis.boxes;
   if (analysis.first || DoctypeOf(design_) != DoctypeOf(source_->html)) return Reload();
   if (!loaded_) return;  // Loaded() will show the latest state
   const Splice& change = analysis.designChange;
-  Run(QString("kvo.splice(%1,%2,%3,%4)")
+  Run(QString("kvo.splice(%1,%2,%3,%4,%5)")
           .arg(change.at)
           .arg(change.removed)
           .arg(revision_)
-          .arg(Literal(change.added)));
+          .arg(Literal(change.added))
+          .arg(analysis.answered));
 }
 
 void DesignView::Reload() {
@@ -220,16 +331,42 @@ void DesignView::Reload() {
 void DesignView::Loaded() {
   loaded_ = true;
   Run(Resource(":/qtwebchannel/qwebchannel.js") + Resource(":/editor/design.js"));
-  Run(QString("kvo.begin(%1,%2,%3)")
+  Run(QString("kvo.begin(%1,%2,%3,%4)")
           .arg(source_->html == design_ ? "true" : "false")
           .arg(revision_)
-          .arg(Literal(design_)));
+          .arg(Literal(design_))
+          .arg(answered_));
   if (marked_ >= 0) Mark(marked_);
 }
 
 void DesignView::Mark(int index) {
   marked_ = index;
   if (loaded_) Run(QString("kvo.mark(%1)").arg(index));
+}
+
+void DesignView::Settle(int number) { Run(QString("kvo.settle(%1)").arg(number)); }
+
+void DesignView::Refuse(int number) { Run(QString("kvo.refuse(%1)").arg(number)); }
+
+void DesignView::Select(const design::RenderedPlace& from, const design::RenderedPlace& to) {
+  Run(QString("kvo.select(%1,%2)").arg(Written(from), Written(to)));
+}
+
+void DesignView::ShowPointer(bool editable) {
+  Run(QString("kvo.pointer(%1)").arg(editable ? "true" : "false"));
+}
+
+void DesignView::Perform(const QString& name, const QString& value) {
+  Run(QString("kvo.run(%1,%2)").arg(Literal(name), Literal(value)));
+}
+
+void DesignView::SelectAll() { view_->page()->triggerAction(QWebEnginePage::SelectAll); }
+
+void DesignView::PointAt(const QPoint& point, std::function<void(bool)> done) {
+  const QPointF at = QPointF(view_->mapFrom(this, point)) / view_->zoomFactor();
+  view_->page()->runJavaScript(
+      QString("kvo.pointAt(%1,%2)").arg(at.x()).arg(at.y()), kWorld,
+      [done = std::move(done)](const QVariant& hit) { done(hit.toBool()); });
 }
 
 void DesignView::Run(const QString& script) { view_->page()->runJavaScript(script, kWorld); }

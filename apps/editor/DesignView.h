@@ -1,4 +1,5 @@
-// Shows the page as a browser renders it, with boxes in place of its controls. Runs no scripts of
+// Shows the page as a browser renders it, with boxes in place of its controls, and lets the author
+// write in it: reports each input and shows what became of it. Runs no scripts of
 // the page and never uses the network; loads pictures and style sheets from the page's folder.
 #pragma once
 
@@ -7,8 +8,17 @@
 #include <memory>
 
 #include "apps/editor/Analysis.h"
+#include "document/design/Rendering.h"
 
 namespace kvo::editor {
+
+// What the author did, as the script in the view reports it. Messages come in their order.
+struct DesignMessage {
+  int number = 0;    // of the last change that the view sent
+  int revision = 0;  // of the page that the view showed
+  design::RenderedPlace from;
+  design::RenderedPlace to;
+};
 
 // Call before creating the application object.
 void PrepareDesignView();
@@ -25,6 +35,30 @@ class DesignView final : public QWidget {
   // Marks a box and scrolls to it; -1 for none.
   void Mark(int index);
 
+  // --- what the author does ---
+  // The view shows this change already: the units [begin, end) of the text at `from` became `text`.
+  std::function<void(const DesignMessage&, int begin, int end, const QString& text)> onEdited;
+  // The view waits for Settle.
+  std::function<void(const DesignMessage&, const QString& name, const QString& value)> onCommand;
+  // The selection was dragged to another place; the view waits for Settle.
+  std::function<void(const DesignMessage&, const design::RenderedPlace& to)> onMoved;
+  std::function<void(const DesignMessage&)> onSelected;
+  // The pointer is at a place: ShowPointer answers.
+  std::function<void(const DesignMessage&)> onAsked;
+
+  // --- answers ---
+  // The page holds, or has refused, all changes up to this one.
+  void Settle(int number);
+  // Takes a change back that the view shows already.
+  void Refuse(int number);
+  void Select(const design::RenderedPlace& from, const design::RenderedPlace& to);
+  void ShowPointer(bool editable);
+  // Performs a command on what is selected: the view answers with onCommand.
+  void Perform(const QString& name, const QString& value = {});
+  void SelectAll();
+  // Puts the caret under a point of the view.
+  void PointAt(const QPoint& point, std::function<void(bool)> done);
+
   std::function<void(int index)> onBoxClicked;
   std::function<void(int index)> onBoxDoubleClicked;
   // The displayed revision of the page; -1 before the first.
@@ -37,6 +71,7 @@ class DesignView final : public QWidget {
 
  private:
   class Bridge;
+  class Browser;
   class Page;
   class Source;
 
@@ -52,6 +87,7 @@ class DesignView final : public QWidget {
   QString design_;
   int revision_ = 0;
   int shownRevision_ = -1;
+  int answered_ = 0;
   int marked_ = -1;
 };
 

@@ -16,6 +16,7 @@
 
 #include "apps/editor/Ask.h"
 #include "apps/editor/Colors.h"
+#include "apps/editor/DesignEditing.h"
 #include "apps/editor/DesignFrame.h"
 #include "apps/editor/DesignView.h"
 #include "apps/editor/EmptyHint.h"
@@ -79,6 +80,7 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
       zoomLabel_(new QLabel(this)),
       problemCount_(new QToolButton(this)),
       controls_(std::make_unique<ControlEditing>(*session_, *source_, platform, *this)),
+      editing_(std::make_unique<DesignEditing>(*this, Page(), *source_, *design_)),
       analyst_(std::make_unique<Analyst>(
           [this](const std::shared_ptr<const Analysis>& analysis) { Analysed(analysis); })) {
   UseResources();
@@ -128,12 +130,15 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
   source_->onOpenControl = [this](int position, bool doubleClicked) {
     controls_->OpenPages(position, doubleClicked);
   };
-  source_->onToolDropped = toolbox_->onInsert = [this](int tool) {
-    const auto number = static_cast<std::size_t>(tool);  // another editor's drag may have any
-    if (number >= toolbox_->Tools().size()) return;
-    controls_->Insert(toolbox_->Tools()[number]);
-    FocusPage();
+  source_->onToolDropped = toolbox_->onInsert =
+      editing_->onToolDropped = [this](int tool) { Insert(tool); };
+  controls_->onPagesClosed = [this] {
+    if (!editing_->IsActive()) return;
+    design_->setFocus();
+    editing_->FollowSource();
   };
+  editing_->onUrgent = [this] { analysisTimer_.start(0); };
+  editing_->onState = [this](const DesignEditing::State& state) { ShowFormats(state); };
   browser_->onLet = [this](const std::string& property, const Variant& value) {
     if (const auto control = source_->CurrentControl()) controls_->Let(*control, property, value);
     ShowControl();  // replaces a refused value by the actual one
@@ -241,6 +246,7 @@ void MainWindow::LeaveWelcome() {
 // --- views of the page ---
 
 void MainWindow::PageChanged() {
+  editing_->PageChanged();
   // Started by the first key; the next ones do not postpone it.
   if (!analysisTimer_.isActive()) analysisTimer_.start(kAnalysisDelay);
 }
@@ -252,6 +258,7 @@ void MainWindow::RequestAnalysis() {
   if (!session_->OfficeFile().isEmpty())
     request.office = std::make_shared<office::Office::Description>(session_->Office()->Described());
   request.newPage = std::exchange(newPage_, false);
+  request.answered = editing_->Answered();
   analyst_->Request(std::move(request));
   ShowControl();
 }
@@ -259,6 +266,7 @@ void MainWindow::RequestAnalysis() {
 void MainWindow::Analysed(const std::shared_ptr<const Analysis>& analysis) {
   analysis_ = analysis;
   design_->Show(*analysis);
+  editing_->Analysed(*analysis);
   frame_->PageChanged();
   outline_->Show(analysis);
   problems_->Show(analysis);
@@ -309,7 +317,7 @@ void MainWindow::GoToIndex(int index, bool open) {
   if (analysis_ == nullptr || index < 0 || index >= static_cast<int>(analysis_->outline.size()))
     return;
   const OutlineEntry entry = analysis_->outline[static_cast<std::size_t>(index)];
-  GoTo(entry.position);
+  source_->Reveal(entry.position);
   if (open && entry.boxed && Page().IsControl(entry.position))
     controls_->OpenPages(entry.position, true);
 }
@@ -328,6 +336,29 @@ void MainWindow::FocusPage() {
 
 void MainWindow::NeedSource() {
   if (!source_->isVisible()) views_->ShowSource(true);
+}
+
+void MainWindow::Insert(int tool) {
+  const auto number = static_cast<std::size_t>(tool);  // another editor's drag may have any
+  if (number >= toolbox_->Tools().size()) return;
+  const bool inDesign = editing_->IsActive();
+  controls_->Insert(toolbox_->Tools()[number]);
+  if (inDesign) {
+    design_->setFocus();
+    editing_->FollowSource();
+  } else {
+    FocusPage();
+  }
+}
+
+void MainWindow::ShowFormats(const DesignEditing::State& state) {
+  link_ = state.link;
+  const auto check = [this](const char* name, bool checked) {
+    if (QAction* action = formats_.value(name)) action->setChecked(checked);
+  };
+  check("bold", state.bold);
+  check("italic", state.italic);
+  check("underline", state.underline);
 }
 
 void MainWindow::ShowSteps() {

@@ -1,12 +1,14 @@
 // The editor's window: source and design view of one page, and the panels around them.
 #pragma once
 
+#include <QHash>
 #include <QMainWindow>
 #include <QTimer>
 #include <memory>
 
 #include "apps/editor/Analysis.h"
 #include "apps/editor/ControlEditing.h"
+#include "apps/editor/DesignEditing.h"
 #include "apps/editor/Session.h"
 
 class QDockWidget;
@@ -44,6 +46,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   DesignFrame& Frame() { return *frame_; }
   Views& Middle() { return *views_; }
   Welcome& Beginning() { return *welcome_; }
+  DesignEditing& Writing() { return *editing_; }
   Toolbox& Tools() { return *toolbox_; }
   PropertyBrowser& Properties() { return *browser_; }
   ControlEditing& Controls() { return *controls_; }
@@ -74,6 +77,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   void MakeMenus();
   void MakeFileMenu();
   void MakeEditMenu();
+  void MakeFormatMenu();
   void MakeControlMenu();
   void MakeViewMenu();
   void AddLayouts(QMenu& menu);
@@ -115,6 +119,10 @@ class MainWindow final : public QMainWindow, public SessionUser {
   void FocusPage();
   void NeedSource();
   const Panel& PanelOf(const QWidget& widget) const;
+  void Insert(int tool);
+  void InsertPicture();
+  void EditLink();
+  void ShowFormats(const DesignEditing::State& state);
   // Brings a panel to the front and gives it the keyboard focus.
   void ShowPanel(QWidget& panel);
 
@@ -150,6 +158,9 @@ class MainWindow final : public QMainWindow, public SessionUser {
   QMenu* recent_ = nullptr;
 
   std::unique_ptr<ControlEditing> controls_;
+  std::unique_ptr<DesignEditing> editing_;
+  QHash<QString, QAction*> formats_;  // by the names of the design view's commands
+  std::optional<QString> link_;       // the address at the caret of the design view
 
   std::shared_ptr<const Analysis> analysis_;
   bool newPage_ = true;

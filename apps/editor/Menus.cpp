@@ -1,11 +1,16 @@
 // The window's menus, and the actions that no other part implements.
 #include <QActionGroup>
 #include <QApplication>
+#include <QColorDialog>
+#include <QDir>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QImageReader>
+#include <QInputDialog>
 #include <QMenuBar>
 #include <QSettings>
+#include <QUrl>
 #include <map>
 
 #include "apps/editor/DesignFrame.h"
@@ -42,6 +47,7 @@ QAction* MainWindow::Action(QMenu& menu, const Localized& text, const QKeySequen
 void MainWindow::MakeMenus() {
   MakeFileMenu();
   MakeEditMenu();
+  MakeFormatMenu();
   MakeControlMenu();
   MakeViewMenu();
   for (const QAction* menu : menuBar()->actions().mid(1))  // all but the file menu
@@ -90,18 +96,32 @@ void MainWindow::MakeFileMenu() {
 
 void MainWindow::MakeEditMenu() {
   QMenu& menu = *menuBar()->addMenu(Text(words::kEditMenu));
-  undo_ = Action(menu, words::kUndo, QKeySequence::Undo, [this] { Page().Undo(); });
-  redo_ = Action(menu, words::kRedo, QKeySequence::Redo, [this] { Page().Redo(); });
+  // Performs an edit in the view of the page that was used last.
+  const auto inView = [this](const char* command, const std::function<void()>& inSource) {
+    return [this, command, inSource] {
+      if (editing_->IsActive())
+        design_->Perform(command);
+      else
+        inSource();
+    };
+  };
+  undo_ = Action(menu, words::kUndo, QKeySequence::Undo, inView("undo", [this] { Page().Undo(); }));
+  redo_ = Action(menu, words::kRedo, QKeySequence::Redo, inView("redo", [this] { Page().Redo(); }));
   toolBar_->Add(ToolBar::steps, *undo_, "undo");
   toolBar_->Add(ToolBar::steps, *redo_, "redo");
   menu.addSeparator();
-  Action(menu, words::kCut, QKeySequence::Cut, [this] {
-    const PageDocument::Step step(Page(), Text(words::kCutStep));
-    source_->cut();
+  Action(menu, words::kCut, QKeySequence::Cut, inView("cut", [this] {
+           const PageDocument::Step step(Page(), Text(words::kCutStep));
+           source_->cut();
+         }));
+  Action(menu, words::kCopy, QKeySequence::Copy, inView("copy", [this] { source_->copy(); }));
+  Action(menu, words::kPaste, QKeySequence::Paste, inView("paste", [this] { source_->paste(); }));
+  Action(menu, words::kSelectAll, QKeySequence::SelectAll, [this] {
+    if (editing_->IsActive())
+      design_->SelectAll();
+    else
+      source_->selectAll();
   });
-  Action(menu, words::kCopy, QKeySequence::Copy, [this] { source_->copy(); });
-  Action(menu, words::kPaste, QKeySequence::Paste, [this] { source_->paste(); });
-  Action(menu, words::kSelectAll, QKeySequence::SelectAll, [this] { source_->selectAll(); });
   menu.addSeparator();
   source_->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(source_, &QWidget::customContextMenuRequested, this, [this, &menu](const QPoint& point) {
@@ -121,6 +141,86 @@ void MainWindow::MakeEditMenu() {
   find(words::kReplaceAction, QKeySequence("Ctrl+H"), [](FindBar& bar) { bar.Open(true); });
   find(words::kFindNext, QKeySequence("F3"), [](FindBar& bar) { bar.Step(false); });
   find(words::kFindPrevious, QKeySequence("Shift+F3"), [](FindBar& bar) { bar.Step(true); });
+}
+
+// What is done to the selection of the design view.
+void MainWindow::MakeFormatMenu() {
+  QMenu& menu = *menuBar()->addMenu(Text(words::kFormatMenu));
+  const auto format = [this, &menu](const Localized& text, const char* keys, const char* command,
+                                    const QString& value = {}) {
+    return Action(menu, text, QKeySequence(keys),
+                  [this, command, value] { design_->Perform(command, value); });
+  };
+  const auto toggle = [&](const Localized& text, const char* keys, const char* command) {
+    QAction* action = format(text, keys, command);
+    action->setCheckable(true);
+    formats_[command] = action;
+  };
+  toggle(words::kBold, "Ctrl+B", "bold");
+  toggle(words::kItalic, "Ctrl+I", "italic");
+  toggle(words::kUnderline, "Ctrl+U", "underline");
+  menu.addSeparator();
+  formats_["link"] =
+      Action(menu, words::kLinkAction, QKeySequence("Ctrl+K"), [this] { EditLink(); });
+  formats_["color"] = Action(menu, words::kTextColorAction, {}, [this] {
+    const QColor color = QColorDialog::getColor(Qt::black, this, Text(words::kTextColor));
+    if (color.isValid()) design_->Perform("color", color.name());
+  });
+  formats_["picture"] = Action(menu, words::kPictureAction, QKeySequence("Ctrl+Shift+I"),
+                               [this] { InsertPicture(); });
+  menu.addSeparator();
+  format(words::kParagraph, "Ctrl+Alt+0", "block", "p");
+  for (const QString level : {"1", "2", "3"}) {
+    QAction* action = format(words::kParagraph, "", "block", "h" + level);
+    action->setText(Text(words::kHeading, {level}));
+    action->setShortcut(QKeySequence("Ctrl+Alt+" + level));
+    formats_["h" + level] = action;
+  }
+  formats_["ul"] = format(words::kBulletList, "Ctrl+Shift+8", "ul");
+  const std::pair<const char*, const char*> buttons[] = {
+      {"bold", "bold"}, {"italic", "italic"}, {"underline", "underline"}, {"h2", "heading"},
+      {"ul", "list"},   {"color", "colour"},  {"link", "link"},           {"picture", "picture"},
+  };
+  for (const auto& [command, icon] : buttons)
+    toolBar_->Add(ToolBar::formats, *formats_.value(command), icon);
+  format(words::kNumberedList, "Ctrl+Shift+7", "ol");
+  menu.addSeparator();
+  Action(menu, words::kShowInSource, QKeySequence("Ctrl+J"), [this] {
+    NeedSource();
+    source_->GoTo(source_->textCursor().position());
+  });
+}
+
+void MainWindow::EditLink() {
+  bool chosen = false;
+  const QString address =
+      QInputDialog::getText(this, Text(words::kLink), Text(words::kLinkAddress), QLineEdit::Normal,
+                            link_.value_or("https://"), &chosen);
+  if (chosen && address != "https://") design_->Perform("link", address.trimmed());
+}
+
+void MainWindow::InsertPicture() {
+  const QString folder = session_->File().Folder();
+  if (folder.isEmpty()) return Tell(Text(words::kPictureUnsaved));
+  const QString file =
+      QFileDialog::getOpenFileName(this, Text(words::kPicture), folder, Text(words::kPictureFiles));
+  if (file.isEmpty()) return;
+  const QString path = QDir(folder).relativeFilePath(file);
+  if (path.startsWith("..") || QDir::isAbsolutePath(path))
+    return Tell(Text(words::kPictureOutside, {file}));
+  bool chosen = false;
+  const QString words = QInputDialog::getText(this, Text(words::kPicture), Text(words::kAltText),
+                                              QLineEdit::Normal, {}, &chosen);
+  if (!chosen) return;
+  const auto value = [](const QString& text) {
+    return QString::fromStdU16String(design::WriteValue(text.toStdU16String()));
+  };
+  const QString url = QString::fromUtf8(QUrl::toPercentEncoding(path, "/"));
+  QString size;
+  if (const QSize pixels = QImageReader(file).size(); pixels.isValid())
+    size = QString(" width=\"%1\" height=\"%2\"").arg(pixels.width()).arg(pixels.height());
+  design_->Perform("picture", "<img src=\"" + value(url) + "\" alt=\"" + value(words) + '"' + size +
+                                  " border=\"0\">");
 }
 
 void MainWindow::MakeControlMenu() {

@@ -280,6 +280,13 @@ std::string PageText::Fragment() const {
   return copy.Bytes();
 }
 
+PageText PageText::Part(int begin, int end) const {
+  PageText part = *this;
+  part.Replace(end, static_cast<int>(text_.size()) - end, {}, {});
+  part.Replace(0, begin, {}, {});
+  return part;
+}
+
 std::size_t PageText::Places::OffsetOf(int position) const {
   auto mark = std::ranges::upper_bound(marks_, position, {}, &Mark::position);
   if (mark != marks_.begin()) --mark;

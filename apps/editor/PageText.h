@@ -59,6 +59,8 @@ class PageText {
   // Returns a fragment: the page in UTF-8 with line feeds.
   std::string Fragment() const;
 
+  PageText Part(int begin, int end) const;
+
   // Maps between bytes and characters, for one state of the text.
   class Places {
    public:

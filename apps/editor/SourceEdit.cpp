@@ -274,15 +274,17 @@ void SourceEdit::dropEvent(QDropEvent* event) {
 
 QMimeData* SourceEdit::createMimeDataFromSelection() const {
   const QTextCursor cursor = textCursor();
-  PageText selected = page_.Content();
-  const int size = static_cast<int>(selected.Text().size());
-  selected.Replace(cursor.selectionEnd(), size - cursor.selectionEnd(), {}, {});
-  selected.Replace(0, cursor.selectionStart(), {}, {});
-  const std::string fragment = selected.Fragment();
+  return MimeOf(page_.Content().Part(cursor.selectionStart(), cursor.selectionEnd()));
+}
+
+QMimeData* SourceEdit::MimeOf(const PageText& part, const std::optional<QString>& plain) {
+  const std::string fragment = part.Fragment();
   auto* mime = new QMimeData;
   mime->setData(kFragmentType, QByteArray::fromStdString(fragment));
-  const std::string published = Published(std::string(kUtf8Declaration) + fragment);
-  mime->setText(ToQt(std::string_view(published).substr(kUtf8Declaration.size())));
+  const std::string page = Published(std::string(kUtf8Declaration) + fragment);
+  const QString published = ToQt(std::string_view(page).substr(kUtf8Declaration.size()));
+  mime->setText(plain.value_or(published));
+  if (plain) mime->setHtml(published);
   return mime;
 }
 

@@ -45,6 +45,10 @@ class SourceEdit final : public QPlainTextEdit {
   // Inserts a fragment; gives controls new ids where theirs are taken.
   void InsertFragment(std::string_view fragment, const QString& step);
 
+  // Returns a part of a page as it is copied and dragged. `plain` is what other programs get as
+  // text.
+  static QMimeData* MimeOf(const PageText& part, const std::optional<QString>& plain = {});
+
   // For screen readers: returns the text of a range with descriptions of embedded characters.
   QString SpokenText(int begin, int end) const;
   PageDocument& Page() const { return page_; }

@@ -24,6 +24,38 @@ namespace words {
 // --- steps, shown after "Undo:" ---
 inline constexpr Localized kTyping = {"Eingabe", "Typing"};
 inline constexpr Localized kInsertStep = {"{} einfügen", "Insert {}"};
+inline constexpr Localized kFormatMenu = {"F&ormat", "F&ormat"};
+inline constexpr Localized kBold = {"Fett", "Bold"};
+inline constexpr Localized kItalic = {"Kursiv", "Italic"};
+inline constexpr Localized kUnderline = {"Unterstrichen", "Underline"};
+inline constexpr Localized kLink = {"Link", "Link"};
+inline constexpr Localized kLinkAction = {"Link …", "Link…"};
+inline constexpr Localized kLinkAddress = {"Adresse (leer: kein Link):",
+                                           "Address (empty: no link):"};
+inline constexpr Localized kTextColor = {"Textfarbe", "Text color"};
+inline constexpr Localized kTextColorAction = {"Textfarbe …", "Text color…"};
+inline constexpr Localized kParagraphStyle = {"Absatzart", "Paragraph style"};
+inline constexpr Localized kParagraph = {"Absatz", "Paragraph"};
+inline constexpr Localized kHeading = {"Überschrift {}", "Heading {}"};
+inline constexpr Localized kList = {"Liste", "List"};
+inline constexpr Localized kBulletList = {"Aufzählung", "Bullet list"};
+inline constexpr Localized kNumberedList = {"Nummerierung", "Numbered list"};
+inline constexpr Localized kPicture = {"Bild", "Picture"};
+inline constexpr Localized kPictureAction = {"Bild …", "Picture…"};
+inline constexpr Localized kPictureFiles = {"Bilder (*.png *.jpg *.jpeg *.gif *.svg *.webp)",
+                                            "Pictures (*.png *.jpg *.jpeg *.gif *.svg *.webp)"};
+inline constexpr Localized kAltText = {"Was zeigt das Bild? (für alle, die es nicht sehen)",
+                                       "What does the picture show? (for those who cannot see it)"};
+inline constexpr Localized kPictureOutside = {
+    "{} liegt nicht im Ordner der Seite. Legen Sie das Bild dorthin und wählen Sie es noch einmal.",
+    "{} is not in the page's folder. Put the picture there and choose it again."};
+inline constexpr Localized kPictureUnsaved = {
+    "Speichern Sie die Seite zuerst: Bilder liegen im Ordner der Seite.",
+    "Save the page first: pictures are in the page's folder."};
+inline constexpr Localized kShowInSource = {"Stelle im Quelltext zeigen", "Show place in source"};
+inline constexpr Localized kOnlyInSource = {
+    "Diese Stelle lässt sich nur im Quelltext bearbeiten: Strg+J geht dorthin.",
+    "This place can only be edited in the source: Ctrl+J goes there."};
 inline constexpr Localized kPasteStep = {"Einfügen", "Paste"};
 inline constexpr Localized kCutStep = {"Ausschneiden", "Cut"};
 inline constexpr Localized kDeleteStep = {"Löschen", "Delete"};

@@ -81,14 +81,13 @@ const NamedReference* LongestName(std::string_view text) {
 
 }  // namespace
 
-std::size_t AppendCharacterReference(std::string_view text, std::string& utf8) {
+std::size_t AppendCharacterReference(std::string_view text, std::string& utf8,
+                                     ReferenceIn place) {
   if (text.size() > 1 && text[1] == '#') return AppendNumber(text, utf8);
   const NamedReference* row = LongestName(text.substr(1));
   if (row == nullptr) return 0;
   const std::size_t length = 1 + NameOf(*row).size();
-  // In attribute values, such as an address with "&copy=1", a name without a semicolon is not a
-  // reference when more follows.
-  if (text[length - 1] != ';' && length < text.size()) {
+  if (place == ReferenceIn::value && text[length - 1] != ';' && length < text.size()) {
     const char next = text[length];
     if (next == '=' || IsLetter(next) || IsDigit(next)) return 0;
   }

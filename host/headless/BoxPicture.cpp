@@ -82,16 +82,4 @@ std::string BoxPicture(const std::vector<Box>& boxes) {
   return out + "</svg>\n";
 }
 
-void AppendInlineBox(std::string& html, const Box& box, std::string_view attributes) {
-  html += "<svg ";
-  html += attributes;
-  AppendAttribute(html, "width", box.width / kTwipsPerPixel);
-  AppendAttribute(html, "height", box.height / kTwipsPerPixel);
-  html += " viewBox=\"0 0 " + std::to_string(box.width) + ' ' + std::to_string(box.height) +
-          "\" style=\"vertical-align:middle;font:" + std::to_string(kFontSize) + "px " +
-          std::string(kFontFamily) + "\">";
-  AppendParts(html, box, {});
-  html += "</svg>";
-}
-
 }  // namespace kvo

@@ -1,8 +1,6 @@
 #include "host/qt/BoxPainter.h"
 
 #include <QFontMetricsF>
-#include <QGuiApplication>
-#include <QPalette>
 
 #include "host/qt/QtText.h"
 #include "host/qt/TahomaFont.h"
@@ -36,9 +34,9 @@ QSizeF BoxSize(const Box& box, const QPaintDevice* device) {
   return QSizeF(box.width, box.height) * (dots / kTwipsPerInch);
 }
 
-void PaintBox(QPainter& painter, const Box& box, const QRectF& target, bool selected) {
+void PaintBox(QPainter& painter, const Box& box, const QRectF& target, bool selected,
+              const QPalette& palette) {
   if (box.width <= 0 || box.height <= 0) return;
-  const QPalette palette = QGuiApplication::palette();
   painter.save();
   painter.setClipRect(target, Qt::IntersectClip);
   painter.translate(target.topLeft());

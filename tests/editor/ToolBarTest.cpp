@@ -43,11 +43,32 @@ class ToolBarTest : public testing::Test {
 };
 
 TEST_F(ToolBarTest, ShowsWhatAuthorsNeedMostWithItsKeys) {
-  EXPECT_EQ(Shown(), (QStringList{"Neu (Ctrl+N)", "Öffnen (Ctrl+O)", "Speichern (Ctrl+S)", "|",
-                                  "Rückgängig (Ctrl+Z)", Redo(), "|", "Control einfügen (Ctrl+T)",
-                                  "|", "Veröffentlichen (Ctrl+Shift+P)", "|",
-                                  "An die Breite anpassen", "600 Pixel breit, wie im Mailprogramm",
-                                  "360 Pixel breit, wie auf dem Telefon"}));
+  const QStringList expected = {
+      "Neu (Ctrl+N)",
+      "Öffnen (Ctrl+O)",
+      "Speichern (Ctrl+S)",
+      "|",
+      "Rückgängig (Ctrl+Z)",
+      Redo(),
+      "|",
+      "Fett (Ctrl+B)",
+      "Kursiv (Ctrl+I)",
+      "Unterstrichen (Ctrl+U)",
+      "Überschrift 2 (Ctrl+Alt+2)",
+      "Aufzählung (Ctrl+Shift+8)",
+      "Textfarbe",
+      "Link (Ctrl+K)",
+      "Bild (Ctrl+Shift+I)",
+      "|",
+      "Control einfügen (Ctrl+T)",
+      "|",
+      "Veröffentlichen (Ctrl+Shift+P)",
+      "|",
+      "An die Breite anpassen",
+      "600 Pixel breit, wie im Mailprogramm",
+      "360 Pixel breit, wie auf dem Telefon",
+  };
+  EXPECT_EQ(Shown().join('\n').toStdString(), expected.join('\n').toStdString());
   for (const QToolButton* button : bar.findChildren<QToolButton*>()) {
     if (button->defaultAction() == nullptr) continue;  // for what does not fit
     EXPECT_FALSE(button->icon().pixmap(20).isNull()) << button->toolTip().toStdString();
@@ -71,15 +92,6 @@ TEST_F(ToolBarTest, ItsButtonsDoWhatTheMenuDoes) {
   EXPECT_TRUE(window->Tools().findChild<QLineEdit*>()->hasFocus());
   QTest::mouseClick(&Button("Neu"), Qt::LeftButton);
   EXPECT_NE(window->Page().Content().Bytes(), "neu alt");
-}
-
-TEST_F(ToolBarTest, AnActionForTextGoesBetweenTheStepsAndTheControls) {
-  QAction bold("&Fett");
-  bold.setShortcut(QKeySequence::Bold);
-  bar.Add(ToolBar::formats, bold, "bold");
-  const QStringList shown = Shown();
-  EXPECT_EQ(shown.mid(5, 4), (QStringList{Redo(), "|", "Fett (Ctrl+B)", "|"}));
-  EXPECT_EQ(shown[9], "Control einfügen (Ctrl+T)");
 }
 
 // The strokes' colour: of the pixel that covers the most.

@@ -1,17 +1,21 @@
-// Runs in the design view, hidden from the page: follows the source, marks boxes, reports clicks.
+// Runs in the design view, hidden from the page: follows the source, marks boxes, and reports what
+// the author does. docs/design-messages.md describes what it sends and what it understands.
 (() => {
   'use strict';
   if (window.kvo) return;
 
-  let text = '';
+  let text = '';      // what the source says that the view shows
   let marked = -1;
   let bridge = null;
-  let shown = -1;
+  let shown = -1;     // the revision of the page that `text` belongs to
+  let dirty = false;  // the view does not show `text` yet
 
   const sheet = new CSSStyleSheet();
   sheet.replaceSync(
-      'svg[data-kvo]{cursor:pointer}' +
-      'svg[data-kvo].kvo-marked{outline:2px solid Highlight;outline-offset:1px}');
+      'img[data-kvo]{cursor:pointer}' +
+      'img[data-kvo].kvo-marked{outline:2px solid Highlight;outline-offset:1px}');
+  const lockSheet = new CSSStyleSheet();
+  lockSheet.replaceSync('*{cursor:not-allowed!important}');
   document.adoptedStyleSheets = [sheet];
 
   // Makes `old` equal to `fresh`, leaving equal parts untouched.
@@ -52,6 +56,7 @@
     unmark();
     const fresh = new DOMParser().parseFromString(text, 'text/html');
     morph(document.documentElement, fresh.documentElement);
+    dirty = false;
     showMark(false);
   }
 
@@ -116,19 +121,22 @@
     if (document.compatMode !== 'CSS1Compat' && /<table/i.test(html)) return false;
     const after = parseCell(html);
     const cells = document.querySelectorAll('td,th');
+    if (!after || cells.length !== number + behind) return false;
     unmark();
-    const known = after && cells.length === number + behind && before.isEqualNode(cells[number]);
-    if (known) morph(cells[number], after);
+    // What was typed here is there already.
+    const typed = after.isEqualNode(cells[number]);
+    const known = typed || before.isEqualNode(cells[number]);
+    if (known && !typed) morph(cells[number], after);
     showMark(false);
     return known;
   }
 
   function unmark() {
-    for (const box of document.querySelectorAll('svg.kvo-marked')) box.removeAttribute('class');
+    for (const box of document.querySelectorAll('img.kvo-marked')) box.removeAttribute('class');
   }
 
   function showMark(scroll) {
-    const box = marked < 0 ? null : document.querySelector('svg[data-kvo="' + marked + '"]');
+    const box = marked < 0 ? null : document.querySelector('img[data-kvo="' + marked + '"]');
     if (!box) return;
     box.setAttribute('class', 'kvo-marked');
     if (scroll) box.scrollIntoView({block: 'nearest', inline: 'nearest'});
@@ -140,19 +148,502 @@
     if (bridge) bridge.Shown(revision);
   }
 
+  // --- places ---
+  // A place is a path from the html element down. Each level has the child's number and a hash of
+  // the names of all children, so that the program sees whether its tree is the same. Adjoining
+  // texts are one child; white space between elements is none.
+
+  const hashStart = 2166136261;
+  function hash(string, value = hashStart) {
+    for (let at = 0; at < string.length; ++at)
+      value = Math.imul(value ^ string.charCodeAt(at), 16777619);
+    return value >>> 0;
+  }
+
+  const isBlank = string => /^[ \t\n\r\f]*$/.test(string);
+  const isText = node => node !== null && node.nodeType === Node.TEXT_NODE;
+
+  // A child: its first and last node, and its text if it is one.
+  function childrenOf(parent) {
+    const children = [];
+    let before = null;
+    for (let node = parent.firstChild; node; node = node.nextSibling) {
+      if (isText(node) && isText(before)) {
+        const last = children[children.length - 1];
+        last.last = node;
+        last.text += node.data;
+      } else {
+        children.push({first: node, last: node, text: isText(node) ? node.data : null});
+      }
+      before = node;
+    }
+    for (const child of children) child.blank = child.text !== null && isBlank(child.text);
+    return children;
+  }
+
+  function nameOf(node) {
+    if (isText(node)) return '#text';
+    if (node.nodeType !== Node.ELEMENT_NODE) return '#comment';
+    return node.localName;
+  }
+
+  function namesOf(children) {
+    let value = hashStart;
+    for (const child of children)
+      if (!child.blank) value = hash(nameOf(child.first) + '\n', value);
+    return value;
+  }
+
+  function pathTo(element) {
+    const path = [];
+    for (; element !== document.documentElement; element = element.parentNode) {
+      const children = childrenOf(element.parentNode);
+      const counted = children.filter(child => !child.blank);
+      path.unshift(
+          [counted.findIndex(child => child.first === element), namesOf(children)]);
+    }
+    return path;
+  }
+
+  // Moves a place from between children into a text beside it.
+  function settled(node, offset) {
+    if (node.localName === 'img') {
+      offset = [...node.parentNode.childNodes].indexOf(node) + (offset > 0 ? 1 : 0);
+      node = node.parentNode;
+    }
+    if (isText(node)) return [node, offset];
+    const before = offset > 0 ? node.childNodes[offset - 1] : null;
+    if (isText(before)) return [before, before.length];
+    const after = offset < node.childNodes.length ? node.childNodes[offset] : null;
+    return isText(after) ? [after, 0] : [node, offset];
+  }
+
+  function placeOf(node, offset) {
+    [node, offset] = settled(node, offset);
+    const parent = isText(node) ? node.parentNode : node;
+    const children = childrenOf(parent);
+    const place = {path: pathTo(parent), kind: 'gap', offset: 0, hash: 0};
+    let number = 0;
+    if (!isText(node)) {
+      const next = node.childNodes[offset] || null;
+      for (const child of children) {
+        if (child.first === next) break;
+        if (!child.blank) ++number;
+      }
+    } else {
+      for (const child of children) {
+        let at = 0;
+        let found = false;
+        for (let each = child.first; isText(each); each = each.nextSibling) {
+          if (each === node) {
+            found = true;
+            break;
+          }
+          at += each.length;
+        }
+        if (found) {
+          place.kind = child.blank ? 'blank' : 'text';
+          place.offset = at + offset;
+          place.hash = hash(child.text);
+          break;
+        }
+        if (!child.blank) ++number;
+      }
+    }
+    place.path.push([number, namesOf(children)]);
+    return place;
+  }
+
+  // Returns the node and the offset of a place; null if there is none.
+  function resolve(place) {
+    let node = document.documentElement;
+    const levels = place.path.length;
+    for (let level = 0; level < levels; ++level) {
+      const children = childrenOf(node);
+      let number = 0;
+      let found = null;
+      for (const child of children) {
+        if (level + 1 === levels && place.kind === 'blank' && child.blank &&
+            number === place.path[level][0]) {
+          found = child;
+          break;
+        }
+        if (child.blank) continue;
+        if (number === place.path[level][0]) {
+          found = child;
+          break;
+        }
+        ++number;
+      }
+      if (level + 1 < levels) {
+        if (!found) return null;
+        node = found.first;
+        continue;
+      }
+      if (place.kind === 'gap' || !found || found.text === null) {
+        const next = found ? found.first : null;
+        const index = next ? [...node.childNodes].indexOf(next) : node.childNodes.length;
+        return settled(node, index);
+      }
+      let offset = place.offset;
+      let each = found.first;
+      while (offset > each.length && each !== found.last) {
+        offset -= each.length;
+        each = each.nextSibling;
+      }
+      return [each, Math.min(offset, each.length)];
+    }
+    return null;
+  }
+
+  // --- what the author does ---
+  // A change inside one text is shown at once and then sent; any other is sent and shown when the
+  // program has answered. Until then the next inputs wait in a queue.
+
+  let sent = 0;           // the number of the last message with a change
+  let handled = 0;        // of the last one that the program has answered
+  let waiting = false;    // for the answer to a command
+  let queue = [];
+  let composing = null;
+  let typedSpace = null;  // a space that is not breaking only until something follows it
+  let reported = '';
+
+  const selection = () => document.getSelection();
+
+  function selectedRange() {
+    const current = selection();
+    return current.rangeCount ? current.getRangeAt(0) : null;
+  }
+
+  function command(name, value = '', range = selectedRange()) {
+    if (!bridge || !range) return;
+    waiting = true;
+    bridge.Command(++sent, shown, name, placeOf(range.startContainer, range.startOffset),
+                   placeOf(range.endContainer, range.endOffset), value);
+  }
+
+  // Returns the visible character beside a place in its line; '' at the line's edge.
+  function neighbour(node, offset, backwards) {
+    if (backwards ? offset > 0 : offset < node.length)
+      return node.data[backwards ? offset - 1 : offset];
+    const walker = document.createTreeWalker(document.body);
+    walker.currentNode = node;
+    for (;;) {
+      const next = backwards ? walker.previousNode() : walker.nextNode();
+      if (!next) return '';
+      if (isText(next)) {
+        if (next.length) return next.data[backwards ? next.length - 1 : 0];
+      } else if (next.nodeType === Node.ELEMENT_NODE) {
+        if (next.localName === 'img' || next.localName === 'svg') return 'x';
+        if (!getComputedStyle(next).display.startsWith('inline') || next.localName === 'br')
+          return '';
+      }
+    }
+  }
+
+  // A space that would not be seen becomes one that does not break.
+  function visible(node, begin, end, typed) {
+    if (typed !== ' ' || getComputedStyle(node.parentNode).whiteSpace.startsWith('pre'))
+      return typed;
+    const before = neighbour(node, begin, true);
+    const after = neighbour(node, end, false);
+    return before === '' || isBlank(before) || after === '' || isBlank(after) ? '\u00a0' : typed;
+  }
+
+  function editText(node, begin, end, typed) {
+    if (typed !== ' ' && typed !== '' && begin === end && typedSpace &&
+        typedSpace.node === node && typedSpace.at === begin - 1 &&
+        node.data[begin - 1] === '\u00a0') {
+      const before = neighbour(node, begin - 1, true);
+      if (before !== '' && !isBlank(before) && before !== '\u00a0') {
+        --begin;
+        typed = ' ' + typed;
+      }
+    }
+    typedSpace = null;
+    const fresh = visible(node, begin, end, typed);
+    if (fresh !== typed) typedSpace = {node, at: begin};
+    const place = placeOf(node, begin);
+    const first = place.offset;
+    const last = first + end - begin;
+    node.replaceData(begin, end - begin, fresh);
+    selection().collapse(node, begin + fresh.length);
+    bridge.Edited(++sent, shown, place, first, last, fresh);
+  }
+
+  function replace(range, typed) {
+    const [node, begin] = settled(range.startContainer, range.startOffset);
+    const [last, end] = settled(range.endContainer, range.endOffset);
+    const simple = isText(node) && node === last && begin <= end &&
+                   !isBlank(node.data.slice(0, begin) + typed + node.data.slice(end)) &&
+                   !isBlank(node.data);
+    if (simple)
+      editText(node, begin, end, typed);
+    else if (typed !== '' || !range.collapsed)
+      command('type', typed, range);
+  }
+
+  // Returns where the last character before a place in a text begins; the place itself where that
+  // character is a blank that does not show.
+  const graphemes = new Intl.Segmenter(undefined, {granularity: 'grapheme'});
+  function startOfLast(node, offset) {
+    if (offset === 0) return offset;
+    if (isBlank(node.data[offset - 1])) {
+      const before = neighbour(node, offset - 1, true);
+      return before === '' || isBlank(before) ? offset : offset - 1;
+    }
+    const from = Math.max(0, offset - 50);
+    let begin = offset - 1;
+    for (const {index} of graphemes.segment(node.data.slice(from, offset))) begin = from + index;
+    return begin;
+  }
+
+  const deletions = {
+    deleteContentBackward: ['backward', 'character'],
+    deleteContentForward: ['forward', 'character'],
+    deleteWordBackward: ['backward', 'word'],
+    deleteWordForward: ['forward', 'word'],
+    deleteSoftLineBackward: ['backward', 'lineboundary'],
+    deleteSoftLineForward: ['forward', 'lineboundary'],
+    deleteHardLineBackward: ['backward', 'paragraphboundary'],
+    deleteHardLineForward: ['forward', 'paragraphboundary'],
+  };
+  const commands = {
+    insertParagraph: 'enter',
+    insertLineBreak: 'break',
+    formatBold: 'bold',
+    formatItalic: 'italic',
+    formatUnderline: 'underline',
+    undo: 'undo',
+    redo: 'redo',
+    copy: 'copy',
+    cut: 'cut',
+    paste: 'paste',
+  };
+
+  function perform({type, data}) {
+    const range = selectedRange();
+    if (!range) return;
+    if (type === 'insertText' || type === 'insertReplacementText') return replace(range, data || '');
+    if (type === 'deleteContentBackward' && range.collapsed) {
+      const [node, offset] = settled(range.startContainer, range.startOffset);
+      const begin = isText(node) ? startOfLast(node, offset) : offset;
+      if (begin < offset) {
+        range.setStart(node, begin);
+        range.setEnd(node, offset);
+        return replace(range, '');
+      }
+    }
+    if (deletions[type]) {
+      const old = range.cloneRange();
+      if (range.collapsed) selection().modify('extend', ...deletions[type]);
+      const wanted = selectedRange().cloneRange();
+      if (old.collapsed) {
+        selection().removeAllRanges();
+        selection().addRange(old);
+      }
+      if (!wanted.collapsed) replace(wanted, '');
+      return;
+    }
+    if (type === 'move') return selection().modify(...data);
+    if (type === 'program') return command(data.name, data.value);
+    if (type === 'insertParagraph') {
+      const box = selectedBox();
+      if (box >= 0) return bridge.DoubleClicked(box);
+    }
+    if (commands[type]) command(commands[type]);
+  }
+
+  function input(event) {
+    if (!bridge) return;
+    if (waiting || composing) {
+      queue.push(event);
+      return;
+    }
+    perform(event);
+  }
+
+  function settle(number) {
+    handled = Math.max(handled, number);
+    if (handled < sent) return;
+    waiting = false;
+    if (composing) return;
+    if (dirty) {
+      show();
+      report(shown);
+    }
+    while (queue.length && !waiting) perform(queue.shift());
+  }
+
+  document.addEventListener('beforeinput', event => {
+    if (event.inputType === 'insertCompositionText' || event.inputType === 'deleteCompositionText')
+      return;
+    event.preventDefault();
+    event.stopPropagation();
+    input({type: event.inputType, data: event.data});
+  }, true);
+
+  const moves = {
+    ArrowLeft: ['backward', 'character'],
+    ArrowRight: ['forward', 'character'],
+    ArrowUp: ['backward', 'line'],
+    ArrowDown: ['forward', 'line'],
+    Home: ['backward', 'lineboundary'],
+    End: ['forward', 'lineboundary'],
+  };
+
+  document.addEventListener('keydown', event => {
+    if (waiting && moves[event.key] && !event.ctrlKey) {
+      event.preventDefault();
+      input({type: 'move', data: [event.shiftKey ? 'extend' : 'move', ...moves[event.key]]});
+    }
+    if (!event.ctrlKey || event.altKey || event.metaKey) return;
+    const key = event.key.toLowerCase();
+    const type = key === 'z' ? (event.shiftKey ? 'redo' : 'undo') : key === 'y' ? 'redo' : null;
+    if (!type) return;
+    event.preventDefault();
+    input({type});
+  }, true);
+
+  for (const type of ['copy', 'cut', 'paste']) {
+    document.addEventListener(type, event => {
+      event.preventDefault();
+      event.stopPropagation();
+      input({type});
+    }, true);
+  }
+
+  // The text of a running composition belongs to the input method.
+  document.addEventListener('compositionstart', () => {
+    const range = selectedRange();
+    if (!range) return;
+    const [node, begin] = settled(range.startContainer, range.startOffset);
+    const [last, end] = settled(range.endContainer, range.endOffset);
+    composing = {
+      node, begin, end,
+      data: isText(node) && node === last ? node.data : null,
+      from: placeOf(node, begin),
+      to: placeOf(last, end),
+    };
+  }, true);
+  document.addEventListener('compositionend', event => {
+    if (!composing) return;
+    const {node, begin, end, data, from, to} = composing;
+    composing = null;
+    // After the event, because the browser still takes its marks off the text. Timers do not run
+    // in a page whose own scripts are off.
+    Promise.resolve().then(() => {
+      if (data !== null && !isBlank(data) && node.isConnected) {
+        node.data = data;
+        if (event.data !== '' || begin !== end) editText(node, begin, end, event.data);
+      } else {
+        show();
+        if (event.data !== '') {
+          waiting = true;
+          bridge.Command(++sent, shown, 'type', from, to, event.data);
+        }
+      }
+      settle(handled);
+    });
+  }, true);
+
+  // --- selection and boxes ---
+
+  function selectedBox() {
+    const range = selectedRange();
+    if (!range || range.startContainer !== range.endContainer ||
+        range.endOffset !== range.startOffset + 1)
+      return -1;
+    const node = range.startContainer.childNodes[range.startOffset];
+    const box = node && node.nodeType === Node.ELEMENT_NODE && node.getAttribute('data-kvo');
+    return box === null || box === undefined || box === false ? -1 : Number(box);
+  }
+
+  document.addEventListener('selectionchange', () => {
+    const range = selectedRange();
+    if (!bridge || !range || waiting || composing) return;
+    const from = placeOf(range.startContainer, range.startOffset);
+    const to = placeOf(range.endContainer, range.endOffset);
+    const key = JSON.stringify([from, to]);
+    if (key === reported) return;
+    reported = key;
+    bridge.Selected(sent, shown, from, to);
+  });
+
+  // Asks whether the place under the pointer can be edited.
+  let under = null;
+  document.addEventListener('mousemove', event => {
+    if (event.target === under || event.buttons) return;
+    under = event.target;
+    document.adoptedStyleSheets = [sheet];
+    const range = document.caretRangeFromPoint(event.clientX, event.clientY);
+    if (range && bridge && !waiting && isText(range.startContainer))
+      bridge.Asked(shown, placeOf(range.startContainer, range.startOffset));
+  }, true);
+
   window.kvo = {
     // `loaded`: the document already shows this text.
-    begin(loaded, revision, all) {
+    begin(loaded, revision, all, number) {
       text = all;
+      sent = handled = number;
+      document.designMode = 'on';
+      queue = [];
+      waiting = false;
       if (!loaded) show();
       report(revision);
     },
-    splice(at, removed, revision, added) {
-      if ((removed || added) && !spliceCell(at, removed, added)) show();
+    // The page has changed. `number` is the last message that the change holds.
+    splice(at, removed, revision, added, number) {
+      handled = Math.max(handled, number);
+      if (handled < sent || composing) {
+        text = text.slice(0, at) + added + text.slice(at + removed);
+        dirty = true;
+        shown = revision;
+        return;
+      }
+      if (dirty) {
+        text = text.slice(0, at) + added + text.slice(at + removed);
+        show();
+      } else if ((removed || added) && !spliceCell(at, removed, added)) {
+        show();
+      }
       report(revision);
     },
-    // For tests: the text that the view should show.
+    settle,
+    // A message was refused: the source wins.
+    refuse(number) {
+      dirty = true;
+      settle(number);
+    },
+    select(from, to) {
+      const begin = resolve(from);
+      const end = to ? resolve(to) : begin;
+      if (!begin || !end) return;
+      typedSpace = null;
+      selection().setBaseAndExtent(begin[0], begin[1], end[0], end[1]);
+      const node = begin[0].nodeType === Node.ELEMENT_NODE ? begin[0] : begin[0].parentNode;
+      const box = selection().getRangeAt(0).getBoundingClientRect();
+      if (box.bottom < 0 || box.top > innerHeight || box.height === 0)
+        node.scrollIntoView({block: 'nearest', inline: 'nearest'});
+    },
+    // A command of the program for what is selected.
+    run(name, value) {
+      input({type: 'program', data: {name, value}});
+    },
+    // Puts the caret under a point of the view; false if there is no text.
+    pointAt(x, y) {
+      const range = document.caretRangeFromPoint(x, y);
+      if (!range) return false;
+      selection().removeAllRanges();
+      selection().addRange(range);
+      return true;
+    },
+    pointer(editable) {
+      document.adoptedStyleSheets = editable ? [sheet] : [sheet, lockSheet];
+    },
+    // For tests: the text that the view should show, and whether all messages are answered.
     text: () => text,
+    idle: () => handled === sent && !waiting && !composing && !dirty && queue.length === 0,
     mark(index) {
       unmark();
       marked = index;
@@ -166,14 +657,61 @@
   });
 
   function boxOf(event) {
-    const box = event.target.closest && event.target.closest('svg[data-kvo]');
+    const box = event.target.closest && event.target.closest('img[data-kvo]');
     return box ? Number(box.getAttribute('data-kvo')) : -1;
   }
+  function selectBox(box) {
+    const range = document.createRange();
+    range.selectNode(box);
+    selection().removeAllRanges();
+    selection().addRange(range);
+  }
+  for (const kind of ['mousedown', 'mouseup']) {
+    document.addEventListener(kind, event => {
+      const box = event.target.closest && event.target.closest('img[data-kvo]');
+      if (box && event.button === 0) selectBox(box);
+    }, true);
+  }
+
+  // --- dragging within the view ---
+  let dragged = null;
+  document.addEventListener('dragstart', event => {
+    const box = event.target.closest && event.target.closest('img[data-kvo]');
+    if (box) selectBox(box);
+    const range = selectedRange();
+    dragged = range && !range.collapsed && !waiting
+        ? [placeOf(range.startContainer, range.startOffset),
+           placeOf(range.endContainer, range.endOffset)]
+        : null;
+    if (!dragged) event.preventDefault();
+  }, true);
+  document.addEventListener('dragover', event => {
+    event.preventDefault();
+    event.dataTransfer.dropEffect = dragged ? 'move' : 'copy';
+  }, true);
+  document.addEventListener('dragend', () => {
+    dragged = null;
+  }, true);
+  document.addEventListener('drop', event => {
+    event.preventDefault();
+    event.stopPropagation();
+    const range = document.caretRangeFromPoint(event.clientX, event.clientY);
+    const from = dragged;
+    dragged = null;
+    if (!range || !bridge || waiting || composing) return;
+    if (!from) return command('lines', event.dataTransfer.getData('text/plain'), range);
+    waiting = true;
+    bridge.Moved(++sent, shown, from[0], from[1],
+                 placeOf(range.startContainer, range.startOffset));
+  }, true);
+
   function listen(kind, react) {
     document.addEventListener(kind, event => {
-      event.preventDefault();
-      event.stopPropagation();
       const index = boxOf(event);
+      if (kind === 'submit' || index >= 0 || event.target.closest('a')) {
+        event.preventDefault();
+        event.stopPropagation();
+      }
       if (index >= 0 && bridge) react(index);
     }, true);
   }

@@ -1,0 +1,314 @@
+#include "apps/editor/DesignEditing.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QScopedValueRollback>
+#include <QTextDocumentFragment>
+#include <algorithm>
+
+#include "apps/editor/Words.h"
+#include "common/values/RuntimeError.h"
+#include "host/qt/QtText.h"
+
+namespace kvo::editor {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kNoteTime = 8s;
+
+struct FormatCommand {
+  const char* name;
+  const design::Format& format;
+  const Localized& step;
+};
+constexpr FormatCommand kFormats[] = {
+    {"bold", design::formats::bold, words::kBold},
+    {"italic", design::formats::italic, words::kItalic},
+    {"underline", design::formats::underline, words::kUnderline},
+};
+
+}  // namespace
+
+DesignEditing::DesignEditing(SessionUser& user, PageDocument& page, SourceEdit& source,
+                             DesignView& view)
+    : user_(user), page_(page), source_(source), view_(view) {
+  view_.onEdited = [this](const DesignMessage& message, int begin, int end, const QString& text) {
+    Edited(message, begin, end, text);
+  };
+  view_.onCommand = [this](const DesignMessage& message, const QString& name,
+                           const QString& value) { Command(message, name, value); };
+  view_.onMoved = [this](const DesignMessage& message, const design::RenderedPlace& to) {
+    Moved(message, to);
+  };
+  view_.onSelected = [this](const DesignMessage& message) { Selected(message); };
+  QObject::connect(qApp, &QApplication::focusChanged, &receiver_, [this](QWidget*, QWidget* now) {
+    if (now == &source_) active_ = false;
+    if (now != nullptr && view_.isAncestorOf(now)) active_ = true;
+  });
+  view_.onAsked = [this](const DesignMessage& message) {
+    if (!IsOutdated(message) && rendering_)
+      view_.ShowPointer(rendering_->Find(message.from).has_value());
+  };
+}
+
+void DesignEditing::PageChanged() {
+  if (ours_) return;
+  since_ = page_.Revision();
+  rendering_.reset();
+}
+
+void DesignEditing::Analysed(const Analysis& analysis) {
+  if (analysis.revision != page_.Revision()) return;
+  if (!rendering_ && analysis.rendering) rendering_ = *analysis.rendering;
+  if (!wanted_ || !rendering_) return;
+  const Wanted wanted = *std::exchange(wanted_, std::nullopt);
+  const auto from = rendering_->PlaceOf(static_cast<std::size_t>(wanted.begin));
+  const auto to = rendering_->PlaceOf(static_cast<std::size_t>(wanted.end));
+  if (from && to) view_.Select(*from, *to);
+  view_.Settle(answered_);
+}
+
+bool DesignEditing::IsOutdated(const DesignMessage& message) const {
+  return message.revision < since_ || !rendering_;
+}
+
+void DesignEditing::Refuse(int number) {
+  user_.Note(Text(words::kOnlyInSource), kNoteTime);
+  view_.Refuse(number);
+}
+
+// --- inside a text ---
+
+void DesignEditing::Edited(const DesignMessage& message, int begin, int end, const QString& text) {
+  answered_ = message.number;
+  if (IsOutdated(message)) return view_.Refuse(message.number);
+  const auto edit = rendering_->ReplaceText(message.from, static_cast<std::size_t>(begin),
+                                            static_cast<std::size_t>(end), text.toStdU16String());
+  if (!edit) return Refuse(message.number);
+  {
+    const QScopedValueRollback<bool> ours(ours_, true);
+    const PageDocument::Step step(page_,
+                                  Text(text.isEmpty() ? words::kDeleteStep : words::kTyping));
+    // Without an edit block, so that the letters of a word are one step.
+    page_.Range(static_cast<int>(edit->begin), static_cast<int>(edit->end))
+        .insertText(QString::fromStdU16String(edit->text), QTextCharFormat());
+  }
+  rendering_->Apply(*edit);
+}
+
+// --- commands ---
+
+std::optional<design::Selection> DesignEditing::Find(const DesignMessage& message) {
+  const auto from = rendering_->Find(message.from);
+  const auto to = rendering_->Find(message.to);
+  if (!from || !to || to->next < from->position) return std::nullopt;
+  return design::Selection{*from, *to};
+}
+
+void DesignEditing::Command(const DesignMessage& message, const QString& name,
+                            const QString& value) {
+  answered_ = message.number;
+  if (name == "undo" || name == "redo") return Step(name == "undo");
+  if (IsOutdated(message)) return view_.Refuse(message.number);
+  const auto selection = Find(message);
+  if (!selection) return Refuse(message.number);
+  const int revision = page_.Revision();
+  try {
+    const auto change = ChangeFor(*selection, name, value);
+    if (change) {
+      const auto* format = std::ranges::find(kFormats, name, &FormatCommand::name);
+      const Localized& step = format != std::end(kFormats)        ? format->step
+                              : name == "type" && value.isEmpty() ? words::kDeleteStep
+                              : name == "cut"                     ? words::kCutStep
+                              : name == "link"                    ? words::kLink
+                              : name == "color"                   ? words::kTextColor
+                              : name == "block"                   ? words::kParagraphStyle
+                              : name == "ul" || name == "ol"      ? words::kList
+                              : name == "picture"                 ? words::kPicture
+                                                                  : words::kTyping;
+      Make(*change, Text(step));
+    }
+  } catch (const std::exception& failure) {
+    user_.Tell(ToQt(FailureText(failure)));
+  }
+  if (page_.Revision() == revision) view_.Settle(message.number);
+}
+
+std::optional<design::Change> DesignEditing::ChangeFor(const design::Selection& selection,
+                                                       const QString& name, const QString& value) {
+  const design::Author author(*rendering_);
+  const std::u16string text = value.toStdU16String();
+  for (const FormatCommand& format : kFormats)
+    if (name == format.name) return author.Toggle(selection, format.format);
+  if (name == "type") return author.Type(selection, text);
+  if (name == "enter") return author.Enter(selection);
+  if (name == "break") return author.BreakLine(selection);
+  if (name == "link") return author.Link(selection, text);
+  if (name == "color") return author.Color(selection, text);
+  if (name == "block") return author.MakeBlocks(selection, value.toStdString());
+  if (name == "ul" || name == "ol") return author.ToggleList(selection, name.toStdString());
+  if (name == "picture") return author.Insert(selection, text);
+  if (name == "copy" || name == "cut") Copy(selection);
+  if (name == "cut") return author.Type(selection, {});
+  if (name == "lines") return author.TypeLines(selection, text);
+  if (name == "paste" && QGuiApplication::clipboard()->mimeData() != nullptr)
+    Paste(selection, *QGuiApplication::clipboard()->mimeData());
+  if (name == "fragment") {
+    QMimeData dropped;
+    dropped.setData(kFragmentType, value.toUtf8());
+    Paste(selection, dropped);
+  }
+  if (name == "tool" && onToolDropped) {
+    Mirror(selection);
+    onToolDropped(value.toInt());
+  }
+  return std::nullopt;
+}
+
+void DesignEditing::Make(const design::Change& change, const QString& step) {
+  const QScopedValueRollback<bool> ours(ours_, true);
+  const PageDocument::Step named(page_, step);
+  QTextCursor cursor(page_.Document());
+  cursor.beginEditBlock();
+  for (auto edit = change.edits.rbegin(); edit != change.edits.rend(); ++edit) {
+    cursor.setPosition(static_cast<int>(edit->begin));
+    cursor.setPosition(static_cast<int>(edit->end), QTextCursor::KeepAnchor);
+    cursor.insertText(QString::fromStdU16String(edit->text), QTextCharFormat());
+  }
+  cursor.endEditBlock();
+  // The tree is another one now.
+  since_ = page_.Revision();
+  rendering_.reset();
+  wanted_ = {static_cast<int>(change.begin), static_cast<int>(change.end)};
+  if (onUrgent) onUrgent();
+}
+
+void DesignEditing::Step(bool back) {
+  const QString before = page_.Content().Text();
+  back ? page_.Undo() : page_.Redo();
+  const Splice change = Difference(before, page_.Content().Text());
+  const auto at = static_cast<int>(change.at + change.added.size());
+  if (page_.Content().Text() == before) return view_.Settle(answered_);
+  wanted_ = {at, at};
+  if (onUrgent) onUrgent();
+}
+
+void DesignEditing::FollowSource() {
+  const QTextCursor cursor = source_.textCursor();
+  wanted_ = {cursor.selectionStart(), cursor.selectionEnd()};
+  if (onUrgent) onUrgent();
+}
+
+// --- clipboard ---
+
+PageText DesignEditing::Part(const design::Selection& selection) const {
+  PageText copied = page_.Content().Part(0, 0);
+  for (const design::Author::Piece& piece : design::Author(*rendering_).Copy(selection)) {
+    const PageText part =
+        page_.Content().Part(static_cast<int>(piece.begin), static_cast<int>(piece.end));
+    const auto end = [&copied] { return static_cast<int>(copied.Text().size()); };
+    copied.Replace(end(), 0, QString::fromStdU16String(piece.added), {});
+    copied.Replace(end(), 0, part.Text(), part.EmbeddedParts());
+  }
+  return copied;
+}
+
+void DesignEditing::Copy(const design::Selection& selection) {
+  const PageText copied = Part(selection);
+  if (copied.Text().isEmpty()) return;
+  std::unique_ptr<QMimeData> mime(SourceEdit::MimeOf(copied, QString()));
+  mime->setText(QTextDocumentFragment::fromHtml(mime->html()).toPlainText());
+  QGuiApplication::clipboard()->setMimeData(mime.release());
+}
+
+void DesignEditing::Paste(const design::Selection& selection, const QMimeData& mime) {
+  const design::Author author(*rendering_);
+  if (!mime.hasFormat(kFragmentType)) {
+    if (const auto change = author.TypeLines(selection, mime.text().toStdU16String()))
+      Make(*change, Text(words::kPasteStep));
+    return;
+  }
+  const std::string fragment = mime.data(kFragmentType).toStdString();
+  QTextCursor whole(page_.Document());
+  whole.beginEditBlock();
+  int at = static_cast<int>(selection.from.position);
+  if (!selection.IsCaret()) {
+    if (const auto change = author.Type(selection, {})) {
+      Make(*change, Text(words::kPasteStep));
+      at = static_cast<int>(change->begin);
+    }
+  }
+  source_.setTextCursor(page_.Range(at, at));
+  source_.InsertFragment(fragment, Text(words::kPasteStep));
+  whole.endEditBlock();
+  FollowSource();
+}
+
+void DesignEditing::Moved(const DesignMessage& message, const design::RenderedPlace& to) {
+  answered_ = message.number;
+  if (IsOutdated(message)) return view_.Refuse(message.number);
+  const auto selection = Find(message);
+  const auto target = rendering_->Find(to);
+  if (!selection || !target) return Refuse(message.number);
+  const std::size_t at = target->position;
+  const bool forward = at >= selection->End();
+  const auto removal = design::Author(*rendering_).Type(*selection, {});
+  if ((!forward && at > selection->Begin()) || !removal) return view_.Settle(message.number);
+  const PageText moved = Part(*selection);
+  const PageDocument::Step step(page_, Text(words::kMoveStep));
+  QTextCursor cursor(page_.Document());
+  cursor.beginEditBlock();
+  const auto insert = [&] {
+    cursor.setPosition(static_cast<int>(at));
+    page_.Insert(cursor, moved, Text(words::kMoveStep));
+  };
+  // The later place first: the earlier one is then still where it was.
+  if (forward) insert();
+  const int before = page_.Document()->characterCount();
+  Make(*removal, Text(words::kMoveStep));
+  const int removed = before - page_.Document()->characterCount();
+  if (!forward) insert();
+  cursor.endEditBlock();
+  const int end = static_cast<int>(at + static_cast<std::size_t>(moved.Text().size()));
+  const int shift = forward ? removed : 0;
+  wanted_ = {end - static_cast<int>(moved.Text().size()) - shift, end - shift};
+}
+
+// --- selection ---
+
+void DesignEditing::Selected(const DesignMessage& message) {
+  if (!active_ || message.number != answered_ || IsOutdated(message)) return;
+  const auto selection = Find(message);
+  if (!selection) {
+    source_.setTextCursor(page_.Range(static_cast<int>(rendering_->Near(message.from)),
+                                      static_cast<int>(rendering_->Near(message.from))));
+    user_.Note(Text(words::kOnlyInSource), kNoteTime);
+    if (onState) onState({});
+    return;
+  }
+  Mirror(*selection);
+  ShowState(*selection);
+}
+
+void DesignEditing::Mirror(const design::Selection& selection) {
+  const bool caret = selection.IsCaret();
+  source_.setTextCursor(
+      page_.Range(static_cast<int>(caret ? selection.from.position : selection.Begin()),
+                  static_cast<int>(caret ? selection.from.position : selection.End())));
+}
+
+void DesignEditing::ShowState(const design::Selection& selection) {
+  if (!onState) return;
+  const design::Author author(*rendering_);
+  State state;
+  state.editable = true;
+  state.bold = author.Has(selection, design::formats::bold);
+  state.italic = author.Has(selection, design::formats::italic);
+  state.underline = author.Has(selection, design::formats::underline);
+  state.block = author.BlockOf(selection);
+  if (const auto link = author.LinkOf(selection)) state.link = QString::fromStdU16String(*link);
+  onState(state);
+}
+
+}  // namespace kvo::editor

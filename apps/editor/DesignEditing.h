@@ -1,0 +1,96 @@
+// Writing in the design view: turns what the author does there into edits of the source, each a
+// named step of the one undo history, and tells the view what became of it.
+//
+// The view is ahead of the page by the changes inside a text that it shows at once. A change from
+// elsewhere (undo, the source, the file) wins: what the view sends before it shows that change is
+// refused, and the view takes it back.
+#pragma once
+
+#include <QMimeData>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "apps/editor/Analysis.h"
+#include "apps/editor/DesignView.h"
+#include "apps/editor/Session.h"
+#include "apps/editor/SourceEdit.h"
+#include "document/design/Changes.h"
+
+namespace kvo::editor {
+
+class DesignEditing {
+ public:
+  // Sets the view's callbacks. The caret of the source follows that of the view.
+  DesignEditing(SessionUser& user, PageDocument& page, SourceEdit& source, DesignView& view);
+
+  // Call after every change of the page, and when the view has been given an analysis.
+  void PageChanged();
+  void Analysed(const Analysis& analysis);
+  // The last message of the view that the page holds or has refused.
+  int Answered() const { return answered_; }
+
+  // Whether the view had the keyboard focus after the source.
+  bool IsActive() const { return active_; }
+  // An entry of the toolbox was dropped; the caret of the source is at the place.
+  std::function<void(int entry)> onToolDropped;
+
+  // The view waits for the page's next analysis.
+  std::function<void()> onUrgent;
+
+  // What the view should select after the page's next analysis: what the source has selected.
+  void FollowSource();
+
+  // What the selection has, for the toolbar.
+  struct State {
+    bool editable = false;
+    bool bold = false;
+    bool italic = false;
+    bool underline = false;
+    std::string block;            // "p", "h1", "li" ...
+    std::optional<QString> link;  // the address of the link around the caret
+  };
+  std::function<void(const State&)> onState;
+
+ private:
+  void Edited(const DesignMessage& message, int begin, int end, const QString& text);
+  void Command(const DesignMessage& message, const QString& name, const QString& value);
+  void Moved(const DesignMessage& message, const design::RenderedPlace& to);
+  void Selected(const DesignMessage& message);
+
+  // Returns nothing, after telling the user, where the place cannot be edited.
+  std::optional<design::Selection> Find(const DesignMessage& message);
+  bool IsOutdated(const DesignMessage& message) const;
+  // Returns the change of a command; nothing when it has none, or when it is done already.
+  std::optional<design::Change> ChangeFor(const design::Selection& selection, const QString& name,
+                                          const QString& value);
+  void Make(const design::Change& change, const QString& step);
+  PageText Part(const design::Selection& selection) const;
+  void Copy(const design::Selection& selection);
+  void Paste(const design::Selection& selection, const QMimeData& mime);
+  void Step(bool back);
+  // Selects in the source what is selected in the view.
+  void Mirror(const design::Selection& selection);
+  void ShowState(const design::Selection& selection);
+  void Refuse(int number);
+
+  SessionUser& user_;
+  PageDocument& page_;
+  SourceEdit& source_;
+  DesignView& view_;
+
+  std::optional<design::Rendering> rendering_;  // of the page as it is; else unknown
+  int answered_ = 0;
+  int since_ = 0;  // the revision that the view has to show before its messages count
+  bool ours_ = false;
+  bool active_ = false;
+  QObject receiver_;
+  // To select once the view shows the revision.
+  struct Wanted {
+    int begin;
+    int end;
+  };
+  std::optional<Wanted> wanted_;
+};
+
+}  // namespace kvo::editor
