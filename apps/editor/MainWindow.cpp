@@ -53,6 +53,7 @@ QSize FirstSize(const QWidget& window) {
 
 // From here on, a mail of 600 pixels and its source fit side by side between the panels.
 constexpr int kWideWindow = 1800;
+constexpr int kNarrowestPanel = 150;
 
 constexpr char kGeometry[] = "geometry";
 constexpr char kState[] = "state";
@@ -84,6 +85,7 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
       analyst_(std::make_unique<Analyst>(
           [this](const std::shared_ptr<const Analysis>& analysis) { Analysed(analysis); })) {
   UseResources();
+  toolbox_->setMinimumWidth(kNarrowestPanel);
   resize(FirstSize(*this));
   auto* sourcePane = new QWidget(this);
   auto* column = new QVBoxLayout(sourcePane);

@@ -2,7 +2,9 @@
 
 #include <QGuiApplication>
 #include <QPainter>
+#include <QTextBlock>
 #include <QTextInlineObject>
+#include <algorithm>
 
 #include "apps/editor/Colors.h"
 #include "host/qt/BoxPainter.h"
@@ -12,6 +14,7 @@ namespace {
 
 constexpr double kOddMargin = 2;
 constexpr double kBoxMargin = 1;
+constexpr double kNarrowestBox = 60;
 
 QFont OddFont(const QTextDocument& document) {
   QFont font = document.defaultFont();
@@ -31,20 +34,35 @@ QString OddText(const QByteArray& bytes) {
 PageLayout::PageLayout(const PageDocument& document)
     : QPlainTextDocumentLayout(const_cast<PageDocument&>(document).Document()), page_(document) {}
 
-Box PageLayout::Fitted(Box box) const {
+double PageLayout::IndentationBefore(int position) const {
+  const QTextBlock block = document()->findBlock(position);
+  const QFontMetricsF metrics(document()->defaultFont());
+  double width = 0;
+  for (const QChar c : block.text().left(position - block.position())) {
+    if (!c.isSpace()) return 0;
+    width += c == u'\t' ? document()->defaultTextOption().tabStopDistance()
+                        : metrics.horizontalAdvance(c);
+  }
+  return width;
+}
+
+Box PageLayout::Fitted(Box box, int position) const {
   const double width = BoxSize(box, device_).width();
-  const double room = lineWidth_ - 2 * kBoxMargin;
-  if (lineWidth_ <= 0 || width <= room || room <= 0) return box;
+  double room = lineWidth_ - 2 * kBoxMargin;
+  if (lineWidth_ <= 0 || width + IndentationBefore(position) <= room) return box;
+  room = std::max(kNarrowestBox, room - IndentationBefore(position));
+  if (width <= room) return box;
   const int lost = box.width - static_cast<int>(box.width * room / width);
   box.width -= lost;
   box.border.width -= lost;
   return box;
 }
 
-void PageLayout::resizeInlineObject(QTextInlineObject item, int, const QTextFormat& format) {
+void PageLayout::resizeInlineObject(QTextInlineObject item, int position,
+                                    const QTextFormat& format) {
   const QFontMetricsF metrics(document()->defaultFont());
   if (const auto look = page_.LookOf(format)) {
-    const QSizeF size = BoxSize(Fitted(look->box), device_);
+    const QSizeF size = BoxSize(Fitted(look->box, position), device_);
     item.setWidth(size.width() + 2 * kBoxMargin);
     // Centres the box on its line.
     const double below = (size.height() - metrics.xHeight()) / 2;
@@ -63,7 +81,7 @@ void PageLayout::drawInlineObject(QPainter* painter, const QRectF& rect, QTextIn
   painter->save();
   const bool selected = isSelected && isSelected(position);
   if (const auto look = page_.LookOf(format)) {
-    const Box box = Fitted(look->box);
+    const Box box = Fitted(look->box, position);
     const QSizeF size = BoxSize(box, device_);
     const QPointF corner = rect.center() - QPointF(size.width(), size.height()) / 2;
     PaintBox(*painter, box, {corner, size}, selected);

@@ -26,7 +26,10 @@ class PageLayout final : public QPlainTextDocumentLayout {
                         int position, const QTextFormat& format) override;
 
  private:
-  Box Fitted(Box box) const;
+  // The box at a position as it fits into its line.
+  Box Fitted(Box box, int position) const;
+  // An indentation is never wrapped: what follows stays in its line.
+  double IndentationBefore(int position) const;
 
   const PageDocument& page_;
   const QPaintDevice* device_ = nullptr;

@@ -312,7 +312,13 @@ TEST_F(ViewsTest, LongLinesAreWrappedUnlessTheAuthorSwitchesThatOff) {
 }
 
 TEST_F(ViewsTest, AWideBoxIsDrawnAsWideAsItsLineWhenLinesAreWrapped) {
-  Open("<object classid=\"progid:KVOPDesignObjects.DTCProductList\" id=\"l\"></object>");
+  const std::string list =
+      "<object classid=\"progid:KVOPDesignObjects.DTCProductList\" id=\"l\"></object>";
+  for (const std::string indentation : {"      ", "\t", "<td>"}) {
+    Open(indentation + list);
+    EXPECT_EQ(Source().horizontalScrollBar()->maximum(), 0) << indentation;
+  }
+  Open(list);
   const auto width = [&] {
     const QTextBlock block = Source().document()->firstBlock();
     Source().document()->documentLayout()->blockBoundingRect(block);  // lays it out
