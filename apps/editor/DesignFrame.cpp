@@ -53,7 +53,7 @@ DesignFrame::DesignFrame(DesignView& design, QWidget* parent) : QWidget(parent),
     Place();
     MeasureSoon();
   });
-  // What draws the page, and gets the mouse, is a child of the view that comes later.
+  // The widget that draws the page and gets the mouse is added to the view later.
   design.View().installEventFilter(this);
   for (QWidget* child : design.View().findChildren<QWidget*>()) child->installEventFilter(this);
 }

@@ -28,7 +28,7 @@ class DesignFrame final : public QWidget {
   void ZoomIn();
   void ZoomOut();
 
-  // To be called when another text shows.
+  // Call it when the text of the page changed.
   void PageChanged();
 
   std::function<void()> onZoomed;
@@ -39,10 +39,10 @@ class DesignFrame final : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  // What the page tells of itself, in its own pixels.
+  // Measured in the page, in its own pixels.
   struct Measures {
-    double content = 0;  // how wide it would have to be
-    double shown = 0;    // how wide it is
+    double content = 0;  // the width that its content needs
+    double shown = 0;    // the width for it
     double window = 0;   // the same with the scroll bar
     double zoom = 0;
   };
@@ -60,7 +60,7 @@ class DesignFrame final : public QWidget {
 
   DesignView& design_;
   PageWidth width_ = PageWidth::fit;
-  std::optional<double> chosenZoom_;  // none: as large as fits, at most 100 %
+  std::optional<double> chosenZoom_;  // unset: as large as fits, at most 100 %
   double zoom_ = 1;
   double contentWidth_ = 0;  // of a page that was wider than the view
   bool fitted_ = false;      // since the last change, to that width

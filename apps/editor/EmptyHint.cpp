@@ -34,7 +34,7 @@ bool EmptyHint::eventFilter(QObject* watched, QEvent* event) {
 void EmptyHint::paintEvent(QPaintEvent*) {
   constexpr int kMargin = 12;
   QPainter painter(this);
-  // A list without rows may be disabled; its hint is as legible as ever.
+  // Stays legible in a disabled list.
   painter.setPen(palette().color(QPalette::Active, QPalette::PlaceholderText));
   painter.drawText(rect().adjusted(kMargin, kMargin, -kMargin, -kMargin),
                    Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, text());

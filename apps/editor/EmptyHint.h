@@ -1,4 +1,4 @@
-// What an empty list says in place of its rows: what would be there, and how it gets there.
+// The text in place of the rows of an empty list: says how to get some.
 #pragma once
 
 #include <QAbstractItemView>

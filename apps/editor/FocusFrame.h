@@ -1,4 +1,4 @@
-// What surrounds a panel: a frame that shows where the keyboard is.
+// A frame around a panel, which shows the keyboard focus.
 #pragma once
 
 #include <QWidget>

@@ -36,7 +36,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   ~MainWindow() override;
 
   bool UseToolbox(const QString& file);  // empty: the built-in one
-  // Shows ways to begin in place of the page, until there is one.
+  // Shows the welcome page until a page is opened.
   void ShowWelcome();
 
   Session& Work() { return *session_; }

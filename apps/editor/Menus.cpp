@@ -289,7 +289,7 @@ void MainWindow::AddLayouts(QMenu& menu) {
     layouts.at(views_->Arranged())->setChecked(true);
     source->setChecked(views_->Arranged() != Views::Layout::alone);
     design->setChecked(!frame_->isHidden());
-    // The view that is now hidden may have had the keyboard.
+    // The hidden view may have had the focus.
     if (views_->isVisible() && QApplication::focusWidget() == nullptr) FocusPage();
   };
 }

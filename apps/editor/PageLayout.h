@@ -16,7 +16,7 @@ class PageLayout final : public QPlainTextDocumentLayout {
   void Device(const QPaintDevice* device) { device_ = device; }
   // The width of a line, in pixels; wider boxes are drawn narrower. 0: lines are not wrapped.
   void LineWidth(double width) { lineWidth_ = width; }
-  // Whether the character at a position is selected; the widget knows.
+  // Whether the character at a position is selected. Set by the widget.
   std::function<bool(int position)> isSelected;
 
  protected:

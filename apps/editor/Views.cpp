@@ -70,7 +70,7 @@ void Views::Restore(Layout preset) {
     sizes_[each.layout] = settings.value(QString(kSizes) + each.name).toByteArray();
   withSource_ = LayoutOf(settings.value(kWithSource).toString(), preset);
   const Layout layout = LayoutOf(settings.value(kLayout).toString(), withSource_);
-  layout_ = Layout::alone;  // nothing that shows yet is to be kept
+  layout_ = Layout::alone;  // there are no sizes to keep yet
   Arrange(layout);
 }
 

@@ -17,11 +17,11 @@ class Views final : public QSplitter {
   void Arrange(Layout layout);
   Layout Arranged() const { return layout_; }
 
-  // The one that stays shows if the other one is hidden.
+  // Hiding one view shows the other.
   void ShowSource(bool shows);
   void ShowDesign(bool shows);
 
-  // Layout and sizes are kept in the settings; `preset` is for who has none there.
+  // Layout and sizes are kept in the settings; `preset` applies without them.
   void Restore(Layout preset);
   void Remember();
 
@@ -33,7 +33,7 @@ class Views final : public QSplitter {
   QWidget* design_;
   QWidget* source_;
   Layout layout_ = Layout::below;
-  Layout withSource_ = Layout::below;  // where the source shows when it shows again
+  Layout withSource_ = Layout::below;  // used when the source is shown again
   QMap<Layout, QByteArray> sizes_;
 };
 

@@ -120,7 +120,7 @@ QWidget* Welcome::RecentFiles() {
   rows->addWidget(recent_);
   rows->addStretch();
   const auto open = [this](const QListWidgetItem* item) {
-    // Where one click activates, too, the second call comes when this is over.
+    // Ignores the second signal on desktops where a click also activates.
     if (item != nullptr && isVisible() && onRecent) onRecent(item->data(Qt::UserRole).toString());
   };
   // One click is enough; Enter activates.

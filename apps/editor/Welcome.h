@@ -1,4 +1,4 @@
-// What shows before there is a page: how to begin one, and the files opened last.
+// The welcome page, shown before a page is open: ways to begin one, and the recent files.
 #pragma once
 
 #include <QScrollArea>

@@ -45,11 +45,10 @@ int main(int argc, char** argv) {
   platform.recordsets = shop::NewRecordset;
   editor::MainWindow window(platform, {editor::DraftFolder(), shop::NewConnection});
   const QStringList files = line.positionalArguments();
-  if (files.isEmpty()) window.ShowWelcome();
+  window.ShowWelcome();  // until there is a page
   window.show();
   QTimer::singleShot(0, &window, [&] {
-    if (window.Work().OfferDrafts() || files.isEmpty()) return;
-    if (!window.Work().Open(files.front())) window.ShowWelcome();
+    if (!window.Work().OfferDrafts() && !files.isEmpty()) window.Work().Open(files.front());
   });
   return QApplication::exec();
 }
