@@ -149,7 +149,6 @@ void ControlEditing::Insert(const Tool& tool) {
                     {{Embedded::Kind::control, 0, element}});
     const auto inserted = source_.Insert(control, Text(words::kInsertStep, {ToQt(tool.caption)}));
     const auto pages = fresh->PropertyPages();
-    source_.setFocus();
     if (inserted != SourceEdit::Inserted::asItIs || !pages || pages->empty()) return;
     if (!OpensInserted() || !tool.field.empty()) return source_.ExpectEnter();
     // Waits for the end of a drop.

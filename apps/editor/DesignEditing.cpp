@@ -16,6 +16,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kNoteTime = 8s;
+constexpr std::u16string_view kTypedSpace = u"&nbsp;";
 
 struct FormatCommand {
   const char* name;
@@ -56,6 +57,7 @@ void DesignEditing::PageChanged() {
   if (ours_) return;
   since_ = page_.Revision();
   rendering_.reset();
+  typedSpace_.reset();
 }
 
 void DesignEditing::Analysed(const Analysis& analysis) {
@@ -95,6 +97,18 @@ void DesignEditing::Edited(const DesignMessage& message, int begin, int end, con
         .insertText(QString::fromStdU16String(edit->text), QTextCharFormat());
   }
   rendering_->Apply(*edit);
+  typedSpace_.reset();
+  if (edit->text == kTypedSpace) typedSpace_ = static_cast<int>(edit->begin);
+}
+
+void DesignEditing::EndTyping() {
+  const auto space = std::exchange(typedSpace_, std::nullopt);
+  const auto size = static_cast<int>(kTypedSpace.size());
+  if (!space || source_.textCursor().hasSelection() ||
+      source_.textCursor().position() != *space + size)
+    return;
+  const PageDocument::Step step(page_, Text(words::kTyping));
+  page_.Range(*space, *space + size).insertText(" ", QTextCharFormat());
 }
 
 // --- commands ---

@@ -38,6 +38,10 @@ class DesignEditing {
   // The view waits for the page's next analysis.
   std::function<void()> onUrgent;
 
+  // Call before inserting at the caret of the source: a space typed last in its line is not
+  // breaking only until something follows it.
+  void EndTyping();
+
   // What the view should select after the page's next analysis: what the source has selected.
   void FollowSource();
 
@@ -82,6 +86,7 @@ class DesignEditing {
   std::optional<design::Rendering> rendering_;  // of the page as it is; else unknown
   int answered_ = 0;
   int since_ = 0;  // the revision that the view has to show before its messages count
+  std::optional<int> typedSpace_;  // the position of the space that was typed last
   bool ours_ = false;
   bool active_ = false;
   QObject receiver_;

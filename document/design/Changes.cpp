@@ -31,9 +31,9 @@ class Edits {
   void Remove(std::size_t begin, std::size_t end) { Replace(begin, end, {}); }
   void Insert(std::size_t at, std::u16string text) { Replace(at, at, std::move(text)); }
 
-  // `begin` and `end` are places in the old source. Where something was inserted at one of them,
-  // `inside` says whether the selection encloses it.
-  std::optional<Change> Finish(std::size_t begin, std::size_t end, bool inside = false) {
+  // `begin` and `end` are places in the old source. A selection stays inside of what was inserted
+  // around it; a caret goes behind it, but not behind end tags.
+  std::optional<Change> Finish(std::size_t begin, std::size_t end) {
     std::ranges::stable_sort(edits_, {}, &Edit::begin);
     std::vector<Edit> joined;
     for (Edit& edit : edits_) {
@@ -46,9 +46,14 @@ class Edits {
       }
     }
     if (joined.empty()) return std::nullopt;
+    const bool closes =
+        begin == end && std::ranges::any_of(joined, [&](const Edit& edit) {
+          return edit.begin == begin && edit.end == begin && edit.text.starts_with(u"</");
+        });
     Change change{std::move(joined), 0, 0};
-    change.begin = After(change.edits, begin, !inside);
-    change.end = std::max(change.begin, After(change.edits, end, inside || begin == end));
+    change.begin = After(change.edits, begin, !closes);
+    change.end =
+        begin == end ? change.begin : std::max(change.begin, After(change.edits, end, false));
     return change;
   }
 

@@ -126,7 +126,8 @@ std::optional<TextChange> ChangeText(std::u16string_view source, std::size_t off
     return read && read->text == wanted;
   };
   if (fits()) return change;
-  if (!added.empty()) {
+  const bool isPair = !added.empty() && added.front() >= 0xD800 && added.front() < 0xE000;
+  if (!added.empty() && !isPair) {
     change.written = Reference(added.front()) + WriteText(added.substr(1));
     if (fits()) return change;
   }

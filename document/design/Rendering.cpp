@@ -173,26 +173,49 @@ class Rendering::Builder {
   void Add(const GumboNode& from, NodeIndex parent, bool locked, std::size_t depth) {
     if (depth > kDeepest) return;
     const auto index = static_cast<NodeIndex>(nodes_.size());
-    nodes_.emplace_back();
     Node node;
     node.parent = parent;
     node.locked = locked || (static_cast<unsigned>(from.parse_flags) & kMoved) != 0;
     if (from.type == GUMBO_NODE_ELEMENT || from.type == GUMBO_NODE_TEMPLATE) {
+      nodes_.emplace_back();
       AddElement(from, node, index, depth);
+      node.next = static_cast<NodeIndex>(nodes_.size());
+      nodes_[index] = std::move(node);
+    } else if (from.type == GUMBO_NODE_TEXT || from.type == GUMBO_NODE_WHITESPACE) {
+      AddText(from.v.text, node);
     } else {
-      const GumboText& text = from.v.text;
-      node.kind = from.type == GUMBO_NODE_WHITESPACE ? Node::Kind::blank
-                  : from.type == GUMBO_NODE_TEXT     ? Node::Kind::text
-                                                     : Node::Kind::comment;
-      const std::size_t begin = OffsetOf(text.original_text);
-      node.begin = node.contentBegin = html_.PositionOf(begin);
-      node.end = node.contentEnd = html_.PositionOf(begin + text.original_text.length);
+      node.kind = Node::Kind::comment;
+      AddLeaf(from.v.text.original_text, node);
     }
-    node.next = static_cast<NodeIndex>(nodes_.size());
-    nodes_[index] = std::move(node);
   }
 
  private:
+  void AddLeaf(const GumboStringPiece& piece, Node node) {
+    const std::size_t begin = OffsetOf(piece);
+    node.begin = node.contentBegin = html_.PositionOf(begin);
+    node.end = node.contentEnd = html_.PositionOf(begin + piece.length);
+    node.next = static_cast<NodeIndex>(nodes_.size() + 1);
+    nodes_.push_back(std::move(node));
+  }
+
+  // The parser makes one text of what is around the end tags of body and html.
+  void AddText(const GumboText& text, const Node& node) {
+    std::string_view rest(text.original_text.data, text.original_text.length);
+    while (!rest.empty()) {
+      std::size_t end = rest.find("</");
+      const std::size_t tag = end == std::string_view::npos ? 0 : rest.find('>', end) + 1 - end;
+      if (tag == 0) end = rest.size();
+      const std::string_view piece = rest.substr(0, end);
+      Node part = node;
+      part.kind =
+          std::ranges::all_of(piece, [](char c) { return IsBlank(static_cast<char16_t>(c)); })
+              ? Node::Kind::blank
+              : Node::Kind::text;
+      if (!piece.empty()) AddLeaf({piece.data(), piece.size()}, part);
+      rest.remove_prefix(end + tag);
+    }
+  }
+
   void AddElement(const GumboNode& from, Node& node, NodeIndex index, std::size_t depth) {
     const GumboElement& element = from.v.element;
     node.name = NameOf(element);
@@ -334,8 +357,7 @@ std::uint32_t HashNames(const std::vector<Node>& nodes, const auto& children) {
                                   : node.kind == Node::Kind::comment ? "#comment"
                                   : node.kind == Node::Kind::box     ? kBoxName
                                                                      : std::string_view(node.name);
-    for (const char c : name) hash = Hash(std::u16string(1, static_cast<char16_t>(c)), hash);
-    hash = Hash(u"\n", hash);
+    hash = Hash(std::string_view("\n"), Hash(name, hash));
   }
   return hash;
 }
@@ -391,7 +413,11 @@ std::optional<Point> Rendering::Find(const RenderedPlace& place) const {
       if (!text || node.locked || Hash(text->text) != place.hash ||
           place.offset > text->text.size())
         return std::nullopt;
-      return Point{child.first, text->places[place.offset], text->places[place.offset]};
+      // What follows the end tags of body and html is part of the last text, but not edited with
+      // it.
+      const auto first = ReadText(SourceOf(node), node.begin);
+      if (place.offset > first->text.size()) return std::nullopt;
+      return Point{child.first, first->places[place.offset], first->places[place.offset]};
     }
     if (number == wanted && !child.blank) {
       next = node.begin;
@@ -522,7 +548,9 @@ bool Rendering::ApplyInText(const Edit& edit) {
       each.begin += added;
       each.contentBegin += added;
     }
-    if (holds || (each.end >= end && node > found) || each.begin > end) {
+    // What holds the text may end before it: a text after the page's end belongs to its body.
+    if (holds ? each.contentEnd >= edit.end
+              : (each.end >= end && node > found) || each.begin > end) {
       each.contentEnd += added;
       each.end += added;
     }

@@ -54,8 +54,8 @@ struct RenderedPlace {
 
 // FNV-1a over the code units.
 constexpr std::uint32_t kHashStart = 2166136261U;
-constexpr std::uint32_t Hash(std::u16string_view text, std::uint32_t hash = kHashStart) {
-  for (const char16_t c : text) hash = (hash ^ c) * 16777619U;
+constexpr std::uint32_t Hash(const auto& text, std::uint32_t hash = kHashStart) {
+  for (const auto c : text) hash = (hash ^ static_cast<char16_t>(c)) * 16777619U;
   return hash;
 }
 

@@ -63,6 +63,9 @@ TEST_F(Changes, Type) {
              {"<p>a<br>|<br></p>", "<p>a<br>x|</p>"},
              {"<p>a|<br>b</p>", "<p>ax|<br>b</p>"},
          });
+  // White space after the end tags belongs to the last text.
+  Expect(Typed("x"), {{"<body>|\n\n</body>\n</html>\n", "<body>x|\n\n</body>\n</html>\n"},
+                      {"<body>ab|</body>\n</html>\n", "<body>abx|</body>\n</html>\n"}});
   Expect(Typed("<&\u00A0"), {{"<p>|</p>", "<p>&lt;&amp;&nbsp;|</p>"}});
   Expect(Typed("lt;"), {{"<p>a &|<b>b</b></p>", "<p>a &&#108;t;|<b>b</b></p>"}});
 }
@@ -163,6 +166,8 @@ TEST_F(Changes, Blocks) {
                        {"<p>a|b<p>c", "<h2>a|b</h2><p>c"},
                        {"<p>‹a</p> <h1>b›</h1>", "<h2>‹a</h2> <h2>b›</h2>"},
                        {"<h2>a|b</h2>", ""},
+                       {"<body>ab|\n</body></html>\n", "<body><h2>ab|</h2>\n</body></html>\n"},
+                       {"<body>|ab</body>", "<body><h2>|ab</h2></body>"},
                        {"<table><tr><td> a|b <i>c</i> <p>d</p></td></tr></table>",
                         "<table><tr><td> <h2>a|b <i>c</i></h2> <p>d</p></td></tr></table>"},
                    });

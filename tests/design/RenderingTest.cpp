@@ -109,7 +109,7 @@ TEST(Rendering, DoesNotFindAPlaceOfAnotherTree) {
   auto place = rendering.PlaceOf(3);
   ASSERT_TRUE(place && rendering.Find(*place));
   auto other = *place;
-  other.hash = Hash(u"b");
+  other.hash = Hash(std::u16string_view(u"b"));
   EXPECT_FALSE(rendering.Find(other));
   other = *place;
   ++other.path.front().names;

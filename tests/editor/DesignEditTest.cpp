@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QFile>
 #include <QInputMethodEvent>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QWebEnginePage>
 #include <QWebEngineScript>
@@ -23,10 +24,14 @@ class DesignEditTest : public testing::Test {
     ASSERT_TRUE(window->Work().Open(desk.Put("seite.html", bytes)));
     ASSERT_TRUE(WaitForViews(*window));
     window->Design().setFocus();
+    CountKeys();
+  }
+  // Begins to count the keys that the view has seen.
+  void CountKeys() {
     keys = 0;
     Evaluate(
         "window.keys = 0; if (!window.counts) addEventListener('keydown', window.counts ="
-        "event => { if (!['Shift', 'Control'].includes(event.key)) ++keys; }, true); 0");
+        "event => { if (!['Shift', 'Control', 'Alt'].includes(event.key)) ++keys; }, true); 0");
     Settle();
   }
   QVariant Evaluate(const QString& expression) {
@@ -59,6 +64,7 @@ class DesignEditTest : public testing::Test {
   // Puts the caret into a text, or selects from there to another.
   void Caret(const QString& text, int offset = 0) { Select(text, offset, text, offset); }
   void Select(const QString& from, int fromOffset, const QString& to, int toOffset) {
+    Settle();
     EXPECT_TRUE(
         Evaluate(QString("(() => {"
                          "const find = wanted => {"
@@ -80,6 +86,14 @@ class DesignEditTest : public testing::Test {
   void Key(int key, Qt::KeyboardModifiers modifiers = {}) {
     QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
     ++keys;
+  }
+  // A key that is a menu's: the view never sees it.
+  void Shortcut(int key, Qt::KeyboardModifiers modifiers) {
+    Settle();
+    const int revision = window->Page().Revision();
+    QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
+    EXPECT_TRUE(WaitFor([&] { return window->Page().Revision() != revision; }));
+    Settle();
   }
   void Type(const QString& text) {
     QTest::keyClicks(QApplication::focusWidget(), text);
@@ -227,7 +241,7 @@ TEST_F(DesignEditTest, InsertsToolsAtTheCaretAndGoesOnBehindThem) {
   EXPECT_TRUE(window->Design().isAncestorOf(QApplication::focusWidget()));
   Type(",");
   const std::string bytes = Bytes();
-  EXPECT_EQ(bytes.find("<!DOCTYPE html><p>Hallo&nbsp;<object"), 0U) << bytes;
+  EXPECT_EQ(bytes.find("<!DOCTYPE html><p>Hallo <object"), 0U) << bytes;
   EXPECT_TRUE(bytes.ends_with("</object>,</p>")) << bytes;
 }
 
@@ -458,6 +472,74 @@ TEST_F(DesignEditTest, WritesIntoEmptyPlaces) {
   EXPECT_EQ(Bytes(), "<!DOCTYPE html><body><table><tr><td id=z></td></tr></table></body>");
   Type("x");
   EXPECT_EQ(Bytes(), "<!DOCTYPE html><body><table><tr><td id=z>x</td></tr></table></body>");
+}
+
+// An author's day without ever focusing the source: a mail from nothing with every control, formats
+// and a list; undone, redone, saved and opened again.
+TEST_F(DesignEditTest, WritesAMailWithoutTheSource) {
+  window->Work().New();
+  ASSERT_TRUE(WaitForViews(*window));
+  window->Design().setFocus();
+  CountKeys();
+  bool sourceFocused = false;
+  const auto watch = QObject::connect(
+      qApp, &QApplication::focusChanged,
+      [&](QWidget*, QWidget* now) { sourceFocused = sourceFocused || now == &window->Source(); });
+  const std::string fresh = Bytes();
+  Type("Guten Tag");
+  Shortcut(Qt::Key_1, Qt::ControlModifier | Qt::AltModifier);
+  Key(Qt::Key_Return);
+  for (const char* tool :
+       {"Ausdruck", "Kontaktfeld", "Bestellfeld", "Konfigurationswert", "HTML-Element", "Skript",
+        "Wenn/sonst", "Produkttabelle", "Bestellpositionen", "Gezählter Link", "Öffnungszähler",
+        "Abmeldelink"}) {
+    SCOPED_TRACE(tool);
+    Type("Mit ");
+    Settle();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_T, Qt::ControlModifier);
+    auto* search = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    ASSERT_NE(search, nullptr);
+    search->insert(tool);
+    QTest::keyClick(search, Qt::Key_Return);
+    ASSERT_TRUE(window->Design().isAncestorOf(QApplication::focusWidget()));
+    keys = Evaluate("window.keys").toInt();
+    Settle();
+    EXPECT_EQ(window->Page().UndoName(), QString(tool) + " einfügen");
+    Type(".");
+    Key(Qt::Key_Return);
+  }
+  Type("Ende und Schluss");
+  for (int letter = 0; letter < 7; ++letter) Key(Qt::Key_Left, Qt::ShiftModifier);
+  Settle();
+  Key(Qt::Key_B, Qt::ControlModifier);
+  Settle();
+  Shortcut(Qt::Key_8, Qt::ControlModifier | Qt::ShiftModifier);
+  const std::string finished = Bytes();
+  int steps = 0;
+  for (; !window->Page().UndoName().isEmpty(); ++steps) {
+    ASSERT_LT(steps, 200);
+    Key(Qt::Key_Z, Qt::ControlModifier);
+    Settle();
+  }
+  EXPECT_EQ(Bytes(), fresh);
+  for (; steps > 0; --steps) {
+    Key(Qt::Key_Y, Qt::ControlModifier);
+    Settle();
+  }
+  EXPECT_EQ(Bytes(), finished);
+  QObject::disconnect(watch);
+  EXPECT_FALSE(sourceFocused);
+  ASSERT_TRUE(window->Work().SaveAs(desk.Path("tag.html")));
+  const std::string saved = desk.Bytes("tag.html");
+  QFile golden(KVO_SOURCE_DIR "/tests/golden/editor/design.html");
+  const std::string expected =
+      golden.open(QIODevice::ReadOnly) ? golden.readAll().toStdString() : "";
+  if (saved != expected) {
+    QFile actual(KVO_BINARY_DIR "/design.html");
+    ASSERT_TRUE(actual.open(QIODevice::WriteOnly));
+    actual.write(QByteArray::fromStdString(saved));
+  }
+  EXPECT_EQ(saved, expected) << "compare with " KVO_BINARY_DIR "/design.html";
 }
 
 // Pages of different making.

@@ -310,8 +310,10 @@
 
   const selection = () => document.getSelection();
 
+  // A view that nobody has clicked into yet has its caret at the start.
   function selectedRange() {
     const current = selection();
+    if (!current.rangeCount && document.body) current.collapse(document.body, 0);
     return current.rangeCount ? current.getRangeAt(0) : null;
   }
 
@@ -645,6 +647,7 @@
     text: () => text,
     idle: () => handled === sent && !waiting && !composing && !dirty && queue.length === 0,
     mark(index) {
+      if (index < 0 && marked < 0) return;
       unmark();
       marked = index;
       showMark(true);
