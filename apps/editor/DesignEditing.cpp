@@ -21,12 +21,23 @@ constexpr std::u16string_view kTypedSpace = u"&nbsp;";
 struct FormatCommand {
   const char* name;
   const design::Format& format;
-  const Localized& step;
 };
 constexpr FormatCommand kFormats[] = {
-    {"bold", design::formats::bold, words::kBold},
-    {"italic", design::formats::italic, words::kItalic},
-    {"underline", design::formats::underline, words::kUnderline},
+    {"bold", design::formats::bold},
+    {"italic", design::formats::italic},
+    {"underline", design::formats::underline},
+};
+
+// The names of the commands' undo steps; all others are typing.
+struct StepName {
+  const char* command;
+  const Localized& step;
+};
+constexpr StepName kStepNames[] = {
+    {"bold", words::kBold},   {"italic", words::kItalic},   {"underline", words::kUnderline},
+    {"link", words::kLink},   {"color", words::kTextColor}, {"block", words::kParagraphStyle},
+    {"ul", words::kList},     {"ol", words::kList},         {"picture", words::kPicture},
+    {"cut", words::kCutStep}, {"lines", words::kPasteStep},
 };
 
 }  // namespace
@@ -131,16 +142,11 @@ void DesignEditing::Command(const DesignMessage& message, const QString& name,
   try {
     const auto change = ChangeFor(*selection, name, value);
     if (change) {
-      const auto* format = std::ranges::find(kFormats, name, &FormatCommand::name);
-      const Localized& step = format != std::end(kFormats)        ? format->step
-                              : name == "type" && value.isEmpty() ? words::kDeleteStep
-                              : name == "cut"                     ? words::kCutStep
-                              : name == "link"                    ? words::kLink
-                              : name == "color"                   ? words::kTextColor
-                              : name == "block"                   ? words::kParagraphStyle
-                              : name == "ul" || name == "ol"      ? words::kList
-                              : name == "picture"                 ? words::kPicture
-                                                                  : words::kTyping;
+      const auto* row = std::ranges::find(kStepNames, name, &StepName::command);
+      const bool deletes = name == "type" && value.isEmpty();
+      const Localized& step = deletes                       ? words::kDeleteStep
+                              : row == std::end(kStepNames) ? words::kTyping
+                                                            : row->step;
       Make(*change, Text(step));
     }
   } catch (const std::exception& failure) {
@@ -316,11 +322,9 @@ void DesignEditing::ShowState(const design::Selection& selection) {
   if (!onState) return;
   const design::Author author(*rendering_);
   State state;
-  state.editable = true;
   state.bold = author.Has(selection, design::formats::bold);
   state.italic = author.Has(selection, design::formats::italic);
   state.underline = author.Has(selection, design::formats::underline);
-  state.block = author.BlockOf(selection);
   if (const auto link = author.LinkOf(selection)) state.link = QString::fromStdU16String(*link);
   onState(state);
 }

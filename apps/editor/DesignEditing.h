@@ -45,13 +45,11 @@ class DesignEditing {
   // What the view should select after the page's next analysis: what the source has selected.
   void FollowSource();
 
-  // What the selection has, for the toolbar.
+  // What the selection has, for the tool bar.
   struct State {
-    bool editable = false;
     bool bold = false;
     bool italic = false;
     bool underline = false;
-    std::string block;            // "p", "h1", "li" ...
     std::optional<QString> link;  // the address of the link around the caret
   };
   std::function<void(const State&)> onState;
@@ -73,7 +71,7 @@ class DesignEditing {
   void Copy(const design::Selection& selection);
   void Paste(const design::Selection& selection, const QMimeData& mime);
   void Step(bool back);
-  // Selects in the source what is selected in the view.
+  // Mirrors the selection of the view in the source.
   void Mirror(const design::Selection& selection);
   void ShowState(const design::Selection& selection);
   void Refuse(int number);

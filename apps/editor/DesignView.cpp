@@ -156,7 +156,7 @@ class DesignView::Page final : public QWebEnginePage {
 };
 
 // Makes the Tab key wrap around inside the view. It must not move into the source, which would
-// receive the next keys as text. Takes what is dragged from the toolbox.
+// receive the next keys as text. Accepts drags from the toolbox and from source views.
 class DesignView::Browser final : public QWebEngineView {
  public:
   explicit Browser(DesignView& view) : QWebEngineView(&view), view_(view) {}

@@ -413,11 +413,6 @@ std::optional<Change> Author::BreakLine(const Selection& selection) const {
   return change;
 }
 
-std::string Author::BlockOf(const Selection& selection) const {
-  const NodeIndex block = BlockAround(page_, selection.from.node);
-  return block != kNoNode && page_.At(block).IsIn(kParagraphs) ? page_.At(block).name : "";
-}
-
 namespace {
 
 // The innermost blocks that hold leaves of the selection, in order.
@@ -436,13 +431,12 @@ std::vector<NodeIndex> BlocksOf(const Rendering& page, const Selection& selectio
   return blocks;
 }
 
-void Rename(const Rendering& page, const Node& node, std::string_view name, Edits& edits) {
+void Rename(const Node& node, std::string_view name, Edits& edits) {
   edits.Replace(node.begin + 1, node.begin + 1 + node.name.size(), Wide(name));
   if (node.hasEndTag)
     edits.Replace(node.contentEnd + 2, node.contentEnd + 2 + node.name.size(), Wide(name));
   else if (name != "p" && name != "li")  // which close by themselves
     edits.Insert(node.contentEnd, u"</" + Wide(name) + u">");
-  (void)page;
 }
 
 // The run of text and inline elements around a place that stands in a cell or the like without a
@@ -479,7 +473,7 @@ std::optional<Change> Author::MakeBlocks(const Selection& selection, std::string
     const Node& node = page_.At(block);
     if (node.locked) return std::nullopt;
     if (node.IsIn(kRenamed)) {
-      if (node.name != name && node.hasStartTag) Rename(page_, node, name, edits);
+      if (node.name != name && node.hasStartTag) Rename(node, name, edits);
       continue;
     }
     const auto [begin, end] = RunAround(page_, block, selection.from.position);
@@ -507,12 +501,12 @@ std::optional<Change> Author::ToggleList(const Selection& selection, std::string
          child = page_.NextSibling(child))
       if (page_.At(child).IsIn("li")) items.push_back(child);
     if (around.name != name) {
-      Rename(page_, around, name, edits);
+      Rename(around, name, edits);
       return edits.Finish(selection.Begin(), selection.End());
     }
     const bool first = blocks.front() == items.front();
     const bool last = blocks.back() == items.back();
-    for (const NodeIndex block : blocks) Rename(page_, page_.At(block), "p", edits);
+    for (const NodeIndex block : blocks) Rename(page_.At(block), "p", edits);
     if (first)
       edits.Remove(around.begin, around.contentBegin);
     else
@@ -534,7 +528,7 @@ std::optional<Change> Author::ToggleList(const Selection& selection, std::string
   });
   if (paragraphs) {
     edits.Insert(page_.At(blocks.front()).begin, open);
-    for (const NodeIndex block : blocks) Rename(page_, page_.At(block), "li", edits);
+    for (const NodeIndex block : blocks) Rename(page_.At(block), "li", edits);
     edits.Insert(page_.At(blocks.back()).end, close);
   } else if (blocks.size() == 1) {
     const auto [begin, end] = RunAround(page_, blocks.front(), selection.from.position);
@@ -730,9 +724,7 @@ std::optional<Change> Author::Toggle(const Selection& caret, const Format& forma
             u"</" + name + u">", edits)
         .Wrap(0);
   }
-  auto change = edits.Finish(selection.Begin(), selection.End());
-  if (change && caret.IsCaret()) return change;
-  return change;
+  return edits.Finish(selection.Begin(), selection.End());
 }
 
 std::optional<Change> Author::Color(const Selection& caret, std::u16string_view color) const {

@@ -68,8 +68,6 @@ class Author {
 
   // Renames the paragraphs and headings of the selection; `name` is p or h1 to h6.
   std::optional<Change> MakeBlocks(const Selection& selection, std::string_view name) const;
-  // The name of the paragraph, heading or item around the start; empty without one.
-  std::string BlockOf(const Selection& selection) const;
   // Makes the selected paragraphs a list, or paragraphs of the selected items.
   std::optional<Change> ToggleList(const Selection& selection, std::string_view name) const;
 
@@ -81,10 +79,10 @@ class Author {
   };
   std::vector<Piece> Copy(const Selection& selection) const;
 
-  // The word around a caret; the selection itself where there is none.
+ private:
+  // Returns the word around a caret; the selection itself where there is none.
   Selection WordAt(const Selection& selection) const;
 
- private:
   const Rendering& page_;
 };
 

@@ -81,8 +81,7 @@ const NamedReference* LongestName(std::string_view text) {
 
 }  // namespace
 
-std::size_t AppendCharacterReference(std::string_view text, std::string& utf8,
-                                     ReferenceIn place) {
+std::size_t AppendCharacterReference(std::string_view text, std::string& utf8, ReferenceIn place) {
   if (text.size() > 1 && text[1] == '#') return AppendNumber(text, utf8);
   const NamedReference* row = LongestName(text.substr(1));
   if (row == nullptr) return 0;

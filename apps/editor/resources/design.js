@@ -336,7 +336,7 @@
       if (isText(next)) {
         if (next.length) return next.data[backwards ? next.length - 1 : 0];
       } else if (next.nodeType === Node.ELEMENT_NODE) {
-        if (next.localName === 'img' || next.localName === 'svg') return 'x';
+        if (next.localName === 'img') return 'x';
         if (!getComputedStyle(next).display.startsWith('inline') || next.localName === 'br')
           return '';
       }
