@@ -3,7 +3,6 @@
 #include <QChildEvent>
 #include <QLayout>
 #include <QPainter>
-#include <QPointer>
 #include <QWebEnginePage>
 #include <QWebEngineScript>
 #include <QWebEngineView>
@@ -130,11 +129,12 @@ void DesignFrame::Begin(std::chrono::milliseconds delay) {
 void DesignFrame::Measure() {
   design_.View().page()->runJavaScript(
       kMeasure, QWebEngineScript::ApplicationWorld,
-      [frame = QPointer<DesignFrame>(this)](const QVariant& answer) {
+      [this, alive = std::weak_ptr(alive_)](const QVariant& answer) {
+        // The page answers while it is destroyed, too, which is after this object's members.
         const QVariantList list = answer.toList();
-        if (frame == nullptr || list.size() != 4) return;
-        frame->Measured({list[0].toDouble(), list[1].toDouble(), list[2].toDouble(),
-                         list[3].toDouble() / frame->devicePixelRatioF()});
+        if (alive.expired() || list.size() != 4) return;
+        Measured({list[0].toDouble(), list[1].toDouble(), list[2].toDouble(),
+                  list[3].toDouble() / devicePixelRatioF()});
       });
 }
 

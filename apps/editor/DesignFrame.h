@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace kvo::editor {
@@ -68,6 +69,7 @@ class DesignFrame final : public QWidget {
   int scrollBar_ = 0;
   int attempts_ = 0;
   QTimer timer_;
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>();
 };
 
 }  // namespace kvo::editor
