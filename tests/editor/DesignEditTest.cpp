@@ -350,7 +350,18 @@ TEST_F(DesignEditTest, MovesAcrossBoxesAsOneCharacter) {
 }
 
 // Each row: keys, and what they make of x a b y with the caret before x; in several surroundings.
-TEST_F(DesignEditTest, TreatsBoxesAsOneThing) {
+using Surroundings = std::pair<std::string, std::string>;
+class DesignBoxTest : public DesignEditTest, public testing::WithParamInterface<Surroundings> {};
+
+INSTANTIATE_TEST_SUITE_P(
+    In, DesignBoxTest,
+    testing::Values(Surroundings{"<!DOCTYPE html><p>", "</p>"},
+                    Surroundings{"<!DOCTYPE html><table><tr><td>", "</td><td>z</td></tr></table>"},
+                    Surroundings{"<!DOCTYPE html><ul><li>", "<li>z</ul>"},
+                    Surroundings{"<!DOCTYPE html><H1>z <b>", "</b> z</H1>"},
+                    Surroundings{"<!DOCTYPE html>z<div><a href=x>", "</a></div>"}));
+
+TEST_P(DesignBoxTest, TreatsBoxesAsOneThing) {
   const std::string a = Print("a", "1");
   const std::string b = Print("b", "2");
   struct Row {
@@ -386,45 +397,37 @@ TEST_F(DesignEditTest, TreatsBoxesAsOneThing) {
       {">>>>BBq", "x" + a + "q"},
   };
 
-  const std::pair<std::string, std::string> around[] = {
-      {"<!DOCTYPE html><p>", "</p>"},
-      {"<!DOCTYPE html><table><tr><td>", "</td><td>z</td></tr></table>"},
-      {"<!DOCTYPE html><ul><li>", "<li>z</ul>"},
-      {"<!DOCTYPE html><H1>z <b>", "</b> z</H1>"},
-      {"<!DOCTYPE html>z<div><a href=x>", "</a></div>"},
-  };
+  const auto& [before, after] = GetParam();
   Open("<!DOCTYPE html><p>");
-  for (const auto& [before, after] : around) {
-    for (const Row& row : rows) {
-      SCOPED_TRACE(before + ' ' + row.keys);
-      const std::string page = before + "x" + a + b + "y" + after;
-      window->Page().ReplaceAll(PageText(page), "Test");
-      Settle();
-      Caret("x", 0);
-      for (const char key : std::string(row.keys)) {
-        switch (key) {
-          case '>':
-            Key(Qt::Key_Right);
-            break;
-          case ']':
-            Key(Qt::Key_Right, Qt::ShiftModifier);
-            break;
-          case '[':
-            Key(Qt::Key_Left, Qt::ShiftModifier);
-            break;
-          case 'D':
-            Key(Qt::Key_Delete);
-            break;
-          case 'B':
-            Key(Qt::Key_Backspace);
-            break;
-          default:
-            Type(QString(QChar(key)));
-        }
+  for (const Row& row : rows) {
+    SCOPED_TRACE(before + ' ' + row.keys);
+    const std::string page = before + "x" + a + b + "y" + after;
+    window->Page().ReplaceAll(PageText(page), "Test");
+    Settle();
+    Caret("x", 0);
+    for (const char key : std::string(row.keys)) {
+      switch (key) {
+        case '>':
+          Key(Qt::Key_Right);
+          break;
+        case ']':
+          Key(Qt::Key_Right, Qt::ShiftModifier);
+          break;
+        case '[':
+          Key(Qt::Key_Left, Qt::ShiftModifier);
+          break;
+        case 'D':
+          Key(Qt::Key_Delete);
+          break;
+        case 'B':
+          Key(Qt::Key_Backspace);
+          break;
+        default:
+          Type(QString(QChar(key)));
       }
-      EXPECT_EQ(Bytes(), before + row.after + after);
-      EXPECT_EQ(Shown(), Wanted());
     }
+    EXPECT_EQ(Bytes(), before + row.after + after);
+    EXPECT_EQ(Shown(), Wanted());
   }
 }
 
