@@ -41,7 +41,7 @@ class DTCIf final : public ControlOf<DTCIf> {
       {"DisplayValue",
        {"Beschreibung", "Description"},
        {"Steht im Kästchen und sagt, worum es geht",
-        "Stands in the box and tells what it is about"}},
+        "Shown in the box to say what it is for"}},
       {"Test",
        {"Bedingung", "Condition"},
        {"Ein Ausdruck zwischen Prozentzeichen, etwa %#order.total#>50%",

@@ -32,7 +32,7 @@ class DTCScript final : public ControlOf<DTCScript> {
       {"DisplayValue",
        {"Beschreibung", "Description"},
        {"Steht im Kästchen und sagt, worum es geht",
-        "Stands in the box and tells what it is about"}},
+        "Shown in the box to say what it is for"}},
       {"HTMLContent",
        {"Anweisungen", "Statements"},
        {"Template-Code oder HTML; kommt unverändert in die Mail",

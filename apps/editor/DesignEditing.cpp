@@ -112,6 +112,26 @@ void DesignEditing::Edited(const DesignMessage& message, int begin, int end, con
   if (edit->text == kTypedSpace) typedSpace_ = static_cast<int>(edit->begin);
 }
 
+void DesignEditing::PrepareInsert() {
+  EndTyping();
+  QTextCursor cursor = source_.textCursor();
+  if (!rendering_ || !cursor.hasSelection()) return;
+  const auto pointAt = [this](int position) -> std::optional<design::Point> {
+    const auto place = rendering_->PlaceOf(static_cast<std::size_t>(position));
+    return place ? rendering_->Find(*place) : std::nullopt;
+  };
+  const auto from = pointAt(cursor.selectionStart());
+  const auto to = pointAt(cursor.selectionEnd());
+  const auto change =
+      from && to ? design::Author(*rendering_).Type({*from, *to}, {}) : std::nullopt;
+  int caret = cursor.selectionEnd();
+  if (change) {
+    Make(*change, Text(words::kDeleteStep));
+    caret = static_cast<int>(change->begin);
+  }
+  source_.setTextCursor(page_.Range(caret, caret));
+}
+
 void DesignEditing::EndTyping() {
   const auto space = std::exchange(typedSpace_, std::nullopt);
   const auto size = static_cast<int>(kTypedSpace.size());

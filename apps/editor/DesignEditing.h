@@ -38,9 +38,9 @@ class DesignEditing {
   // The view waits for the page's next analysis.
   std::function<void()> onUrgent;
 
-  // Call before inserting at the caret of the source: a space typed last in its line is not
-  // breaking only until something follows it.
-  void EndTyping();
+  // Call before inserting at the caret of the source. Deletes what the view has selected, keeping
+  // tags that enclose more, and makes a space typed at the end of its line an ordinary one.
+  void PrepareInsert();
 
   // What the view should select after the page's next analysis: what the source has selected.
   void FollowSource();
@@ -75,6 +75,7 @@ class DesignEditing {
   void Mirror(const design::Selection& selection);
   void ShowState(const design::Selection& selection);
   void Refuse(int number);
+  void EndTyping();
 
   SessionUser& user_;
   PageDocument& page_;

@@ -344,7 +344,7 @@ void MainWindow::Insert(int tool) {
   const auto number = static_cast<std::size_t>(tool);  // another editor's drag may have any
   if (number >= toolbox_->Tools().size()) return;
   const bool inDesign = editing_->IsActive();
-  if (inDesign) editing_->EndTyping();
+  if (inDesign) editing_->PrepareInsert();
   controls_->Insert(toolbox_->Tools()[number]);
   if (inDesign) {
     design_->setFocus();

@@ -152,7 +152,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   QAction* openPages_ = nullptr;
   std::vector<QWidget*> pageStatus_;
   std::vector<QAction*> pageActions_;  // those that need a page
-  // While the welcome page shows: what it hides and disables.
+  // Restored when the welcome page goes away.
   QByteArray panelsBefore_;
   std::vector<QAction*> disabled_;
   QMenu* recent_ = nullptr;

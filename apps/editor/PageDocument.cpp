@@ -64,7 +64,7 @@ void PageDocument::Load(const PageText& text) {
 }
 
 void PageDocument::ReplaceAll(const PageText& text, const QString& step) {
-  // Keeps what is equal at both ends: characters, and what they represent.
+  // Leaves equal characters at both ends untouched; embedded ones must have equal bytes.
   const auto same = [&](int old, int fresh) {
     if (content_.Text()[old] != text.Text()[fresh]) return false;
     const Embedded* a = content_.At(old);

@@ -57,7 +57,7 @@ void PageFile::AcceptOutside() {
   try {
     if (QFileInfo::exists(name_)) known_ = FingerprintOf(page::ReadFile(FileName(name_)));
   } catch (const page::FileError&) {
-    // Saving will report what is wrong with the file.
+    // The next save reports the error.
   }
 }
 

@@ -98,7 +98,7 @@ class TextDialog final : public QDialog {
   }
 
  protected:
-  // Enter in the list of fields inserts one; it must not press OK, too.
+  // Ignores Enter, which inserts a field in the list and must not also press OK.
   void keyPressEvent(QKeyEvent* event) override {
     if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
       QDialog::keyPressEvent(event);

@@ -30,7 +30,7 @@ Language UserLanguage();
 // Overrides the above, for hosts that know the user's language from elsewhere.
 void UserLanguage(Language newLanguage);
 
-// Replaces each "{}" by the next of `values`, of which there are no more than "{}".
+// Replaces each "{}" by the next value. There must be a "{}" for each value.
 template <class Values>
 std::string Filled(std::string_view text, const Values& values) {
   std::string filled;

@@ -15,7 +15,6 @@ constexpr std::string_view kRenamed = "p h1 h2 h3 h4 h5 h6";
 constexpr std::string_view kLists = "ul ol";
 // Parts of tables: they are emptied, never removed without their table.
 constexpr std::string_view kCells = "td th tr tbody thead tfoot caption colgroup col";
-constexpr std::string_view kTables = "table tbody thead tfoot tr colgroup";
 // Elements without children that show something.
 constexpr std::string_view kThings = "img hr input br";
 
@@ -234,7 +233,7 @@ class Eraser {
         continue;
       }
       if (node.IsText()) {
-        if (node.kind == Node::Kind::text || !page_.At(parent).IsIn(kTables))
+        if (node.kind == Node::Kind::text || !page_.At(parent).IsIn(kTableParts))
           edits_.Remove(begin, end);
       } else if (node.kind == Node::Kind::comment) {
         continue;  // conditional comments hold what other mail programs show

@@ -22,7 +22,7 @@ constexpr std::string_view kInline =
     "small "
     "span strike strong sub sup time tt u var";
 // Elements in which parsers move texts elsewhere.
-constexpr std::string_view kNoTexts = "table tbody thead tfoot tr colgroup html head frameset";
+constexpr std::string_view kNoTexts = "html head frameset";
 // Elements whose children are hidden, are no part of the tree, or are a form's.
 constexpr std::string_view kOpaque =
     "svg math template select textarea button object iframe noscript noembed noframes audio video "
@@ -66,13 +66,15 @@ class Html {
   std::string_view Bytes() const { return bytes_; }
 
   // The position in the source of an offset; inside a box, that of the box.
-  std::size_t PositionOf(std::size_t offset) const {
+  std::size_t PositionOf(std::size_t offset) {
     if (offset >= bytes_.size()) return size_;
     auto mark = std::ranges::upper_bound(marks_, offset, {}, &Mark::offset);
     if (mark == marks_.begin()) return 0;
     --mark;
-    std::size_t at = mark->offset;
-    std::size_t position = mark->position;
+    // Places are asked for nearly in their order: goes on from the last one where that is nearer.
+    const Mark& start = mark->offset < last_.offset && last_.offset <= offset ? last_ : *mark;
+    std::size_t at = start.offset;
+    std::size_t position = start.position;
     auto box = std::ranges::lower_bound(boxes_, at, {}, &Box::offset);
     while (at < offset) {
       if (box != boxes_.end() && box->offset == at) {
@@ -87,6 +89,7 @@ class Html {
       at += first.length;
       position += first.character < 0x10000 ? 1 : 2;
     }
+    last_ = {at, position};
     return position;
   }
   // Returns the length in the source of the box at an offset; 0 when there is none.
@@ -126,6 +129,7 @@ class Html {
   static constexpr std::size_t kStride = 256;
   std::string bytes_;
   std::vector<Mark> marks_;
+  Mark last_{0, 0};
   std::vector<Box> boxes_;
   std::size_t size_ = 0;
 };
@@ -133,8 +137,7 @@ class Html {
 // Whether the tags may nest deeper than a parser can follow. Counts start tags without end tags, of
 // which some close by themselves, and so may say so of a page that is flat.
 bool MayBeTooDeep(std::string_view html) {
-  constexpr std::string_view kVoid =
-      "area base br col embed hr img input link meta param source wbr p li td th tr";
+  constexpr std::string_view kSelfClosing = "p li td th tr";
   constexpr std::size_t kMany = 20000;
   std::size_t depth = 0;
   for (std::size_t at = html.find('<'); at != std::string_view::npos; at = html.find('<', at + 1)) {
@@ -148,7 +151,7 @@ bool MayBeTooDeep(std::string_view html) {
     for (std::size_t end = at + 1; end < html.size() && IsLetter(html[end]) && name.size() < 8;
          ++end)
       name += LowerAscii(html[end]);
-    if (!Holds(kVoid, name) && ++depth > kMany) return true;
+    if (!Holds(kEmpty, name) && !Holds(kSelfClosing, name) && ++depth > kMany) return true;
   }
   return false;
 }
@@ -168,7 +171,7 @@ bool IsInline(const Node& node) { return node.IsIn(kInline); }
 // Copies the parser's tree.
 class Rendering::Builder {
  public:
-  Builder(const Html& html, std::vector<Node>& nodes) : html_(html), nodes_(nodes) {}
+  Builder(Html& html, std::vector<Node>& nodes) : html_(html), nodes_(nodes) {}
 
   void Add(const GumboNode& from, NodeIndex parent, bool locked, std::size_t depth) {
     if (depth > kDeepest) return;
@@ -286,7 +289,7 @@ class Rendering::Builder {
     return lower;
   }
 
-  const Html& html_;
+  Html& html_;
   std::vector<Node>& nodes_;
 };
 
@@ -297,7 +300,7 @@ Rendering::Rendering(std::u16string source, std::vector<BoxPlace> boxes)
 
 void Rendering::Parse() {
   nodes_.clear();
-  const Html html(source_, boxes_);
+  Html html(source_, boxes_);
   if (MayBeTooDeep(html.Bytes())) return;
   GumboOptions options = kGumboDefaultOptions;
   options.max_errors = 0;
@@ -399,7 +402,9 @@ std::optional<NodeIndex> Rendering::Follow(const std::vector<RenderedPlace::Leve
 
 std::optional<Point> Rendering::Find(const RenderedPlace& place) const {
   const auto parent = Follow(place.path);
-  if (!parent || nodes_[*parent].locked || nodes_[*parent].IsIn(kNoTexts)) return std::nullopt;
+  if (!parent || nodes_[*parent].locked || nodes_[*parent].IsIn(kTableParts) ||
+      nodes_[*parent].IsIn(kNoTexts))
+    return std::nullopt;
   const std::vector<Child> children = ChildrenOf(*parent);
   const std::uint32_t wanted = place.path.back().child;
   std::uint32_t number = 0;

@@ -59,6 +59,9 @@ constexpr std::uint32_t Hash(const auto& text, std::uint32_t hash = kHashStart) 
   return hash;
 }
 
+// Elements in which parsers move texts out of the table.
+inline constexpr std::string_view kTableParts = "table tbody thead tfoot tr colgroup";
+
 using NodeIndex = std::uint32_t;
 inline constexpr NodeIndex kNoNode = 0xFFFFFFFF;
 

@@ -245,6 +245,17 @@ TEST_F(DesignEditTest, InsertsToolsAtTheCaretAndGoesOnBehindThem) {
   EXPECT_TRUE(bytes.ends_with("</object>,</p>")) << bytes;
 }
 
+TEST_F(DesignEditTest, KeepsTagsThatEncloseMoreThanWhatAToolReplaces) {
+  Open("<!DOCTYPE html><p>a<b>bc</b>de</p><p>f</p>");
+  Select("bc", 1, "de", 1);
+  Settle();
+  window->Tools().onInsert(0);
+  Type("x");
+  const std::string bytes = Bytes();
+  EXPECT_EQ(bytes.find("<!DOCTYPE html><p>a<b>b<object"), 0U) << bytes;
+  EXPECT_TRUE(bytes.ends_with("</object>x</b>e</p><p>f</p>")) << bytes;
+}
+
 TEST_F(DesignEditTest, GoesOnBehindAControlWhosePagesWereEdited) {
   Open("<!DOCTYPE html><p>Hallo </p>");
   Caret("Hallo ", 6);
