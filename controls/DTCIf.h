@@ -40,8 +40,7 @@ class DTCIf final : public ControlOf<DTCIf> {
   static constexpr PropertyInput inputs[] = {
       {"DisplayValue",
        {"Beschreibung", "Description"},
-       {"Steht im Kästchen und sagt, worum es geht",
-        "Shown in the box to say what it is for"}},
+       {"Steht im Kästchen und sagt, worum es geht", "Shown in the box to say what it is for"}},
       {"Test",
        {"Bedingung", "Condition"},
        {"Ein Ausdruck zwischen Prozentzeichen, etwa %#order.total#>50%",

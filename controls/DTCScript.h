@@ -31,8 +31,7 @@ class DTCScript final : public ControlOf<DTCScript> {
   static constexpr PropertyInput inputs[] = {
       {"DisplayValue",
        {"Beschreibung", "Description"},
-       {"Steht im Kästchen und sagt, worum es geht",
-        "Shown in the box to say what it is for"}},
+       {"Steht im Kästchen und sagt, worum es geht", "Shown in the box to say what it is for"}},
       {"HTMLContent",
        {"Anweisungen", "Statements"},
        {"Template-Code oder HTML; kommt unverändert in die Mail",
