@@ -165,6 +165,8 @@ class PageCopy {
 
 struct WriteOptions : SaveOptions {
   bool checkIds = false;
+  // Goes on after errors, and notes every control.
+  std::vector<PublishedControl>* published = nullptr;
 };
 
 // Writes a page with each control in its new form.
@@ -188,15 +190,21 @@ class Writer {
     while (reader_.Next()) {
       if (options_.checkIds) CheckId();
       const bool edited = options_.edit != nullptr && options_.edit->index == Found().index;
-      if (Found().broken || (options_.editedOnly && !edited)) continue;
+      if (options_.published != nullptr && !NoteControl()) continue;
+      if (Found().broken || (options_.editedOnly && !edited)) {
+        LeaveOut();
+        continue;
+      }
+      const std::size_t errors = problems_.Errors();
       try {
         WriteControl(edited);
       } catch (const RuntimeError& error) {
         if (changing_) throw;
         Fail(rule::controlFails, messages::ControlFails(error));
       }
+      if (problems_.Errors() != errors) LeaveOut();
     }
-    if (!problems_.HasErrors()) {
+    if (WritesOn()) {
       copy_.Finish();
       if (result_ == Result::savedSpans) CheckEncoding();
     }
@@ -409,8 +417,37 @@ class Writer {
                          attribute.hasValue ? std::optional(attribute.value) : std::nullopt);
   }
 
+  // After an error nothing is worth writing, unless all that can be published is wanted.
+  bool WritesOn() const { return options_.published != nullptr || !problems_.HasErrors(); }
+
+  // False for a control inside the text of one that was left out.
+  bool NoteControl() {
+    std::vector<PublishedControl>& all = *options_.published;
+    if (!all.empty() && Found().begin < all.back().sourceEnd) return false;
+    const Subject subject = Found().Subject();
+    PublishedControl& noted = all.emplace_back();
+    noted.index = Found().index;
+    noted.className = subject.control;
+    noted.id = subject.id;
+    noted.sourceBegin = Found().begin;
+    noted.sourceEnd = Found().end;
+    return true;
+  }
+  void LeaveOut() {
+    if (options_.published == nullptr) return;
+    options_.published->back().failed = true;
+    Replace({});
+  }
+
   void Replace(std::initializer_list<std::string_view> pieces) {
-    if (problems_.HasErrors()) return;
+    if (!WritesOn()) return;
+    if (options_.published != nullptr) {
+      PublishedControl& noted = options_.published->back();
+      noted.begin = Found().begin + shift_;
+      noted.end = noted.begin;
+      for (const std::string_view piece : pieces) noted.end += piece.size();
+      shift_ += (noted.end - noted.begin) - (Found().end - Found().begin);
+    }
     copy_.Replace(Found().begin, Found().end, pieces);
     if (encoding_.IsDeclared() || encoding_.IsUtf8()) return;
     // Pieces can be checked one by one: no character spans two of them.
@@ -501,6 +538,7 @@ class Writer {
   bool keepsOldText_ = false;
   std::size_t noted_ = 0;  // how far NoteWritten() has covered the page
   bool wroteInvalidUtf8_ = false;
+  std::size_t shift_ = 0;  // from a place in the page to the written one; wraps around
   bool changing_ = false;  // the caller's change is running; pass its failures on
   std::string again_;      // the same from a second call
   ElementWriter element_{encoding_};
@@ -580,6 +618,16 @@ Problems Save(const Page& page, Sink& sink, const SaveOptions& options) {
 
 Problems Publish(const Page& page, Sink& sink) {
   return Writer(page, sink, Writer::Result::runtimeText, {}).Write();
+}
+
+PublishedPage PublishWithPlaces(const Page& page) {
+  PublishedPage published;
+  StringSink sink;
+  WriteOptions options;
+  options.published = &published.controls;
+  published.problems = Writer(page, sink, Writer::Result::runtimeText, options).Write();
+  published.bytes = sink.Take();
+  return published;
 }
 
 Problems Check(const Page& page) {

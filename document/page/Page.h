@@ -103,6 +103,26 @@ Problems Save(const Page& page, Sink& sink, const SaveOptions& options = {});
 // Writes the page with each control replaced by its runtime text.
 Problems Publish(const Page& page, Sink& sink);
 
+// A control in a published page.
+struct PublishedControl {
+  std::size_t index = 0;  // FoundControl::index
+  std::string className;
+  std::string id;
+  std::size_t begin = 0;  // its runtime text in the published page
+  std::size_t end = 0;
+  std::size_t sourceBegin = 0;  // its bytes in the page
+  std::size_t sourceEnd = 0;
+  bool failed = false;  // has errors; its runtime text is left out
+};
+// A published page, and where its controls went. A page with errors is published as far as
+// possible.
+struct PublishedPage {
+  std::string bytes;
+  std::vector<PublishedControl> controls;
+  Problems problems;
+};
+PublishedPage PublishWithPlaces(const Page& page);
+
 // Returns the problems that Save would report, and further oddities.
 Problems Check(const Page& page);
 

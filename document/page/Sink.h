@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kvo::page {
 
@@ -17,6 +18,7 @@ class StringSink final : public Sink {
  public:
   void append(std::string_view bytes) override { text_ += bytes; }
   const std::string& Text() const { return text_; }
+  std::string Take() { return std::move(text_); }
 
  private:
   std::string text_;

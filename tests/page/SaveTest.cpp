@@ -139,6 +139,38 @@ TEST_F(Publishing, ReplacesEachControlByItsText) {
   EXPECT_EQ(Published(Saved(page)), published);
 }
 
+// Returns each control's part of the published page, with the part of the page that it replaces; a
+// control that failed in brackets.
+List PartsOf(const std::string& page, const PublishedPage& published) {
+  List parts;
+  for (const PublishedControl& each : published.controls) {
+    const std::string part = page.substr(each.sourceBegin, 7) + "=>" +
+                             published.bytes.substr(each.begin, each.end - each.begin);
+    parts.push_back(each.failed ? "[" + part + "]" : part);
+  }
+  return parts;
+}
+
+TEST_F(Publishing, TellsWhereEachControlWent) {
+  const std::string page = "<p>" + PrintElement("a") + "&auml;" +
+                           Span(StoredPrint("b"), "<kv:print value=\"b\"/>") + "</p>";
+  const PublishedPage published = PublishWithPlaces(Page(page));
+  EXPECT_EQ(published.bytes, Published(page));
+  EXPECT_EQ(PartsOf(page, published),
+            (List{"<object=><kv:print value=\"a\"/>", "<!--KVO=><kv:print value=\"b\"/>"}));
+}
+
+TEST_F(Publishing, LeavesOutOnlyWhatFailsWhenPlacesAreWanted) {
+  const std::string page = PrintElement("a") + "<b>" + Element(Param("colour", "x")) + "</b>" +
+                           Span(StoredPrint("b"), "x" + PrintElement("lost")) + "<i>" +
+                           PrintElement("c") + "</i>";
+  const PublishedPage published = PublishWithPlaces(Page(page));
+  EXPECT_EQ(published.bytes, "<kv:print value=\"a\"/><b></b><i><kv:print value=\"c\"/></i>");
+  EXPECT_EQ(PartsOf(page, published), (List{"<object=><kv:print value=\"a\"/>", "[<object=>]",
+                                            "[<!--KVO=>]", "<object=><kv:print value=\"c\"/>"}));
+  EXPECT_EQ(Listed(published.problems), Listed((Published(page), problems)));
+}
+
 TEST_F(Publishing, MatchesTheNewCommand) {
   const std::string element = ElementText(*Inspect(Page(PrintElement(""))).controls[0].contract,
                                           std::nullopt, {{"value", "a&b"}, {"format", "#,##0.00"}});
