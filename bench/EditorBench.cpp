@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "apps/editor/DesignView.h"
+#include "apps/editor/LocalBrowser.h"
 #include "apps/editor/MainWindow.h"
 #include "host/qt/TahomaFont.h"
 #include "host/registration/classes.h"
@@ -233,7 +234,7 @@ BENCHMARK(DesignWindow)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterati
 int main(int argc, char** argv) {
   using namespace kvo::editor;
   qputenv("QT_QPA_PLATFORM", "offscreen");
-  PrepareDesignView();
+  PrepareBrowsers();
   QApplication application(argc, argv);
   QApplication::setOrganizationName("KVOPDesignObjects");
   QApplication::setApplicationName("kvo-editor-bench");

@@ -12,8 +12,6 @@
 #include <cmath>
 #include <utility>
 
-#include "apps/editor/DesignView.h"
-
 namespace kvo::editor {
 namespace {
 
@@ -41,20 +39,21 @@ double Rounded(double zoom) { return std::floor(zoom * 100 + 0.01) / 100; }
 
 }  // namespace
 
-DesignFrame::DesignFrame(DesignView& design, QWidget* parent) : QWidget(parent), design_(design) {
-  design.setParent(this);
-  setFocusProxy(&design);
+DesignFrame::DesignFrame(QWidget& view, QWebEngineView& browser, QWidget* parent)
+    : QWidget(parent), view_(view), browser_(browser) {
+  view.setParent(this);
+  setFocusProxy(&view);
   timer_.setSingleShot(true);
   timer_.callOnTimeout([this] { Measure(); });
-  connect(design.View().page(), &QWebEnginePage::loadFinished, this, [this] {
+  connect(browser.page(), &QWebEnginePage::loadFinished, this, [this] {
     Forget();
-    design_.View().setZoomFactor(zoom_);  // a page begins with 100 %
+    browser_.setZoomFactor(zoom_);  // a page begins with 100 %
     Place();
     MeasureSoon();
   });
   // The widget that draws the page and gets the mouse is added to the view later.
-  design.View().installEventFilter(this);
-  for (QWidget* child : design.View().findChildren<QWidget*>()) child->installEventFilter(this);
+  browser.installEventFilter(this);
+  for (QWidget* child : browser.findChildren<QWidget*>()) child->installEventFilter(this);
 }
 
 void DesignFrame::Show(PageWidth width) {
@@ -85,7 +84,7 @@ void DesignFrame::ZoomOut() {
 void DesignFrame::PageChanged() { Begin(kTypingDelay); }
 
 int DesignFrame::Margin() const {
-  const QMargins margins = design_.layout()->contentsMargins();
+  const QMargins margins = view_.layout()->contentsMargins();
   return margins.left() + margins.right();
 }
 
@@ -106,8 +105,8 @@ void DesignFrame::Place() {
   int wide = width();
   if (width_ != PageWidth::fit)
     wide = std::min(wide, qRound(static_cast<double>(width_) * zoom) + scrollBar_ + Margin());
-  design_.setGeometry((width() - wide) / 2, 0, wide, height());
-  if (std::abs(design_.View().zoomFactor() - zoom) > kTolerance) design_.View().setZoomFactor(zoom);
+  view_.setGeometry((width() - wide) / 2, 0, wide, height());
+  if (std::abs(browser_.zoomFactor() - zoom) > kTolerance) browser_.setZoomFactor(zoom);
   if (std::abs(zoom - zoom_) < kTolerance) return;
   zoom_ = zoom;
   if (onZoomed) onZoomed();
@@ -127,7 +126,7 @@ void DesignFrame::Begin(std::chrono::milliseconds delay) {
 }
 
 void DesignFrame::Measure() {
-  design_.View().page()->runJavaScript(
+  browser_.page()->runJavaScript(
       kMeasure, QWebEngineScript::ApplicationWorld,
       [this, alive = std::weak_ptr(alive_)](const QVariant& answer) {
         // The page answers while it is destroyed, too, which is after this object's members.

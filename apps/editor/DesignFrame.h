@@ -1,4 +1,4 @@
-// The ground of the design view: gives the page a width of its own, and zooms it.
+// The ground of a view of the page: gives the page a width of its own, and zooms it.
 #pragma once
 
 #include <QTimer>
@@ -8,9 +8,9 @@
 #include <memory>
 #include <optional>
 
-namespace kvo::editor {
+class QWebEngineView;
 
-class DesignView;
+namespace kvo::editor {
 
 class DesignFrame final : public QWidget {
  public:
@@ -18,7 +18,8 @@ class DesignFrame final : public QWidget {
   // see all of it.
   enum class PageWidth { fit = 0, mail = 600, phone = 360 };
 
-  DesignFrame(DesignView& design, QWidget* parent);
+  // `view` shows the page in `browser`, which is inside of it.
+  DesignFrame(QWidget& view, QWebEngineView& browser, QWidget* parent);
 
   void Show(PageWidth width);
   PageWidth Shown() const { return width_; }
@@ -59,7 +60,8 @@ class DesignFrame final : public QWidget {
   int Room() const;    // for the page, without scroll bar
   int Margin() const;  // of the view around the page, both sides together
 
-  DesignView& design_;
+  QWidget& view_;
+  QWebEngineView& browser_;
   PageWidth width_ = PageWidth::fit;
   std::optional<double> chosenZoom_;  // unset: as large as fits, at most 100 %
   double zoom_ = 1;

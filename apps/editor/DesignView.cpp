@@ -1,32 +1,18 @@
 #include "apps/editor/DesignView.h"
 
-#include <unistd.h>
-
 #include <QApplication>
 #include <QBuffer>
-#include <QDir>
 #include <QDragEnterEvent>
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMimeData>
-#include <QMimeDatabase>
 #include <QPainter>
 #include <QVBoxLayout>
 #include <QWebChannel>
-#include <QWebEngineNewWindowRequest>
-#include <QWebEnginePage>
-#include <QWebEngineProfile>
-#include <QWebEngineScript>
-#include <QWebEngineSettings>
-#include <QWebEngineUrlRequestInfo>
-#include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineUrlRequestJob>
-#include <QWebEngineUrlScheme>
-#include <QWebEngineUrlSchemeHandler>
 
+#include "apps/editor/LocalBrowser.h"
 #include "apps/editor/SourceEdit.h"
 #include "apps/editor/Toolbox.h"
 #include "apps/editor/Words.h"
@@ -36,73 +22,18 @@ namespace kvo::editor {
 namespace {
 
 constexpr int kFrame = 2;  // shows that the view has the keyboard focus
-constexpr char kScheme[] = "kvo-page";
-// The page itself; everything else under the scheme is a file beside it.
-constexpr char kPagePath[] = "/";
-// Our script runs in a separate world, where scripts are allowed although the page's are not.
-constexpr quint32 kWorld = QWebEngineScript::ApplicationWorld;
-
-// Returns a text as a script literal.
-QString Literal(const QString& text) {
-  const QByteArray list = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
-  return QString::fromUtf8(list.sliced(1, list.size() - 2));
-}
-
-QString Resource(const QString& name) {
-  QFile file(name);
-  file.open(QIODevice::ReadOnly);
-  return QString::fromUtf8(file.readAll());
-}
-
-// Only loading a new document can change the doctype.
-QStringView DoctypeOf(const QString& html) {
-  const QStringView text = QStringView(html).trimmed();
-  return text.startsWith(u"<!doctype", Qt::CaseInsensitive) ? text.left(text.indexOf(u'>'))
-                                                            : QStringView();
-}
-
-class OnlyThePage final : public QWebEngineUrlRequestInterceptor {
- public:
-  using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
-  void interceptRequest(QWebEngineUrlRequestInfo& info) override {
-    const QString scheme = info.requestUrl().scheme();
-    info.block(scheme != kScheme && scheme != "data");
-  }
-};
 
 }  // namespace
 
-void PrepareDesignView() {
-  // The browser cannot create its sandbox as root, and would not start.
-  if (geteuid() == 0) qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
-  QWebEngineUrlScheme scheme(kScheme);
-  scheme.setSyntax(QWebEngineUrlScheme::Syntax::Path);
-  scheme.setFlags(QWebEngineUrlScheme::LocalScheme | QWebEngineUrlScheme::LocalAccessAllowed);
-  QWebEngineUrlScheme::registerScheme(scheme);
-}
-
-// Answers the view's requests: the page, and pictures and style sheets from its folder.
-class DesignView::Source final : public QWebEngineUrlSchemeHandler {
+// Draws the boxes, too.
+class DesignView::Source final : public PageSource {
  public:
   void requestStarted(QWebEngineUrlRequestJob* job) override {
-    const QString path = job->requestUrl().path();
-    if (path == kPagePath) {
-      // The mark sets the encoding, whatever the page declares for the file.
-      return Reply(job, "text/html", "\xEF\xBB\xBF" + html.toUtf8());
-    }
     const QString url = job->requestUrl().toString();
-    if (url.startsWith(kBoxUrl)) return ReplyBox(job, url.mid(QString(kBoxUrl).size()));
-    const QString file = FileOf(path);
-    const QString type = QMimeDatabase().mimeTypeForFile(file).name();
-    QFile content(file);
-    if (file.isEmpty() || !(type.startsWith("image/") || type == "text/css") ||
-        !content.open(QIODevice::ReadOnly))
-      return job->fail(QWebEngineUrlRequestJob::UrlNotFound);
-    Reply(job, type.toUtf8(), content.readAll());
+    if (!url.startsWith(kBoxUrl)) return PageSource::requestStarted(job);
+    ReplyBox(job, url.mid(QString(kBoxUrl).size()));
   }
 
-  QString html;
-  QString folder;
   QHash<QString, Box> boxes;
 
  private:
@@ -125,34 +56,6 @@ class DesignView::Source final : public QWebEngineUrlSchemeHandler {
     picture.save(&png, "PNG");
     Reply(job, "image/png", png.data());
   }
-  // Returns the file's path; empty outside the folder.
-  QString FileOf(const QString& path) const {
-    if (folder.isEmpty()) return {};
-    const QString root = QFileInfo(folder).canonicalFilePath() + '/';
-    const QString file = QFileInfo(root + path.mid(1)).canonicalFilePath();
-    return file.startsWith(root) ? file : QString();
-  }
-  static void Reply(QWebEngineUrlRequestJob* job, const QByteArray& type, const QByteArray& bytes) {
-    auto* buffer = new QBuffer(job);
-    buffer->setData(bytes);
-    buffer->open(QIODevice::ReadOnly);
-    job->reply(type, buffer);
-  }
-};
-
-class DesignView::Page final : public QWebEnginePage {
- public:
-  Page(QWebEngineProfile* profile, QObject* parent) : QWebEnginePage(profile, parent) {
-    connect(this, &QWebEnginePage::newWindowRequested, this, [](QWebEngineNewWindowRequest&) {});
-  }
-
- protected:
-  bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override {
-    return isMainFrame && type == NavigationTypeTyped && url.scheme() == kScheme &&
-           url.path() == kPagePath;
-  }
-  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int,
-                                const QString&) override {}
 };
 
 // Makes the Tab key wrap around inside the view. It must not move into the source, which would
@@ -269,22 +172,13 @@ DesignView::DesignView(QWidget* parent)
       profile_(std::make_unique<QWebEngineProfile>()),
       bridge_(std::make_unique<Bridge>(*this)),
       view_(new Browser(*this)) {
-  profile_->installUrlSchemeHandler(kScheme, source_.get());
-  profile_->setUrlRequestInterceptor(new OnlyThePage(profile_.get()));
-  auto* page = new Page(profile_.get(), view_);
-  QWebEngineSettings* settings = page->settings();
-  for (const auto off :
-       {QWebEngineSettings::JavascriptEnabled, QWebEngineSettings::PluginsEnabled,
-        QWebEngineSettings::PdfViewerEnabled, QWebEngineSettings::LocalStorageEnabled,
-        QWebEngineSettings::AutoLoadIconsForPage, QWebEngineSettings::NavigateOnDropEnabled,
-        QWebEngineSettings::FocusOnNavigationEnabled, QWebEngineSettings::FullScreenSupportEnabled,
-        QWebEngineSettings::ErrorPageEnabled})
-    settings->setAttribute(off, false);
-  auto* channel = new QWebChannel(page);
+  UseSource(*profile_, *source_);
+  page_ = new LocalPage(profile_.get(), view_);
+  auto* channel = new QWebChannel(page_);
   channel->registerObject("kvo", bridge_.get());
-  page->setWebChannel(channel, kWorld);
-  connect(page, &QWebEnginePage::loadFinished, this, [this] { Loaded(); });
-  view_->setPage(page);
+  page_->setWebChannel(channel, kScriptWorld);
+  connect(page_, &QWebEnginePage::loadFinished, this, [this] { Loaded(); });
+  view_->setPage(page_);
   view_->setContextMenuPolicy(Qt::NoContextMenu);
   view_->setAccessibleName(Text(words::kDesign));
   auto* layout = new QVBoxLayout(this);
@@ -325,7 +219,7 @@ void DesignView::Show(const Analysis& analysis) {
 void DesignView::Reload() {
   loaded_ = false;
   source_->html = design_;
-  view_->load(QUrl(QString(kScheme) + ':' + kPagePath));
+  page_->Load();
 }
 
 void DesignView::Loaded() {
@@ -365,11 +259,11 @@ void DesignView::SelectAll() { view_->page()->triggerAction(QWebEnginePage::Sele
 void DesignView::PointAt(const QPoint& point, std::function<void(bool)> done) {
   const QPointF at = QPointF(view_->mapFrom(this, point)) / view_->zoomFactor();
   view_->page()->runJavaScript(
-      QString("kvo.pointAt(%1,%2)").arg(at.x()).arg(at.y()), kWorld,
+      QString("kvo.pointAt(%1,%2)").arg(at.x()).arg(at.y()), kScriptWorld,
       [done = std::move(done)](const QVariant& hit) { done(hit.toBool()); });
 }
 
-void DesignView::Run(const QString& script) { view_->page()->runJavaScript(script, kWorld); }
+void DesignView::Run(const QString& script) { view_->page()->runJavaScript(script, kScriptWorld); }
 
 }  // namespace kvo::editor
 

@@ -12,6 +12,8 @@
 
 namespace kvo::editor {
 
+class LocalPage;
+
 // What the author did, as the script in the view reports it. Messages come in their order.
 struct DesignMessage {
   int number = 0;    // of the last change that the view sent
@@ -19,9 +21,6 @@ struct DesignMessage {
   design::RenderedPlace from;
   design::RenderedPlace to;
 };
-
-// Call before creating the application object.
-void PrepareDesignView();
 
 class DesignView final : public QWidget {
  public:
@@ -72,7 +71,6 @@ class DesignView final : public QWidget {
  private:
   class Bridge;
   class Browser;
-  class Page;
   class Source;
 
   void Reload();
@@ -83,6 +81,7 @@ class DesignView final : public QWidget {
   std::unique_ptr<QWebEngineProfile> profile_;
   std::unique_ptr<Bridge> bridge_;
   QWebEngineView* view_;
+  LocalPage* page_ = nullptr;
   bool loaded_ = false;
   QString design_;
   int revision_ = 0;

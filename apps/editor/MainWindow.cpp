@@ -65,7 +65,7 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
     : session_(std::make_unique<Session>(*this, std::move(places))),
       source_(new SourceEdit(Page(), this)),
       design_(new DesignView(this)),
-      frame_(new DesignFrame(*design_, this)),
+      frame_(new DesignFrame(*design_, design_->View(), this)),
       find_(new FindBar(*source_, this)),
       welcome_(new Welcome(this)),
       middle_(new QStackedWidget(this)),

@@ -7,8 +7,8 @@
 
 #include "apps/Version.h"
 #include "apps/editor/Colors.h"
-#include "apps/editor/DesignView.h"
 #include "apps/editor/Drafts.h"
+#include "apps/editor/LocalBrowser.h"
 #include "apps/editor/MainWindow.h"
 #include "apps/editor/Words.h"
 #include "document/page/File.h"
@@ -21,7 +21,7 @@
 int main(int argc, char** argv) {
   using namespace kvo;
   page::OccupyStandardStreams();
-  editor::PrepareDesignView();
+  editor::PrepareBrowsers();
   QApplication application(argc, argv);
   QApplication::setOrganizationName("KVOPDesignObjects");
   QApplication::setApplicationName("kvo-editor");

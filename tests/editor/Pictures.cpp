@@ -11,6 +11,7 @@
 
 #include "apps/editor/Colors.h"
 #include "apps/editor/FindBar.h"
+#include "apps/editor/LocalBrowser.h"
 #include "apps/editor/TextDialog.h"
 #include "apps/editor/Views.h"
 #include "host/qt/TahomaFont.h"
@@ -142,7 +143,7 @@ class Studio {
 int main(int argc, char** argv) {
   using namespace kvo::editor;
   kvo::test::SetEnvironment("de_DE.UTF-8");
-  PrepareDesignView();
+  PrepareBrowsers();
   QApplication application(argc, argv);
   QApplication::setStyle(QStyleFactory::create("Fusion"));
   if (argc < 2) return 2;

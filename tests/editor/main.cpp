@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "apps/editor/DesignView.h"
+#include "apps/editor/LocalBrowser.h"
 #include "host/qt/TahomaFont.h"
 #include "tests/editor/Victim.h"
 #include "tests/support/Environment.h"
@@ -25,7 +25,7 @@ int main(int argc, char** argv) {
   qInstallMessageHandler(Print);
   kvo::test::SetEnvironment("de_DE.UTF-8");
   testing::InitGoogleTest(&argc, argv);
-  kvo::editor::PrepareDesignView();
+  kvo::editor::PrepareBrowsers();
   QApplication application(argc, argv);
   QApplication::setOrganizationName("KVOPDesignObjects");
   QApplication::setApplicationName("kvo-editor-tests");

@@ -1,0 +1,112 @@
+#include "apps/editor/LocalBrowser.h"
+
+#include <unistd.h>
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QMimeDatabase>
+#include <QWebEngineNewWindowRequest>
+#include <QWebEngineSettings>
+#include <QWebEngineUrlRequestInfo>
+#include <QWebEngineUrlRequestInterceptor>
+#include <QWebEngineUrlRequestJob>
+#include <QWebEngineUrlScheme>
+
+namespace kvo::editor {
+namespace {
+
+class OnlyThePage final : public QWebEngineUrlRequestInterceptor {
+ public:
+  using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
+  void interceptRequest(QWebEngineUrlRequestInfo& info) override {
+    const QString scheme = info.requestUrl().scheme();
+    info.block(scheme != kPageScheme && scheme != "data");
+  }
+};
+
+}  // namespace
+
+void PrepareBrowsers() {
+  // The browser cannot create its sandbox as root, and would not start.
+  if (geteuid() == 0) qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+  QWebEngineUrlScheme scheme(kPageScheme);
+  scheme.setSyntax(QWebEngineUrlScheme::Syntax::Path);
+  scheme.setFlags(QWebEngineUrlScheme::LocalScheme | QWebEngineUrlScheme::LocalAccessAllowed);
+  QWebEngineUrlScheme::registerScheme(scheme);
+}
+
+void PageSource::requestStarted(QWebEngineUrlRequestJob* job) {
+  const QString path = job->requestUrl().path();
+  if (path == kPagePath) {
+    // The mark sets the encoding, whatever the page declares for the file.
+    return Reply(job, "text/html", "\xEF\xBB\xBF" + html.toUtf8());
+  }
+  const QString file = FileOf(path);
+  const QString type = QMimeDatabase().mimeTypeForFile(file).name();
+  QFile content(file);
+  if (file.isEmpty() || !(type.startsWith("image/") || type == "text/css") ||
+      !content.open(QIODevice::ReadOnly))
+    return job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+  Reply(job, type.toUtf8(), content.readAll());
+}
+
+QString PageSource::FileOf(const QString& path) const {
+  if (folder.isEmpty()) return {};
+  const QString root = QFileInfo(folder).canonicalFilePath() + '/';
+  const QString file = QFileInfo(root + path.mid(1)).canonicalFilePath();
+  return file.startsWith(root) ? file : QString();
+}
+
+void PageSource::Reply(QWebEngineUrlRequestJob* job, const QByteArray& type,
+                       const QByteArray& bytes) {
+  auto* buffer = new QBuffer(job);
+  buffer->setData(bytes);
+  buffer->open(QIODevice::ReadOnly);
+  job->reply(type, buffer);
+}
+
+void UseSource(QWebEngineProfile& profile, PageSource& source) {
+  profile.installUrlSchemeHandler(kPageScheme, &source);
+  profile.setUrlRequestInterceptor(new OnlyThePage(&profile));
+}
+
+LocalPage::LocalPage(QWebEngineProfile* profile, QObject* parent)
+    : QWebEnginePage(profile, parent) {
+  connect(this, &QWebEnginePage::newWindowRequested, this, [](QWebEngineNewWindowRequest&) {});
+  for (const auto off :
+       {QWebEngineSettings::JavascriptEnabled, QWebEngineSettings::PluginsEnabled,
+        QWebEngineSettings::PdfViewerEnabled, QWebEngineSettings::LocalStorageEnabled,
+        QWebEngineSettings::AutoLoadIconsForPage, QWebEngineSettings::NavigateOnDropEnabled,
+        QWebEngineSettings::FocusOnNavigationEnabled, QWebEngineSettings::FullScreenSupportEnabled,
+        QWebEngineSettings::ErrorPageEnabled})
+    settings()->setAttribute(off, false);
+}
+
+void LocalPage::Load() { load(QUrl(QString(kPageScheme) + ':' + kPagePath)); }
+
+bool LocalPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
+  return isMainFrame && type == NavigationTypeTyped && url.scheme() == kPageScheme &&
+         url.path() == kPagePath;
+}
+
+QString Literal(const QString& text) {
+  const QByteArray list = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+  return QString::fromUtf8(list.sliced(1, list.size() - 2));
+}
+
+QString Resource(const QString& name) {
+  QFile file(name);
+  file.open(QIODevice::ReadOnly);
+  return QString::fromUtf8(file.readAll());
+}
+
+QStringView DoctypeOf(const QString& html) {
+  const QStringView text = QStringView(html).trimmed();
+  return text.startsWith(u"<!doctype", Qt::CaseInsensitive) ? text.left(text.indexOf(u'>'))
+                                                            : QStringView();
+}
+
+}  // namespace kvo::editor
