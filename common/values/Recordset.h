@@ -11,7 +11,8 @@
 //               Move(n, 1)         to the n-th record, from 0; beyond the last one EOF is true
 //               MoveNext, EOF
 //               Bookmark           get: where the record stands; let: back to that record
-//               Fields(name)       an object with `Value`; a null value is empty
+//               Fields(name)       an object with `Name` and `Value`; a null value is empty
+//               Fields             all of them, a collection to walk
 //
 // Any failure is a std::exception whose text is safe to show: it holds no password.
 #pragma once

@@ -20,7 +20,8 @@ class Field final : public Object {
       : recordset_(std::move(recordset)), column_(column) {}
 
   Variant Get(std::string_view name) override {
-    return EqualIgnoringCase(name, "Value") ? recordset_->Value(column_) : Object::Get(name);
+    if (EqualIgnoringCase(name, "Value")) return recordset_->Value(column_);
+    return EqualIgnoringCase(name, "Name") ? recordset_->Name(column_) : Object::Get(name);
   }
 
  private:
@@ -109,6 +110,7 @@ Variant Recordset::Get(std::string_view name) {
   if (is("Source")) return source_;
   if (is("EOF")) return Current() == nullptr;
   if (is("RecordCount")) return RecordCount();
+  if (is("Fields")) return Fields();
   if (is("Bookmark"))
     return std::to_string(Open().at) + kBookmarkMark + std::to_string(ContentsOf(Required()));
   return Object::Get(name);
@@ -148,10 +150,21 @@ ObjectRef Recordset::FieldNamed(const std::string& name) {
   const auto column = std::ranges::find_if(
       columns, [&](const Column& each) { return EqualIgnoringCase(each.name, name); });
   if (column == columns.end()) throw RuntimeError(ErrorNumber::fieldNotFound, '"' + name + '"');
-  return std::make_shared<Field>(std::static_pointer_cast<Recordset>(shared_from_this()),
-                                 static_cast<std::size_t>(column - columns.begin()));
+  return FieldAt(static_cast<std::size_t>(column - columns.begin()));
 }
 
+ObjectRef Recordset::Fields() {
+  const auto fields = std::make_shared<Collection>();
+  for (std::size_t column = 0; column < Open().columns.size(); ++column)
+    fields->Add(FieldAt(column));
+  return fields;
+}
+
+ObjectRef Recordset::FieldAt(std::size_t column) {
+  return std::make_shared<Field>(std::static_pointer_cast<Recordset>(shared_from_this()), column);
+}
+
+Variant Recordset::Name(std::size_t column) { return Open().columns.at(column).name; }
 Variant Recordset::Value(std::size_t column) { return Required().at(column); }
 
 const Record* Recordset::Current() { return Open().cache.At(Open().at); }

@@ -28,6 +28,7 @@ class Recordset final : public Object {
   Variant Call(std::string_view name, std::span<const Variant> arguments) override;
 
   // For the field objects.
+  Variant Name(std::size_t column);
   Variant Value(std::size_t column);
 
   // What it has read from its database.
@@ -38,6 +39,8 @@ class Recordset final : public Object {
   Opened& Open();
   void Open(std::span<const Variant> arguments);
   ObjectRef FieldNamed(const std::string& name);
+  ObjectRef Fields();
+  ObjectRef FieldAt(std::size_t column);
   std::int64_t IndexOf(const std::string& bookmark);
   std::int32_t RecordCount();
   const Record* Current();

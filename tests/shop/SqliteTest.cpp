@@ -83,6 +83,14 @@ TEST_F(Sqlite, AFieldObjectFollowsTheRecordset) {
   EXPECT_EQ(field->Get("Value"), Variant("K-3"));
 }
 
+TEST_F(Sqlite, FieldsAreListedInOrder) {
+  const auto products = Products();
+  std::string names;
+  ForEach(*ToObject(products->Get("Fields")),
+          [&](const Variant& field) { names += ToText(ToObject(field)->Get("Name")) + ' '; });
+  EXPECT_EQ(names, "ProductNo Desc1 Desc2 ");
+}
+
 TEST_F(Sqlite, AnUnknownFieldIsNamed) {
   const auto failure = FailureOf([&] { FieldOf(Products(), "Price"); });
   EXPECT_EQ(failure.number, 3265);
