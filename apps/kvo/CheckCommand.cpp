@@ -38,7 +38,7 @@ Json ProblemJson(const std::string& file, const page::Problem& problem) {
 // An office, and the products of its shop.
 struct Known {
   ObjectRef office;
-  std::optional<check::ProductNumbers> products;
+  std::optional<check::ShopProducts> products;
 };
 
 // Loads the offices of the pages, each file once: the one that the user names, else the one beside

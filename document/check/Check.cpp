@@ -144,8 +144,7 @@ std::span<const Rule> Rules() {
   return rules;
 }
 
-page::Problems CheckPage(const page::Page& page, const ObjectRef& office,
-                         ProductNumbers* products) {
+page::Problems CheckPage(const page::Page& page, const ObjectRef& office, ShopProducts* products) {
   page::Problems problems = page::Check(page);
   const page::Inspection inspection = page::Inspect(page);
   KnownFields fields = FieldsOf(office);

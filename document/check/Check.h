@@ -17,12 +17,12 @@ struct Rule {
 std::span<const Rule> Rules();
 page::Problem ProblemOf(const Rule& rule, const page::FoundControl& control, Message message);
 
-class ProductNumbers;
+class ShopProducts;
 
 // Runs page::Check and every rule; problems are in page order. `office` is the host's context
 // object with its field lists. Skips the look-up of fields without `office`, and of products
 // without `products`, which may serve many pages.
 page::Problems CheckPage(const page::Page& page, const ObjectRef& office,
-                         ProductNumbers* products = nullptr);
+                         ShopProducts* products = nullptr);
 
 }  // namespace kvo::check

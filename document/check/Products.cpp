@@ -35,6 +35,17 @@ std::string Folded(std::string_view number) {
   return folded;
 }
 
+constexpr const char* kNumber = "ProductNo";
+constexpr const char* kDescription = "Desc1";
+constexpr const char* kDescription2 = "Desc2";
+
+Message NotChecked(const Message& reason) {
+  return {"Nicht alle Produktnummern sind geprüft: " + reason.german,
+          "Not all product numbers are checked: " + reason.english};
+}
+
+}  // namespace
+
 // Numbers are written into the statement; these characters are literal in every database.
 bool CanBeLookedUp(std::string_view number) {
   constexpr std::size_t kLongestNumber = 100;
@@ -44,21 +55,7 @@ bool CanBeLookedUp(std::string_view number) {
          });
 }
 
-std::string StatementFor(std::span<const std::string> numbers) {
-  std::string statement = "SELECT ProductNo FROM Products WHERE ProductNo IN (";
-  for (const std::string& number : numbers) statement += '\'' + number + "',";
-  statement.back() = ')';
-  return statement;
-}
-
-Message NotChecked(const Message& reason) {
-  return {"Nicht alle Produktnummern sind geprüft: " + reason.german,
-          "Not all product numbers are checked: " + reason.english};
-}
-
-}  // namespace
-
-std::optional<Message> ProductNumbers::LookUp(const std::vector<std::string>& numbers) {
+std::optional<Message> ShopProducts::LookUp(const std::vector<std::string>& numbers) {
   if (office_ == nullptr) return std::nullopt;
   std::set<std::string> wanted;
   for (const std::string& number : numbers)
@@ -68,7 +65,7 @@ std::optional<Message> ProductNumbers::LookUp(const std::vector<std::string>& nu
   for (std::size_t at = 0; at < left.size() && readable_; at += kNumbersOfAStatement) {
     if (known_.size() >= kMostNumbers || Clock::now() > end) {
       readable_ = false;
-      return NotChecked({"Es sind zu viele.", "there are too many."});
+      return Message{"Es sind zu viele.", "there are too many."};
     }
     try {
       Ask(std::span(left).subspan(at, std::min(kNumbersOfAStatement, left.size() - at)), *office_);
@@ -76,13 +73,23 @@ std::optional<Message> ProductNumbers::LookUp(const std::vector<std::string>& nu
       throw;
     } catch (const std::exception& failure) {
       readable_ = false;
-      return NotChecked(FailureMessage(failure));
+      return FailureMessage(failure);
     }
   }
   return std::nullopt;
 }
 
-void ProductNumbers::Ask(std::span<const std::string> numbers, Object& office) {
+std::string ShopProducts::StatementFor(std::span<const std::string> numbers) const {
+  std::string statement = std::string("SELECT ") + kNumber;
+  if (read_ == Read::descriptions)
+    statement += std::string(", ") + kDescription + ", " + kDescription2;
+  statement += std::string(" FROM Products WHERE ") + kNumber + " IN (";
+  for (const std::string& number : numbers) statement += '\'' + number + "',";
+  statement.back() = ')';
+  return statement;
+}
+
+void ShopProducts::Ask(std::span<const std::string> numbers, Object& office) {
   const Variant connection = office.Get("ShopDBConnection");
   if (connection.IsEmpty()) {  // the office has no shop
     readable_ = false;
@@ -92,15 +99,29 @@ void ProductNumbers::Ask(std::span<const std::string> numbers, Object& office) {
   const std::array<Variant, 5> arguments = {StatementFor(numbers), connection, ado::kOpenStatic,
                                             ado::kLockReadOnly, ado::kOptionsText};
   records->Call("Open", arguments);
-  std::set<std::string> found;
-  for (; !ToFlag(records->Get("EOF")); records->Call("MoveNext", {}))
-    found.insert(Folded(ToText(FieldValue(*records, "ProductNo"))));
-  for (const std::string& number : numbers) known_[number] = found.contains(Folded(number));
+  std::map<std::string, ShopProduct> found;
+  for (; !ToFlag(records->Get("EOF")); records->Call("MoveNext", {})) {
+    ShopProduct product{ToText(FieldValue(*records, kNumber)), {}, {}};
+    if (read_ == Read::descriptions) {
+      product.description = ToText(FieldValue(*records, kDescription));
+      product.description2 = ToText(FieldValue(*records, kDescription2));
+    }
+    found.emplace(Folded(product.number), std::move(product));
+  }
+  for (const std::string& number : numbers) {
+    const auto product = found.find(Folded(number));
+    known_[number] = product != found.end() ? std::optional(product->second) : std::nullopt;
+  }
 }
 
-bool ProductNumbers::IsUnknown(const std::string& number) const {
+bool ShopProducts::IsUnknown(const std::string& number) const {
   const auto asked = known_.find(number);
   return asked != known_.end() && !asked->second;
+}
+
+const ShopProduct* ShopProducts::Find(const std::string& number) const {
+  const auto asked = known_.find(number);
+  return asked != known_.end() && asked->second ? &*asked->second : nullptr;
 }
 
 std::vector<std::string> NumbersIn(std::string_view selection) {
@@ -114,7 +135,7 @@ std::vector<std::string> NumbersIn(std::string_view selection) {
   return numbers;
 }
 
-page::Problems CheckProducts(const std::vector<Selection>& selections, ProductNumbers& products) {
+page::Problems CheckProducts(const std::vector<Selection>& selections, ShopProducts& products) {
   constexpr std::size_t kMostNamed = 5;
   std::vector<std::string> all;
   for (const Selection& selection : selections)
@@ -122,7 +143,7 @@ page::Problems CheckProducts(const std::vector<Selection>& selections, ProductNu
   page::Problems problems;
   if (auto failure = products.LookUp(all))
     problems.push_back(
-        ProblemOf(kProductsNotChecked, *selections.front().control, std::move(*failure)));
+        ProblemOf(kProductsNotChecked, *selections.front().control, NotChecked(*failure)));
   for (const auto& [control, numbers] : selections) {
     std::string named;
     std::size_t count = 0;

@@ -65,7 +65,7 @@ page::Problems CheckText(const std::string& text, bool withOffice = true) {
   platform.recordsets = [&] { return std::make_shared<FakeRecordset>(table); };
   const PlatformScope scope(platform);
   const ObjectRef office = withOffice ? AnOffice() : nullptr;
-  ProductNumbers products(office);
+  ShopProducts products(office);
   return CheckPage(page::Page(text), office, &products);
 }
 
@@ -389,7 +389,7 @@ class ProductRules : public testing::Test {
 
   FakeTable table;
   ObjectRef office = AnOffice();
-  ProductNumbers products{office};
+  ShopProducts products{office};
 
  private:
   HeadlessPlatform platform_;
@@ -443,7 +443,7 @@ TEST_F(ProductRules, LimitTheQueriedNumbers) {
   EXPECT_EQ(problems[0].rule, "products-not-checked");
 }
 TEST_F(ProductRules, AreSilentWithoutAShopOrACheck) {
-  products = ProductNumbers(nullptr);
+  products = ShopProducts(nullptr);
   EXPECT_TRUE(Check("K-9").empty());
   EXPECT_TRUE(
       CheckPage(page::Page(Control("DTCProductList", {{"selected-products", "K-9"}})), office)
