@@ -94,11 +94,20 @@ bool JsonFileReader::Is(const JsonNode& node, Kind wanted, const std::string& pa
 
 void JsonFileReader::WrongValue(const JsonNode& node, Kind wanted, const Localized& found,
                                 const std::string& path) {
+  Expected(node, RowOf(wanted).wanted, found, path);
+}
+
+void JsonFileReader::WrongValue(const JsonNode& node, const Localized& wanted,
+                                const std::string& path) {
+  Expected(node, wanted, RowOf(node.kind).name, path);
+}
+
+void JsonFileReader::Expected(const JsonNode& node, const Localized& wanted, const Localized& found,
+                              const std::string& path) {
   const bool whole = path.empty();
-  const Localized& expected = RowOf(wanted).wanted;
-  Add(node.at, {(whole ? "Die Datei" : path) + ": Erwartet wird " + std::string(expected.german) +
+  Add(node.at, {(whole ? "Die Datei" : path) + ": Erwartet wird " + std::string(wanted.german) +
                     ", hier steht " + std::string(found.german) + '.',
-                (whole ? "The file" : path) + ": expected is " + std::string(expected.english) +
+                (whole ? "The file" : path) + ": expected is " + std::string(wanted.english) +
                     ", here stands " + std::string(found.english) + '.'});
 }
 
@@ -108,11 +117,15 @@ void JsonFileReader::CheckKeys(const JsonNode& object, std::span<const std::stri
   for (const JsonNode& member : object.children) {
     const std::string where = PathTo(path, Shown(member.key));
     if (!keys.insert(member.key).second)
-      Add(member.keyAt, {where + " steht zweimal. Löschen Sie einen der beiden Einträge.",
-                         where + " stands twice. Delete one of the two entries."});
+      AddDuplicate(member, where);
     else if (std::ranges::find(known, member.key) == known.end())
       Add(member.keyAt, UnknownKey(member.key, where, known));
   }
+}
+
+void JsonFileReader::AddDuplicate(const JsonNode& member, const std::string& path) {
+  Add(member.keyAt, {path + " steht zweimal. Löschen Sie einen der beiden Einträge.",
+                     path + " stands twice. Delete one of the two entries."});
 }
 
 void JsonFileReader::Add(std::size_t at, Message message) {

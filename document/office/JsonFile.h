@@ -31,6 +31,9 @@ class JsonFileError : public LocalizedError {
 // Returns a path such as "contactFields[2].dataType". The path of the whole file is empty.
 std::string PathTo(const std::string& parent, std::string_view key);
 
+// Room for tens of thousands of fields. The tree of a larger file could exhaust memory.
+inline constexpr std::size_t kLargestJsonFile = 4 << 20;
+
 class JsonFileReader {
  public:
   JsonFileReader(std::string_view rule, page::ProblemList& problems)
@@ -44,12 +47,19 @@ class JsonFileReader {
   bool Is(const JsonNode& node, JsonNode::Kind wanted, const std::string& path);
   void WrongValue(const JsonNode& node, JsonNode::Kind wanted, const Localized& found,
                   const std::string& path);
+  // The same where no single kind is wanted: says what is, such as "ein Text oder null".
+  void WrongValue(const JsonNode& node, const Localized& wanted, const std::string& path);
   // Reports unknown and duplicate keys.
   void CheckKeys(const JsonNode& object, std::span<const std::string_view> known,
                  const std::string& path);
+  // Reports a member that its object has twice; `path` is the member's.
+  void AddDuplicate(const JsonNode& member, const std::string& path);
   void Add(std::size_t at, Message message);
 
  private:
+  void Expected(const JsonNode& node, const Localized& wanted, const Localized& found,
+                const std::string& path);
+
   std::string_view rule_;
   page::ProblemList& problems_;
 };

@@ -17,8 +17,10 @@ struct JsonNode {
 
   Kind kind = Kind::null;
   std::size_t at = 0;                // offset in the text
+  bool flag = false;                 // for flag
   std::string text{};                // for text
-  std::int64_t integer = 0;          // for integer
+  std::int64_t integer = 0;          // for integer; the largest one for those beyond
+  double number = 0;                 // for integer and number
   std::string key{};                 // for a member of an object
   std::size_t keyAt = 0;             // offset of its key
   std::vector<JsonNode> children{};  // for list and object, in order

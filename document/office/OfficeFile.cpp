@@ -27,9 +27,6 @@ constexpr std::array kFieldKeys = {kSqlName, kDisplayName, kDataType};
 
 constexpr std::string_view kSqlite = "sqlite3://";
 
-// Room for tens of thousands of fields. The tree of a larger file could exhaust memory.
-constexpr std::size_t kLargestOffice = 4 << 20;
-
 // Reads the tree and reports all of its problems.
 class Reader : private JsonFileReader {
  public:
@@ -105,7 +102,7 @@ Office::Description ReadOffice(std::string_view contents, const std::string& fil
 }
 
 std::shared_ptr<Office> LoadOffice(const std::string& file, ConnectionFactory connections) {
-  return std::make_shared<Office>(ReadOffice(page::ReadRegularFile(file, kLargestOffice), file),
+  return std::make_shared<Office>(ReadOffice(page::ReadRegularFile(file, kLargestJsonFile), file),
                                   std::move(connections));
 }
 

@@ -27,14 +27,14 @@ void Values::Set(std::string_view name, Variant value) {
     all_.emplace_back(name, std::move(value));
 }
 
-const Variant* Record::Find(std::string_view group, std::string_view name) const {
+const Variant* Record::Find(std::string_view group, std::string_view value) const {
   const auto found = FindNamed(groups, group);
-  return found == groups.end() ? nullptr : found->second.Find(name);
+  return found == groups.end() ? nullptr : found->second.Find(value);
 }
 
-Values& Record::Group(std::string_view name) {
-  if (const auto found = FindNamed(groups, name); found != groups.end()) return found->second;
-  return groups.emplace_back(name, Values()).second;
+Values& Record::Group(std::string_view group) {
+  if (const auto found = FindNamed(groups, group); found != groups.end()) return found->second;
+  return groups.emplace_back(group, Values()).second;
 }
 
 }  // namespace kvo::preview

@@ -41,9 +41,9 @@ struct Record {
   std::optional<std::vector<Values>> positions;
 
   // nullptr when there is no such group, or no such value in it.
-  const Variant* Find(std::string_view group, std::string_view name) const;
+  const Variant* Find(std::string_view group, std::string_view value) const;
   // Makes the group if it is missing.
-  Values& Group(std::string_view name);
+  Values& Group(std::string_view group);
   bool operator==(const Record&) const = default;
 };
 

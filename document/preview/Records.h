@@ -8,8 +8,9 @@
 // Both keys may be missing. Any other object of a record is a group of its own, such as "system".
 // A query makes one record of each row, with the columns as fields: "order.OrderID" names the
 // group, a plain name belongs to the group whose field it is in the office, else to the customer.
-// The first column names the record. docs/preview.schema.json describes the file for other
-// programs.
+// The first column names the record. Values of the office's flag and date fields become true or
+// false and "23.04.2004", however the database writes them. docs/preview.schema.json describes the
+// file for other programs.
 #pragma once
 
 #include <cstdint>
@@ -38,15 +39,16 @@ struct RecordsFile {
 RecordsFile ReadRecords(std::string_view contents, const std::string& file);
 // Throws page::FileError as well.
 RecordsFile LoadRecords(const std::string& file);
-// Reads back as the same.
+// Reads back as the same, but for what JSON cannot tell: numbers without end, and whether a record
+// with positions has an empty group "order".
 std::string WriteRecords(const RecordsFile& file);
 
 // A record with a plausible value for each field of the office, by its type and name, two
 // positions, and the company's name. The same each time.
 Record MadeUpRecord(const ObjectRef& office);
 
-// The records of a page, in order: those of the file, then the rows of its query, else a made-up
-// one. Reads rows in pages, never writes, and holds few at a time.
+// The records of a page, in order: those of the file, then the rows of its query; a made-up one
+// when there are none. Reads rows in pages, never writes, and holds few at a time.
 class RecordList {
  public:
   // `office` has the fields and the shop database; may be nullptr.
@@ -57,14 +59,18 @@ class RecordList {
   std::int64_t Count();
   // Nothing beyond the last one.
   std::optional<Record> At(std::int64_t index);
-  // The first record of this name, or with this number from 1. Looks at rows one by one.
+  // The first record of this name, or with this number from 1; a name comes first, but for rows
+  // after the numbers of the file's records. Looks at rows one by one.
   std::optional<std::int64_t> Find(std::string_view nameOrNumber);
 
  private:
   struct Rows;
+  Rows* TheRows();  // opened when needed; nullptr without a query
+  std::int64_t InFile() const { return static_cast<std::int64_t>(file_.records.size()); }
+
   RecordsFile file_;
   ObjectRef office_;
-  std::unique_ptr<Rows> rows_;  // opened when needed
+  std::unique_ptr<Rows> rows_;
 };
 
 }  // namespace kvo::preview
