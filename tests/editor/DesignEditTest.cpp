@@ -24,7 +24,18 @@ class DesignEditTest : public testing::Test {
     ASSERT_TRUE(window->Work().Open(desk.Put("seite.html", bytes)));
     ASSERT_TRUE(WaitForViews(*window));
     window->Design().setFocus();
+    WaitForKeys();
     CountKeys();
+  }
+  // The browser drops keys until it has painted a new page.
+  void WaitForKeys() {
+    Evaluate(
+        "window.awake = false; addEventListener('keydown', () => { awake = true; }, {once: true}); "
+        "0");
+    ASSERT_TRUE(WaitFor([&] {
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Shift);
+      return Evaluate("window.awake").toBool();
+    }));
   }
   // Begins to count the keys that the view has seen.
   void CountKeys() {
