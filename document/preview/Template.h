@@ -106,8 +106,9 @@ class Template {
 
   Preview Render(const Record& record, const RenderOptions& options = {}) const;
 
- private:
   struct Compiled;
+
+ private:
   std::unique_ptr<const Compiled> compiled_;
 };
 
