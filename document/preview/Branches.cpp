@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <utility>
 
 #include "document/preview/Template.h"
 
@@ -85,17 +86,16 @@ class Branches {
 
   // The choices on the way to a form; nothing when equal tests contradict each other.
   std::optional<std::vector<Choice>> Towards(std::size_t at, bool holds) const {
-    std::vector<Choice> variant(switches_.size(), Choice::asRecord);
-    std::vector<Choice> decided(switches_.size(), Choice::asRecord);
-    for (;;) {
+    std::vector<std::pair<std::size_t, Choice>> way;
+    for (; at != Switch::kNoSwitch; holds = switches_[at].parentHolds, at = switches_[at].parent) {
       const Choice choice = holds ? Choice::holds : Choice::fails;
-      Choice& before = decided[Decisive(at)];
-      if (before != Choice::asRecord && before != choice) return std::nullopt;
-      before = variant[at] = choice;
-      if (switches_[at].parent == Switch::kNoSwitch) return variant;
-      holds = switches_[at].parentHolds;
-      at = switches_[at].parent;
+      for (const auto& [other, otherChoice] : way)
+        if (Decisive(other) == Decisive(at) && otherChoice != choice) return std::nullopt;
+      way.emplace_back(at, choice);
     }
+    std::vector<Choice> variant(switches_.size(), Choice::asRecord);
+    for (const auto& [each, choice] : way) variant[each] = choice;
+    return variant;
   }
 
   bool ShowsMore(const std::vector<Choice>& variant) const {

@@ -72,6 +72,12 @@ bool IsInPagesFolder(std::string_view address) {
          address.find('\\') == page::npos;
 }
 
+bool IsHarmlessAttribute(std::string_view name) {
+  std::string lower(name);
+  std::ranges::transform(lower, lower.begin(), LowerAscii);
+  return PlaceOfValue(lower, {}) == HtmlPlace::value;
+}
+
 bool CanStandAt(HtmlPlace place, std::string_view text) {
   switch (place) {
     case HtmlPlace::address:
@@ -81,8 +87,11 @@ bool CanStandAt(HtmlPlace place, std::string_view text) {
     case HtmlPlace::code:
       return IsPlain(text) || IsColor(text);
     case HtmlPlace::tag:
+      return IsPlain(text) && text.find(' ') == page::npos && IsHarmlessAttribute(text);
     case HtmlPlace::bare:
       return IsPlain(text) && text.find(' ') == page::npos;
+    case HtmlPlace::name:
+      return false;
     default:
       return true;
   }
@@ -243,7 +252,6 @@ HtmlPlace HtmlReader::Place() const {
   switch (state_) {
     case State::text:
       return HtmlPlace::text;
-    case State::declaration:
     case State::comment:
     case State::bogus:
       return HtmlPlace::comment;
@@ -254,14 +262,31 @@ HtmlPlace HtmlReader::Place() const {
       return HtmlPlace::bare;
     case State::quoted:
       return PlaceOfValue(attribute_, value_);
-    default:
+    case State::opened:
+    case State::declaration:
+    case State::name:
+      return HtmlPlace::name;
+    case State::attribute:
+      return attribute_.ends_with(' ') ? HtmlPlace::tag : HtmlPlace::name;
+    case State::tag:
       return HtmlPlace::tag;
   }
+  return HtmlPlace::text;
 }
 
 bool AppendTextAt(HtmlPlace place, std::string_view text, const page::PageEncoding& encoding,
                   std::string& page) {
   if (!CanStandAt(place, text)) return false;
+  if (place != HtmlPlace::comment) {
+    AppendEscaped(text, encoding, page);
+    return true;
+  }
+  // A comment could end where dashes meet a ">" of the page.
+  for (std::size_t dash = text.find('-'); dash != page::npos; dash = text.find('-')) {
+    AppendEscaped(text.substr(0, dash), encoding, page);
+    page += "&#45;";
+    text.remove_prefix(dash + 1);
+  }
   AppendEscaped(text, encoding, page);
   return true;
 }

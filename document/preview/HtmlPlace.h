@@ -12,7 +12,8 @@ namespace kvo::preview {
 enum class HtmlPlace {
   text,  // between tags, or in a title or a text area
   comment,
-  tag,      // inside a tag, but not in a value
+  name,     // inside the name of a tag or an attribute, or at the start of a declaration
+  tag,      // inside a tag, where an attribute can begin
   value,    // of an attribute, in quotation marks
   bare,     // of an attribute, without quotation marks
   address,  // of href, in quotation marks

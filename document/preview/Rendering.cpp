@@ -7,6 +7,7 @@
 #include "document/preview/Expression.h"
 #include "document/preview/Tables.h"
 #include "document/preview/Words.h"
+#include "host/registration/classes.h"
 
 namespace kvo::preview {
 namespace {
@@ -110,6 +111,9 @@ class Rendering {
       case RuntimeTag::Mistake::quote:
         Miss(node, name, words::BrokenTag());
         break;
+      case RuntimeTag::Mistake::unended:
+        Miss(node, name, words::UnendedTag());
+        break;
       case RuntimeTag::Mistake::unclosed:
         Miss(node, name, words::UnclosedTag(name));
         break;
@@ -153,7 +157,7 @@ class Rendering {
             node, site, words::Unsubscribes(Value(node, "recipient"), site).In(options_.language));
       }
       case TagKind::failed:
-        return Miss(node, compiled_.ControlOf(node)->className, words::FailedControl());
+        return Miss(node, TitleOf(node), words::FailedControl());
       case TagKind::otherwise:
       case TagKind::unknown:
         Miss(node, tag.name, words::UnknownTag(tag.name));
@@ -198,8 +202,14 @@ class Rendering {
 
   void AppendText(const Node& node, const std::string& text) {
     if (AppendTextAt(node.html, text, compiled_.encoding, result_.html)) return;
+    AppendPlaceholder(node);
     const bool isAddress = node.html == HtmlPlace::address || node.html == HtmlPlace::source;
     Note(node, Kind::missing, isAddress ? words::UnsafeAddress(text) : words::UnsafeText(text));
+  }
+
+  // A tag needs something in its place, or what follows would be read as its value.
+  void AppendPlaceholder(const Node& node) {
+    if (node.html == HtmlPlace::bare || node.html == HtmlPlace::tag) result_.html += '?';
   }
 
   // --- findings ---------------------------------------------------------------------------------
@@ -223,9 +233,18 @@ class Rendering {
       html_.Open("span", {{"style", kMissingStyle}, {"title", why.In(options_.language)}})
           .Text(shown)
           .Close("span");
-    else
-      AppendTextAt(node.html, shown, compiled_.encoding, result_.html);
+    else if (!AppendTextAt(node.html, shown, compiled_.encoding, result_.html))
+      AppendPlaceholder(node);
     Note(node, Kind::missing, why);
+  }
+
+  // What authors call the control of a node.
+  std::string TitleOf(const Node& node) const {
+    const page::PublishedControl* const control = compiled_.ControlOf(node);
+    if (control == nullptr) return node.tag.name;
+    const RegisteredControl* const registered = FindControlByName(control->className);
+    return registered == nullptr ? control->className
+                                 : std::string(registered->contract().title.In(options_.language));
   }
 
   // --- blocks -----------------------------------------------------------------------------------
@@ -280,20 +299,37 @@ class Rendering {
     if (std::ranges::find(kVoidElements, lower) == std::end(kVoidElements)) html_.Close(name);
   }
 
-  // The author's text stands as it is; a value of the record, as everywhere in such an attribute.
+  // The author's text stands as it is; values of the record, as everywhere in such an attribute.
   void AppendAttribute(const Node& node, std::string_view name, const std::string& value) {
     if (!IsAttributeName(name)) return;
-    const Outcome filled = Fill(value, lookUp_);
-    if (filled.unknown) return Note(node, Kind::missing, *filled.unknown);
-    const std::string text = FormatValue(filled.value, {});
-    if (text == value) return html_.Attribute(name, value);
+    const bool isComputed = value.size() > 2 && value.starts_with('%') && value.ends_with('%');
     HtmlReader reader;
     reader.Read("<a " + std::string(name) + "=\"");
-    std::string escaped;
-    if (AppendTextAt(reader.Place(), text, compiled_.encoding, escaped))
-      result_.html.append(" ").append(name).append("=\"").append(escaped).append("\"");
-    else
-      Note(node, Kind::missing, words::UnsafeAttribute(name, text));
+    std::string written;
+    const auto put = [&](const Outcome& outcome) {
+      if (outcome.unknown) return Note(node, Kind::missing, *outcome.unknown);
+      const std::string text = FormatValue(outcome.value, {});
+      if (!AppendTextAt(reader.Place(), text, compiled_.encoding, written))
+        Note(node, Kind::missing, words::UnsafeAttribute(name, text));
+    };
+    std::size_t plain = 0;
+    const auto copy = [&](std::size_t end) {
+      const std::string_view text = std::string_view(value).substr(plain, end - plain);
+      reader.Read(text);
+      AppendEscaped(text, compiled_.encoding, written);
+    };
+    if (isComputed) {
+      put(Fill(value, lookUp_));
+    } else {
+      ForEachReference(value, [&](const Reference& reference) {
+        const auto at = static_cast<std::size_t>(reference.group.data() - 1 - value.data());
+        copy(at);
+        put(lookUp_(reference.group, reference.name));
+        plain = at + reference.length;
+      });
+      copy(value.size());
+    }
+    result_.html.append(" ").append(name).append("=\"").append(written).append("\"");
   }
 
   void AppendLink(const Node& node, const std::string& address, const std::string& title) {
@@ -310,7 +346,7 @@ class Rendering {
   // --- lists ------------------------------------------------------------------------------------
 
   void AppendProducts(const Node& node) {
-    if (!node.takesTags) return Miss(node, node.tag.name, words::NoTableHere());
+    if (!node.takesTags) return Miss(node, TitleOf(node), words::NoTableHere());
     std::vector<ProductCell> cells;
     if (Shows(node, ChoiceOf(node) != Choice::fails && node.toggle != Switch::kNoSwitch))
       cells = ProductsOf(node);
@@ -346,9 +382,7 @@ class Rendering {
   }
 
   void AppendPositions(const Node& node) {
-    const Outcome order = Fill(Value(node, "order-id"), lookUp_);
-    if (order.unknown) Note(node, Kind::missing, *order.unknown);
-    if (!node.takesTags) return Miss(node, node.tag.name, words::NoTableHere());
+    if (!node.takesTags) return Miss(node, TitleOf(node), words::NoTableHere());
     std::vector<Values> positions = record_.positions.value_or(std::vector<Values>());
     switch (ChoiceOf(node)) {
       case Choice::holds:
@@ -358,8 +392,10 @@ class Rendering {
         positions.clear();
         break;
       case Choice::asRecord:
-        if (!record_.positions) return Miss(node, node.tag.name, words::NoPositions(record_.name));
+        if (!record_.positions) return Miss(node, TitleOf(node), words::NoPositions(record_.name));
     }
+    const Outcome order = Fill(Value(node, "order-id"), lookUp_);
+    if (order.unknown) Note(node, Kind::missing, *order.unknown);
     Shows(node, !positions.empty());
     AppendPositionTable(node.tag, positions, html_);
   }

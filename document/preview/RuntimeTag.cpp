@@ -140,7 +140,12 @@ class Finder {
     Form form = Form::empty;
     if (!ReadTag(at, limit, tag, form)) {
       ++unended;
-      return at + 1;
+      tag.mistake = RuntimeTag::Mistake::unended;
+      tag.end = tag.contentBegin = tag.contentEnd =
+          page::EndOfTagName(text_.substr(0, limit), at + 1);
+      const std::size_t end = tag.end;
+      Add(std::move(tag));
+      return end;
     }
     tag.kind = KindOfName(tag);
     std::size_t end = tag.contentBegin;

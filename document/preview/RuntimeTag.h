@@ -40,7 +40,7 @@ struct RuntimeTag {
   std::size_t end = 0;
   // The control that wrote the tag; kNoPart for one that was written by hand.
   std::size_t part = kNoPart;
-  enum class Mistake { none, quote, unclosed, stray, deep };
+  enum class Mistake { none, quote, unended, unclosed, stray, deep };
   Mistake mistake = Mistake::none;
   std::vector<RuntimeTag> inner;  // in the content, in order
 

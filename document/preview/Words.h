@@ -11,8 +11,10 @@ using page::messages::Quoting;
 inline constexpr Plain BrokenTag = {
     "Das Tag ist beschädigt; steht ein Anführungszeichen in einem Wert?",
     "The tag is broken; is there a quotation mark in a value?"};
-inline constexpr Plain UnclosedTag = {"Das Tag endet nicht. Ergänzen Sie </{}>.",
-                                      "The tag does not end. Add </{}>."};
+inline constexpr Plain UnendedTag = {"Das Tag endet nicht; fehlt ein Anführungszeichen oder \">\"?",
+                                     "The tag does not end; is a quotation mark or \">\" missing?"};
+inline constexpr Plain UnclosedTag = {"Das Ende fehlt. Ergänzen Sie </{}>.",
+                                      "The end is missing. Add </{}>."};
 inline constexpr Plain StrayEnd = {"Zu diesem Ende fehlt der Anfang.",
                                    "The start that belongs to this end is missing."};
 inline constexpr Plain TooDeep = {"Die Tags sind zu tief verschachtelt.",

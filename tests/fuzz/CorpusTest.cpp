@@ -12,6 +12,7 @@
 #include "fuzz/BuilderRules.h"
 #include "fuzz/OfficeRules.h"
 #include "fuzz/PagesRules.h"
+#include "fuzz/PreviewRules.h"
 
 namespace kvo {
 namespace {
@@ -39,7 +40,8 @@ TEST_P(Corpus, KeepsEveryRule) {
 INSTANTIATE_TEST_SUITE_P(Fuzz, Corpus,
                          testing::Values(Subject{"bag", CheckBag}, Subject{"builder", CheckBuilder},
                                          Subject{"office", office::CheckOffice},
-                                         Subject{"pages", CheckPages}),
+                                         Subject{"pages", CheckPages},
+                                         Subject{"preview", preview::CheckPreview}),
                          [](const auto& subject) { return std::string(subject.param.name); });
 
 }  // namespace
