@@ -59,15 +59,6 @@ QString CaptionOf(const Box& box) {
   return caption;
 }
 
-void AppendUtf8Of(std::string_view bytes, const page::PageEncoding& encoding, std::string& utf8) {
-  while (!bytes.empty()) {
-    const std::size_t bad = encoding.Decode(bytes, utf8);
-    if (bad == std::string_view::npos) return;
-    utf8 += "\xEF\xBF\xBD";
-    bytes.remove_prefix(bad + 1);
-  }
-}
-
 // Returns the character that stands for a part in the view.
 char16_t ShownFor(const Embedded& part, const page::PageEncoding& encoding) {
   std::string utf8;
@@ -107,6 +98,17 @@ void AppendBox(const page::FoundControl& found, const Box& box, Analysis& analys
 constexpr int kNiceness = 10;
 
 }  // namespace
+
+QString TextOf(std::string_view bytes, const page::PageEncoding& encoding) {
+  std::string utf8;
+  while (!bytes.empty()) {
+    const std::size_t bad = encoding.Decode(bytes, utf8);
+    if (bad == std::string_view::npos) break;
+    utf8 += "\xEF\xBF\xBD";
+    bytes.remove_prefix(bad + 1);
+  }
+  return ToQt(utf8);
+}
 
 Splice Difference(const QString& before, const QString& after) {
   const auto shorter = std::min(before.size(), after.size());
@@ -161,11 +163,8 @@ Analysis Analyse(const AnalysisRequest& request) {
   }
 
   page::StringSink sink;
-  if (!page::HasErrors(page::Publish(page, sink))) {
-    std::string output;
-    AppendUtf8Of(sink.Text(), page.Encoding(), output);
-    analysis.output = ToQt(output);
-  }
+  if (!page::HasErrors(page::Publish(page, sink)))
+    analysis.output = TextOf(sink.Text(), page.Encoding());
   return analysis;
 }
 

@@ -67,6 +67,9 @@ struct AnalysisRequest {
   int answered = 0;
 };
 
+// Returns the text of bytes in an encoding; U+FFFD for each byte that is no text.
+QString TextOf(std::string_view bytes, const page::PageEncoding& encoding);
+
 // Does the work; also used directly. Requires a platform whose TextWidth works on any thread.
 Analysis Analyse(const AnalysisRequest& request);
 

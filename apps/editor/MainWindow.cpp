@@ -23,6 +23,8 @@
 #include "apps/editor/FindBar.h"
 #include "apps/editor/FocusFrame.h"
 #include "apps/editor/Panels.h"
+#include "apps/editor/PreviewPanel.h"
+#include "apps/editor/Previewing.h"
 #include "apps/editor/PropertyBrowser.h"
 #include "apps/editor/ToolBar.h"
 #include "apps/editor/Toolbox.h"
@@ -66,6 +68,7 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
       source_(new SourceEdit(Page(), this)),
       design_(new DesignView(this)),
       frame_(new DesignFrame(*design_, design_->View(), this)),
+      preview_(new PreviewPanel(this)),
       find_(new FindBar(*source_, this)),
       welcome_(new Welcome(this)),
       middle_(new QStackedWidget(this)),
@@ -82,6 +85,7 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
       problemCount_(new QToolButton(this)),
       controls_(std::make_unique<ControlEditing>(*session_, *source_, platform, *this)),
       editing_(std::make_unique<DesignEditing>(*this, Page(), *source_, *design_)),
+      previewing_(std::make_unique<Previewing>(*session_, *this, *preview_)),
       analyst_(std::make_unique<Analyst>(
           [this](const std::shared_ptr<const Analysis>& analysis) { Analysed(analysis); })) {
   UseResources();
@@ -93,12 +97,12 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
   column->setSpacing(0);
   column->addWidget(new FocusFrame(source_, this));
   column->addWidget(find_);
-  views_ = new Views(frame_, sourcePane, this);
+  views_ = new Views(frame_, sourcePane, preview_, this);
   middle_->addWidget(views_);
   middle_->addWidget(welcome_);
   setCentralWidget(middle_);
   addToolBar(toolBar_);
-  panels_ = {{nullptr, source_}, {nullptr, design_}};
+  panels_ = {{nullptr, source_}, {nullptr, design_}, {nullptr, preview_}};
 
   QDockWidget* toolbox = Dock(words::kToolbox, "toolbox", toolbox_, Qt::LeftDockWidgetArea);
   QDockWidget* outline = Dock(words::kOutline, "outline", outline_, Qt::LeftDockWidgetArea);
@@ -155,6 +159,10 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
     NeedSource();
     source_->GoTo(position);
   };
+  preview_->onPlace = [this](std::optional<int> control, int position, bool goes) {
+    GoToPlace(control, position, goes);
+  };
+  preview_->onShowProblems = [this] { ShowProblems(); };
   design_->onBoxClicked = [this](int index) { GoToIndex(index, false); };
   design_->onBoxDoubleClicked = [this](int index) { GoToIndex(index, true); };
 
@@ -262,6 +270,7 @@ void MainWindow::RequestAnalysis() {
   request.newPage = std::exchange(newPage_, false);
   request.answered = editing_->Answered();
   analyst_->Request(std::move(request));
+  previewing_->PageChanged();
   ShowControl();
 }
 
@@ -312,6 +321,7 @@ void MainWindow::MarkControl() {
       index = static_cast<int>(entry - analysis_->outline.begin());
   }
   design_->Mark(index);
+  preview_->Mark(index);
   outline_->Mark(index);
 }
 
@@ -324,6 +334,17 @@ void MainWindow::GoToIndex(int index, bool open) {
     controls_->OpenPages(entry.position, true);
 }
 
+void MainWindow::GoToPlace(std::optional<int> control, int position, bool goes) {
+  if (control && analysis_ != nullptr &&
+      static_cast<std::size_t>(*control) < analysis_->outline.size())
+    position = analysis_->outline[static_cast<std::size_t>(*control)].position;
+  if (goes && !source_->isVisible() && !design_->isVisible()) views_->ShowSource(true);
+  if (goes)
+    GoTo(position);
+  else
+    source_->Reveal(position);
+}
+
 void MainWindow::GoTo(int position) {
   source_->Reveal(position);
   FocusPage();
@@ -332,8 +353,10 @@ void MainWindow::GoTo(int position) {
 void MainWindow::FocusPage() {
   if (source_->isVisible())
     source_->setFocus();
-  else
+  else if (design_->isVisible())
     design_->setFocus();
+  else
+    preview_->setFocus();
 }
 
 void MainWindow::NeedSource() {
@@ -400,7 +423,9 @@ void MainWindow::ShowStatus() {
                           (lineBreak == "\r\n" ? "CR LF"
                            : lineBreak == "\n" ? "LF"
                                                : "CR"));
-  zoomLabel_->setText(Text(words::kZoom, {QString::number(qRound(frame_->Zoom() * 100))}));
+  const DesignFrame& frame = ActiveFrame();
+  zoomLabel_->setText(Text(&frame == frame_ ? words::kZoom : words::kPreviewZoom,
+                           {QString::number(qRound(frame.Zoom() * 100))}));
   if (analysis_ == nullptr) return;
   const auto errors = std::ranges::count_if(analysis_->problems, [](const ProblemEntry& entry) {
     return entry.problem.severity == page::Severity::error;
@@ -438,6 +463,7 @@ void MainWindow::PageEnds() {
 }
 
 void MainWindow::PageStarted(bool sameFile) {
+  previewing_->PageStarted(sameFile);
   LeaveWelcome();
   source_->setTextCursor(QTextCursor(Page().Document()));
   if (sameFile) source_->GoTo(std::min(caret_, Page().Document()->characterCount() - 1));
@@ -448,11 +474,13 @@ void MainWindow::PageStarted(bool sameFile) {
 
 void MainWindow::FileNamed() {
   design_->Folder(session_->File().Folder());
+  previewing_->FolderChanged();
   ShowTitle();
 }
 
 void MainWindow::OfficeChanged() {
   if (builtInTools_) UseToolbox({});
+  previewing_->OfficeChanged();
   PageChanged();
   ShowControl();
 }

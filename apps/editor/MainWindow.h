@@ -22,6 +22,8 @@ class DesignFrame;
 class DesignView;
 class FindBar;
 class OutlinePanel;
+class PreviewPanel;
+class Previewing;
 class ProblemsPanel;
 class PropertyBrowser;
 class TextPanel;
@@ -44,6 +46,8 @@ class MainWindow final : public QMainWindow, public SessionUser {
   SourceEdit& Source() { return *source_; }
   DesignView& Design() { return *design_; }
   DesignFrame& Frame() { return *frame_; }
+  PreviewPanel& Preview() { return *preview_; }
+  Previewing& Previews() { return *previewing_; }
   Views& Middle() { return *views_; }
   Welcome& Beginning() { return *welcome_; }
   DesignEditing& Writing() { return *editing_; }
@@ -81,6 +85,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   void MakeControlMenu();
   void MakeViewMenu();
   void AddLayouts(QMenu& menu);
+  void AddPreview(QMenu& menu);
   void AddWidths(QMenu& menu);
   void AddPanels(QMenu& menu);
   void MakeWelcome();
@@ -114,6 +119,10 @@ class MainWindow final : public QMainWindow, public SessionUser {
   void NextPanel(bool backwards);
   void StepControl(bool backwards);
   void GoToIndex(int index, bool open);
+  // Shows a place that the preview names; `goes` moves the keyboard focus there.
+  void GoToPlace(std::optional<int> control, int position, bool goes);
+  // The frame that the menu's zoom is for.
+  DesignFrame& ActiveFrame();
   // Shows a place in the views that are there, and moves the keyboard focus to one of them.
   void GoTo(int position);
   void FocusPage();
@@ -130,6 +139,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   SourceEdit* source_;
   DesignView* design_;
   DesignFrame* frame_;
+  PreviewPanel* preview_;
   FindBar* find_;
   Views* views_ = nullptr;
   Welcome* welcome_;
@@ -159,6 +169,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
 
   std::unique_ptr<ControlEditing> controls_;
   std::unique_ptr<DesignEditing> editing_;
+  std::unique_ptr<Previewing> previewing_;
   QHash<QString, QAction*> formats_;  // by the names of the design view's commands
   std::optional<QString> link_;       // the address at the caret of the design view
 

@@ -18,6 +18,7 @@
 #include "apps/editor/FindBar.h"
 #include "apps/editor/MainWindow.h"
 #include "apps/editor/Panels.h"
+#include "apps/editor/PreviewPanel.h"
 #include "apps/editor/PropertyBrowser.h"
 #include "apps/editor/Templates.h"
 #include "apps/editor/ToolBar.h"
@@ -247,6 +248,7 @@ void MainWindow::MakeControlMenu() {
 void MainWindow::MakeViewMenu() {
   QMenu& menu = *menuBar()->addMenu(Text(words::kViewMenu));
   AddLayouts(menu);
+  AddPreview(menu);
   menu.addSeparator();
   AddWidths(menu);
   menu.addSeparator();
@@ -267,6 +269,7 @@ void MainWindow::MakeViewMenu() {
 
 void MainWindow::AddLayouts(QMenu& menu) {
   auto* group = new QActionGroup(this);
+  group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
   std::map<Views::Layout, QAction*> layouts;
   const auto layout = [&](const Localized& text, const char* keys, Views::Layout each) {
     QAction* action =
@@ -278,6 +281,11 @@ void MainWindow::AddLayouts(QMenu& menu) {
   layout(words::kLayoutBeside, "Alt+1", Views::Layout::beside);
   layout(words::kLayoutBelow, "Alt+2", Views::Layout::below);
   layout(words::kLayoutAlone, "Alt+3", Views::Layout::alone);
+  QAction* preview = layouts[Views::Layout::preview] = menu.addAction(Text(words::kPreviewAction));
+  preview->setShortcut(QKeySequence("Alt+4"));
+  preview->setCheckable(true);
+  connect(preview, &QAction::triggered, this, [this](bool shows) { views_->ShowPreview(shows); });
+  toolBar_->Add(ToolBar::publishing, *preview, "preview", ToolBar::Caption::shown);
   QAction* source = menu.addAction(Text(words::kSource));
   QAction* design = menu.addAction(Text(words::kDesign));
   source->setShortcut(QKeySequence("Ctrl+1"));
@@ -286,12 +294,23 @@ void MainWindow::AddLayouts(QMenu& menu) {
   connect(source, &QAction::triggered, this, [this](bool shows) { views_->ShowSource(shows); });
   connect(design, &QAction::triggered, this, [this](bool shows) { views_->ShowDesign(shows); });
   views_->onArranged = [=, this] {
-    layouts.at(views_->Arranged())->setChecked(true);
-    source->setChecked(views_->Arranged() != Views::Layout::alone);
+    for (const auto& [each, action] : layouts) action->setChecked(each == views_->Arranged());
+    source->setChecked(!views_->IsSourceHidden());
     design->setChecked(!frame_->isHidden());
+    ShowStatus();
     // The hidden view may have had the focus.
     if (views_->isVisible() && QApplication::focusWidget() == nullptr) FocusPage();
   };
+}
+
+void MainWindow::AddPreview(QMenu& menu) {
+  Action(menu, words::kNextRecord, QKeySequence("F7"), [this] { preview_->onStep(1); });
+  Action(menu, words::kPreviousRecord, QKeySequence("Shift+F7"), [this] { preview_->onStep(-1); });
+}
+
+DesignFrame& MainWindow::ActiveFrame() {
+  const bool inPreview = preview_->isAncestorOf(QApplication::focusWidget());
+  return preview_->isVisible() && (inPreview || !frame_->isVisible()) ? preview_->Frame() : *frame_;
 }
 
 void MainWindow::AddWidths(QMenu& menu) {
@@ -306,10 +325,10 @@ void MainWindow::AddWidths(QMenu& menu) {
   width(words::kFit, "fit", DesignFrame::PageWidth::fit);
   width(words::kMailWidth, "desktop", DesignFrame::PageWidth::mail);
   width(words::kPhoneWidth, "phone", DesignFrame::PageWidth::phone);
-  Action(menu, words::kZoomIn, QKeySequence::ZoomIn, [this] { frame_->ZoomIn(); });
-  Action(menu, words::kZoomOut, QKeySequence::ZoomOut, [this] { frame_->ZoomOut(); });
-  Action(menu, words::kZoomActual, QKeySequence("Ctrl+0"), [this] { frame_->ZoomTo(1); });
-  frame_->onZoomed = [this] { ShowStatus(); };
+  Action(menu, words::kZoomIn, QKeySequence::ZoomIn, [this] { ActiveFrame().ZoomIn(); });
+  Action(menu, words::kZoomOut, QKeySequence::ZoomOut, [this] { ActiveFrame().ZoomOut(); });
+  Action(menu, words::kZoomActual, QKeySequence("Ctrl+0"), [this] { ActiveFrame().ZoomTo(1); });
+  frame_->onZoomed = preview_->Frame().onZoomed = [this] { ShowStatus(); };
 }
 
 void MainWindow::AddPanels(QMenu& menu) {

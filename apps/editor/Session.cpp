@@ -375,7 +375,8 @@ void Session::FindCompanions() {
   // A new page has no folder yet; it keeps the current companions.
   if (file_.Folder().isEmpty() && office_ != nullptr) return;
   const QString chosen = QSettings().value(SettingOf(file_.Folder())).toString();
-  if (!UseOffice(QFileInfo::exists(chosen) ? chosen : file_.Companion(kOfficeName))) UseOffice({});
+  officeIsChosen_ = QFileInfo::exists(chosen);
+  if (!UseOffice(officeIsChosen_ ? chosen : file_.Companion(kOfficeName))) UseOffice({});
   user_.FolderChanged();
 }
 
@@ -391,7 +392,11 @@ bool Session::UseOffice(const QString& file) {
 }
 
 bool Session::ChooseOffice(const QString& file) {
-  if (!UseOffice(file)) return false;
+  const bool before = std::exchange(officeIsChosen_, true);
+  if (!UseOffice(file)) {
+    officeIsChosen_ = before;
+    return false;
+  }
   QSettings().setValue(SettingOf(file_.Folder()), file);
   return true;
 }

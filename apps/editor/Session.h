@@ -87,6 +87,10 @@ class Session {
   const std::shared_ptr<office::Office>& Office() const { return office_; }
   const QString& OfficeFile() const { return officeFile_; }
   bool UseOffice(const QString& file);
+  // Whether the author chose the office file; otherwise it was found beside the page.
+  bool IsOfficeChosen() const { return officeIsChosen_; }
+  // Opens databases of offices; empty if the editor has none.
+  const office::ConnectionFactory& Connections() const { return places_.connections; }
   // Uses the file from now on for all pages of the folder.
   bool ChooseOffice(const QString& file);
 
@@ -117,6 +121,7 @@ class Session {
   PageFile file_;
   std::shared_ptr<office::Office> office_;
   QString officeFile_;
+  bool officeIsChosen_ = false;
   QFileSystemWatcher watcher_;
   bool asking_ = false;  // about a change outside
   QTimer draftTimer_;

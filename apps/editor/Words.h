@@ -116,6 +116,7 @@ inline constexpr Localized kError = {"Fehler", "Error"};
 inline constexpr Localized kWarning = {"Warnung", "Warning"};
 inline constexpr Localized kCaretPlace = {"Zeile {}, Zeichen {}", "Line {}, character {}"};
 inline constexpr Localized kZoom = {"Entwurf {} %", "Design {}%"};
+inline constexpr Localized kPreviewZoom = {"Vorschau {} %", "Preview {}%"};
 inline constexpr Localized kProblemCountNone = {"Keine Probleme", "No problems"};
 inline constexpr Localized kProblemCountTip = {"Probleme zeigen oder verbergen",
                                                "Show or hide the problems"};
@@ -123,7 +124,78 @@ inline constexpr Localized kToolBar = {"Werkzeugleiste", "Tool bar"};
 inline constexpr Localized kProblemCount = {"Fehler: {}  Warnungen: {}",
                                             "Errors: {}  Warnings: {}"};
 
+// --- the preview ---
+inline constexpr Localized kPreview = {"Vorschau", "Preview"};
+inline constexpr Localized kMore = {"Mehr", "More"};
+inline constexpr Localized kMadeUp = {"(ausgedachte Werte)", "(made-up values)"};
+inline constexpr Localized kFromQuery = {"(aus der Abfrage, nur zum Lesen)",
+                                         "(from the query, read only)"};
+inline constexpr Localized kRecord = {"Datensatz", "Record"};
+inline constexpr Localized kRecordNumber = {"Datensatz {}", "Record {}"};
+inline constexpr Localized kRecordTip = {
+    "Datensatz wählen: Tippen sucht im Namen, eine Zahl geht zum Datensatz dieser Nummer",
+    "Choose a record: typing searches the names, a number goes to the record of that number"};
+inline constexpr Localized kPreviousRecordTip = {"Voriger Datensatz", "Previous record"};
+inline constexpr Localized kNextRecordTip = {"Nächster Datensatz", "Next record"};
+inline constexpr Localized kEditRecord = {"Datensatz bearbeiten …", "Edit the record…"};
+inline constexpr Localized kDarkMail = {"Dunkles Mailprogramm", "Dark mail program"};
+inline constexpr Localized kDarkByMail = {"Die Mail hat dafür eigene Farben.",
+                                          "The mail has colours of its own for it."};
+inline constexpr Localized kDarkByReader = {
+    "Die Mail hat dafür keine eigenen Farben; so kehren Mailprogramme sie um.",
+    "The mail has no colours of its own for it; this is how mail programs invert them."};
+inline constexpr Localized kNoPictures = {"Ohne Bilder", "Without pictures"};
+inline constexpr Localized kReadShop = {"Shop lesen", "Read the shop"};
+inline constexpr Localized kReadShopTip = {
+    "Shop lesen: Produkte und Abfragen aus der Datenbank, die office.json nennt",
+    "Read the shop: products and queries from the database that office.json names"};
+inline constexpr Localized kSwitches = {"Bedingungen und Listen", "Conditions and lists"};
+inline constexpr Localized kSwitch = {"Bedingung oder Liste", "Condition or list"};
+inline constexpr Localized kShows = {"Zeigt", "Shows"};
+inline constexpr Localized kAsInRecord = {"wie im Datensatz", "as in the record"};
+inline constexpr Localized kAsInRecordNow = {"wie im Datensatz: {}", "as in the record: {}"};
+inline constexpr Localized kNotReached = {"{} (kommt nicht vor)", "{} (not reached)"};
+inline constexpr Localized kHolds = {"wahr", "true"};
+inline constexpr Localized kFails = {"falsch", "false"};
+inline constexpr Localized kFilled = {"gefüllt", "filled"};
+inline constexpr Localized kEmptyList = {"leer", "empty"};
+inline constexpr Localized kForced = {"anders als im Datensatz", "not as in the record"};
+inline constexpr Localized kAllAsInRecord = {"Alles wie im Datensatz", "All as in the record"};
+inline constexpr Localized kProductList = {"Produktliste", "Product list"};
+inline constexpr Localized kPositionList = {"Positionsliste", "Position list"};
+inline constexpr Localized kByHand = {"von Hand", "by hand"};
+inline constexpr Localized kFindings = {"Was fehlt", "What is missing"};
+inline constexpr Localized kMissing = {"Es fehlt etwas", "Something is missing"};
+inline constexpr Localized kOutside = {"Weiß nur die Template-Engine oder der Shop",
+                                       "Only the template engine or the shop knows"};
+inline constexpr Localized kRecordNotFound = {"Keinen solchen Datensatz gefunden",
+                                              "No such record found"};
+inline constexpr Localized kNotPublishable = {
+    "Die Seite hat Fehler und lässt sich nicht veröffentlichen; fehlerhafte Controls sind gerahmt.",
+    "The page has errors and can't be published; faulty controls are framed."};
+inline constexpr Localized kBrokenRecords = {"Die Beispieldaten lassen sich nicht lesen",
+                                             "The sample data can't be read"};
+inline constexpr Localized kBrokenRecordsHelp = {
+    "Berichtigen Sie die Datei. Sobald sie gespeichert ist, kommt die Vorschau von selbst wieder.",
+    "Correct the file. The preview comes back by itself as soon as it is saved."};
+inline constexpr Localized kNoRecord = {"Es gibt keinen Datensatz", "There is no record"};
+inline constexpr Localized kNoRecordHelp = {
+    "preview.json hat keinen, und ihre Abfrage liefert keinen. „Datensatz bearbeiten …“ legt einen "
+    "an.",
+    "preview.json has none, and its query gives none. \"Edit the record…\" creates one."};
+inline constexpr Localized kEmptyPage = {"Die Seite ist leer", "The page is empty"};
+inline constexpr Localized kEmptyPageHelp = {
+    "Schreiben Sie im Entwurf (Strg+2) oder im Quelltext (Strg+1), oder fügen Sie mit Strg+T ein "
+    "Control ein. Hier steht dann, was ein Empfänger bekommt.",
+    "Write in the design view (Ctrl+2) or in the source (Ctrl+1), or insert a control with Ctrl+T. "
+    "What a recipient gets then appears here."};
+
 // --- what empty panels say ---
+inline constexpr Localized kNoSwitches = {
+    "Hier stehen die Bedingungen und Listen der Seite. Für jede lässt sich wählen, was sie zeigt.",
+    "The conditions and lists of the page appear here. You can choose what each one shows."};
+inline constexpr Localized kNoFindings = {"Mit diesem Datensatz fehlt nichts.",
+                                          "Nothing is missing with this record."};
 inline constexpr Localized kNoControls = {
     "Die Seite hat noch keine Controls. Mit Strg+T suchen Sie eines aus und fügen es ein.",
     "The page has no controls yet. Press Ctrl+T to find and insert one."};
@@ -196,6 +268,9 @@ inline constexpr Localized kLayoutBeside = {"Entwurf und Quelltext neben&einande
                                             "Design and source side &by side"};
 inline constexpr Localized kLayoutBelow = {"Quelltext &unter dem Entwurf", "Source be&low design"};
 inline constexpr Localized kLayoutAlone = {"Nur Ent&wurf", "D&esign only"};
+inline constexpr Localized kPreviewAction = {"&Vorschau", "Pre&view"};
+inline constexpr Localized kNextRecord = {"Nä&chster Datensatz", "Ne&xt record"};
+inline constexpr Localized kPreviousRecord = {"V&origer Datensatz", "Previous re&cord"};
 inline constexpr Localized kFit = {"An die Breite an&passen", "&Fit to width"};
 inline constexpr Localized kMailWidth = {"&600 Pixel breit, wie im Mailprogramm",
                                          "&600 pixels wide, as in a mail program"};

@@ -12,6 +12,9 @@
 #include "apps/editor/Colors.h"
 #include "apps/editor/FindBar.h"
 #include "apps/editor/LocalBrowser.h"
+#include "apps/editor/PreviewPanel.h"
+#include "apps/editor/PreviewView.h"
+#include "apps/editor/Previewing.h"
 #include "apps/editor/TextDialog.h"
 #include "apps/editor/Views.h"
 #include "host/qt/TahomaFont.h"
@@ -25,7 +28,7 @@ namespace {
 class Studio {
  public:
   Studio(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {
-    for (const QString name : {"newsletter.html", "office.json"}) {
+    for (const QString name : {"newsletter.html", "office.json", "preview.json"}) {
       QFile file(QString(KVO_SOURCE_DIR) + "/examples/newsletter/" + name);
       if (file.open(QIODevice::ReadOnly)) desk_.Put(name, file.readAll().toStdString());
     }
@@ -53,6 +56,7 @@ class Studio {
       EditHtml("Wenn erfüllt", ToText(window_->Controls().Load(Position())->Get("OnTrue")),
                FieldTools(window_->Work().Office()->Described()), window_.get());
     });
+    TakePreviews();
     window_->Finder().Open(true);
     QTest::keyClicks(window_->Finder().findChild<QLineEdit*>("find"), "td");
     window_->Finder().Step(false);
@@ -85,6 +89,23 @@ class Studio {
       "classid=\"progid:KVOPDesignObjects.DTCPrnt\" id=\"Summe\"></object></p>\n<object "
       "classid=\"progid:KVOPDesignObjects.DTCUnsubscriber\" id=\"Ab\"></object>\n";
 
+  void TakePreviews() {
+    window_->Middle().ShowPreview(true);
+    WaitForPreview();
+    Shoot("preview");
+    Click("Dunkles Mailprogramm");
+    Shoot("preview-dark-mail");
+    Click("Dunkles Mailprogramm");
+    window_->Middle().ShowPreview(false);
+  }
+  void WaitForPreview() {
+    good_ &= WaitFor([&] {
+      const auto& shown = window_->Previews().Shown();
+      return shown != nullptr &&
+             window_->Preview().View().ShownRevision() == window_->Page().Revision();
+    });
+    QTest::qWait(300);
+  }
   void GoTo(const std::string& id) {
     for (const Embedded& part : window_->Page().Content().EmbeddedParts())
       if (const auto look = window_->Page().LookAt(part.position); look && look->id == id)

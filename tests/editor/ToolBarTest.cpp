@@ -63,6 +63,7 @@ TEST_F(ToolBarTest, ShowsWhatAuthorsNeedMostWithItsKeys) {
       "Control einfügen (Ctrl+T)",
       "|",
       "Veröffentlichen (Ctrl+Shift+P)",
+      "Vorschau (Alt+4)",
       "|",
       "An die Breite anpassen",
       "600 Pixel breit, wie im Mailprogramm",
@@ -126,7 +127,7 @@ TEST_F(ToolBarTest, IconsAreDrawnInTheColourOfTheText) {
     }
     EXPECT_EQ(icon.pixmap(QSize(20, 20), 2.0).size(), QSize(40, 40)) << name.toStdString();
   }
-  EXPECT_EQ(icons, 19);
+  EXPECT_EQ(icons, 26);
   EXPECT_TRUE(LineIcon("gibt es nicht").isNull());
 }
 

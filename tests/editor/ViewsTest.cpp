@@ -95,7 +95,7 @@ TEST_F(ViewsTest, ANewAuthorSeesTheDesignAndTheSourceBelowIt) {
 
 TEST_F(ViewsTest, TheFirstLayoutDependsOnTheRoomUntilTheAuthorChoosesOne) {
   QWidget parent;
-  Views views(new QWidget, new QWidget, &parent);
+  Views views(new QWidget, new QWidget, new QWidget, &parent);
   views.Restore(Layout::beside);
   EXPECT_EQ(views.Arranged(), Layout::beside);
   EXPECT_EQ(views.orientation(), Qt::Horizontal);
