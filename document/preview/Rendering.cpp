@@ -367,8 +367,9 @@ class Rendering {
       failure = words::NoShop();
     std::vector<ProductCell> cells;
     for (std::size_t at = 0; at < numbers.size(); ++at) {
-      ProductCell& cell =
-          cells.emplace_back(numbers[at], at < found.size() ? found[at] : std::nullopt);
+      ProductCell& cell = cells.emplace_back();
+      cell.number = numbers[at];
+      if (at < found.size()) cell.product = found[at];
       if (cell.product || failure) continue;
       const Message why = words::UnknownProduct(cell.number);
       cell.reason = why.In(options_.language);
