@@ -62,6 +62,8 @@ int Run(char** argv) {
   MeasureControls(report);
   section("pages");
   MeasurePages(report);
+  section("previews");
+  MeasurePreviews(report);
   section("the picker");
   MeasurePicker(report);
   section("start-up");
