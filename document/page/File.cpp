@@ -243,8 +243,9 @@ std::string TemporaryName(const std::string& folder) {
 class FileReplacement final : public Output {
  public:
   // `existing` is nullptr for a new file.
-  FileReplacement(std::string file, std::string target, const struct stat* existing)
-      : file_(std::move(file)), target_(std::move(target)) {
+  FileReplacement(std::string file, std::string target, const struct stat* existing,
+                  Durable durable)
+      : file_(std::move(file)), target_(std::move(target)), durable_(durable == Durable::yes) {
     Create(existing == nullptr ? 0666 : 0600);
     try {
       if (existing != nullptr) TakeOver(*existing);
@@ -260,10 +261,12 @@ class FileReplacement final : public Output {
   }
 
   void Commit() override {
-    if (Uninterrupted([&] { return fsync(temporary_.Number()); }) != 0 || !temporary_.Close())
+    if ((durable_ && Uninterrupted([&] { return fsync(temporary_.Number()); }) != 0) ||
+        !temporary_.Close())
       Throw(errno, Doing::writing, file_);
     if (rename(temporaryName_.c_str(), target_.c_str()) != 0) Throw(errno, Doing::writing, file_);
     Forget();
+    if (!durable_) return;
     // The new file is in place; this makes the rename survive a power failure.
     const Descriptor folder(Uninterrupted(
         [&] { return open(FolderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
@@ -323,6 +326,7 @@ class FileReplacement final : public Output {
 
   std::string file_;    // as named by the caller
   std::string target_;  // the file it leads to
+  bool durable_;
   Descriptor temporary_;
   std::string temporaryName_;  // empty when there is nothing to remove
 };
@@ -420,7 +424,7 @@ std::string ReadRegularFile(const std::string& file, std::size_t most) {
   return ReadAll(own.Number(), most, file);
 }
 
-std::unique_ptr<Output> OpenOutput(const std::string& file) {
+std::unique_ptr<Output> OpenOutput(const std::string& file, Durable durable) {
   if (file == kStandardStream) return std::make_unique<HeldBack>(file, Descriptor(), STDOUT_FILENO);
   const Target leadsTo = TargetOf(file);
   if (leadsTo.descriptor >= 0)
@@ -429,7 +433,7 @@ std::unique_ptr<Output> OpenOutput(const std::string& file) {
   struct stat status;
   const bool exists = stat(target.c_str(), &status) == 0;
   if (!exists && errno != ENOENT) Throw(errno, Doing::writing, file);
-  if (!exists) return std::make_unique<FileReplacement>(file, target, nullptr);
+  if (!exists) return std::make_unique<FileReplacement>(file, target, nullptr, durable);
   if (S_ISDIR(status.st_mode)) Throw(EISDIR, Doing::writing, file);
   if (!S_ISREG(status.st_mode)) {
     Descriptor own(
@@ -441,11 +445,11 @@ std::unique_ptr<Output> OpenOutput(const std::string& file) {
   // A file without any write permission is kept, even where the user could replace it.
   if ((status.st_mode & 0222) == 0) Throw(EACCES, Doing::writing, file);
   if (access(target.c_str(), W_OK) != 0) Throw(errno, Doing::writing, file);
-  return std::make_unique<FileReplacement>(file, target, &status);
+  return std::make_unique<FileReplacement>(file, target, &status, durable);
 }
 
-void WriteFile(const std::string& file, std::string_view bytes) {
-  const auto output = OpenOutput(file);
+void WriteFile(const std::string& file, std::string_view bytes, Durable durable) {
+  const auto output = OpenOutput(file, durable);
   output->append(bytes);
   output->Commit();
 }

@@ -38,15 +38,19 @@ class Output : public Sink {
   virtual void Commit() = 0;
 };
 
+// Whether a file has to survive a power failure right after it was written. That takes several
+// milliseconds for each, too long for thousands of files that can be made again.
+enum class Durable { yes, no };
+
 // Opens a file for writing; "-" is standard output. Writes a file beside its target, flushes it and
 // renames it over the target; keeps mode, owner and access list of the old file and follows
 // symbolic links. Writes directly, on commit, to standard output, to anything that is not a regular
 // file (a pipe, a device), and to files the process has open (/dev/stdout, /dev/fd/N). Throws
 // FileError at once for a folder or a file that may not be written.
-std::unique_ptr<Output> OpenOutput(const std::string& file);
+std::unique_ptr<Output> OpenOutput(const std::string& file, Durable durable = Durable::yes);
 
 // Writes a whole file through OpenOutput.
-void WriteFile(const std::string& file, std::string_view bytes);
+void WriteFile(const std::string& file, std::string_view bytes, Durable durable = Durable::yes);
 
 // Removes the temporary file being written, for programs that a signal is about to end. Safe in a
 // signal handler.
