@@ -1,4 +1,3 @@
-#include <filesystem>
 #include <map>
 #include <optional>
 
@@ -13,8 +12,6 @@
 
 namespace kvo {
 namespace {
-
-constexpr std::string_view kOfficeFile = "office.json";
 
 struct CheckValues {
   std::vector<std::string> pages;
@@ -51,10 +48,8 @@ class Offices {
 
   Known& Of(const std::string& page) {
     if (!named_.empty()) return Load(named_);
-    if (page == "-") return none_;
-    const std::filesystem::path beside = std::filesystem::path(page).replace_filename(kOfficeFile);
-    std::error_code ignored;
-    return std::filesystem::exists(beside, ignored) ? Load(beside.string()) : none_;
+    const auto beside = FileBeside(page, office::kOfficeFile);
+    return beside ? Load(*beside) : none_;
   }
   // ExitCode::failure when an office was broken.
   ExitCode Code() const { return code_; }

@@ -4,10 +4,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
+#include <cctype>
 #include <filesystem>
 #include <map>
-#include <optional>
 #include <utility>
 
 #include "document/page/File.h"
@@ -15,29 +14,7 @@
 namespace kvo {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 constexpr std::string_view kStandardStream = "-";
-
-// Shows the progress of a long run, at most once a second and not during the first second.
-class Progress {
- public:
-  explicit Progress(std::size_t total) : total_(total) {}
-
-  void Next(const std::string& page) {
-    ++current_;
-    const Clock::time_point now = Clock::now();
-    if (now - told_ < std::chrono::seconds(1)) return;
-    told_ = now;
-    Tell(Say({"kvo: {} von {}: {}", "kvo: {} of {}: {}"},
-             {std::to_string(current_), std::to_string(total_), ShownName(page)}));
-  }
-
- private:
-  std::size_t total_;
-  std::size_t current_ = 0;
-  Clock::time_point told_ = Clock::now();
-};
 
 // Identifies a file, whatever its name.
 using FileIdentity = std::pair<dev_t, ino_t>;
@@ -59,16 +36,50 @@ std::string ShownTarget(const std::string& target) {
 
 }  // namespace
 
+void Progress::Next(const std::string& name) {
+  ++current_;
+  const Clock::time_point now = Clock::now();
+  if (now - told_ < std::chrono::seconds(1)) return;
+  told_ = now;
+  Tell(Say({"kvo: {} von {}: {}", "kvo: {} of {}: {}"},
+           {std::to_string(current_), std::to_string(total_()), name}));
+}
+
 std::string ShownName(const std::string& file) {
   return file == kStandardStream ? "<stdin>" : file;
+}
+
+std::optional<std::string> FileBeside(const std::string& page, std::string_view name) {
+  if (page == kStandardStream) return std::nullopt;
+  const std::filesystem::path beside = std::filesystem::path(page).replace_filename(name);
+  std::error_code ignored;
+  if (!std::filesystem::exists(beside, ignored)) return std::nullopt;
+  return beside.string();
+}
+
+std::string FileNamePart(std::string_view name) {
+  constexpr std::size_t kMost = 100;
+  const auto isInside = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80; };
+  if (name.size() > kMost) {
+    std::size_t end = kMost;  // do not cut a character in half
+    while (end > 0 && isInside(name[end])) --end;
+    name = name.substr(0, end);
+  }
+  std::string safe;
+  for (const char c : name) {
+    const bool plain = std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' || c == '_' ||
+                       static_cast<unsigned char>(c) >= 0x80;
+    safe += plain ? c : '_';
+  }
+  return safe;
 }
 
 ExitCode ForEachPage(const std::vector<std::string>& pages,
                      const std::function<ExitCode(const std::string& page)>& work) {
   ExitCode code = ExitCode::good;
-  Progress progress(pages.size());
+  Progress progress([&] { return static_cast<std::int64_t>(pages.size()); });
   for (const std::string& file : pages) {
-    progress.Next(file);
+    progress.Next(ShownName(file));
     try {
       code = Worse(code, work(file));
     } catch (const page::FileError& error) {

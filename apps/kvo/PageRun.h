@@ -1,7 +1,10 @@
 // Shared by the commands that work on page files.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,6 +12,23 @@
 #include "document/page/Page.h"
 
 namespace kvo {
+
+// Shows the progress of a long run on standard error, at most once a second and not during the
+// first second.
+class Progress {
+ public:
+  // Asks for the total only when it is shown.
+  explicit Progress(std::function<std::int64_t()> total) : total_(std::move(total)) {}
+
+  void Next(const std::string& name);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  std::function<std::int64_t()> total_;
+  std::int64_t current_ = 0;
+  Clock::time_point told_ = Clock::now();
+};
 
 // Calls `work` for each page and returns the worst outcome. Reports a page that cannot be read or
 // written and continues with the others. Shows progress on standard error when it takes long.
@@ -43,5 +63,12 @@ void MakeFolder(const std::string& folder);
 
 // Returns a page's name for messages: "<stdin>" for "-".
 std::string ShownName(const std::string& file);
+
+// Returns the file of this name beside a page, if it is there; none is beside standard input.
+std::optional<std::string> FileBeside(const std::string& page, std::string_view name);
+
+// Makes a name safe for use in a file name; keeps letters beyond ASCII. Shortens a long one,
+// because file systems limit names, some to 143 bytes.
+std::string FileNamePart(std::string_view name);
 
 }  // namespace kvo

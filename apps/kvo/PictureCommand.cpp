@@ -1,4 +1,3 @@
-#include <cctype>
 #include <filesystem>
 
 #include "apps/kvo/Commands.h"
@@ -21,25 +20,6 @@ struct Picture {
   Box box;
 };
 
-// Makes a name safe for use in a file name; keeps letters beyond ASCII. Shortens a long one,
-// because file systems limit names, some to 143 bytes.
-std::string FileName(std::string_view name) {
-  constexpr std::size_t kMost = 100;
-  const auto isInside = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80; };
-  if (name.size() > kMost) {
-    std::size_t end = kMost;  // do not cut a character in half
-    while (end > 0 && isInside(name[end])) --end;
-    name = name.substr(0, end);
-  }
-  std::string safe;
-  for (const char c : name) {
-    const bool plain = std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' || c == '_' ||
-                       static_cast<unsigned char>(c) >= 0x80;
-    safe += plain ? c : '_';
-  }
-  return safe;
-}
-
 std::vector<Picture> PagePictures(const std::string& file, ExitCode& code) {
   const page::Page page(page::ReadFile(file));
   const page::Inspection inspection = page::Inspect(page);
@@ -49,7 +29,7 @@ std::vector<Picture> PagePictures(const std::string& file, ExitCode& code) {
   for (const page::FoundControl& found : inspection.controls) {
     if (found.broken || found.contract == nullptr) continue;
     std::string name = std::to_string(found.index + 1) + '-' +
-                       FileName(found.id.empty() ? found.className : found.id);
+                       FileNamePart(found.id.empty() ? found.className : found.id);
     try {
       pictures.push_back(
           {std::move(name), page::Load(*found.contract, found.bag)->DesignTimeBox()});

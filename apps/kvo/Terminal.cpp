@@ -86,16 +86,19 @@ void PrintOutOfMemory() {
 }
 
 void ShowProblems(Stream stream, std::string_view file, const page::Problems& problems) {
+  for (const page::Problem& problem : page::Told(problems))
+    ShowLine(stream, file, problem.severity, page::Describe(problem, file, UserLanguage()));
+}
+
+void ShowLine(Stream stream, std::string_view file, page::Severity severity, std::string line) {
   const int descriptor = stream == Stream::output ? STDOUT_FILENO : STDERR_FILENO;
-  for (const page::Problem& problem : page::Told(problems)) {
-    std::string line = Harmless(descriptor, page::Describe(problem, file, UserLanguage()) + '\n');
-    const std::size_t begin = line.find(": ", file.size()) + 2;
-    line = Coloured(descriptor, problem.severity, line, begin, line.find(':', begin) + 1);
-    if (stream == Stream::output) {
-      PrintAsIs(line);
-    } else {
-      WriteToStderr(line);
-    }
+  line = Harmless(descriptor, line + '\n');
+  const std::size_t begin = line.find(": ", file.size()) + 2;
+  line = Coloured(descriptor, severity, line, begin, line.find(':', begin) + 1);
+  if (stream == Stream::output) {
+    PrintAsIs(line);
+  } else {
+    WriteToStderr(line);
   }
 }
 

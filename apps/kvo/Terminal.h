@@ -35,6 +35,8 @@ void PrintOutOfMemory();
 // error for all other commands. Prints only the first few of each rule.
 enum class Stream { output, error };
 void ShowProblems(Stream stream, std::string_view file, const page::Problems& problems);
+// Prints a line "file:line:column: label: ..." with its label in the colour of the severity.
+void ShowLine(Stream stream, std::string_view file, page::Severity severity, std::string line);
 
 // Prints text on standard output; on a terminal, replaces control characters. Throws Failure when
 // it cannot be written (full disk, ...).

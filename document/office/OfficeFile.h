@@ -19,6 +19,9 @@
 
 namespace kvo::office {
 
+// Its usual name, beside the pages.
+inline constexpr std::string_view kOfficeFile = "office.json";
+
 // The rule id of every problem in an office file.
 inline constexpr std::string_view kOfficeFileRule = "office-file";
 

@@ -46,23 +46,26 @@ Problems Told(const Problems& problems) {
   return told;
 }
 
-std::string Describe(const Problem& problem, std::string_view file, Language language) {
-  const bool error = problem.severity == Severity::error;
+std::string DescribeAt(std::string_view file, const Place& place, std::string_view label,
+                       std::string_view control, std::string_view id, std::string_view message) {
   std::string text(file);
-  text +=
-      ':' + std::to_string(problem.place.line) + ':' + std::to_string(problem.place.column) + ": ";
-  text += language == Language::german ? (error ? "Fehler: " : "Warnung: ")
-                                       : (error ? "error: " : "warning: ");
-  if (!problem.control.empty()) {
-    text += problem.control;
-    if (!problem.id.empty()) text += " \"" + problem.id + '"';
+  text += ':' + std::to_string(place.line) + ':' + std::to_string(place.column) + ": ";
+  text.append(label) += ": ";
+  if (!control.empty()) {
+    text += control;
+    if (!id.empty()) text.append(" \"").append(id) += '"';
     text += ": ";
   }
-  text += problem.message.In(language);
-  text += " [";
-  text += problem.rule;
-  text += ']';
-  return text;
+  return text.append(message);
+}
+
+std::string Describe(const Problem& problem, std::string_view file, Language language) {
+  constexpr Localized kError{"Fehler", "error"};
+  constexpr Localized kWarning{"Warnung", "warning"};
+  const Localized& label = problem.severity == Severity::error ? kError : kWarning;
+  return DescribeAt(file, problem.place, label.In(language), problem.control, problem.id,
+                    problem.message.In(language)) +
+         " [" + std::string(problem.rule) + ']';
 }
 
 }  // namespace kvo::page

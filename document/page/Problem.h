@@ -45,7 +45,10 @@ inline bool HasErrors(const Problems& problems) {
 // place of the first of them, that says how many there are.
 Problems Told(const Problems& problems);
 
-// Returns "file:line:column: error: message [rule]" with the control's name before the message.
+// Returns "file:line:column: label: message", with the control's name before the message.
+std::string DescribeAt(std::string_view file, const Place& place, std::string_view label,
+                       std::string_view control, std::string_view id, std::string_view message);
+// The same with "error" or "warning", and the rule in brackets behind the message.
 std::string Describe(const Problem& problem, std::string_view file, Language language);
 
 // The names of the rules, shown in messages. They never change.
