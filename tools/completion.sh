@@ -14,7 +14,7 @@ options() {
     on {
       sub(/^ +/, "")
       sub(/  .*/, "")
-      valued = sub(/ [A-Z]+$/, "")
+      valued = sub(/ [A-Z|]+$/, "")
       gsub(/,/, "")
       if (values == "" || valued) print
     }' | xargs

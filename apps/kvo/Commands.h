@@ -11,6 +11,7 @@ void AddCheckCommand(CommandLine& line);    // check
 void AddEditCommands(CommandLine& line);    // new, set
 void AddClassesCommand(CommandLine& line);  // classes
 void AddPictureCommand(CommandLine& line);  // picture
+void AddPreviewCommand(CommandLine& line);  // preview
 void AddPagesCommand(CommandLine& line);    // pages
 void AddScriptCommand(CommandLine& line);   // script
 

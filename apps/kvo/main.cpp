@@ -44,6 +44,7 @@ kvo::ExitCode Run(int argc, char** argv) {
   kvo::AddEditCommands(line);
   kvo::AddClassesCommand(line);
   kvo::AddPictureCommand(line);
+  kvo::AddPreviewCommand(line);
   kvo::AddPagesCommand(line);
   kvo::AddScriptCommand(line);
   return line.Execute(argc, argv);

@@ -70,6 +70,9 @@ class HostilePage : public Faults {
     Write("x.html", kHostilePage);
     Write("y.html", kHostilePage + kPointingControls);
     Write("office.json", R"({"contactFields": [], "shopDatabase": "sqlite3://shop.db"})");
+    Write("preview.json", R"({"records": [{"name": "../../pwned", "customer": {"Name":
+          "<script src='http://127.0.0.1:9/a.js'></script>"}, "order": {"positions": []}}],
+          "query": "SELECT * FROM Customers"})");
     Write("talk.txt", "open liste\n");
     Write("secret.txt", "secret");
     std::ofstream(Folder() / "outside.css") << "secret";
@@ -129,12 +132,18 @@ TEST_F(HostilePage, WritesOnlyWhereTheUserAllowed) {
   ExpectInBounds({"publish", "x.html", "-o", "out/p.html"}, out, 0);
   ExpectInBounds({"save", "x.html", "-o", "out/s.html"}, out, 0);
   ExpectInBounds({"picture", "x.html", "-o", "out"}, out, 0);
+  // The database is left alone, though an office beside the page names one.
+  const Bounds previews = BoundsOf({"x.html", "y.html", "office.json", "preview.json"}, {"out"});
+  ExpectInBounds({"preview", "x.html", "-o", "out/v.html"}, previews, 0);
+  ExpectInBounds({"preview", "x.html", "-o", "out"}, previews, 2);  // without the query's rows
+  ExpectInBounds({"preview", "y.html", "--all-branches", "--width", "360", "-o", "out"}, previews,
+                 1);
   // Saving in place writes the page and its replacement, both in the page's folder.
   ExpectInBounds({"save", "x.html"}, BoundsOf({"x.html"}, {"."}), 0);
   ExpectInBounds({"set", "x.html", "script", "DisplayValue=../../x"}, BoundsOf({"x.html"}, {"."}),
                  0);
-  EXPECT_EQ(Files(), (std::vector<std::string>{"office.json", "out", "secret.txt", "talk.txt",
-                                               "x.html", "y.html"}));
+  EXPECT_EQ(Files(), (std::vector<std::string>{"office.json", "out", "preview.json", "secret.txt",
+                                               "talk.txt", "x.html", "y.html"}));
   EXPECT_EQ(Read("secret.txt"), "secret");
   EXPECT_EQ(Read("out/p.html").find("root:"), std::string::npos);
   // Names of controls cannot lead out of the folder.

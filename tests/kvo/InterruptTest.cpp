@@ -50,6 +50,8 @@ TEST_F(PipedPage, EveryCommandEndsAtOnce) {
            {"set", "pipe.html", "Preis", "Value=y"},
            {"set", "x.html", "Preis", "Value=y", "-o", "pipe.html"},
            {"picture", "pipe.html", "-o", "pictures"},
+           {"preview", "pipe.html", "-o", "y.html"},
+           {"preview", "x.html", "-o", "pipe.html"},
            {"script", "x.html", "pipe.html"}})
     for (const int signal : {SIGINT, SIGTERM}) {
       SCOPED_TRACE(command[0] + ' ' + command[1] + ' ' + std::to_string(signal));
