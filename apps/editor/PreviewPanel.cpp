@@ -20,6 +20,7 @@
 #include "apps/editor/PreviewView.h"
 #include "apps/editor/Words.h"
 #include "document/preview/Template.h"
+#include "host/qt/QtText.h"
 
 namespace kvo::editor {
 namespace {
@@ -149,7 +150,6 @@ void PreviewPanel::MakeBar() {
   connect(next_, &QAction::triggered, this, [this] { onStep(1); });
 
   QAction* edit = Button(words::kEditRecord, "edit");
-  edit->setVisible(false);
   connect(edit, &QAction::triggered, this, [this] {
     if (onEdit) onEdit();
   });
@@ -232,7 +232,7 @@ void PreviewPanel::ShowRecords(const PreviewResult& result) {
   records_->setCurrentIndex(isListed ? static_cast<int>(result.record) : -1);
   // Leaves alone what the author is typing to search for.
   if (!isListed || !records_->lineEdit()->hasFocus() || !records_->lineEdit()->isModified())
-    records_->setEditText(result.hasRecord ? ShownName(result.recordName, result.record)
+    records_->setEditText(result.hasRecord ? ShownName(ToQt(result.current.name), result.record)
                                            : QString());
   records_->setEnabled(result.count > 0);
   count_->setText(result.count > 0 ? Text(words::kMatchOf, {QString::number(result.record + 1),
@@ -244,7 +244,7 @@ void PreviewPanel::ShowRecords(const PreviewResult& result) {
 
 void PreviewPanel::ShowFace(const PreviewResult& result) {
   QString face = Text(preview::kFace);
-  if (result.madeUp) face += ' ' + Text(words::kMadeUp);
+  if (result.current.madeUp) face += ' ' + Text(words::kMadeUp);
   if (result.isFromQuery) face += ' ' + Text(words::kFromQuery);
   if (result.hasRecord && !result.recordsFailure.isEmpty()) face += "\n" + result.recordsFailure;
   if (result.errors > 0) face += "\n" + Text(words::kNotPublishable);

@@ -217,8 +217,7 @@ class Previewer::Work {
       const auto record = records_->At(result.record);
       if (!record) return std::nullopt;
       result.hasRecord = true;
-      result.recordName = ToQt(record->name);
-      result.madeUp = record->madeUp;
+      result.current = *record;
       result.isFromQuery = !record->madeUp && result.record >= inFile_;
       return record;
     } catch (const std::exception& failure) {

@@ -68,8 +68,7 @@ struct PreviewResult {
   std::int64_t asked = 0;  // the record of the request
   std::int64_t record = 0;
   std::int64_t count = 0;
-  QString recordName;
-  bool madeUp = false;
+  preview::Record current;  // if there is one
   bool isFromQuery = false;
   QStringList names;       // of the first records
   bool notFound = false;   // what the request wanted to find

@@ -6,6 +6,7 @@
 
 #include "apps/editor/PreviewPanel.h"
 #include "apps/editor/PreviewView.h"
+#include "apps/editor/RecordForm.h"
 #include "apps/editor/Words.h"
 #include "document/preview/Records.h"
 #include "host/qt/QtText.h"
@@ -161,6 +162,28 @@ void Previewing::FolderTouched() {
   ReadAgain();
 }
 
-void Previewing::EditRecords() {}
+void Previewing::EditRecords() {
+  if (recordsFile_.isEmpty()) return user_.Tell(Text(words::kRecordsUnsaved));
+  if (shown_ == nullptr) return;
+  RecordsToEdit edit;
+  edit.file = PageFile(recordsFile_, {});
+  const bool isGood = user_.Guarded([&] {
+    if (!QFileInfo::exists(recordsFile_)) return true;
+    edit.file.Read(recordsFile_);
+    edit.records = preview::LoadRecords(FileName(recordsFile_));
+    return true;
+  });
+  if (!isGood) return;
+  edit.current = record_;
+  edit.office = office_;
+  edit.fields = shown_->fields;
+  if (shown_->hasRecord && (shown_->current.madeUp || shown_->isFromQuery))
+    edit.other = shown_->current;
+  const auto next = editor::EditRecords(std::move(edit), panel_.window());
+  if (!next) return;
+  record_ = *next;
+  Watch();
+  ReadAgain();
+}
 
 }  // namespace kvo::editor

@@ -190,6 +190,37 @@ inline constexpr Localized kEmptyPageHelp = {
     "Write in the design view (Ctrl+2) or in the source (Ctrl+1), or insert a control with Ctrl+T. "
     "What a recipient gets then appears here."};
 
+// --- the form for records ---
+inline constexpr Localized kRecords = {"Datensätze", "Records"};
+inline constexpr Localized kRecordsUnsaved = {
+    "Speichern Sie die Seite zuerst: Die Datensätze stehen in preview.json in ihrem Ordner.",
+    "Save the page first: the records are in preview.json in its folder."};
+inline constexpr Localized kRecordName = {"Name des Datensatzes", "Name of the record"};
+inline constexpr Localized kValues = {"Werte", "Values"};
+inline constexpr Localized kCustomerGroup = {"Kontakt", "Contact"};
+inline constexpr Localized kOrderGroup = {"Bestellung", "Order"};
+inline constexpr Localized kConfigGroup = {"Einstellungen", "Settings"};
+inline constexpr Localized kPositions = {"Positionen der Bestellung", "Positions of the order"};
+inline constexpr Localized kAddPosition = {"Position hinzufügen", "Add a position"};
+inline constexpr Localized kDeletePosition = {"Position löschen", "Delete the position"};
+inline constexpr Localized kNewRecord = {"Neu", "New"};
+inline constexpr Localized kNewRecordName = {"Neuer Datensatz", "New record"};
+inline constexpr Localized kCopyRecord = {"Kopieren", "Copy"};
+inline constexpr Localized kDeleteRecord = {"Löschen …", "Delete…"};
+inline constexpr Localized kDelete = {"Löschen", "Delete"};
+inline constexpr Localized kDeleteRecordAsk = {"Den Datensatz „{}“ löschen?",
+                                               "Delete the record \"{}\"?"};
+inline constexpr Localized kFlagUnknown = {"keine Angabe", "not given"};
+inline constexpr Localized kQueryRecord = {"{} (aus der Abfrage)", "{} (from the query)"};
+inline constexpr Localized kQueryRecordHelp = {
+    "Dieser Datensatz kommt aus der Abfrage und lässt sich hier nur lesen. „Kopieren“ macht daraus "
+    "einen eigenen.",
+    "This record comes from the query and can only be read here. \"Copy\" makes one of your own."};
+inline constexpr Localized kNoRecordYet = {"„Neu“ legt den ersten Datensatz an.",
+                                           "\"New\" creates the first record."};
+inline constexpr Localized kUnsavedRecords = {"Die Datensätze wurden geändert. Speichern?",
+                                              "The records were changed. Save them?"};
+
 // --- what empty panels say ---
 inline constexpr Localized kNoSwitches = {
     "Hier stehen die Bedingungen und Listen der Seite. Für jede lässt sich wählen, was sie zeigt.",
