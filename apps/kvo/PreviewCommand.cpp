@@ -40,7 +40,7 @@ class PreviewJson {
     begun_ = true;
     Print(Indented(preview, "    "));
   }
-  void End(const Json& coverage) {
+  void End(const Json& coverage) const {
     Print(begun_ ? "\n  ]" : "{\n  \"previews\": []");
     Print(",\n  \"coverage\": " + Indented(coverage, "  ").substr(2) + "\n}\n");
   }

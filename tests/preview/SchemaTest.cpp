@@ -41,7 +41,9 @@ class Schema {
 
   bool Accepts(const Json& schema, const Json& value) const {
     if (schema.is_boolean()) return schema.get<bool>();
-    for (const auto& [word, rule] : schema.items()) {
+    for (const auto& each : schema.items()) {
+      const std::string& word = each.key();
+      const Json& rule = each.value();
       if (word == "$ref") {
         if (!Accepts(root_.at(Json::json_pointer(rule.get<std::string>().substr(1))), value))
           return false;
@@ -67,7 +69,9 @@ class Schema {
   bool AcceptsMembers(const Json& schema, const Json& object) const {
     const Json properties = schema.value("properties", Json::object());
     const Json patterns = schema.value("patternProperties", Json::object());
-    for (const auto& [name, member] : object.items()) {
+    for (const auto& each : object.items()) {
+      const std::string& name = each.key();
+      const Json& member = each.value();
       bool known = false;
       const auto check = [&](const Json& rule) {
         known = true;

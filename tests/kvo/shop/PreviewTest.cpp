@@ -1,6 +1,6 @@
 // kvo preview with the shop's products, and with records from its database.
 #include <gtest/gtest.h>
-#include <signal.h>
+#include <signal.h>  // NOLINT(modernize-deprecated-headers): the POSIX part is wanted
 
 #include <chrono>
 #include <filesystem>

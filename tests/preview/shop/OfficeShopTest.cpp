@@ -14,7 +14,7 @@ class OfficeShopTest : public testing::Test {
  protected:
   OfficeShopTest() { platform_.recordsets = shop::NewRecordset; }
 
-  static ObjectRef OfficeWith(std::optional<std::string> database) {
+  static ObjectRef OfficeWith(const std::optional<std::string>& database) {
     return std::make_shared<office::Office>(office::Office::Description{{}, {}, database},
                                             shop::NewConnection);
   }

@@ -157,7 +157,7 @@ TEST_F(RecordListTest, ReadsManyRowsInFewFetches) {
   std::weak_ptr<shop::Recordset> recordset;
   HeadlessPlatform platform;
   platform.recordsets = [&] {
-    const auto made = std::dynamic_pointer_cast<shop::Recordset>(shop::NewRecordset());
+    auto made = std::dynamic_pointer_cast<shop::Recordset>(shop::NewRecordset());
     recordset = made;
     return made;
   };
