@@ -33,15 +33,23 @@ std::string Escaped(std::string_view text) {
   return escaped;
 }
 
+// Keeps the bar from taking a part of the width, as on a phone. At the end, because in front of the
+// doctype it would change how the page is laid out.
+constexpr std::string_view kNoScrollBar =
+    "<style>html{scrollbar-width:none}html::-webkit-scrollbar{display:none}</style>";
+
 }  // namespace
 
 std::string FramedPage(std::string_view inner, const page::PageEncoding& encoding, int width,
                        std::string_view title) {
   return "<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>" + Escaped(title) +
-         "</title>\n</head>\n<body style=\"margin:0;background:#e4e4e4;text-align:center\">\n"
+         "</title>\n</head>\n<body style=\"margin:0;background:#e4e4e4\">\n"
          "<iframe sandbox width=\"" +
-         std::to_string(width) + "\" style=\"height:100vh;border:0;background:#ffffff\" srcdoc=\"" +
-         Escaped(InUtf8(inner, encoding)) + "\"></iframe>\n</body>\n</html>\n";
+         std::to_string(width) +
+         "\" style=\"display:block;margin:0 auto;height:100vh;border:0;background:#ffffff\" "
+         "srcdoc=\"" +
+         Escaped(InUtf8(inner, encoding)) + Escaped(kNoScrollBar) +
+         "\"></iframe>\n</body>\n</html>\n";
 }
 
 }  // namespace kvo
