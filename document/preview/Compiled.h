@@ -1,6 +1,7 @@
 // A page made ready to render: its plain parts and its tags, in order. Internal to the preview.
 #pragma once
 
+#include <deque>
 #include <map>
 #include <string>
 #include <vector>
@@ -36,7 +37,7 @@ struct Template::Compiled {
   page::PublishedPage page;
   page::PageEncoding encoding;
   std::vector<Piece> pieces;
-  std::vector<Node> nodes;
+  std::deque<Node> nodes;
   std::vector<Switch> switches;
   // Fields that the office does not have, as "group.name" in lower case, and what to do.
   std::map<std::string, Message, std::less<>> unknownFields;

@@ -59,7 +59,6 @@ class Rendering {
 
   Preview Render() {
     Append(compiled_.pieces);
-    std::ranges::stable_sort(result_.findings, {}, &Finding::offset);
     return std::move(result_);
   }
 

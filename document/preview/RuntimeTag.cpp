@@ -16,6 +16,7 @@ using page::npos;
 
 constexpr std::string_view kElse = "else";
 constexpr std::size_t kDeepest = 100;
+constexpr std::size_t kLongestPrefix = 100;
 // Beyond so many tags that never end, the rest of a text is read as plain.
 constexpr int kMostUnended = 8;
 
@@ -169,8 +170,8 @@ class Finder {
   }
 
   bool IsOurs(std::string_view name) const {
-    return std::ranges::any_of(prefixes_,
-                               [&](const std::string& prefix) { return name.starts_with(prefix); });
+    const std::size_t end = name.substr(0, kLongestPrefix).find_first_of(": \t\r\n/>\"'<");
+    return end != npos && name[end] == ':' && prefixes_.contains(name.substr(0, end + 1));
   }
 
   void ReadPart(std::size_t index) {

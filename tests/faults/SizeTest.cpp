@@ -150,6 +150,7 @@ TEST_P(Size, WorkGrowsLinearly) {
   const std::string whole = shape.of(count);
   for (const Command& command : std::vector<Command>{{"save", "x.html", "-o", "y.html"},
                                                      {"publish", "x.html", "-o", "z.html"},
+                                                     {"preview", "x.html", "-o", "p.html"},
                                                      {"check", "x.html"},
                                                      {"inspect", "x.html"}}) {
     SCOPED_TRACE(command[0]);
@@ -227,6 +228,40 @@ TEST_F(Counted, WorkGrowsLinearlyWithTextsThatLookLikeFieldsAndConditions) {
       ExpectAtMostTenTimes(less, workOf(40'000));
     }
   }
+}
+
+TEST_F(Counted, PreviewsTakeLinearWorkWhateverLooksLikeATag) {
+  const auto workOf = [&](const std::string& page) {
+    Write("x.html", page);
+    return WorkOf({"preview", "x.html", "-o", "p.html"}, {0, 1});
+  };
+  for (const std::string part :
+       {"<kv:", "<kv:print ", "<kv:print value='", "<kv:if test='1==1'>",
+        "<kv:if test='#a.b#'><kv:else>", "</kv:if>", "<kv:if test='1'></kv:if>",
+        "<kv:element name='p'>", "<!--KVO BLOCKLEVEL ELEMENT STARTSPAN",
+        "</kv:x>KVO BLOCKLEVEL ELEMENT ENDSPAN-->", "<kv:click href='#customer.",
+        "<a title='<kv:print value=\"1\"/>"}) {
+    SCOPED_TRACE(part);
+    const Work less = workOf(Times(3'000, part));
+    ExpectAtMostTenTimes(less, workOf(Times(30'000, part)));
+  }
+  for (const std::string part :
+       {"(", "!", "-", "1+", "1==1||", "1?", "'a'", "#customer.a#", "#a.", "&amp;"}) {
+    SCOPED_TRACE(part);
+    const auto inTest = [&](int count) {
+      return ControlElement("DTCIf", {{"test", Times(count, part)}, {"on-true", "x"}});
+    };
+    const Work less = workOf(inTest(3'000));
+    ExpectAtMostTenTimes(less, workOf(inTest(30'000)));
+  }
+  const auto namespaces = [](int count) {
+    return Numbered(count,
+                    "<object classid=\"progid:KVOPDesignObjects.DTCContact\"><param name=\"field\" "
+                    "value=\"a\"><param name=\"namespace\" value=\"n",
+                    "\"></object><x:y>");
+  };
+  const Work less = workOf(namespaces(1'000));
+  ExpectAtMostTenTimes(less, workOf(namespaces(10'000)));
 }
 
 // Runs the program built here, with sanitizers if enabled.
