@@ -9,20 +9,20 @@
 namespace kvo {
 namespace {
 
-using Kind = preview::Switch::Kind;
+using SwitchKind = preview::Switch::Kind;
 
-struct KindWords {
+struct SwitchWords {
   std::string_view id;  // in JSON
   Localized name;       // of a switch without one of its own
   Localized holds;
   Localized fails;
 };
-constexpr KindWords kKinds[] = {
+constexpr SwitchWords kSwitchWords[] = {
     {"condition", {"Bedingung", "condition"}, {"wahr", "true"}, {"falsch", "false"}},
     {"products", {"Produktliste", "product list"}, {"gefüllt", "filled"}, {"leer", "empty"}},
     {"positions", {"Positionsliste", "position list"}, {"gefüllt", "filled"}, {"leer", "empty"}},
 };
-const KindWords& WordsOf(Kind kind) { return kKinds[static_cast<std::size_t>(kind)]; }
+const SwitchWords& WordsOf(SwitchKind kind) { return kSwitchWords[static_cast<std::size_t>(kind)]; }
 
 constexpr std::size_t kColumns = 4;
 using Cells = std::array<std::string, kColumns>;
@@ -48,7 +48,7 @@ std::string Shortened(std::string_view text) {
   return line;
 }
 
-std::string NameOf(const preview::Switch& each) {
+std::string SwitchName(const preview::Switch& each) {
   std::string name = Shortened(each.name.empty() ? Say(WordsOf(each.kind).name) : each.name);
   if (!each.id.empty()) name += " (" + Shortened(each.id) + ')';
   return name;
@@ -98,9 +98,9 @@ std::string Coverage::Table() const {
   std::size_t missing = 0;
   for (std::size_t i = 0; i < switches_.size(); ++i) {
     const preview::Switch& each = switches_[i];
-    const KindWords& words = WordsOf(each.kind);
+    const SwitchWords& words = WordsOf(each.kind);
     table.push_back({std::to_string(each.place.line) + ':' + std::to_string(each.place.column),
-                     NameOf(each), Say(words.holds), ShownBy(rows_[i].holds)});
+                     SwitchName(each), Say(words.holds), ShownBy(rows_[i].holds)});
     table.push_back({"", "", Say(words.fails), ShownBy(rows_[i].fails)});
     missing += (rows_[i].holds.empty() ? 1U : 0U) + (rows_[i].fails.empty() ? 1U : 0U);
   }

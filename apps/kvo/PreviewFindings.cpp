@@ -6,20 +6,22 @@
 namespace kvo {
 namespace {
 
-using Kind = preview::Finding::Kind;
+using FindingKind = preview::Finding::Kind;
 
-constexpr std::size_t kMostSeen = 100;
+constexpr std::size_t kMostFindings = 100;
 
-struct KindRow {
+struct FindingRow {
   std::string_view id;  // in JSON
   Localized label;
   page::Severity severity;  // for its colour
 };
-constexpr KindRow kKinds[] = {
+constexpr FindingRow kFindingRows[] = {
     {"missing", {"fehlt", "missing"}, page::Severity::error},
     {"outside", {"außerhalb", "outside"}, page::Severity::warning},
 };
-const KindRow& RowOf(Kind kind) { return kKinds[static_cast<std::size_t>(kind)]; }
+const FindingRow& FindingRowOf(FindingKind kind) {
+  return kFindingRows[static_cast<std::size_t>(kind)];
+}
 
 // The same for all records. A message may quote the name of its record.
 std::string WithoutRecord(std::string message, const std::string& record) {
@@ -32,7 +34,7 @@ std::string WithoutRecord(std::string message, const std::string& record) {
 }  // namespace
 
 Json ToJson(const preview::Finding& finding) {
-  return {{"kind", RowOf(finding.kind).id},
+  return {{"kind", FindingRowOf(finding.kind).id},
           {"line", finding.place.line},
           {"column", finding.place.column},
           {"class", finding.control},
@@ -44,11 +46,11 @@ void PreviewFindings::Add(const preview::Preview& preview, const std::string& re
                           const std::string& shownAs) {
   ++previews_;
   for (const preview::Finding& finding : preview.findings) {
-    anyMissing_ = anyMissing_ || finding.kind == Kind::missing;
+    anyMissing_ = anyMissing_ || finding.kind == FindingKind::missing;
     Key key(finding.offset, finding.kind, WithoutRecord(finding.message.english, record));
     if (const auto seen = seen_.find(key); seen != seen_.end())
       ++seen->second.more;
-    else if (seen_.size() < kMostSeen)
+    else if (seen_.size() < kMostFindings)
       seen_.emplace(std::move(key), Seen{finding, shownAs});
     else
       ++others_;
@@ -58,7 +60,7 @@ void PreviewFindings::Add(const preview::Preview& preview, const std::string& re
 void PreviewFindings::Show(std::string_view file) const {
   for (const auto& [key, seen] : seen_) {
     const preview::Finding& finding = seen.finding;
-    const KindRow& row = RowOf(finding.kind);
+    const FindingRow& row = FindingRowOf(finding.kind);
     std::string line =
         page::DescribeAt(file, finding.place, row.label.In(UserLanguage()), finding.control,
                          finding.id, finding.message.In(UserLanguage()));

@@ -129,7 +129,7 @@ Variant Number(double number) {
   return whole == number ? Variant(whole) : Variant(number);
 }
 
-Variant ValueFor(const OfficeField& field) {
+Variant MadeUpValue(const OfficeField& field) {
   if (field.dataType == kNumberField) return Number(Choose<double>(field, kNumbers, 42));
   if (field.dataType == kFlagField) return true;
   if (field.dataType == kDateField) return Choose<std::string_view>(field, kDates, "14.11.2025");
@@ -138,8 +138,8 @@ Variant ValueFor(const OfficeField& field) {
   return Choose<std::string_view>(field, kTexts, other);
 }
 
-Values Position(std::string_view number, std::string_view description, std::int32_t quantity,
-                double price) {
+Values MadeUpPosition(std::string_view number, std::string_view description, std::int32_t quantity,
+                      double price) {
   const Variant values[] = {number, description, quantity, price, Number(quantity * price)};
   Values position;
   for (std::size_t i = 0; i < std::size(values); ++i)
@@ -160,9 +160,9 @@ Record MadeUpRecord(const ObjectRef& office) {
   order.Set("date", kOrderDate);
   order.Set("total", kTotal);
   for (const OfficeField& field : FieldsOf(office))
-    record.Group(field.group).Set(field.sqlName, ValueFor(field));
-  record.positions = {Position("M-1001", "Musterartikel", kFirstQuantity, kFirstPrice),
-                      Position("M-1002", "Zweiter Musterartikel", 1, kSecondPrice)};
+    record.Group(field.group).Set(field.sqlName, MadeUpValue(field));
+  record.positions = {MadeUpPosition("M-1001", "Musterartikel", kFirstQuantity, kFirstPrice),
+                      MadeUpPosition("M-1002", "Zweiter Musterartikel", 1, kSecondPrice)};
   record.Group(kConfig).Set("company-name", "Muster-Versand GmbH");
   record.Group("system").Set("date", kToday);
   return record;

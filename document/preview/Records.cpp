@@ -14,7 +14,7 @@ namespace {
 
 using office::JsonNode;
 using office::PathTo;
-using Kind = JsonNode::Kind;
+using JsonKind = JsonNode::Kind;
 using Json = nlohmann::ordered_json;
 
 constexpr std::string_view kRecords = "records";
@@ -32,17 +32,17 @@ bool IsPositions(std::string_view key) { return EqualIgnoringCase(key, kPosition
 std::optional<Variant> ValueOf(const JsonNode& node) {
   using Limits = std::numeric_limits<std::int32_t>;
   switch (node.kind) {
-    case Kind::null:
+    case JsonKind::null:
       return Variant();
-    case Kind::flag:
+    case JsonKind::flag:
       return Variant(node.flag);
-    case Kind::integer:
+    case JsonKind::integer:
       if (node.integer >= Limits::min() && node.integer <= Limits::max())
         return Variant(static_cast<std::int32_t>(node.integer));
       return Variant(node.number);
-    case Kind::number:
+    case JsonKind::number:
       return Variant(node.number);
-    case Kind::text:
+    case JsonKind::text:
       return Variant(node.text);
     default:
       return std::nullopt;
@@ -50,20 +50,21 @@ std::optional<Variant> ValueOf(const JsonNode& node) {
 }
 
 // Reads the tree and reports all of its problems.
-class Reader : private office::JsonFileReader {
+class RecordsReader : private office::JsonFileReader {
  public:
-  explicit Reader(page::ProblemList& problems) : JsonFileReader(kRecordsFileRule, problems) {}
+  explicit RecordsReader(page::ProblemList& problems)
+      : JsonFileReader(kRecordsFileRule, problems) {}
 
   RecordsFile Read(const JsonNode& root) {
     RecordsFile file;
-    if (!Is(root, Kind::object, "")) return file;
+    if (!Is(root, JsonKind::object, "")) return file;
     CheckKeys(root, kFileKeys, "");
     for (const JsonNode& member : root.children) {
-      if (member.key == kRecords && Is(member, Kind::list, member.key))
+      if (member.key == kRecords && Is(member, JsonKind::list, member.key))
         ForEachItem(member, member.key, [&](const JsonNode& item, const std::string& path) {
           file.records.push_back(ReadRecord(item, path));
         });
-      if (member.key == kQuery && Is(member, Kind::text, member.key)) file.query = member.text;
+      if (member.key == kQuery && Is(member, JsonKind::text, member.key)) file.query = member.text;
     }
     return file;
   }
@@ -79,7 +80,7 @@ class Reader : private office::JsonFileReader {
   // Visits the members of an object, but reports those whose name it has already, in any case.
   template <class Visit>
   void ForEachMember(const JsonNode& object, const std::string& path, Visit visit) {
-    if (!Is(object, Kind::object, path)) return;
+    if (!Is(object, JsonKind::object, path)) return;
     std::set<std::string> names;
     for (const JsonNode& member : object.children) {
       std::string name = member.key;
@@ -96,7 +97,7 @@ class Reader : private office::JsonFileReader {
     Record record;
     ForEachMember(object, path, [&](const JsonNode& member, const std::string& where) {
       if (member.key == kName) {
-        if (Is(member, Kind::text, where)) record.name = member.text;
+        if (Is(member, JsonKind::text, where)) record.name = member.text;
         return;
       }
       Values& values = record.Group(member.key);
@@ -112,7 +113,7 @@ class Reader : private office::JsonFileReader {
 
   void ReadPositions(const JsonNode& list, const std::string& path,
                      std::vector<Values>& positions) {
-    if (!Is(list, Kind::list, path)) return;
+    if (!Is(list, JsonKind::list, path)) return;
     ForEachItem(list, path, [&](const JsonNode& item, const std::string& where) {
       Values& position = positions.emplace_back();
       ForEachMember(item, where, [&](const JsonNode& value, const std::string& at) {
@@ -168,7 +169,7 @@ Json ToJson(const Record& record) {
 RecordsFile ReadRecords(std::string_view contents, const std::string& file) {
   return office::ReadJsonFile(contents, file, kRecordsFileRule,
                               [](const JsonNode& root, page::ProblemList& problems) {
-                                return Reader(problems).Read(root);
+                                return RecordsReader(problems).Read(root);
                               });
 }
 
