@@ -54,7 +54,8 @@ class Rendering {
         options_(options),
         html_(result_.html, compiled.encoding) {
     result_.switches.resize(compiled.switches.size());
-    result_.html.reserve(compiled.page.bytes.size() + compiled.page.bytes.size() / 8);
+    constexpr std::size_t kRoomForValue = 300;
+    result_.html.reserve(compiled.page.bytes.size() + compiled.nodes.size() * kRoomForValue);
   }
 
   Preview Render() {

@@ -117,7 +117,7 @@ class Finder {
       }
       const std::size_t limit = part == endPart ? to : parts_[part].begin;
       const std::size_t next =
-          unended > kMostUnended ? limit : std::min(text_.find('<', at), limit);
+          unended > kMostUnended ? limit : std::min(text_.substr(0, limit).find('<', at), limit);
       at = next < limit ? ReadHere(next, limit, unended) : limit;
       // Parts without text follow each other at one place.
       while (part != endPart && at == to && parts_[part].begin == to) ReadPart(part++);
@@ -125,8 +125,10 @@ class Finder {
     while (!open_.empty()) GiveUp();
     open_ = std::move(openBefore);
     skipped_ = skippedBefore;
-    std::ranges::move(found_, std::back_inserter(before));
-    found_ = std::move(before);
+    if (!before.empty()) {
+      std::ranges::move(found_, std::back_inserter(before));
+      found_ = std::move(before);
+    }
   }
 
   // Reads what begins with the "<" at `at`; returns where to read on.
