@@ -9,6 +9,7 @@
 #include "common/values/Floating.h"
 #include "common/values/GermanFormat.h"
 #include "document/page/Scanner.h"
+#include "document/preview/Record.h"
 #include "document/preview/Words.h"
 
 namespace kvo::preview {
@@ -452,19 +453,25 @@ bool IsWords(std::string_view text) {
 
 std::optional<Reference> ReferenceAt(std::string_view text) {
   if (!text.starts_with('#')) return std::nullopt;
-  std::size_t point = 1;
-  while (point < text.size() && IsNameCharacter(text[point])) ++point;
-  if (point == 1 || point >= text.size() || text[point] != '.') return std::nullopt;
-  std::size_t end = point + 1;
-  while (end < text.size() && (IsNameCharacter(text[end]) || text[end] == '.')) ++end;
-  if (end == point + 1 || end >= text.size() || text[end] != '#') return std::nullopt;
-  return Reference{text.substr(1, point - 1), text.substr(point + 1, end - point - 1), end + 1};
+  std::size_t end = 1;
+  while (end < text.size() && IsNameCharacter(text[end])) ++end;
+  if (end == 1 || end >= text.size()) return std::nullopt;
+  if (text[end] == '#' && IsLetter(text[1]))
+    return Reference{kScript, text.substr(1, end - 1), end + 1, 0};
+  if (text[end] != '.') return std::nullopt;
+  const std::size_t name = end + 1;
+  for (end = name; end < text.size() && (IsNameCharacter(text[end]) || text[end] == '.');) ++end;
+  if (end == name || end >= text.size() || text[end] != '#') return std::nullopt;
+  return Reference{text.substr(1, name - 2), text.substr(name, end - name), end + 1, 0};
 }
 
 void ForEachReference(std::string_view text, const std::function<void(const Reference&)>& found) {
   for (std::size_t at = text.find('#'); at != npos; at = text.find('#', at)) {
-    const auto reference = ReferenceAt(text.substr(at));
-    if (reference) found(*reference);
+    auto reference = ReferenceAt(text.substr(at));
+    if (reference) {
+      reference->at = at;
+      found(*reference);
+    }
     at += reference ? reference->length : 1;
   }
 }

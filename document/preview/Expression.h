@@ -34,11 +34,13 @@ Outcome Print(std::string_view text, const LookUp& lookUp);
 // Replaces the references of a text. Computes the whole text when it stands in percent signs.
 Outcome Fill(std::string_view text, const LookUp& lookUp);
 
-// A reference at the beginning of a text: "#group.name#".
+// A reference at the beginning of a text: "#group.name#", or "#name#" for a value that a script
+// set, whose group is kScript.
 struct Reference {
   std::string_view group;
   std::string_view name;
   std::size_t length = 0;
+  std::size_t at = 0;  // where it begins, among those of a text
 };
 std::optional<Reference> ReferenceAt(std::string_view text);
 void ForEachReference(std::string_view text, const std::function<void(const Reference&)>& found);

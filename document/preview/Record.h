@@ -30,6 +30,7 @@ class Values {
 inline constexpr std::string_view kCustomer = "customer";
 inline constexpr std::string_view kOrder = "order";
 inline constexpr std::string_view kConfig = "config";
+inline constexpr std::string_view kScript = "script";  // what scripts of the page set
 
 // One recipient. A reference "#customer.Email#" is the value "Email" of the group "customer".
 struct Record {

@@ -322,10 +322,9 @@ class Rendering {
       put(Fill(value, lookUp_));
     } else {
       ForEachReference(value, [&](const Reference& reference) {
-        const auto at = static_cast<std::size_t>(reference.group.data() - 1 - value.data());
-        copy(at);
+        copy(reference.at);
         put(lookUp_(reference.group, reference.name));
-        plain = at + reference.length;
+        plain = reference.at + reference.length;
       });
       copy(value.size());
     }

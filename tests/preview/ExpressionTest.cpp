@@ -5,7 +5,7 @@
 
 #include <map>
 
-#include "common/values/Ascii.h"
+#include "document/preview/Record.h"
 
 namespace kvo::preview {
 namespace {
@@ -18,7 +18,8 @@ const std::map<std::string, Variant, std::less<>> kValues = {
     {"customer.Point", "1134.23"},   {"customer.Yes", true},
     {"customer.No", false},          {"customer.YesText", "True"},
     {"customer.Born", "23.04.2004"}, {"customer.Iso", "2004-04-23 16:09:53"},
-    {"customer.Quote", "it's"},      {"order.orderid", 4711}};
+    {"customer.Quote", "it's"},      {"order.orderid", 4711},
+    {"script.rabatt", "10"}};
 
 Outcome LookUpValue(std::string_view group, std::string_view name) {
   const auto found = kValues.find(std::string(group) + '.' + std::string(name));
@@ -134,6 +135,8 @@ constexpr Row kPrints[] = {
     {"#customer.Name#", "Anna"},
     {"%#customer.Name#%", "Anna"},
     {"#order.orderid#", "4711"},
+    {"#rabatt# / 2", "5"},
+    {"#weg#", "?"},
     {"#customer.Points# / 100", "12,5"},
     {"#customer.Points#*2-500", "2000"},
     {"2 + 3 * 4", "14"},
@@ -212,7 +215,9 @@ TEST(ExpressionTest, FormatsLikeTheSystem) {
 TEST(ExpressionTest, ReadsReferences) {
   EXPECT_EQ(ReferenceAt("#customer.Email# x")->name, "Email");
   EXPECT_EQ(ReferenceAt("#order.a.b#")->name, "a.b");
-  for (const std::string_view none : {"", "#", "#customer#", "#customer.#", "#.Email#",
+  EXPECT_EQ(ReferenceAt("#rabatt#")->group, kScript);
+  EXPECT_EQ(ReferenceAt("#rabatt#")->name, "rabatt");
+  for (const std::string_view none : {"", "#", "##", "#1#", "#customer.#", "#.Email#",
                                       "#customer.Email", "#cus tomer.Email#", "#fff"})
     EXPECT_FALSE(ReferenceAt(none)) << none;
 }
