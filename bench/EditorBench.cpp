@@ -1,5 +1,6 @@
 // Measures the editor on a large page, 2,000 controls in 2 MB of text: from opening it until the
-// source is painted, and from a key press until it is painted and until the design view shows it.
+// source is painted, and from a key press until it is painted and until the design view and the
+// preview show it.
 //
 // Times are wall-clock times of the real window, with the analysis running in the background. There
 // is no display, so they leave out the graphics card.
@@ -22,6 +23,9 @@
 #include "apps/editor/DesignView.h"
 #include "apps/editor/LocalBrowser.h"
 #include "apps/editor/MainWindow.h"
+#include "apps/editor/PreviewPanel.h"
+#include "apps/editor/PreviewView.h"
+#include "apps/editor/Views.h"
 #include "host/qt/TahomaFont.h"
 #include "host/registration/classes.h"
 
@@ -95,8 +99,9 @@ class Times {
     state_.counters["median_ms"] = milliseconds_[milliseconds_.size() / 2];
     state_.counters["longest_ms"] = milliseconds_.back();
   }
-  void Add(const QElapsedTimer& timer) {
-    const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+  void Add(const QElapsedTimer& timer) { Add(timer.nsecsElapsed()); }
+  void Add(qint64 nanoseconds) {
+    const double seconds = static_cast<double>(nanoseconds) / 1e9;
     state_.SetIterationTime(seconds);
     milliseconds_.push_back(seconds * 1000);
   }
@@ -227,6 +232,60 @@ void DesignWindow(benchmark::State& state) {
   bench->Settle();
 }
 BENCHMARK(DesignWindow)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(50);
+
+// --- the preview ---
+
+// Shows the preview beside the source.
+void StandInPreview() {
+  MainWindow& window = *bench->window;
+  window.Middle().ShowPreview(true);
+  window.Middle().ShowSource(true);
+  window.Source().setFocus();
+  const auto follows = [&window] {
+    return window.Preview().View().ShownRevision() == window.Page().Revision();
+  };
+  while (!follows()) QTest::qWait(5);
+  QTest::qWait(500);
+}
+
+// From a key in the source until the preview shows it.
+void PreviewFollow(benchmark::State& state) {
+  StandInPreview();
+  SourceEdit& source = bench->window->Source();
+  Times times(state);
+  for (auto _ : state) {
+    QElapsedTimer timer;
+    timer.start();
+    QTest::keyClick(&source, Qt::Key_X);
+    while (bench->window->Preview().View().ShownRevision() != bench->window->Page().Revision())
+      QTest::qWait(1);
+    times.Add(timer);
+    QTest::qWait(300);
+  }
+}
+BENCHMARK(PreviewFollow)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(10);
+
+// The longest time for which the window does nothing else while the preview follows a key.
+void PreviewWindow(benchmark::State& state) {
+  StandInPreview();
+  SourceEdit& source = bench->window->Source();
+  Times times(state);
+  for (auto _ : state) {
+    QTest::keyClick(&source, Qt::Key_X);
+    qint64 most = 0;
+    do {
+      QThread::usleep(200);
+      QElapsedTimer timer;
+      timer.start();
+      QCoreApplication::processEvents();
+      most = std::max(most, timer.nsecsElapsed());
+    } while (bench->window->Preview().View().ShownRevision() != bench->window->Page().Revision());
+    times.Add(most);
+    QTest::qWait(300);
+  }
+  bench->window->Middle().ShowPreview(false);
+}
+BENCHMARK(PreviewWindow)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(10);
 
 }  // namespace
 }  // namespace kvo::editor

@@ -284,7 +284,11 @@ void MainWindow::AddLayouts(QMenu& menu) {
   QAction* preview = layouts[Views::Layout::preview] = menu.addAction(Text(words::kPreviewAction));
   preview->setShortcut(QKeySequence("Alt+4"));
   preview->setCheckable(true);
-  connect(preview, &QAction::triggered, this, [this](bool shows) { views_->ShowPreview(shows); });
+  connect(preview, &QAction::triggered, this, [this](bool shows) {
+    views_->ShowPreview(shows);
+    // The view that had the keyboard focus may be hidden.
+    if (!shows || (!source_->isVisible() && !design_->isVisible())) FocusPage();
+  });
   toolBar_->Add(ToolBar::publishing, *preview, "preview", ToolBar::Caption::shown);
   QAction* source = menu.addAction(Text(words::kSource));
   QAction* design = menu.addAction(Text(words::kDesign));

@@ -96,6 +96,13 @@ PreviewList::PreviewList(const Localized& name, QWidget* parent) : QTreeView(par
   setMinimumHeight(60);
 }
 
+void PreviewList::resizeEvent(QResizeEvent* event) {
+  constexpr int kControlColumn = 1;
+  constexpr int kEnoughForAll = 380;
+  setColumnHidden(kControlColumn, event->size().width() < kEnoughForAll);
+  QTreeView::resizeEvent(event);
+}
+
 void PreviewList::Lead(std::size_t control, int position, bool goes) {
   if (!onPlace) return;
   std::optional<int> number;
@@ -193,10 +200,11 @@ SwitchList::SwitchList(QWidget* parent)
   setModel(model_);
   setItemDelegateForColumn(Model::shown, new ChoiceDelegate(*this));
   setEditTriggers(EditKeyPressed);
+  header()->setMinimumSectionSize(60);
   header()->setSectionResizeMode(Model::name, QHeaderView::Stretch);
   header()->setStretchLastSection(false);
-  header()->resizeSection(Model::control, 110);
-  header()->resizeSection(Model::shown, 170);
+  header()->resizeSection(Model::control, 90);
+  header()->resizeSection(Model::shown, 165);
   new EmptyHint(*this, words::kNoSwitches);
   connect(this, &QTreeView::clicked, this, [this](const QModelIndex& index) {
     if (index.column() == Model::shown) return edit(index);
@@ -246,8 +254,8 @@ class FindingList::Model final : public PreviewModel<FindingEntry> {
 FindingList::FindingList(QWidget* parent)
     : PreviewList(words::kFindings, parent), model_(new Model(this)) {
   setModel(model_);
-  header()->resizeSection(0, 75);
-  header()->resizeSection(1, 110);
+  header()->resizeSection(0, 70);
+  header()->resizeSection(1, 90);
   new EmptyHint(*this, words::kNoFindings);
   connect(this, &QTreeView::clicked, this, [this](const QModelIndex& index) {
     const FindingEntry& entry = model_->At(index);

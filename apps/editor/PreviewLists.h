@@ -19,6 +19,8 @@ class PreviewList : public QTreeView {
   std::function<void(std::optional<int> control, int position, bool goes)> onPlace;
 
  protected:
+  // Hides the column of controls where it would take the room of what matters.
+  void resizeEvent(QResizeEvent* event) override;
   void Lead(std::size_t control, int position, bool goes);
 };
 

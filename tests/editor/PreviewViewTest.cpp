@@ -410,6 +410,26 @@ TEST_F(PreviewViewTest, ShowsEveryRecordLikeABrowser) {
   }
 }
 
+TEST_F(PreviewViewTest, FollowsTypingBesideTheOtherViews) {
+  window->resize(1840, 1000);
+  for (const char* name : {"newsletter.html", "office.json", "preview.json"}) {
+    QFile file(QString(KVO_SOURCE_DIR) + "/examples/newsletter/" + name);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    desk.Put(name, file.readAll().toStdString());
+  }
+  ASSERT_TRUE(window->Work().Open(desk.Path("newsletter.html")));
+  Press(Qt::Key_4, Qt::AltModifier);
+  Press(Qt::Key_F7);
+  Press(Qt::Key_1, Qt::ControlModifier);
+  Press(Qt::Key_2, Qt::ControlModifier);
+  ASSERT_TRUE(WaitForPreview());
+  ASSERT_TRUE(Shows("Die neue Ernte ist da"));
+  window->Source().setFocus();
+  TypeAt(" ist da</h1>", "neu ");
+  EXPECT_TRUE(Shows("Die neue Ernteneu ist da"));
+  EXPECT_EQ(Evaluate("kvo.text()").toString(), window->Previews().Shown()->html);
+}
+
 TEST_F(PreviewViewTest, AHiddenPreviewDoesNothing) {
   Open("<p>Hallo " + Contact("a", "FirstName"));
   Press(Qt::Key_4, Qt::AltModifier);
