@@ -25,7 +25,7 @@ constexpr int kFrame = 2;  // shows that the view has the keyboard focus
 
 }  // namespace
 
-// Draws the boxes, too.
+// Also draws the boxes.
 class DesignView::Source final : public PageSource {
  public:
   void requestStarted(QWebEngineUrlRequestJob* job) override {

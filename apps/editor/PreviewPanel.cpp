@@ -44,6 +44,7 @@ PreviewPanel::PreviewPanel(QWidget* parent)
       face_(new QLabel(this)),
       problems_(new QToolButton(this)),
       parts_(new QSplitter(Qt::Vertical, this)),
+      lists_(new QSplitter(Qt::Horizontal, this)),
       middle_(new QStackedWidget(this)),
       view_(new PreviewView(this)),
       frame_(new DesignFrame(*view_, view_->View(), this)),
@@ -76,13 +77,11 @@ PreviewPanel::PreviewPanel(QWidget* parent)
   middle_->addWidget(frame_);
   middle_->addWidget(state_);
 
-  auto* lists = new QSplitter(Qt::Horizontal, this);
-  lists->setObjectName("previewLists");
-  lists->addWidget(MakeSwitches());
-  lists->addWidget(new FocusFrame(findings_, this));
-  lists->setChildrenCollapsible(false);
+  lists_->addWidget(MakeSwitches());
+  lists_->addWidget(new FocusFrame(findings_, this));
+  lists_->setChildrenCollapsible(false);
   parts_->addWidget(middle_);
-  parts_->addWidget(lists);
+  parts_->addWidget(lists_);
   parts_->setChildrenCollapsible(false);
   parts_->setStretchFactor(0, 1);
   parts_->setSizes({520, 170});
@@ -203,6 +202,7 @@ void PreviewPanel::Show(const std::shared_ptr<const PreviewResult>& result) {
   result_ = result;
   ShowRecords(*result);
   ShowFace(*result);
+  lists_->setVisible(result->hasRecord);
   switches_->Show(result);
   findings_->Show(result);
   reset_->setVisible(std::ranges::any_of(result->switches, [](const SwitchEntry& entry) {
@@ -300,9 +300,8 @@ void PreviewPanel::resizeEvent(QResizeEvent* event) {
   const Qt::Orientation wanted = width() >= kWideEnough ? Qt::Horizontal : Qt::Vertical;
   if (parts_->orientation() == wanted) return;
   parts_->setOrientation(wanted);
-  auto* lists = findChild<QSplitter*>("previewLists");
-  lists->setOrientation(wanted == Qt::Horizontal ? Qt::Vertical : Qt::Horizontal);
-  lists->setSizes({1, 1});
+  lists_->setOrientation(wanted == Qt::Horizontal ? Qt::Vertical : Qt::Horizontal);
+  lists_->setSizes({1, 1});
   parts_->setSizes(wanted == Qt::Horizontal ? QList<int>{width() - 320, 320}
                                             : QList<int>{520, 170});
 }

@@ -80,6 +80,7 @@ class PreviewPanel final : public QWidget {
   QLabel* face_;
   QToolButton* problems_;
   QSplitter* parts_;
+  QSplitter* lists_;
   QStackedWidget* middle_;
   PreviewView* view_;
   DesignFrame* frame_;

@@ -44,7 +44,7 @@ class PreviewView final : public QWidget {
 
   void Reload();
   void Loaded();
-  // Keeps showing what is shown now until the page is loaded anew.
+  // Covers the view with its present picture until the page is loaded anew.
   void Cover();
   void Run(const QString& script);
 

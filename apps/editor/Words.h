@@ -299,9 +299,9 @@ inline constexpr Localized kLayoutBeside = {"Entwurf und Quelltext neben&einande
                                             "Design and source side &by side"};
 inline constexpr Localized kLayoutBelow = {"Quelltext &unter dem Entwurf", "Source be&low design"};
 inline constexpr Localized kLayoutAlone = {"Nur Ent&wurf", "D&esign only"};
-inline constexpr Localized kPreviewAction = {"&Vorschau", "Pre&view"};
+inline constexpr Localized kPreviewAction = {"Vo&rschau", "Pre&view"};
 inline constexpr Localized kNextRecord = {"Nä&chster Datensatz", "Ne&xt record"};
-inline constexpr Localized kPreviousRecord = {"V&origer Datensatz", "Previous re&cord"};
+inline constexpr Localized kPreviousRecord = {"Voriger Da&tensatz", "Previous re&cord"};
 inline constexpr Localized kFit = {"An die Breite an&passen", "&Fit to width"};
 inline constexpr Localized kMailWidth = {"&600 Pixel breit, wie im Mailprogramm",
                                          "&600 pixels wide, as in a mail program"};

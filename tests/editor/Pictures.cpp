@@ -96,7 +96,38 @@ class Studio {
     Click("Dunkles Mailprogramm");
     Shoot("preview-dark-mail");
     Click("Dunkles Mailprogramm");
+    ShootDialog("records", [&] { Click("Datensatz bearbeiten"); });
+    TakeRecords();
+    const std::string records = desk_.Bytes("preview.json");
+    desk_.Put("preview.json", "{\"records\": [\n  {\"nam\": \"Anna\"},\n]}");
+    good_ &= WaitFor([&] { return !window_->Preview().StateText().isEmpty(); });
+    Shoot("preview-broken");
+    desk_.Put("preview.json", records);
+    good_ &= WaitFor([&] { return window_->Preview().StateText().isEmpty(); });
     window_->Middle().ShowPreview(false);
+  }
+  // Takes one picture of the same mail for three records.
+  void TakeRecords() {
+    constexpr int kCount = 3;
+    constexpr int kGap = 12;
+    const QSize before = window_->size();
+    window_->resize(1210, 1300);  // the view is as wide as the mail
+    window_->Preview().Mark(-1);
+    QPixmap all;
+    for (int number = 0; number < kCount; ++number) {
+      WaitForPreview();
+      QTest::qWait(700);
+      const QPixmap one = window_->Preview().View().View().grab();
+      if (all.isNull()) {
+        all = QPixmap(one.width() * kCount + kGap * (kCount - 1), one.height());
+        all.fill(Qt::white);
+      }
+      QPainter(&all).drawPixmap(number * (one.width() + kGap), 0, one);
+      window_->Preview().onStep(1);
+    }
+    Save("preview-records", all.scaledToWidth(1500, Qt::SmoothTransformation));
+    window_->Preview().onRecord(0);
+    window_->resize(before);
   }
   void WaitForPreview() {
     good_ &= WaitFor([&] {
@@ -116,7 +147,7 @@ class Studio {
   // A button of the window, by the beginning of its tool tip.
   void Click(const QString& name) {
     for (QToolButton* button : window_->findChildren<QToolButton*>())
-      if (button->toolTip().startsWith(name)) return button->click();
+      if (button->isVisible() && button->toolTip().startsWith(name)) return button->click();
     good_ = false;
   }
   void Shoot(const QString& name) {
