@@ -161,23 +161,22 @@ void AppendPositionTable(const RuntimeTag& tag, const std::vector<Values>& posit
                       {"border", AttributeOf(tag, "table-border", "0")},
                       {"bgcolor", AttributeOf(tag, "table-bgcolor")},
                       {"style", AttributeOf(tag, "table-css-style")}});
-  const auto row = [&](std::string_view cell, std::string_view background, std::string_view style,
-                       const auto& textOf) {
+  const auto row = [&](std::string_view background, std::string_view style, const auto& append) {
     html.Open("tr", {{"bgcolor", background}});
     for (const PositionColumn& column : kPositionColumns) {
       const bool isNumber =
           column.name == "quantity" || column.name == "price" || column.name == "total";
-      html.Open(cell, {{"align", isNumber ? "right" : "left"}, {"style", style}})
-          .Text(textOf(column))
-          .Close(cell);
+      html.Open("td", {{"align", isNumber ? "right" : "left"}, {"style", style}});
+      append(column);
+      html.Close("td");
     }
     html.Close("tr");
   };
-  row("th", AttributeOf(tag, "header-bgcolor"), AttributeOf(tag, "header-css-style"),
-      [](const PositionColumn& column) { return column.caption; });
+  row(AttributeOf(tag, "header-bgcolor"), AttributeOf(tag, "header-css-style"),
+      [&](const PositionColumn& column) { html.Open("b").Text(column.caption).Close("b"); });
   for (const Values& position : positions)
-    row("td", AttributeOf(tag, "body-bgcolor"), AttributeOf(tag, "body-css-style"),
-        [&](const PositionColumn& column) { return PositionValue(position, column.name); });
+    row(AttributeOf(tag, "body-bgcolor"), AttributeOf(tag, "body-css-style"),
+        [&](const PositionColumn& column) { html.Text(PositionValue(position, column.name)); });
   html.Close("table");
 }
 
