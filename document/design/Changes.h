@@ -31,12 +31,14 @@ struct Change {
 };
 
 struct Format {
-  std::string_view names;  // of the elements that have it; the first is the one to write
+  std::string_view names;       // of the elements that have it; the first is the one to write
+  std::string_view properties;  // of the styles that set it
+  std::string_view values;      // those that mean it, in front
 };
 namespace formats {
-inline constexpr Format bold = {"b strong"};
-inline constexpr Format italic = {"i em"};
-inline constexpr Format underline = {"u ins"};
+inline constexpr Format bold = {"b strong", "font-weight", "bold bolder 600 700 800 900"};
+inline constexpr Format italic = {"i em", "font-style", "italic oblique"};
+inline constexpr Format underline = {"u ins", "text-decoration text-decoration-line", "underline"};
 }  // namespace formats
 
 // Each returns nothing when there is nothing to do, or where the edit would touch a place that
@@ -58,7 +60,12 @@ class Author {
 
   // Adds a format, or takes it away where everything selected has it. A caret means its word.
   std::optional<Change> Toggle(const Selection& selection, const Format& format) const;
+  // Whether everything selected has a format, by an element or by an element's style.
   bool Has(const Selection& selection, const Format& format) const;
+  // Types at a caret with formats turned around: without those that it has, and with those that it
+  // lacks.
+  std::optional<Change> TypeToggled(const Selection& caret, std::u16string_view text,
+                                    const std::vector<const Format*>& formats) const;
   // Makes a link, changes the one that the selection is in, or removes it if `address` is empty.
   std::optional<Change> Link(const Selection& selection, std::u16string_view address) const;
   // The address of the link that the selection is in, as written.

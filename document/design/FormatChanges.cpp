@@ -18,6 +18,59 @@ NodeIndex FormatAround(const Rendering& page, NodeIndex node, std::string_view n
   return kNoNode;
 }
 
+bool IsOneOf(std::string_view names, std::string_view name) {
+  while (!names.empty()) {
+    const std::size_t end = std::min(names.find(' '), names.size());
+    if (names.substr(0, end) == name) return true;
+    names.remove_prefix(std::min(end + 1, names.size()));
+  }
+  return false;
+}
+
+std::string_view Trimmed(std::string_view text) {
+  const std::size_t begin = text.find_first_not_of(" \t\n\r\f");
+  if (begin == std::string_view::npos) return {};
+  return text.substr(begin, text.find_last_not_of(" \t\n\r\f") + 1 - begin);
+}
+
+// What an element's style says about a format; nothing if it does not mention it.
+std::optional<bool> StyledAs(const Rendering& page, const Node& node, const Format& format) {
+  if (!node.hasStartTag) return std::nullopt;
+  const std::u16string tag = StartTag(page, node);
+  const auto style = FindAttribute(tag, "style");
+  if (!style) return std::nullopt;
+  std::string declarations;
+  for (const char16_t c : tag.substr(style->valueBegin, style->valueEnd - style->valueBegin))
+    declarations += c < 0x80 ? LowerAscii(static_cast<char>(c)) : '?';
+  std::optional<bool> styled;
+  for (std::string_view rest = declarations; !rest.empty();) {
+    const std::size_t end = std::min(rest.find(';'), rest.size());
+    const std::string_view declaration = rest.substr(0, end);
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    const std::size_t colon = std::min(declaration.find(':'), declaration.size());
+    if (!IsOneOf(format.properties, Trimmed(declaration.substr(0, colon)))) continue;
+    styled = false;
+    std::string_view values = Trimmed(declaration.substr(std::min(colon + 1, declaration.size())));
+    while (!values.empty()) {
+      const std::size_t blank = std::min(values.find_first_of(" !"), values.size());
+      if (IsOneOf(format.values, values.substr(0, blank))) styled = true;
+      values.remove_prefix(std::min(blank + 1, values.size()));
+    }
+  }
+  return styled;
+}
+
+bool IsFormatted(const Rendering& page, NodeIndex node, const Format& format) {
+  for (; node != kNoNode; node = page.At(node).parent) {
+    const Node& each = page.At(node);
+    if (!each.IsElement()) continue;
+    if (!IsInline(each)) return false;
+    if (const auto styled = StyledAs(page, each, format)) return *styled;
+    if (each.IsIn(format.names)) return true;
+  }
+  return false;
+}
+
 // Encloses the selected texts and things in tags, as few as possible.
 class Wrapper {
  public:
@@ -155,14 +208,14 @@ Selection Author::WordAt(const Selection& selection) const {
 }
 
 bool Author::Has(const Selection& selection, const Format& format) const {
-  if (selection.IsCaret()) return FormatAround(page_, selection.from.node, format.names) != kNoNode;
+  if (selection.IsCaret()) return IsFormatted(page_, selection.from.node, format);
   bool any = false;
   bool all = true;
   SourcePart(page_, selection.Begin(), selection.End())
       .EachLeaf([&](NodeIndex node, std::size_t begin, std::size_t end) {
         if (begin >= end || page_.At(node).IsIn("br")) return;
         any = true;
-        all = all && FormatAround(page_, node, format.names) != kNoNode;
+        all = all && IsFormatted(page_, node, format);
       });
   return any && all;
 }
@@ -191,6 +244,59 @@ std::optional<Change> Author::Toggle(const Selection& caret, const Format& forma
         .Wrap(0);
   }
   return edits.Finish(selection.Begin(), selection.End());
+}
+
+std::optional<Change> Author::TypeToggled(const Selection& caret, std::u16string_view text,
+                                          const std::vector<const Format*>& formats) const {
+  if (!caret.IsCaret() || text.empty()) return std::nullopt;
+  std::size_t at = caret.from.position;
+  if (SourcePart(page_, at, at).TouchesLocked()) return std::nullopt;
+  std::u16string before;
+  std::u16string after;
+  NodeIndex outermost = kNoNode;
+  std::vector<NodeIndex> left;
+  for (const Format* format : formats) {
+    if (!Has(caret, *format)) {
+      const std::u16string name = FromAscii(format->names.substr(0, format->names.find(' ')));
+      before += u"<" + name + u">";
+      after = u"</" + name + u">" + after;
+      continue;
+    }
+    const NodeIndex element = FormatAround(page_, caret.from.node, format->names);
+    if (element == kNoNode || !page_.At(element).hasEndTag) return std::nullopt;
+    left.push_back(element);
+    if (outermost == kNoNode || element < outermost) outermost = element;
+  }
+  std::u16string closed;
+  std::u16string opened;
+  if (outermost != kNoNode) {
+    const Node& node = page_.At(outermost);
+    for (const NodeIndex each :
+         ElementsBelow(page_,
+                       page_.At(caret.from.node).IsText() ? page_.At(caret.from.node).parent
+                                                          : caret.from.node,
+                       node.parent)) {
+      const Node& inner = page_.At(each);
+      closed += EndTag(page_, inner);
+      opened = StartTagAgain(page_, inner) + opened;
+      if (std::ranges::find(left, each) != left.end()) continue;
+      before = StartTagAgain(page_, inner) + before;
+      after += EndTag(page_, inner);
+    }
+    // At the edge of what it leaves, nothing has to be divided.
+    const bool last = !SourcePart(page_, at, node.contentEnd).HasContent();
+    const bool first = !SourcePart(page_, node.contentBegin, at).HasContent();
+    if (last || first) {
+      at = last ? node.end : node.begin;
+      closed.clear();
+      opened.clear();
+    }
+  }
+  Edits edits;
+  edits.Insert(at, closed + before + WriteText(text) + after + opened);
+  auto change = edits.Finish(at, at);
+  change->begin = change->end = at + (closed + before + WriteText(text)).size();
+  return change;
 }
 
 std::optional<Change> Author::Color(const Selection& caret, std::u16string_view color) const {

@@ -137,6 +137,55 @@ TEST_F(Changes, Format) {
          });
 }
 
+TEST_F(Changes, TypeInAnotherFormat) {
+  const auto typed = [](std::vector<const Format*> formats) -> Act {
+    return [formats](const Author& author, const Selection& selection) {
+      return author.TypeToggled(selection, u"x<", formats);
+    };
+  };
+  Expect(typed({&formats::bold}),
+         {
+             {"<p>a |b</p>", "<p>a <b>x&lt;|</b>b</p>"},
+             {"<p>a|</p>", "<p>a<b>x&lt;|</b></p>"},
+             {"<p>a<i>b|</i></p>", "<p>a<i>b<b>x&lt;|</b></i></p>"},
+             {"<p>‹a›</p>", ""},
+             // Out of it.
+             {"<p><b>a|</b>b</p>", "<p><b>a</b>x&lt;|b</p>"},
+             {"<p><B>|a</B>b</p>", "<p>x&lt;|<B>a</B>b</p>"},
+             {"<p><b>a |b</b></p>", "<p><b>a </b>x&lt;|<b>b</b></p>"},
+             {"<p><STRONG id=y>a<i>b|c</i></STRONG></p>",
+              "<p><STRONG id=y>a<i>b</i></STRONG><i>x&lt;|</i><STRONG><i>c</i></STRONG></p>"},
+             {"<p><b>a<i>b|</i></b></p>", "<p><b>a<i>b</i></b><i>x&lt;|</i></p>"},
+             {"<p><span style=\"font-weight:bold\">a|</span></p>", ""},
+         });
+  Expect(typed({&formats::bold, &formats::italic}),
+         {
+             {"<p>a|</p>", "<p>a<b><i>x&lt;|</i></b></p>"},
+             {"<p><b>a|</b></p>", "<p><b>a</b><i>x&lt;|</i></p>"},
+             {"<p><b><i>a|</i></b></p>", "<p><b><i>a</i></b>x&lt;|</p>"},
+         });
+}
+
+TEST_F(Changes, FormatsOfStyles) {
+  const auto has = [](const char* text, const Format& format) {
+    const MarkedPage page = ReadMarked(text);
+    const Rendering rendering = RenderingOf(page.source);
+    return Author(rendering).Has(*SelectionOf(rendering, page), format);
+  };
+  EXPECT_TRUE(has("<p><span style=\"color:red; FONT-WEIGHT : Bold\">a‹b›</span>", formats::bold));
+  EXPECT_TRUE(has("<p><span style='font-weight:700!important'>a|b</span>", formats::bold));
+  EXPECT_TRUE(has("<p><font style=font-style:oblique><i>a|b</i></font>", formats::italic));
+  EXPECT_TRUE(has("<p><span style=\"font-style:italic\">a|b</span>", formats::italic));
+  EXPECT_TRUE(has("<p><a style=\"text-decoration:none underline\">a|b</a>", formats::underline));
+  EXPECT_TRUE(has("<p><b style=\"color:red\">a|b</b>", formats::bold));
+  EXPECT_FALSE(has("<p><span style=\"font-weight:400\">a|b</span>", formats::bold));
+  EXPECT_FALSE(has("<p><b><span style=\"font-weight:normal\">a|b</span></b>", formats::bold));
+  EXPECT_FALSE(has("<p><span style=\"font-weight:bold\">a‹b</span>c›", formats::bold));
+  EXPECT_FALSE(has("<p><span title=\"font-weight:bold\">a|b</span>", formats::bold));
+  EXPECT_FALSE(has("<p><span style=\";:;font-weight\">a|b</span>", formats::bold));
+  EXPECT_FALSE(has("<div style=\"font-weight:bold\"><p>a|b</div>", formats::bold));
+}
+
 TEST_F(Changes, Link) {
   const auto to = [](std::string_view address) -> Act {
     return [address](const Author& author, const Selection& selection) {
