@@ -3,6 +3,7 @@
 #include <QChildEvent>
 #include <QLayout>
 #include <QPainter>
+#include <QSettings>
 #include <QWebEnginePage>
 #include <QWebEngineScript>
 #include <QWebEngineView>
@@ -17,6 +18,8 @@ namespace {
 
 constexpr double kSteps[] = {0.25, 0.33, 0.5, 0.67, 0.75, 0.8, 0.9, 1,
                              1.1,  1.25, 1.5, 1.75, 2,    2.5, 3,   4};
+constexpr char kPageWidth[] = "pageWidth";
+constexpr double kUsualMargins = 16;  // of a body without style, both sides together
 constexpr double kSmallest = kSteps[0];
 constexpr double kTolerance = 0.005;
 
@@ -27,11 +30,27 @@ constexpr milliseconds kMeasureDelay(60);
 constexpr milliseconds kTypingDelay(300);
 constexpr int kAttempts = 8;  // until the page has taken over what was set
 
-// In quirks mode it is the body that scrolls.
+// In quirks mode it is the body that scrolls. The last number is the width that the page would need
+// in a view of %1 pixels; 0 when nobody asks, because the browser has to lay it out twice for that.
 constexpr char kMeasure[] =
     "(() => {"
     "  const root = document.scrollingElement || document.documentElement;"
-    "  return [root.scrollWidth, root.clientWidth, innerWidth, devicePixelRatio];"
+    "  const body = document.body && getComputedStyle(document.body);"
+    "  const margin = body ? parseFloat(body.marginLeft) + parseFloat(body.marginRight) : 0;"
+    "  return [root.scrollWidth, root.clientWidth, innerWidth, devicePixelRatio, margin,"
+    "          %1 && body && document.getElementsByTagName('*').length < 5000 ? needed(%1) : 0];"
+    "  function needed(room) {"
+    "    const [x, y] = [scrollX, scrollY];"
+    "    const narrow = new CSSStyleSheet();"
+    "    narrow.replaceSync('html{max-width:' + room + 'px!important}');"
+    "    const sheets = document.adoptedStyleSheets;"
+    "    document.adoptedStyleSheets = [...sheets, narrow];"
+    "    const inner = root === document.body ? document.documentElement : document.body;"
+    "    const width = Math.ceil(inner.getBoundingClientRect().left + scrollX + inner.scrollWidth);"
+    "    document.adoptedStyleSheets = sheets;"
+    "    scrollTo(x, y);"
+    "    return Math.max(room, width);"
+    "  }"
     "})()";
 
 // In whole percents: a little too small rather than too wide.
@@ -64,6 +83,13 @@ void DesignFrame::Show(PageWidth width) {
   MeasureSoon();
 }
 
+void DesignFrame::Restore() {
+  for (const PageWidth width : {PageWidth::fit, PageWidth::mail, PageWidth::phone})
+    if (QSettings().value(kPageWidth).toInt() == static_cast<int>(width)) width_ = width;
+}
+
+void DesignFrame::Remember() const { QSettings().setValue(kPageWidth, static_cast<int>(width_)); }
+
 void DesignFrame::ZoomTo(double zoom) {
   chosenZoom_ = zoom;
   Place();
@@ -90,13 +116,17 @@ int DesignFrame::Margin() const {
 
 int DesignFrame::Room() const { return std::max(1, width() - Margin() - scrollBar_); }
 
+double DesignFrame::OwnWidth() const {
+  return static_cast<double>(width_) + (width_ == PageWidth::mail ? bodyMargin_ : 0);
+}
+
 double DesignFrame::WantedZoom() const {
   if (width_ == PageWidth::fit) {
     if (chosenZoom_) return *chosenZoom_;
     const bool tooWide = contentWidth_ > 0 && !grows_;
     return tooWide ? std::min(1.0, Rounded(Room() / contentWidth_)) : 1;
   }
-  const double most = Rounded(Room() / static_cast<double>(width_));
+  const double most = Rounded(Room() / OwnWidth());
   return std::min(chosenZoom_.value_or(1), most);
 }
 
@@ -104,7 +134,7 @@ void DesignFrame::Place() {
   const double zoom = std::max(kSmallest, WantedZoom());
   int wide = width();
   if (width_ != PageWidth::fit)
-    wide = std::min(wide, qRound(static_cast<double>(width_) * zoom) + scrollBar_ + Margin());
+    wide = std::min(wide, qRound(OwnWidth() * zoom) + scrollBar_ + Margin());
   view_.setGeometry((width() - wide) / 2, 0, wide, height());
   if (std::abs(browser_.zoomFactor() - zoom) > kTolerance) browser_.setZoomFactor(zoom);
   if (std::abs(zoom - zoom_) < kTolerance) return;
@@ -114,6 +144,7 @@ void DesignFrame::Place() {
 
 void DesignFrame::Forget() {
   contentWidth_ = 0;
+  bodyMargin_ = 0;
   grows_ = false;
 }
 
@@ -126,14 +157,16 @@ void DesignFrame::Begin(std::chrono::milliseconds delay) {
 }
 
 void DesignFrame::Measure() {
+  const bool zoomedOut = width_ == PageWidth::fit && !chosenZoom_ && !grows_ && contentWidth_ > 0;
   browser_.page()->runJavaScript(
-      kMeasure, QWebEngineScript::ApplicationWorld,
+      QString(kMeasure).arg(zoomedOut ? Room() : 0), QWebEngineScript::ApplicationWorld,
       [this, alive = std::weak_ptr(alive_)](const QVariant& answer) {
         // The page answers while it is destroyed, too, which is after this object's members.
         const QVariantList list = answer.toList();
-        if (alive.expired() || list.size() != 4) return;
+        if (alive.expired() || list.size() != 6) return;
         Measured({list[0].toDouble(), list[1].toDouble(), list[2].toDouble(),
-                  list[3].toDouble() / devicePixelRatioF()});
+                  list[3].toDouble() / devicePixelRatioF(), list[4].toDouble(),
+                  list[5].toDouble()});
       });
 }
 
@@ -143,15 +176,20 @@ void DesignFrame::Measured(const Measures& page) {
   const int bar = scrollBar_;
   scrollBar_ = qRound((page.window - page.shown) * page.zoom);
   const bool applied = std::abs(page.zoom - zoom) < kTolerance;
-  // A page that became narrower is noticed only when it is loaded or shown anew, because looking
-  // for that would have to zoom in first.
+  const double margin = bodyMargin_;
+  if (width_ == PageWidth::mail && page.content > page.shown &&
+      page.content - page.shown <= std::min(page.margin, kUsualMargins))
+    bodyMargin_ = page.margin;
   if (applied && width_ == PageWidth::fit && !chosenZoom_ && page.content > page.shown) {
     if (std::exchange(fitted_, true)) grows_ = true;
     contentWidth_ = std::max(contentWidth_, page.content);
+  } else if (applied && page.needed > 0 && page.needed < contentWidth_ && !fitted_) {
+    contentWidth_ = page.needed;
   }
   Place();
   const bool settled = std::abs(page.zoom - zoom_) < kTolerance &&
-                       std::abs(zoom - zoom_) < kTolerance && bar == scrollBar_;
+                       std::abs(zoom - zoom_) < kTolerance && bar == scrollBar_ &&
+                       margin == bodyMargin_;
   if (!settled && --attempts_ > 0) timer_.start(kMeasureDelay);
 }
 

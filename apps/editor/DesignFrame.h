@@ -23,6 +23,9 @@ class DesignFrame final : public QWidget {
 
   void Show(PageWidth width);
   PageWidth Shown() const { return width_; }
+  // Keeps the width in the settings.
+  void Restore();
+  void Remember() const;
 
   double Zoom() const { return zoom_; }
   // A page of a width of its own is never zoomed beyond the view.
@@ -47,6 +50,8 @@ class DesignFrame final : public QWidget {
     double shown = 0;    // the width for it
     double window = 0;   // the same with the scroll bar
     double zoom = 0;
+    double margin = 0;  // of the body, both sides together
+    double needed = 0;  // the width that it would need at 100 %; 0 when unknown
   };
   void Measure();
   void Measured(const Measures& page);
@@ -59,6 +64,9 @@ class DesignFrame final : public QWidget {
   double WantedZoom() const;
   int Room() const;    // for the page, without scroll bar
   int Margin() const;  // of the view around the page, both sides together
+  // The width that was chosen. Body margins are added to the 600 pixels of a mail that fills them,
+  // so that a table of that width fits.
+  double OwnWidth() const;
 
   QWidget& view_;
   QWebEngineView& browser_;
@@ -68,6 +76,7 @@ class DesignFrame final : public QWidget {
   double contentWidth_ = 0;  // of a page that was wider than the view
   bool fitted_ = false;      // since the last change, to that width
   bool grows_ = false;       // the page is always wider than the view, so zooming out is no use
+  double bodyMargin_ = 0;    // added to a mail's width
   int scrollBar_ = 0;
   int attempts_ = 0;
   QTimer timer_;

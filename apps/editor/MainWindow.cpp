@@ -122,6 +122,7 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
   runtime_->setPlaceholderText(Text(words::kNoRuntimeText));
   output_->setPlaceholderText(Text(words::kNoOutput));
 
+  frame_->Restore();
   MakeStatusBar();
   MakeMenus();
   MakeWelcome();
@@ -206,6 +207,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   settings.setValue(kGeometry, saveGeometry());
   settings.setValue(kState, IsWelcoming() ? panelsBefore_ : saveState(kStateVersion));
   views_->Remember();
+  frame_->Remember();
   event->accept();
 }
 

@@ -238,6 +238,42 @@ TEST_F(ViewsTest, ThePageGetsTheWidthOfAMailProgramOrAPhone) {
   }
 }
 
+TEST_F(ViewsTest, TheWidthOfThePageIsRemembered) {
+  Open(kTall);
+  Entry("360 Pixel breit, wie auf dem Telefon").trigger();
+  EXPECT_TRUE(window->close());
+  Begin();
+  Open(kTall);
+  EXPECT_TRUE(ShowsWidth(360));
+  EXPECT_TRUE(Entry("360 Pixel breit, wie auf dem Telefon").isChecked());
+}
+
+TEST_F(ViewsTest, ATableOf600PixelsFitsIntoAMailWithTheUsualMargins) {
+  window->resize(1400, 700);
+  for (const std::string doctype : {"<!DOCTYPE html>", ""}) {
+    Open(doctype + "<table width=600 cellspacing=0 cellpadding=0><tr><td>Mail</table>");
+    Entry("600 Pixel breit, wie im Mailprogramm").trigger();
+    EXPECT_TRUE(ShowsWidth(616));
+    EXPECT_TRUE(FitsTheView());
+    EXPECT_TRUE(HasZoom(1));
+  }
+}
+
+TEST_F(ViewsTest, ZoomsBackWhenAnEditMakesThePageNarrower) {
+  for (const std::string doctype : {"<!DOCTYPE html>", ""}) {
+    Open(doctype +
+         "<body style='margin:0'><div style='width:600px'>a</div>"
+         "<div style='width:300px'>b</div>");
+    EXPECT_TRUE(WaitFor([&] { return Frame().Zoom() < 0.6; }));
+    EXPECT_TRUE(FitsTheView());
+    const double before = Frame().Zoom();
+    const auto at = static_cast<int>(window->Page().Content().Text().indexOf("600px"));
+    window->Page().Range(at, at + 5).insertText("300px");
+    EXPECT_TRUE(WaitFor([&] { return Frame().Zoom() > before * 1.5; })) << Frame().Zoom();
+    EXPECT_TRUE(FitsTheView());
+  }
+}
+
 TEST_F(ViewsTest, ANarrowViewShowsTheWidthSmaller) {
   window->resize(880, 700);
   Open(kTall);
