@@ -56,6 +56,9 @@ inline constexpr Localized kShowInSource = {"Stelle im Quelltext zeigen", "Show 
 inline constexpr Localized kOnlyInSource = {
     "Diese Stelle lässt sich nur im Quelltext bearbeiten: Strg+J geht dorthin.",
     "This place can only be edited in the source: Ctrl+J goes there."};
+inline constexpr Localized kFormatOfStyle = {
+    "Dieses Format steht in einem Stil: Strg+J zeigt die Stelle im Quelltext.",
+    "A style sets this format: Ctrl+J shows the place in the source."};
 inline constexpr Localized kPasteStep = {"Einfügen", "Paste"};
 inline constexpr Localized kCutStep = {"Ausschneiden", "Cut"};
 inline constexpr Localized kDeleteStep = {"Löschen", "Delete"};
@@ -281,9 +284,9 @@ inline constexpr Localized kCopy = {"&Kopieren", "&Copy"};
 inline constexpr Localized kPaste = {"&Einfügen", "&Paste"};
 inline constexpr Localized kSelectAll = {"A&lles auswählen", "Select &all"};
 inline constexpr Localized kFindAction = {"&Suchen …", "&Find …"};
-inline constexpr Localized kReplaceAction = {"E&rsetzen …", "&Replace …"};
-inline constexpr Localized kFindNext = {"&Weitersuchen", "Find &next"};
-inline constexpr Localized kFindPrevious = {"&Rückwärts suchen", "Find &previous"};
+inline constexpr Localized kReplaceAction = {"Erse&tzen …", "R&eplace …"};
+inline constexpr Localized kFindNext = {"Weiters&uchen", "Find &next"};
+inline constexpr Localized kFindPrevious = {"Rückwärts su&chen", "Find pre&vious"};
 inline constexpr Localized kControlMenu = {"&Control", "&Control"};
 inline constexpr Localized kOpenPages = {"&Eigenschaftenseiten …", "Property &pages …"};
 inline constexpr Localized kNextControl = {"&Nächstes Control", "&Next control"};

@@ -6,10 +6,13 @@
 #include <QDirIterator>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QToolButton>
+#include <map>
 
 #include "apps/editor/Colors.h"
 #include "apps/editor/Icons.h"
+#include "common/values/Localized.h"
 #include "tests/editor/EditorTest.h"
 
 namespace kvo::editor {
@@ -41,6 +44,30 @@ class ToolBarTest : public testing::Test {
   std::unique_ptr<MainWindow> window;
   ToolBar& bar;
 };
+
+TEST_F(ToolBarTest, NoMenuHasTwoEntriesWithTheSameAccessKey) {
+  const auto check = [](const QList<QAction*>& entries, const std::string& menu) {
+    std::map<QChar, std::string> owners;
+    for (const QAction* entry : entries) {
+      const QString text = entry->text().remove("&&");
+      const auto at = text.indexOf('&');
+      if (at < 0 || at + 1 == text.size()) continue;
+      const auto [owner, first] = owners.emplace(text[at + 1].toUpper(), text.toStdString());
+      EXPECT_TRUE(first) << menu << ": " << owner->second << ", " << text.toStdString();
+    }
+    return owners.size();
+  };
+  for (const Language language : {Language::german, Language::english}) {
+    UserLanguage(language);
+    window = desk.NewWindow();
+    check(window->menuBar()->actions(), "menu bar");
+    std::size_t keys = 0;
+    for (const QAction* menu : window->menuBar()->actions())
+      keys += check(menu->menu()->actions(), menu->text().toStdString());
+    EXPECT_GT(keys, 30U);
+  }
+  UserLanguage(Language::german);
+}
 
 TEST_F(ToolBarTest, ShowsWhatAuthorsNeedMostWithItsKeys) {
   const QStringList expected = {
