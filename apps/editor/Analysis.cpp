@@ -79,8 +79,28 @@ std::u16string ShownText(const PageText& page) {
   return text;
 }
 
+// Where two texts differ.
+struct Extent {
+  qsizetype at;
+  qsizetype removed;
+  qsizetype added;
+};
+Extent DifferenceOf(QStringView before, QStringView after) {
+  const auto shorter = std::min(before.size(), after.size());
+  qsizetype begin =
+      std::mismatch(before.begin(), before.begin() + shorter, after.begin()).first - before.begin();
+  if (begin > 0 && before[begin - 1].isHighSurrogate()) --begin;
+  qsizetype tail = 0;
+  while (tail < shorter - begin &&
+         before[before.size() - 1 - tail] == after[after.size() - 1 - tail])
+    ++tail;
+  if (tail > 0 && before[before.size() - tail].isLowSurrogate()) --tail;
+  return {begin, before.size() - tail - begin, after.size() - tail - begin};
+}
+
 // Appends a picture of the box, which the design view draws when the browser asks for it.
 void AppendBox(const page::FoundControl& found, const Box& box, Analysis& analysis) {
+  const auto begin = analysis.design.size();
   const QByteArray picture = QByteArray::fromStdString(BoxPicture({box}));
   const QString key = QCryptographicHash::hash(picture, QCryptographicHash::Sha1).toHex();
   analysis.boxes.insert(key, box);
@@ -93,6 +113,24 @@ void AppendBox(const page::FoundControl& found, const Box& box, Analysis& analys
                                 << "\" height=\"" << box.height / kTwipsPerPixel
                                 << "\" style=\"vertical-align:middle\" alt=\"" << ToQt(name)
                                 << "\">";
+  analysis.pictures += QStringView(analysis.design).sliced(begin);
+}
+
+// Follows a page whose tree is that of the former analysis; parses any other.
+std::shared_ptr<const design::Rendering> RenderingOf(std::u16string shown,
+                                                     std::vector<design::BoxPlace> boxes,
+                                                     const Analysis* before) {
+  if (before != nullptr && before->rendering != nullptr) {
+    const std::u16string& old = before->rendering->Source();
+    const auto [at, removed, added] = DifferenceOf(old, shown);
+    auto same = std::make_shared<design::Rendering>(*before->rendering);
+    const auto begin = static_cast<std::size_t>(at);
+    if (same->ApplyInText({begin, begin + static_cast<std::size_t>(removed),
+                           shown.substr(begin, static_cast<std::size_t>(added))}) &&
+        same->Boxes() == boxes)
+      return same;
+  }
+  return std::make_shared<design::Rendering>(std::move(shown), std::move(boxes));
 }
 
 constexpr int kNiceness = 10;
@@ -111,19 +149,11 @@ QString TextOf(std::string_view bytes, const page::PageEncoding& encoding) {
 }
 
 Splice Difference(const QString& before, const QString& after) {
-  const auto shorter = std::min(before.size(), after.size());
-  qsizetype begin =
-      std::mismatch(before.begin(), before.begin() + shorter, after.begin()).first - before.begin();
-  if (begin > 0 && before[begin - 1].isHighSurrogate()) --begin;
-  qsizetype tail = 0;
-  while (tail < shorter - begin &&
-         before[before.size() - 1 - tail] == after[after.size() - 1 - tail])
-    ++tail;
-  if (tail > 0 && before[before.size() - tail].isLowSurrogate()) --tail;
-  return {begin, before.size() - tail - begin, after.mid(begin, after.size() - tail - begin)};
+  const Extent extent = DifferenceOf(before, after);
+  return {extent.at, extent.removed, after.mid(extent.at, extent.added)};
 }
 
-Analysis Analyse(const AnalysisRequest& request) {
+Analysis Analyse(const AnalysisRequest& request, const Analysis* before) {
   Analysis analysis;
   analysis.revision = request.revision;
   PageText::Places places;
@@ -150,7 +180,7 @@ Analysis Analyse(const AnalysisRequest& request) {
                                 ToQt(found.className), ToQt(found.id), CaptionOf(box)});
   }
   copyTo(shown.size());
-  analysis.rendering = std::make_shared<design::Rendering>(std::move(shown), std::move(boxes));
+  analysis.rendering = RenderingOf(std::move(shown), std::move(boxes), before);
   analysis.answered = request.answered;
 
   ObjectRef office;
@@ -182,10 +212,11 @@ void Analyst::Begin(AnalysisRequest request) {
   thread_.start([this, request = std::move(request), before = latest_] {
     // Gives typing priority over analysis.
     setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), kNiceness);
-    auto analysis = std::make_shared<Analysis>(Analyse(request));
+    auto analysis = std::make_shared<Analysis>(Analyse(request, before.get()));
     analysis->first = before == nullptr || request.newPage;
     analysis->designChange =
         Difference(analysis->first ? QString() : before->design, analysis->design);
+    analysis->sameBoxes = before != nullptr && analysis->pictures == before->pictures;
     QMetaObject::invokeMethod(
         &receiver_, [this, analysis] { End(analysis); }, Qt::QueuedConnection);
   });

@@ -54,6 +54,8 @@ struct Analysis {
   QString design;  // HTML; each control is the picture of a box, with its number in `data-kvo`
   QHash<QString, Box> boxes;  // by what follows kBoxUrl in the address of a picture
   Splice designChange;        // since the previous analysis
+  QString pictures;           // of all boxes, as in `design`
+  bool sameBoxes = false;     // as in the previous analysis
   bool first = false;         // of this page: the change is since an empty text
   std::shared_ptr<const design::Rendering> rendering;  // where in the source the design stands
   int answered = 0;  // the last message of the design view that the page holds
@@ -71,7 +73,8 @@ struct AnalysisRequest {
 QString TextOf(std::string_view bytes, const page::PageEncoding& encoding);
 
 // Does the work; also used directly. Requires a platform whose TextWidth works on any thread.
-Analysis Analyse(const AnalysisRequest& request);
+// Reuses what it can of a former analysis of the page.
+Analysis Analyse(const AnalysisRequest& request, const Analysis* before = nullptr);
 
 // A thread that handles the latest request and drops older ones that it has not begun.
 class Analyst {

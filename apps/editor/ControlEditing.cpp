@@ -45,10 +45,11 @@ void ControlEditing::StandBehind(int position) {
   if (onPagesClosed) onPagesClosed();
 }
 
-void ControlEditing::OpenPages(int position, bool doubleClicked) {
+void ControlEditing::OpenPages(int position, bool doubleClicked, Steps steps) {
   try {
     const std::shared_ptr<Control> control = Load(position);
-    const QString step = Text(words::kPagesStep, {NameAt(position)});
+    const QString title = Text(words::kPagesStep, {NameAt(position)});
+    const QString step = steps == Steps::ofTheirOwn ? title : QString();
     bool taken = false;
     const auto applied = [this, position, &control, &step, &taken] {
       Store(position, *control, step);
@@ -69,7 +70,7 @@ void ControlEditing::OpenPages(int position, bool doubleClicked) {
       ShowMessageBox(&window_, Text(words::kNoPages, {NameAt(position)}));
       return;
     }
-    PropertyFrameDialog frame(FromQt(step), {control}, *pages, CreatePage, &window_);
+    PropertyFrameDialog frame(FromQt(title), {control}, *pages, CreatePage, &window_);
     frame.onApplied = applied;
     frame.Note(note);
     // Keeps the next typed character from replacing the control.
@@ -136,7 +137,11 @@ void ControlEditing::Replace(int position, const QByteArray& bytes, const QStrin
   if (selected) source_.SelectControl(position);
 }
 
-void ControlEditing::Insert(const Tool& tool) {
+QString ControlEditing::InsertStep(const Tool& tool) {
+  return Text(words::kInsertStep, {ToQt(tool.caption)});
+}
+
+void ControlEditing::Insert(const Tool& tool, Steps steps) {
   try {
     constexpr std::string_view kPrefix = "DTC";
     std::string_view name = tool.contract->name;
@@ -147,14 +152,15 @@ void ControlEditing::Insert(const Tool& tool) {
     PageText control;
     control.Replace(0, 0, QStringView(&kEmbeddedCharacter, 1),
                     {{Embedded::Kind::control, 0, element}});
-    const auto inserted = source_.Insert(control, Text(words::kInsertStep, {ToQt(tool.caption)}));
+    const auto inserted =
+        source_.Insert(control, steps == Steps::ofTheirOwn ? InsertStep(tool) : QString());
     const auto pages = fresh->PropertyPages();
     if (inserted != SourceEdit::Inserted::asItIs || !pages || pages->empty()) return;
     if (!OpensInserted() || !tool.field.empty()) return source_.ExpectEnter();
     // Waits for the end of a drop.
     const int position = source_.textCursor().position() - 1;
     QTimer::singleShot(0, &window_, [this, position] {
-      if (page_.IsControl(position)) OpenPages(position, false);
+      if (page_.IsControl(position)) OpenPages(position, false, Steps::partOfTheLast);
     });
   } catch (const std::exception& failure) {
     ShowError(failure);

@@ -27,16 +27,19 @@ class ControlEditing {
   std::shared_ptr<Control> Load(int position) const;
 
   // Shows the property pages; offers a double click to the control first. Stores each Apply in the
-  // page as one undo step.
-  void OpenPages(int position, bool doubleClicked);
+  // page as one undo step, or as a part of the step before.
+  enum class Steps { ofTheirOwn, partOfTheLast };
+  void OpenPages(int position, bool doubleClicked, Steps steps = Steps::ofTheirOwn);
   // The pages were applied; the caret of the source is after the control.
   std::function<void()> onPagesClosed;
   void Let(int position, const std::string& property, const Variant& value);
   // Sets the id; an empty one removes the attribute. Refuses an id that another control has.
   void Rename(int position, const std::string& id);
   // Inserts at the caret or in place of the selection, and puts the caret after it. Then opens the
-  // property pages, unless the user switched that off or the tool already has its field.
-  void Insert(const Tool& tool);
+  // property pages, unless the user switched that off or the tool already has its field. All of it
+  // is one undo step, with what was done before if `steps` says so.
+  void Insert(const Tool& tool, Steps steps);
+  static QString InsertStep(const Tool& tool);
   // Whether it does; remembered in the settings.
   static bool OpensInserted();
   static void OpensInserted(bool opens);

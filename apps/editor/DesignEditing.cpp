@@ -65,13 +65,43 @@ DesignEditing::DesignEditing(SessionUser& user, PageDocument& page, SourceEdit& 
 }
 
 void DesignEditing::PageChanged() {
-  if (ours_) return;
+  if (std::exchange(seen_, page_.Revision()) == page_.Revision() || ours_) return;
   since_ = page_.Revision();
-  rendering_.reset();
   typedSpace_.reset();
+  ForgetFormats();
+  if (!WriteInView()) TreeChanged();
+}
+
+bool DesignEditing::WriteInView() {
+  const auto& change = page_.LastChange();
+  if (!rendering_ || !change) return false;
+  const std::u16string& before = rendering_->Source();
+  const QString& after = page_.Content().Text();
+  design::Edit edit{static_cast<std::size_t>(change->position),
+                    static_cast<std::size_t>(change->position + change->removed),
+                    after.mid(change->position, change->added).toStdU16String()};
+  // The same character may stand for another control.
+  const auto old = std::u16string_view(before).substr(edit.begin, edit.end - edit.begin);
+  constexpr char16_t kEmbedded = kEmbeddedCharacter.unicode();
+  if (edit.end > before.size() || old.find(kEmbedded) != std::u16string::npos ||
+      edit.text.find(kEmbedded) != std::u16string::npos)
+    return false;
+  std::ranges::replace(edit.text, kLineBreakCharacter.unicode(), u'\n');
+  const auto write = rendering_->WriteInText(edit);
+  if (write) view_.Write(write->place, QString::fromStdU16String(write->text), page_.Revision());
+  return write.has_value();
+}
+
+void DesignEditing::TreeChanged() {
+  rendering_.reset();
+  treeChanges_.push_back(page_.Revision());
 }
 
 void DesignEditing::Analysed(const Analysis& analysis) {
+  const auto later = std::ranges::upper_bound(treeChanges_, view_.WholeRevision());
+  treeChanges_.erase(treeChanges_.begin(), later);
+  const bool sameTree = treeChanges_.empty() || treeChanges_.front() > analysis.revision;
+  view_.Show(analysis, sameTree && analysis.sameBoxes && view_.WholeRevision() >= 0);
   if (analysis.revision != page_.Revision()) return;
   if (!rendering_ && analysis.rendering) rendering_ = *analysis.rendering;
   if (!wanted_ || !rendering_) return;
@@ -88,14 +118,15 @@ bool DesignEditing::IsOutdated(const DesignMessage& message) const {
 
 void DesignEditing::Refuse(int number) {
   user_.Note(Text(words::kOnlyInSource), kNoteTime);
-  view_.Refuse(number);
+  view_.Refuse(number, page_.Revision());
 }
 
 // --- inside a text ---
 
 void DesignEditing::Edited(const DesignMessage& message, int begin, int end, const QString& text) {
   answered_ = message.number;
-  if (IsOutdated(message)) return view_.Refuse(message.number);
+  ForgetFormats();
+  if (IsOutdated(message)) return view_.Refuse(message.number, page_.Revision());
   const auto edit = rendering_->ReplaceText(message.from, static_cast<std::size_t>(begin),
                                             static_cast<std::size_t>(end), text.toStdU16String());
   if (!edit) return Refuse(message.number);
@@ -107,15 +138,19 @@ void DesignEditing::Edited(const DesignMessage& message, int begin, int end, con
     page_.Range(static_cast<int>(edit->begin), static_cast<int>(edit->end))
         .insertText(QString::fromStdU16String(edit->text), QTextCharFormat());
   }
-  rendering_->Apply(*edit);
+  if (!rendering_->ApplyInText(*edit)) {
+    rendering_->Apply(*edit);
+    treeChanges_.push_back(page_.Revision());
+  }
   typedSpace_.reset();
   if (edit->text == kTypedSpace) typedSpace_ = static_cast<int>(edit->begin);
 }
 
-void DesignEditing::PrepareInsert() {
+bool DesignEditing::PrepareInsert(const QString& step) {
+  view_.Wait();
   EndTyping();
   QTextCursor cursor = source_.textCursor();
-  if (!rendering_ || !cursor.hasSelection()) return;
+  if (!rendering_ || !cursor.hasSelection()) return false;
   const auto pointAt = [this](int position) -> std::optional<design::Point> {
     const auto place = rendering_->PlaceOf(static_cast<std::size_t>(position));
     return place ? rendering_->Find(*place) : std::nullopt;
@@ -126,10 +161,11 @@ void DesignEditing::PrepareInsert() {
       from && to ? design::Author(*rendering_).Type({*from, *to}, {}) : std::nullopt;
   int caret = cursor.selectionEnd();
   if (change) {
-    Make(*change, Text(words::kDeleteStep));
+    Make(*change, step);
     caret = static_cast<int>(change->begin);
   }
   source_.setTextCursor(page_.Range(caret, caret));
+  return change.has_value();
 }
 
 void DesignEditing::EndTyping() {
@@ -138,7 +174,7 @@ void DesignEditing::EndTyping() {
   if (!space || source_.textCursor().hasSelection() ||
       source_.textCursor().position() != *space + size)
     return;
-  const PageDocument::Step step(page_, Text(words::kTyping));
+  const PageDocument::Step step(page_, QString());  // of the typing before
   page_.Range(*space, *space + size).insertText(" ", QTextCharFormat());
 }
 
@@ -155,7 +191,7 @@ void DesignEditing::Command(const DesignMessage& message, const QString& name,
                             const QString& value) {
   answered_ = message.number;
   if (name == "undo" || name == "redo") return Step(name == "undo");
-  if (IsOutdated(message)) return view_.Refuse(message.number);
+  if (IsOutdated(message)) return view_.Refuse(message.number, page_.Revision());
   const auto selection = Find(message);
   if (!selection) return Refuse(message.number);
   const int revision = page_.Revision();
@@ -179,9 +215,20 @@ std::optional<design::Change> DesignEditing::ChangeFor(const design::Selection& 
                                                        const QString& name, const QString& value) {
   const design::Author author(*rendering_);
   const std::u16string text = value.toStdU16String();
-  for (const FormatCommand& format : kFormats)
-    if (name == format.name) return author.Toggle(selection, format.format);
-  if (name == "type") return author.Type(selection, text);
+  for (const FormatCommand& format : kFormats) {
+    if (name != format.name) continue;
+    auto change = author.Toggle(selection, format.format);
+    if (!change && selection.IsCaret()) TurnAround(selection, format.format);
+    if (!change && !selection.IsCaret() && author.Has(selection, format.format))
+      user_.Note(Text(words::kFormatOfStyle), kNoteTime);
+    return change;
+  }
+  const auto turned = std::exchange(turned_, {});
+  if (!turned.empty()) view_.Arm(false);
+  if (name == "type") {
+    auto change = turned.empty() ? std::nullopt : author.TypeToggled(selection, text, turned);
+    return change ? change : author.Type(selection, text);
+  }
   if (name == "enter") return author.Enter(selection);
   if (name == "break") return author.BreakLine(selection);
   if (name == "link") return author.Link(selection, text);
@@ -217,9 +264,8 @@ void DesignEditing::Make(const design::Change& change, const QString& step) {
     cursor.insertText(QString::fromStdU16String(edit->text), QTextCharFormat());
   }
   cursor.endEditBlock();
-  // The tree is another one now.
   since_ = page_.Revision();
-  rendering_.reset();
+  TreeChanged();
   wanted_ = {static_cast<int>(change.begin), static_cast<int>(change.end)};
   if (onUrgent) onUrgent();
 }
@@ -238,6 +284,21 @@ void DesignEditing::FollowSource() {
   const QTextCursor cursor = source_.textCursor();
   wanted_ = {cursor.selectionStart(), cursor.selectionEnd()};
   if (onUrgent) onUrgent();
+}
+
+// --- formats of what is typed next ---
+
+void DesignEditing::TurnAround(const design::Selection& caret, const design::Format& format) {
+  turnedAt_ = caret.from.position;
+  if (std::erase(turned_, &format) == 0) turned_.push_back(&format);
+  view_.Arm(!turned_.empty());
+  ShowState(caret);
+}
+
+void DesignEditing::ForgetFormats() {
+  if (turned_.empty()) return;
+  turned_.clear();
+  view_.Arm(false);
 }
 
 // --- clipboard ---
@@ -287,7 +348,7 @@ void DesignEditing::Paste(const design::Selection& selection, const QMimeData& m
 
 void DesignEditing::Moved(const DesignMessage& message, const design::RenderedPlace& to) {
   answered_ = message.number;
-  if (IsOutdated(message)) return view_.Refuse(message.number);
+  if (IsOutdated(message)) return view_.Refuse(message.number, page_.Revision());
   const auto selection = Find(message);
   const auto target = rendering_->Find(to);
   if (!selection || !target) return Refuse(message.number);
@@ -327,6 +388,7 @@ void DesignEditing::Selected(const DesignMessage& message) {
     if (onState) onState({});
     return;
   }
+  if (!selection->IsCaret() || selection->from.position != turnedAt_) ForgetFormats();
   Mirror(*selection);
   ShowState(*selection);
 }
@@ -342,9 +404,12 @@ void DesignEditing::ShowState(const design::Selection& selection) {
   if (!onState) return;
   const design::Author author(*rendering_);
   State state;
-  state.bold = author.Has(selection, design::formats::bold);
-  state.italic = author.Has(selection, design::formats::italic);
-  state.underline = author.Has(selection, design::formats::underline);
+  const auto has = [&](const design::Format& format) {
+    return author.Has(selection, format) != (std::ranges::find(turned_, &format) != turned_.end());
+  };
+  state.bold = has(design::formats::bold);
+  state.italic = has(design::formats::italic);
+  state.underline = has(design::formats::underline);
   if (const auto link = author.LinkOf(selection)) state.link = QString::fromStdU16String(*link);
   onState(state);
 }

@@ -24,8 +24,9 @@ class DesignEditing {
   // Sets the view's callbacks. The caret of the source follows that of the view.
   DesignEditing(SessionUser& user, PageDocument& page, SourceEdit& source, DesignView& view);
 
-  // Call after every change of the page, and when the view has been given an analysis.
+  // Call after every change of the page: shows it at once if it is in a text.
   void PageChanged();
+  // Shows an analysis of the page.
   void Analysed(const Analysis& analysis);
   // The last message of the view that the page holds or has refused.
   int Answered() const { return answered_; }
@@ -38,9 +39,10 @@ class DesignEditing {
   // The view waits for the page's next analysis.
   std::function<void()> onUrgent;
 
-  // Call before inserting at the caret of the source. Deletes what the view has selected, keeping
-  // tags that enclose more, and makes a space typed at the end of its line an ordinary one.
-  void PrepareInsert();
+  // Call before inserting at the caret of the source, and FollowSource() afterwards. Deletes what
+  // the view has selected, keeping tags that enclose more, and makes a space typed at the end of
+  // its line an ordinary one. Returns whether the undo step has begun with that.
+  bool PrepareInsert(const QString& step);
 
   // What the view should select after the page's next analysis: what the source has selected.
   void FollowSource();
@@ -74,8 +76,14 @@ class DesignEditing {
   // Mirrors the selection of the view in the source.
   void Mirror(const design::Selection& selection);
   void ShowState(const design::Selection& selection);
+  // Formats for what is typed next at a caret.
+  void TurnAround(const design::Selection& caret, const design::Format& format);
+  void ForgetFormats();
   void Refuse(int number);
   void EndTyping();
+  // Shows the page's last change in the view; returns false when the tree may change.
+  bool WriteInView();
+  void TreeChanged();
 
   SessionUser& user_;
   PageDocument& page_;
@@ -84,8 +92,13 @@ class DesignEditing {
 
   std::optional<design::Rendering> rendering_;  // of the page as it is; else unknown
   int answered_ = 0;
+  int seen_ = -1;                 // the page's revision after its last change
+  std::vector<int> treeChanges_;  // revisions in which the tree may have changed; ascending
   int since_ = 0;  // the revision that the view has to show before its messages count
   std::optional<int> typedSpace_;  // the position of the space that was typed last
+  // Formats to turn around in what is typed next at this position.
+  std::vector<const design::Format*> turned_;
+  std::size_t turnedAt_ = 0;
   bool ours_ = false;
   bool active_ = false;
   QObject receiver_;

@@ -200,7 +200,7 @@ void DesignView::paintEvent(QPaintEvent*) {
 
 void DesignView::Folder(const QString& folder) { source_->folder = folder; }
 
-void DesignView::Show(const Analysis& analysis) {
+void DesignView::Show(const Analysis& analysis, bool written) {
   design_ = analysis.design;
   revision_ = analysis.revision;
   answered_ = analysis.answered;
@@ -208,16 +208,19 @@ void DesignView::Show(const Analysis& analysis) {
   if (analysis.first || DoctypeOf(design_) != DoctypeOf(source_->html)) return Reload();
   if (!loaded_) return;  // Loaded() will show the latest state
   const Splice& change = analysis.designChange;
-  Run(QString("kvo.splice(%1,%2,%3,%4,%5)")
+  Run(QString("kvo.splice(%1,%2,%3,%4,%5,%6)")
           .arg(change.at)
           .arg(change.removed)
           .arg(revision_)
           .arg(Literal(change.added))
-          .arg(analysis.answered));
+          .arg(analysis.answered)
+          .arg(written ? "true" : "false"));
+  if (!written) wholeRevision_ = revision_;
 }
 
 void DesignView::Reload() {
-  loaded_ = false;
+  loaded_ = missed_ = false;
+  wholeRevision_ = -1;
   source_->html = design_;
   page_->Load();
 }
@@ -230,6 +233,7 @@ void DesignView::Loaded() {
           .arg(revision_)
           .arg(Literal(design_))
           .arg(answered_));
+  wholeRevision_ = std::exchange(missed_, false) ? -1 : revision_;
   if (marked_ >= 0) Mark(marked_);
 }
 
@@ -238,9 +242,21 @@ void DesignView::Mark(int index) {
   if (loaded_) Run(QString("kvo.mark(%1)").arg(index));
 }
 
+void DesignView::Wait() { Run("kvo.wait()"); }
+
 void DesignView::Settle(int number) { Run(QString("kvo.settle(%1)").arg(number)); }
 
-void DesignView::Refuse(int number) { Run(QString("kvo.refuse(%1)").arg(number)); }
+void DesignView::Refuse(int number, int revision) {
+  Run(QString("kvo.refuse(%1,%2)").arg(number).arg(revision));
+}
+
+void DesignView::Write(const design::RenderedPlace& place, const QString& text, int revision) {
+  if (!loaded_) {
+    missed_ = true;
+    return;
+  }
+  Run(QString("kvo.write(%1,%2,%3)").arg(Written(place), Literal(text)).arg(revision));
+}
 
 void DesignView::Select(const design::RenderedPlace& from, const design::RenderedPlace& to) {
   Run(QString("kvo.select(%1,%2)").arg(Written(from), Written(to)));
@@ -249,6 +265,8 @@ void DesignView::Select(const design::RenderedPlace& from, const design::Rendere
 void DesignView::ShowPointer(bool editable) {
   Run(QString("kvo.pointer(%1)").arg(editable ? "true" : "false"));
 }
+
+void DesignView::Arm(bool on) { Run(QString("kvo.arm(%1)").arg(on ? "true" : "false")); }
 
 void DesignView::Perform(const QString& name, const QString& value) {
   Run(QString("kvo.run(%1,%2)").arg(Literal(name), Literal(value)));

@@ -29,8 +29,11 @@ class DesignView final : public QWidget {
 
   // Sets the folder of the page's pictures; empty for none.
   void Folder(const QString& folder);
-  // Shows the analysed page, updating only what changed.
-  void Show(const Analysis& analysis);
+  // Shows the analysed page, updating only what changed. With `written`, all that changed is in
+  // texts, which the view has sent or has been given by Write().
+  void Show(const Analysis& analysis, bool written);
+  // The latest revision that was shown as a whole; -1 for none.
+  int WholeRevision() const { return wholeRevision_; }
   // Marks a box and scrolls to it; -1 for none.
   void Mark(int index);
 
@@ -45,13 +48,20 @@ class DesignView final : public QWidget {
   // The pointer is at a place: ShowPointer answers.
   std::function<void(const DesignMessage&)> onAsked;
 
+  // Keeps further inputs until Settle.
+  void Wait();
+
   // --- answers ---
   // The page holds, or has refused, all changes up to this one.
   void Settle(int number);
-  // Takes a change back that the view shows already.
-  void Refuse(int number);
+  // Takes a change back that the view shows already: it shows this revision of the page instead.
+  void Refuse(int number, int revision);
+  // Shows another text at a place, ahead of the analysis of the page.
+  void Write(const design::RenderedPlace& place, const QString& text, int revision);
   void Select(const design::RenderedPlace& from, const design::RenderedPlace& to);
   void ShowPointer(bool editable);
+  // Makes the view send the text that is typed next as a command.
+  void Arm(bool on);
   // Performs a command on what is selected: the view answers with onCommand.
   void Perform(const QString& name, const QString& value = {});
   void SelectAll();
@@ -86,6 +96,8 @@ class DesignView final : public QWidget {
   QString design_;
   int revision_ = 0;
   int shownRevision_ = -1;
+  int wholeRevision_ = -1;
+  bool missed_ = false;  // a Write() while the page was loading
   int answered_ = 0;
   int marked_ = -1;
 };

@@ -45,10 +45,10 @@ void PageSource::requestStarted(QWebEngineUrlRequestJob* job) {
     return Reply(job, "text/html", "\xEF\xBB\xBF" + html.toUtf8());
   }
   const QString file = FileOf(path);
+  if (file.isEmpty()) return job->fail(QWebEngineUrlRequestJob::UrlNotFound);
   const QString type = QMimeDatabase().mimeTypeForFile(file).name();
   QFile content(file);
-  if (file.isEmpty() || !(type.startsWith("image/") || type == "text/css") ||
-      !content.open(QIODevice::ReadOnly))
+  if (!(type.startsWith("image/") || type == "text/css") || !content.open(QIODevice::ReadOnly))
     return job->fail(QWebEngineUrlRequestJob::UrlNotFound);
   Reply(job, type.toUtf8(), content.readAll());
 }

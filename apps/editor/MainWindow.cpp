@@ -278,7 +278,6 @@ void MainWindow::RequestAnalysis() {
 
 void MainWindow::Analysed(const std::shared_ptr<const Analysis>& analysis) {
   analysis_ = analysis;
-  design_->Show(*analysis);
   editing_->Analysed(*analysis);
   frame_->PageChanged();
   outline_->Show(analysis);
@@ -369,8 +368,10 @@ void MainWindow::Insert(int tool) {
   const auto number = static_cast<std::size_t>(tool);  // another editor's drag may have any
   if (number >= toolbox_->Tools().size()) return;
   const bool inDesign = editing_->IsActive();
-  if (inDesign) editing_->PrepareInsert();
-  controls_->Insert(toolbox_->Tools()[number]);
+  const Tool& inserted = toolbox_->Tools()[number];
+  const bool begun = inDesign && editing_->PrepareInsert(ControlEditing::InsertStep(inserted));
+  using Steps = ControlEditing::Steps;
+  controls_->Insert(inserted, begun ? Steps::partOfTheLast : Steps::ofTheirOwn);
   if (inDesign) {
     design_->setFocus();
     editing_->FollowSource();

@@ -59,6 +59,7 @@ void PageDocument::Load(const PageText& text) {
   loading_ = false;
   steps_.clear();
   ++revision_;
+  lastChange_.reset();
   document_.setModified(false);
   if (onChanged) onChanged();
 }
@@ -209,6 +210,7 @@ void PageDocument::ContentsChanged(int position, int removed, int added) {
   content_.Replace(begin, end - begin, QString(content_.Text().mid(begin, end - begin)),
                    EmbeddedBetween(begin, end));
   ++revision_;
+  lastChange_ = {position, removed, added};
   if (onChanged) onChanged();
 }
 

@@ -84,6 +84,14 @@ class PageDocument final : public QObject {
   QString RedoName() const;
 
   std::function<void()> onChanged;  // after every change of the content
+  // The part of the content before the change that led to this revision, and how many characters
+  // took its place; nothing when the page was loaded.
+  struct Replaced {
+    int position = 0;
+    int removed = 0;
+    int added = 0;
+  };
+  const std::optional<Replaced>& LastChange() const { return lastChange_; }
 
  private:
   struct NamedStep {
@@ -104,6 +112,7 @@ class PageDocument final : public QObject {
   QTextDocument document_;
   PageText content_;
   int revision_ = 0;
+  std::optional<Replaced> lastChange_;
   bool loading_ = false;
   std::optional<QString> step_;
   std::vector<NamedStep> steps_;

@@ -205,9 +205,10 @@ class Rendering::Builder {
   void AddText(const GumboText& text, const Node& node) {
     std::string_view rest(text.original_text.data, text.original_text.length);
     while (!rest.empty()) {
-      std::size_t end = rest.find("</");
-      const std::size_t tag = end == std::string_view::npos ? 0 : rest.find('>', end) + 1 - end;
-      if (tag == 0) end = rest.size();
+      std::size_t end = std::min(rest.find("</"), rest.size());
+      const std::size_t close = rest.find('>', end);
+      const std::size_t tag = close == std::string_view::npos ? 0 : close + 1 - end;
+      if (tag == 0) end = rest.size();  // an unfinished tag is text
       const std::string_view piece = rest.substr(0, end);
       Node part = node;
       part.kind =
@@ -526,7 +527,21 @@ void Rendering::Apply(const Edit& edit) {
   Parse();
 }
 
-// Returns false, with nothing changed, when the tree may change.
+std::optional<Rendering::TextWrite> Rendering::WriteInText(const Edit& edit) {
+  auto place = PlaceOf(edit.begin);
+  if (!place || place->kind != RenderedPlace::Kind::text) return std::nullopt;
+  const auto point = Find(*place);
+  if (!point || !nodes_[point->node].IsText() || edit.end > nodes_[point->node].end ||
+      !ApplyInText(edit))
+    return std::nullopt;
+  NodeIndex last = point->node;
+  for (NodeIndex next = NextSibling(last); next != kNoNode && nodes_[next].IsText();
+       next = NextSibling(next))
+    last = next;
+  auto text = TextOf(point->node, last + 1);
+  return TextWrite{std::move(*place), std::move(text->text)};
+}
+
 bool Rendering::ApplyInText(const Edit& edit) {
   NodeIndex found = kNoNode;
   for (NodeIndex node = 0; node < nodes_.size(); ++node) {
@@ -536,6 +551,9 @@ bool Rendering::ApplyInText(const Edit& edit) {
       found = node;
   }
   if (found == kNoNode) return false;
+  // A text after the page's end tags belongs to the body without being inside of it.
+  for (NodeIndex node = nodes_[found].parent; node != kNoNode; node = nodes_[node].parent)
+    if (nodes_[found].end > nodes_[node].contentEnd) return false;
   std::u16string text(SourceOf(nodes_[found]));
   text.replace(edit.begin - nodes_[found].begin, edit.end - edit.begin, edit.text);
   const auto read = ReadText(text, 0);

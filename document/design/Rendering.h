@@ -22,6 +22,7 @@ namespace kvo::design {
 struct BoxPlace {
   std::size_t position = 0;
   std::size_t length = 1;
+  bool operator==(const BoxPlace&) const = default;
 };
 
 // The currency of changes: a part of the source and what takes its place.
@@ -101,6 +102,7 @@ class Rendering {
   Rendering(std::u16string source, std::vector<BoxPlace> boxes);
 
   const std::u16string& Source() const { return source_; }
+  const std::vector<BoxPlace>& Boxes() const { return boxes_; }
   // In the order of the tree; the first is the html element, and there is none if the page cannot
   // be mapped at all.
   const std::vector<Node>& Nodes() const { return nodes_; }
@@ -122,9 +124,18 @@ class Rendering {
   // children. The hashes are those that the browser's tree should have.
   std::optional<RenderedPlace> PlaceOf(std::size_t position) const;
 
-  // Takes over an edit. With an edit inside a text, which leaves the tree as it is, this takes a
-  // fraction of the time of parsing.
+  // Takes over an edit.
   void Apply(const Edit& edit);
+  // Takes over an edit inside a text, in a fraction of the time of parsing. Returns false, with
+  // nothing changed, when the tree may change.
+  bool ApplyInText(const Edit& edit);
+  // The same, for a browser's tree to follow: returns the text as its place was before, and what it
+  // is now.
+  struct TextWrite {
+    RenderedPlace place;
+    std::u16string text;
+  };
+  std::optional<TextWrite> WriteInText(const Edit& edit);
 
   // --- the tree ---
   // Returns the first child, or kNoNode.
@@ -141,7 +152,6 @@ class Rendering {
   std::vector<Child> ChildrenOf(NodeIndex parent) const;
   std::optional<RenderedText> TextOf(NodeIndex first, NodeIndex end) const;
   std::optional<NodeIndex> Follow(const std::vector<RenderedPlace::Level>& path) const;
-  bool ApplyInText(const Edit& edit);
 
   std::u16string source_;
   std::vector<BoxPlace> boxes_;

@@ -50,6 +50,22 @@ TEST(Rendering, FindsThePlacesThatItNames) {
   }
 }
 
+// Compares a page that followed edits with one that is parsed anew.
+void ExpectAsParsed(const Rendering& rendering) {
+  const std::u16string& source = rendering.Source();
+  const Rendering fresh = RenderingOf(source);
+  ASSERT_EQ(rendering.Boxes(), fresh.Boxes());
+  ASSERT_EQ(rendering.Nodes().size(), fresh.Nodes().size()) << Narrow(source);
+  for (NodeIndex index = 0; index < fresh.Nodes().size(); ++index) {
+    const Node& a = rendering.At(index);
+    const Node& b = fresh.At(index);
+    ASSERT_EQ(a.name, b.name) << Narrow(source);
+    if (b.locked) continue;
+    ASSERT_EQ(a.begin, b.begin) << Narrow(source) << " node " << index << ' ' << b.name;
+    ASSERT_EQ(a.end, b.end) << Narrow(source) << " node " << index << ' ' << b.name;
+  }
+}
+
 // Whatever is typed into whatever text: only the edited range changes, the text reads as wanted,
 // and the places are those of parsing anew.
 TEST(Rendering, TypesAnythingIntoAnyText) {
@@ -85,22 +101,53 @@ TEST(Rendering, TypesAnythingIntoAnyText) {
         rendering.Apply(*edit);
         ++edits;
         ASSERT_EQ(Narrow(rendering.Source()), Narrow(source));
-        const Rendering fresh = RenderingOf(source);
-        ASSERT_EQ(rendering.Nodes().size(), fresh.Nodes().size()) << Narrow(source);
-        for (NodeIndex index = 0; index < fresh.Nodes().size(); ++index) {
-          const Node& a = rendering.At(index);
-          const Node& b = fresh.At(index);
-          ASSERT_EQ(a.name, b.name) << Narrow(source);
-          if (b.locked) continue;
-          ASSERT_EQ(a.begin, b.begin)
-              << Narrow(source) << " edit " << edit->begin << '-' << edit->end << Narrow(edit->text)
-              << " node " << index << ' ' << b.name;
-          ASSERT_EQ(a.end, b.end) << Narrow(source) << " node " << index << ' ' << b.name;
-        }
+        ExpectAsParsed(rendering);
       }
     }
   }
   EXPECT_GT(edits, 1000);
+}
+
+// Whatever happens to the source: a change that counts as one inside a text leaves the tree as it
+// is, and says what the browser's text has become.
+TEST(Rendering, FollowsTheSourceInsideTexts) {
+  std::mt19937 random(18);
+  constexpr std::u16string_view kTyped = u"&<>/!;b#x1alt \n\"-\u00A0\u00E4";
+  int followed = 0;
+  int parsed = 0;
+  for (const char* text : kPages) {
+    for (int round = 0; round < 300; ++round) {
+      Rendering rendering = RenderingOf(ReadMarked(text).source);
+      for (int step = 0; step < 6; ++step) {
+        const std::u16string source = rendering.Source();
+        Edit edit;
+        edit.begin = random() % (source.size() + 1);
+        edit.end = edit.begin + random() % std::min<std::size_t>(4, source.size() - edit.begin + 1);
+        for (auto count = random() % 3; count > 0; --count)
+          edit.text += kTyped[random() % kTyped.size()];
+        const auto write = rendering.WriteInText(edit);
+        std::u16string edited = source;
+        edited.replace(edit.begin, edit.end - edit.begin, edit.text);
+        if (!write) {
+          ASSERT_EQ(rendering.Source(), source);
+          rendering.Apply(edit);
+          ++parsed;
+        } else {
+          ++followed;
+          auto place = write->place;
+          ASSERT_TRUE(RenderingOf(source).Find(place)) << Narrow(source);
+          place.offset = 0;
+          place.hash = Hash(write->text);
+          ASSERT_TRUE(RenderingOf(edited).Find(place))
+              << Narrow(source) << " -> " << Narrow(edited);
+        }
+        ASSERT_EQ(Narrow(rendering.Source()), Narrow(edited));
+        ASSERT_NO_FATAL_FAILURE(ExpectAsParsed(rendering)) << Narrow(source);
+      }
+    }
+  }
+  EXPECT_GT(followed, 1000);
+  EXPECT_GT(parsed, 1000);
 }
 
 TEST(Rendering, DoesNotFindAPlaceOfAnotherTree) {

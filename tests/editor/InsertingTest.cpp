@@ -66,10 +66,15 @@ TEST_F(InsertingTest, APageIsFilledAtOnceAndTypingGoesOnBehindTheControl) {
                                  });
   EXPECT_EQ(opened, 1);
   EXPECT_EQ(ToText(window->Controls().Load(1)->Get("Value")), "x");
-  EXPECT_EQ(window->Page().UndoName(), "Eigenschaften von Print1");
+  EXPECT_EQ(window->Page().UndoName(), "Ausdruck einfügen");
   EXPECT_EQ(window->Source().textCursor().position(), 2);
   QTest::keyClicks(&window->Source(), "y");
   EXPECT_EQ(Text(), QString("a") + kEmbeddedCharacter + "yb");
+  window->Page().Undo();
+  window->Page().Undo();
+  EXPECT_EQ(Text(), "ab");
+  window->Page().Redo();
+  EXPECT_EQ(ToText(window->Controls().Load(1)->Get("Value")), "x");
 }
 
 TEST_F(InsertingTest, ACancelledPageLeavesTheControl) {

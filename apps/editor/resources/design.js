@@ -7,8 +7,13 @@
   let text = '';      // what the source says that the view shows
   let marked = -1;
   let bridge = null;
-  let shown = -1;     // the revision of the page that `text` belongs to
-  let dirty = false;  // the view does not show `text` yet
+  let textRevision = -1;  // the revision of the page that `text` belongs to
+  let shown = -1;         // the one that the view shows, ahead of `text` by changes in texts
+  let dirty = false;      // the view is behind `text`
+  let base = '';          // then: the text that it shows
+  let lost = false;       // then: it shows something else
+  let awaited = -1;       // then: it catches up with no revision before this one
+  let held = false;       // settle() waits for that revision
 
   const sheet = new CSSStyleSheet();
   sheet.replaceSync(
@@ -56,8 +61,30 @@
     unmark();
     const fresh = new DOMParser().parseFromString(text, 'text/html');
     morph(document.documentElement, fresh.documentElement);
-    dirty = false;
+    dirty = lost = false;
     showMark(false);
+  }
+
+  function fallBehind(unknown) {
+    if (!dirty) base = text;
+    dirty = true;
+    lost = lost || unknown;
+  }
+
+  // Shows what the text has become while the view was behind.
+  function catchUp() {
+    if (lost) return show();
+    const now = text;
+    let at = 0;
+    const shorter = Math.min(base.length, now.length);
+    while (at < shorter && base.charCodeAt(at) === now.charCodeAt(at)) ++at;
+    let tail = 0;
+    while (tail < shorter - at &&
+           base.charCodeAt(base.length - 1 - tail) === now.charCodeAt(now.length - 1 - tail))
+      ++tail;
+    text = base;
+    dirty = false;
+    if (!spliceCell(at, base.length - at - tail, now.slice(at, now.length - tail))) show();
   }
 
   // --- a change inside one cell of a table ---
@@ -105,6 +132,19 @@
     return whole ? cell : null;
   }
 
+  // Whether two nodes differ in texts only.
+  function isAlike(one, other) {
+    if (one.nodeType !== other.nodeType || one.nodeName !== other.nodeName ||
+        one.childNodes.length !== other.childNodes.length)
+      return false;
+    if (one.nodeType === Node.ELEMENT_NODE &&
+        !one.cloneNode(false).isEqualNode(other.cloneNode(false)))
+      return false;
+    for (let a = one.firstChild, b = other.firstChild; a; a = a.nextSibling, b = b.nextSibling)
+      if (!isAlike(a, b)) return false;
+    return true;
+  }
+
   // Changes the text, and returns whether the change could be shown in its cell.
   function spliceCell(at, removed, added) {
     const place = cellAround(at, at + removed);
@@ -125,7 +165,7 @@
     unmark();
     // What was typed here is there already.
     const typed = after.isEqualNode(cells[number]);
-    const known = typed || before.isEqualNode(cells[number]);
+    const known = typed || isAlike(before, cells[number]);
     if (known && !typed) morph(cells[number], after);
     showMark(false);
     return known;
@@ -305,7 +345,9 @@
   let waiting = false;    // for the answer to a command
   let queue = [];
   let composing = null;
+  let armed = false;      // the next typed text is the program's to format
   let typedSpace = null;  // a space that is not breaking only until something follows it
+  let spaceSent = false;  // one that the program has to answer
   let reported = '';
 
   const selection = () => document.getSelection();
@@ -369,13 +411,21 @@
     const first = place.offset;
     const last = first + end - begin;
     node.replaceData(begin, end - begin, fresh);
-    selection().collapse(node, begin + fresh.length);
+    // Sent before the caret moves, for which the browser lays the page out.
     bridge.Edited(++sent, shown, place, first, last, fresh);
+    selection().collapse(node, begin + fresh.length);
   }
 
   function replace(range, typed) {
     const [node, begin] = settled(range.startContainer, range.startOffset);
     const [last, end] = settled(range.endContainer, range.endOffset);
+    const format = armed && typed !== '' && range.collapsed;
+    armed = false;
+    if (format) {
+      const fresh = isText(node) ? visible(node, begin, end, typed) : typed;
+      spaceSent = fresh !== typed;
+      return command('type', fresh, range);
+    }
     const simple = isText(node) && node === last && begin <= end &&
                    !isBlank(node.data.slice(0, begin) + typed + node.data.slice(end)) &&
                    !isBlank(node.data);
@@ -468,10 +518,14 @@
   function settle(number) {
     handled = Math.max(handled, number);
     if (handled < sent) return;
+    if (dirty && textRevision < awaited) {
+      waiting = held = true;
+      return;
+    }
     waiting = false;
     if (composing) return;
     if (dirty) {
-      show();
+      catchUp();
       report(shown);
     }
     while (queue.length && !waiting) perform(queue.shift());
@@ -535,12 +589,13 @@
     // After the event, because the browser still takes its marks off the text. Timers do not run
     // in a page whose own scripts are off.
     Promise.resolve().then(() => {
-      if (data !== null && !isBlank(data) && node.isConnected) {
+      if (data !== null && !isBlank(data) && node.isConnected && !armed) {
         node.data = data;
         if (event.data !== '' || begin !== end) editText(node, begin, end, event.data);
       } else {
         show();
         if (event.data !== '') {
+          armed = false;
           waiting = true;
           bridge.Command(++sent, shown, 'type', from, to, event.data);
         }
@@ -565,7 +620,7 @@
     const range = selectedRange();
     if (!bridge || !range || waiting || composing) return;
     const from = placeOf(range.startContainer, range.startOffset);
-    const to = placeOf(range.endContainer, range.endOffset);
+    const to = range.collapsed ? from : placeOf(range.endContainer, range.endOffset);
     const key = JSON.stringify([from, to]);
     if (key === reported) return;
     reported = key;
@@ -587,6 +642,9 @@
     // `loaded`: the document already shows this text.
     begin(loaded, revision, all, number) {
       text = all;
+      textRevision = awaited = revision;
+      shown = -1;
+      dirty = lost = held = false;
       sent = handled = number;
       document.designMode = 'on';
       queue = [];
@@ -594,34 +652,68 @@
       if (!loaded) show();
       report(revision);
     },
-    // The page has changed. `number` is the last message that the change holds.
-    splice(at, removed, revision, added, number) {
+    // The page has changed. `number` is the last message that the change holds; with `written`, all
+    // of it was a change in a text that the view has been told, or has told itself.
+    splice(at, removed, revision, added, number, written) {
       handled = Math.max(handled, number);
-      if (handled < sent || composing) {
-        text = text.slice(0, at) + added + text.slice(at + removed);
-        dirty = true;
-        shown = revision;
-        return;
-      }
-      if (dirty) {
-        text = text.slice(0, at) + added + text.slice(at + removed);
-        show();
+      textRevision = revision;
+      const behind = handled < sent || composing || revision < Math.max(shown, awaited);
+      const fresh = () => text.slice(0, at) + added + text.slice(at + removed);
+      if (written && !dirty) {
+        text = fresh();
+      } else if (dirty || behind) {
+        fallBehind(false);
+        text = fresh();
+        if (!behind) catchUp();
       } else if ((removed || added) && !spliceCell(at, removed, added)) {
         show();
       }
+      shown = Math.max(shown, revision);
+      if (dirty) return;
+      report(shown);
+      if (held) {
+        held = false;
+        settle(handled);
+      }
+    },
+    // The text at a place is another one in this revision of the page.
+    write(place, fresh, revision) {
+      const found = composing ? null : resolve(place);
+      const node = found && found[0];
+      const alone = isText(node) && !isText(node.previousSibling) && !isText(node.nextSibling);
+      if (dirty || !alone || hash(node.data) !== place.hash) {
+        fallBehind(true);
+        awaited = revision;
+        return;
+      }
+      const old = node.data;
+      const shorter = Math.min(old.length, fresh.length);
+      let at = 0;
+      while (at < shorter && old[at] === fresh[at]) ++at;
+      let tail = 0;
+      while (tail < shorter - at && old[old.length - 1 - tail] === fresh[fresh.length - 1 - tail])
+        ++tail;
+      typedSpace = null;
+      node.replaceData(at, old.length - at - tail, fresh.slice(at, fresh.length - tail));
       report(revision);
     },
+    // The program is about to change the page at the selection: further inputs wait for settle().
+    wait() {
+      waiting = true;
+    },
     settle,
-    // A message was refused: the source wins.
-    refuse(number) {
-      dirty = true;
+    // A message was refused: the source wins, as it is in this revision.
+    refuse(number, revision) {
+      fallBehind(true);
+      awaited = Math.max(awaited, revision);
       settle(number);
     },
     select(from, to) {
       const begin = resolve(from);
       const end = to ? resolve(to) : begin;
       if (!begin || !end) return;
-      typedSpace = null;
+      typedSpace = spaceSent && isText(begin[0]) ? {node: begin[0], at: begin[1] - 1} : null;
+      spaceSent = false;
       selection().setBaseAndExtent(begin[0], begin[1], end[0], end[1]);
       const node = begin[0].nodeType === Node.ELEMENT_NODE ? begin[0] : begin[0].parentNode;
       const box = selection().getRangeAt(0).getBoundingClientRect();
@@ -640,12 +732,15 @@
       selection().addRange(range);
       return true;
     },
+    arm(on) {
+      armed = on;
+    },
     pointer(editable) {
       document.adoptedStyleSheets = editable ? [sheet] : [sheet, lockSheet];
     },
     // For tests: the text that the view should show, and whether all messages are answered.
     text: () => text,
-    idle: () => handled === sent && !waiting && !composing && !dirty && queue.length === 0,
+    idle: () => handled === sent && textRevision === shown && !waiting && !composing && !dirty && queue.length === 0,
     mark(index) {
       if (index < 0 && marked < 0) return;
       unmark();
