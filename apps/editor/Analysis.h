@@ -73,7 +73,7 @@ struct AnalysisRequest {
 QString TextOf(std::string_view bytes, const page::PageEncoding& encoding);
 
 // Does the work; also used directly. Requires a platform whose TextWidth works on any thread.
-// Reuses what it can of a former analysis of the page.
+// Takes over from an analysis of an earlier state what has not changed.
 Analysis Analyse(const AnalysisRequest& request, const Analysis* before = nullptr);
 
 // A thread that handles the latest request and drops older ones that it has not begun.

@@ -286,7 +286,7 @@ void DesignEditing::FollowSource() {
   if (onUrgent) onUrgent();
 }
 
-// --- formats of what is typed next ---
+// --- formats for typing ---
 
 void DesignEditing::TurnAround(const design::Selection& caret, const design::Format& format) {
   turnedAt_ = caret.from.position;

@@ -76,7 +76,7 @@ class DesignEditing {
   // Mirrors the selection of the view in the source.
   void Mirror(const design::Selection& selection);
   void ShowState(const design::Selection& selection);
-  // Formats for what is typed next at a caret.
+  // Adds or removes a format for typing at a caret.
   void TurnAround(const design::Selection& caret, const design::Format& format);
   void ForgetFormats();
   void Refuse(int number);
@@ -96,7 +96,7 @@ class DesignEditing {
   std::vector<int> treeChanges_;  // revisions in which the tree may have changed; ascending
   int since_ = 0;  // the revision that the view has to show before its messages count
   std::optional<int> typedSpace_;  // the position of the space that was typed last
-  // Formats to turn around in what is typed next at this position.
+  // Typing at this position adds these formats where they lack, and leaves them where they are.
   std::vector<const design::Format*> turned_;
   std::size_t turnedAt_ = 0;
   bool ours_ = false;
