@@ -55,7 +55,7 @@ QSize FirstSize(const QWidget& window) {
 
 // From here on, a mail of 600 pixels and its source fit side by side between the panels.
 constexpr int kWideWindow = 1800;
-constexpr int kNarrowestPanel = 150;
+constexpr int kNarrowestPanel = 185;  // for the longest name of a tool
 
 constexpr char kGeometry[] = "geometry";
 constexpr char kState[] = "state";
