@@ -11,6 +11,7 @@
 #include "apps/editor/DesignEditing.h"
 #include "apps/editor/Session.h"
 
+class QActionGroup;
 class QDockWidget;
 class QLabel;
 class QStackedWidget;
@@ -166,6 +167,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   QByteArray panelsBefore_;
   std::vector<QAction*> disabled_;
   QMenu* recent_ = nullptr;
+  QActionGroup* widths_ = nullptr;  // of the design view
 
   std::unique_ptr<ControlEditing> controls_;
   std::unique_ptr<DesignEditing> editing_;

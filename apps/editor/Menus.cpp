@@ -301,6 +301,8 @@ void MainWindow::AddLayouts(QMenu& menu) {
     for (const auto& [each, action] : layouts) action->setChecked(each == views_->Arranged());
     source->setChecked(!views_->IsSourceHidden());
     design->setChecked(!frame_->isHidden());
+    // The preview has widths of its own.
+    if (widths_ != nullptr) widths_->setEnabled(!frame_->isHidden());
     ShowStatus();
     // The hidden view may have had the focus.
     if (views_->isVisible() && QApplication::focusWidget() == nullptr) FocusPage();
@@ -329,6 +331,7 @@ void MainWindow::AddWidths(QMenu& menu) {
   width(words::kFit, "fit", DesignFrame::PageWidth::fit);
   width(words::kMailWidth, "desktop", DesignFrame::PageWidth::mail);
   width(words::kPhoneWidth, "phone", DesignFrame::PageWidth::phone);
+  widths_ = group;
   Action(menu, words::kZoomIn, QKeySequence::ZoomIn, [this] { ActiveFrame().ZoomIn(); });
   Action(menu, words::kZoomOut, QKeySequence::ZoomOut, [this] { ActiveFrame().ZoomOut(); });
   Action(menu, words::kZoomActual, QKeySequence("Ctrl+0"), [this] { ActiveFrame().ZoomTo(1); });

@@ -24,6 +24,7 @@
 #include "apps/editor/PreviewLists.h"
 #include "apps/editor/PreviewPanel.h"
 #include "apps/editor/Previewing.h"
+#include "apps/editor/ToolBar.h"
 #include "apps/editor/Views.h"
 #include "tests/editor/EditorTest.h"
 
@@ -454,6 +455,16 @@ TEST_F(PreviewViewTest, IsAsWideAsAMailProgramOrAPhone) {
   QTest::mouseClick(&Button("360 Pixel"), Qt::LeftButton);
   EXPECT_TRUE(Holds("Math.abs(document.scrollingElement.clientWidth - 360) <= 1"));
   EXPECT_EQ(window->Frame().Shown(), DesignFrame::PageWidth::fit);
+  // The tool bar's widths are those of the design view, which is hidden.
+  const auto inToolBar = [&]() -> QToolButton& {
+    for (QToolButton* button : window->findChild<ToolBar*>()->findChildren<QToolButton*>())
+      if (button->toolTip().startsWith("600 Pixel")) return *button;
+    ADD_FAILURE() << "no button in the tool bar";
+    return *window->findChild<QToolButton*>();
+  };
+  EXPECT_FALSE(inToolBar().isEnabled());
+  Press(Qt::Key_2, Qt::ControlModifier);
+  EXPECT_TRUE(inToolBar().isEnabled());
 }
 
 TEST_F(PreviewViewTest, ADarkMailProgramUsesTheMailsOwnColours) {
