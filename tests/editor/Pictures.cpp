@@ -17,8 +17,10 @@
 #include "apps/editor/Previewing.h"
 #include "apps/editor/TextDialog.h"
 #include "apps/editor/Views.h"
+#include "document/shop/Shop.h"
 #include "host/qt/TahomaFont.h"
 #include "tests/editor/EditorTest.h"
+#include "tests/shop/support/SqliteFile.h"
 #include "tests/support/Environment.h"
 
 namespace kvo::editor {
@@ -28,10 +30,14 @@ namespace {
 class Studio {
  public:
   Studio(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {
-    for (const QString name : {"newsletter.html", "office.json", "preview.json"}) {
-      QFile file(QString(KVO_SOURCE_DIR) + "/examples/newsletter/" + name);
-      if (file.open(QIODevice::ReadOnly)) desk_.Put(name, file.readAll().toStdString());
-    }
+    for (const QString name : {"newsletter.html", "office.json", "preview.json", "roestkurs.jpg"})
+      desk_.Put(name, Example(name));
+    shop::SqliteFile shop;
+    shop.Run(Example("shop.sql"));
+    shop.Close();
+    QFile::copy(QString::fromStdString(shop.Path().string()), desk_.Path("shop.db"));
+    desk_.connections = shop::NewConnection;
+    desk_.platform.recordsets = shop::NewRecordset;
     window_ = desk_.NewWindow();
     window_->resize(1400, 860);
   }
@@ -83,6 +89,11 @@ class Studio {
   }
 
  private:
+  static std::string Example(const QString& name) {
+    QFile file(QString(KVO_SOURCE_DIR) + "/examples/newsletter/" + name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+  }
+
   static constexpr char kFaulty[] =
       "<p>Guten Tag <object classid=\"progid:KVOPDesignObjects.DTCContact\" id=\"Name\"><param "
       "name=\"field\" value=\"LastNam\"></object>,</p>\n<p>Ihre Bestellung: <object "
@@ -92,6 +103,8 @@ class Studio {
   void TakePreviews() {
     window_->Middle().ShowPreview(true);
     WaitForPreview();
+    Click("Shop lesen");
+    QTest::qWait(700);
     Shoot("preview");
     Click("Dunkles Mailprogramm");
     Shoot("preview-dark-mail");
@@ -111,7 +124,7 @@ class Studio {
     constexpr int kCount = 3;
     constexpr int kGap = 12;
     const QSize before = window_->size();
-    window_->resize(1210, 1300);  // the view is as wide as the mail
+    window_->resize(1210, 1600);  // as wide and as high as the mail
     window_->Preview().Mark(-1);
     QPixmap all;
     for (int number = 0; number < kCount; ++number) {
