@@ -24,12 +24,6 @@ constexpr bool IsNameCharacter(char c) {
   return IsLetter(c) || IsDigit(c) || c == '_' || c == '-' || static_cast<unsigned char>(c) >= 0x80;
 }
 
-std::string_view WithoutPercentSigns(std::string_view text) {
-  if (text.starts_with('%')) text.remove_prefix(1);
-  if (text.ends_with('%')) text.remove_suffix(1);
-  return text;
-}
-
 // --- values -----------------------------------------------------------------------------------
 
 // A text as a number. "1134.23" has a decimal point, "1.134" groups by thousands as in German.
@@ -451,6 +445,16 @@ bool IsWords(std::string_view text) {
 
 }  // namespace
 
+bool IsComputed(std::string_view text) {
+  return text.size() > 2 && text.starts_with('%') && text.ends_with('%');
+}
+
+std::string_view WithoutPercentSigns(std::string_view text) {
+  if (text.starts_with('%')) text.remove_prefix(1);
+  if (text.ends_with('%')) text.remove_suffix(1);
+  return text;
+}
+
 std::optional<Reference> ReferenceAt(std::string_view text) {
   if (!text.starts_with('#')) return std::nullopt;
   std::size_t end = 1;
@@ -499,8 +503,7 @@ Outcome Print(std::string_view text, const LookUp& lookUp) {
 }
 
 Outcome Fill(std::string_view text, const LookUp& lookUp) {
-  if (text.size() > 2 && text.starts_with('%') && text.ends_with('%'))
-    return Evaluate(text, lookUp);
+  if (IsComputed(text)) return Evaluate(text, lookUp);
   return Evaluation(text, lookUp).Filled(text);
 }
 

@@ -31,6 +31,9 @@ Outcome Evaluate(std::string_view expression, const LookUp& lookUp);
 Outcome Test(std::string_view expression, const LookUp& lookUp);
 // What a print control shows: an expression, or words with references in between.
 Outcome Print(std::string_view text, const LookUp& lookUp);
+// Whether a text stands in percent signs, and the text without them; each may be missing.
+bool IsComputed(std::string_view text);
+std::string_view WithoutPercentSigns(std::string_view text);
 // Replaces the references of a text. Computes the whole text when it stands in percent signs.
 Outcome Fill(std::string_view text, const LookUp& lookUp);
 

@@ -302,7 +302,6 @@ class Rendering {
   // The author's text stands as it is; values of the record, as everywhere in such an attribute.
   void AppendAttribute(const Node& node, std::string_view name, const std::string& value) {
     if (!IsAttributeName(name)) return;
-    const bool isComputed = value.size() > 2 && value.starts_with('%') && value.ends_with('%');
     HtmlReader reader;
     reader.Read("<a " + std::string(name) + "=\"");
     std::string written;
@@ -318,7 +317,7 @@ class Rendering {
       reader.Read(text);
       AppendEscaped(text, compiled_.encoding, written);
     };
-    if (isComputed) {
+    if (IsComputed(value)) {
       put(Fill(value, lookUp_));
     } else {
       ForEachReference(value, [&](const Reference& reference) {

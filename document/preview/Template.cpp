@@ -24,10 +24,7 @@ std::string NameOf(const RuntimeTag& tag) {
   if (const std::string* const name = tag.Find("display-value")) return DecodeMarkupTokens(*name);
   const std::string* const test = tag.Find("test");
   if (test == nullptr) return {};
-  std::string_view plain = *test;
-  if (plain.starts_with('%')) plain.remove_prefix(1);
-  if (plain.ends_with('%')) plain.remove_suffix(1);
-  return std::string(plain);
+  return std::string(WithoutPercentSigns(*test));
 }
 
 class Compiler {

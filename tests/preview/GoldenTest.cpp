@@ -1,7 +1,7 @@
-// Pages, records and what comes of them, one behaviour each: tests/golden/preview.txt. A case has
-// the parts "page", "record" (an object of preview.json), "html" and "findings"; "options" before
-// them sets choices ("holds fails"), a product of the shop ("product K-1|Kaffee|250 g"), "marks" or
-// "banner". The parts "html" and "findings" are compared to the byte.
+// Pages, records and what comes of them, one behaviour each: tests/golden/preview/cases.txt. A case
+// has the parts "page", "record" (an object of preview.json), "html" and "findings"; "options"
+// before them sets choices ("holds fails"), a product of the shop ("product K-1|Kaffee|250 g"),
+// "marks" or "banner". The parts "html" and "findings" are compared to the byte.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -17,7 +17,7 @@
 namespace kvo::preview {
 namespace {
 
-const std::string kFile = KVO_SOURCE_DIR "/tests/golden/preview.txt";
+const std::string kFile = KVO_SOURCE_DIR "/tests/golden/preview/cases.txt";
 
 struct Case {
   std::string name;
