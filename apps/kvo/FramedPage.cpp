@@ -5,7 +5,7 @@
 namespace kvo {
 namespace {
 
-// Also reads what is not valid in the encoding.
+// Bytes that are not valid in the encoding become U+FFFD.
 std::string InUtf8(std::string_view bytes, const page::PageEncoding& encoding) {
   std::string text;
   bytes.remove_prefix(page::PageEncoding::Mark(bytes));

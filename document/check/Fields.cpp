@@ -34,16 +34,6 @@ constexpr Spelling kSpellings[] = {
 // it.
 constexpr std::string_view kOrderNumber = "orderid";
 
-// Blanks are allowed inside a name only.
-bool IsName(std::string_view name) {
-  const auto belongs = [](char c) {
-    return IsLetter(c) || IsDigit(c) || c == '_' || c == '-' || c == ' ' ||
-           static_cast<unsigned char>(c) >= 0x80;
-  };
-  return !name.empty() && name.front() != ' ' && name.back() != ' ' &&
-         std::ranges::all_of(name, belongs);
-}
-
 using Found = std::function<void(const FieldReference&)>;
 
 void FindPaths(std::string_view text, const Found& found) {
@@ -54,7 +44,7 @@ void FindPaths(std::string_view text, const Found& found) {
       const std::size_t name = at + spelling.path.size();
       const std::size_t end = text.find_first_of("#\n\"'<>", name);
       if (end == page::npos) return;
-      if (text[end] != '#' || !IsName(text.substr(name, end - name))) break;
+      if (text[end] != '#' || !IsFieldName(text.substr(name, end - name))) break;
       if (spelling.kind != FieldKind::order ||
           !EqualIgnoringCase(text.substr(name, end - name), kOrderNumber))
         found({spelling.kind, true, text.substr(name, end - name), begin});
@@ -75,7 +65,7 @@ void FindTags(std::string_view text, const Found& found) {
       while (tag.Next(attribute))
         if (!name && EqualIgnoringCase(attribute.name, "field")) name = attribute.value;
       if (tag.CutOff()) return;
-      if (name && IsName(*name)) found({spelling.kind, false, *name, begin});
+      if (name && IsFieldName(*name)) found({spelling.kind, false, *name, begin});
       at = tag.Position();
       break;
     }
@@ -98,6 +88,15 @@ std::optional<FieldNames> NamesOf(Object& office, std::string_view list) {
 }
 
 }  // namespace
+
+bool IsFieldName(std::string_view name) {
+  const auto belongs = [](char c) {
+    return IsLetter(c) || IsDigit(c) || c == '_' || c == '-' || c == ' ' ||
+           static_cast<unsigned char>(c) >= 0x80;
+  };
+  return !name.empty() && name.front() != ' ' && name.back() != ' ' &&
+         std::ranges::all_of(name, belongs);
+}
 
 FieldNames::FieldNames(std::vector<std::string> names)
     : names_(std::move(names)),

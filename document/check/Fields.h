@@ -42,6 +42,9 @@ struct KnownFields {
 };
 KnownFields FieldsOf(const ObjectRef& office);
 
+// Whether a field can have this name. Blanks are allowed inside it only.
+bool IsFieldName(std::string_view name);
+
 enum class FieldKind { contact, order };
 
 // A reference to a field in a text.

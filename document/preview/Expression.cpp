@@ -8,6 +8,7 @@
 #include "common/values/Ascii.h"
 #include "common/values/Floating.h"
 #include "common/values/GermanFormat.h"
+#include "document/check/Fields.h"
 #include "document/page/Scanner.h"
 #include "document/preview/Record.h"
 #include "document/preview/Words.h"
@@ -463,10 +464,15 @@ std::optional<Reference> ReferenceAt(std::string_view text) {
   if (text[end] == '#' && IsLetter(text[1]))
     return Reference{kScript, text.substr(1, end - 1), end + 1, 0};
   if (text[end] != '.') return std::nullopt;
-  const std::size_t name = end + 1;
-  for (end = name; end < text.size() && (IsNameCharacter(text[end]) || text[end] == '.');) ++end;
-  if (end == name || end >= text.size() || text[end] != '#') return std::nullopt;
-  return Reference{text.substr(1, name - 2), text.substr(name, end - name), end + 1, 0};
+  // A path may have several names: "#system.mail.date#".
+  const std::size_t names = end + 1;
+  for (std::size_t name = names;; name = end + 1) {
+    end = text.find_first_of(".#\n\"'<>", name);
+    if (end == npos || !check::IsFieldName(text.substr(name, end - name))) return std::nullopt;
+    if (text[end] == '#') break;
+    if (text[end] != '.') return std::nullopt;
+  }
+  return Reference{text.substr(1, names - 2), text.substr(names, end - names), end + 1, 0};
 }
 
 void ForEachReference(std::string_view text, const std::function<void(const Reference&)>& found) {

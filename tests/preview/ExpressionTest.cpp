@@ -11,14 +11,23 @@ namespace kvo::preview {
 namespace {
 
 const std::map<std::string, Variant, std::less<>> kValues = {
-    {"customer.Name", "Anna"},       {"customer.Empty", ""},
-    {"customer.Null", Variant()},    {"customer.Age", 17},
-    {"customer.Points", 1250},       {"customer.Price", 9.5},
-    {"customer.Text17", "17"},       {"customer.German", "1.134,23"},
-    {"customer.Point", "1134.23"},   {"customer.Yes", true},
-    {"customer.No", false},          {"customer.YesText", "True"},
-    {"customer.Born", "23.04.2004"}, {"customer.Iso", "2004-04-23 16:09:53"},
-    {"customer.Quote", "it's"},      {"order.orderid", 4711},
+    {"customer.Last Name", "Groß"},
+    {"customer.Name", "Anna"},
+    {"customer.Empty", ""},
+    {"customer.Null", Variant()},
+    {"customer.Age", 17},
+    {"customer.Points", 1250},
+    {"customer.Price", 9.5},
+    {"customer.Text17", "17"},
+    {"customer.German", "1.134,23"},
+    {"customer.Point", "1134.23"},
+    {"customer.Yes", true},
+    {"customer.No", false},
+    {"customer.YesText", "True"},
+    {"customer.Born", "23.04.2004"},
+    {"customer.Iso", "2004-04-23 16:09:53"},
+    {"customer.Quote", "it's"},
+    {"order.orderid", 4711},
     {"script.rabatt", "10"}};
 
 Outcome LookUpValue(std::string_view group, std::string_view name) {
@@ -47,6 +56,8 @@ constexpr Row kTests[] = {
     {"'#customer.Name#'!='Anna'", "false"},
     {"'#customer.Name#'!=''", "true"},
     {"'#customer.Empty#'!=''", "false"},
+    {"'#customer.Last Name#'=='Groß'", "true"},
+    {"'#customer.First Name#'!=''", "?"},
     {"'#customer.Empty#'==''", "true"},
     {"'#customer.Null#'==''", "true"},
     {"'#customer.Quote#'=='it''", "?"},
@@ -153,6 +164,7 @@ constexpr Row kPrints[] = {
     {"#customer.Weg# ? 'ja' : 'nein'", "?"},
     {"Hallo #customer.Name#!", "?"},
     {"Hallo #customer.Name#", "Hallo Anna"},
+    {"#customer.Name# #customer.Last Name#", "Anna Groß"},
     {"#customer.Name# #customer.Age#", "Anna 17"},
     {"'Hallo ' #customer.Name#", "?"},
     {"Hallo #customer.Weg#", "?"},
@@ -217,8 +229,9 @@ TEST(ExpressionTest, ReadsReferences) {
   EXPECT_EQ(ReferenceAt("#order.a.b#")->name, "a.b");
   EXPECT_EQ(ReferenceAt("#rabatt#")->group, kScript);
   EXPECT_EQ(ReferenceAt("#rabatt#")->name, "rabatt");
-  for (const std::string_view none : {"", "#", "##", "#1#", "#customer.#", "#.Email#",
-                                      "#customer.Email", "#cus tomer.Email#", "#fff"})
+  for (const std::string_view none :
+       {"", "#", "##", "#1#", "#customer.#", "#.Email#", "#customer.Email", "#cus tomer.Email#",
+        "#customer. Email#", "#customer.Email #", "#a.b'c#", "#a..b#", "#fff"})
     EXPECT_FALSE(ReferenceAt(none)) << none;
 }
 
