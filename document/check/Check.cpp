@@ -114,7 +114,7 @@ page::Problems CheckOwnText(const page::Page& page, const std::vector<page::Foun
       message = Message{"Weitere unbekannte Felder im Text der Seite werden nicht genannt.",
                         "Further unknown fields in the page's text are not named."};
     const Rule& rule = IsFieldForSure(reference) ? kUnknownField : kUnknownOrderValue;
-    problems.Add(reference.at, rule.id, {}, std::move(*message), rule.severity);
+    problems.Add({reference.at, reference.end}, rule.id, {}, std::move(*message), rule.severity);
   });
   return problems.Take(page.Bytes(), page.Encoding());
 }
@@ -131,8 +131,8 @@ std::string RuntimeTextOrNothing(const Control& control) {
 }  // namespace
 
 page::Problem ProblemOf(const Rule& rule, const page::FoundControl& control, Message message) {
-  return {rule.severity,      rule.id,      control.place, control.className, control.id,
-          std::move(message), control.begin};
+  return {rule.severity, rule.id, control.place, control.className, control.id, std::move(message),
+          control.begin, 0,       control.end};
 }
 
 std::span<const Rule> Rules() {

@@ -47,7 +47,7 @@ void FindPaths(std::string_view text, const Found& found) {
       if (text[end] != '#' || !IsFieldName(text.substr(name, end - name))) break;
       if (spelling.kind != FieldKind::order ||
           !EqualIgnoringCase(text.substr(name, end - name), kOrderNumber))
-        found({spelling.kind, true, text.substr(name, end - name), begin});
+        found({spelling.kind, true, text.substr(name, end - name), begin, end + 1});
       at = end + 1;
       break;
     }
@@ -65,7 +65,7 @@ void FindTags(std::string_view text, const Found& found) {
       while (tag.Next(attribute))
         if (!name && EqualIgnoringCase(attribute.name, "field")) name = attribute.value;
       if (tag.CutOff()) return;
-      if (name && IsFieldName(*name)) found({spelling.kind, false, *name, begin});
+      if (name && IsFieldName(*name)) found({spelling.kind, false, *name, begin, tag.Position()});
       at = tag.Position();
       break;
     }

@@ -53,6 +53,7 @@ struct FieldReference {
   bool isPath = true;     // otherwise a tag
   std::string_view name;  // in the text
   std::size_t at = 0;     // where the reference begins
+  std::size_t end = 0;
 };
 
 // Finds "#customer.NAME#" and "#order.NAME#", and hand-written tags <kv:contact field="NAME"> and

@@ -39,6 +39,16 @@ bool IsWritableName(std::string_view name) {
   return name.find_first_of(std::string_view("\"'<=\0", 5)) == npos;
 }
 
+// Returns the length of the element that `text` begins with: its start tag's when it has no end
+// tag.
+std::size_t ElementSize(std::string_view text) {
+  for (std::size_t at = text.find("</"); at != npos; at = text.find("</", at + 1))
+    if (IsTagAt(text, at, "</", "object")) return std::min(text.find('>', at), text.size() - 1) + 1;
+  TagReader tag(text, kObjectStart.size());
+  tag.Skip();
+  return tag.Position();
+}
+
 }  // namespace
 
 bool ControlReader::Next() {
@@ -67,7 +77,7 @@ bool ControlReader::Next() {
     }
     if (!found) continue;
     if (encoding_.kind() == PageEncoding::Kind::other) {
-      Fail(at, rule::encoding, messages::OtherEncoding(encoding_.Name()));
+      Fail({at, control_.end}, rule::encoding, messages::OtherEncoding(encoding_.Name()));
       refused_ = true;
     }
     ++count_;
@@ -92,21 +102,22 @@ void ControlReader::FindMisplaced(const Scanner& before, std::size_t from, std::
     // Remembers that the element's start comment is misplaced as well.
     if (const std::size_t number = SpanNumberBefore(page_, element->begin); number != 0)
       misplacedSpans_[number] = {place, line};
-    const LoneElement alone =
-        ReadAlone(page_.substr(element->begin, element->end - element->begin), encoding_);
-    problems_.Add(element->begin, rule::misplacedControl, {alone.className, alone.id},
-                  CannotHoldControl(place, line, alone.runtimeText));
+    const std::string_view text = page_.substr(element->begin, element->end - element->begin);
+    const LoneElement alone = ReadAlone(text, encoding_);
+    problems_.Add({element->begin, element->begin + ElementSize(text)}, rule::misplacedControl,
+                  {alone.className, alone.id}, CannotHoldControl(place, line, alone.runtimeText));
   }
 }
 
 void ControlReader::ReportStrayEnd(std::size_t at) {
+  const Range where{at, BehindComment(at)};
   std::string_view rest = page_.substr(at + kSpanEnd.size());
   const auto misplaced = misplacedSpans_.find(TakeNumber(rest));
   if (misplaced == misplacedSpans_.end()) {
-    problems_.Add(at, rule::strayEnd, {}, messages::StrayEnd());
+    problems_.Add(where, rule::strayEnd, {}, messages::StrayEnd());
     return;
   }
-  problems_.Add(at, rule::strayEnd, {},
+  problems_.Add(where, rule::strayEnd, {},
                 messages::StrayEndOfMisplaced(misplaced->second.place, misplaced->second.line));
   misplacedSpans_.erase(misplaced);
 }
@@ -121,7 +132,7 @@ bool ControlReader::ReadObject(std::size_t at) {
   control_.begin = at;
   control_.end = end;
   const bool closed = !stopped_ && ReadParams(end);
-  if (!closed && !stopped_) Fail(at, rule::unclosedControl, messages::UnclosedControl());
+  if (!closed && !stopped_) Fail({at, end}, rule::unclosedControl, messages::UnclosedControl());
   control_.end = end;
   scanner_.SeekTo(end);
   return true;
@@ -131,8 +142,9 @@ bool ControlReader::ReadSpan(std::size_t at) {
   inComment_ = true;
   commentEnd_ = EndOfComment(page_, at);
   const auto refuse = [&](Message message) {
-    problems_.Add(at, rule::malformedSpan, {}, std::move(message));
-    scanner_.SeekTo(std::min(commentEnd_, page_.size()));
+    const std::size_t end = std::min(commentEnd_, page_.size());
+    problems_.Add({at, end}, rule::malformedSpan, {}, std::move(message));
+    scanner_.SeekTo(end);
     return false;
   };
   std::string_view rest = page_.substr(at + kSpanStart.size());
@@ -145,7 +157,7 @@ bool ControlReader::ReadSpan(std::size_t at) {
   control_.isSpan = true;
   control_.number = number;
   const bool closed = !stopped_ && ReadParams(element);
-  if (!closed && !stopped_) Fail(at, rule::unclosedControl, messages::UnclosedControl());
+  if (!closed && !stopped_) Fail({at, element}, rule::unclosedControl, messages::UnclosedControl());
   ReadSpanText(element, closed);
   scanner_.SeekTo(control_.end);
   // Keeps a broken control whose end comment is also lost from hiding the controls after it.
@@ -161,13 +173,14 @@ void ControlReader::ReadSpanText(std::size_t at, bool elementClosed) {
     if (page_.substr(at, kCommentEnd.size()) == kCommentEnd) {
       text = at + kCommentEnd.size();
     } else if (at < page_.size()) {
-      Fail(at, rule::malformedSpan, messages::SpanCommentGoesOn());
+      Fail({at, std::min(commentEnd_, page_.size())}, rule::malformedSpan,
+           messages::SpanCommentGoesOn());
     }
   }
   if (text == 0) {
     text = commentEnd_;
     if (text == npos) {
-      Fail(begin, rule::malformedSpan, messages::SpanCommentNeverEnds());
+      Fail({begin, at}, rule::malformedSpan, messages::SpanCommentNeverEnds());
       control_.textBegin = control_.textEnd = control_.end = page_.size();
       return;
     }
@@ -175,7 +188,7 @@ void ControlReader::ReadSpanText(std::size_t at, bool elementClosed) {
   control_.textBegin = control_.textEnd = control_.end = text;
   const std::size_t end = FindSpanEnd(text, control_.number);
   if (end == npos) {
-    Fail(begin, rule::missingEnd, messages::MissingEnd(EndComment(control_.number)));
+    Fail({begin, text}, rule::missingEnd, messages::MissingEnd(EndComment(control_.number)));
     return;
   }
   control_.textEnd = end;
@@ -213,7 +226,7 @@ bool ControlReader::ReadElement(std::size_t& at) {
   ReadAttributes(tag, isFirst);
   at = tag.Position();
   if (control_.contract == nullptr)
-    Fail(begin, rule::unknownClass,
+    Fail({begin, at}, rule::unknownClass,
          messages::UnknownClass(control_.className, NearestClass(control_.className)));
   return true;
 }
@@ -248,34 +261,34 @@ void ControlReader::ReadAttributes(TagReader& tag, bool hasClassId) {
   while (NextAttribute(tag, attribute)) {
     if (EqualIgnoringCase(attribute.name, "classid")) {
       if (hasClassId)
-        Fail(OffsetOf(attribute.name), rule::attribute, messages::DuplicateAttribute("classid"));
+        Fail(RangeOf(attribute), rule::attribute, messages::DuplicateAttribute("classid"));
       hasClassId = true;
     } else if (EqualIgnoringCase(attribute.name, "id")) {
       if (control_.id)
-        Fail(OffsetOf(attribute.name), rule::attribute, messages::DuplicateAttribute("id"));
+        Fail(RangeOf(attribute), rule::attribute, messages::DuplicateAttribute("id"));
       else
         control_.id = Decoded(attribute);
     } else {
       control_.attributes.push_back({attribute.name, Decoded(attribute), attribute.hasValue});
     }
   }
-  if (!control_.attributes.empty()) CheckAttributeNames(control_.begin);
+  if (!control_.attributes.empty()) CheckAttributeNames({control_.begin, tag.Position()});
 }
 
-void ControlReader::CheckAttributeNames(std::size_t at) {
+void ControlReader::CheckAttributeNames(Range tag) {
   std::vector<std::string> names;
   for (const ReadControl::Attribute& attribute : control_.attributes) {
     std::string name;
     const bool valid = encoding_.Decode(attribute.name, name) == npos;
     if (!valid || !IsWritableName(attribute.name))
-      Fail(at, rule::attribute, messages::UnwritableAttribute(Printable(attribute.name)));
+      Fail(tag, rule::attribute, messages::UnwritableAttribute(Printable(attribute.name)));
     std::transform(name.begin(), name.end(), name.begin(), LowerAscii);
     names.push_back(std::move(name));
   }
   std::sort(names.begin(), names.end());
   for (auto twin = std::adjacent_find(names.begin(), names.end()); twin != names.end();
        twin = std::adjacent_find(twin + 1, names.end()))
-    Fail(at, rule::attribute, messages::DuplicateAttribute(*twin));
+    Fail(tag, rule::attribute, messages::DuplicateAttribute(*twin));
 }
 
 bool ControlReader::ReadParams(std::size_t& at) {
@@ -295,7 +308,7 @@ bool ControlReader::ReadParams(std::size_t& at) {
       TagReader tag(page_, at + std::string_view(closesObject ? "</object" : "</param").size());
       RawAttribute attribute;
       while (NextAttribute(tag, attribute))
-        Fail(OffsetOf(attribute.name), rule::unexpectedContent,
+        Fail(RangeOf(attribute), rule::unexpectedContent,
              messages::UnexpectedContent(Printable(attribute.name)));
       at = tag.Position();
       if (closesObject || stopped_) return closesObject && !stopped_;
@@ -306,9 +319,10 @@ bool ControlReader::ReadParams(std::size_t& at) {
         rest.starts_with(kSpanEnd) || (inComment_ && rest.starts_with(kCommentEnd)))
       return false;
     // Saving would lose anything else. Reports that once, then looks for more params.
-    if (!reported)
-      Fail(at, rule::unexpectedContent,
-           messages::UnexpectedContent(Printable(FirstLine(rest.substr(0, kShownBytes)))));
+    if (!reported) {
+      const std::string_view shown = FirstLine(rest.substr(0, kShownBytes));
+      Fail(RangeOf(shown), rule::unexpectedContent, messages::UnexpectedContent(Printable(shown)));
+    }
     reported = true;
     if (inComment_) {
       stopped_ = true;
@@ -338,22 +352,23 @@ void ControlReader::ReadParam(std::size_t& at) {
       value = Decoded(attribute);
       if (!attribute.hasValue) value.reset();
     } else {
-      Fail(OffsetOf(attribute.name), rule::malformedParam,
+      Fail(RangeOf(attribute), rule::malformedParam,
            messages::ParamAttribute(Printable(attribute.name)));
     }
   }
   at = tag.Position();
   if (stopped_) return;
-  if (!key || key->empty()) return Fail(begin, rule::malformedParam, messages::ParamWithoutName());
-  if (!value) Fail(begin, rule::malformedParam, messages::ParamWithoutValue(*key));
-  AddParam(begin, *key, value.value_or(std::string_view()));
+  const Range whole{begin, at};
+  if (!key || key->empty()) return Fail(whole, rule::malformedParam, messages::ParamWithoutName());
+  if (!value) Fail(whole, rule::malformedParam, messages::ParamWithoutValue(*key));
+  AddParam(whole, *key, value.value_or(std::string_view()));
 }
 
-void ControlReader::AddParam(std::size_t at, std::string_view key, std::string_view value) {
+void ControlReader::AddParam(Range where, std::string_view key, std::string_view value) {
   if (control_.contract != nullptr) {
     const PropertyRow* const row = control_.contract->FindKey(key);
     if (row == nullptr) {
-      Fail(at, rule::unknownKey, messages::UnknownKey(key, NearestKey(*control_.contract, key)));
+      Fail(where, rule::unknownKey, messages::UnknownKey(key, NearestKey(*control_.contract, key)));
     } else {
       auto& param =
           control_.paramOfKey[static_cast<std::size_t>(row - control_.contract->bag.data())];
@@ -362,7 +377,7 @@ void ControlReader::AddParam(std::size_t at, std::string_view key, std::string_v
         control_.params.push_back({key, value});
         return;
       }
-      Fail(at, rule::duplicateParam, messages::DuplicateParam(key));
+      Fail(where, rule::duplicateParam, messages::DuplicateParam(key));
     }
   }
   if (allParams_) control_.params.push_back({key, value});
@@ -372,13 +387,15 @@ bool ControlReader::NextAttribute(TagReader& tag, RawAttribute& attribute) {
   const bool found = tag.Next(attribute);
   if (!found && tag.CutOff()) {
     stopped_ = true;
-    if (isOurs_) Fail(control_.begin, rule::unclosedControl, messages::CutOffTag());
+    if (isOurs_)
+      Fail({control_.begin, tag.Position()}, rule::unclosedControl, messages::CutOffTag());
     return false;
   }
   if (!inComment_ || tag.Position() < commentEnd_) return found;
   stopped_ = true;
   if (isOurs_)
-    Fail(commentEnd_ - kCommentEnd.size(), rule::malformedSpan, messages::SpanCommentEndsEarly());
+    Fail({commentEnd_ - kCommentEnd.size(), commentEnd_}, rule::malformedSpan,
+         messages::SpanCommentEndsEarly());
   return false;
 }
 
@@ -390,7 +407,7 @@ std::string_view ControlReader::Decoded(const RawAttribute& attribute) {
   text.clear();
   const std::size_t invalid = encoding_.DecodeAttribute(attribute.value, text);
   if (invalid != npos && encoding_.kind() != PageEncoding::Kind::other)
-    Fail(OffsetOf(attribute.value) + invalid, rule::invalidBytes,
+    Fail(RangeOf(attribute.value.substr(invalid, 1)), rule::invalidBytes,
          messages::InvalidBytes(static_cast<unsigned char>(attribute.value[invalid]),
                                 encoding_.Name()));
   return text;
@@ -407,9 +424,9 @@ std::string ControlReader::Printable(std::string_view bytes) const {
   }
 }
 
-void ControlReader::Fail(std::size_t at, std::string_view rule, Message message) {
+void ControlReader::Fail(Range where, std::string_view rule, Message message) {
   control_.broken = true;
-  problems_.Add(at, rule, control_.Subject(), std::move(message));
+  problems_.Add(where, rule, control_.Subject(), std::move(message));
 }
 
 std::size_t ControlReader::FindSpanEnd(std::size_t from, std::size_t number) {

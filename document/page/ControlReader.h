@@ -93,11 +93,11 @@ class ControlReader {
   bool ReadElement(std::size_t& at);
   bool ReadClass(const RawAttribute& classId);
   void ReadAttributes(TagReader& tag, bool hasClassId);
-  void CheckAttributeNames(std::size_t at);
+  void CheckAttributeNames(Range tag);
   // Returns whether "</object>" was found.
   bool ReadParams(std::size_t& at);
   void ReadParam(std::size_t& at);
-  void AddParam(std::size_t at, std::string_view key, std::string_view value);
+  void AddParam(Range where, std::string_view key, std::string_view value);
   // Reads what follows a span's element: the rest of its comment, the text and the end comment.
   void ReadSpanText(std::size_t at, bool elementClosed);
 
@@ -111,9 +111,17 @@ class ControlReader {
   std::string_view Decoded(const RawAttribute& attribute);
   // Returns bytes of the page as UTF-8 for messages, replacing invalid ones.
   std::string Printable(std::string_view bytes) const;
-  void Fail(std::size_t at, std::string_view rule, Message message);
+  void Fail(Range where, std::string_view rule, Message message);
   std::size_t OffsetOf(std::string_view part) const {
     return static_cast<std::size_t>(part.data() - page_.data());
+  }
+  Range RangeOf(std::string_view part) const {
+    return {OffsetOf(part), OffsetOf(part) + part.size()};
+  }
+  // From the attribute's name to the end of its value, without the closing quotation mark.
+  Range RangeOf(const RawAttribute& attribute) const {
+    return {OffsetOf(attribute.name),
+            RangeOf(attribute.hasValue ? attribute.value : attribute.name).end};
   }
 
   std::size_t FindSpanEnd(std::size_t from, std::size_t number);

@@ -216,7 +216,8 @@ class Writer {
   const ReadControl& Found() const { return reader_.Control(); }
 
   void Fail(std::string_view rule, Message message, Severity severity = Severity::error) {
-    problems_.Add(Found().begin, rule, Found().Subject(), std::move(message), severity);
+    problems_.Add({Found().begin, Found().end}, rule, Found().Subject(), std::move(message),
+                  severity);
   }
 
   // Controls' output may push the page's declaration out of reach, contain a declaration, or remove

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "common/values/Localized.h"
+#include "document/page/TextEdit.h"
 
 namespace kvo::page {
 
@@ -20,6 +22,12 @@ struct Place {
 
 enum class Severity { error, warning };
 
+// The one sure way to mend a problem. Making the edits removes the problem and adds none.
+struct Fix {
+  Message title;  // what the edits do, as a command: "Write ..."
+  TextEdits edits;
+};
+
 // One finding. The message says what is wrong and what to do; it names neither file nor place.
 struct Problem {
   Severity severity = Severity::error;
@@ -30,6 +38,8 @@ struct Problem {
   Message message;
   std::size_t offset = 0;  // of the place, in bytes of the page
   std::size_t more = 0;    // not 0: represents this many of its rule, see Told
+  std::size_t end = 0;     // of the bytes that it is about; 0: only the place is known
+  std::optional<Fix> fix{};
 };
 
 // In page order.

@@ -38,7 +38,7 @@ Place PlaceFinder::At(std::size_t offset) {
   return place_;
 }
 
-void ProblemList::Add(std::size_t offset, std::string_view rule, Subject subject, Message message,
+void ProblemList::Add(Range where, std::string_view rule, Subject subject, Message message,
                       Severity severity) {
   if (severity == Severity::error) ++errors_;
   problems_.push_back({severity,
@@ -47,7 +47,9 @@ void ProblemList::Add(std::size_t offset, std::string_view rule, Subject subject
                        Beginning(subject.control),
                        Beginning(subject.id),
                        std::move(message),
-                       offset});
+                       where.begin,
+                       0,
+                       where.end});
 }
 
 Problems ProblemList::Take(std::string_view page, const PageEncoding& encoding) {

@@ -33,9 +33,18 @@ struct Subject {
   std::string_view id;
 };
 
+// The bytes of a page that a problem is about.
+struct Range {
+  Range(std::size_t at) : begin(at) {}  // only the place is known
+  Range(std::size_t from, std::size_t to) : begin(from), end(to) {}
+
+  std::size_t begin;
+  std::size_t end = 0;
+};
+
 class ProblemList {
  public:
-  void Add(std::size_t offset, std::string_view rule, Subject subject, Message message,
+  void Add(Range where, std::string_view rule, Subject subject, Message message,
            Severity severity = Severity::error);
 
   bool HasErrors() const { return errors_ != 0; }

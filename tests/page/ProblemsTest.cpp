@@ -22,6 +22,9 @@ TEST_P(Finding, ReportsPlaceAndRuleAndSavesNothing) {
     EXPECT_NE(problem.message.german, "");
     EXPECT_NE(problem.message.english, "");
     EXPECT_NE(problem.message.german, problem.message.english);
+    if (problem.end == 0) continue;
+    EXPECT_GT(problem.end, problem.offset);
+    EXPECT_LE(problem.end, GetParam().page.size());
   }
 }
 
@@ -204,6 +207,24 @@ TEST_F(Messages, NameTheBeginningOfALongId) {
 }
 
 // The report when there are many problems.
+
+TEST(ProblemRange, CoversWhatTheProblemIsAbout) {
+  const auto covered = [](const std::string& page) {
+    const Problems problems = Inspect(Page(page)).problems;
+    return problems.empty() ? ""
+                            : page.substr(problems[0].offset, problems[0].end - problems[0].offset);
+  };
+  EXPECT_EQ(covered("a" + Element("", "DTCPrnt")),
+            "<object classid=\"progid:KVOPDesignObjects.DTCPrnt\">");
+  EXPECT_EQ(covered(Element(Param("Value", "x"))), Param("Value", "x"));
+  EXPECT_EQ(covered(Element("<param name=format type=a value=x>")), "type=a");
+  EXPECT_EQ(covered("<object classid=progid:KVOPDesignObjects.DTCPrint id=a id=b></object>"),
+            "id=b");
+  EXPECT_EQ(covered(Element("Preis\n" + Param("value", "x"))), "Preis");
+  EXPECT_EQ(covered("x" + kEnd + "y"), kEnd);
+  EXPECT_EQ(covered(kStart + kPrint + "-->" + kText), kStart + kPrint + "-->");
+  EXPECT_EQ(covered("<!--" + kPrint + "-->"), kPrint);
+}
 
 Problem ProblemOf(std::string_view rule, std::size_t line, Severity severity = Severity::error) {
   return {severity, rule, {line, 1}, "DTCPrint", "", {"falsch", "wrong"}, line, 0};
