@@ -85,18 +85,19 @@ ExitCode Check(const CheckValues& values) {
   platform.recordsets = shop::NewRecordset;
   Offices offices(values.office);
   Json all = Json::array();
-  const ExitCode code = ForEachPage(values.pages, [&](const std::string& file) {
+  const auto show = [&](const std::string& file, const page::Problems& problems) {
+    if (!values.json) return ShowProblems(Stream::output, ShownName(file), problems);
+    for (const page::Problem& problem : page::Told(problems))
+      all.push_back(ProblemJson(ShownName(file), problem));
+  };
+  const ExitCode code = ForEachPage(PagesIn(values.pages), [&](const std::string& file) {
     const page::Page page(page::ReadFile(file));
     Known& known = offices.Of(file);
-    const page::Problems problems =
+    page::Problems problems =
         check::CheckPage(page, known.office, known.products ? &*known.products : nullptr);
-    if (values.json) {
-      for (const page::Problem& problem : page::Told(problems))
-        all.push_back(ProblemJson(ShownName(file), problem));
-    } else {
-      ShowProblems(Stream::output, ShownName(file), problems);
-    }
-    return page::HasErrors(problems) ? ExitCode::problemsFound : ExitCode::good;
+    const bool failed = page::HasErrors(problems);
+    return PageResult{failed ? ExitCode::problemsFound : ExitCode::good,
+                      [&show, file, problems = std::move(problems)] { show(file, problems); }};
   });
   if (values.json) PrintJson({{"problems", std::move(all)}});
   return Worse(code, offices.Code());

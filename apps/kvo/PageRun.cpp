@@ -75,13 +75,15 @@ std::string FileNamePart(std::string_view name) {
 }
 
 ExitCode ForEachPage(const std::vector<std::string>& pages,
-                     const std::function<ExitCode(const std::string& page)>& work) {
+                     const std::function<PageResult(const std::string& page)>& work) {
   ExitCode code = ExitCode::good;
   Progress progress([&] { return static_cast<std::int64_t>(pages.size()); });
   for (const std::string& file : pages) {
     progress.Next(ShownName(file));
     try {
-      code = Worse(code, work(file));
+      const PageResult result = work(file);
+      if (result.show) result.show();
+      code = Worse(code, result.code);
     } catch (const page::FileError& error) {
       PrintError(error.Text(UserLanguage()));
       code = ExitCode::failure;
@@ -90,7 +92,7 @@ ExitCode ForEachPage(const std::vector<std::string>& pages,
   return code;
 }
 
-std::vector<std::string> Targets(const std::vector<std::string>& pages, const std::string& output,
+std::vector<std::string> Targets(const NamedPages& pages, const std::string& output,
                                  OverPage over) {
   std::error_code ignored;
   const bool folder = output != kStandardStream && !output.empty() &&
@@ -102,7 +104,7 @@ std::vector<std::string> Targets(const std::vector<std::string>& pages, const st
                       {output}));
   std::vector<std::string> targets;
   std::map<std::string, std::string> taken;
-  for (const std::string& file : pages) {
+  for (const auto& [file, below] : pages) {
     std::string target = output.empty() ? file : output;
     if (folder) {
       if (file == kStandardStream)
@@ -111,7 +113,7 @@ std::vector<std::string> Targets(const std::vector<std::string>& pages, const st
                            "Standard input has no file name. Name a file behind -o instead of the "
                            "folder \"{}\"."},
                           {output}));
-      target = (std::filesystem::path(output) / std::filesystem::path(file).filename()).string();
+      target = (std::filesystem::path(output) / below).string();
     }
     const auto [other, isNew] = taken.emplace(target, file);
     if (!isNew)
@@ -120,7 +122,10 @@ std::vector<std::string> Targets(const std::vector<std::string>& pages, const st
                         {other->second, file, target}));
     targets.push_back(target);
   }
-  ProtectPages(pages, targets, over);
+  ProtectPages(FilesOf(pages), targets, over);
+  for (std::size_t i = 0; folder && i < pages.size(); ++i)
+    if (std::filesystem::path(pages[i].below).has_parent_path())
+      MakeFolder(std::filesystem::path(targets[i]).parent_path().string());
   return targets;
 }
 
@@ -164,12 +169,12 @@ ExitCode WritePage(const std::string& file, const std::string& target, const Pag
   return ExitCode::good;
 }
 
-ExitCode WritePages(const std::vector<std::string>& pages, const std::vector<std::string>& targets,
+ExitCode WritePages(const NamedPages& pages, const std::vector<std::string>& targets,
                     const PageWriter& write) {
   using Written = std::map<FileIdentity, std::string>;
   Written written;
   auto next = targets.begin();
-  return ForEachPage(pages, [&](const std::string& file) {
+  const auto writeNext = [&](const std::string& file) {
     const std::string& target = *next++;
     if (target == file) return WritePage(file, target, write);
     const auto taken = written.find(IdentityOf(target, STDOUT_FILENO).value_or(FileIdentity()));
@@ -190,7 +195,9 @@ ExitCode WritePages(const std::vector<std::string>& pages, const std::vector<std
       written.insert(std::move(entry));
     }
     return code;
-  });
+  };
+  return ForEachPage(FilesOf(pages),
+                     [&](const std::string& file) { return PageResult{writeNext(file)}; });
 }
 
 void MakeFolder(const std::string& folder) {

@@ -8,7 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "apps/kvo/FindPages.h"
 #include "apps/kvo/Terminal.h"
+#include "document/page/File.h"
 #include "document/page/Page.h"
 
 namespace kvo {
@@ -30,18 +32,31 @@ class Progress {
   Clock::time_point told_ = Clock::now();
 };
 
-// Calls `work` for each page and returns the worst outcome. Reports a page that cannot be read or
-// written and continues with the others. Shows progress on standard error when it takes long.
+// What came of one page. `show`, which may be empty, prints it and adds it to the command's whole
+// result; it runs in the order of the pages and never two at once.
+struct PageResult {
+  ExitCode code = ExitCode::good;
+  std::function<void()> show = {};
+};
+
+// Calls `work` for each page, on any core and in any order, and returns the worst outcome. `work`
+// prints nothing and shares nothing that it changes; `show` does both. Reports a page that cannot
+// be read or written (page::FileError) in its turn and continues with the others; any other
+// exception ends the run in the page's turn. Shows progress on standard error when it takes long.
 ExitCode ForEachPage(const std::vector<std::string>& pages,
-                     const std::function<ExitCode(const std::string& page)>& work);
+                     const std::function<PageResult(const std::string& page)>& work);
+
+// Writes all files or none: see document/page/File.h.
+using page::FileChange;
+using page::WriteAll;
 
 // Which pages a command may overwrite with its output.
 enum class OverPage { itself, nothing };
 
-// Returns the target of each page. `output` is "" (over the page itself), a file, "-" or a folder.
-// Throws Failure when two pages have the same target or a page would be lost.
-std::vector<std::string> Targets(const std::vector<std::string>& pages, const std::string& output,
-                                 OverPage over);
+// Returns the target of each page. `output` is "" (over the page itself), a file, "-" or a folder,
+// below which a page keeps its path below the folder that the user named; makes the folders for
+// that. Throws Failure when two pages have the same target or a page would be lost.
+std::vector<std::string> Targets(const NamedPages& pages, const std::string& output, OverPage over);
 
 // Throws Failure when writing each page to its target would overwrite another page, or the page
 // itself unless `over` allows that.
@@ -55,7 +70,7 @@ ExitCode WritePage(const std::string& file, const std::string& target, const Pag
 
 // Writes each page to its target. Reports a target that is a file just written for another page
 // (say where "A.html" also names "a.html"), and leaves it unchanged.
-ExitCode WritePages(const std::vector<std::string>& pages, const std::vector<std::string>& targets,
+ExitCode WritePages(const NamedPages& pages, const std::vector<std::string>& targets,
                     const PageWriter& write);
 
 // Creates the folder for pictures if it is missing. Throws Failure.

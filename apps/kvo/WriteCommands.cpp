@@ -14,7 +14,8 @@ constexpr Localized kPages{"die Seiten; „-“ ist die Standardeingabe",
                            "the pages; \"-\" is standard input"};
 
 ExitCode Save(const WriteValues& values) {
-  return WritePages(values.pages, Targets(values.pages, values.output, OverPage::itself),
+  const NamedPages pages = FindPages(values.pages, values.output);
+  return WritePages(pages, Targets(pages, values.output, OverPage::itself),
                     [&](const page::Page& page, page::Sink& sink) {
                       return page::Save(page, sink, {.force = values.force});
                     });
@@ -27,8 +28,8 @@ ExitCode Publish(const WriteValues& values) {
              "Standardausgabe.",
              "Where to? Name the target with -o FILE or -o FOLDER, or \"-o -\" for "
              "standard output."}));
-  return WritePages(values.pages, Targets(values.pages, values.output, OverPage::nothing),
-                    page::Publish);
+  const NamedPages pages = FindPages(values.pages, values.output);
+  return WritePages(pages, Targets(pages, values.output, OverPage::nothing), page::Publish);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cerrno>
 #include <charconv>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
@@ -159,7 +160,7 @@ class NoFileSizeSignal {
   sigset_t former_;
 };
 
-void WriteAll(int descriptor, std::string_view bytes, Doing doing, const std::string& file) {
+void WriteBytes(int descriptor, std::string_view bytes, Doing doing, const std::string& file) {
   const NoFileSizeSignal guard;
   while (!bytes.empty()) {
     const ssize_t written = write(descriptor, bytes.data(), bytes.size());
@@ -224,6 +225,15 @@ Target TargetOf(const std::string& file) {
   Throw(ELOOP, Doing::writing, file);
 }
 
+// Gives each of two files the name of the other; false where the system cannot.
+bool Exchange([[maybe_unused]] const std::string& a, [[maybe_unused]] const std::string& b) {
+#ifdef RENAME_EXCHANGE
+  return renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
+#else
+  return false;
+#endif
+}
+
 // The unfinished file to remove when a signal ends the program. Of several written at once, only
 // the first.
 std::atomic<const char*> g_unfinished = nullptr;
@@ -239,13 +249,27 @@ std::string TemporaryName(const std::string& folder) {
   return name;
 }
 
+// An output of WriteAll.
+class Replacement : public Output {
+ public:
+  // Writes everything, so that only the renaming can fail.
+  virtual void Flush() = 0;
+  virtual void PlaceKeepingFormer() = 0;
+  // Undoes PlaceKeepingFormer(), if that was called.
+  virtual void PutBack() noexcept = 0;
+  virtual void FlushFolder() = 0;
+};
+
 // Writes a temporary file beside the target and renames it over the target on commit.
-class FileReplacement final : public Output {
+class FileReplacement final : public Replacement {
  public:
   // `existing` is nullptr for a new file.
   FileReplacement(std::string file, std::string target, const struct stat* existing,
                   Durable durable)
-      : file_(std::move(file)), target_(std::move(target)), durable_(durable == Durable::yes) {
+      : file_(std::move(file)),
+        target_(std::move(target)),
+        exists_(existing != nullptr),
+        durable_(durable == Durable::yes) {
     Create(existing == nullptr ? 0666 : 0600);
     try {
       if (existing != nullptr) TakeOver(*existing);
@@ -257,23 +281,63 @@ class FileReplacement final : public Output {
   ~FileReplacement() override { Remove(); }
 
   void append(std::string_view bytes) override {
-    WriteAll(temporary_.Number(), bytes, Doing::writing, file_);
+    WriteBytes(temporary_.Number(), bytes, Doing::writing, file_);
   }
 
   void Commit() override {
+    Flush();
+    Place();
+    if (durable_) FlushFolder();
+  }
+
+  void Flush() override {
     if ((durable_ && Uninterrupted([&] { return fsync(temporary_.Number()); }) != 0) ||
         !temporary_.Close())
       Throw(errno, Doing::writing, file_);
-    if (rename(temporaryName_.c_str(), target_.c_str()) != 0) Throw(errno, Doing::writing, file_);
-    Forget();
-    if (!durable_) return;
-    // The new file is in place; this makes the rename survive a power failure.
+  }
+
+  void PlaceKeepingFormer() override {
+    // After an exchange, the temporary name is that of the old file.
+    if (!exists_ || !Exchange(temporaryName_, target_)) {
+      if (exists_) former_ = FormerCopy();
+      Place();
+    }
+    placed_ = true;
+  }
+
+  void PutBack() noexcept override {
+    if (!std::exchange(placed_, false)) return;
+    if (!exists_)
+      unlink(target_.c_str());
+    else if (former_ != nullptr)
+      rename(former_->temporaryName_.c_str(), target_.c_str());
+    else
+      rename(temporaryName_.c_str(), target_.c_str());
+  }
+
+  // Makes the rename survive a power failure.
+  void FlushFolder() override {
     const Descriptor folder(Uninterrupted(
         [&] { return open(FolderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     if (folder.IsOpen()) Uninterrupted([&] { return fsync(folder.Number()); });
   }
 
  private:
+  void Place() {
+    if (rename(temporaryName_.c_str(), target_.c_str()) != 0) Throw(errno, Doing::writing, file_);
+    Forget();
+  }
+
+  // Copies the old file where the file system cannot exchange two names.
+  std::unique_ptr<FileReplacement> FormerCopy() const {
+    struct stat status;
+    if (stat(target_.c_str(), &status) != 0) Throw(errno, Doing::writing, file_);
+    auto copy = std::make_unique<FileReplacement>(file_, target_, &status, Durable::yes);
+    copy->append(ReadFile(target_));
+    copy->Flush();
+    return copy;
+  }
+
   // An entirely new file gets the default permissions.
   void Create(mode_t mode) {
     constexpr int kMostTries = 100;
@@ -326,9 +390,29 @@ class FileReplacement final : public Output {
 
   std::string file_;    // as named by the caller
   std::string target_;  // the file it leads to
+  bool exists_;
   bool durable_;
   Descriptor temporary_;
-  std::string temporaryName_;  // empty when there is nothing to remove
+  std::string temporaryName_;                // empty when there is nothing to remove
+  bool placed_ = false;                      // by PlaceKeepingFormer()
+  std::unique_ptr<FileReplacement> former_;  // a copy of the old file, if that was necessary
+};
+
+// During its lifetime, signals that end the program wait.
+class NoEnd {
+ public:
+  NoEnd() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM, SIGXCPU}) sigaddset(&signals, signal);
+    pthread_sigmask(SIG_BLOCK, &signals, &former_);
+  }
+  NoEnd(const NoEnd&) = delete;
+  NoEnd& operator=(const NoEnd&) = delete;
+  ~NoEnd() { pthread_sigmask(SIG_SETMASK, &former_, nullptr); }
+
+ private:
+  sigset_t former_;
 };
 
 // Holds the text until the commit, then writes it at once to a target that cannot be replaced:
@@ -341,7 +425,7 @@ class HeldBack final : public Output {
   void append(std::string_view bytes) override { text_ += bytes; }
 
   void Commit() override {
-    WriteAll(descriptor_, text_, Doing::passing, file_);
+    WriteBytes(descriptor_, text_, Doing::passing, file_);
     text_.clear();
     if (own_.IsOpen() && !own_.Close()) Throw(errno, Doing::passing, file_);
   }
@@ -352,6 +436,14 @@ class HeldBack final : public Output {
   int descriptor_;
   std::string text_;
 };
+
+void ExpectBytes(const std::string& file, const std::string& bytes) {
+  if (ReadFile(file) == bytes) return;
+  throw FileError(file, {Quoted(file) + ": Die Datei hat sich geändert, seit sie gelesen wurde. "
+                                        "Es wurde nichts geändert. Versuchen Sie es noch einmal.",
+                         Quoted(file) + ": The file has changed since it was read. Nothing was "
+                                        "changed. Try again."});
+}
 
 constexpr std::size_t kNoLimit = std::string::npos;
 
@@ -452,6 +544,30 @@ void WriteFile(const std::string& file, std::string_view bytes, Durable durable)
   const auto output = OpenOutput(file, durable);
   output->append(bytes);
   output->Commit();
+}
+
+void WriteAll(const std::vector<FileChange>& changes) {
+  std::vector<std::unique_ptr<Output>> outputs;
+  std::vector<Replacement*> files;
+  for (const FileChange& change : changes) {
+    outputs.push_back(OpenOutput(change.file));
+    outputs.back()->append(change.bytes);
+    if (auto* const file = dynamic_cast<Replacement*>(outputs.back().get())) files.push_back(file);
+  }
+  for (Replacement* file : files) file->Flush();
+  const NoEnd uninterrupted;
+  try {
+    for (const FileChange& change : changes)
+      if (change.formerBytes) ExpectBytes(change.file, *change.formerBytes);
+    for (Replacement* file : files) file->PlaceKeepingFormer();
+    // What cannot be replaced cannot be taken back either.
+    for (const auto& output : outputs)
+      if (dynamic_cast<Replacement*>(output.get()) == nullptr) output->Commit();
+  } catch (...) {
+    for (auto file = files.rbegin(); file != files.rend(); ++file) (*file)->PutBack();
+    throw;
+  }
+  for (Replacement* file : files) file->FlushFolder();
 }
 
 }  // namespace kvo::page

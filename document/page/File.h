@@ -4,8 +4,10 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "document/page/Problem.h"
 #include "document/page/Sink.h"
@@ -51,6 +53,18 @@ std::unique_ptr<Output> OpenOutput(const std::string& file, Durable durable = Du
 
 // Writes a whole file through OpenOutput.
 void WriteFile(const std::string& file, std::string_view bytes, Durable durable = Durable::yes);
+
+// A file and what it is to hold.
+struct FileChange {
+  std::string file;
+  std::string bytes;
+  std::optional<std::string> formerBytes = {};  // what was read from it, to write only over that
+};
+
+// Writes all files or none. Writes and flushes each beside its target first, then renames them all;
+// when one cannot be renamed, puts back the others. Follows the rules of OpenOutput otherwise.
+// Throws FileError, also for a file that no longer holds the bytes that were read from it.
+void WriteAll(const std::vector<FileChange>& changes);
 
 // Removes the temporary file being written, for programs that a signal is about to end. Safe in a
 // signal handler.
