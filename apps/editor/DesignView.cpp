@@ -1,6 +1,5 @@
 #include "apps/editor/DesignView.h"
 
-#include <QApplication>
 #include <QBuffer>
 #include <QDragEnterEvent>
 #include <QJsonArray>
@@ -8,22 +7,14 @@
 #include <QJsonObject>
 #include <QMimeData>
 #include <QPainter>
-#include <QVBoxLayout>
-#include <QWebChannel>
 #include <QWebEngineUrlRequestJob>
 
-#include "apps/editor/LocalBrowser.h"
 #include "apps/editor/SourceEdit.h"
 #include "apps/editor/Toolbox.h"
 #include "apps/editor/Words.h"
 #include "host/qt/BoxPainter.h"
 
 namespace kvo::editor {
-namespace {
-
-constexpr int kFrame = 2;  // shows that the view has the keyboard focus
-
-}  // namespace
 
 // Also draws the boxes.
 class DesignView::Source final : public PageSource {
@@ -62,7 +53,7 @@ class DesignView::Source final : public PageSource {
 // receive the next keys as text. Accepts drags from the toolbox and from source views.
 class DesignView::Browser final : public QWebEngineView {
  public:
-  explicit Browser(DesignView& view) : QWebEngineView(&view), view_(view) {}
+  explicit Browser(DesignView& view) : view_(view) {}
 
  protected:
   bool focusNextPrevChild(bool) override { return true; }
@@ -166,47 +157,20 @@ class DesignView::Bridge final : public QObject {
   DesignView& view_;
 };
 
-DesignView::DesignView(QWidget* parent)
-    : QWidget(parent),
-      source_(std::make_unique<Source>()),
-      profile_(std::make_unique<QWebEngineProfile>()),
-      bridge_(std::make_unique<Bridge>(*this)),
-      view_(new Browser(*this)) {
-  UseSource(*profile_, *source_);
-  page_ = new LocalPage(profile_.get(), view_);
-  auto* channel = new QWebChannel(page_);
-  channel->registerObject("kvo", bridge_.get());
-  page_->setWebChannel(channel, kScriptWorld);
-  connect(page_, &QWebEnginePage::loadFinished, this, [this] { Loaded(); });
-  view_->setPage(page_);
-  view_->setContextMenuPolicy(Qt::NoContextMenu);
-  view_->setAccessibleName(Text(words::kDesign));
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(kFrame, kFrame, kFrame, kFrame);
-  layout->addWidget(view_);
-  setFocusProxy(view_);
-  connect(qApp, &QApplication::focusChanged, this, [this] { update(); });
-}
+DesignView::DesignView(QWidget* parent) : DesignView(parent, new Source) {}
 
-DesignView::~DesignView() {
-  // Destroys the page before its profile.
-  delete view_;
-}
-
-void DesignView::paintEvent(QPaintEvent*) {
-  if (isAncestorOf(QApplication::focusWidget()))
-    QPainter(this).fillRect(rect(), palette().highlight());
-}
-
-void DesignView::Folder(const QString& folder) { source_->folder = folder; }
+DesignView::DesignView(QWidget* parent, Source* source)
+    : LocalView(parent, Text(words::kDesign), new Browser(*this),
+                std::unique_ptr<PageSource>(source), std::make_unique<Bridge>(*this)),
+      source_(*source) {}
 
 void DesignView::Show(const Analysis& analysis, bool written) {
   design_ = analysis.design;
   revision_ = analysis.revision;
   answered_ = analysis.answered;
-  source_->boxes = analysis.boxes;
-  if (analysis.first || DoctypeOf(design_) != DoctypeOf(source_->html)) return Reload();
-  if (!loaded_) return;  // Loaded() will show the latest state
+  source_.boxes = analysis.boxes;
+  if (analysis.first || DoctypeOf(design_) != DoctypeOf(LoadedHtml())) return Reload();
+  if (!IsLoaded()) return;  // Loaded() will show the latest state
   const Splice& change = analysis.designChange;
   Run(QString("kvo.splice(%1,%2,%3,%4,%5,%6)")
           .arg(change.at)
@@ -219,17 +183,15 @@ void DesignView::Show(const Analysis& analysis, bool written) {
 }
 
 void DesignView::Reload() {
-  loaded_ = missed_ = false;
+  missed_ = false;
   wholeRevision_ = -1;
-  source_->html = design_;
-  page_->Load();
+  Load(design_);
 }
 
 void DesignView::Loaded() {
-  loaded_ = true;
-  Run(Resource(":/qtwebchannel/qwebchannel.js") + Resource(":/editor/design.js"));
+  RunResource(":/editor/design.js");
   Run(QString("kvo.begin(%1,%2,%3,%4)")
-          .arg(source_->html == design_ ? "true" : "false")
+          .arg(LoadedHtml() == design_ ? "true" : "false")
           .arg(revision_)
           .arg(Literal(design_))
           .arg(answered_));
@@ -239,7 +201,7 @@ void DesignView::Loaded() {
 
 void DesignView::Mark(int index) {
   marked_ = index;
-  if (loaded_) Run(QString("kvo.mark(%1)").arg(index));
+  if (IsLoaded()) Run(QString("kvo.mark(%1)").arg(index));
 }
 
 void DesignView::Wait() { Run("kvo.wait()"); }
@@ -251,7 +213,7 @@ void DesignView::Refuse(int number, int revision) {
 }
 
 void DesignView::Write(const design::RenderedPlace& place, const QString& text, int revision) {
-  if (!loaded_) {
+  if (!IsLoaded()) {
     missed_ = true;
     return;
   }
@@ -272,16 +234,14 @@ void DesignView::Perform(const QString& name, const QString& value) {
   Run(QString("kvo.run(%1,%2)").arg(Literal(name), Literal(value)));
 }
 
-void DesignView::SelectAll() { view_->page()->triggerAction(QWebEnginePage::SelectAll); }
+void DesignView::SelectAll() { View().page()->triggerAction(QWebEnginePage::SelectAll); }
 
 void DesignView::PointAt(const QPoint& point, std::function<void(bool)> done) {
-  const QPointF at = QPointF(view_->mapFrom(this, point)) / view_->zoomFactor();
-  view_->page()->runJavaScript(
+  const QPointF at = QPointF(View().mapFrom(this, point)) / View().zoomFactor();
+  View().page()->runJavaScript(
       QString("kvo.pointAt(%1,%2)").arg(at.x()).arg(at.y()), kScriptWorld,
       [done = std::move(done)](const QVariant& hit) { done(hit.toBool()); });
 }
-
-void DesignView::Run(const QString& script) { view_->page()->runJavaScript(script, kScriptWorld); }
 
 }  // namespace kvo::editor
 

@@ -3,16 +3,13 @@
 // the page and never uses the network; loads pictures and style sheets from the page's folder.
 #pragma once
 
-#include <QWebEngineView>
 #include <functional>
-#include <memory>
 
 #include "apps/editor/Analysis.h"
+#include "apps/editor/LocalBrowser.h"
 #include "document/design/Rendering.h"
 
 namespace kvo::editor {
-
-class LocalPage;
 
 // What the author did, as the script in the view reports it. Messages come in their order.
 struct DesignMessage {
@@ -22,13 +19,10 @@ struct DesignMessage {
   design::RenderedPlace to;
 };
 
-class DesignView final : public QWidget {
+class DesignView final : public LocalView {
  public:
   explicit DesignView(QWidget* parent);
-  ~DesignView() override;
 
-  // Sets the folder of the page's pictures; empty for none.
-  void Folder(const QString& folder);
   // Shows the analysed page, updating only what changed. With `written`, all that changed is in
   // texts, which the view has sent or has been given by Write().
   void Show(const Analysis& analysis, bool written);
@@ -73,26 +67,16 @@ class DesignView final : public QWidget {
   // The displayed revision of the page; -1 before the first.
   int ShownRevision() const { return shownRevision_; }
 
-  QWebEngineView& View() { return *view_; }
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-
  private:
   class Bridge;
   class Browser;
   class Source;
 
+  DesignView(QWidget* parent, Source* source);
   void Reload();
-  void Loaded();
-  void Run(const QString& script);
+  void Loaded() override;
 
-  std::unique_ptr<Source> source_;
-  std::unique_ptr<QWebEngineProfile> profile_;
-  std::unique_ptr<Bridge> bridge_;
-  QWebEngineView* view_;
-  LocalPage* page_ = nullptr;
-  bool loaded_ = false;
+  Source& source_;  // owned by the base class
   QString design_;
   int revision_ = 0;
   int shownRevision_ = -1;

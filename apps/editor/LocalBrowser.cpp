@@ -2,12 +2,16 @@
 
 #include <unistd.h>
 
+#include <QApplication>
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMimeDatabase>
+#include <QPainter>
+#include <QVBoxLayout>
+#include <QWebChannel>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInfo>
@@ -26,6 +30,34 @@ class OnlyThePage final : public QWebEngineUrlRequestInterceptor {
     info.block(scheme != kPageScheme && scheme != "data");
   }
 };
+
+class LocalPage final : public QWebEnginePage {
+ public:
+  LocalPage(QWebEngineProfile* profile, QObject* parent) : QWebEnginePage(profile, parent) {
+    connect(this, &QWebEnginePage::newWindowRequested, this, [](QWebEngineNewWindowRequest&) {});
+    for (const auto off :
+         {QWebEngineSettings::JavascriptEnabled, QWebEngineSettings::PluginsEnabled,
+          QWebEngineSettings::PdfViewerEnabled, QWebEngineSettings::LocalStorageEnabled,
+          QWebEngineSettings::AutoLoadIconsForPage, QWebEngineSettings::NavigateOnDropEnabled,
+          QWebEngineSettings::FocusOnNavigationEnabled,
+          QWebEngineSettings::FullScreenSupportEnabled, QWebEngineSettings::ErrorPageEnabled})
+      settings()->setAttribute(off, false);
+  }
+
+ protected:
+  bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override {
+    return isMainFrame && type == NavigationTypeTyped && url.scheme() == kPageScheme &&
+           url.path() == kPagePath;
+  }
+  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int,
+                                const QString&) override {}
+};
+
+QString Resource(const QString& name) {
+  QFile file(name);
+  file.open(QIODevice::ReadOnly);
+  return QString::fromUtf8(file.readAll());
+}
 
 }  // namespace
 
@@ -68,39 +100,60 @@ void PageSource::Reply(QWebEngineUrlRequestJob* job, const QByteArray& type,
   job->reply(type, buffer);
 }
 
-void UseSource(QWebEngineProfile& profile, PageSource& source) {
-  profile.installUrlSchemeHandler(kPageScheme, &source);
-  profile.setUrlRequestInterceptor(new OnlyThePage(&profile));
+LocalView::LocalView(QWidget* parent, const QString& name, QWebEngineView* view,
+                     std::unique_ptr<PageSource> source, std::unique_ptr<QObject> bridge)
+    : QWidget(parent),
+      source_(std::move(source)),
+      profile_(std::make_unique<QWebEngineProfile>()),
+      bridge_(std::move(bridge)),
+      view_(view) {
+  constexpr int kFrame = 2;
+  profile_->installUrlSchemeHandler(kPageScheme, source_.get());
+  profile_->setUrlRequestInterceptor(new OnlyThePage(profile_.get()));
+  auto* page = new LocalPage(profile_.get(), view_);
+  auto* channel = new QWebChannel(page);
+  channel->registerObject("kvo", bridge_.get());
+  page->setWebChannel(channel, kScriptWorld);
+  connect(page, &QWebEnginePage::loadFinished, this, [this] {
+    loaded_ = true;
+    Loaded();
+  });
+  view_->setPage(page);
+  view_->setContextMenuPolicy(Qt::NoContextMenu);
+  view_->setAccessibleName(name);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(kFrame, kFrame, kFrame, kFrame);
+  layout->addWidget(view_);
+  setFocusProxy(view_);
+  connect(qApp, &QApplication::focusChanged, this, [this] { update(); });
 }
 
-LocalPage::LocalPage(QWebEngineProfile* profile, QObject* parent)
-    : QWebEnginePage(profile, parent) {
-  connect(this, &QWebEnginePage::newWindowRequested, this, [](QWebEngineNewWindowRequest&) {});
-  for (const auto off :
-       {QWebEngineSettings::JavascriptEnabled, QWebEngineSettings::PluginsEnabled,
-        QWebEngineSettings::PdfViewerEnabled, QWebEngineSettings::LocalStorageEnabled,
-        QWebEngineSettings::AutoLoadIconsForPage, QWebEngineSettings::NavigateOnDropEnabled,
-        QWebEngineSettings::FocusOnNavigationEnabled, QWebEngineSettings::FullScreenSupportEnabled,
-        QWebEngineSettings::ErrorPageEnabled})
-    settings()->setAttribute(off, false);
+LocalView::~LocalView() {
+  view_->page()->disconnect(this);
+  // Destroys the page before its profile.
+  delete view_;
 }
 
-void LocalPage::Load() { load(QUrl(QString(kPageScheme) + ':' + kPagePath)); }
+void LocalView::Load(const QString& html) {
+  loaded_ = false;
+  source_->html = html;
+  view_->page()->load(QUrl(QString(kPageScheme) + ':' + kPagePath));
+}
 
-bool LocalPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
-  return isMainFrame && type == NavigationTypeTyped && url.scheme() == kPageScheme &&
-         url.path() == kPagePath;
+void LocalView::RunResource(const QString& name) {
+  Run(Resource(":/qtwebchannel/qwebchannel.js") + Resource(name));
+}
+
+void LocalView::Run(const QString& script) { view_->page()->runJavaScript(script, kScriptWorld); }
+
+void LocalView::paintEvent(QPaintEvent*) {
+  if (isAncestorOf(QApplication::focusWidget()))
+    QPainter(this).fillRect(rect(), palette().highlight());
 }
 
 QString Literal(const QString& text) {
   const QByteArray list = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
   return QString::fromUtf8(list.sliced(1, list.size() - 2));
-}
-
-QString Resource(const QString& name) {
-  QFile file(name);
-  file.open(QIODevice::ReadOnly);
-  return QString::fromUtf8(file.readAll());
 }
 
 QStringView DoctypeOf(const QString& html) {

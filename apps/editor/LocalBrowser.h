@@ -7,6 +7,8 @@
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
 #include <QWebEngineUrlSchemeHandler>
+#include <QWebEngineView>
+#include <memory>
 
 namespace kvo::editor {
 
@@ -35,23 +37,43 @@ class PageSource : public QWebEngineUrlSchemeHandler {
   QString FileOf(const QString& path) const;
 };
 
-// Connects a profile to its source, and blocks all other requests. The source must outlive it.
-void UseSource(QWebEngineProfile& profile, PageSource& source);
-
-class LocalPage final : public QWebEnginePage {
+// A view with a browser in it, the channel to its script, and a frame that shows the keyboard
+// focus.
+class LocalView : public QWidget {
  public:
-  LocalPage(QWebEngineProfile* profile, QObject* parent);
-  void Load();  // what the source has
+  ~LocalView() override;
+
+  // Sets the folder of the page's pictures; empty for none.
+  void Folder(const QString& folder) { source_->folder = folder; }
+  QWebEngineView& View() { return *view_; }
 
  protected:
-  bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
-  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int,
-                                const QString&) override {}
+  // Takes `view`. The script calls `bridge` under the name kvo.
+  LocalView(QWidget* parent, const QString& name, QWebEngineView* view,
+            std::unique_ptr<PageSource> source, std::unique_ptr<QObject> bridge);
+
+  // Loads a page; Loaded() follows when it is there.
+  void Load(const QString& html);
+  virtual void Loaded() = 0;
+  bool IsLoaded() const { return loaded_; }
+  // The page that was loaded; Run() may have changed it since.
+  const QString& LoadedHtml() const { return source_->html; }
+  // Runs a file of the resources, after which scripts can call the bridge.
+  void RunResource(const QString& name);
+  void Run(const QString& script);
+
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  std::unique_ptr<PageSource> source_;
+  std::unique_ptr<QWebEngineProfile> profile_;
+  std::unique_ptr<QObject> bridge_;
+  QWebEngineView* view_;
+  bool loaded_ = false;
 };
 
 // Returns a text as a script literal.
 QString Literal(const QString& text);
-QString Resource(const QString& name);
 // Only loading a new document can change the doctype.
 QStringView DoctypeOf(const QString& html);
 

@@ -3,24 +3,17 @@
 #pragma once
 
 #include <QLabel>
-#include <QWebEngineView>
 #include <functional>
-#include <memory>
 
+#include "apps/editor/LocalBrowser.h"
 #include "apps/editor/PreviewWork.h"
 
 namespace kvo::editor {
 
-class LocalPage;
-class PageSource;
-
-class PreviewView final : public QWidget {
+class PreviewView final : public LocalView {
  public:
   explicit PreviewView(QWidget* parent);
-  ~PreviewView() override;
 
-  // Sets the folder of the page's pictures; empty for none.
-  void Folder(const QString& folder);
   // Updates only what changed; keeps the scroll position within a page.
   void Show(const PreviewResult& result);
   // Outlines what a control became; -1 for none.
@@ -34,28 +27,16 @@ class PreviewView final : public QWidget {
   // The displayed revision of the page; -1 before the first.
   int ShownRevision() const { return shownRevision_; }
 
-  QWebEngineView& View() { return *view_; }
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-
  private:
   class Bridge;
 
   void Reload();
-  void Loaded();
+  void Loaded() override;
   // Covers the view with its present picture until the page is loaded anew.
   void Cover();
-  void Run(const QString& script);
 
-  std::unique_ptr<PageSource> source_;
-  std::unique_ptr<QWebEngineProfile> profile_;
-  std::unique_ptr<Bridge> bridge_;
-  QWebEngineView* view_;
-  LocalPage* page_;
   QLabel* cover_;
   QPointF scrolled_;  // where the page is scrolled to, in its own pixels
-  bool loaded_ = false;
   bool dark_ = false;
   bool pictures_ = true;
   QString html_;
