@@ -27,26 +27,13 @@ constexpr std::int64_t kMostNames = 1000;
 // Finds "#GROUP.NAME#" of any group, and hand-written tags of fields.
 std::set<PageField> FieldsIn(std::string_view published) {
   std::set<PageField> fields;
-  check::ForEachFieldReference(published, [&](const check::FieldReference& reference) {
-    fields.emplace(
-        reference.kind == check::FieldKind::contact ? preview::kCustomer : preview::kOrder,
-        reference.name);
+  uses::ForEachFieldReference(published, [&](const uses::FieldReference& reference) {
+    fields.emplace(uses::GroupOf(reference.kind), reference.name);
   });
-  const auto isName = [](std::string_view text) {
-    return !text.empty() && std::ranges::all_of(text, [](unsigned char c) {
-      return std::isalnum(c) != 0 || c == '_' || c == '-' || c >= 0x80;
-    });
-  };
-  for (std::size_t at = published.find('#'); at != std::string_view::npos;) {
-    const std::size_t end = published.find('#', at + 1);
-    if (end == std::string_view::npos) break;
-    const std::string_view path = published.substr(at + 1, end - at - 1);
-    const std::size_t dot = path.find('.');
-    const bool isField = dot != std::string_view::npos && isName(path.substr(0, dot)) &&
-                         isName(path.substr(dot + 1));
-    if (isField) fields.emplace(path.substr(0, dot), path.substr(dot + 1));
-    at = isField ? published.find('#', end + 1) : end;
-  }
+  uses::ForEachReference(published, [&](const uses::Reference& reference) {
+    if (reference.group != uses::kScriptGroup && uses::IsFieldName(reference.name))
+      fields.emplace(reference.group, reference.name);
+  });
   constexpr std::string_view kConfigTag = "kv:config";
   for (std::size_t at = published.find('<'); at != page::npos; at = published.find('<', at + 1)) {
     if (!page::IsTagAt(published, at, "<", kConfigTag)) continue;

@@ -8,6 +8,7 @@
 #include "document/check/Products.h"
 #include "document/page/Messages.h"
 #include "document/page/ProblemList.h"
+#include "document/uses/Uses.h"
 
 namespace kvo::check {
 namespace {
@@ -84,18 +85,6 @@ class Balance {
   page::Problems problems_;
 };
 
-// Returns the page with blanks in place of its controls, so that no offset changes.
-std::string WithoutControls(const page::Page& page,
-                            const std::vector<page::FoundControl>& controls) {
-  std::string text(page.Bytes());
-  for (const page::FoundControl& control : controls) {
-    const std::size_t end = std::min(control.end, text.size());
-    if (control.begin < end)
-      text.replace(control.begin, end - control.begin, end - control.begin, ' ');
-  }
-  return text;
-}
-
 // Reports unknown fields in the page's text between its controls.
 page::Problems CheckOwnText(const page::Page& page, const std::vector<page::FoundControl>& controls,
                             KnownFields& fields) {
@@ -104,8 +93,9 @@ page::Problems CheckOwnText(const page::Page& page, const std::vector<page::Foun
   if (page.Encoding().kind() == page::PageEncoding::Kind::utf16) return {};
   page::ProblemList problems;
   std::size_t told = 0;
-  ForEachFieldReference(WithoutControls(page, controls), [&](const FieldReference& reference) {
-    if (told > kMostTold) return;
+  ForEachFieldReference(uses::WithoutControls(page, controls), [&](const FieldReference&
+                                                                       reference) {
+    if (told > kMostTold || IsOrderNumberPath(reference)) return;
     std::string name;
     page.Encoding().Decode(reference.name, name);
     auto message = UnknownFieldMessage(reference.kind, name, fields);

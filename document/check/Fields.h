@@ -1,8 +1,7 @@
-// The fields that an office knows, and references to fields in a text.
+// The fields that an office knows.
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,8 +11,13 @@
 
 #include "common/values/Object.h"
 #include "document/page/Problem.h"
+#include "document/uses/References.h"
 
 namespace kvo::check {
+
+using uses::FieldKind;
+using uses::FieldReference;
+using uses::ForEachFieldReference;
 
 class FieldNames {
  public:
@@ -42,30 +46,14 @@ struct KnownFields {
 };
 KnownFields FieldsOf(const ObjectRef& office);
 
-// Whether a field can have this name. Blanks are allowed inside it only.
-bool IsFieldName(std::string_view name);
-
-enum class FieldKind { contact, order };
-
-// A reference to a field in a text.
-struct FieldReference {
-  FieldKind kind = FieldKind::contact;
-  bool isPath = true;     // otherwise a tag
-  std::string_view name;  // in the text
-  std::size_t at = 0;     // where the reference begins
-  std::size_t end = 0;
-};
-
-// Finds "#customer.NAME#" and "#order.NAME#", and hand-written tags <kv:contact field="NAME"> and
-// <kv:order field="NAME">. Skips what cannot be a field's name, since style sheets, for example,
-// contain similar beginnings. Works for any encoding that extends ASCII.
-void ForEachFieldReference(std::string_view text,
-                           const std::function<void(const FieldReference&)>& found);
-
 // Whether this form can name only a field. Order paths may also name other values that the template
 // engine knows; contact paths are written by the expression builder and name fields.
 inline bool IsFieldForSure(const FieldReference& reference) {
   return reference.kind == FieldKind::contact || !reference.isPath;
+}
+// Whether it is "#order.orderid#", which position lists use for the order number.
+inline bool IsOrderNumberPath(const FieldReference& reference) {
+  return reference.isPath && uses::IsOrderNumber(reference.kind, reference.name);
 }
 
 // Returns the message for an unknown field; nothing when it is known or the office has no list of

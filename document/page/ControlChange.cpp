@@ -2,66 +2,15 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
 #include <optional>
 
-#include "common/values/Ascii.h"
 #include "document/page/ElementWriter.h"
 #include "document/page/Messages.h"
 #include "document/page/ProblemList.h"
-#include "document/page/Scanner.h"
+#include "document/page/WrittenElement.h"
 
 namespace kvo::page {
 namespace {
-
-// A param as written.
-struct WrittenParam {
-  std::size_t begin = 0;  // of the white space before its tag
-  std::size_t tag = 0;
-  std::size_t end = 0;
-  std::size_t valueBegin = 0;  // of its value, quotation marks included
-  std::size_t valueEnd = 0;
-};
-
-// The params of a control's element by key, and where they begin.
-struct WrittenElement {
-  std::size_t firstParam = 0;
-  std::map<std::string, WrittenParam, std::less<>> params;
-};
-
-// `at` is the "<" of an element that is not broken.
-WrittenElement ReadElement(const Page& page, std::size_t at) {
-  const std::string_view bytes = page.Bytes();
-  TagReader start(bytes, at + kObjectStart.size());
-  start.Skip();
-  WrittenElement element;
-  std::size_t next = element.firstParam = start.Position();
-  for (;;) {
-    WrittenParam param;
-    param.begin = next;
-    while (next < bytes.size() && IsHtmlSpace(bytes[next])) ++next;
-    param.tag = next;
-    const bool isParam = IsTagAt(bytes, next, "<", "param");
-    if (!isParam && !IsTagAt(bytes, next, "</", "param")) return element;
-    TagReader tag(bytes, EndOfTagName(bytes, next + (isParam ? 1 : 2)));
-    RawAttribute attribute;
-    std::string key;
-    while (tag.Next(attribute)) {
-      if (EqualIgnoringCase(attribute.name, "name")) {
-        page.Encoding().DecodeAttribute(attribute.value, key);
-      } else if (EqualIgnoringCase(attribute.name, "value")) {
-        param.valueBegin = static_cast<std::size_t>(attribute.value.data() - bytes.data());
-        param.valueEnd = param.valueBegin + attribute.value.size();
-        const char before = bytes[param.valueBegin - 1];
-        if (before != '"' && before != '\'') continue;
-        --param.valueBegin;
-        ++param.valueEnd;
-      }
-    }
-    param.end = next = tag.Position();
-    if (isParam) element.params.emplace(std::move(key), param);
-  }
-}
 
 using Entries = std::vector<MemoryBag::Entry>;
 
@@ -73,7 +22,7 @@ const std::string* Find(const Entries& entries, std::string_view key) {
 class ElementChange {
  public:
   ElementChange(const Page& page, const FoundControl& found)
-      : page_(page), found_(found), element_(ReadElement(page, found.begin)) {}
+      : page_(page), found_(found), element_(ReadWrittenElement(page, found)) {}
 
   ControlChange Make(const Entries& before, const Entries& after) {
     // New params follow that of the row before.
@@ -82,19 +31,20 @@ class ElementChange {
     for (const PropertyRow& row : found_.contract->bag) {
       const std::string* const value = Find(after, row.key);
       const std::string* const former = Find(before, row.key);
-      const auto written = element_.params.find(row.key);
+      const auto written = std::ranges::find(element_.params, row.key, &WrittenParam::key);
       const bool isWritten = written != element_.params.end();
       if (isWritten) {
-        const WrittenParam& param = written->second;
-        space = page_.Bytes().substr(param.begin, param.tag - param.begin);
-        place = param.end;
+        space = page_.Bytes().substr(written->begin, written->tag - written->begin);
+        place = written->end;
       }
       const bool same = value == nullptr || former == nullptr ? value == former : *value == *former;
       if (same) continue;
       if (value == nullptr) {
-        if (isWritten) Add(written->second.begin, written->second.end, {});
+        if (isWritten) Add(written->begin, written->end, {});
       } else if (isWritten) {
-        Add(written->second.valueBegin, written->second.valueEnd, Quoted(*value));
+        // A control that is not broken has a value in every param.
+        const std::size_t mark = written->value->quoted ? 1 : 0;
+        Add(written->value->begin - mark, written->value->end + mark, Quoted(*value));
       } else {
         Add(place, place,
             space + "<param name=\"" + std::string(row.key) + "\" value=" + Quoted(*value) + ">");

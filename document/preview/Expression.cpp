@@ -8,7 +8,6 @@
 #include "common/values/Ascii.h"
 #include "common/values/Floating.h"
 #include "common/values/GermanFormat.h"
-#include "document/check/Fields.h"
 #include "document/page/Scanner.h"
 #include "document/preview/Record.h"
 #include "document/preview/Words.h"
@@ -17,13 +16,10 @@ namespace kvo::preview {
 namespace {
 
 using page::npos;
+using uses::IsNameCharacter;
 
 Outcome Known(Variant value) { return {std::move(value), std::nullopt}; }
 Outcome Unknown(Message why) { return {{}, std::move(why)}; }
-
-constexpr bool IsNameCharacter(char c) {
-  return IsLetter(c) || IsDigit(c) || c == '_' || c == '-' || static_cast<unsigned char>(c) >= 0x80;
-}
 
 // --- values -----------------------------------------------------------------------------------
 
@@ -454,36 +450,6 @@ std::string_view WithoutPercentSigns(std::string_view text) {
   if (text.starts_with('%')) text.remove_prefix(1);
   if (text.ends_with('%')) text.remove_suffix(1);
   return text;
-}
-
-std::optional<Reference> ReferenceAt(std::string_view text) {
-  if (!text.starts_with('#')) return std::nullopt;
-  std::size_t end = 1;
-  while (end < text.size() && IsNameCharacter(text[end])) ++end;
-  if (end == 1 || end >= text.size()) return std::nullopt;
-  if (text[end] == '#' && IsLetter(text[1]))
-    return Reference{kScript, text.substr(1, end - 1), end + 1, 0};
-  if (text[end] != '.') return std::nullopt;
-  // A path may have several names: "#system.mail.date#".
-  const std::size_t names = end + 1;
-  for (std::size_t name = names;; name = end + 1) {
-    end = text.find_first_of(".#\n\"'<>", name);
-    if (end == npos || !check::IsFieldName(text.substr(name, end - name))) return std::nullopt;
-    if (text[end] == '#') break;
-    if (text[end] != '.') return std::nullopt;
-  }
-  return Reference{text.substr(1, names - 2), text.substr(names, end - names), end + 1, 0};
-}
-
-void ForEachReference(std::string_view text, const std::function<void(const Reference&)>& found) {
-  for (std::size_t at = text.find('#'); at != npos; at = text.find('#', at)) {
-    auto reference = ReferenceAt(text.substr(at));
-    if (reference) {
-      reference->at = at;
-      found(*reference);
-    }
-    at += reference ? reference->length : 1;
-  }
 }
 
 Outcome Evaluate(std::string_view expression, const LookUp& lookUp) {

@@ -13,8 +13,13 @@
 
 #include "common/values/Localized.h"
 #include "common/values/Variant.h"
+#include "document/uses/References.h"
 
 namespace kvo::preview {
+
+using uses::ForEachReference;
+using uses::Reference;
+using uses::ReferenceAt;
 
 // A value, or why there is none.
 struct Outcome {
@@ -36,17 +41,6 @@ bool IsComputed(std::string_view text);
 std::string_view WithoutPercentSigns(std::string_view text);
 // Replaces the references of a text. Computes the whole text when it stands in percent signs.
 Outcome Fill(std::string_view text, const LookUp& lookUp);
-
-// A reference at the beginning of a text: "#group.name#", or "#name#" for a value that a script
-// set, whose group is kScript.
-struct Reference {
-  std::string_view group;
-  std::string_view name;
-  std::size_t length = 0;
-  std::size_t at = 0;  // where it begins, among those of a text
-};
-std::optional<Reference> ReferenceAt(std::string_view text);
-void ForEachReference(std::string_view text, const std::function<void(const Reference&)>& found);
 
 // A date and time as digits that sort by time, "20040423160953"; nothing for other texts. Reads
 // "23.04.2004", "2004-04-23", and both with a time.

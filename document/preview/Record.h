@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "common/values/Variant.h"
+#include "document/uses/References.h"
 
 namespace kvo::preview {
 
@@ -27,10 +28,10 @@ class Values {
 };
 
 // The groups that tags and references name; a record may have others.
-inline constexpr std::string_view kCustomer = "customer";
-inline constexpr std::string_view kOrder = "order";
+inline constexpr std::string_view kCustomer = uses::kContactGroup;
+inline constexpr std::string_view kOrder = uses::kOrderGroup;
 inline constexpr std::string_view kConfig = "config";
-inline constexpr std::string_view kScript = "script";  // what scripts of the page set
+inline constexpr std::string_view kScript = uses::kScriptGroup;
 
 // One recipient. A reference "#customer.Email#" is the value "Email" of the group "customer".
 struct Record {

@@ -1,0 +1,100 @@
+#include "document/uses/References.h"
+
+#include <algorithm>
+
+#include "common/values/Ascii.h"
+#include "document/page/Scanner.h"
+
+namespace kvo::uses {
+namespace {
+
+using page::npos;
+
+struct FieldTag {
+  FieldKind kind;
+  std::string_view name;
+};
+constexpr FieldTag kFieldTags[] = {{FieldKind::contact, "kv:contact"},
+                                   {FieldKind::order, "kv:order"}};
+
+using Found = std::function<void(const FieldReference&)>;
+
+void FindPaths(std::string_view text, const Found& found) {
+  for (std::size_t at = text.find('#'); at != npos; at = text.find('#', at)) {
+    const auto reference = ReferenceAt(text.substr(at));
+    const bool isContact = reference && reference->group == kContactGroup;
+    const bool isField =
+        reference && (isContact || reference->group == kOrderGroup) && IsFieldName(reference->name);
+    if (isField)
+      found({isContact ? FieldKind::contact : FieldKind::order, true, reference->name, at,
+             at + reference->length});
+    at += isField ? reference->length : 1;
+  }
+}
+
+void FindTags(std::string_view text, const Found& found) {
+  for (std::size_t at = text.find('<'); at != npos; at = text.find('<', at)) {
+    const std::size_t begin = at++;
+    for (const FieldTag& fieldTag : kFieldTags) {
+      if (!page::IsTagAt(text, begin, "<", fieldTag.name)) continue;
+      page::TagReader tag(text, at + fieldTag.name.size());
+      page::RawAttribute attribute;
+      std::optional<std::string_view> name;
+      while (tag.Next(attribute))
+        if (!name && EqualIgnoringCase(attribute.name, "field")) name = attribute.value;
+      if (tag.CutOff()) return;
+      if (name && IsFieldName(*name)) found({fieldTag.kind, false, *name, begin, tag.Position()});
+      at = tag.Position();
+      break;
+    }
+  }
+}
+
+}  // namespace
+
+bool IsFieldName(std::string_view name) {
+  const auto belongs = [](char c) { return IsNameCharacter(c) || c == ' '; };
+  return !name.empty() && name.front() != ' ' && name.back() != ' ' &&
+         std::ranges::all_of(name, belongs);
+}
+
+std::optional<Reference> ReferenceAt(std::string_view text) {
+  if (!text.starts_with('#')) return std::nullopt;
+  std::size_t end = 1;
+  while (end < text.size() && IsNameCharacter(text[end])) ++end;
+  if (end == 1 || end >= text.size()) return std::nullopt;
+  if (text[end] == '#' && IsLetter(text[1]))
+    return Reference{kScriptGroup, text.substr(1, end - 1), end + 1, 0};
+  if (text[end] != '.') return std::nullopt;
+  // A path may have several names: "#system.mail.date#".
+  const std::size_t names = end + 1;
+  for (std::size_t name = names;; name = end + 1) {
+    end = text.find_first_of(".#\n\"'<>", name);
+    if (end == npos || !IsFieldName(text.substr(name, end - name))) return std::nullopt;
+    if (text[end] == '#') break;
+    if (text[end] != '.') return std::nullopt;
+  }
+  return Reference{text.substr(1, names - 2), text.substr(names, end - names), end + 1, 0};
+}
+
+void ForEachReference(std::string_view text, const std::function<void(const Reference&)>& found) {
+  for (std::size_t at = text.find('#'); at != npos; at = text.find('#', at)) {
+    auto reference = ReferenceAt(text.substr(at));
+    if (reference) {
+      reference->at = at;
+      found(*reference);
+    }
+    at += reference ? reference->length : 1;
+  }
+}
+
+void ForEachFieldReference(std::string_view text, const Found& found) {
+  FindPaths(text, found);
+  FindTags(text, found);
+}
+
+bool IsOrderNumber(FieldKind kind, std::string_view name) {
+  return kind == FieldKind::order && EqualIgnoringCase(name, "orderid");
+}
+
+}  // namespace kvo::uses
