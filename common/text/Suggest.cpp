@@ -80,22 +80,29 @@ std::string Folded(std::string_view text) {
 
 }  // namespace
 
-std::string_view Suggest(std::string_view name, std::span<const std::string_view> candidates) {
+Suggestion SuggestNear(std::string_view name, std::span<const std::string_view> candidates) {
   if (name.empty() || name.size() > kLongest) return {};
-  std::string_view best;
-  std::size_t bestDistance = std::max<std::size_t>(name.size() / 3, 1) + 1;
+  Suggestion best;
+  const std::size_t limit = std::max<std::size_t>(name.size() / 3, 1) + 1;
+  std::size_t bestDistance = limit;
   const std::string folded = Folded(name);
   const Letters letters(folded);
   for (const std::string_view candidate : candidates) {
     const auto [shorter, longer] = std::minmax({candidate.size(), name.size()});
-    if (candidate.size() > kLongest || longer - shorter >= bestDistance) continue;
-    if (letters.LeastEdits(candidate) >= bestDistance) continue;
-    const std::size_t distance = EditDistance(folded, Folded(candidate), bestDistance);
+    if (candidate.size() > kLongest || longer - shorter >= limit) continue;
+    if (letters.LeastEdits(candidate) >= limit || candidate == best.name) continue;
+    const std::size_t distance = EditDistance(folded, Folded(candidate), limit);
+    if (distance >= limit) continue;
+    best.only = best.name.empty();
     if (distance >= bestDistance) continue;
-    best = candidate;
+    best.name = candidate;
     bestDistance = distance;
   }
   return best;
+}
+
+std::string_view Suggest(std::string_view name, std::span<const std::string_view> candidates) {
+  return SuggestNear(name, candidates).name;
 }
 
 }  // namespace kvo

@@ -10,4 +10,11 @@ namespace kvo {
 // of `name` would have to be edited. Ignores case; swapping two neighbours counts as one edit.
 std::string_view Suggest(std::string_view name, std::span<const std::string_view> candidates);
 
+// The same, and whether it is the only candidate that is near enough.
+struct Suggestion {
+  std::string_view name;
+  bool only = false;
+};
+Suggestion SuggestNear(std::string_view name, std::span<const std::string_view> candidates);
+
 }  // namespace kvo

@@ -5,7 +5,9 @@
 
 #include "common/values/RuntimeError.h"
 #include "document/check/ControlRules.h"
+#include "document/check/Fixes.h"
 #include "document/check/Products.h"
+#include "document/page/ElementWriter.h"
 #include "document/page/Messages.h"
 #include "document/page/ProblemList.h"
 #include "document/uses/Uses.h"
@@ -85,16 +87,30 @@ class Balance {
   page::Problems problems_;
 };
 
+// Returns the edit that writes another field's name in a reference; nothing when the page's
+// encoding lacks its characters or a blank would end a value without quotation marks.
+std::optional<page::TextEdit> Renaming(std::string_view text, const FieldReference& reference,
+                                       const std::string& newName,
+                                       const page::PageEncoding& encoding) {
+  const auto begin = static_cast<std::size_t>(reference.name.data() - text.data());
+  if (newName.find(' ') != std::string::npos && begin > 0 && text[begin - 1] == '=')
+    return std::nullopt;
+  page::TextEdit edit{begin, begin + reference.name.size(), {}};
+  if (page::AppendText(newName, encoding, edit.bytes)) return std::nullopt;
+  return edit;
+}
+
 // Reports unknown fields in the page's text between its controls.
 page::Problems CheckOwnText(const page::Page& page, const std::vector<page::FoundControl>& controls,
-                            KnownFields& fields) {
+                            KnownFields& fields, Fixes wanted) {
   constexpr std::size_t kMostTold = 1'000;  // a page may hold nothing but unknown fields
   if (!fields.contact && !fields.order) return {};
   if (page.Encoding().kind() == page::PageEncoding::Kind::utf16) return {};
   page::ProblemList problems;
+  std::map<std::size_t, page::Fix> made;  // by the place of their problem
   std::size_t told = 0;
-  ForEachFieldReference(uses::WithoutControls(page, controls), [&](const FieldReference&
-                                                                       reference) {
+  const std::string text = uses::WithoutControls(page, controls);
+  ForEachFieldReference(text, [&](const FieldReference& reference) {
     if (told > kMostTold || IsOrderNumberPath(reference)) return;
     std::string name;
     page.Encoding().Decode(reference.name, name);
@@ -104,9 +120,17 @@ page::Problems CheckOwnText(const page::Page& page, const std::vector<page::Foun
       message = Message{"Weitere unbekannte Felder im Text der Seite werden nicht genannt.",
                         "Further unknown fields in the page's text are not named."};
     const Rule& rule = IsFieldForSure(reference) ? kUnknownField : kUnknownOrderValue;
+    const bool fixes = wanted == Fixes::add && IsFieldForSure(reference) && told <= kMostTold;
+    const std::string meant = fixes ? MeantField(reference.kind, name, fields) : std::string();
+    if (!meant.empty())
+      if (auto edit = Renaming(text, reference, meant, page.Encoding()))
+        made[reference.at] = {ChangeTitle(name, meant), {std::move(*edit)}};
     problems.Add({reference.at, reference.end}, rule.id, {}, std::move(*message), rule.severity);
   });
-  return problems.Take(page.Bytes(), page.Encoding());
+  page::Problems found = problems.Take(page.Bytes(), page.Encoding());
+  for (page::Problem& problem : found)
+    if (const auto fix = made.find(problem.offset); fix != made.end()) problem.fix = fix->second;
+  return found;
 }
 
 // Empty when the control fails, which page::Check reports; rules that need no text still run.
@@ -134,12 +158,12 @@ std::span<const Rule> Rules() {
   return rules;
 }
 
-page::Problems CheckPage(const page::Page& page, const ObjectRef& office, ShopProducts* products) {
-  page::Problems problems = page::Check(page);
-  const page::Inspection inspection = page::Inspect(page);
-  KnownFields fields = FieldsOf(office);
-  Balance balance;
-  std::vector<Selection> selections;
+namespace {
+
+// Runs the rules about single controls. `note` is called for each control that can be loaded.
+void CheckControls(const page::Page& page, const page::Inspection& inspection, KnownFields& fields,
+                   Fixes fixes, const std::function<void(const Checked&)>& note,
+                   page::Problems& problems) {
   for (const page::FoundControl& found : inspection.controls) {
     if (found.contract == nullptr || found.broken) continue;
     std::shared_ptr<Control> control;
@@ -148,23 +172,47 @@ page::Problems CheckPage(const page::Page& page, const ObjectRef& office, ShopPr
     } catch (const RuntimeError&) {
       continue;  // page::Check reports it
     }
-    const Checked checked{found, control, fields, RuntimeTextOrNothing(*control)};
+    const Checked checked{
+        page, found, control, fields, RuntimeTextOrNothing(*control), fixes == Fixes::add};
+    note(checked);
+    for (const ControlRule& rule : ControlRules())
+      rule.check(checked, Report([&](Message message, std::optional<page::Fix> fix) {
+                   problems.push_back(ProblemOf(rule.rule, found, std::move(message)));
+                   problems.back().fix = std::move(fix);
+                 }));
+  }
+}
+
+}  // namespace
+
+page::Problems CheckPage(const page::Page& page, const ObjectRef& office, ShopProducts* products,
+                         Fixes fixes) {
+  page::Problems problems = page::Check(page);
+  const page::Inspection inspection = page::Inspect(page);
+  KnownFields known = FieldsOf(office);
+  Balance balance;
+  std::vector<Selection> selections;
+  const auto note = [&](const Checked& checked) {
     balance.Note(checked);
     if (products != nullptr && checked.Has("SelectedProducts"))
       if (auto numbers = NumbersIn(checked.Text("SelectedProducts")); !numbers.empty())
-        selections.push_back({&found, std::move(numbers)});
-    for (const ControlRule& rule : ControlRules())
-      rule.check(checked, [&](Message message) {
-        problems.push_back(ProblemOf(rule.rule, found, std::move(message)));
-      });
-  }
+        selections.push_back({&checked.found, std::move(numbers)});
+  };
+  CheckControls(page, inspection, known, fixes, note, problems);
   const auto add = [&](page::Problems&& more) {
     std::ranges::move(more, std::back_inserter(problems));
   };
   add(balance.Take());
   if (products != nullptr) add(CheckProducts(selections, *products));
-  add(CheckOwnText(page, inspection.controls, fields));
+  add(CheckOwnText(page, inspection.controls, known, fixes));
   std::ranges::stable_sort(problems, {}, &page::Problem::offset);
+  if (fixes == Fixes::add)
+    AddPageFixes(page, inspection, problems, [&](const page::Page& part) {
+      page::Problems left = page::Check(part);
+      CheckControls(
+          part, page::Inspect(part), known, Fixes::leaveOut, [](const Checked&) {}, left);
+      return left;
+    });
   return problems;
 }
 

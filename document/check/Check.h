@@ -19,10 +19,13 @@ page::Problem ProblemOf(const Rule& rule, const page::FoundControl& control, Mes
 
 class ShopProducts;
 
+// Fixes take time to make; leave them out where nobody can use them.
+enum class Fixes { add, leaveOut };
+
 // Runs page::Check and every rule; problems are in page order. `office` is the host's context
 // object with its field lists. Skips the look-up of fields without `office`, and of products
 // without `products`, which may serve many pages.
 page::Problems CheckPage(const page::Page& page, const ObjectRef& office,
-                         ShopProducts* products = nullptr);
+                         ShopProducts* products = nullptr, Fixes fixes = Fixes::add);
 
 }  // namespace kvo::check

@@ -7,6 +7,7 @@
 #include "common/values/RuntimeError.h"
 #include "controls/BlockLevel.h"
 #include "document/check/Conditions.h"
+#include "document/check/Fixes.h"
 #include "document/page/Messages.h"
 #include "host/registration/classes.h"
 
@@ -27,18 +28,48 @@ void ExpectFilled(const Checked& checked, std::string_view property, const Local
           std::string(what.english) + " Fill in " + name + "."});
 }
 
+// Renames a field in all texts of the control that mention it.
+bool RenameField(Control& control, FieldKind kind, const std::string& name,
+                 const std::string& newName) {
+  for (const PropertyRow& row : control.Class().bag) {
+    if (row.type != PropertyType::text || row.name.empty()) continue;
+    const std::string text = ToText(control.Get(row.name));
+    std::string renamed = WithFieldRenamed(text, kind, name, newName);
+    if (renamed != text) control.Let(row.name, std::move(renamed));
+  }
+  bool gone = true;
+  const std::string emitted = control.GetRuntimeText();
+  ForEachFieldReference(emitted, [&](const FieldReference& reference) {
+    if (reference.kind == kind && reference.name == name) gone = false;
+  });
+  return gone;
+}
+
 void ExpectField(FieldKind kind, const std::string& name, const Checked& checked,
-                 const Report& report) {
-  if (auto message = UnknownFieldMessage(kind, name, checked.fields)) report(std::move(*message));
+                 const Report& report, bool offersFix = true) {
+  auto message = UnknownFieldMessage(kind, name, checked.fields);
+  if (!message) return;
+  std::optional<page::Fix> fix;
+  const std::string meant = offersFix ? MeantField(kind, name, checked.fields) : std::string();
+  if (!meant.empty())
+    fix = checked.FixBy(ChangeTitle(name, meant), [&](Control& control) {
+      if (!checked.Has("Field")) return RenameField(control, kind, name, meant);
+      control.Let("Field", meant);
+      return true;
+    });
+  report(std::move(*message), std::move(fix));
 }
 
 // Checks the references in the runtime text that surely are fields, or the others; each once.
+// Fixes only the first: each takes time in proportion to the control.
 void ExpectReferences(const Checked& checked, bool forSure, const Report& report) {
+  constexpr std::size_t kMostFixes = 10;
   std::set<std::pair<FieldKind, std::string>> seen;
   ForEachFieldReference(checked.runtimeText, [&](const FieldReference& reference) {
     if (IsFieldForSure(reference) != forSure || IsOrderNumberPath(reference)) return;
     const auto [entry, isNew] = seen.emplace(reference.kind, reference.name);
-    if (isNew) ExpectField(entry->first, entry->second, checked, report);
+    if (!isNew) return;
+    ExpectField(entry->first, entry->second, checked, report, forSure && seen.size() <= kMostFixes);
   });
 }
 
@@ -60,13 +91,18 @@ void OutputWithoutField(const Checked& checked, const Report& report) {
 
 // In any other control, the template engine reads this tag as an expression without a value.
 void PrintTag(const Checked& checked, const Report& report) {
+  constexpr page::messages::Quoting kSetBasename = {"basename auf {} setzen", "Set basename to {}"};
   const std::string_view fitting = checked.found.contract->TagName();
   if (fitting == kPrintTag || checked.Text("basename") != kPrintTag || checked.runtimeText.empty())
     return;
   report({"Das Control gibt ein Element " + Quoted(kPrintTag) +
               " aus, das für Ausdrücke da ist. Setzen Sie basename auf " + Quoted(fitting) + ".",
           "The control emits an element " + Quoted(kPrintTag) +
-              ", which is for expressions. Set basename to " + Quoted(fitting) + "."});
+              ", which is for expressions. Set basename to " + Quoted(fitting) + "."},
+         checked.FixBy(kSetBasename(fitting), [&](Control& control) {
+           control.Let("basename", std::string(fitting));
+           return true;
+         }));
 }
 
 void MissingJoiner(const Checked& checked, const Report& report) {
@@ -199,6 +235,21 @@ void UnsubscribeWithoutSite(const Checked& checked, const Report& report) {
       report);
 }
 
+// An address that ends in an expression may end in "/" once it is evaluated.
+void MissingSlash(const Checked& checked, const Report& report) {
+  if (!checked.Has("Site")) return;
+  const std::string site = checked.Text("Site");
+  if (site.empty() || std::string_view("/#%").find(site.back()) != std::string_view::npos) return;
+  report({"Der Adresse der Bestätigungsseite fehlt der Schrägstrich am Ende. Schreiben Sie " +
+              Quoted(site + '/') + ".",
+          "The address of the confirmation page has no slash at its end. Write " +
+              Quoted(site + '/') + "."},
+         checked.FixBy({"Den Schrägstrich ergänzen", "Add the slash"}, [&](Control& control) {
+           control.Let("Site", site + '/');
+           return true;
+         }));
+}
+
 // Returns the attributes that a row emits. Empty when that fails, which another rule reports.
 std::string AttributesOf(const PropertyRow& row, const Control& control) {
   std::string text;
@@ -212,17 +263,45 @@ std::string AttributesOf(const PropertyRow& row, const Control& control) {
   return text;
 }
 
+bool HasBareAmpersand(const PropertyRow& row, const Control& control) {
+  const std::string emitted = AttributesOf(row, control);
+  return FixAmpersands(emitted) != emitted;
+}
+
+// Masks an "&" near the end, as browsers read it: there "&amp" needs no semicolon.
+std::string WithLastAmpersandMasked(const std::string& value) {
+  constexpr std::string_view kAmpersand = "&amp";
+  const std::size_t at = value.rfind('&');
+  if (at == std::string::npos) return value;
+  const std::string_view tail = std::string_view(value).substr(at);
+  if (!kAmpersand.starts_with(tail)) return value;
+  return value.substr(0, at) + "&amp;" +
+         std::string(tail == kAmpersand ? std::string_view() : tail.substr(1));
+}
+
+// Tries the smaller change first.
+bool MaskAmpersands(const PropertyRow& row, Control& control) {
+  const std::string value = ToText(control.Get(row.name));
+  for (const std::string& masked :
+       {WithLastAmpersandMasked(value), WithLastAmpersandMasked(FixAmpersands(value))}) {
+    control.Let(row.name, masked);
+    if (!HasBareAmpersand(row, control)) return true;
+  }
+  return false;
+}
+
 // Checks attributes only: in contents, an "&" is up to the author.
 void BareAmpersand(const Checked& checked, const Report& report) {
   for (const PropertyRow& row : checked.found.contract->bag) {
     if (row.type != PropertyType::text || row.emission.append == nullptr) continue;
     // Escaping leaves an "&" raw when the value ends too soon after it to rule out "&amp;".
-    const std::string emitted = AttributesOf(row, *checked.control);
-    if (FixAmpersands(emitted) == emitted) continue;
+    if (!HasBareAmpersand(row, *checked.control)) continue;
     const std::string name(row.name);
     const std::string value = Quoted(checked.Text(row.name));
     report({"Ein „&“ in " + name + " bleibt unmaskiert: " + value + ". Schreiben Sie „&amp;“.",
-            "An \"&\" in " + name + " stays raw: " + value + ". Write \"&amp;\"."});
+            "An \"&\" in " + name + " stays raw: " + value + ". Write \"&amp;\"."},
+           checked.FixBy({"„&amp;“ schreiben", "Write \"&amp;\""},
+                         [&](Control& control) { return MaskAmpersands(row, control); }));
   }
 }
 
@@ -241,11 +320,26 @@ constexpr ControlRule kRules[] = {
     {{"link-without-address", Severity::error}, LinkWithoutAddress},
     {{"unsubscribe-without-recipient", Severity::error}, UnsubscribeWithoutRecipient},
     {{"unsubscribe-without-site", Severity::error}, UnsubscribeWithoutSite},
+    {{"missing-slash", Severity::warning}, MissingSlash},
     {{"bare-ampersand", Severity::warning}, BareAmpersand},
 };
 
 }  // namespace
 
 std::span<const ControlRule> ControlRules() { return kRules; }
+
+std::optional<page::Fix> Checked::FixBy(Message title,
+                                        const std::function<bool(Control&)>& change) const {
+  if (!wantsFixes) return std::nullopt;
+  bool changed = false;
+  try {
+    page::ControlChange made =
+        page::ChangeControl(page, found, [&](Control& each) { changed = change(each); });
+    if (!changed || made.edits.empty()) return std::nullopt;
+    return page::Fix{std::move(title), std::move(made.edits)};
+  } catch (const RuntimeError&) {
+    return std::nullopt;
+  }
+}
 
 }  // namespace kvo::check

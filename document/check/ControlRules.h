@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "common/frame/Control.h"
 #include "document/check/Check.h"
 #include "document/check/Fields.h"
+#include "document/page/ControlChange.h"
 
 namespace kvo::check {
 
@@ -19,10 +21,12 @@ inline constexpr Rule kUnknownOrderValue{"unknown-order-value", page::Severity::
 
 // A control being checked, loaded from its bag, and its runtime text.
 struct Checked {
+  const page::Page& page;
   const page::FoundControl& found;
   const std::shared_ptr<Control>& control;
   KnownFields& fields;
   std::string runtimeText;
+  bool wantsFixes = true;
 
   bool Is(std::string_view className) const { return found.contract->name == className; }
   bool Has(std::string_view property) const {
@@ -30,9 +34,24 @@ struct Checked {
   }
   std::string Text(std::string_view property) const { return ToText(control->Get(property)); }
   bool Flag(std::string_view property) const { return ToFlag(control->Get(property)); }
+
+  // Returns the fix that changes the control; nothing when `change` fails or returns false, or when
+  // the page cannot hold the change.
+  std::optional<page::Fix> FixBy(Message title, const std::function<bool(Control&)>& change) const;
 };
 
-using Report = std::function<void(Message)>;
+class Report {
+ public:
+  using Take = std::function<void(Message message, std::optional<page::Fix> fix)>;
+  explicit Report(Take take) : take_(std::move(take)) {}
+
+  void operator()(Message message, std::optional<page::Fix> fix = std::nullopt) const {
+    take_(std::move(message), std::move(fix));
+  }
+
+ private:
+  Take take_;
+};
 
 struct ControlRule {
   Rule rule;

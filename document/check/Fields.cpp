@@ -31,6 +31,10 @@ std::optional<FieldNames> NamesOf(Object& office, std::string_view list) {
   return FieldNames(std::move(names));
 }
 
+std::optional<FieldNames>& NamesIn(KnownFields& fields, FieldKind kind) {
+  return kind == FieldKind::contact ? fields.contact : fields.order;
+}
+
 }  // namespace
 
 FieldNames::FieldNames(std::vector<std::string> names)
@@ -38,11 +42,17 @@ FieldNames::FieldNames(std::vector<std::string> names)
       inOrder_(names_.begin(), names_.end()),
       known_(names_.begin(), names_.end()) {}
 
-std::string FieldNames::Nearest(const std::string& name) {
+FieldNames::NearName FieldNames::Near(const std::string& name) {
   if (const auto asked = nearest_.find(name); asked != nearest_.end()) return asked->second;
   if (compared_ + names_.size() > kMostCompared) return {};
   compared_ += names_.size();
-  return nearest_[name] = Suggest(name, inOrder_);
+  const Suggestion near = SuggestNear(name, inOrder_);
+  return nearest_[name] = {std::string(near.name), near.only};
+}
+
+std::string FieldNames::OnlyNear(const std::string& name) {
+  NearName near = Near(name);
+  return near.only ? std::move(near.name) : std::string();
 }
 
 KnownFields FieldsOf(const ObjectRef& office) {
@@ -50,9 +60,28 @@ KnownFields FieldsOf(const ObjectRef& office) {
   return {NamesOf(*office, "ContactFields"), NamesOf(*office, "OrderFields")};
 }
 
+std::string MeantField(FieldKind kind, const std::string& name, KnownFields& fields) {
+  std::optional<FieldNames>& known = NamesIn(fields, kind);
+  std::string meant = known && !known->Know(name) ? known->OnlyNear(name) : std::string();
+  if (!uses::IsFieldName(meant)) meant.clear();
+  return meant;
+}
+
+std::string WithFieldRenamed(const std::string& text, FieldKind kind, std::string_view name,
+                             std::string_view newName) {
+  page::TextEdits edits;
+  ForEachFieldReference(text, [&](const FieldReference& reference) {
+    if (reference.kind != kind || reference.name != name) return;
+    const auto begin = static_cast<std::size_t>(reference.name.data() - text.data());
+    edits.push_back({begin, begin + name.size(), std::string(newName)});
+  });
+  std::ranges::sort(edits, {}, &page::TextEdit::begin);
+  return page::Applied(text, edits);
+}
+
 std::optional<Message> UnknownFieldMessage(FieldKind kind, const std::string& name,
                                            KnownFields& fields) {
-  std::optional<FieldNames>& known = kind == FieldKind::contact ? fields.contact : fields.order;
+  std::optional<FieldNames>& known = NamesIn(fields, kind);
   if (!known || known->Know(name)) return std::nullopt;
   const Localized what = kind == FieldKind::contact ? Localized{"Das Kontaktfeld", "contact field"}
                                                     : Localized{"Das Bestellfeld", "order field"};

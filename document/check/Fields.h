@@ -29,13 +29,21 @@ class FieldNames {
 
   // Returns the name that was probably meant; empty when none is near. Limits the number of
   // comparisons to keep the check of large pages fast; returns empty once they are used up.
-  std::string Nearest(const std::string& name);
+  std::string Nearest(const std::string& name) { return Near(name).name; }
+  // The same, but empty also when several names are near.
+  std::string OnlyNear(const std::string& name);
 
  private:
+  struct NearName {
+    std::string name;
+    bool only = false;
+  };
+  NearName Near(const std::string& name);
+
   std::vector<std::string> names_;
   std::vector<std::string_view> inOrder_;  // views into names_
   std::unordered_set<std::string_view> known_;
-  std::unordered_map<std::string, std::string> nearest_;
+  std::unordered_map<std::string, NearName> nearest_;
   std::size_t compared_ = 0;
 };
 
@@ -55,6 +63,14 @@ inline bool IsFieldForSure(const FieldReference& reference) {
 inline bool IsOrderNumberPath(const FieldReference& reference) {
   return reference.isPath && uses::IsOrderNumber(reference.kind, reference.name);
 }
+
+// Returns the name that a field's unknown name surely stands for; empty when there is none or when
+// it could not be written in a reference.
+std::string MeantField(FieldKind kind, const std::string& name, KnownFields& fields);
+
+// Returns the text with every reference to the field naming another instead.
+std::string WithFieldRenamed(const std::string& text, FieldKind kind, std::string_view name,
+                             std::string_view newName);
 
 // Returns the message for an unknown field; nothing when it is known or the office has no list of
 // its kind.
