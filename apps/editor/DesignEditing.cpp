@@ -227,7 +227,9 @@ std::optional<design::Change> DesignEditing::ChangeFor(const design::Selection& 
   if (!turned.empty()) view_.Arm(false);
   if (name == "type") {
     auto change = turned.empty() ? std::nullopt : author.TypeToggled(selection, text, turned);
-    return change ? change : author.Type(selection, text);
+    if (!change) return author.Type(selection, text);
+    if (text != u" " && text != u"\u00A0") LetBreak(*change);
+    return change;
   }
   if (name == "enter") return author.Enter(selection);
   if (name == "break") return author.BreakLine(selection);
@@ -251,6 +253,19 @@ std::optional<design::Change> DesignEditing::ChangeFor(const design::Selection& 
     onToolDropped(value.toInt());
   }
   return std::nullopt;
+}
+
+void DesignEditing::LetBreak(design::Change& change) const {
+  if (!typedSpace_ || *typedSpace_ == 0) return;
+  const auto begin = static_cast<std::size_t>(*typedSpace_);
+  const std::size_t end = begin + kTypedSpace.size();
+  const std::u16string_view before = std::u16string_view(rendering_->Source()).substr(0, begin);
+  const bool behindWord =
+      !before.ends_with(kTypedSpace) && !before.ends_with(u'>') && !QChar::isSpace(before.back());
+  if (!behindWord || turnedAt_ != end || change.edits.front().begin < end) return;
+  change.edits.insert(change.edits.begin(), {begin, end, u" "});
+  change.begin -= kTypedSpace.size() - 1;
+  change.end -= kTypedSpace.size() - 1;
 }
 
 void DesignEditing::Make(const design::Change& change, const QString& step) {

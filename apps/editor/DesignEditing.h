@@ -68,6 +68,9 @@ class DesignEditing {
   // Returns the change of a command; nothing when it has none, or when it is done already.
   std::optional<design::Change> ChangeFor(const design::Selection& selection, const QString& name,
                                           const QString& value);
+  // Makes the space that was typed before turning formats around a plain one: a change that types
+  // a word behind it makes it visible without more.
+  void LetBreak(design::Change& change) const;
   void Make(const design::Change& change, const QString& step);
   PageText Part(const design::Selection& selection) const;
   void Copy(const design::Selection& selection);

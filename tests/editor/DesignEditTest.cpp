@@ -213,6 +213,25 @@ TEST_F(DesignEditTest, KeepsSpacesThatWouldNotShow) {
   EXPECT_EQ(Bytes(), "<p>Hallo Welt&nbsp;&nbsp;x\n</p>");
 }
 
+TEST_F(DesignEditTest, ASpaceBeforeAFormatBreaksLikeAnyOther) {
+  Open("<p>Hallo\n</p>");
+  Caret("Hallo", 5);
+  Type(" ");
+  Key(Qt::Key_B, Qt::ControlModifier);
+  Type("Welt");
+  Settle();
+  EXPECT_EQ(Bytes(), "<p>Hallo <b>Welt</b>\n</p>");
+  EXPECT_EQ(Shown(), Wanted());
+  Type("!");
+  EXPECT_EQ(Bytes(), "<p>Hallo <b>Welt!</b>\n</p>");
+  // Two spaces stay two.
+  Key(Qt::Key_B, Qt::ControlModifier);
+  Type("  ");
+  Key(Qt::Key_I, Qt::ControlModifier);
+  Type("x");
+  EXPECT_EQ(Bytes(), "<p>Hallo <b>Welt!</b>&nbsp;&nbsp;<i>x</i>\n</p>");
+}
+
 TEST_F(DesignEditTest, WritesWhatTheEncodingLacksAsReferences) {
   Open(
       "<meta charset=windows-1252><p>Gr\xFC\xDF"
