@@ -91,6 +91,7 @@ Surroundings SurroundingsFinder::InTag(std::size_t position) {
     value_ = {};
     value_.kind = Kind::attributeValue;
     value_.name = attribute.name;
+    value_.tag = thing_.begin;
     value_.begin = static_cast<std::size_t>(attribute.value.data() - text_.data());
     valueEnd_ = value_.begin + attribute.value.size();
     const char before = text_[value_.begin - 1];
@@ -99,23 +100,43 @@ Surroundings SurroundingsFinder::InTag(std::size_t position) {
   return position >= value_.begin ? value_ : thing_;
 }
 
-Surroundings SurroundingsAt(const Page& page, std::size_t position) {
-  const std::string_view bytes = page.Bytes();
-  if (page.Encoding().kind() == PageEncoding::Kind::utf16) return {};
+// The control ahead, or the one just read, and the part of the page before it.
+struct PageSurroundings::Reading {
+  explicit Reading(const Page& read)
+      : page(read),
+        reader(page.Bytes(), page.Encoding(), ControlReader::Params::known, ignored),
+        before(page.Bytes(), reader.Reading()),
+        found(reader.Next()) {}
+
+  const Page& page;
   ProblemList ignored;
-  ControlReader reader(bytes, page.Encoding(), ControlReader::Params::known, ignored);
-  for (;;) {
-    const Scanner before = reader.Reading();
-    const bool found = reader.Next();
-    if (!found || position <= reader.Control().begin)
-      return SurroundingsFinder(bytes, before).At(position);
-    if (position < reader.Control().end) {
-      Surroundings control;
-      control.kind = Kind::control;
-      control.begin = reader.Control().begin;
-      return control;
-    }
+  ControlReader reader;
+  SurroundingsFinder before;
+  bool found;
+};
+
+PageSurroundings::PageSurroundings(const Page& page) {
+  if (page.Encoding().kind() != PageEncoding::Kind::utf16)
+    reading_ = std::make_unique<Reading>(page);
+}
+PageSurroundings::~PageSurroundings() = default;
+
+Surroundings PageSurroundings::At(std::size_t position) {
+  if (!reading_) return {};
+  Reading& now = *reading_;
+  while (now.found && position >= now.reader.Control().end) {
+    now.before = SurroundingsFinder(now.page.Bytes(), now.reader.Reading());
+    now.found = now.reader.Next();
   }
+  if (!now.found || position <= now.reader.Control().begin) return now.before.At(position);
+  Surroundings control;
+  control.kind = Kind::control;
+  control.begin = now.reader.Control().begin;
+  return control;
+}
+
+Surroundings SurroundingsAt(const Page& page, std::size_t position) {
+  return PageSurroundings(page).At(position);
 }
 
 Pasting PastingOf(const Surroundings& place, std::string_view runtimeText) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -30,7 +31,8 @@ struct Surroundings {
   std::size_t begin = 0;
   // As written in the page: the element's name for raw text and tags, the attribute's for values.
   std::string_view name;
-  char quote = '\0';  // around the value; '\0' without one
+  char quote = '\0';    // around the value; '\0' without one
+  std::size_t tag = 0;  // of a value: where its tag begins
 
   bool CanHoldControl() const { return kind == Kind::content; }
 };
@@ -80,6 +82,20 @@ class SurroundingsFinder {
   TagReader attributes_{{}, 0};
   Surroundings value_;
   std::size_t valueEnd_ = 0;
+};
+
+// Finds the surroundings of many positions of a page, in one pass.
+class PageSurroundings {
+ public:
+  explicit PageSurroundings(const Page& page);
+  ~PageSurroundings();
+
+  // Positions must ascend.
+  Surroundings At(std::size_t position);
+
+ private:
+  struct Reading;
+  std::unique_ptr<Reading> reading_;
 };
 
 }  // namespace kvo::page

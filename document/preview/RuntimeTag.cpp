@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <set>
 
 #include "common/values/Ascii.h"
 #include "controls/BlockLevel.h"
@@ -78,8 +77,11 @@ bool WrapsContent(TagKind kind) {
 
 class Finder {
  public:
-  Finder(const page::PublishedPage& page, const page::PageEncoding& encoding)
-      : text_(page.bytes), encoding_(encoding), parts_(page.controls) {}
+  Finder(const page::PublishedPage& page, const page::PageEncoding& encoding, TagPrefixes prefixes)
+      : text_(page.bytes),
+        encoding_(encoding),
+        parts_(page.controls),
+        prefixes_(std::move(prefixes)) {}
 
   RuntimeTags Find() {
     FindPrefixes();
@@ -92,7 +94,7 @@ class Finder {
   enum class Form { start, empty, end };
 
   void FindPrefixes() {
-    prefixes_ = {"kv:"};
+    prefixes_.emplace("kv:");
     for (const page::PublishedControl& part : parts_) {
       std::string_view tag = text_.substr(part.begin, part.end - part.begin);
       if (tag.starts_with(kBlockStart)) tag.remove_prefix(kBlockStart.size());
@@ -281,7 +283,7 @@ class Finder {
   std::string_view text_;
   const page::PageEncoding& encoding_;
   const std::vector<page::PublishedControl>& parts_;
-  std::set<std::string, std::less<>> prefixes_;
+  TagPrefixes prefixes_;
   std::vector<RuntimeTag> found_;
   std::vector<RuntimeTag> open_;
   std::size_t skipped_ = 0;  // open tags that are nested too deep
@@ -296,8 +298,14 @@ const std::string* RuntimeTag::Find(std::string_view attribute) const {
   return found == attributes.end() ? nullptr : &found->second;
 }
 
-RuntimeTags FindRuntimeTags(const page::PublishedPage& page, const page::PageEncoding& encoding) {
-  return Finder(page, encoding).Find();
+std::string_view ClassOf(TagKind kind) {
+  const auto* const found = std::ranges::find(kClassKinds, kind, &ClassKind::kind);
+  return found == std::end(kClassKinds) ? std::string_view() : found->className;
+}
+
+RuntimeTags FindRuntimeTags(const page::PublishedPage& page, const page::PageEncoding& encoding,
+                            TagPrefixes prefixes) {
+  return Finder(page, encoding, std::move(prefixes)).Find();
 }
 
 }  // namespace kvo::preview

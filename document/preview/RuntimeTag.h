@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -28,6 +29,9 @@ enum class TagKind {
   unknown,  // of the template language, but none of the above
   failed,   // the place of a control that could not be published
 };
+
+// The class of the controls that write such tags; empty when there is none.
+std::string_view ClassOf(TagKind kind);
 
 // A tag with what stands in it. Offsets are into the published page.
 struct RuntimeTag {
@@ -60,7 +64,12 @@ struct RuntimeTags {
   std::vector<Marker> markers;  // in page order
 };
 
-// Takes time in proportion to the page. Tags nested deeper than a hundred levels are unknown.
-RuntimeTags FindRuntimeTags(const page::PublishedPage& page, const page::PageEncoding& encoding);
+// The prefixes of tags, such as "kv:".
+using TagPrefixes = std::set<std::string, std::less<>>;
+
+// Finds the tags with the prefix "kv:", those of the page's controls and the given ones. Takes time
+// in proportion to the page. Tags nested deeper than a hundred levels are unknown.
+RuntimeTags FindRuntimeTags(const page::PublishedPage& page, const page::PageEncoding& encoding,
+                            TagPrefixes prefixes = {});
 
 }  // namespace kvo::preview

@@ -8,6 +8,7 @@
 #include <ostream>
 #include <string>
 
+#include "fuzz/AdoptRules.h"
 #include "fuzz/BagRules.h"
 #include "fuzz/BuilderRules.h"
 #include "fuzz/OfficeRules.h"
@@ -38,7 +39,8 @@ TEST_P(Corpus, KeepsEveryRule) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Fuzz, Corpus,
-                         testing::Values(Subject{"bag", CheckBag}, Subject{"builder", CheckBuilder},
+                         testing::Values(Subject{"adopt", adopt::CheckAdopt},
+                                         Subject{"bag", CheckBag}, Subject{"builder", CheckBuilder},
                                          Subject{"office", office::CheckOffice},
                                          Subject{"pages", CheckPages},
                                          Subject{"preview", preview::CheckPreview}),

@@ -1,0 +1,478 @@
+#include "document/adopt/Placeholders.h"
+
+#include <algorithm>
+#include <optional>
+#include <span>
+
+#include "common/values/Ascii.h"
+#include "document/adopt/ElementTags.h"
+#include "document/adopt/Pattern.h"
+#include "document/adopt/TagControl.h"
+#include "document/adopt/Words.h"
+#include "document/page/ElementWriter.h"
+#include "document/page/Scanner.h"
+#include "document/page/Surroundings.h"
+#include "host/registration/classes.h"
+
+namespace kvo::adopt {
+namespace {
+
+using page::Surroundings;
+using Around = Surroundings::Kind;
+using Result = Find::Result;
+
+constexpr std::string_view kElement = "DTCElement";
+
+// An expression for the value of a control, as attributes take it: where its field stands.
+struct ExpressionGroup {
+  std::string_view className;
+  std::string_view property;
+  std::string_view group;
+};
+constexpr ExpressionGroup kExpressionGroups[] = {{"DTCContact", "Field", "customer"},
+                                                 {"DTCOrder", "Field", "order"}};
+
+// Elements whose content is text, so that it can stand in a property.
+constexpr std::string_view kTextElements[] = {"a",  "b",  "button", "em", "font", "h1",    "h2",
+                                              "h3", "h4", "i",      "p",  "span", "strong"};
+constexpr std::size_t kLongestContent = 2000;
+
+// Elements of the head, where a control would begin the body.
+constexpr std::string_view kHeadElements[] = {"base", "link", "meta", "html", "head", "body"};
+
+bool IsOneOf(std::span<const std::string_view> names, std::string_view name) {
+  return std::ranges::any_of(names,
+                             [&](std::string_view each) { return EqualIgnoringCase(each, name); });
+}
+
+const ControlClass& Element() { return FindControlByName(kElement)->contract(); }
+
+// The first of sorted parts that do not overlap which ends behind an offset.
+template <class Parts, class End>
+auto FirstBehind(const Parts& parts, std::size_t offset, End end) {
+  return std::ranges::upper_bound(parts, offset, {}, end);
+}
+
+// A placeholder, where it stands, and the control that it asks for.
+struct Hit {
+  Placeholder found;
+  Surroundings around;
+  bool insideTag = false;  // a runtime tag
+  Bag bag{};
+  std::optional<Made> made{};
+};
+
+class PlaceholderTaker {
+ public:
+  PlaceholderTaker(const page::Page& page, const page::Inspection& inspection,
+                   const std::vector<Find>& tags, const Mapping& mapping,
+                   const FieldCaptions& captions, const ObjectRef& office)
+      : page_(page),
+        bytes_(page.Bytes()),
+        inspection_(inspection),
+        tags_(tags),
+        mapping_(mapping),
+        captions_(captions),
+        suggestions_(office) {
+    for (const Find& tag : tags) taken_.insert(taken_.end(), tag.edits.begin(), tag.edits.end());
+  }
+
+  std::vector<Find> Take() {
+    ReadHits();
+    for (std::size_t at = 0; at < hits_.size();) {
+      const Hit& hit = hits_[at];
+      if (hit.around.kind == Around::attributeValue && !hit.insideTag) {
+        std::size_t end = at + 1;
+        while (end < hits_.size() && hits_[end].around.kind == Around::attributeValue &&
+               hits_[end].around.tag == hit.around.tag)
+          ++end;
+        TakeAttributes({hits_.data() + at, end - at});
+        at = end;
+      } else {
+        TakeOne(hits_[at++]);
+      }
+    }
+    std::ranges::stable_sort(finds_, {}, &Find::begin);
+    return std::move(finds_);
+  }
+
+ private:
+  using Hits = std::span<Hit>;
+
+  void ReadHits() {
+    page::PageSurroundings around(page_);
+    auto control = inspection_.controls.begin();
+    const PlaceholderFinder finder(mapping_, page_.Encoding());
+    auto tag = tags_.begin();
+    std::size_t tagsEnd = 0;  // of the runtime tags so far
+    for (Placeholder& found : finder.Find(bytes_)) {
+      while (control != inspection_.controls.end() && control->end <= found.begin) ++control;
+      if (control != inspection_.controls.end() && control->begin < found.end) continue;
+      Hit hit{std::move(found), around.At(found.begin)};
+      // Other things look like placeholders in style sheets and programs.
+      if (hit.found.target == nullptr && hit.around.kind == Around::rawText &&
+          (EqualIgnoringCase(hit.around.name, "style") ||
+           EqualIgnoringCase(hit.around.name, "script")))
+        continue;
+      for (; tag != tags_.end() && tag->begin < hit.found.end; ++tag)
+        if (!tag->edits.empty()) tagsEnd = std::max(tagsEnd, tag->end);
+      hit.insideTag = hit.found.begin < tagsEnd || IsInRuntimeTag(hit.around);
+      if (const Target* const target = hit.found.target; target != nullptr && !hit.insideTag) {
+        hit.bag = BagFor(*target, hit.found.name);
+        captions_.AddTo(*target->contract, hit.bag);
+        hit.made = Make(*target->contract, hit.bag, page_.Encoding());
+      }
+      hits_.push_back(std::move(hit));
+    }
+  }
+
+  // Whether a value belongs to a tag that stays by its find.
+  bool IsInRuntimeTag(const Surroundings& around) const {
+    if (around.kind != Around::attributeValue) return false;
+    const auto tag = std::ranges::lower_bound(tags_, around.tag, {}, &Find::begin);
+    return tag != tags_.end() && tag->begin == around.tag;
+  }
+
+  Find Begin(const Hit& hit) {
+    Find find;
+    find.kind = hit.found.statement ? Find::Kind::statement : Find::Kind::placeholder;
+    find.begin = hit.found.begin;
+    find.end = hit.found.end;
+    find.text = Shown(Bytes(hit.found.begin, hit.found.end), page_.Encoding());
+    find.name = hit.found.name;
+    if (hit.found.target != nullptr) {
+      find.contract = hit.found.target->contract;
+      find.properties = PropertiesOf(*find.contract, hit.bag);
+    } else if (!hit.found.statement) {
+      find.suggestion = suggestions_.For(hit.found.name);
+    }
+    return find;
+  }
+
+  void Keep(const Hit& hit, Message reason) {
+    Find find = Begin(hit);
+    find.contract = nullptr;
+    find.properties.clear();
+    find.reason = std::move(reason);
+    finds_.push_back(std::move(find));
+  }
+
+  // What keeps a placeholder wherever it stands.
+  std::optional<Message> ReasonToKeep(const Hit& hit) const {
+    if (hit.found.statement)
+      return words::Statement(Shown(Bytes(hit.found.begin, hit.found.end), page_.Encoding()));
+    if (hit.insideTag) return words::InsideRuntimeTag();
+    if (hit.found.target == nullptr)
+      return words::NotMapped(hit.found.name.empty()
+                                  ? Shown(Bytes(hit.found.begin, hit.found.end), page_.Encoding())
+                                  : hit.found.name);
+    if (!hit.made) return words::NotInEncoding();
+    if (hit.made->runtimeText.empty()) return words::GivesNothing();
+    return std::nullopt;
+  }
+
+  void TakeOne(const Hit& hit) {
+    if (hit.around.kind == Around::comment && !hit.found.statement && !hit.insideTag)
+      return Keep(hit, words::InComment());
+    if (auto reason = ReasonToKeep(hit)) return Keep(hit, std::move(*reason));
+    const std::string& text = hit.made->runtimeText;
+    const auto add = [&](Result result, const std::string& bytes) {
+      Find find = Begin(hit);
+      find.result = result;
+      find.edits = {{find.begin, find.end, bytes}};
+      find.published = {{find.begin, find.end, text}};
+      finds_.push_back(std::move(find));
+    };
+    if (hit.around.CanHoldControl()) return add(Result::control, hit.made->element);
+    const bool takesTag =
+        hit.around.kind == Around::rawText || hit.around.kind == Around::conditionalComment;
+    std::string utf8;
+    page_.Encoding().Decode(text, utf8);
+    if (takesTag && page::PastingOf(hit.around, utf8) == page::Pasting::asItStands)
+      return add(Result::tag, text);
+    Keep(hit, words::NotHere());
+  }
+
+  // Placeholders in the attributes of one tag.
+  void TakeAttributes(Hits hits) {
+    const auto tag = ElementTagAt(bytes_, hits.front().around.tag);
+    const bool all =
+        std::ranges::none_of(hits, [&](const Hit& hit) { return ReasonToKeep(hit).has_value(); });
+    if (tag && all && TakeElement(*tag, hits)) return;
+    for (std::size_t at = 0; at < hits.size();) {
+      std::size_t end = at + 1;
+      while (end < hits.size() && hits[end].around.begin == hits[at].around.begin) ++end;
+      TakeValue(tag, hits.subspan(at, end - at));
+      at = end;
+    }
+  }
+
+  // Writes the tags of all placeholders into one value.
+  void TakeValue(const std::optional<ElementTag>& tag, Hits hits) {
+    const Hit* kept = nullptr;
+    for (const Hit& hit : hits)
+      if (ReasonToKeep(hit)) kept = &hit;
+    const auto attribute = [&]() -> const ElementTag::Attribute* {
+      if (!tag) return nullptr;
+      const auto found = std::ranges::find_if(tag->attributes, [&](const auto& each) {
+        return each.hasValue && each.begin <= hits.front().found.begin &&
+               hits.back().found.end <= each.end;
+      });
+      return found == tag->attributes.end() ? nullptr : &*found;
+    }();
+    std::optional<std::string> value;
+    if (kept == nullptr && attribute != nullptr) value = ValueWithTags(*attribute, hits);
+    if (!value) {
+      for (const Hit& hit : hits) {
+        auto reason = ReasonToKeep(hit);
+        if (!reason && kept != nullptr)
+          reason = words::NeighbourNotMapped(
+              Shown(Bytes(kept->found.begin, kept->found.end), page_.Encoding()));
+        if (!reason)
+          reason = attribute != nullptr && attribute->value.find('\'') != page::npos
+                       ? words::QuotesInValue()
+                       : words::NotHere();
+        Keep(hit, std::move(*reason));
+      }
+      return;
+    }
+    AddAround(hits, Result::tag, {{attribute->begin, attribute->end, *value}},
+              {{attribute->begin, attribute->end, *value}});
+  }
+
+  // The value in single quotes; nothing when it cannot hold the tags.
+  std::optional<std::string> ValueWithTags(const ElementTag::Attribute& attribute,
+                                           Hits hits) const {
+    if (attribute.value.find('\'') != page::npos) return std::nullopt;
+    std::string value = "'";
+    auto copied = static_cast<std::size_t>(attribute.value.data() - bytes_.data());
+    const std::size_t end = copied + attribute.value.size();
+    for (const Hit& hit : hits) {
+      std::string utf8;
+      page_.Encoding().Decode(hit.made->runtimeText, utf8);
+      Surroundings inSingleQuotes = hit.around;
+      inSingleQuotes.quote = '\'';
+      if (page::PastingOf(inSingleQuotes, utf8) != page::Pasting::asItStands) return std::nullopt;
+      value += Bytes(copied, hit.found.begin);
+      value += hit.made->runtimeText;
+      copied = hit.found.end;
+    }
+    value += Bytes(copied, end);
+    value += '\'';
+    return value;
+  }
+
+  // Adds the find of several placeholders that become one thing. The first one carries the edits.
+  void AddAround(Hits hits, Result result, page::TextEdits edits, page::TextEdits published,
+                 const ControlClass* contract = nullptr,
+                 std::vector<std::pair<std::string, std::string>> properties = {}) {
+    Find find = Begin(hits.front());
+    for (const Hit& hit : hits.subspan(1)) {
+      find.text += ", " + Shown(Bytes(hit.found.begin, hit.found.end), page_.Encoding());
+      find.end = hit.found.end;
+    }
+    find.result = result;
+    if (contract != nullptr) {
+      find.contract = contract;
+      find.properties = std::move(properties);
+    }
+    find.edits = std::move(edits);
+    find.published = std::move(published);
+    finds_.push_back(std::move(find));
+  }
+
+  // An attribute of the element control, decoded.
+  struct Pair {
+    std::string name;
+    std::string value;
+  };
+
+  // Turns the element into an element control, or two around its content. False when that would
+  // not give the same HTML.
+  bool TakeElement(const ElementTag& tag, Hits hits) {
+    if (tag.name.find(':') != page::npos || IsOneOf(kHeadElements, tag.name)) return false;
+    const auto pairs = AttributesOf(tag, hits);
+    if (!pairs) return false;
+    const auto end = tag.isVoid ? std::nullopt : EndTagOf(tag.begin);
+    if (!tag.isVoid && !end) return false;
+    const bool alone = end && IsOneOf(kTextElements, tag.name) && IsPlain(tag.end, end->begin);
+    if (alone && TakeLink(tag, *pairs, *end, hits)) return true;
+
+    const ControlClass& contract = Element();
+    std::string list;
+    for (const auto& [name, value] : *pairs)
+      list += (list.empty() ? "" : "||") + name + '|' + value;
+    Target target{&contract, {{"Value", std::string(tag.name)}, {"Attributes", list}}};
+    std::string content;
+    if (alone) {
+      page_.Encoding().Decode(Bytes(tag.end, end->begin), content);
+      target.properties.emplace_back("HTMLContent", content);
+    } else if (end) {
+      target.properties.emplace_back("OpeningTagOnly", "true");
+    }
+    const Bag bag = BagFor(target, {});
+    const auto made = Make(contract, bag, page_.Encoding());
+    if (!made || !GivesAttributes(*made, *pairs)) return false;
+    if (alone) {
+      AddAround(hits, Result::element, {{tag.begin, end->end, made->element}},
+                {{tag.begin, end->end, made->runtimeText}}, &contract, PropertiesOf(contract, bag));
+      return true;
+    }
+    page::TextEdits edits = {{tag.begin, tag.end, made->element}};
+    page::TextEdits published = {{tag.begin, tag.end, made->runtimeText}};
+    if (end) {
+      const Target closing{&contract,
+                           {{"Value", std::string(tag.name)}, {"ClosingTagOnly", "true"}}};
+      const auto closed = Make(contract, BagFor(closing, {}), page_.Encoding());
+      if (!closed) return false;
+      edits.push_back({end->begin, end->end, closed->element});
+      published.push_back({end->begin, end->end, closed->runtimeText});
+    }
+    AddAround(hits, Result::element, std::move(edits), std::move(published), &contract,
+              PropertiesOf(contract, bag));
+    return true;
+  }
+
+  // Turns a link into a click tracker where the mapping asks for it.
+  bool TakeLink(const ElementTag& tag, const std::vector<Pair>& pairs, const EndTag& end,
+                Hits hits) {
+    if (!mapping_.links || !EqualIgnoringCase(tag.name, "a") || pairs.size() != 1 ||
+        !EqualIgnoringCase(pairs.front().name, "href"))
+      return false;
+    Target target = *mapping_.links;
+    std::string content;
+    page_.Encoding().Decode(Bytes(tag.end, end.begin), content);
+    target.properties.emplace_back("HTMLContent", content);
+    target.properties.emplace_back("Href", pairs.front().value);
+    for (auto& [property, value] : target.properties)
+      if (const std::size_t hole = value.find(kNumberHole); hole != std::string::npos)
+        value.replace(hole, kNumberHole.size(), std::to_string(links_ + 1));
+    const Bag bag = BagFor(target, {});
+    const auto made = Make(*target.contract, bag, page_.Encoding());
+    if (!made) return false;
+    ++links_;
+    AddAround(hits, Result::element, {{tag.begin, end.end, made->element}},
+              {{tag.begin, end.end, made->runtimeText}}, target.contract,
+              PropertiesOf(*target.contract, bag));
+    return true;
+  }
+
+  // The attributes with expressions in place of placeholders; nothing when an element control
+  // cannot hold them.
+  std::optional<std::vector<Pair>> AttributesOf(const ElementTag& tag, Hits hits) const {
+    std::vector<Pair> pairs;
+    const page::PageEncoding& encoding = page_.Encoding();
+    for (const ElementTag::Attribute& attribute : tag.attributes) {
+      Pair pair;
+      if (encoding.Decode(attribute.name, pair.name) != page::npos) return std::nullopt;
+      auto copied = static_cast<std::size_t>(attribute.value.data() - bytes_.data());
+      const std::size_t end = copied + attribute.value.size();
+      if (!attribute.hasValue) return std::nullopt;
+      for (const Hit& hit : hits) {
+        if (hit.found.begin < copied || hit.found.end > end) continue;
+        const auto expression = ExpressionOf(hit);
+        if (!expression) return std::nullopt;
+        encoding.DecodeAttribute(Bytes(copied, hit.found.begin), pair.value);
+        pair.value += *expression;
+        copied = hit.found.end;
+      }
+      if (encoding.DecodeAttribute(Bytes(copied, end), pair.value) != page::npos)
+        return std::nullopt;
+      // These would end the value or the list, or be read as something else.
+      if (pair.value.empty() || pair.value.find_first_of("\"|<>\r\n\t") != std::string::npos ||
+          pair.name.find_first_of("|\"'<=") != std::string::npos || Writes(Element(), pair.name))
+        return std::nullopt;
+      const auto same = [&](const Pair& each) { return EqualIgnoringCase(each.name, pair.name); };
+      if (std::ranges::any_of(pairs, same)) return std::nullopt;
+      pairs.push_back(std::move(pair));
+    }
+    return pairs;
+  }
+
+  // An expression has no format.
+  static std::optional<std::string> ExpressionOf(const Hit& hit) {
+    const ControlClass& contract = *hit.found.target->contract;
+    const auto* const group =
+        std::ranges::find(kExpressionGroups, contract.name, &ExpressionGroup::className);
+    if (group == std::end(kExpressionGroups)) return std::nullopt;
+    const std::shared_ptr<Control> control = page::Load(contract, hit.bag);
+    if (!ToText(control->Get("Format")).empty()) return std::nullopt;
+    const std::string name = ToText(control->Get(group->property));
+    if (name.find_first_of("#\"|") != std::string::npos) return std::nullopt;
+    return '#' + std::string(group->group) + '.' + name + '#';
+  }
+
+  // Reads the attributes back from the runtime text: the engine is to see the same ones.
+  bool GivesAttributes(const Made& made, const std::vector<Pair>& pairs) const {
+    const std::string_view text = made.runtimeText;
+    const auto tag = ElementTagAt(text, text.find("<", text.starts_with("<!--") ? 1 : 0));
+    if (!tag) return false;
+    auto pair = pairs.begin();
+    for (const ElementTag::Attribute& attribute : tag->attributes) {
+      std::string name;
+      std::string value;
+      page_.Encoding().Decode(attribute.name, name);
+      page_.Encoding().DecodeAttribute(attribute.value, value);
+      if (Writes(Element(), name)) continue;
+      if (pair == pairs.end() || pair->name != name || pair->value != value) return false;
+      ++pair;
+    }
+    return pair == pairs.end();
+  }
+
+  std::optional<EndTag> EndTagOf(std::size_t startTag) {
+    if (!endTags_) endTags_.emplace(bytes_, inspection_);
+    const auto end = endTags_->Of(startTag);
+    // An end tag in a runtime tag belongs to it.
+    if (end) {
+      const auto around = FirstBehind(taken_, end->begin, &page::TextEdit::end);
+      if (around != taken_.end() && around->begin < end->end) return std::nullopt;
+    }
+    return end;
+  }
+
+  // Whether a content can stand in a property: without controls, tags, placeholders and comments,
+  // and without white space at its ends, which would be lost.
+  bool IsPlain(std::size_t begin, std::size_t end) const {
+    if (end <= begin || end - begin > kLongestContent || !endTags_->AreBalanced(begin, end))
+      return false;
+    const auto control = FirstBehind(inspection_.controls, begin, &page::FoundControl::end);
+    if (control != inspection_.controls.end() && control->begin < end) return false;
+    const auto tag = std::ranges::lower_bound(tags_, begin, {}, &Find::begin);
+    if (tag != tags_.end() && tag->begin < end) return false;
+    const auto hit = FirstBehind(hits_, begin, [](const Hit& each) { return each.found.end; });
+    if (hit != hits_.end() && hit->found.begin < end) return false;
+    std::string content;
+    if (page_.Encoding().Decode(Bytes(begin, end), content) != page::npos) return false;
+    return content.find("<!") == std::string::npos && content.find("-->") == std::string::npos &&
+           content.find("--!>") == std::string::npos && TrimCrLf(content) == content &&
+           DecodeMarkupTokens(EncodeMarkupTokens(content)) == content;
+  }
+
+  std::string_view Bytes(std::size_t begin, std::size_t end) const {
+    return bytes_.substr(begin, end - begin);
+  }
+
+  const page::Page& page_;
+  std::string_view bytes_;
+  const page::Inspection& inspection_;
+  const std::vector<Find>& tags_;
+  const Mapping& mapping_;
+  const FieldCaptions& captions_;
+  FieldSuggestions suggestions_;
+  page::TextEdits taken_;  // of the runtime tags
+  std::vector<Hit> hits_;
+  std::vector<Find> finds_;
+  std::optional<EndTags> endTags_;
+  int links_ = 0;
+};
+
+}  // namespace
+
+std::vector<Find> FindPlaceholders(const page::Page& page, const page::Inspection& inspection,
+                                   const std::vector<Find>& tags, const Mapping& mapping,
+                                   const FieldCaptions& captions, const ObjectRef& office) {
+  return PlaceholderTaker(page, inspection, tags, mapping, captions, office).Take();
+}
+
+}  // namespace kvo::adopt
