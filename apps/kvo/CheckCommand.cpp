@@ -1,9 +1,13 @@
+#include <functional>
 #include <map>
+#include <mutex>
 #include <optional>
+#include <utility>
 
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/Json.h"
 #include "apps/kvo/PageRun.h"
+#include "document/check/Fields.h"
 #include "document/check/Products.h"
 #include "document/office/OfficeFile.h"
 #include "document/page/File.h"
@@ -32,51 +36,78 @@ Json ProblemJson(const std::string& file, const page::Problem& problem) {
   return json;
 }
 
-// An office, and the products of its shop.
+// What is known of an office: the fields, and the products of its shop.
 struct Known {
-  ObjectRef office;
-  std::optional<check::ShopProducts> products;
+  check::KnownFields fields;
+  std::optional<check::ShopProducts> products;  // only for use in the order of the pages
+  std::function<void()> complaint;              // reports a broken office
 };
 
 // Loads the offices of the pages, each file once: the one that the user names, else the one beside
-// the page, if any. Reports a broken office and checks its pages without it. Looks up products only
-// for an office that the user names: one that came with a page must not choose what this machine
-// connects to.
+// the page, if any. Checks pages without an office that is broken. Looks up products only for an
+// office that the user names: one that came with a page must not choose what this machine connects
+// to. May be used by several threads.
 class Offices {
  public:
   explicit Offices(const std::string& named) : named_(named) {}
 
   Known& Of(const std::string& page) {
-    if (!named_.empty()) return Load(named_);
-    const auto beside = FileBeside(page, office::kOfficeFile);
-    return beside ? Load(*beside) : none_;
+    const auto beside = named_.empty() ? FileBeside(page, office::kOfficeFile) : named_;
+    if (!beside) return none_;
+    const std::lock_guard lock(mutex_);
+    const auto [entry, isNew] = loaded_.try_emplace(*beside);
+    if (isNew) Load(*beside, entry->second);
+    return entry->second;
   }
-  // ExitCode::failure when an office was broken.
-  ExitCode Code() const { return code_; }
 
  private:
-  Known& Load(const std::string& file) {
-    const auto [entry, isNew] = loaded_.try_emplace(file);
-    Known& known = entry->second;
-    if (!isNew) return known;
+  void Load(const std::string& file, Known& known) {
     try {
-      known.office = office::LoadOffice(
+      const ObjectRef office = office::LoadOffice(
           file, named_.empty() ? office::ConnectionFactory() : shop::NewConnection);
-      if (!named_.empty()) known.products.emplace(known.office);
+      known.fields = check::FieldsOf(office);
+      if (!named_.empty()) known.products.emplace(office);
     } catch (const office::JsonFileError& error) {
-      ShowProblems(Stream::error, error.File(), error.Problems());
-      code_ = ExitCode::failure;
+      known.complaint = [error] { ShowProblems(Stream::error, error.File(), error.Problems()); };
     } catch (const page::FileError& error) {
-      PrintError(error.Text(UserLanguage()));
-      code_ = ExitCode::failure;
+      known.complaint = [error] { PrintError(error.Text(UserLanguage())); };
     }
-    return known;
   }
 
   std::string named_;
+  std::mutex mutex_;
   std::map<std::string, Known> loaded_;
   Known none_;
-  ExitCode code_ = ExitCode::good;
+};
+
+// Shows the problems of pages in their order.
+class CheckRun {
+ public:
+  explicit CheckRun(bool json) : json_(json) {}
+
+  ExitCode Take(const std::string& file, Known& known, check::CheckedPage checked) {
+    ExitCode code = ExitCode::good;
+    if (const auto complain = std::exchange(known.complaint, nullptr)) {
+      complain();
+      code = ExitCode::failure;
+    }
+    const page::Problems problems =
+        check::WithProducts(std::move(checked), known.products ? &*known.products : nullptr);
+    if (!json_) {
+      ShowProblems(Stream::output, ShownName(file), problems);
+    } else {
+      for (const page::Problem& problem : page::Told(problems))
+        all_.push_back(ProblemJson(ShownName(file), problem));
+    }
+    return page::HasErrors(problems) ? Worse(code, ExitCode::problemsFound) : code;
+  }
+  void End() {
+    if (json_) PrintJson({{"problems", std::move(all_)}});
+  }
+
+ private:
+  bool json_;
+  Json all_ = Json::array();
 };
 
 ExitCode Check(const CheckValues& values) {
@@ -84,23 +115,19 @@ ExitCode Check(const CheckValues& values) {
   const PlatformScope scope(platform);
   platform.recordsets = shop::NewRecordset;
   Offices offices(values.office);
-  Json all = Json::array();
-  const auto show = [&](const std::string& file, const page::Problems& problems) {
-    if (!values.json) return ShowProblems(Stream::output, ShownName(file), problems);
-    for (const page::Problem& problem : page::Told(problems))
-      all.push_back(ProblemJson(ShownName(file), problem));
-  };
-  const ExitCode code = ForEachPage(PagesIn(values.pages), [&](const std::string& file) {
+  CheckRun run(values.json);
+  ExitCode code = ExitCode::good;
+  const ExitCode ran = ForEachPage(PagesIn(values.pages), [&](const std::string& file) {
     const page::Page page(page::ReadFile(file));
     Known& known = offices.Of(file);
-    page::Problems problems =
-        check::CheckPage(page, known.office, known.products ? &*known.products : nullptr);
-    const bool failed = page::HasErrors(problems);
-    return PageResult{failed ? ExitCode::problemsFound : ExitCode::good,
-                      [&show, file, problems = std::move(problems)] { show(file, problems); }};
+    return PageResult{ExitCode::good, [&, file,
+                                       checked = check::CheckButProducts(
+                                           page, known.fields, check::Fixes::leaveOut)]() mutable {
+                        code = Worse(code, run.Take(file, known, std::move(checked)));
+                      }};
   });
-  if (values.json) PrintJson({{"problems", std::move(all)}});
-  return Worse(code, offices.Code());
+  run.End();
+  return Worse(ran, code);
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 // Shared by the commands that work on page files.
 #pragma once
 
-#include <chrono>
-#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -15,23 +13,6 @@
 
 namespace kvo {
 
-// Shows the progress of a long run on standard error, at most once a second and not during the
-// first second.
-class Progress {
- public:
-  // Asks for the total only when it is shown.
-  explicit Progress(std::function<std::int64_t()> total) : total_(std::move(total)) {}
-
-  void Next(const std::string& name);
-
- private:
-  using Clock = std::chrono::steady_clock;
-
-  std::function<std::int64_t()> total_;
-  std::int64_t current_ = 0;
-  Clock::time_point told_ = Clock::now();
-};
-
 // What came of one page. `show`, which may be empty, prints it and adds it to the command's whole
 // result; it runs in the order of the pages and never two at once.
 struct PageResult {
@@ -40,9 +21,11 @@ struct PageResult {
 };
 
 // Calls `work` for each page, on any core and in any order, and returns the worst outcome. `work`
-// prints nothing and shares nothing that it changes; `show` does both. Reports a page that cannot
-// be read or written (page::FileError) in its turn and continues with the others; any other
-// exception ends the run in the page's turn. Shows progress on standard error when it takes long.
+// changes nothing that it shares with others; `show` may. What `work` prints appears before that of
+// `show`, in the page's turn. Reports a page that cannot be read or written (page::FileError) in
+// its turn and continues with the others; any other exception ends the run in the page's turn.
+// Shows progress on standard error when it takes long. A signal to end begins no new page and ends
+// the program after those that are being worked on; a single page it ends at once.
 ExitCode ForEachPage(const std::vector<std::string>& pages,
                      const std::function<PageResult(const std::string& page)>& work);
 
@@ -68,8 +51,9 @@ void ProtectPages(const std::vector<std::string>& pages, const std::vector<std::
 using PageWriter = std::function<page::Problems(const page::Page&, page::Sink&)>;
 ExitCode WritePage(const std::string& file, const std::string& target, const PageWriter& write);
 
-// Writes each page to its target. Reports a target that is a file just written for another page
-// (say where "A.html" also names "a.html"), and leaves it unchanged.
+// Writes each page to its target, many with few flushes of the drive. Reports a target that is a
+// file just written for another page (say where "A.html" also names "a.html"), and leaves it
+// unchanged.
 ExitCode WritePages(const NamedPages& pages, const std::vector<std::string>& targets,
                     const PageWriter& write);
 

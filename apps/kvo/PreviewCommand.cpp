@@ -9,6 +9,7 @@
 #include "apps/kvo/FramedPage.h"
 #include "apps/kvo/PageRun.h"
 #include "apps/kvo/PreviewFindings.h"
+#include "apps/kvo/Progress.h"
 #include "common/values/Ascii.h"
 #include "document/office/OfficeFile.h"
 #include "document/page/File.h"

@@ -48,7 +48,17 @@ std::string Harmless(int descriptor, std::string_view text) {
   return harmless;
 }
 
+thread_local HeldOutput* t_held = nullptr;
+bool g_statusShown = false;  // on the terminal; only the main thread prints
+
+void RemoveStatus() {
+  if (g_statusShown) std::fputs("\r\x1b[K", stderr);
+  g_statusShown = false;
+}
+
 void WriteToStderr(std::string_view text) {
+  if (t_held != nullptr) return t_held->Add(Stream::error, text);
+  RemoveStatus();
   std::fflush(stdout);  // keeps the order of the two streams
   std::fwrite(text.data(), 1, text.size(), stderr);
 }
@@ -60,6 +70,8 @@ void OutputFailed() {
 }
 
 void PrintAsIs(std::string_view text) {
+  if (t_held != nullptr) return t_held->Add(Stream::output, text);
+  RemoveStatus();
   if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) OutputFailed();
 }
 
@@ -77,6 +89,36 @@ void PrintError(std::string_view message) {
 }
 
 void Tell(std::string_view line) { WriteToStderr(Harmless(STDERR_FILENO, line) + '\n'); }
+
+bool IsStatusRewritten() { return isatty(STDERR_FILENO) == 1 && Environment("TERM") != "dumb"; }
+
+void ShowStatus(std::string_view line) {
+  if (!IsStatusRewritten()) return Tell(line);
+  RemoveStatus();
+  std::fflush(stdout);
+  const std::string text = Harmless(STDERR_FILENO, line);
+  std::fwrite(text.data(), 1, text.size(), stderr);
+  g_statusShown = true;
+}
+
+HeldOutput::HeldOutput() { t_held = this; }
+HeldOutput::~HeldOutput() { t_held = nullptr; }
+
+void HeldOutput::Add(Stream stream, std::string_view text) {
+  if (!pieces_.empty() && pieces_.back().stream == stream)
+    pieces_.back().text += text;
+  else
+    pieces_.push_back({stream, std::string(text)});
+}
+
+void Print(const HeldOutput::Pieces& pieces) {
+  for (const auto& [stream, text] : pieces) {
+    if (stream == Stream::output)
+      PrintAsIs(text);
+    else
+      WriteToStderr(text);
+  }
+}
 
 void PrintOutOfMemory() {
   const std::string_view line = Localized{"kvo: Fehler: Der Speicher reicht nicht aus.\n",

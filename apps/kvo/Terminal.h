@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "common/values/Localized.h"
 #include "document/page/Problem.h"
@@ -28,6 +30,10 @@ class Failure : public std::runtime_error {
 void PrintError(std::string_view message);
 // Prints an informational line on standard error.
 void Tell(std::string_view line);
+// Shows how far a long run has come, on standard error: on a terminal in one line, which the next
+// status replaces and any other output removes.
+void ShowStatus(std::string_view line);
+bool IsStatusRewritten();
 // Prints that memory ran out, without allocating any.
 void PrintOutOfMemory();
 
@@ -43,5 +49,28 @@ void ShowLine(Stream stream, std::string_view file, page::Severity severity, std
 void Print(std::string_view text);
 // Flushes everything printed so far; fails as Print does.
 void FlushOutput();
+
+// During its lifetime, holds back what the calling thread prints.
+class HeldOutput {
+ public:
+  HeldOutput();
+  HeldOutput(const HeldOutput&) = delete;
+  HeldOutput& operator=(const HeldOutput&) = delete;
+  ~HeldOutput();
+
+  // What was held back, to be printed by any thread.
+  struct Piece {
+    Stream stream;
+    std::string text;
+  };
+  using Pieces = std::vector<Piece>;
+  Pieces Take() { return std::move(pieces_); }
+
+  void Add(Stream stream, std::string_view text);
+
+ private:
+  Pieces pieces_;
+};
+void Print(const HeldOutput::Pieces& pieces);
 
 }  // namespace kvo

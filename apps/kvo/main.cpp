@@ -1,37 +1,15 @@
 // kvo: saves, checks, inspects and publishes pages from a terminal or a build server.
-#include <signal.h>  // NOLINT(modernize-deprecated-headers): the POSIX part is wanted
-
-#include <initializer_list>
 #include <new>
 
 #include "apps/Version.h"
 #include "apps/kvo/CommandLine.h"
 #include "apps/kvo/Commands.h"
+#include "apps/kvo/Ending.h"
 #include "apps/kvo/Terminal.h"
 #include "document/page/File.h"
 #include "host/headless/HeadlessPlatform.h"
 
 namespace {
-
-extern "C" void CleanUp(int signal) {
-  kvo::page::RemoveUnfinishedFile();
-  raise(signal);  // now ends the program, so that the caller sees the signal
-}
-
-// Makes signals that end the program remove the file being written first, so that nothing is left
-// beside the page. Keeps signals ignored that the caller ignores.
-void CleanUpWhenEnded() {
-  for (const int signal : {SIGHUP, SIGINT, SIGPIPE, SIGTERM, SIGXCPU}) {
-    struct sigaction former;
-    if (sigaction(signal, nullptr, &former) != 0 || former.sa_handler == SIG_IGN) continue;
-    struct sigaction action {};
-    action.sa_handler = CleanUp;
-    // Resets the handler before it runs, and does not block the signal inside it.
-    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
-    sigemptyset(&action.sa_mask);
-    sigaction(signal, &action, nullptr);
-  }
-}
 
 kvo::ExitCode Run(int argc, char** argv) {
   kvo::HeadlessPlatform platform;
@@ -54,7 +32,7 @@ kvo::ExitCode Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   kvo::page::OccupyStandardStreams();
-  CleanUpWhenEnded();
+  kvo::CleanUpWhenEnded();
   try {
     return static_cast<int>(Run(argc, argv));
   } catch (const std::bad_alloc&) {

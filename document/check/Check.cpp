@@ -187,23 +187,25 @@ void CheckControls(const page::Page& page, const page::Inspection& inspection, K
 
 page::Problems CheckPage(const page::Page& page, const ObjectRef& office, ShopProducts* products,
                          Fixes fixes) {
-  page::Problems problems = page::Check(page);
+  return WithProducts(CheckButProducts(page, FieldsOf(office), fixes), products);
+}
+
+CheckedPage CheckButProducts(const page::Page& page, KnownFields known, Fixes fixes) {
+  CheckedPage result{page::Check(page), {}};
+  page::Problems& problems = result.problems;
   const page::Inspection inspection = page::Inspect(page);
-  KnownFields known = FieldsOf(office);
   Balance balance;
-  std::vector<Selection> selections;
   const auto note = [&](const Checked& checked) {
     balance.Note(checked);
-    if (products != nullptr && checked.Has("SelectedProducts"))
+    if (checked.Has("SelectedProducts"))
       if (auto numbers = NumbersIn(checked.Text("SelectedProducts")); !numbers.empty())
-        selections.push_back({&checked.found, std::move(numbers)});
+        result.selections.push_back({checked.found, std::move(numbers)});
   };
   CheckControls(page, inspection, known, fixes, note, problems);
   const auto add = [&](page::Problems&& more) {
     std::ranges::move(more, std::back_inserter(problems));
   };
   add(balance.Take());
-  if (products != nullptr) add(CheckProducts(selections, *products));
   add(CheckOwnText(page, inspection.controls, known, fixes));
   std::ranges::stable_sort(problems, {}, &page::Problem::offset);
   if (fixes == Fixes::add)
@@ -213,6 +215,14 @@ page::Problems CheckPage(const page::Page& page, const ObjectRef& office, ShopPr
           part, page::Inspect(part), known, Fixes::leaveOut, [](const Checked&) {}, left);
       return left;
     });
+  return result;
+}
+
+page::Problems WithProducts(CheckedPage checked, ShopProducts* products) {
+  page::Problems problems = std::move(checked.problems);
+  if (products == nullptr) return problems;
+  std::ranges::move(CheckProducts(checked.selections, *products), std::back_inserter(problems));
+  std::ranges::stable_sort(problems, {}, &page::Problem::offset);
   return problems;
 }
 

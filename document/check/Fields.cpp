@@ -37,16 +37,19 @@ std::optional<FieldNames>& NamesIn(KnownFields& fields, FieldKind kind) {
 
 }  // namespace
 
-FieldNames::FieldNames(std::vector<std::string> names)
-    : names_(std::move(names)),
-      inOrder_(names_.begin(), names_.end()),
-      known_(names_.begin(), names_.end()) {}
+FieldNames::FieldNames(std::vector<std::string> names) {
+  const auto list = std::make_shared<List>();
+  list->names = std::move(names);
+  list->inOrder.assign(list->names.begin(), list->names.end());
+  list->known.insert(list->names.begin(), list->names.end());
+  list_ = list;
+}
 
 FieldNames::NearName FieldNames::Near(const std::string& name) {
   if (const auto asked = nearest_.find(name); asked != nearest_.end()) return asked->second;
-  if (compared_ + names_.size() > kMostCompared) return {};
-  compared_ += names_.size();
-  const Suggestion near = SuggestNear(name, inOrder_);
+  if (compared_ + list_->names.size() > kMostCompared) return {};
+  compared_ += list_->names.size();
+  const Suggestion near = SuggestNear(name, list_->inOrder);
   return nearest_[name] = {std::string(near.name), near.only};
 }
 

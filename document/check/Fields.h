@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,13 +20,12 @@ using uses::FieldKind;
 using uses::FieldReference;
 using uses::ForEachFieldReference;
 
+// Copies share the names.
 class FieldNames {
  public:
   explicit FieldNames(std::vector<std::string> names);
-  FieldNames(FieldNames&&) = default;
-  FieldNames& operator=(FieldNames&&) = default;
 
-  bool Know(std::string_view name) const { return known_.contains(name); }
+  bool Know(std::string_view name) const { return list_->known.contains(name); }
 
   // Returns the name that was probably meant; empty when none is near. Limits the number of
   // comparisons to keep the check of large pages fast; returns empty once they are used up.
@@ -38,16 +38,21 @@ class FieldNames {
     std::string name;
     bool only = false;
   };
+  struct List {
+    std::vector<std::string> names;
+    std::vector<std::string_view> inOrder;  // views into names
+    std::unordered_set<std::string_view> known;
+  };
+
   NearName Near(const std::string& name);
 
-  std::vector<std::string> names_;
-  std::vector<std::string_view> inOrder_;  // views into names_
-  std::unordered_set<std::string_view> known_;
+  std::shared_ptr<const List> list_;
   std::unordered_map<std::string, NearName> nearest_;
   std::size_t compared_ = 0;
 };
 
-// An office's field lists. A missing or empty list is nothing: it does not show which fields exist.
+// An office's field lists: a copy for each page that is checked. A missing or empty list is
+// nothing: it does not show which fields exist.
 struct KnownFields {
   std::optional<FieldNames> contact;
   std::optional<FieldNames> order;

@@ -135,7 +135,7 @@ std::vector<std::string> NumbersIn(std::string_view selection) {
   return numbers;
 }
 
-page::Problems CheckProducts(const std::vector<Selection>& selections, ShopProducts& products) {
+page::Problems CheckProducts(const Selections& selections, ShopProducts& products) {
   constexpr std::size_t kMostNamed = 5;
   std::vector<std::string> all;
   for (const Selection& selection : selections)
@@ -143,7 +143,7 @@ page::Problems CheckProducts(const std::vector<Selection>& selections, ShopProdu
   page::Problems problems;
   if (auto failure = products.LookUp(all))
     problems.push_back(
-        ProblemOf(kProductsNotChecked, *selections.front().control, NotChecked(*failure)));
+        ProblemOf(kProductsNotChecked, selections.front().control, NotChecked(*failure)));
   for (const auto& [control, numbers] : selections) {
     std::string named;
     std::size_t count = 0;
@@ -154,7 +154,7 @@ page::Problems CheckProducts(const std::vector<Selection>& selections, ShopProdu
     if (count == 0) continue;
     const std::string more = count > kMostNamed ? std::to_string(count - kMostNamed) : "";
     problems.push_back(
-        ProblemOf(kUnknownProduct, *control,
+        ProblemOf(kUnknownProduct, control,
                   {"Im Shop gibt es diese Produkte nicht: " + named +
                        (more.empty() ? "" : " und " + more + " weitere") +
                        ". Nehmen Sie sie aus der Auswahl oder berichtigen Sie ihre Nummern.",

@@ -53,14 +53,9 @@ class ShopProducts {
   bool readable_ = true;
 };
 
-// The product numbers that a control names, at least one.
-struct Selection {
-  const page::FoundControl* control;
-  std::vector<std::string> numbers;
-};
 // Splits a text at ",".
 std::vector<std::string> NumbersIn(std::string_view products);
 // Reports the products that do not exist.
-page::Problems CheckProducts(const std::vector<Selection>& selections, ShopProducts& products);
+page::Problems CheckProducts(const Selections& selections, ShopProducts& products);
 
 }  // namespace kvo::check

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -54,6 +56,26 @@ std::unique_ptr<Output> OpenOutput(const std::string& file, Durable durable = Du
 // Writes a whole file through OpenOutput.
 void WriteFile(const std::string& file, std::string_view bytes, Durable durable = Durable::yes);
 
+// Commits the outputs of many files with few flushes. The guarantee is that of single ones: each
+// old file stands whole until its new one is safely on the drive, and after `Finish` all new ones
+// are.
+class FileGroup {
+ public:
+  FileGroup() = default;
+  FileGroup(const FileGroup&) = delete;
+  FileGroup& operator=(const FileGroup&) = delete;
+  ~FileGroup() { Finish(); }
+
+  // Flushes what was appended to the outputs. Their Commit() then only puts them in place, and
+  // throws if the flush failed.
+  void Flush(std::span<Output* const> outputs);
+  // Makes the committed outputs' new names survive a power failure.
+  void Finish();
+
+ private:
+  std::set<std::string> folders_;
+};
+
 // A file and what it is to hold.
 struct FileChange {
   std::string file;
@@ -65,10 +87,6 @@ struct FileChange {
 // when one cannot be renamed, puts back the others. Follows the rules of OpenOutput otherwise.
 // Throws FileError, also for a file that no longer holds the bytes that were read from it.
 void WriteAll(const std::vector<FileChange>& changes);
-
-// Removes the temporary file being written, for programs that a signal is about to end. Safe in a
-// signal handler.
-void RemoveUnfinishedFile() noexcept;
 
 // Opens placeholders for those of the descriptors 0, 1 and 2 that the program was started without.
 // Otherwise the next opened file would get such a number and receive the output meant for standard

@@ -79,7 +79,7 @@ TEST_F(PipedPage, LongRunReportsItsProgress) {
   close(pipe);
   const Result result = Finish(kvo);
   EXPECT_EQ(result.code, 0);
-  EXPECT_EQ(result.err, "kvo: 2 of 2: x.html\n");
+  EXPECT_EQ(result.err, "kvo: 1 of 2 pages, about 2 s left\n");
   EXPECT_EQ(result.out, "");
 }
 
