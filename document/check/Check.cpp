@@ -18,8 +18,6 @@ namespace {
 using page::messages::Plain;
 using page::messages::Quoting;
 
-constexpr Rule kUnbalanced{"unbalanced-element", page::Severity::error};
-
 std::string PlaceText(const page::FoundControl& control) {
   return std::to_string(control.place.line) + ":" + std::to_string(control.place.column);
 }
@@ -149,15 +147,6 @@ page::Problem ProblemOf(const Rule& rule, const page::FoundControl& control, Mes
           control.begin, 0,       control.end};
 }
 
-std::span<const Rule> Rules() {
-  static const std::vector<Rule> rules = [] {
-    std::vector<Rule> all = {kUnbalanced, kUnknownProduct, kProductsNotChecked};
-    for (const ControlRule& rule : ControlRules()) all.push_back(rule.rule);
-    return all;
-  }();
-  return rules;
-}
-
 namespace {
 
 // Runs the rules about single controls. `note` is called for each control that can be loaded.
@@ -208,13 +197,7 @@ CheckedPage CheckButProducts(const page::Page& page, KnownFields known, Fixes fi
   add(balance.Take());
   add(CheckOwnText(page, inspection.controls, known, fixes));
   std::ranges::stable_sort(problems, {}, &page::Problem::offset);
-  if (fixes == Fixes::add)
-    AddPageFixes(page, inspection, problems, [&](const page::Page& part) {
-      page::Problems left = page::Check(part);
-      CheckControls(
-          part, page::Inspect(part), known, Fixes::leaveOut, [](const Checked&) {}, left);
-      return left;
-    });
+  if (fixes == Fixes::add) AddPageFixes(page, inspection, problems);
   return result;
 }
 

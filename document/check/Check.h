@@ -11,11 +11,13 @@
 
 namespace kvo::check {
 
-// A rule about controls. docs/checks.md describes each with an example.
+// A rule. docs/checks.md describes each with an example.
 struct Rule {
   std::string_view id;  // shown in messages; never changes
   page::Severity severity;
+  Localized help;  // one line: what it finds
 };
+// Those of page::Check included.
 std::span<const Rule> Rules();
 page::Problem ProblemOf(const Rule& rule, const page::FoundControl& control, Message message);
 

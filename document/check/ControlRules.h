@@ -16,8 +16,22 @@
 namespace kvo::check {
 
 // These rules also apply to the page's own text.
-inline constexpr Rule kUnknownField{"unknown-field", page::Severity::error};
-inline constexpr Rule kUnknownOrderValue{"unknown-order-value", page::Severity::warning};
+inline constexpr Rule kUnknownField{
+    "unknown-field",
+    page::Severity::error,
+    {"Ein Kontakt- oder Bestellfeld, das nicht in office.json steht",
+     "A contact or order field that is not in office.json"}};
+inline constexpr Rule kUnknownOrderValue{"unknown-order-value",
+                                         page::Severity::warning,
+                                         {"Ein Wert der Bestellung, der nicht in office.json steht",
+                                          "A value of the order that is not in office.json"}};
+
+// Checks the controls of a page together.
+inline constexpr Rule kUnbalanced{
+    "unbalanced-element",
+    page::Severity::error,
+    {"Ein öffnendes Element ohne sein schließendes, oder umgekehrt",
+     "An opening element without its closing one, or the other way round"}};
 
 // A control being checked, loaded from its bag, and its runtime text.
 struct Checked {

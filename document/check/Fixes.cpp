@@ -64,12 +64,8 @@ const page::RawAttribute* Find(const std::vector<WrittenAttribute>& attributes,
 class PageFixes {
  public:
   PageFixes(const page::Page& page, const page::Inspection& inspection,
-            const page::Problems& problems, const Recheck& recheck)
-      : page_(page),
-        bytes_(page.Bytes()),
-        controls_(inspection.controls),
-        problems_(problems),
-        recheck_(recheck) {}
+            const page::Problems& problems)
+      : page_(page), bytes_(page.Bytes()), controls_(inspection.controls), problems_(problems) {}
 
   std::optional<Fix> For(const Problem& problem) {
     const Maker maker = MakerOf(problem.rule);
@@ -258,7 +254,7 @@ class PageFixes {
     const page::Page alone(declaration +
                            page::Applied(bytes_.substr(control.begin, end - control.begin), edits));
     Counts before = ErrorsOf(problems_, control.begin, end);
-    const Counts after = ErrorsOf(recheck_(alone), 0, alone.Bytes().size());
+    const Counts after = ErrorsOf(page::Check(alone), 0, alone.Bytes().size());
     return std::ranges::all_of(after, [&](const auto& count) {
       return count.second + (count.first == problem.rule ? 1 : 0) <= before[count.first];
     });
@@ -268,7 +264,6 @@ class PageFixes {
   std::string_view bytes_;
   const std::vector<FoundControl>& controls_;
   const page::Problems& problems_;
-  const Recheck& recheck_;
   std::size_t rechecked_ = 0;  // bytes
 };
 
@@ -280,10 +275,10 @@ Message ChangeTitle(const std::string& from, const std::string& to) {
 }
 
 void AddPageFixes(const page::Page& page, const page::Inspection& inspection,
-                  page::Problems& problems, const Recheck& recheck) {
+                  page::Problems& problems) {
   const page::PageEncoding::Kind kind = page.Encoding().kind();
   if (kind == page::PageEncoding::Kind::utf16 || kind == page::PageEncoding::Kind::other) return;
-  PageFixes fixes(page, inspection, problems, recheck);
+  PageFixes fixes(page, inspection, problems);
   for (Problem& problem : problems)
     if (!problem.fix) problem.fix = fixes.For(problem);
 }

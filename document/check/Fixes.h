@@ -1,7 +1,6 @@
 // Fixes for problems that have one sure answer.
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "document/page/Page.h"
@@ -11,13 +10,10 @@ namespace kvo::check {
 // Titles that several rules share.
 Message ChangeTitle(const std::string& from, const std::string& to);
 
-// Checks a page for the fixes of AddPageFixes, without making any.
-using Recheck = std::function<page::Problems(const page::Page&)>;
-
-// Adds fixes to problems that page::Check reported, wherever writing the fix down shows that it
-// removes its problem and adds no error. Spends time in proportion to the page; a page with very
-// many problems gets fixes for the first of them.
+// Adds fixes to problems that page::Check reported, wherever checking the fixed control shows that
+// the problem is gone and saving it meets no other. Spends time in proportion to the page; a page
+// with very many problems gets fixes for the first of them.
 void AddPageFixes(const page::Page& page, const page::Inspection& inspection,
-                  page::Problems& problems, const Recheck& recheck);
+                  page::Problems& problems);
 
 }  // namespace kvo::check

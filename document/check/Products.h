@@ -14,8 +14,14 @@
 
 namespace kvo::check {
 
-inline constexpr Rule kUnknownProduct{"unknown-product", page::Severity::error};
-inline constexpr Rule kProductsNotChecked{"products-not-checked", page::Severity::warning};
+inline constexpr Rule kUnknownProduct{
+    "unknown-product",
+    page::Severity::error,
+    {"Ein Produkt, das es im Shop nicht gibt", "A product that the shop does not have"}};
+inline constexpr Rule kProductsNotChecked{
+    "products-not-checked",
+    page::Severity::warning,
+    {"Die Produkte konnten nicht nachgeschlagen werden", "The products could not be looked up"}};
 
 struct ShopProduct {
   std::string number;  // as the shop writes it

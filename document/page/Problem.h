@@ -22,7 +22,8 @@ struct Place {
 
 enum class Severity { error, warning };
 
-// The one sure way to mend a problem. Making the edits removes the problem and adds none.
+// The one sure way to mend a problem. Making the edits removes it and adds none, but may bring to
+// light what a broken control hid.
 struct Fix {
   Message title;  // what the edits do, as a command: "Write ..."
   TextEdits edits;

@@ -43,7 +43,17 @@ TEST(CheckRules, AreAllDocumentedWithTheirSeverity) {
                             (rule.severity == page::Severity::error ? "error" : "warning") + " |";
     EXPECT_NE(document.find(row), std::string::npos) << row;
     EXPECT_NE(document.find("\n## " + id + "\n"), std::string::npos) << id;
+    EXPECT_NE(rule.help.german, "");
+    EXPECT_NE(rule.help.english, "");
   }
+}
+
+TEST(CheckRules, AreThoseOfTheDocument) {
+  std::set<std::string> documented;
+  for (const Section& section : Sections()) documented.insert(section.rule);
+  std::set<std::string> rules;
+  for (const Rule& rule : Rules()) rules.emplace(rule.id);
+  EXPECT_EQ(rules, documented);
 }
 
 TEST(UnknownFieldRule, SuggestsANearMiss) {

@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 
+#include "document/check/Mend.h"
 #include "tests/check/CheckTesting.h"
 
 namespace kvo::check {
@@ -18,7 +19,7 @@ std::map<std::string_view, std::size_t> CountsOf(const page::Problems& problems)
 }
 
 // Makes the page's first fix; returns the page itself when there is none.
-std::string Mended(const std::string& page) {
+std::string WithFirstFix(const std::string& page) {
   for (const page::Problem& problem : CheckText(page))
     if (problem.fix) return page::Applied(page, problem.fix->edits);
   return page;
@@ -77,7 +78,7 @@ TEST_P(FixCase, IsMade) {
     return "<p title=a>\r\n" + text + "</p>\n<object>x</object>\xC3\xA4";
   };
   DemandSoundFixes(around(before));
-  EXPECT_EQ(Mended(around(before)), around(after.empty() ? before : after));
+  EXPECT_EQ(WithFirstFix(around(before)), around(after.empty() ? before : after));
 }
 
 std::string Object(const std::string& rest) {
@@ -214,6 +215,57 @@ TEST(Fixes, OfOneHugeControlStayFew) {
   };
   EXPECT_LE(count(CheckText(Print(params))), 100);
   EXPECT_LE(count(CheckText(Control("DTCPrint", {{"value", text}}))), 10);
+}
+
+Mended MendText(const std::string& text) {
+  return Mend(page::Page(text),
+              [](const page::Page& page) { return CheckText(std::string(page.Bytes())); });
+}
+
+TEST(Mend, MakesAllFixesAndFollowsThemUp) {
+  // Each fix of the one control waits for the one before.
+  const std::string text =
+      "\xC3\xA4 #customer.Emial#\n" +
+      Object(
+          "DTCElemnt\"><param name=\"basename\" value=\"print\"><param name=\"value\" "
+          "value=\"td\"><param name=\"html-content\" value=\"#customer.Emial# "
+          "#order.OrderTotl#kv:@lt;kv:order field='OrderTotl'/kv:@gt;\">") +
+      "\n<p>\n" + Object("DTCConfg\"><param name=item value=a><param name=format value=x>");
+  const Mended mended = MendText(text);
+  EXPECT_EQ(mended.bytes, page::Applied(text, mended.edits));
+  EXPECT_GE(mended.fixed.size(), 4U);
+  for (const page::Problem& problem : mended.left)
+    EXPECT_FALSE(problem.fix) << page::Describe(problem, "", Language::english);
+  EXPECT_EQ(mended.bytes.find("Emial"), std::string::npos) << mended.bytes;
+  EXPECT_NE(mended.bytes.find("\n<p>\n"), std::string::npos);
+}
+TEST(Mend, LeavesAGoodPageAsItIs) {
+  const Mended mended = MendText("<p>" + kStoredX);
+  EXPECT_TRUE(mended.edits.empty());
+  EXPECT_TRUE(mended.fixed.empty());
+  EXPECT_EQ(mended.bytes, "<p>" + kStoredX);
+}
+// Edits of rounds that touch each other's bytes.
+TEST(Mend, ComposesEditsOfSeveralRounds) {
+  const std::vector<page::TextEdits> rounds = {
+      {{0, 0, "A"}, {2, 4, "BCD"}, {6, 7, ""}},  // "A01BCD457"
+      {{0, 2, "x"}, {4, 6, "yz"}},
+      {{1, 1, "__"}, {3, 5, ""}},
+      {{0, 1, ""}}};
+  std::string expected = "0123456789";
+  std::size_t round = 0;
+  const Mended mended = Mend(page::Page(expected), [&](const page::Page&) {
+    page::Problems problems;
+    if (round < rounds.size()) {
+      problems.emplace_back();
+      problems[0].fix = page::Fix{{}, rounds[round++]};
+    }
+    return problems;
+  });
+  for (const page::TextEdits& edits : rounds) expected = page::Applied(expected, edits);
+  EXPECT_EQ(mended.bytes, expected);
+  EXPECT_EQ(page::Applied("0123456789", mended.edits), expected);
+  EXPECT_GT(mended.edits.size(), 1U) << "not one edit for all";
 }
 
 }  // namespace
