@@ -103,11 +103,16 @@ class CommandParts final : public Command {
     options_.push_back({Typed(flags), meaning});
     return *this;
   }
+  Command& FailsWith(ExitCode code) override {
+    failure_ = code;
+    return *this;
+  }
   void Run(std::function<ExitCode()> action) override { action_ = std::move(action); }
 
   const CLI::App& App() const { return app_; }
   const std::string& Name() const { return name_; }
   const Localized& Summary() const { return summary_; }
+  ExitCode FailureCode() const { return failure_; }
 
   std::string Help() const {
     std::string out = Say({"Aufruf: ", "Usage: "}) + "kvo " + name_;
@@ -155,6 +160,7 @@ class CommandParts final : public Command {
   std::vector<HelpEntry> options_;
   std::vector<std::pair<CLI::Option*, std::string>> required_;
   std::function<ExitCode()> action_;
+  ExitCode failure_ = ExitCode::failure;
   bool help_ = false;
 };
 
@@ -300,7 +306,8 @@ ExitCode CommandLine::Execute(int argc, char** argv) {
   } catch (const std::exception& error) {
     PrintError(FailureText(error));
   }
-  return ExitCode::failure;
+  const CommandParts* const command = parts_->Named();
+  return command == nullptr ? ExitCode::failure : command->FailureCode();
 }
 
 }  // namespace kvo

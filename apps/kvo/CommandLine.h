@@ -32,6 +32,8 @@ class Command {
   virtual Command& Option(const std::string& flags, const std::string& valueName,
                           std::string& value, Localized meaning) = 0;
   virtual Command& Flag(const std::string& flags, bool& value, Localized meaning) = 0;
+  // Sets the exit code of wrong use and failures, in place of ExitCode::failure.
+  virtual Command& FailsWith(ExitCode code) = 0;
   virtual void Run(std::function<ExitCode()> action) = 0;
 };
 

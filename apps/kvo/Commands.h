@@ -5,14 +5,15 @@
 
 namespace kvo {
 
-void AddWriteCommands(CommandLine& line);   // save, publish
-void AddInspectCommand(CommandLine& line);  // inspect
-void AddCheckCommand(CommandLine& line);    // check
-void AddEditCommands(CommandLine& line);    // new, set
-void AddClassesCommand(CommandLine& line);  // classes
-void AddPictureCommand(CommandLine& line);  // picture
-void AddPreviewCommand(CommandLine& line);  // preview
-void AddPagesCommand(CommandLine& line);    // pages
-void AddScriptCommand(CommandLine& line);   // script
+void AddWriteCommands(CommandLine& line);    // save, publish
+void AddInspectCommand(CommandLine& line);   // inspect
+void AddCheckCommand(CommandLine& line);     // check
+void AddEditCommands(CommandLine& line);     // new, set
+void AddCompareCommands(CommandLine& line);  // diff, merge
+void AddClassesCommand(CommandLine& line);   // classes
+void AddPictureCommand(CommandLine& line);   // picture
+void AddPreviewCommand(CommandLine& line);   // preview
+void AddPagesCommand(CommandLine& line);     // pages
+void AddScriptCommand(CommandLine& line);    // script
 
 }  // namespace kvo

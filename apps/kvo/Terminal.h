@@ -13,8 +13,8 @@
 
 namespace kvo {
 
-// The program's exit code.
-enum class ExitCode { good = 0, problemsFound = 1, failure = 2 };
+// The program's exit code. git takes a merge driver's codes up to 128 for a conflict.
+enum class ExitCode { good = 0, problemsFound = 1, failure = 2, driverFailed = 129 };
 
 // The worse of two outcomes.
 constexpr ExitCode Worse(ExitCode a, ExitCode b) { return a < b ? b : a; }

@@ -20,6 +20,7 @@ kvo::ExitCode Run(int argc, char** argv) {
   kvo::AddInspectCommand(line);
   kvo::AddCheckCommand(line);
   kvo::AddEditCommands(line);
+  kvo::AddCompareCommands(line);
   kvo::AddClassesCommand(line);
   kvo::AddPictureCommand(line);
   kvo::AddPreviewCommand(line);

@@ -125,6 +125,10 @@ TEST_F(HostilePage, ReadingItReachesNothing) {
     ExpectInBounds({"check", page}, reading, code);
   }
   ExpectInBounds({"save", "x.html", "-o", "-"}, reading, 0);
+  ExpectInBounds({"diff", "x.html", "y.html"}, reading, 1);
+  ExpectInBounds({"diff", "--textconv", "x.html"}, reading, 0);
+  // Only one side changed, which needs no git.
+  ExpectInBounds({"merge", "x.html", "x.html", "y.html", "-o", "-"}, reading, 0);
 }
 
 TEST_F(HostilePage, WritesOnlyWhereTheUserAllowed) {

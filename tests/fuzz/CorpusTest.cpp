@@ -11,6 +11,7 @@
 #include "fuzz/AdoptRules.h"
 #include "fuzz/BagRules.h"
 #include "fuzz/BuilderRules.h"
+#include "fuzz/CompareRules.h"
 #include "fuzz/OfficeRules.h"
 #include "fuzz/PagesRules.h"
 #include "fuzz/PreviewRules.h"
@@ -41,6 +42,7 @@ TEST_P(Corpus, KeepsEveryRule) {
 INSTANTIATE_TEST_SUITE_P(Fuzz, Corpus,
                          testing::Values(Subject{"adopt", adopt::CheckAdopt},
                                          Subject{"bag", CheckBag}, Subject{"builder", CheckBuilder},
+                                         Subject{"compare", compare::CheckCompare},
                                          Subject{"office", office::CheckOffice},
                                          Subject{"pages", CheckPages},
                                          Subject{"preview", preview::CheckPreview}),
