@@ -66,13 +66,13 @@ class TextInMemory {
   Descriptor file_;
 };
 
-struct Run {
+struct Finished {
   int status = 0;
   std::string output;
 };
 
 // Runs a program with its standard output in a pipe.
-Run RunProgram(std::vector<std::string> words) {
+Finished RunProgram(std::vector<std::string> words) {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) FailToRun(errno);
   const Descriptor from(ends[0]);
@@ -89,7 +89,7 @@ Run RunProgram(std::vector<std::string> words) {
   posix_spawn_file_actions_destroy(&actions);
   if (error != 0) FailToRun(error);
   to.Close();
-  Run run;
+  Finished run;
   std::array<char, 1U << 16U> part;
   for (;;) {
     const ssize_t size = read(from.Number(), part.data(), part.size());
@@ -118,7 +118,7 @@ compare::TextMerge GitMergeFile(VersionNames names) {
     const TextInMemory baseFile(base);
     const TextInMemory oursFile(ours);
     const TextInMemory theirsFile(theirs);
-    const Run run =
+    const Finished run =
         RunProgram({"git", "merge-file", "-p", "--marker-size=" + std::to_string(markerSize), "-L",
                     names.ours, "-L", names.base, "-L", names.theirs, oursFile.Name(),
                     baseFile.Name(), theirsFile.Name()});
