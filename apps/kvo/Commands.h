@@ -15,5 +15,7 @@ void AddPictureCommand(CommandLine& line);   // picture
 void AddPreviewCommand(CommandLine& line);   // preview
 void AddPagesCommand(CommandLine& line);     // pages
 void AddScriptCommand(CommandLine& line);    // script
+void AddRefsCommand(CommandLine& line);      // refs
+void AddRenameCommand(CommandLine& line);    // rename
 
 }  // namespace kvo

@@ -26,6 +26,8 @@ kvo::ExitCode Run(int argc, char** argv) {
   kvo::AddPreviewCommand(line);
   kvo::AddPagesCommand(line);
   kvo::AddScriptCommand(line);
+  kvo::AddRefsCommand(line);
+  kvo::AddRenameCommand(line);
   return line.Execute(argc, argv);
 }
 

@@ -4,10 +4,12 @@
 #include <array>
 #include <filesystem>
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <span>
 #include <utility>
 
 #include "document/office/JsonFile.h"
+#include "document/page/Encoding.h"
 #include "document/page/File.h"
 
 namespace kvo::office {
@@ -26,6 +28,13 @@ constexpr std::array kOfficeKeys = {kContactFields, kOrderFields, kShopDatabase}
 constexpr std::array kFieldKeys = {kSqlName, kDisplayName, kDataType};
 
 constexpr std::string_view kSqlite = "sqlite3://";
+
+// Returns the end of the JSON text that begins at `at`, both with its quotation marks.
+std::size_t EndOfText(std::string_view contents, std::size_t at) {
+  for (++at; contents[at] != '"'; ++at)
+    if (contents[at] == '\\') ++at;
+  return at + 1;
+}
 
 // Reads the tree and reports all of its problems.
 class Reader : private JsonFileReader {
@@ -99,6 +108,24 @@ Office::Description ReadOffice(std::string_view contents, const std::string& fil
                       [&](const JsonNode& root, page::ProblemList& problems) {
                         return Reader(folder, problems).Read(root);
                       });
+}
+
+page::TextEdits RenameField(std::string_view contents, const std::string& file, FieldList list,
+                            std::string_view from, std::string_view to) {
+  ReadOffice(contents, file);
+  const JsonNode root = ParseJson(contents);
+  const std::size_t start = page::PageEncoding::Mark(contents);
+  page::TextEdits edits;
+  const JsonNode* const fields =
+      root.Find(list == FieldList::contact ? kContactFields : kOrderFields);
+  if (fields == nullptr) return edits;
+  for (const JsonNode& field : fields->children) {
+    const JsonNode* const name = field.Find(kSqlName);
+    if (name->text != from) continue;
+    const std::size_t at = start + name->at;
+    edits.push_back({at, EndOfText(contents, at), nlohmann::json(to).dump()});
+  }
+  return edits;
 }
 
 std::shared_ptr<Office> LoadOffice(const std::string& file, ConnectionFactory connections) {

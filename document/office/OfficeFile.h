@@ -16,6 +16,7 @@
 
 #include "document/office/JsonFile.h"
 #include "document/office/Office.h"
+#include "document/page/TextEdit.h"
 
 namespace kvo::office {
 
@@ -31,5 +32,11 @@ std::shared_ptr<Office> LoadOffice(const std::string& file, ConnectionFactory co
 
 // Reads an office from the contents of a file; `file` is its name.
 Office::Description ReadOffice(std::string_view contents, const std::string& file);
+
+enum class FieldList { contact, order };
+// Returns the edits of the contents that give a field another sqlName, wherever it is listed; none
+// when it is not.
+page::TextEdits RenameField(std::string_view contents, const std::string& file, FieldList list,
+                            std::string_view from, std::string_view to);
 
 }  // namespace kvo::office

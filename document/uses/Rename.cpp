@@ -39,8 +39,8 @@ bool NeedsQuotes(std::string_view name) {
 
 class Work {
  public:
-  Work(const page::Page& page, const Renaming& renaming)
-      : page_(page), renaming_(renaming), found_(FindUses(page)) {}
+  Work(const page::Page& page, const PageUses& found, const Renaming& renaming)
+      : page_(page), renaming_(renaming), found_(found) {}
 
   Renamed Run() {
     made_.uses = UsesOf(renaming_.from, found_.uses);
@@ -178,7 +178,7 @@ class Work {
 
   const page::Page& page_;
   const Renaming& renaming_;
-  PageUses found_;
+  const PageUses& found_;
   std::string nameInText_;
   std::string nameInValue_;
   Renamed made_;
@@ -223,8 +223,8 @@ Renaming RenamingOf(std::string_view from, std::string_view to) {
   return renaming;
 }
 
-Renamed Rename(const page::Page& page, const Renaming& renaming) {
-  return Work(page, renaming).Run();
+Renamed Rename(const page::Page& page, const PageUses& found, const Renaming& renaming) {
+  return Work(page, found, renaming).Run();
 }
 
 }  // namespace kvo::uses

@@ -42,7 +42,10 @@ struct Renamed {
 
 // Edits only the bytes of the name, in elements and in the text between them, and the runtime text
 // that follows from them. Leaves captions of fields (DisplayValue) as they are. Takes time in
-// proportion to the page.
-Renamed Rename(const page::Page& page, const Renaming& renaming);
+// proportion to the page. `found` is what the page uses.
+Renamed Rename(const page::Page& page, const PageUses& found, const Renaming& renaming);
+inline Renamed Rename(const page::Page& page, const Renaming& renaming) {
+  return Rename(page, FindUses(page), renaming);
+}
 
 }  // namespace kvo::uses

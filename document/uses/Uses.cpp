@@ -7,6 +7,7 @@
 #include "common/values/Ascii.h"
 #include "document/page/ProblemList.h"
 #include "document/page/Scanner.h"
+#include "document/page/Utf8.h"
 #include "document/page/WrittenElement.h"
 #include "document/uses/MappedText.h"
 #include "document/uses/References.h"
@@ -24,6 +25,73 @@ Kind KindOf(FieldKind kind) {
 // Whether a value of a tag, which begins at `at`, is in quotation marks.
 bool IsQuotedAt(std::string_view text, std::size_t at) {
   return at > 0 && (text[at - 1] == '"' || text[at - 1] == '\'');
+}
+
+// The row of a param; nullptr for one that the control's class does not know.
+const PropertyRow* RowOf(const page::FoundControl& control, std::string_view key) {
+  return control.contract == nullptr ? nullptr : control.contract->FindKey(key);
+}
+
+// Decodes a value as its control reads it. Without a row, nothing says whether it is in token form;
+// then tokens are decoded.
+MappedText Decoded(const page::Page& page, const page::WrittenValue& value,
+                   const PropertyRow* row) {
+  MappedText text(page.Bytes().substr(value.begin, value.end - value.begin), value.begin,
+                  page.Encoding());
+  if (row == nullptr || row->codec.name == kAsTokens.name) {
+    if (row != nullptr && row->codec.read == kEncoding.read) text.RemoveCData();
+    text.DecodeTokens();
+  }
+  return text;
+}
+
+// A use in a text around it, as UTF-8.
+struct Around {
+  std::string text;
+  std::size_t begin = 0;
+  std::size_t end = 0;
+};
+
+Around InValue(const page::Page& page, const page::FoundControl& control, const Use& use) {
+  const page::WrittenElement element = page::ReadWrittenElement(page, control);
+  const auto holds = [&](const page::WrittenValue& value) {
+    return value.begin <= use.begin && use.end <= value.end;
+  };
+  const auto inside = [&](const page::WrittenValue& value, const PropertyRow* row) {
+    const MappedText text = Decoded(page, value, row);
+    Around around{text.Text(), 0, text.Text().size()};
+    while (around.begin < around.end && text.PlaceOf(around.begin) < use.begin) ++around.begin;
+    while (around.end > around.begin && text.PlaceOf(around.end) > use.end) --around.end;
+    return around;
+  };
+  for (const page::WrittenAttribute& attribute : element.attributes)
+    if (holds(attribute.value)) return inside(attribute.value, nullptr);
+  for (const page::WrittenParam& param : element.params)
+    if (param.value && holds(*param.value)) return inside(*param.value, RowOf(control, param.key));
+  return {};
+}
+
+Around InLine(const page::Page& page, const Use& use) {
+  constexpr std::size_t kReach = 200;  // a line may be as long as its page
+  const std::string_view bytes = page.Bytes();
+  const std::size_t line = bytes.find_last_of("\r\n", use.begin) + 1;  // 0 for the first one
+  const std::size_t begin = std::max(line, use.begin - std::min(use.begin, kReach));
+  const std::size_t end =
+      std::min({bytes.find_first_of("\r\n", use.end), use.end + kReach, bytes.size()});
+  Around around;
+  const auto append = [&](std::string_view rest) {
+    while (!rest.empty()) {
+      const std::size_t length = page.Encoding().CharacterLength(rest);
+      if (page.Encoding().Decode(rest.substr(0, length), around.text) != npos)
+        page::AppendUtf8(around.text, page::kReplacementCharacter);
+      rest.remove_prefix(length);
+    }
+    return around.text.size();
+  };
+  around.begin = append(bytes.substr(begin, use.begin - begin));
+  around.end = append(bytes.substr(use.begin, use.end - use.begin));
+  append(bytes.substr(use.end, end - use.end));
+  return around;
 }
 
 class Search {
@@ -59,8 +127,7 @@ class Search {
     }
     for (const page::WrittenParam& param : element.params) {
       if (!param.value) continue;
-      const PropertyRow* const row =
-          control.contract == nullptr ? nullptr : control.contract->FindKey(param.key);
+      const PropertyRow* const row = RowOf(control, param.key);
       const std::string property(row == nullptr || row->name.empty() ? param.key : row->name);
       if (property == "Field")
         SearchField(control, *param.value);
@@ -94,14 +161,9 @@ class Search {
           {isOrder ? Kind::orderField : Kind::contactField, std::move(name)});
   }
 
-  // `row` is nullptr where there is none to say whether the value is in token form.
   void SearchValue(const page::FoundControl& control, const std::string& property,
                    const page::WrittenValue& value, const PropertyRow* row) {
-    MappedText text(Bytes(value), value.begin, page_.Encoding());
-    if (row == nullptr || row->codec.name == kAsTokens.name) {
-      if (row != nullptr && row->codec.read == kEncoding.read) text.RemoveCData();
-      text.DecodeTokens();
-    }
+    const MappedText text = Decoded(page_, value, row);
     ForEachFieldReference(text.Text(), [&](const FieldReference& reference) {
       const auto at = static_cast<std::size_t>(reference.name.data() - text.Text().data());
       const bool quoted = value.quoted && (reference.isPath || IsQuotedAt(text.Text(), at));
@@ -164,6 +226,28 @@ std::vector<Use> UsesOf(const Name& name, const std::vector<Use>& uses) {
   std::ranges::copy_if(uses, std::back_inserter(same),
                        [&](const Use& use) { return use.name == name; });
   return same;
+}
+
+std::string Excerpt(const page::Page& page, const std::vector<page::FoundControl>& controls,
+                    const Use& use) {
+  constexpr std::size_t kMost = 40;  // bytes on each side
+  constexpr std::string_view kDots = "...";
+  const Around around = use.control == Use::kNoControl ? InLine(page, use)
+                                                       : InValue(page, controls[use.control], use);
+  const std::string& text = around.text;
+  const auto isInside = [&](std::size_t at) {
+    return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80;
+  };
+  std::size_t begin = around.begin - std::min(around.begin, kMost);
+  std::size_t end = std::min(text.size(), around.end + kMost);
+  while (isInside(begin)) ++begin;
+  while (isInside(end)) --end;
+  std::string excerpt = text.substr(begin, end - begin);
+  std::ranges::replace_if(
+      excerpt, [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
+  excerpt.erase(0, std::min(excerpt.find_first_not_of(' '), excerpt.size()));
+  if (begin > 0) excerpt.insert(0, kDots);
+  return excerpt.append(end == text.size() ? std::string_view() : kDots);
 }
 
 std::string WithoutControls(const page::Page& page,

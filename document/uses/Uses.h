@@ -61,6 +61,11 @@ PageUses FindUses(const page::Page& page);
 // Returns the uses of one name. Compares exactly, as checks do.
 std::vector<Use> UsesOf(const Name& name, const std::vector<Use>& uses);
 
+// Returns what is around a use, the property's value or the page's line, cut to what a list can
+// show. `controls` are those of the page.
+std::string Excerpt(const page::Page& page, const std::vector<page::FoundControl>& controls,
+                    const Use& use);
+
 // Returns the page with blanks in place of its controls, so that no offset changes.
 std::string WithoutControls(const page::Page& page,
                             const std::vector<page::FoundControl>& controls);

@@ -337,5 +337,30 @@ TEST(OfficeFile, TheExampleIsValid) {
   EXPECT_TRUE(office->Described().shopDatabase.has_value());
 }
 
+TEST(OfficeFileTest, RenamesAFieldAndNothingElse) {
+  const auto renamed = [](const std::string& contents, FieldList list, std::string_view from,
+                          std::string_view to) {
+    return page::Applied(contents, RenameField(contents, "office.json", list, from, to));
+  };
+  const std::string contents =
+      "\xEF\xBB\xBF{ \"contactFields\":[\r\n{\"dataType\" : 0,\"sqlName\":\"City\","
+      "\"displayName\":\"City\"},{\"sqlName\":\"\\u0041\\\"\",\"displayName\":\"\",\"dataType\":0}]"
+      ","
+      "\"orderFields\":[{\"sqlName\":\"City\",\"displayName\":\"\",\"dataType\":0}]}";
+  const auto with = [&contents](std::string_view old, std::string_view now, bool last) {
+    std::string changed = contents;
+    return changed.replace(last ? changed.rfind(old) : changed.find(old), old.size(), now);
+  };
+  EXPECT_EQ(renamed(contents, FieldList::contact, "City", "Größe"),
+            with("\"City\"", "\"Größe\"", false));
+  EXPECT_EQ(renamed(contents, FieldList::order, "City", "Town"),
+            with("\"City\"", "\"Town\"", true));
+  EXPECT_EQ(renamed(contents, FieldList::contact, "A\"", "B"),
+            with("\"\\u0041\\\"\"", "\"B\"", false));
+  EXPECT_EQ(renamed(contents, FieldList::contact, "city", "Town"), contents);
+  EXPECT_EQ(renamed("{}", FieldList::order, "City", "Town"), "{}");
+  EXPECT_THROW(RenameField("{]", "office.json", FieldList::order, "a", "b"), JsonFileError);
+}
+
 }  // namespace
 }  // namespace kvo::office

@@ -125,6 +125,28 @@ TEST(UsesTest, FindsIdsAndClasses) {
             "progid:kvopdesignobjects.dtcprint");
 }
 
+TEST(UsesTest, ShowsWhatIsAroundAUse) {
+  const auto excerpt = [](const std::string& text) {
+    const page::Page page(text);
+    const PageUses found = FindUses(page);
+    for (const Use& use : found.uses)
+      if (IsField(use.name)) return Excerpt(page, found.controls, use);
+    return std::string("none");
+  };
+  EXPECT_EQ(excerpt("a\n\t<p>#customer.A#\r\nb"), "<p>#customer.A#");
+  EXPECT_EQ(excerpt("#customer.A#"), "#customer.A#");
+  const std::string many(30, 'x');
+  EXPECT_EQ(excerpt("\xC3\xA4" + many.substr(1) + "#customer.A#" + many + many),
+            "..." + many.substr(1) + "#customer.A#" + many + many.substr(21) + "...");
+  EXPECT_EQ(excerpt("<meta charset=windows-1252>\n\xE4\x81#customer.A#\xDF"),
+            "ä\uFFFD#customer.A#ß");
+  EXPECT_EQ(excerpt(std::string(500, 'x') + "#customer.A#"), "..." + many + "#customer.A#");
+  EXPECT_EQ(excerpt(Control("DTCIf", Param("test", "#customer.A#&gt;&#10;1"))), "#customer.A#> 1");
+  EXPECT_EQ(excerpt(Control("DTCIf", Param("on-true", "kv:@lt;bkv:@gt;#customer.A#"))),
+            "<b>#customer.A#");
+  EXPECT_EQ(excerpt(Control("DTCContact", Param("field", "Gr&ouml;&szlig;e"))), "Größe");
+}
+
 TEST(UsesTest, TellsWhatAWordMeans) {
   const auto kinds = [](std::string_view word) {
     std::vector<Kind> all;

@@ -1,0 +1,223 @@
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <utility>
+
+#include "apps/kvo/Commands.h"
+#include "apps/kvo/PageRun.h"
+#include "apps/kvo/UsedNames.h"
+#include "document/office/OfficeFile.h"
+#include "document/page/Messages.h"
+#include "document/page/UnifiedDiff.h"
+#include "document/preview/Records.h"
+#include "document/uses/Rename.h"
+
+namespace kvo {
+namespace {
+
+using page::messages::Quoted;
+
+struct RenameValues {
+  std::string from;
+  std::string to;
+  std::vector<std::string> pages;
+  std::string office;
+  bool dryRun = false;
+};
+
+// A file and the edits that it gets.
+struct EditedFile {
+  std::string file;
+  std::string bytes;
+  page::TextEdits edits;
+};
+
+// A number of things, in the user's language.
+std::string Counted(std::size_t count, Localized one, Localized many) {
+  return std::to_string(count) + ' ' + Say(count == 1 ? one : many);
+}
+
+class RenameRun {
+ public:
+  explicit RenameRun(const RenameValues& values)
+      : values_(values), renaming_(uses::RenamingOf(values.from, values.to)) {}
+
+  ExitCode Run() {
+    if (!values_.office.empty()) RenameInOffice();
+    const std::vector<std::string> pages = PagesIn(values_.pages);
+    if (!values_.dryRun && std::ranges::find(pages, "-") != pages.end())
+      throw Failure(
+          Say({"Die Standardeingabe lässt sich nicht umbenennen. Eine Datei angeben, "
+               "oder --dry-run.",
+               "Nothing can be renamed in standard input. Name a file, or add "
+               "--dry-run."}));
+    const ExitCode code = ForEachPage(pages, [this](const std::string& file) {
+      page::Page page(page::ReadFile(file));
+      const uses::PageUses found = uses::FindUses(page);
+      uses::Renamed renamed = uses::Rename(page, found, renaming_);
+      UsedNames names;
+      names.Add(found.uses);
+      return PageResult{renamed.kept.empty() ? ExitCode::good : ExitCode::problemsFound,
+                        [this, file, names, page = std::move(page), renamed = std::move(renamed)] {
+                          Note(file, page, renamed);
+                          used_.Add(names);
+                        }};
+    });
+    if (places_ == 0 && code == ExitCode::good && !office_) {
+      used_.TellUsedNowhere(values_.from);
+      return ExitCode::problemsFound;
+    }
+    used_.TellOtherCases(values_.from);
+    if (office_) files_.push_back(std::move(*office_));
+    if (values_.dryRun)
+      for (const EditedFile& each : files_)
+        Print(page::UnifiedDiff(std::filesystem::path(each.file).lexically_normal().string(),
+                                each.bytes, each.edits));
+    else if (code == ExitCode::good)
+      Write();
+    else
+      PrintError(Say({"Nichts wurde umbenannt; erst die genannten Fehler beheben.",
+                      "Nothing was renamed; mend the errors named above first."}));
+    TellBeside();
+    return code;
+  }
+
+ private:
+  // Finds the edit of the office, which has to list one of the two names.
+  void RenameInOffice() {
+    const std::string& file = values_.office;
+    if (!uses::IsField(renaming_.from))
+      throw Failure(Say({"Eine id steht nicht im Office. --office weglassen.",
+                         "An id is not in an office. Leave out --office."}));
+    const std::string contents = page::ReadRegularFile(file, office::kLargestJsonFile);
+    page::TextEdits edits = EditsOfOffice(contents, file, renaming_.from, renaming_.to);
+    const bool listsNew = !EditsOfOffice(contents, file, renaming_.to, renaming_.from).empty();
+    if (!edits.empty() && listsNew)
+      throw Failure(Say({"„{}“ hat beide Felder, {} und {}. Eines von Hand löschen.",
+                         "\"{}\" lists both fields, {} and {}. Delete one by hand."},
+                        {file, Quoted(values_.from), Quoted(values_.to)}));
+    if (edits.empty() && !listsNew)
+      throw Failure(Say({"„{}“ hat kein Feld {}. --office weglassen oder ein anderes Office "
+                         "angeben.",
+                         "\"{}\" lists no field {}. Leave out --office, or name another office."},
+                        {file, Quoted(values_.from)}));
+    if (!edits.empty()) office_ = EditedFile{file, contents, std::move(edits)};
+  }
+
+  page::TextEdits EditsOfOffice(const std::string& contents, const std::string& file,
+                                const uses::Name& from, const uses::Name& to) const {
+    const auto list = from.kind == uses::Kind::contactField ? office::FieldList::contact
+                                                            : office::FieldList::order;
+    return office::RenameField(contents, file, list, from.text, to.text);
+  }
+
+  void Note(const std::string& file, const page::Page& page, const uses::Renamed& renamed) {
+    const std::string name = ShownName(file);
+    const auto show = [&](page::Severity severity, const uses::Use& use, const Message& message) {
+      constexpr Localized kError{"Fehler", "error"};
+      constexpr Localized kWarning{"Warnung", "warning"};
+      const Localized& label = severity == page::Severity::error ? kError : kWarning;
+      ShowLine(Stream::error, name, severity,
+               page::DescribeAt(name, use.place, label.In(UserLanguage()), {}, {},
+                                message.In(UserLanguage())));
+    };
+    for (const uses::KeptUse& kept : renamed.kept) show(page::Severity::error, kept.use, kept.why);
+    if (!renamed.uses.empty() && !renamed.merged.empty()) {
+      constexpr page::messages::Quoting kMerged = {
+          "{} kommt hier schon vor; danach lassen sich die beiden nicht mehr unterscheiden.",
+          "{} is used here already; nobody can tell the two apart afterwards."};
+      show(page::Severity::warning, renamed.merged.front(), kMerged(values_.to));
+    }
+    if (renamed.uses.empty()) return;
+    ++pages_;
+    places_ += renamed.uses.size();
+    files_.push_back({file, std::string(page.Bytes()), renamed.edits});
+  }
+
+  void Write() const {
+    std::vector<FileChange> changes;
+    for (const auto& [file, bytes, edits] : files_)
+      changes.push_back({file, page::Applied(bytes, edits), bytes});
+    WriteAll(changes);
+    Print(Say({"Umbenannt: {} in {}.\n", "Renamed {} in {}.\n"},
+              {Counted(places_, {"Stelle", "place"}, {"Stellen", "places"}),
+               Counted(pages_, {"Seite", "page"}, {"Seiten", "pages"})}));
+  }
+
+  // Tells of files beside the renamed pages that still have the old name.
+  void TellBeside() const {
+    if (!uses::IsField(renaming_.from)) return;
+    std::set<std::string> told;
+    std::error_code ignored;
+    const auto tell = [&](const std::string& file, Localized message) {
+      if (told.insert(file).second) Tell("kvo: " + Say(message, {file, Quoted(values_.from)}));
+    };
+    for (const EditedFile& each : files_) {
+      const auto office = FileBeside(each.file, office::kOfficeFile);
+      if (office && !std::filesystem::equivalent(*office, values_.office, ignored) &&
+          OfficeLists(*office))
+        tell(*office, {"{} hat noch das Feld {}. Mit --office wird es dort mit umbenannt.",
+                       "{} still lists the field {}. With --office, it is renamed there, too."});
+      const auto records = FileBeside(each.file, preview::kRecordsFile);
+      if (records && RecordsHave(*records))
+        tell(*records, {"{} hat noch Werte für {}. Benennen Sie sie dort von Hand um.",
+                        "{} still has values for {}. Rename them there by hand."});
+    }
+  }
+  // Both say no for a broken file, which other commands report.
+  bool OfficeLists(const std::string& file) const {
+    try {
+      const std::string contents = page::ReadRegularFile(file, office::kLargestJsonFile);
+      return !EditsOfOffice(contents, file, renaming_.from, renaming_.to).empty();
+    } catch (const LocalizedError&) {
+      return false;
+    }
+  }
+  bool RecordsHave(const std::string& file) const {
+    const std::string_view group =
+        renaming_.from.kind == uses::Kind::contactField ? preview::kCustomer : preview::kOrder;
+    try {
+      return std::ranges::any_of(preview::LoadRecords(file).records,
+                                 [&](const preview::Record& record) {
+                                   return record.Find(group, renaming_.from.text) != nullptr;
+                                 });
+    } catch (const LocalizedError&) {
+      return false;
+    }
+  }
+
+  const RenameValues& values_;
+  uses::Renaming renaming_;
+  std::optional<EditedFile> office_;
+  std::vector<EditedFile> files_;
+  UsedNames used_;
+  std::size_t pages_ = 0;
+  std::size_t places_ = 0;
+};
+
+}  // namespace
+
+void AddRenameCommand(CommandLine& line) {
+  const auto values = std::make_shared<RenameValues>();
+  line.Add("rename",
+           {"Benennt ein Feld oder eine id in den Seiten um: in allen oder in keiner.",
+            "Renames a field or an id in the pages: in all of them or in none."},
+           Both("kvo rename customer.City customer.Town mails --dry-run\n"
+                "kvo rename customer.City customer.Town mails --office mails/office.json\n"
+                "kvo rename Preis Gesamtpreis newsletter.html"))
+      .Argument("OLD", values->from,
+                {"„customer.“ oder „order.“ und der Name eines Feldes, oder die id eines Controls",
+                 "\"customer.\" or \"order.\" and the name of a field, or the id of a control"})
+      .Argument("NEW", values->to, {"der neue Name, ebenso", "the new name, likewise"})
+      .Arguments("PAGE", values->pages,
+                 {"die Seiten oder ihre Ordner", "the pages or their folders"}, true)
+      .Option(
+          "--office", "FILE", values->office,
+          {"benennt das Feld auch in diesem Office um", "renames the field in this office, too"})
+      .Flag("--dry-run", values->dryRun,
+            {"zeigt nur, was sich ändern würde: ein Unified Diff für git apply",
+             "only shows what would change: a unified diff for git apply"})
+      .Run([values] { return RenameRun(*values).Run(); });
+}
+
+}  // namespace kvo
