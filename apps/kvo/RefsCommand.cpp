@@ -28,6 +28,8 @@ FormName NameOf(const uses::Use& use) {
       return {"path", {"Ausdruck", "expression"}};
     case uses::Form::tag:
       return {"tag", {"Tag", "tag"}};
+    case uses::Form::word:
+      return {"script", {"Skript", "script"}};
     case uses::Form::value:
       break;
   }

@@ -17,6 +17,11 @@ struct FieldTag {
 constexpr FieldTag kFieldTags[] = {{FieldKind::contact, "kv:contact"},
                                    {FieldKind::order, "kv:order"}};
 
+constexpr std::string_view kScript = "kv:script";
+
+// A character of a name in a script.
+constexpr bool IsWord(char c) { return c != '-' && IsNameCharacter(c); }
+
 using Found = std::function<void(const FieldReference&)>;
 
 void FindPaths(std::string_view text, const Found& found) {
@@ -46,6 +51,26 @@ void FindTags(std::string_view text, const Found& found) {
       if (name && IsFieldName(*name)) found({fieldTag.kind, false, *name, begin, tag.Position()});
       at = tag.Position();
       break;
+    }
+  }
+}
+
+// The statements are [from, to) of the text.
+void FindWords(std::string_view text, std::size_t from, std::size_t to, const Found& found) {
+  for (std::size_t dot = text.find('.', from); dot < to; dot = text.find('.', dot + 1)) {
+    for (const FieldTag& field : kFieldTags) {
+      const std::string_view group = GroupOf(field.kind);
+      if (!text.substr(from, dot - from).ends_with(group)) continue;
+      const std::size_t begin = dot - group.size();
+      std::size_t end = dot + 1;
+      while (end < to && IsWord(text[end])) ++end;
+      // Neither the end of a longer path, nor its beginning, nor a call.
+      const char before = begin > from ? text[begin - 1] : ' ';
+      const char after = end < to ? text[end] : ' ';
+      const std::string_view name = text.substr(dot + 1, end - dot - 1);
+      if (!IsWord(before) && before != '.' && before != '#' && after != '.' && after != '(' &&
+          IsNameInScript(name))
+        found({field.kind, false, name, begin, end});
     }
   }
 }
@@ -91,6 +116,26 @@ void ForEachReference(std::string_view text, const std::function<void(const Refe
 void ForEachFieldReference(std::string_view text, const Found& found) {
   FindPaths(text, found);
   FindTags(text, found);
+}
+
+void ForEachScriptReference(std::string_view text, Statements where, const Found& found) {
+  if (where == Statements::everywhere) return FindWords(text, 0, text.size(), found);
+  for (std::size_t at = text.find('<'); at != npos; at = text.find('<', at + 1)) {
+    if (!page::IsTagAt(text, at, "<", kScript)) continue;
+    page::TagReader tag(text, at + 1 + kScript.size());
+    tag.Skip();
+    if (tag.CutOff()) return;
+    const std::size_t from = tag.Position();
+    if (text[from - 2] == '/') continue;
+    for (at = text.find("</", from); at != npos && !page::IsTagAt(text, at, "</", kScript);)
+      at = text.find("</", at + 2);
+    if (at == npos) return;
+    FindWords(text, from, at, found);
+  }
+}
+
+bool IsNameInScript(std::string_view name) {
+  return !name.empty() && !IsDigit(name.front()) && std::ranges::all_of(name, IsWord);
 }
 
 bool IsOrderNumber(FieldKind kind, std::string_view name) {

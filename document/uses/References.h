@@ -43,7 +43,7 @@ constexpr std::string_view GroupOf(FieldKind kind) {
 // A reference to a field in a text.
 struct FieldReference {
   FieldKind kind = FieldKind::contact;
-  bool isPath = true;     // otherwise a tag
+  bool isPath = true;     // otherwise a tag, or a name in a script
   std::string_view name;  // in the text
   std::size_t at = 0;     // where the reference begins
   std::size_t end = 0;
@@ -55,6 +55,14 @@ struct FieldReference {
 // reference.
 void ForEachFieldReference(std::string_view text,
                            const std::function<void(const FieldReference&)>& found);
+
+// Finds "customer.NAME" and "order.NAME" in the statements of scripts: in the whole text, or in the
+// hand-written tags <kv:script> in it.
+enum class Statements { everywhere, inTags };
+void ForEachScriptReference(std::string_view text, Statements where,
+                            const std::function<void(const FieldReference&)>& found);
+// Whether statements can name a field so. Unlike elsewhere, "-" is minus and a blank ends a name.
+bool IsNameInScript(std::string_view name);
 
 // Whether a name is that of the order number, which the template engine knows in two spellings,
 // whatever the office calls it.

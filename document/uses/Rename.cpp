@@ -32,6 +32,11 @@ constexpr Plain kUnquoted = {
     "Der neue Name braucht Anführungszeichen. Ergänzen Sie sie um den alten.",
     "The new name needs quotation marks. Add them around the old one."};
 
+constexpr Plain kScriptName = {
+    "In einem Skript kann ein Name nur aus Buchstaben, Ziffern und _ bestehen. Wählen Sie einen "
+    "solchen.",
+    "In a script, a name can consist of letters, digits and _ only. Choose such a name."};
+
 // Whether a value without quotation marks can hold the name.
 bool NeedsQuotes(std::string_view name) {
   return !std::ranges::all_of(name, [](char c) { return IsLetter(c) || IsDigit(c) || c == '_'; });
@@ -103,6 +108,9 @@ class Work {
   void RenameTogether(const Uses& uses) {
     const bool unquoted = std::ranges::any_of(uses, [](const Use& use) { return !use.quoted; });
     if (unquoted && NeedsQuotes(renaming_.to.text)) return Keep(uses, kUnquoted());
+    const bool inScript =
+        std::ranges::any_of(uses, [](const Use& use) { return use.form == Form::word; });
+    if (inScript && !IsNameInScript(renaming_.to.text)) return Keep(uses, kScriptName());
     const bool ownText = uses.front().control == Use::kNoControl;
     page::TextEdits edits;
     for (const Use& use : uses)

@@ -164,35 +164,46 @@ class Search {
   void SearchValue(const page::FoundControl& control, const std::string& property,
                    const page::WrittenValue& value, const PropertyRow* row) {
     const MappedText text = Decoded(page_, value, row);
-    ForEachFieldReference(text.Text(), [&](const FieldReference& reference) {
+    const auto add = [&](const FieldReference& reference, Form form) {
       const auto at = static_cast<std::size_t>(reference.name.data() - text.Text().data());
-      const bool quoted = value.quoted && (reference.isPath || IsQuotedAt(text.Text(), at));
+      const bool quoted = value.quoted && (form != Form::tag || IsQuotedAt(text.Text(), at));
       found_.uses.push_back({{KindOf(reference.kind), std::string(reference.name)},
-                             reference.isPath ? Form::path : Form::tag,
+                             form,
                              {},
                              text.PlaceOf(at),
                              text.PlaceOf(at + reference.name.size()),
                              quoted,
                              control.index,
                              property});
-    });
+    };
+    const bool isScript = control.className == "DTCScript" && property == "HTMLContent";
+    Find(text.Text(), isScript ? Statements::everywhere : Statements::inTags, add);
   }
 
   void SearchOwnText() {
     const std::string text = WithoutControls(page_, found_.controls);
-    ForEachFieldReference(text, [&](const FieldReference& reference) {
+    Find(text, Statements::inTags, [&](const FieldReference& reference, Form form) {
       std::string name;
       if (page_.Encoding().Decode(reference.name, name) != npos) return;
       const auto at = static_cast<std::size_t>(reference.name.data() - text.data());
       found_.uses.push_back({{KindOf(reference.kind), std::move(name)},
-                             reference.isPath ? Form::path : Form::tag,
+                             form,
                              {},
                              at,
                              at + reference.name.size(),
-                             reference.isPath || IsQuotedAt(text, at),
+                             form != Form::tag || IsQuotedAt(text, at),
                              Use::kNoControl,
                              {}});
     });
+  }
+
+  template <class Add>
+  static void Find(std::string_view text, Statements scripts, const Add& add) {
+    ForEachFieldReference(text, [&](const FieldReference& reference) {
+      add(reference, reference.isPath ? Form::path : Form::tag);
+    });
+    ForEachScriptReference(text, scripts,
+                           [&](const FieldReference& reference) { add(reference, Form::word); });
   }
 
   const page::Page& page_;

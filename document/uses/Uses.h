@@ -32,6 +32,7 @@ enum class Form {
   value,  // a whole value: of the property Field, of the attribute id or classid
   path,   // "#customer.NAME#"
   tag,    // <kv:contact field="NAME">, written by hand
+  word,   // customer.NAME in the statements of a script
 };
 
 struct Use {

@@ -53,6 +53,20 @@ bool Holds(const std::string& text, std::string_view part) {
   return text.find(part) != std::string::npos;
 }
 
+TEST_F(RenameTest, RenamesInScripts) {
+  const std::string script = Control(
+      "DTCScript", Param("html-content", "set(kv:@quot;akv:@quot;, customer.Age kv:@gt; 1);"));
+  for (const std::string& page : {script, Saved(script),
+                                  std::string("<kv:script>x = customer.Age;"
+                                              "</kv:script>")}) {
+    const std::string renamed = RenamedPage(page, "customer.Age", "customer.Years");
+    EXPECT_FALSE(Holds(renamed, "customer.Age")) << renamed;
+    EXPECT_EQ(RenamedPage(renamed, "customer.Years", "customer.Age"), page);
+    EXPECT_TRUE(page::Check(page::Page(renamed)).empty()) << renamed;
+    EXPECT_TRUE(Holds(KeptWhy(page, "customer.Age", "customer.In Years"), "In a script"));
+  }
+}
+
 TEST_F(RenameTest, RefusesWhatCannotBeRenamed) {
   EXPECT_EQ(Refused("customer.City", "customer.Town"), "");
   EXPECT_EQ(Refused("customer.City", "customer.Home Town"), "");

@@ -19,7 +19,8 @@ std::vector<std::string> FieldUses(const std::string& text) {
     if (!IsField(use.name)) continue;
     const char* const form = use.form == Form::value  ? "value"
                              : use.form == Form::path ? "path"
-                                                      : "tag";
+                             : use.form == Form::tag  ? "tag"
+                                                      : "word";
     std::string line = Written(use.name) + ' ' + form + ' ' + std::to_string(use.place.line) + ':' +
                        std::to_string(use.place.column);
     if (!use.property.empty()) line += ' ' + use.property;
@@ -39,6 +40,22 @@ TEST(UsesTest, FindsFieldsOfControls) {
   EXPECT_EQ(FieldUses(Control("DTCContact", "\n" + Param("field", "Stra&szlig;e"))),
             Lines{"customer.Straße value 2:28 Field"});
   EXPECT_EQ(FieldUses(Control("DTCContact", Param("field", ""))), Lines{});
+}
+
+TEST(UsesTest, FindsNamesInScripts) {
+  EXPECT_EQ(
+      FieldUses(Control("DTCScript", "\n" + Param("html-content",
+                                                  "if (customer.Age kv:@gt; 9) "
+                                                  "set(kv:@quot;akv:@quot;,order.Total-1);"))),
+      (Lines{"customer.Age word 2:48 HTMLContent", "order.Total word 2:93 HTMLContent"}));
+  // Longer paths, calls and ends of other names are no fields.
+  EXPECT_EQ(FieldUses(Control("DTCScript", Param("html-content",
+                                                 "mycustomer.A; my.customer.A; customer.A.B; "
+                                                 "customer.Count(); customer.; order.1"))),
+            Lines{});
+  EXPECT_EQ(FieldUses("<p>customer.A <kv:script>x = customer.A;</kv:script> customer.A"),
+            Lines{"customer.A word 1:39"});
+  EXPECT_EQ(FieldUses(Control("DTCScript", Param("html-content", "y(#customer.A#)"))).size(), 1U);
 }
 
 TEST(UsesTest, FindsPathsInPropertiesOfControls) {
