@@ -13,6 +13,7 @@ void AddCompareCommands(CommandLine& line);  // diff, merge
 void AddClassesCommand(CommandLine& line);   // classes
 void AddPictureCommand(CommandLine& line);   // picture
 void AddPreviewCommand(CommandLine& line);   // preview
+void AddAdoptCommand(CommandLine& line);     // adopt
 void AddPagesCommand(CommandLine& line);     // pages
 void AddScriptCommand(CommandLine& line);    // script
 void AddRefsCommand(CommandLine& line);      // refs

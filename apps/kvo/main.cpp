@@ -24,6 +24,7 @@ kvo::ExitCode Run(int argc, char** argv) {
   kvo::AddClassesCommand(line);
   kvo::AddPictureCommand(line);
   kvo::AddPreviewCommand(line);
+  kvo::AddAdoptCommand(line);
   kvo::AddPagesCommand(line);
   kvo::AddScriptCommand(line);
   kvo::AddRefsCommand(line);

@@ -204,7 +204,11 @@ class MappingReader : private office::JsonFileReader {
       std::vector<std::string_view> names;
       for (const RegisteredControl& each : RegisteredControls())
         names.push_back(each.contract().name);
-      Add(name->at, page::messages::UnknownClass(name->text, Suggest(name->text, names)));
+      const std::string where = PathTo(path, kClass);
+      Add(name->at,
+          WithSuggestion({where + ": Diese Klasse gibt es nicht; „kvo classes“ zählt alle auf.",
+                          where + ": there is no such class; \"kvo classes\" lists them all."},
+                         Suggest(name->text, names)));
       return std::nullopt;
     }
     Target target{&control->contract(), {}};
@@ -264,8 +268,7 @@ std::string Folded(std::string_view name) {
   };
   static constexpr Umlaut kUmlauts[] = {{"ä", "ae"}, {"ö", "oe"}, {"ü", "ue"}, {"Ä", "ae"},
                                         {"Ö", "oe"}, {"Ü", "ue"}, {"ß", "ss"}};
-  if (const std::size_t dot = name.rfind('.'); dot != std::string_view::npos)
-    name.remove_prefix(dot + 1);
+  if (const std::size_t dot = name.rfind('.'); dot + 1 < name.size()) name.remove_prefix(dot + 1);
   std::string folded;
   while (!name.empty()) {
     const auto* const umlaut = std::ranges::find_if(

@@ -159,13 +159,9 @@ class PlaceholderTaker {
 
   // What keeps a placeholder wherever it stands.
   std::optional<Message> ReasonToKeep(const Hit& hit) const {
-    if (hit.found.statement)
-      return words::Statement(Shown(Bytes(hit.found.begin, hit.found.end), page_.Encoding()));
+    if (hit.found.statement) return words::Statement();
     if (hit.insideTag) return words::InsideRuntimeTag();
-    if (hit.found.target == nullptr)
-      return words::NotMapped(hit.found.name.empty()
-                                  ? Shown(Bytes(hit.found.begin, hit.found.end), page_.Encoding())
-                                  : hit.found.name);
+    if (hit.found.target == nullptr) return words::NotMapped();
     if (!hit.made) return words::NotInEncoding();
     if (hit.made->runtimeText.empty()) return words::GivesNothing();
     return std::nullopt;

@@ -34,14 +34,12 @@ inline constexpr Plain NewIdentifier = {
     "The control would write a new identifier each time (in-cache)."};
 
 // Of placeholders. They reach recipients as they are.
-inline constexpr Quoting NotMapped = {
-    "Der Platzhalter {} steht nicht in der Zuordnung. Tragen Sie ihn dort ein.",
-    "The mapping does not have the placeholder {}. Add it there."};
-inline constexpr Quoting Statement = {
-    "{} ist eine Anweisung des anderen Systems. Ersetzen Sie sie von Hand, etwa durch eine "
-    "Bedingung (DTCIf).",
-    "{} is a statement of the other system. Replace it by hand, by a condition (DTCIf) for "
-    "example."};
+inline constexpr Plain NotMapped = {"Steht nicht in der Zuordnung. Tragen Sie ihn dort ein.",
+                                    "The mapping does not have it. Add it there."};
+inline constexpr Plain Statement = {
+    "Eine Anweisung des anderen Systems. Ersetzen Sie sie von Hand, etwa durch eine Bedingung "
+    "(DTCIf).",
+    "A statement of the other system. Replace it by hand, by a condition (DTCIf) for example."};
 inline constexpr Plain InsideRuntimeTag = {
     "Steht in einem Tag der Template-Sprache. Ersetzen Sie den Platzhalter dort von Hand.",
     "Stands in a tag of the template language. Replace the placeholder there by hand."};

@@ -65,6 +65,8 @@ class DocumentsTest : public Program {
 TEST_F(DocumentsTest, CommandsPrintWhatTheDocumentsShow) {
   fs::create_directories(Work() / "build/bin");
   fs::create_symlink(KVO_PROGRAM, Work() / "build/bin/kvo");
+  fs::create_directories(Work() / "examples");
+  fs::copy(kSource / "examples/takeover", Work() / "examples/takeover");
   ForEveryMatch("\n```[a-z]*\n(\\$ [^`]*\n)```\n", [&](const fs::path&, const Match& block) {
     std::istringstream lines(block[1]);
     std::string command;
