@@ -1,16 +1,22 @@
+#include <algorithm>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <utility>
 
+#include "apps/kvo/Baseline.h"
+#include "apps/kvo/CheckReport.h"
 #include "apps/kvo/Commands.h"
-#include "apps/kvo/Json.h"
 #include "apps/kvo/PageRun.h"
 #include "document/check/Fields.h"
+#include "document/check/MailRules.h"
+#include "document/check/Mend.h"
 #include "document/check/Products.h"
 #include "document/office/OfficeFile.h"
 #include "document/page/File.h"
+#include "document/page/UnifiedDiff.h"
 #include "document/shop/Shop.h"
 #include "host/headless/HeadlessPlatform.h"
 
@@ -20,21 +26,16 @@ namespace {
 struct CheckValues {
   std::vector<std::string> pages;
   std::string office;
+  std::string format;
+  std::string baseline;
+  std::string newBaseline;
   bool json = false;
-};
+  bool fix = false;
+  bool dryRun = false;
+  bool mail = false;
 
-Json ProblemJson(const std::string& file, const page::Problem& problem) {
-  Json json{{"file", file},
-            {"line", problem.place.line},
-            {"column", problem.place.column},
-            {"severity", problem.severity == page::Severity::error ? "error" : "warning"},
-            {"rule", problem.rule},
-            {"class", problem.control},
-            {"id", problem.id},
-            {"message", problem.message.In(UserLanguage())}};
-  if (problem.more > 0) json["more"] = problem.more;
-  return json;
-}
+  std::string_view Format() const { return json ? "json" : format.empty() ? "text" : format; }
+};
 
 // What is known of an office: the fields, and the products of its shop.
 struct Known {
@@ -80,50 +81,143 @@ class Offices {
   Known none_;
 };
 
-// Shows the problems of pages in their order.
+// A page, mended if that was asked for, and what is known of it without the shop.
+struct LookedAt {
+  page::Page page;
+  check::CheckedPage checked;
+  page::Problems fixed;
+  std::string diff;
+};
+
+// Checks a page, and mends it first.
+LookedAt LookAt(const std::string& file, const check::KnownFields& fields,
+                const CheckValues& values) {
+  const auto check = [&fields](const page::Page& page) {
+    return check::CheckButProducts(page, fields).problems;
+  };
+  LookedAt seen{page::Page(page::ReadFile(file)), {}, {}, {}};
+  if (values.fix) {
+    check::Mended mended = check::Mend(seen.page, check);
+    if (!mended.edits.empty()) {
+      if (values.dryRun)
+        seen.diff = page::UnifiedDiff(ShownName(file), seen.page.Bytes(), mended.edits);
+      else
+        WriteAll({{file, mended.bytes, std::string(seen.page.Bytes())}});
+      seen.page = page::Page(std::move(mended.bytes));
+      seen.fixed = std::move(mended.fixed);
+    }
+  }
+  const bool showsFixes = values.Format() == "sarif";
+  seen.checked = check::CheckButProducts(seen.page, fields,
+                                         showsFixes ? check::Fixes::add : check::Fixes::leaveOut);
+  if (values.mail) {
+    std::ranges::move(check::CheckMail(seen.page), std::back_inserter(seen.checked.problems));
+    std::ranges::stable_sort(seen.checked.problems, {}, &page::Problem::offset);
+  }
+  return seen;
+}
+
+// Shows what was found, in the order of the pages.
 class CheckRun {
  public:
-  explicit CheckRun(bool json) : json_(json) {}
+  explicit CheckRun(const CheckValues& values)
+      : values_(values),
+        report_(NewCheckReport(values.Format(), values.dryRun ? Stream::error : Stream::output)) {
+    if (!values.baseline.empty()) known_.emplace(values.baseline).Read();
+    if (!values.newBaseline.empty()) noted_.emplace(values.newBaseline);
+  }
 
-  ExitCode Take(const std::string& file, Known& known, check::CheckedPage checked) {
+  ExitCode Take(const std::string& file, Known& known, LookedAt seen) {
     ExitCode code = ExitCode::good;
     if (const auto complain = std::exchange(known.complaint, nullptr)) {
       complain();
       code = ExitCode::failure;
     }
-    const page::Problems problems =
-        check::WithProducts(std::move(checked), known.products ? &*known.products : nullptr);
-    if (!json_) {
-      ShowProblems(Stream::output, ShownName(file), problems);
-    } else {
-      for (const page::Problem& problem : page::Told(problems))
-        all_.push_back(ProblemJson(ShownName(file), problem));
+    ShowFixed(file, seen.fixed);
+    Print(seen.diff);
+    page::Problems problems =
+        check::WithProducts(std::move(seen.checked), known.products ? &*known.products : nullptr);
+    if (noted_) {
+      noted_->Note(file, seen.page, problems);
+      return code;
     }
+    if (known_) problems = known_->NewOf(file, seen.page, std::move(problems));
+    report_->Add(file, seen.page, problems);
     return page::HasErrors(problems) ? Worse(code, ExitCode::problemsFound) : code;
   }
+
   void End() {
-    if (json_) PrintJson({{"problems", std::move(all_)}});
+    if (noted_) {
+      noted_->Write();
+      Tell(Say({"{} Probleme stehen jetzt als bekannt in {}.", "{} problems are now known in {}."},
+               {std::to_string(noted_->Noted()), values_.newBaseline}));
+      return;
+    }
+    report_->Finish();
+    if (!known_) return;
+    for (const std::string& gone : known_->Gone())
+      Tell(Say({"{}: gibt es nicht mehr: {}", "{}: is there no more: {}"},
+               {values_.baseline, gone}));
   }
 
  private:
-  bool json_;
-  Json all_ = Json::array();
+  // On standard output only when nothing else must stand there alone.
+  void ShowFixed(const std::string& file, const page::Problems& fixed) {
+    for (const page::Problem& problem : fixed) {
+      const std::string line =
+          page::DescribeAt(ShownName(file), problem.place, Say({"behoben", "mended"}),
+                           problem.control, problem.id, problem.fix->title.In(UserLanguage())) +
+          " [" + std::string(problem.rule) + ']';
+      if (values_.Format() == "text" && !values_.dryRun)
+        Print(line + '\n');
+      else
+        Tell(line);
+    }
+  }
+
+  const CheckValues& values_;
+  std::unique_ptr<CheckReport> report_;
+  std::optional<Baseline> known_;
+  std::optional<Baseline> noted_;
 };
 
+// Refuses options that do not go together.
+void DemandSense(const CheckValues& values) {
+  if (values.json && !values.format.empty())
+    throw Failure(Say({"--json und --format zugleich. Eines davon weglassen.",
+                       "--json and --format at once. Leave out one of them."}));
+  if (values.dryRun && !values.fix)
+    throw Failure(Say({"--dry-run geht nur mit --fix.", "--dry-run needs --fix."}));
+  if (values.dryRun && values.Format() != "text")
+    throw Failure(
+        Say({"--dry-run zeigt einen Unterschied statt eines Berichts. --format und "
+             "--json weglassen.",
+             "--dry-run shows a diff instead of a report. Leave out --format and "
+             "--json."}));
+  if (!values.baseline.empty() && !values.newBaseline.empty())
+    throw Failure(Say({"--baseline und --write-baseline zugleich. Eines davon weglassen.",
+                       "--baseline and --write-baseline at once. Leave out one of them."}));
+  if (values.fix && !values.dryRun && std::ranges::find(values.pages, "-") != values.pages.end())
+    throw Failure(
+        Say({"--fix ändert Dateien; die Standardeingabe ist keine. Eine Datei nennen "
+             "oder --dry-run dazusetzen.",
+             "--fix changes files; standard input is none. Name a file or add "
+             "--dry-run."}));
+}
+
 ExitCode Check(const CheckValues& values) {
+  DemandSense(values);
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
   platform.recordsets = shop::NewRecordset;
   Offices offices(values.office);
-  CheckRun run(values.json);
+  CheckRun run(values);
   ExitCode code = ExitCode::good;
   const ExitCode ran = ForEachPage(PagesIn(values.pages), [&](const std::string& file) {
-    const page::Page page(page::ReadFile(file));
     Known& known = offices.Of(file);
-    return PageResult{ExitCode::good, [&, file,
-                                       checked = check::CheckButProducts(
-                                           page, known.fields, check::Fixes::leaveOut)]() mutable {
-                        code = Worse(code, run.Take(file, known, std::move(checked)));
+    auto seen = std::make_shared<LookedAt>(LookAt(file, known.fields, values));
+    return PageResult{ExitCode::good, [&, file, seen] {
+                        code = Worse(code, run.Take(file, known, std::move(*seen)));
                       }};
   });
   run.End();
@@ -135,11 +229,12 @@ ExitCode Check(const CheckValues& values) {
 void AddCheckCommand(CommandLine& line) {
   const auto values = std::make_shared<CheckValues>();
   line.Add("check",
-           {"Nennt alles, was an den Seiten nicht stimmt, ohne sie zu ändern.",
-            "Lists everything that is wrong with the pages, and changes nothing."},
+           {"Nennt alles, was an den Seiten nicht stimmt; ändert sie nur mit --fix.",
+            "Lists everything that is wrong with the pages; changes them only with --fix."},
            Both("kvo check newsletter.html\n"
                 "kvo check *.html --office shop/office.json\n"
-                "kvo check *.html --json"))
+                "kvo check templates --fix --dry-run\n"
+                "kvo check templates --baseline known.json --format sarif"))
       .Arguments("PAGE", values->pages,
                  {"die Seiten; „-“ ist die Standardeingabe", "the pages; \"-\" is standard input"},
                  true)
@@ -149,8 +244,30 @@ void AddCheckCommand(CommandLine& line) {
            "wenn es sie gibt",
            "the fields and products of the shop; else the fields of office.json beside the "
            "page, if it is there"})
+      .Flag("--mail", values->mail,
+            {"prüft auch, was beim Versand als Mail stört",
+             "also checks what makes trouble when it is sent as mail"})
+      .Flag("--fix", values->fix,
+            {"behebt, was sich auf eine sichere Weise beheben lässt",
+             "mends what can be mended in one sure way"})
+      .Flag("--dry-run", values->dryRun,
+            {"mit --fix: zeigt die Änderungen, ohne sie zu schreiben",
+             "with --fix: shows the changes and writes none"})
+      .Option("--format", "FORMAT", values->format,
+              {"text, json, sarif, github oder junit", "text, json, sarif, github or junit"})
       .Flag("--json", values->json,
-            {"ein JSON-Dokument für andere Programme", "one JSON document for other programs"})
+            {"ein JSON-Dokument für andere Programme: --format json",
+             "one JSON document for other programs: --format json"})
+      .Option("--baseline", "FILE", values->baseline,
+              {"schweigt von den Problemen, die darin stehen",
+               "is silent about the problems that are in it"})
+      .Option("--write-baseline", "FILE", values->newBaseline,
+              {"schreibt alle Probleme hinein, statt sie zu nennen",
+               "writes all problems into it instead of listing them"})
+      .ExitCodes({{"keine Fehler, höchstens Warnungen", "no errors, warnings at most"},
+                  {"Fehler gefunden, auch nach --fix", "errors found, also after --fix"},
+                  {"falscher Aufruf, oder eine Datei war nicht zu lesen oder zu schreiben",
+                   "wrong use, or a file could not be read or written"}})
       .Run([values] { return Check(*values); });
 }
 

@@ -107,6 +107,11 @@ class CommandParts final : public Command {
     failure_ = code;
     return *this;
   }
+  Command& ExitCodes(std::vector<Localized> meanings) override {
+    for (const Localized& meaning : meanings)
+      exitCodes_.push_back({std::to_string(exitCodes_.size()), meaning});
+    return *this;
+  }
   void Run(std::function<ExitCode()> action) override { action_ = std::move(action); }
 
   const CLI::App& App() const { return app_; }
@@ -122,6 +127,7 @@ class CommandParts final : public Command {
     std::vector<HelpEntry> options = options_;
     options.push_back(kHelpEntry);
     AppendEntries(out, {"Optionen", "Options"}, options);
+    AppendEntries(out, {"Rückgabewerte", "Exit codes"}, exitCodes_);
     AppendExamples(out, examples_);
     return out;
   }
@@ -158,6 +164,7 @@ class CommandParts final : public Command {
   Localized examples_;
   std::vector<HelpEntry> arguments_;
   std::vector<HelpEntry> options_;
+  std::vector<HelpEntry> exitCodes_;
   std::vector<std::pair<CLI::Option*, std::string>> required_;
   std::function<ExitCode()> action_;
   ExitCode failure_ = ExitCode::failure;

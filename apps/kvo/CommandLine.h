@@ -34,6 +34,8 @@ class Command {
   virtual Command& Flag(const std::string& flags, bool& value, Localized meaning) = 0;
   // Sets the exit code of wrong use and failures, in place of ExitCode::failure.
   virtual Command& FailsWith(ExitCode code) = 0;
+  // Says what the command's exit codes mean, from 0.
+  virtual Command& ExitCodes(std::vector<Localized> meanings) = 0;
   virtual void Run(std::function<ExitCode()> action) = 0;
 };
 

@@ -17,7 +17,7 @@ struct Rule {
   page::Severity severity;
   Localized help;  // one line: what it finds
 };
-// Those of page::Check included.
+// Those of page::Check and CheckMail included.
 std::span<const Rule> Rules();
 page::Problem ProblemOf(const Rule& rule, const page::FoundControl& control, Message message);
 

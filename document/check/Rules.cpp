@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "document/check/ControlRules.h"
+#include "document/check/MailRules.h"
 #include "document/check/Products.h"
 
 namespace kvo::check {
@@ -93,6 +94,7 @@ std::span<const Rule> Rules() {
     for (const Rule& rule : {kUnbalanced, kUnknownProduct, kProductsNotChecked})
       all.push_back(rule);
     for (const ControlRule& rule : ControlRules()) all.push_back(rule.rule);
+    for (const Rule& rule : MailRules()) all.push_back(rule);
     return all;
   }();
   return rules;

@@ -12,6 +12,7 @@
 #include "common/values/Ascii.h"
 #include "common/values/Recordset.h"
 #include "document/check/Check.h"
+#include "document/check/MailRules.h"
 #include "document/check/Products.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "host/registration/classes.h"
@@ -66,6 +67,14 @@ inline page::Problems CheckText(const std::string& text, bool withOffice = true)
   const ObjectRef office = withOffice ? AnOffice() : nullptr;
   ShopProducts products(office);
   return CheckPage(page::Page(text), office, &products);
+}
+
+inline page::Problems CheckAsMail(const std::string& text, bool withOffice) {
+  page::Problems problems = CheckText(text, withOffice);
+  HeadlessPlatform platform;
+  const PlatformScope scope(platform);
+  std::ranges::move(CheckMail(page::Page(text)), std::back_inserter(problems));
+  return problems;
 }
 
 inline bool Holds(const page::Problems& problems, std::string_view rule) {

@@ -1,4 +1,4 @@
-// Checks JSON documents against the schemas in docs/.
+// Checks JSON documents against schemas.
 #pragma once
 
 #include <algorithm>
@@ -27,6 +27,7 @@ class Schema {
            : type == "array"   ? value.is_array()
            : type == "string"  ? value.is_string()
            : type == "number"  ? value.is_number()
+           : type == "integer" ? value.is_number_integer()
            : type == "boolean" ? value.is_boolean()
            : type == "null"    ? value.is_null()
                                : throw std::runtime_error("type " + type);
@@ -48,6 +49,12 @@ class Schema {
         if (value.is_string() &&
             !std::regex_search(value.get<std::string>(), std::regex(rule.get<std::string>())))
           return false;
+      } else if (word == "enum") {
+        if (std::ranges::find(rule, value) == rule.end()) return false;
+      } else if (word == "minimum") {
+        if (value.is_number() && value < rule) return false;
+      } else if (word == "minItems") {
+        if (value.is_array() && value.size() < rule.get<std::size_t>()) return false;
       } else if (word == "const") {
         if (value != rule) return false;
       } else if (word == "required") {
