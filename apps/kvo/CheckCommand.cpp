@@ -149,8 +149,8 @@ class CheckRun {
   void End() {
     if (noted_) {
       noted_->Write();
-      Tell(Say({"{} Probleme stehen jetzt als bekannt in {}.", "{} problems are now known in {}."},
-               {std::to_string(noted_->Noted()), values_.newBaseline}));
+      Tell(Say({"Bekannte Probleme in {}: {}", "Known problems in {}: {}"},
+               {values_.newBaseline, std::to_string(noted_->Noted())}));
       return;
     }
     report_->Finish();
