@@ -267,7 +267,7 @@ std::string WithoutControls(const page::Page& page,
   for (const page::FoundControl& control : controls) {
     const std::size_t end = std::min(control.end, text.size());
     if (control.begin < end)
-      text.replace(control.begin, end - control.begin, end - control.begin, ' ');
+      text.replace(control.begin, end - control.begin, end - control.begin, '\n');
   }
   return text;
 }

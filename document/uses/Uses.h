@@ -67,7 +67,8 @@ std::vector<Use> UsesOf(const Name& name, const std::vector<Use>& uses);
 std::string Excerpt(const page::Page& page, const std::vector<page::FoundControl>& controls,
                     const Use& use);
 
-// Returns the page with blanks in place of its controls, so that no offset changes.
+// Returns the page with line breaks in place of its controls, so that no offset changes and no name
+// goes across a control.
 std::string WithoutControls(const page::Page& page,
                             const std::vector<page::FoundControl>& controls);
 

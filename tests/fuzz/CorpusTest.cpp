@@ -15,6 +15,7 @@
 #include "fuzz/OfficeRules.h"
 #include "fuzz/PagesRules.h"
 #include "fuzz/PreviewRules.h"
+#include "fuzz/UsesRules.h"
 
 namespace kvo {
 namespace {
@@ -39,14 +40,13 @@ TEST_P(Corpus, KeepsEveryRule) {
   EXPECT_GT(files, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Fuzz, Corpus,
-                         testing::Values(Subject{"adopt", adopt::CheckAdopt},
-                                         Subject{"bag", CheckBag}, Subject{"builder", CheckBuilder},
-                                         Subject{"compare", compare::CheckCompare},
-                                         Subject{"office", office::CheckOffice},
-                                         Subject{"pages", CheckPages},
-                                         Subject{"preview", preview::CheckPreview}),
-                         [](const auto& subject) { return std::string(subject.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    Fuzz, Corpus,
+    testing::Values(Subject{"adopt", adopt::CheckAdopt}, Subject{"bag", CheckBag},
+                    Subject{"builder", CheckBuilder}, Subject{"compare", compare::CheckCompare},
+                    Subject{"office", office::CheckOffice}, Subject{"pages", CheckPages},
+                    Subject{"preview", preview::CheckPreview}, Subject{"uses", uses::CheckUses}),
+    [](const auto& subject) { return std::string(subject.param.name); });
 
 }  // namespace
 }  // namespace kvo

@@ -104,6 +104,13 @@ TEST(UsesTest, FindsFieldsInThePagesOwnText) {
   EXPECT_EQ(FieldUses("\xEF\xBB\xBF\xC3\xA4#customer.A#"), Lines{"customer.A path 1:12"});
 }
 
+TEST(UsesTest, FindsNoNameAcrossAControl) {
+  EXPECT_EQ(FieldUses("#order.A" + Control("DTCPrint", "") + "B#<kv:order field='A" +
+                      Control("DTCPrint", "") + "B'>#order.C#")
+                .size(),
+            1U);
+}
+
 TEST(UsesTest, LeavesOutSavedRuntimeTexts) {
   EXPECT_EQ(
       FieldUses("<!--KVO CONTROL STARTSPAN 1 " + Control("DTCPrint", Param("value", "#order.A#")) +
