@@ -62,6 +62,14 @@ ExitCode Diff(const DiffValues& values) {
                        "Name two pages: first the old one, then the new one."}));
   const compare::Version before(page::ReadFile(values.pages[0]));
   const compare::Version after(page::ReadFile(values.pages[1]));
+  for (const auto& [version, file] :
+       {std::pair(&before, &values.pages[0]), {&after, &values.pages[1]}})
+    if (version->IsBroken())
+      Tell(Say({"{}: Was sich nicht als Control lesen lässt, wird als Text verglichen; „kvo check“ "
+                "sagt, was daran fehlt.",
+                "{}: what cannot be read as a control is compared as text; \"kvo check\" says what "
+                "is wrong with it."},
+               {ShownName(*file)}));
   const std::vector<compare::Difference> differences = compare::Compare(before, after);
   Json all = Json::array();
   for (const compare::Difference& difference : differences) {

@@ -1,7 +1,9 @@
 #include "document/compare/Merge.h"
 
+#include <algorithm>
 #include <random>
 
+#include "fuzz/CompareRules.h"
 #include "fuzz/LineMerge.h"
 #include "tests/compare/Controls.h"
 
@@ -230,32 +232,42 @@ TEST_F(MergeTest, TextThatLooksLikeAPlaceholderStays) {
 // Random pages whose sides change different things.
 struct Story {
   std::string base, ours, theirs, merged;
+
+  void Add(const std::string& text) { Add(text, text, text, text); }
+  void Add(const std::string& inBase, const std::string& inOurs, const std::string& inTheirs,
+           const std::string& inMerged) {
+    base += inBase;
+    ours += inOurs;
+    theirs += inTheirs;
+    merged += inMerged;
+  }
 };
 Story RandomStory(std::mt19937& random) {
   Story story;
-  const auto pick = [&](std::size_t count) { return random() % count; };
-  for (std::size_t i = 0, count = 1 + pick(6); i < count; ++i) {
-    const std::string id = pick(2) == 0 ? "" : "C" + std::to_string(i);
-    const bool saved = pick(2) == 0;
-    const auto make = [&](const std::string& value, const std::string& format) {
+  const auto oneOf = [&random](std::size_t count) { return random() % count == 0; };
+  for (std::size_t i = 0, count = 1 + random() % 6; i < count; ++i) {
+    const std::string number = std::to_string(i);
+    const bool saved = oneOf(2);
+    const auto make = [&, id = oneOf(2) ? "" : "C" + number](const std::string& value,
+                                                             const std::string& format) {
       return saved ? SavedPrint(id, value, format) : Print(id, value, format);
     };
-    const std::string old = "v" + std::to_string(i);
-    const bool oursChanges = pick(2) == 0;
-    const bool theirsChanges = pick(2) == 0;
-    const std::string value = oursChanges ? "o" + std::to_string(i) : old;
-    const std::string format = theirsChanges ? "t" + std::to_string(i) : "0";
-    // Unchanged lines around text that one side changes, as line merges need them.
-    const bool textChanges = pick(3) == 0;
-    const std::string text = "text " + std::to_string(i) + "\n";
-    const std::string front = "<p>" + std::to_string(i) + " ";
-    const std::string end = pick(2) == 0 ? "</p>\n" : "</p>\n\n<hr>\n\n";
-    story.base += front + make(old, "0") + end + "=\n" + text + "=\n";
-    story.ours +=
-        front + make(value, "0") + end + "=\n" + (textChanges ? "new " : "") + text + "=\n";
-    story.theirs += front + make(old, format) + end + "=\n" + text + "=\n";
-    story.merged +=
-        front + make(value, format) + end + "=\n" + (textChanges ? "new " : "") + text + "=\n";
+    const std::string value = "v" + number;
+    const std::string changed = oneOf(2) ? "o" + number : value;
+    const std::string format = oneOf(2) ? "t" + number : "0";
+    story.Add(oneOf(2) ? "" : "\n<hr>\n");
+    story.Add("<p>" + number + " ");
+    if (oneOf(5)) {
+      story.Add(make(value, "0"), "", make(value, "0"), "");  // ours removes it
+    } else {
+      story.Add(make(value, "0"), make(changed, "0"), make(value, format), make(changed, format));
+    }
+    story.Add("</p>\n=\n");
+    // Text of one side needs unchanged lines around it, as in any merge of lines.
+    if (oneOf(3)) story.Add("text\n", "our text\n", "text\n", "our text\n");
+    story.Add("=\n" + number + "\n=\n");
+    if (oneOf(3)) story.Add("", "", make("new", "0") + "\n", make("new", "0") + "\n");
+    story.Add("=\n");
   }
   return story;
 }
@@ -270,6 +282,51 @@ TEST_F(MergeTest, DisjointChangesOfRandomPagesMerge) {
     ASSERT_EQ(Merged(story.base, story.ours, story.base), story.ours);
     ASSERT_EQ(Merged(story.base, story.base, story.ours), story.ours);
     ASSERT_EQ(Merged(story.base, story.ours, story.ours), story.ours);
+  }
+}
+
+// Whatever two sides do to a page, no value of theirs is lost without a conflict.
+TEST_F(MergeTest, RandomChangesKeepEveryRule) {
+  std::mt19937 random(5);
+  const auto part = [&random]() -> std::string {
+    const std::string id = random() % 3 == 0 ? "" : std::string(1, "ABC"[random() % 3]);
+    const std::string value(1, "xyz"[random() % 3]);
+    switch (random() % 6) {
+      case 0:
+        return "<p>";
+      case 1:
+        return "</p>\n";
+      case 2:
+        return std::to_string(random() % 4) + "\n";
+      case 3:
+        return SavedPrint(id, value, std::to_string(random() % 3));
+      case 4:
+        return page::Span(Print(id, value, "0"), "by hand");
+      default:
+        return Print(id, value, std::to_string(random() % 3));
+    }
+  };
+  for (int round = 0; round < 1500; ++round) {
+    std::vector<std::string> base(random() % 7);
+    std::ranges::generate(base, part);
+    std::string input;
+    for (int side = 0; side < 3; ++side) {
+      std::vector<std::string> parts = base;
+      for (std::size_t changes = side == 0 ? 0 : random() % 4; changes > 0; --changes) {
+        const std::size_t at = random() % (parts.size() + 1);
+        const auto place = parts.begin() + static_cast<std::ptrdiff_t>(at);
+        const std::size_t change = random() % 3;
+        if (change == 0 || place == parts.end())
+          parts.insert(place, part());
+        else if (change == 1)
+          *place = part();
+        else
+          parts.erase(place);
+      }
+      if (side != 0) input += "%\n";
+      for (const std::string& each : parts) input += each;
+    }
+    ASSERT_NO_THROW(CheckCompare(input)) << input;
   }
 }
 

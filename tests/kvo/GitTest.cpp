@@ -88,6 +88,15 @@ TEST_F(DiffCommand, JsonHasKindsPlacesAndWholeValues) {
 )");
 }
 
+TEST_F(DiffCommand, TellsWhenControlsCannotBeRead) {
+  Write("old.html", "<object classid=\"progid:KVOPDesignObjects.DTCPrint\">");
+  const Result result = Kvo({"diff", "old.html", "-"}, Price("x", "0"));
+  EXPECT_EQ(result.out, "text: line 1 removed\nPreis: added, DTCPrint in line 1\n");
+  EXPECT_EQ(result.err,
+            "old.html: what cannot be read as a control is compared as text; \"kvo check\" says "
+            "what is wrong with it.\n");
+}
+
 TEST_F(DiffCommand, WrongUseIsAFailure) {
   Write("x.html", "");
   EXPECT_EQ(Kvo({"diff", "x.html"}).code, 2);
