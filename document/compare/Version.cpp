@@ -5,7 +5,6 @@
 #include <unordered_map>
 #include <utility>
 
-#include "common/values/Ascii.h"
 #include "common/values/RuntimeError.h"
 #include "document/page/ElementWriter.h"
 #include "document/page/NewGuids.h"
