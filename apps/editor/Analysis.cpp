@@ -188,8 +188,9 @@ Analysis Analyse(const AnalysisRequest& request, const Analysis* before) {
   SourceLines lines(page.Bytes(), places);
   for (page::Problem& problem : check::CheckPage(page, office)) {
     const int position = places.PositionOf(problem.offset);
+    const int end = std::max(places.PositionOf(problem.end), position + 1);
     lines.Translate(problem);
-    analysis.problems.push_back({position, std::move(problem)});
+    analysis.problems.push_back({position, end, std::move(problem)});
   }
 
   page::StringSink sink;

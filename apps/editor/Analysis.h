@@ -33,6 +33,7 @@ struct OutlineEntry {
 
 struct ProblemEntry {
   int position = 0;
+  int end = 0;            // of the characters that it is about, at least one
   page::Problem problem;  // its place is that in the source view
 };
 

@@ -83,8 +83,8 @@ void UseColors() {
 
 SourceColors ColorsOfSource(Scheme scheme) {
   if (scheme == Scheme::dark)
-    return {"#7cb7ff", "#d7ba7d", "#b5e28c", "#a0a0a0", "#d9a0e8", "#ff9c9c"};
-  return {"#0451a5", "#9c3f00", "#2f6f1f", "#63676c", "#7a2a8f", "#8b0000"};
+    return {"#7cb7ff", "#d7ba7d", "#b5e28c", "#a0a0a0", "#d9a0e8", "#ff9c9c", "#ff6b6b", "#ffb347"};
+  return {"#0451a5", "#9c3f00", "#2f6f1f", "#63676c", "#7a2a8f", "#8b0000", "#d0021b", "#a85f00"};
 }
 
 }  // namespace kvo::editor

@@ -22,6 +22,8 @@ struct SourceColors {
   QColor quiet;      // comments, scripts and style sheets
   QColor reference;  // such as &auml;
   QColor odd;        // bytes that are no text
+  QColor error;      // under the places of problems
+  QColor warning;
 };
 SourceColors ColorsOfSource(Scheme scheme);
 

@@ -22,6 +22,7 @@
 #include "apps/editor/EmptyHint.h"
 #include "apps/editor/FindBar.h"
 #include "apps/editor/FocusFrame.h"
+#include "apps/editor/Mending.h"
 #include "apps/editor/Panels.h"
 #include "apps/editor/PreviewPanel.h"
 #include "apps/editor/Previewing.h"
@@ -85,6 +86,7 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
       problemCount_(new QToolButton(this)),
       controls_(std::make_unique<ControlEditing>(*session_, *source_, platform, *this)),
       editing_(std::make_unique<DesignEditing>(*this, Page(), *source_, *design_)),
+      mending_(std::make_unique<Mending>(*this, Page(), *source_, *problems_)),
       previewing_(std::make_unique<Previewing>(*session_, *this, *preview_)),
       analyst_(std::make_unique<Analyst>(
           [this](const std::shared_ptr<const Analysis>& analysis) { Analysed(analysis); })) {
@@ -282,6 +284,7 @@ void MainWindow::Analysed(const std::shared_ptr<const Analysis>& analysis) {
   frame_->PageChanged();
   outline_->Show(analysis);
   problems_->Show(analysis);
+  mending_->Analysed(analysis);
   if (output_->isVisible()) output_->Show(analysis->output);
   MarkControl();
   ShowStatus();

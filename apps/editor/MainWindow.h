@@ -22,6 +22,7 @@ namespace kvo::editor {
 class DesignFrame;
 class DesignView;
 class FindBar;
+class Mending;
 class OutlinePanel;
 class PreviewPanel;
 class Previewing;
@@ -171,6 +172,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
 
   std::unique_ptr<ControlEditing> controls_;
   std::unique_ptr<DesignEditing> editing_;
+  std::unique_ptr<Mending> mending_;
   std::unique_ptr<Previewing> previewing_;
   QHash<QString, QAction*> formats_;  // by the names of the design view's commands
   std::optional<QString> link_;       // the address at the caret of the design view

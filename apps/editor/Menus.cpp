@@ -17,6 +17,7 @@
 #include "apps/editor/DesignView.h"
 #include "apps/editor/FindBar.h"
 #include "apps/editor/MainWindow.h"
+#include "apps/editor/Mending.h"
 #include "apps/editor/Panels.h"
 #include "apps/editor/PreviewPanel.h"
 #include "apps/editor/PropertyBrowser.h"
@@ -231,6 +232,14 @@ void MainWindow::MakeControlMenu() {
   });
   Action(menu, words::kNextControl, QKeySequence("F4"), [this] { StepControl(false); });
   Action(menu, words::kPreviousControl, QKeySequence("Shift+F4"), [this] { StepControl(true); });
+  menu.addSeparator();
+  const auto step = [this](bool backwards) {
+    NeedSource();
+    mending_->Step(backwards);
+  };
+  Action(menu, words::kNextProblem, QKeySequence("F8"), [step] { step(false); });
+  Action(menu, words::kPreviousProblem, QKeySequence("Shift+F8"), [step] { step(true); });
+  Action(menu, words::kFixProblem, QKeySequence("Ctrl+."), [this] { mending_->Fix(); });
   menu.addSeparator();
   QAction* insert = Action(menu, words::kInsertControl, QKeySequence("Ctrl+T"), [this] {
     toolbox_->ForgetSearch();

@@ -85,6 +85,11 @@ void PageLayout::drawInlineObject(QPainter* painter, const QRectF& rect, QTextIn
     const QSizeF size = BoxSize(box, device_);
     const QPointF corner = rect.center() - QPointF(size.width(), size.height()) / 2;
     PaintBox(*painter, box, {corner, size}, selected);
+    if (const auto frame = frameOf ? frameOf(position) : std::nullopt) {
+      painter->setPen(QPen(*frame, 2));
+      painter->setBrush(Qt::NoBrush);
+      painter->drawRect(QRectF(corner, size).adjusted(1, 1, -1, -1));
+    }
   } else {
     painter->setFont(OddFont(*document()));
     painter->setPen(ColorsOfSource(SchemeOf(QGuiApplication::palette())).odd);

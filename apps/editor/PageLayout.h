@@ -3,6 +3,7 @@
 
 #include <QPlainTextDocumentLayout>
 #include <functional>
+#include <optional>
 
 #include "apps/editor/PageDocument.h"
 
@@ -18,6 +19,8 @@ class PageLayout final : public QPlainTextDocumentLayout {
   void LineWidth(double width) { lineWidth_ = width; }
   // Whether the character at a position is selected. Set by the widget.
   std::function<bool(int position)> isSelected;
+  // The colour of the frame around the character at a position, if it has one.
+  std::function<std::optional<QColor>(int position)> frameOf;
 
  protected:
   void resizeInlineObject(QTextInlineObject item, int position, const QTextFormat& format) override;

@@ -1,8 +1,10 @@
 #include "apps/editor/Panels.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QFontDatabase>
 #include <QHeaderView>
+#include <QMenu>
 #include <QScrollBar>
 #include <QStyle>
 #include <QTextCursor>
@@ -46,6 +48,9 @@ void PlaceList::Show(std::shared_ptr<const Analysis> analysis) {
 }
 
 namespace {
+
+// The title of a problem's fix.
+constexpr int kFixRole = Qt::UserRole;
 
 template <class Row>
 class RowModel : public PlaceList::Model {
@@ -114,7 +119,11 @@ class ProblemsModel final : public RowModel<ProblemEntry> {
     const auto message = [&problem] {
       return ToQt(problem.message.In(UserLanguage())) + " [" + ToQt(problem.rule) + ']';
     };
-    if (role == Qt::ToolTipRole) return ToolTipOf(message());
+    const QString fix = problem.fix ? ToQt(problem.fix->title.In(UserLanguage())) : QString();
+    if (role == kFixRole) return fix;
+    if (role == Qt::ToolTipRole)
+      return ToolTipOf(fix.isEmpty() ? message()
+                                     : message() + "\n\n" + Text(words::kFixTip, {fix}));
     if (role != Qt::DisplayRole) return {};
     switch (index.column()) {
       case 0:
@@ -141,6 +150,26 @@ void OutlinePanel::Mark(int row) {
 
 ProblemsPanel::ProblemsPanel(QWidget* parent)
     : PlaceList(new ProblemsModel(parent), Text(words::kProblems), parent) {}
+
+int ProblemsPanel::ChosenRow() const {
+  return selectionModel()->hasSelection() ? currentIndex().row() : -1;
+}
+
+void ProblemsPanel::Choose(int row) { setCurrentIndex(model()->index(row, 0)); }
+
+void ProblemsPanel::contextMenuEvent(QContextMenuEvent* event) {
+  const QModelIndex index = indexAt(event->pos());
+  const QString fix = index.data(kFixRole).toString();
+  if (fix.isEmpty() || !onFix) return;
+  QMenu menu;
+  QAction* const mends = menu.addAction(QString(fix).replace('&', "&&"));
+  connect(mends, &QAction::triggered, this, [this, row = index.row()] {
+    Choose(row);
+    setFocus();
+    onFix();
+  });
+  menu.exec(event->globalPos());
+}
 
 TextPanel::TextPanel(const QString& name, QWidget* parent) : QPlainTextEdit(parent) {
   setReadOnly(true);

@@ -36,6 +36,15 @@ class OutlinePanel final : public PlaceList {
 class ProblemsPanel final : public PlaceList {
  public:
   explicit ProblemsPanel(QWidget* parent);
+
+  // -1 for none.
+  int ChosenRow() const;
+  void Choose(int row);
+  // The user wants the fix of the chosen row.
+  std::function<void()> onFix;
+
+ protected:
+  void contextMenuEvent(QContextMenuEvent* event) override;
 };
 
 // A read-only text.

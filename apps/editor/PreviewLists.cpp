@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QPalette>
+#include <QResizeEvent>
 #include <QStyle>
 #include <QStyledItemDelegate>
 #include <QTimer>

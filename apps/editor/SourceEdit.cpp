@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "apps/editor/Ask.h"
+#include "apps/editor/Colors.h"
 #include "apps/editor/Highlighter.h"
 #include "apps/editor/Placement.h"
 #include "apps/editor/SourceAccessibility.h"
@@ -66,6 +67,12 @@ SourceEdit::SourceEdit(PageDocument& document, QWidget* parent)
   layout_->isSelected = [this](int position) {
     const QTextCursor cursor = textCursor();
     return cursor.selectionStart() <= position && position < cursor.selectionEnd();
+  };
+  layout_->frameOf = [this](int position) -> std::optional<QColor> {
+    for (const QTextEdit::ExtraSelection& mark : marks_)
+      if (mark.cursor.selectionStart() <= position && position < mark.cursor.selectionEnd())
+        return mark.format.underlineColor();
+    return std::nullopt;
   };
   page_.Document()->setDocumentLayout(layout_);
   setDocument(page_.Document());
@@ -428,7 +435,23 @@ void SourceEdit::ShowCurrentLine() {
   line.format.setProperty(QTextFormat::FullWidthSelection, true);
   line.cursor = textCursor();
   line.cursor.clearSelection();
-  setExtraSelections({line});
+  setExtraSelections(QList<QTextEdit::ExtraSelection>{line} + marks_);
+}
+
+void SourceEdit::MarkPlaces(const std::vector<Mark>& marks) {
+  constexpr std::size_t kMost = 300;  // each costs time whenever something is painted
+  const SourceColors colors = ColorsOfSource(SchemeOf(palette()));
+  marks_.clear();
+  for (std::size_t i = 0; i < std::min(marks.size(), kMost); ++i) {
+    const Mark& mark = marks[i];
+    QTextEdit::ExtraSelection place;
+    place.format.setUnderlineStyle(QTextCharFormat::WaveUnderline);
+    place.format.setUnderlineColor(mark.isError ? colors.error : colors.warning);
+    place.cursor = page_.Range(mark.begin, std::min(mark.end, document()->characterCount() - 1));
+    marks_.push_back(place);
+  }
+  ShowCurrentLine();
+  viewport()->update();
 }
 
 }  // namespace kvo::editor

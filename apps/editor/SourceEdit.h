@@ -3,8 +3,10 @@
 
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QTextEdit>
 #include <functional>
 #include <optional>
+#include <vector>
 
 #include "apps/editor/Highlighter.h"
 #include "apps/editor/PageDocument.h"
@@ -32,6 +34,14 @@ class SourceEdit final : public QPlainTextEdit {
   void Reveal(int position);
   // Reveals the place and moves the keyboard focus there.
   void GoTo(int position);
+
+  // Underlines places, and frames boxes. Only the first of very many.
+  struct Mark {
+    int begin;
+    int end;
+    bool isError;
+  };
+  void MarkPlaces(const std::vector<Mark>& marks);
 
   // The user wants to edit a control: Enter on it, Alt+Enter, or a double click.
   std::function<void(int position, bool doubleClicked)> onOpenControl;
@@ -85,6 +95,7 @@ class SourceEdit final : public QPlainTextEdit {
   QWidget* lineNumbers_;
   QPointer<Highlighter> highlighter_;  // owned by the document
   std::optional<int> pressedBox_;
+  QList<QTextEdit::ExtraSelection> marks_;
   bool expectsEnter_ = false;  // until a key or a move of the caret
   bool moving_ = false;        // a drag inside the view: ids stay as they are
 };

@@ -291,6 +291,16 @@ inline constexpr Localized kControlMenu = {"&Control", "&Control"};
 inline constexpr Localized kOpenPages = {"&Eigenschaftenseiten …", "Property &pages …"};
 inline constexpr Localized kNextControl = {"&Nächstes Control", "&Next control"};
 inline constexpr Localized kPreviousControl = {"&Voriges Control", "P&revious control"};
+inline constexpr Localized kNextProblem = {"Nächstes &Problem", "Next pro&blem"};
+inline constexpr Localized kPreviousProblem = {"V&origes Problem", "Previous prob&lem"};
+inline constexpr Localized kFixProblem = {"Problem be&heben", "&Fix problem"};
+inline constexpr Localized kFixTip = {"Strg+. behebt es: {}", "Ctrl+. fixes it: {}"};
+inline constexpr Localized kNoFix = {
+    "Dieses Problem lässt sich nicht auf eine sichere Weise beheben.",
+    "There is no one sure way to fix this problem."};
+inline constexpr Localized kNoProblemHere = {"Hier ist kein Problem.", "There is no problem here."};
+inline constexpr Localized kFixLater = {"Die Seite wird noch geprüft.",
+                                        "The page is still being checked."};
 inline constexpr Localized kInsertControl = {"Control e&infügen", "&Insert control"};
 inline constexpr Localized kOpensInserted = {"Nach dem Einfügen &bearbeiten",
                                              "&Edit after inserting"};
