@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "bench/Heap.h"
+#include "bench/LargePage.h"
 #include "bench/Sections.h"
 #include "bench/Stopwatch.h"
 #include "document/office/OfficeFile.h"
@@ -23,27 +24,8 @@ using preview::Template;
 
 constexpr double kMostForRecords = 1000;  // milliseconds
 constexpr double kMostForPage = 100;
-constexpr std::size_t kControls = 2000;
 
 const std::string kFolder = KVO_SOURCE_DIR "/examples/newsletter/";
-
-// Two megabytes with controls that print, look up, decide and link.
-std::string LargePage() {
-  constexpr std::string_view kControl[] = {
-      R"(DTCPrint"><param name="value" value="#customer.BonusPoints# / 100"><param name="format" value="#,##0.00">)",
-      R"(DTCContact"><param name="field" value="LastName">)",
-      R"(DTCIf"><param name="test" value="%'#customer.LastName#'!=''&amp;amp;&amp;amp;#customer.OrderCount#&amp;gt;3%"><param name="on-true" value="&lt;b&gt;&lt;kv:contact field=&quot;FirstName&quot;/&gt;&lt;/b&gt;"><param name="on-false" value="Hallo">)",
-      R"(DTCClicktracker"><param name="href" value="https://shop.example/?nr=#order.OrderID#"><param name="html-content" value="Zum Shop">)"};
-  const std::string text(900, 'x');
-  std::string page = "<!DOCTYPE html><html><head><meta charset=\"utf-8\"></head><body><table>\r\n";
-  for (std::size_t at = 0; at < kControls; ++at)
-    page.append("<tr><td style=\"color:#333333\">")
-        .append(text)
-        .append("<object classid=\"progid:KVOPDesignObjects.")
-        .append(kControl[at % std::size(kControl)])
-        .append("</object></td></tr>\r\n");
-  return page + "</table></body></html>\r\n";
-}
 
 // The heap's peak while all rows of a query are shown.
 double PeakFor(const Template& shown, int rows) {

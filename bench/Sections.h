@@ -11,6 +11,7 @@ void MeasureTextHelpers(Report& report);
 void MeasureControls(Report& report);
 void MeasurePages(Report& report);
 void MeasurePreviews(Report& report);
+void MeasureLanguage(Report& report);
 void MeasurePicker(Report& report);
 // `kvo` and `empty` are paths of programs.
 void MeasureStart(Report& report, const std::string& kvo, const std::string& empty);

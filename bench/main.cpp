@@ -64,6 +64,8 @@ int Run(char** argv) {
   MeasurePages(report);
   section("previews");
   MeasurePreviews(report);
+  section("the language server");
+  MeasureLanguage(report);
   section("the picker");
   MeasurePicker(report);
   section("start-up");

@@ -35,7 +35,7 @@ build_packages=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libsoci-de
 editor_packages=(qt6-base-dev qt6-webengine-dev libqt6svg6 qt6-translations-l10n fonts-wine
                  libgumbo-dev)
 # To test everything. The shop tests use SQLite files and their own PostgreSQL server.
-test_packages=(libgtest-dev clang-format-14 git patch sqlite3 libsqlite3-dev postgresql strace)
+test_packages=(libgtest-dev clang-format-14 git neovim patch sqlite3 libsqlite3-dev postgresql strace)
 # To build the Windows component: the cross compiler, the type library compiler, and Wine's type
 # library of automation. ./run windows also builds for 32 bit.
 windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools libwine)

@@ -10,6 +10,7 @@ void AddInspectCommand(CommandLine& line);   // inspect
 void AddCheckCommand(CommandLine& line);     // check
 void AddEditCommands(CommandLine& line);     // new, set
 void AddCompareCommands(CommandLine& line);  // diff, merge
+void AddLanguageCommand(CommandLine& line);  // lsp
 void AddClassesCommand(CommandLine& line);   // classes
 void AddPictureCommand(CommandLine& line);   // picture
 void AddPreviewCommand(CommandLine& line);   // preview

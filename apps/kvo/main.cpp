@@ -27,6 +27,7 @@ kvo::ExitCode Run(int argc, char** argv) {
   kvo::AddAdoptCommand(line);
   kvo::AddPagesCommand(line);
   kvo::AddScriptCommand(line);
+  kvo::AddLanguageCommand(line);
   kvo::AddRefsCommand(line);
   kvo::AddRenameCommand(line);
   return line.Execute(argc, argv);
