@@ -92,6 +92,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   void AddPanels(QMenu& menu);
   void MakeWelcome();
   void RestoreWindow();
+  void TakeOver();
   void AddTemplates(QMenu& menu);
   void ShowRecent();
 

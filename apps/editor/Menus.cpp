@@ -21,6 +21,7 @@
 #include "apps/editor/Panels.h"
 #include "apps/editor/PreviewPanel.h"
 #include "apps/editor/PropertyBrowser.h"
+#include "apps/editor/TakeOver.h"
 #include "apps/editor/Templates.h"
 #include "apps/editor/ToolBar.h"
 #include "apps/editor/Toolbox.h"
@@ -78,7 +79,8 @@ void MainWindow::MakeFileMenu() {
   QAction* publish = Action(menu, words::kPublish, QKeySequence("Ctrl+Shift+P"),
                             [this] { session_->Publish({}); });
   toolBar_->Add(ToolBar::publishing, *publish, "publish", ToolBar::Caption::shown);
-  pageActions_ = {save, saveAs, publish};
+  QAction* takeOver = Action(menu, words::kTakeOverAction, {}, [this] { TakeOver(); });
+  pageActions_ = {save, saveAs, publish, takeOver};
   menu.addSeparator();
   Action(menu, words::kChooseOffice, {}, [this, choose, json] {
     const QString file = choose(words::kOfficeTitle, json);
@@ -94,6 +96,12 @@ void MainWindow::MakeFileMenu() {
   });
   menu.addSeparator();
   Action(menu, words::kQuit, QKeySequence("Ctrl+Q"), [this] { close(); });
+}
+
+void MainWindow::TakeOver() {
+  TakeOverDialog dialog(Page().Content(), session_->Office(), session_->File().Folder(), this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  if (const auto page = dialog.Result()) Page().ReplaceAll(*page, Text(words::kTakeOver));
 }
 
 void MainWindow::MakeEditMenu() {

@@ -22,6 +22,7 @@ inline QString Text(const Localized& text, std::initializer_list<QString> values
 namespace words {
 
 // --- steps, shown after "Undo:" ---
+inline constexpr Localized kTakeOver = {"Vorlage übernehmen", "Take over template"};
 inline constexpr Localized kTyping = {"Eingabe", "Typing"};
 inline constexpr Localized kInsertStep = {"{} einfügen", "Insert {}"};
 inline constexpr Localized kFormatMenu = {"F&ormat", "F&ormat"};
@@ -260,6 +261,25 @@ inline constexpr Localized kRecentHeading = {"Zuletzt geöffnet", "Opened recent
 inline constexpr Localized kNoRecent = {"Hier stehen die Seiten, die Sie geöffnet haben.",
                                         "Pages that you open appear here."};
 
+// --- taking a template over ---
+inline constexpr Localized kTakeOverDo = {"Übernehmen", "Take over"};
+inline constexpr Localized kTakeOverFinds = {"Fundstellen", "Finds"};
+inline constexpr Localized kTakeOverFound = {"Gefunden", "Found"};
+inline constexpr Localized kTakeOverTarget = {"Wird zu", "Becomes"};
+inline constexpr Localized kTakeOverPage = {"Seite", "Page"};
+inline constexpr Localized kTakeOverAsTag = {"{} als Tag", "{} as a tag"};
+inline constexpr Localized kTakeOverCount = {"{} von {} Fundstellen werden übernommen.",
+                                             "{} of {} finds are taken over."};
+inline constexpr Localized kNothingToTakeOver = {"Es wurde nichts gefunden, das zu übernehmen ist.",
+                                                 "Nothing was found to take over."};
+inline constexpr Localized kTakeOverErrors = {"Die Seite hat Fehler. Beheben Sie sie zuerst: {}",
+                                              "The page has errors. Mend them first: {}"};
+inline constexpr Localized kNoMapping = {"Keine Zuordnung für Platzhalter anderer Systeme",
+                                         "No mapping for placeholders of other systems"};
+inline constexpr Localized kMappingIs = {"Zuordnung: {}", "Mapping: {}"};
+inline constexpr Localized kChooseMapping = {"&Zuordnung wählen …", "Choose &mapping …"};
+inline constexpr Localized kMappingTitle = {"Zuordnung wählen", "Choose a mapping"};
+
 // --- menus; the letter after "&" is the access key ---
 inline constexpr Localized kFileMenu = {"&Datei", "&File"};
 inline constexpr Localized kNew = {"&Neu", "&New"};
@@ -270,6 +290,7 @@ inline constexpr Localized kNothingRecent = {"Noch nichts", "Nothing yet"};
 inline constexpr Localized kSaveAction = {"&Speichern", "&Save"};
 inline constexpr Localized kSaveAs = {"Speichern &unter …", "Save &as …"};
 inline constexpr Localized kPublish = {"&Veröffentlichen …", "&Publish …"};
+inline constexpr Localized kTakeOverAction = {"Vorla&ge übernehmen …", "Take o&ver template …"};
 inline constexpr Localized kChooseOffice = {"&Office-Datei wählen …", "Choose o&ffice file …"};
 inline constexpr Localized kChooseToolbox = {"&Werkzeug-Datei wählen …", "Choose &toolbox file …"};
 inline constexpr Localized kBuiltInToolbox = {"&Eingebaute Werkzeuge", "&Built-in toolbox"};
