@@ -31,6 +31,7 @@
 #include "apps/editor/Toolbox.h"
 #include "apps/editor/Views.h"
 #include "apps/editor/Welcome.h"
+#include "apps/editor/WhereUsed.h"
 #include "apps/editor/Words.h"
 #include "common/values/RuntimeError.h"
 #include "host/qt/Messages.h"
@@ -88,6 +89,7 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
       editing_(std::make_unique<DesignEditing>(*this, Page(), *source_, *design_)),
       mending_(std::make_unique<Mending>(*this, Page(), *source_, *problems_)),
       previewing_(std::make_unique<Previewing>(*session_, *this, *preview_)),
+      uses_(std::make_unique<WhereUsed>(*session_, *this, *source_, *this)),
       analyst_(std::make_unique<Analyst>(
           [this](const std::shared_ptr<const Analysis>& analysis) { Analysed(analysis); })) {
   UseResources();
@@ -166,6 +168,10 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
     GoToPlace(control, position, goes);
   };
   preview_->onShowProblems = [this] { ShowProblems(); };
+  uses_->onShow = [this](int position, bool isControl) {
+    if (!isControl) NeedSource();
+    GoToPlace({}, position, false);
+  };
   design_->onBoxClicked = [this](int index) { GoToIndex(index, false); };
   design_->onBoxDoubleClicked = [this](int index) { GoToIndex(index, true); };
 

@@ -33,6 +33,7 @@ class ToolBar;
 class Toolbox;
 class Views;
 class Welcome;
+class WhereUsed;
 
 class MainWindow final : public QMainWindow, public SessionUser {
  public:
@@ -57,6 +58,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   PropertyBrowser& Properties() { return *browser_; }
   ControlEditing& Controls() { return *controls_; }
   FindBar& Finder() { return *find_; }
+  WhereUsed& Uses() { return *uses_; }
   ProblemsPanel& Problems() { return *problems_; }
   TextPanel& RuntimeText() { return *runtime_; }
   TextPanel& Output() { return *output_; }
@@ -163,6 +165,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   QAction* undo_ = nullptr;
   QAction* redo_ = nullptr;
   QAction* openPages_ = nullptr;
+  QAction* whereUsed_ = nullptr;
   std::vector<QWidget*> pageStatus_;
   std::vector<QAction*> pageActions_;  // those that need a page
   // Restored when the welcome page goes away.
@@ -175,6 +178,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   std::unique_ptr<DesignEditing> editing_;
   std::unique_ptr<Mending> mending_;
   std::unique_ptr<Previewing> previewing_;
+  std::unique_ptr<WhereUsed> uses_;
   QHash<QString, QAction*> formats_;  // by the names of the design view's commands
   std::optional<QString> link_;       // the address at the caret of the design view
 

@@ -26,6 +26,7 @@
 #include "apps/editor/ToolBar.h"
 #include "apps/editor/Toolbox.h"
 #include "apps/editor/Views.h"
+#include "apps/editor/WhereUsed.h"
 #include "apps/editor/Words.h"
 #include "document/page/File.h"
 #include "host/qt/Messages.h"
@@ -137,6 +138,7 @@ void MainWindow::MakeEditMenu() {
   connect(source_, &QWidget::customContextMenuRequested, this, [this, &menu](const QPoint& point) {
     QMenu context;
     context.addAction(openPages_);
+    context.addAction(whereUsed_);
     context.addSeparator();
     context.addActions(menu.actions());
     context.exec(source_->viewport()->mapToGlobal(point));
@@ -240,6 +242,8 @@ void MainWindow::MakeControlMenu() {
   });
   Action(menu, words::kNextControl, QKeySequence("F4"), [this] { StepControl(false); });
   Action(menu, words::kPreviousControl, QKeySequence("Shift+F4"), [this] { StepControl(true); });
+  whereUsed_ =
+      Action(menu, words::kWhereUsed, QKeySequence("Ctrl+Shift+F"), [this] { uses_->Ask(); });
   menu.addSeparator();
   const auto step = [this](bool backwards) {
     NeedSource();

@@ -328,6 +328,8 @@ inline constexpr Localized kOpensInserted = {"Nach dem Einfügen &bearbeiten",
 inline constexpr Localized kRecognize = {"Controls im Text e&rkennen",
                                          "Re&cognize controls in text"};
 inline constexpr Localized kWriteTexts = {"&Laufzeittexte schreiben", "&Write runtime texts"};
+inline constexpr Localized kWhereUsed = {"&Wo wird dieses Feld verwendet? …",
+                                         "Where is this field &used? …"};
 inline constexpr Localized kViewMenu = {"&Ansicht", "&View"};
 inline constexpr Localized kLayoutBeside = {"Entwurf und Quelltext neben&einander",
                                             "Design and source side &by side"};
@@ -347,6 +349,47 @@ inline constexpr Localized kZoomActual = {"&Originalgröße", "&Actual size"};
 inline constexpr Localized kWrap = {"Zeilen um&brechen", "W&rap lines"};
 inline constexpr Localized kNextPanel = {"&Nächster Bereich", "&Next panel"};
 inline constexpr Localized kPreviousPanel = {"&Voriger Bereich", "&Previous panel"};
+
+// --- where is it used ---
+inline constexpr Localized kWhereUsedTitle = {"Wo wird es verwendet?", "Where is it used?"};
+inline constexpr Localized kWhichName = {
+    "Welches Feld? („customer.“ oder „order.“ und sein Name; auch die id eines Controls)",
+    "Which field? (\"customer.\" or \"order.\" and its name; or the id of a control)"};
+inline constexpr Localized kClose = {"&Schließen", "&Close"};
+inline constexpr Localized kUsePage = {"Seite", "Page"};
+inline constexpr Localized kUse = {"Verwendung", "Use"};
+inline constexpr Localized kSearchingUses = {"{} wird in den Seiten des Ordners gesucht …",
+                                             "Searching the pages of the folder for {} …"};
+inline constexpr Localized kUsesCancelled = {"Abgebrochen", "Cancelled"};
+inline constexpr Localized kUsedIn = {"{}: {} in {} dieses Ordners", "{}: {} in {} of this folder"};
+inline constexpr Localized kUsedNowhere = {"{} kommt in den Seiten dieses Ordners nicht vor.",
+                                           "{} is not used in the pages of this folder."};
+inline constexpr Localized kUnreadPage = {"{} lässt sich nicht lesen.", "{} cannot be read."};
+inline constexpr Localized kOnePlace = {"{} Stelle", "{} place"};
+inline constexpr Localized kPlaces = {"{} Stellen", "{} places"};
+inline constexpr Localized kOnePage = {"{} Seite", "{} page"};
+inline constexpr Localized kPages = {"{} Seiten", "{} pages"};
+inline constexpr Localized kRenameUses = {"&Umbenennen …", "&Rename …"};
+inline constexpr Localized kRename = {"Umbenennen", "Rename"};
+inline constexpr Localized kRenameOfficeToo = {"Auch im Office umbenennen",
+                                               "Rename in office, too"};
+inline constexpr Localized kRenameTitle = {"Umbenennen", "Rename"};
+inline constexpr Localized kNewName = {"Neuer Name für {}:", "New name for {}:"};
+inline constexpr Localized kRenameQuestion = {"{} in {} umbenennen: {} in {}?",
+                                              "Rename {} to {}: {} in {}?"};
+inline constexpr Localized kRenameWrites = {
+    "Die anderen Seiten werden gleich geschrieben, alle oder keine. In der offenen lässt es sich "
+    "rückgängig machen.",
+    "The other pages are written at once, all or none. In the open one it can be undone."};
+inline constexpr Localized kRenameMerges = {
+    "{} kommt schon vor ({}); danach lassen sich die beiden nicht mehr unterscheiden.",
+    "{} is used already ({}); nobody can tell the two apart afterwards."};
+inline constexpr Localized kRenameInOffice = {"{} führt das Feld noch unter dem alten Namen.",
+                                              "{} still lists the field by its old name."};
+inline constexpr Localized kCannotRename = {
+    "{} lässt sich nicht überall umbenennen, und darum wurde nichts geändert:\n\n{}",
+    "{} cannot be renamed everywhere, so nothing was changed:\n\n{}"};
+inline constexpr Localized kRenameStep = {"Umbenennen von {} in {}", "Renaming {} to {}"};
 
 // --- find and replace ---
 inline constexpr Localized kFind = {"Suchen", "Find"};
