@@ -19,7 +19,7 @@ void Mending::Analysed(std::shared_ptr<const Analysis> analysis) {
   std::vector<SourceEdit::Mark> marks;
   for (const ProblemEntry& entry : analysis_->problems)
     marks.push_back({entry.position, entry.end, entry.problem.severity == page::Severity::error});
-  source_.MarkPlaces(marks);
+  source_.MarkPlaces(std::move(marks));
 }
 
 bool Mending::IsCurrent() const {

@@ -8,6 +8,7 @@
 #include <QTextBlock>
 #include <QToolTip>
 #include <algorithm>
+#include <functional>
 #include <unordered_set>
 #include <utility>
 
@@ -438,9 +439,10 @@ void SourceEdit::ShowCurrentLine() {
   setExtraSelections(QList<QTextEdit::ExtraSelection>{line} + marks_);
 }
 
-void SourceEdit::MarkPlaces(const std::vector<Mark>& marks) {
+void SourceEdit::MarkPlaces(std::vector<Mark> marks) {
   constexpr std::size_t kMost = 300;  // each costs time whenever something is painted
   const SourceColors colors = ColorsOfSource(SchemeOf(palette()));
+  std::ranges::stable_sort(marks, std::greater<>(), &Mark::isError);
   marks_.clear();
   for (std::size_t i = 0; i < std::min(marks.size(), kMost); ++i) {
     const Mark& mark = marks[i];

@@ -35,13 +35,14 @@ class SourceEdit final : public QPlainTextEdit {
   // Reveals the place and moves the keyboard focus there.
   void GoTo(int position);
 
-  // Underlines places, and frames boxes. Only the first of very many.
+  // Underlines places, and frames boxes: as an error where there is one. Only the first of very
+  // many.
   struct Mark {
     int begin;
     int end;
     bool isError;
   };
-  void MarkPlaces(const std::vector<Mark>& marks);
+  void MarkPlaces(std::vector<Mark> marks);
 
   // The user wants to edit a control: Enter on it, Alt+Enter, or a double click.
   std::function<void(int position, bool doubleClicked)> onOpenControl;
