@@ -176,7 +176,7 @@ class Matcher {
       if (!control) return {std::nullopt, words::NotTheSame()};
       Search* const wrong = Advance(*control);
       if (wrong == nullptr) return Compared(*control, bag);
-      if (wrong->at == wrong->candidates.size())
+      if (wrong->at >= wrong->candidates.size())
         return {std::nullopt, Difference(wrong->wanted, wrong->written)};
     }
   }
@@ -230,7 +230,7 @@ class Matcher {
           fixed != fixed_.end())
         bag.push_back(*fixed);
       const auto search = std::ranges::find(searches_, &row, [](const Search& s) { return s.row; });
-      if (search == searches_.end() || search->at == search->candidates.size()) continue;
+      if (search == searches_.end() || search->at >= search->candidates.size()) continue;
       if (const Candidate& value = search->candidates[search->at])
         bag.emplace_back(row.key, *value);
     }
@@ -253,8 +253,8 @@ class Matcher {
         continue;
       if (search.at == 0) search.written = std::move(written);
       ++search.at;
-      if (first == nullptr || search.at == search.candidates.size()) first = &search;
-      if (search.at == search.candidates.size()) break;
+      if (first == nullptr || search.at >= search.candidates.size()) first = &search;
+      if (search.at >= search.candidates.size()) break;
     }
     return first;
   }
