@@ -235,9 +235,7 @@ void AddCheckCommand(CommandLine& line) {
                 "kvo check *.html --office shop/office.json\n"
                 "kvo check templates --fix --dry-run\n"
                 "kvo check templates --baseline known.json --format sarif"))
-      .Arguments("PAGE", values->pages,
-                 {"die Seiten; „-“ ist die Standardeingabe", "the pages; \"-\" is standard input"},
-                 true)
+      .Arguments("PAGE", values->pages, kPagesToRead, true)
       .Option(
           "--office", "FILE", values->office,
           {"die Felder und Produkte des Shops; sonst die Felder aus office.json neben der Seite, "

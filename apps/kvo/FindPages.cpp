@@ -76,7 +76,7 @@ class Search {
   void Add(const std::string& argument) {
     std::error_code ignored;
     if (argument == "-") {
-      found_.push_back({argument, argument});
+      found_.push_back({argument, argument, false});
     } else if (fs::is_directory(argument, ignored)) {
       if (!AnyFileIn([&] { AddFolder(argument, {}); }))
         throw Failure(Say({"Im Ordner „{}“ ist keine Seite (*.html, *.htm). Einen anderen nennen, "
@@ -92,7 +92,7 @@ class Search {
                            "name, \"**\" for folders."},
                           {argument}));
     } else {
-      AddFile(argument, fs::path(argument).filename().string());
+      AddFile(argument, fs::path(argument).filename(), false);
     }
   }
 
@@ -193,9 +193,10 @@ class Search {
     }
   }
 
-  void AddFile(const fs::path& file, const fs::path& below) {
+  void AddFile(const fs::path& file, const fs::path& below, bool found = true) {
     ++met_;
-    if (known_.insert(Identity(file)).second) found_.push_back({file.string(), below.string()});
+    if (known_.insert(Identity(file)).second)
+      found_.push_back({file.string(), below.string(), found});
   }
 
   // Two names of one file have the same: through links, "." and "..", but not through hard links,

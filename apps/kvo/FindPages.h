@@ -4,11 +4,21 @@
 #include <string>
 #include <vector>
 
+#include "common/values/Localized.h"
+
 namespace kvo {
 
+// What the help of commands says of their arguments.
+inline constexpr Localized kPagesToRead{
+    "die Seiten, Ordner mit Seiten oder Muster wie 'mails/**/*.html';\n"
+    "„-“ ist die Standardeingabe",
+    "the pages, folders of pages, or patterns such as 'mails/**/*.html';\n"
+    "\"-\" is standard input"};
+
 struct NamedPage {
-  std::string file;   // as messages name it; "-" is standard input
-  std::string below;  // its path below the folder that the user named, else the file's name
+  std::string file;    // as messages name it; "-" is standard input
+  std::string below;   // its path below the folder that the user named, else the file's name
+  bool found = false;  // in a folder or by a pattern; not named itself
 };
 using NamedPages = std::vector<NamedPage>;
 

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/Json.h"
@@ -10,7 +12,7 @@ namespace kvo {
 namespace {
 
 struct InspectValues {
-  std::string page;
+  std::vector<std::string> pages;
   bool json = false;
 };
 
@@ -126,25 +128,47 @@ void PrintControl(const std::string& file, const page::FoundControl& found,
   Print(text);
 }
 
-ExitCode Inspect(const InspectValues& values) {
-  const page::Page page(page::ReadFile(values.page));
+// Prints the controls of a page, or adds them to `json`, and then prints the page's problems.
+ExitCode InspectPage(const std::string& file, Json* json) {
+  const page::Page page(page::ReadFile(file));
   const page::Inspection inspection = page::Inspect(page);
   ExitCode code = page::HasErrors(inspection.problems) ? ExitCode::problemsFound : ExitCode::good;
-  Json controls = Json::array();
   for (const page::FoundControl& found : inspection.controls) {
     const Inspected inspected = InspectControl(inspection, found.index);
     if (inspected.fault) code = ExitCode::problemsFound;
-    if (values.json) {
-      controls.push_back(ControlJson(found, inspected));
-    } else {
-      PrintControl(ShownName(values.page), found, inspected);
-    }
+    if (json != nullptr)
+      json->push_back(ControlJson(found, inspected));
+    else
+      PrintControl(ShownName(file), found, inspected);
   }
-  if (values.json) PrintJson({{"controls", std::move(controls)}});
-  if (!values.json && inspection.controls.empty())
-    Print(
-        Say({"{} enthält keine Controls.\n", "{} holds no controls.\n"}, {ShownName(values.page)}));
-  ShowProblems(Stream::error, ShownName(values.page), inspection.problems);
+  if (json == nullptr && inspection.controls.empty())
+    Print(Say({"{} enthält keine Controls.\n", "{} holds no controls.\n"}, {ShownName(file)}));
+  ShowProblems(Stream::error, ShownName(file), inspection.problems);
+  return code;
+}
+
+// One document: the controls of the page, or of each when folders, patterns or several were named.
+ExitCode Inspect(const InspectValues& values) {
+  const std::vector<std::string> pages = PagesIn(values.pages);
+  if (!values.json)
+    return ForEachPage(
+        pages, [](const std::string& file) { return PageResult{InspectPage(file, nullptr)}; });
+  const bool single = pages == values.pages && pages.size() == 1;
+  Json all = Json::array();
+  std::optional<Json> only;
+  const ExitCode code = ForEachPage(pages, [&](const std::string& file) {
+    Json controls = Json::array();
+    const ExitCode found = InspectPage(file, &controls);
+    return PageResult{
+        found, [&, file, controls = std::move(controls)]() mutable {
+          if (single)
+            only = std::move(controls);
+          else
+            all.push_back({{"file", ShownName(file)}, {"controls", std::move(controls)}});
+        }};
+  });
+  if (only) PrintJson({{"controls", std::move(*only)}});
+  if (!single) PrintJson({{"pages", std::move(all)}});
   return code;
 }
 
@@ -157,9 +181,9 @@ void AddInspectCommand(CommandLine& line) {
             "Laufzeittext.",
             "Shows every control of a page: where it is, what it stores, its runtime text."},
            Both("kvo inspect newsletter.html\n"
-                "kvo inspect newsletter.html --json | jq '.controls[].runtimeText'"))
-      .Argument("PAGE", values->page,
-                {"die Seite; „-“ ist die Standardeingabe", "the page; \"-\" is standard input"})
+                "kvo inspect newsletter.html --json | jq '.controls[].runtimeText'\n"
+                "kvo inspect mails --json | jq '.pages[].file'"))
+      .Arguments("PAGE", values->pages, kPagesToRead, true)
       .Flag("--json", values->json,
             {"ein JSON-Dokument, mit Eigenschaften und Maßen der Box (Twips)",
              "one JSON document, with the properties and the measures of the box (twips)"})

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <set>
 #include <utility>
 
 #include "apps/kvo/Ending.h"
@@ -151,8 +152,10 @@ ExitCode ForEachPage(const std::vector<std::string>& pages,
 std::vector<std::string> Targets(const NamedPages& pages, const std::string& output,
                                  OverPage over) {
   std::error_code ignored;
+  const bool searched = std::ranges::any_of(pages, &NamedPage::found);
   const bool folder = output != kStandardStream && !output.empty() &&
-                      (output.ends_with('/') || std::filesystem::is_directory(output, ignored));
+                      (output.ends_with('/') || std::filesystem::is_directory(output, ignored) ||
+                       (searched && !std::filesystem::exists(output, ignored)));
   if (!output.empty() && !folder && pages.size() > 1)
     throw Failure(Say({"Mehrere Seiten passen nicht in „{}“. Hinter -o einen vorhandenen Ordner "
                        "angeben.",
@@ -160,7 +163,7 @@ std::vector<std::string> Targets(const NamedPages& pages, const std::string& out
                       {output}));
   std::vector<std::string> targets;
   std::map<std::string, std::string> taken;
-  for (const auto& [file, below] : pages) {
+  for (const auto& [file, below, found] : pages) {
     std::string target = output.empty() ? file : output;
     if (folder) {
       if (file == kStandardStream)
@@ -179,9 +182,10 @@ std::vector<std::string> Targets(const NamedPages& pages, const std::string& out
     targets.push_back(target);
   }
   ProtectPages(FilesOf(pages), targets, over);
+  std::set<std::string> folders;
   for (std::size_t i = 0; folder && i < pages.size(); ++i)
-    if (std::filesystem::path(pages[i].below).has_parent_path())
-      MakeFolder(std::filesystem::path(targets[i]).parent_path().string());
+    if (pages[i].found) folders.insert(std::filesystem::path(targets[i]).parent_path().string());
+  std::ranges::for_each(folders, MakeFolder);
   return targets;
 }
 

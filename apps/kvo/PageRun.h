@@ -36,9 +36,9 @@ using page::WriteAll;
 // Which pages a command may overwrite with its output.
 enum class OverPage { itself, nothing };
 
-// Returns the target of each page. `output` is "" (over the page itself), a file, "-" or a folder,
-// below which a page keeps its path below the folder that the user named; makes the folders for
-// that. Throws Failure when two pages have the same target or a page would be lost.
+// Returns the target of each page. `output` is "" (over the page itself), a file, "-" or a folder.
+// Pages that were found in a folder keep their path below it; makes the folders for them. Throws
+// Failure when two pages have the same target or a page would be lost.
 std::vector<std::string> Targets(const NamedPages& pages, const std::string& output, OverPage over);
 
 // Throws Failure when writing each page to its target would overwrite another page, or the page

@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <map>
 
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/PageRun.h"
@@ -11,7 +12,7 @@ namespace kvo {
 namespace {
 
 struct PictureValues {
-  std::string subject;
+  std::vector<std::string> subjects;
   std::string output;
 };
 
@@ -42,30 +43,23 @@ std::vector<Picture> PagePictures(const std::string& file, ExitCode& code) {
   return pictures;
 }
 
-ExitCode Draw(const PictureValues& values) {
-  ExitCode code = ExitCode::good;
-  std::vector<Picture> pictures;
-  if (const RegisteredControl* control = FindControlByName(values.subject)) {
-    const ControlClass& contract = control->contract();
-    pictures.push_back({std::string(contract.name), contract.create()->DesignTimeBox()});
-  } else {
-    pictures = PagePictures(values.subject, code);
-  }
-  if (values.output == "-") {
-    std::vector<Box> boxes;
-    boxes.reserve(pictures.size());
-    for (const Picture& picture : pictures) boxes.push_back(picture.box);
-    Print(BoxPicture(boxes));
-    return code;
-  }
+void ExpectTarget(const PictureValues& values) {
   if (values.output.empty())
     throw Failure(Say({"Wohin? Mit -o ORDNER das Ziel angeben, mit „-o -“ die Standardausgabe.",
                        "Where to? Name the target with -o FOLDER, or \"-o -\" for standard "
                        "output."}));
-  MakeFolder(values.output);
+}
+
+Picture ClassPicture(const ControlClass& contract) {
+  return {std::string(contract.name), contract.create()->DesignTimeBox()};
+}
+
+// Writes the pictures into a folder and prints their names.
+ExitCode WritePictures(const std::vector<Picture>& pictures, const std::string& folder) {
+  ExitCode code = ExitCode::good;
+  MakeFolder(folder);
   for (const Picture& picture : pictures) {
-    const std::string file =
-        (std::filesystem::path(values.output) / (picture.name + ".svg")).string();
+    const std::string file = (std::filesystem::path(folder) / (picture.name + ".svg")).string();
     try {
       page::WriteFile(file, BoxPicture({picture.box}));
       Print(file + '\n');
@@ -77,6 +71,65 @@ ExitCode Draw(const PictureValues& values) {
   return code;
 }
 
+ExitCode DrawOne(const PictureValues& values) {
+  const std::string& subject = values.subjects.front();
+  ExitCode code = ExitCode::good;
+  const RegisteredControl* control = FindControlByName(subject);
+  const std::vector<Picture> pictures = control != nullptr
+                                            ? std::vector{ClassPicture(control->contract())}
+                                            : PagePictures(subject, code);
+  if (values.output == "-") {
+    std::vector<Box> boxes;
+    boxes.reserve(pictures.size());
+    for (const Picture& picture : pictures) boxes.push_back(picture.box);
+    Print(BoxPicture(boxes));
+    return code;
+  }
+  ExpectTarget(values);
+  return Worse(code, WritePictures(pictures, values.output));
+}
+
+// The pictures of several pages go into a folder for each, which has the page's name.
+ExitCode DrawPages(const PictureValues& values, const NamedPages& pages) {
+  ExpectTarget(values);
+  if (values.output == "-")
+    throw Failure(
+        Say({"Bilder von mehreren Seiten passen nicht auf die Standardausgabe. Hinter -o "
+             "einen Ordner angeben.",
+             "Pictures of several pages do not fit on standard output. Name a folder "
+             "behind -o."}));
+  std::map<std::string, std::string> folders;  // by page
+  std::map<std::string, std::string> taken;
+  for (const auto& [file, below, found] : pages) {
+    const std::string folder =
+        (std::filesystem::path(values.output) / std::filesystem::path(below).replace_extension())
+            .string();
+    const auto [other, isNew] = taken.emplace(folder, file);
+    if (!isNew)
+      throw Failure(Say({"Die Bilder von „{}“ und „{}“ kämen beide nach „{}“. Einzeln aufrufen.",
+                         "The pictures of \"{}\" and \"{}\" would both go to \"{}\". Call kvo for "
+                         "each."},
+                        {other->second, file, folder}));
+    folders[file] = folder;
+  }
+  return ForEachPage(FilesOf(pages), [&](const std::string& file) {
+    if (const RegisteredControl* control = FindControlByName(file))
+      return PageResult{WritePictures({ClassPicture(control->contract())}, values.output)};
+    ExitCode code = ExitCode::good;
+    const std::vector<Picture> pictures = PagePictures(file, code);
+    return PageResult{pictures.empty() ? code
+                                       : Worse(code, WritePictures(pictures, folders.at(file)))};
+  });
+}
+
+ExitCode Draw(const PictureValues& values) {
+  if (values.subjects.size() == 1 && FindControlByName(values.subjects.front()) != nullptr)
+    return DrawOne(values);
+  const NamedPages pages = FindPages(values.subjects, values.output);
+  if (pages.size() == 1 && !pages.front().found) return DrawOne(values);
+  return DrawPages(values, pages);
+}
+
 }  // namespace
 
 void AddPictureCommand(CommandLine& line) {
@@ -84,11 +137,16 @@ void AddPictureCommand(CommandLine& line) {
   line.Add("picture",
            {"Zeichnet die Boxen der Entwurfsansicht als SVG.",
             "Draws the boxes of the design view as SVG."},
-           {"kvo picture newsletter.html -o bilder\nkvo picture DTCPrint -o -",
-            "kvo picture newsletter.html -o pictures\nkvo picture DTCPrint -o -"})
-      .Argument("PAGE|CLASS", values->subject,
-                {"eine Seite oder eine Klasse (eine Datei, die wie eine Klasse heißt: ./NAME)",
-                 "a page or a class (a file named like a class: ./NAME)"})
+           {"kvo picture newsletter.html -o bilder\nkvo picture DTCPrint -o -\n"
+            "kvo picture mails -o bilder        in einem Ordner für jede Seite",
+            "kvo picture newsletter.html -o pictures\nkvo picture DTCPrint -o -\n"
+            "kvo picture mails -o pictures      in a folder for each page"})
+      .Arguments("PAGE|CLASS", values->subjects,
+                 {"eine Seite oder eine Klasse (eine Datei, die wie eine Klasse heißt: ./NAME);\n"
+                  "mehrere Seiten, auch Ordner und Muster, mit einem Ordner für jede",
+                  "a page or a class (a file named like a class: ./NAME); several pages,\n"
+                  "folders and patterns too, with a folder for each"},
+                 true)
       .Option("-o,--output", "DIR", values->output,
               {"Ordner für die Bilder; „-“ schreibt ein einziges auf die Standardausgabe",
                "folder for the pictures; \"-\" writes a single one to standard output"})

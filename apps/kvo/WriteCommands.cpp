@@ -10,9 +10,6 @@ struct WriteValues {
   bool force = false;
 };
 
-constexpr Localized kPages{"die Seiten; „-“ ist die Standardeingabe",
-                           "the pages; \"-\" is standard input"};
-
 ExitCode Save(const WriteValues& values) {
   const NamedPages pages = FindPages(values.pages, values.output);
   return WritePages(pages, Targets(pages, values.output, OverPage::itself),
@@ -41,13 +38,15 @@ void AddWriteCommands(CommandLine& line) {
             "Loads every control of the pages and writes its runtime text into them."},
            {"kvo save newsletter.html\n"
             "kvo save *.html\n"
+            "kvo save mails                    alle Seiten im Ordner mails\n"
             "kvo save newsletter.html -o fertig/newsletter.html\n"
             "kvo save - < newsletter.html > fertig.html",
             "kvo save newsletter.html\n"
             "kvo save *.html\n"
+            "kvo save mails                    every page in the folder mails\n"
             "kvo save newsletter.html -o done/newsletter.html\n"
             "kvo save - < newsletter.html > done.html"})
-      .Arguments("PAGE", save->pages, kPages, true)
+      .Arguments("PAGE", save->pages, kPagesToRead, true)
       .Option("-o,--output", "OUT", save->output,
               {"Datei oder Ordner statt der Seite selbst; „-“ ist die Standardausgabe",
                "file or folder instead of the page itself; \"-\" is standard output"})
@@ -62,11 +61,13 @@ void AddWriteCommands(CommandLine& line) {
             "Writes only the runtime text in place of each control."},
            {"kvo publish newsletter.html -o fertig/newsletter.html\n"
             "kvo publish *.html -o fertig/\n"
+            "kvo publish mails -o fertig/      mit den Ordnern darin\n"
             "kvo new DTCPrint Value='#order.total#' | kvo publish -",
             "kvo publish newsletter.html -o done/newsletter.html\n"
             "kvo publish *.html -o done/\n"
+            "kvo publish mails -o done/        with the folders in it\n"
             "kvo new DTCPrint Value='#order.total#' | kvo publish -"})
-      .Arguments("PAGE", publish->pages, kPages, true)
+      .Arguments("PAGE", publish->pages, kPagesToRead, true)
       .Option("-o,--output", "OUT", publish->output,
               {"Zieldatei oder Zielordner; „-“ ist die Standardausgabe",
                "target file or folder; \"-\" is standard output"})

@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+#include "document/page/Utf8.h"
+
 namespace kvo::page {
 namespace {
 
@@ -23,19 +25,31 @@ Place PlaceFinder::At(std::size_t offset) {
     at_ = std::min(offset, PageEncoding::Mark(page_));
     place_ = {};
   }
+  SkipLines(offset);
   while (at_ < offset) {
-    const char c = page_[at_];
-    const bool lineEnd = c == '\n' || (c == '\r' && page_.substr(at_ + 1, 1) != "\n");
-    if (lineEnd) {
-      ++place_.line;
-      place_.column = 1;
-      ++at_;
-    } else {
-      ++place_.column;
-      at_ += encoding_.CharacterLength(page_.substr(at_));
-    }
+    const std::size_t ascii = AsciiPrefix(page_.substr(at_, offset - at_));
+    place_.column += ascii;
+    at_ += ascii;
+    if (at_ >= offset) break;
+    ++place_.column;
+    at_ += encoding_.CharacterLength(page_.substr(at_));
   }
   return place_;
+}
+
+// Goes to the start of the line that holds the offset. A line ends with LF, CR, or CR LF.
+void PlaceFinder::SkipLines(std::size_t offset) {
+  const std::string_view part = page_.substr(0, offset);
+  std::size_t feed = part.find('\n', at_);
+  while (at_ < offset) {
+    std::size_t end = part.substr(0, feed).find('\r', at_);
+    if (end == npos || page_.substr(end + 1, 1) == "\n") end = feed;
+    if (end == npos) return;
+    if (end == feed) feed = part.find('\n', feed + 1);
+    ++place_.line;
+    place_.column = 1;
+    at_ = end + 1;
+  }
 }
 
 void ProblemList::Add(Range where, std::string_view rule, Subject subject, Message message,

@@ -21,6 +21,8 @@ class PlaceFinder {
   Place At(std::size_t offset);
 
  private:
+  void SkipLines(std::size_t offset);
+
   std::string_view page_;
   const PageEncoding& encoding_;
   std::size_t at_;
