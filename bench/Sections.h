@@ -14,6 +14,7 @@ void MeasurePreviews(Report& report);
 void MeasureLanguage(Report& report);
 void MeasurePicker(Report& report);
 // `kvo` and `empty` are paths of programs.
+void MeasureFolders(Report& report, const std::string& kvo);
 void MeasureStart(Report& report, const std::string& kvo, const std::string& empty);
 
 }  // namespace kvo::bench

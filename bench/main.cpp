@@ -68,6 +68,8 @@ int Run(char** argv) {
   MeasureLanguage(report);
   section("the picker");
   MeasurePicker(report);
+  section("folders");
+  MeasureFolders(report, argv[1]);
   section("start-up");
   MeasureStart(report, argv[1], argv[2]);
   Write(argv[3], report);

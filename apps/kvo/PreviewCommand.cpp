@@ -1,5 +1,6 @@
 #include <charconv>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <set>
 #include <utility>
@@ -22,7 +23,7 @@ namespace kvo {
 namespace {
 
 struct PreviewValues {
-  std::string page;
+  std::vector<std::string> pages;
   std::string record;
   std::string office;
   std::string records;
@@ -33,15 +34,25 @@ struct PreviewValues {
   bool strict = false;
 };
 
-// Prints one JSON document as its parts become known, so that it is never whole in memory.
+// Prints one JSON document as its parts become known, so that it is never whole in memory; or adds
+// them to a document that others share.
 class PreviewJson {
  public:
+  explicit PreviewJson(Json* shared) : shared_(shared) {
+    if (shared_ != nullptr) (*shared_)["previews"] = Json::array();
+  }
+
   void Add(const Json& preview) {
+    if (shared_ != nullptr) return (*shared_)["previews"].push_back(preview);
     Print(begun_ ? ",\n" : "{\n  \"previews\": [\n");
     begun_ = true;
     Print(Indented(preview, "    "));
   }
-  void End(const Json& coverage) const {
+  void End(const Json& coverage) {
+    if (shared_ != nullptr) {
+      (*shared_)["coverage"] = coverage;
+      return;
+    }
     Print(begun_ ? "\n  ]" : "{\n  \"previews\": []");
     Print(",\n  \"coverage\": " + Indented(coverage, "  ").substr(2) + "\n}\n");
   }
@@ -56,6 +67,7 @@ class PreviewJson {
     return text;
   }
 
+  Json* shared_;
   bool begun_ = false;
 };
 
@@ -122,15 +134,21 @@ bool IsFolder(const std::string& target) {
   return target != "-" && (target.ends_with('/') || std::filesystem::is_directory(target, ignored));
 }
 
+// The previews of one page.
 class PreviewRun {
  public:
-  explicit PreviewRun(const PreviewValues& values)
+  // With `shared`, the JSON document is one of many and not printed.
+  PreviewRun(const PreviewValues& values, const std::string& file, const std::string& output,
+             Json* shared)
       : values_(values),
-        folder_(values.allBranches || IsFolder(values.output)),
+        file_(file),
+        output_(output),
+        folder_(values.allBranches || IsFolder(output)),
         office_(LoadOffice()),
-        page_(page::ReadFile(values.page)),
+        page_(page::ReadFile(file)),
         template_(page_, office_),
-        names_(values.page, values.output) {
+        names_(file, output),
+        json_(shared) {
     if (!values_.width.empty()) width_ = WidthOf(values_.width);
     if (values_.office.empty())
       shop_ = std::make_unique<UnnamedShop>();
@@ -143,7 +161,7 @@ class PreviewRun {
   }
 
   ExitCode Run() {
-    if (folder_) MakeFolder(values_.output);
+    if (folder_) MakeFolder(output_);
     Coverage coverage(template_.Switches());
     if (values_.allBranches)
       WriteBranches(coverage);
@@ -151,11 +169,11 @@ class PreviewRun {
       WriteOne();
     else
       WriteAll();
-    ShowProblems(Stream::error, ShownName(values_.page), template_.Problems());
+    ShowProblems(Stream::error, ShownName(file_), template_.Problems());
     if (values_.json) {
       json_.End(values_.allBranches ? coverage.List() : Json::array());
     } else {
-      findings_.Show(ShownName(values_.page));
+      findings_.Show(ShownName(file_));
       if (values_.allBranches) Print('\n' + coverage.Table());
     }
     if (page::HasErrors(template_.Problems()) || (values_.strict && findings_.AnyMissing()))
@@ -167,13 +185,13 @@ class PreviewRun {
   // An office that came with the page must not choose what this machine connects to.
   ObjectRef LoadOffice() {
     if (!values_.office.empty()) return office::LoadOffice(values_.office, shop::NewConnection);
-    const auto beside = FileBeside(values_.page, office::kOfficeFile);
+    const auto beside = FileBeside(file_, office::kOfficeFile);
     return beside ? office::LoadOffice(*beside) : nullptr;
   }
 
   void LoadRecords() {
     preview::RecordsFile file;
-    const auto beside = FileBeside(values_.page, preview::kRecordsFile);
+    const auto beside = FileBeside(file_, preview::kRecordsFile);
     if (!values_.records.empty())
       file = preview::LoadRecords(values_.records);
     else if (beside)
@@ -206,7 +224,7 @@ class PreviewRun {
   void WriteOne() {
     const std::int64_t index = Chosen();
     const preview::Record record = records_->At(index).value();
-    Write(record, index, folder_ ? names_.Named(record.name, index + 1) : values_.output);
+    Write(record, index, folder_ ? names_.Named(record.name, index + 1) : output_);
   }
 
   void WriteAll() {
@@ -252,7 +270,7 @@ class PreviewRun {
     page::WriteFile(target,
                     width_ == 0 ? made.html
                                 : FramedPage(made.html, page_.Encoding(), width_,
-                                             ShownName(values_.page) + ": " + name),
+                                             ShownName(file_) + ": " + name),
                     page::Durable::no);
     findings_.Add(made, record.name, variant.empty() ? name : variant);
     if (values_.json)
@@ -274,18 +292,21 @@ class PreviewRun {
 
   // What a preview must not overwrite.
   std::vector<std::string> Sources() const {
-    std::vector<std::string> sources = {values_.page};
+    std::vector<std::string> sources = {file_};
     for (const std::string& file : {values_.office, values_.records})
       if (!file.empty()) sources.push_back(file);
     return sources;
   }
 
   const PreviewValues& values_;
+  const std::string& file_;
+  const std::string& output_;
   bool folder_;
   ObjectRef office_;
   page::Page page_;
   preview::Template template_;
   PreviewNames names_;
+  PreviewJson json_;
   int width_ = 0;  // 0 for no frame
   std::unique_ptr<preview::Shop> shop_;
   preview::RenderOptions options_;
@@ -294,9 +315,47 @@ class PreviewRun {
   bool queryLeftOut_ = false;
   bool toldMadeUp_ = false;
   PreviewFindings findings_;
-  PreviewJson json_;
   ExitCode code_ = ExitCode::good;
 };
+
+// Returns the folder of each page's previews, which keeps the page's path below the folder that the
+// user named. Throws Failure where two pages would give their previews the same names.
+std::map<std::string, std::string> PreviewFolders(const NamedPages& pages,
+                                                  const std::string& output) {
+  std::map<std::string, std::string> folders;
+  std::map<std::filesystem::path, std::string> taken;
+  for (const auto& [file, below, found] : pages) {
+    const std::filesystem::path folder = (std::filesystem::path(output) / below).parent_path() / "";
+    const auto [other, isNew] = taken.emplace(folder / std::filesystem::path(below).stem(), file);
+    if (!isNew)
+      throw Failure(Say({"Die Vorschauen von „{}“ und „{}“ hießen gleich. Einzeln aufrufen.",
+                         "The previews of \"{}\" and \"{}\" would have the same names. Call kvo "
+                         "for each."},
+                        {other->second, file}));
+    folders[file] = folder.string();
+  }
+  return folders;
+}
+
+ExitCode PreviewPages(const PreviewValues& values, const NamedPages& pages) {
+  if (values.output == "-")
+    throw Failure(
+        Say({"Vorschauen mehrerer Seiten passen nicht auf die Standardausgabe. Hinter -o "
+             "einen Ordner angeben.",
+             "Previews of several pages do not fit on standard output. Name a folder "
+             "behind -o."}));
+  const std::map<std::string, std::string> folders = PreviewFolders(pages, values.output);
+  Json all = Json::array();
+  const ExitCode code = ForEachPage(FilesOf(pages), [&](const std::string& file) {
+    Json json{{"file", ShownName(file)}};
+    const ExitCode made =
+        PreviewRun(values, file, folders.at(file), values.json ? &json : nullptr).Run();
+    return PageResult{made,
+                      [&all, json = std::move(json)]() mutable { all.push_back(std::move(json)); }};
+  });
+  if (values.json) PrintJson({{"pages", std::move(all)}});
+  return code;
+}
 
 ExitCode ShowPreview(const PreviewValues& values) {
   if (values.output.empty())
@@ -314,7 +373,9 @@ ExitCode ShowPreview(const PreviewValues& values) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
   platform.recordsets = shop::NewRecordset;
-  return PreviewRun(values).Run();
+  const NamedPages pages = FindPages(values.pages, values.output);
+  if (pages.size() > 1 || pages.front().found) return PreviewPages(values, pages);
+  return PreviewRun(values, pages.front().file, values.output, nullptr).Run();
 }
 
 }  // namespace
@@ -332,8 +393,7 @@ void AddPreviewCommand(CommandLine& line) {
             "kvo preview newsletter.html -o previews/                 every record\n"
             "kvo preview newsletter.html --record Anna --width 360 -o narrow.html\n"
             "kvo preview newsletter.html --all-branches -o previews   each branch once"})
-      .Argument("PAGE", values->page,
-                {"die Seite; „-“ ist die Standardeingabe", "the page; \"-\" is standard input"})
+      .Arguments("PAGE", values->pages, kPagesToRead, true)
       .Option("--record", "NAME|N", values->record,
               {"nur der Datensatz dieses Namens, oder mit dieser Nummer ab 1",
                "only the record of this name, or with this number from 1"})

@@ -93,6 +93,7 @@ void Tell(std::string_view line) { WriteToStderr(Harmless(STDERR_FILENO, line) +
 bool IsStatusRewritten() { return isatty(STDERR_FILENO) == 1 && Environment("TERM") != "dumb"; }
 
 void ShowStatus(std::string_view line) {
+  if (t_held != nullptr) return;  // one page of many
   if (!IsStatusRewritten()) return Tell(line);
   RemoveStatus();
   std::fflush(stdout);

@@ -1,5 +1,9 @@
 // Every kind of problem, with its place. All problems are found at once.
+#include <iterator>
+#include <random>
+
 #include "PageTesting.h"
+#include "document/page/ProblemList.h"
 
 namespace kvo::page {
 namespace {
@@ -276,6 +280,40 @@ TEST_F(Checking, CountsColumnsInCharactersAndAcceptsAnyLineEnd) {
 
 TEST_F(Checking, FindsNothingInAGoodPage) {
   EXPECT_EQ(Checked("<p>" + Span(StoredPrint("x"), "<kv:print value=\"x\"/>")), List{});
+}
+
+// Counts as the rule says, one character after the other.
+Place CountedPlace(std::string_view page, const PageEncoding& encoding, std::size_t offset) {
+  Place place;
+  for (std::size_t at = PageEncoding::Mark(page); at < offset;) {
+    const char c = page[at];
+    if (c == '\n' || (c == '\r' && page.substr(at + 1, 1) != "\n")) {
+      ++place.line;
+      place.column = 1;
+      ++at;
+    } else {
+      ++place.column;
+      at += encoding.CharacterLength(page.substr(at));
+    }
+  }
+  return place;
+}
+
+TEST(Places, AreCountedByLinesAndCharacters) {
+  constexpr std::string_view kPieces[] = {
+      "\r", "\n", "\r\n", "a", "\xC3\xA4", "\xE2\x82\xAC", "\xFF", "a long line of text "};
+  std::mt19937 random(1);
+  for (int round = 0; round < 300; ++round) {
+    std::string page = round % 3 == 0 ? "\xEF\xBB\xBF" : "";
+    for (int piece = 0; piece < 30; ++piece) page += kPieces[random() % std::size(kPieces)];
+    const PageEncoding encoding = PageEncoding::Of(page);
+    PlaceFinder places(page, encoding);
+    for (std::size_t offset = 0; offset <= page.size(); offset += random() % 4) {
+      const Place expected = CountedPlace(page, encoding, offset);
+      ASSERT_EQ(places.At(offset), expected) << round << ' ' << offset;
+      ASSERT_EQ(PlaceFinder(page, encoding).At(offset), expected) << round << ' ' << offset;
+    }
+  }
 }
 
 }  // namespace
