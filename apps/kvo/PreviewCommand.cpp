@@ -92,9 +92,8 @@ class PreviewNames {
   }
 
  private:
-  static std::size_t Hash(std::string name) {
-    for (char& c : name) c = LowerAscii(c);
-    return std::hash<std::string>()(name);
+  static std::size_t Hash(const std::string& name) {
+    return std::hash<std::string>()(Lowered(name));
   }
   std::string At(const std::string& part) const {
     return (std::filesystem::path(folder_) / (stem_ + '.' + part + ".html")).string();

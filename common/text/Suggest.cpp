@@ -72,12 +72,6 @@ std::size_t EditDistance(std::string_view a, std::string_view b, std::size_t lim
   return rows[a.size() % 3][b.size()];
 }
 
-std::string Folded(std::string_view text) {
-  std::string folded(text);
-  std::transform(folded.begin(), folded.end(), folded.begin(), LowerAscii);
-  return folded;
-}
-
 }  // namespace
 
 Suggestion SuggestNear(std::string_view name, std::span<const std::string_view> candidates) {
@@ -85,13 +79,13 @@ Suggestion SuggestNear(std::string_view name, std::span<const std::string_view> 
   Suggestion best;
   const std::size_t limit = std::max<std::size_t>(name.size() / 3, 1) + 1;
   std::size_t bestDistance = limit;
-  const std::string folded = Folded(name);
+  const std::string folded = Lowered(name);
   const Letters letters(folded);
   for (const std::string_view candidate : candidates) {
     const auto [shorter, longer] = std::minmax({candidate.size(), name.size()});
     if (candidate.size() > kLongest || longer - shorter >= limit) continue;
     if (letters.LeastEdits(candidate) >= limit || candidate == best.name) continue;
-    const std::size_t distance = EditDistance(folded, Folded(candidate), limit);
+    const std::size_t distance = EditDistance(folded, Lowered(candidate), limit);
     if (distance >= limit) continue;
     best.only = best.name.empty();
     if (distance >= bestDistance) continue;

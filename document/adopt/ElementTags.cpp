@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "common/values/Ascii.h"
-#include "document/adopt/Lower.h"
 #include "document/page/Scanner.h"
 
 namespace kvo::adopt {
@@ -13,7 +12,7 @@ constexpr std::string_view kVoid[] = {"area",  "base", "br",   "col",   "embed",
                                       "input", "link", "meta", "param", "source", "track", "wbr"};
 
 bool IsVoid(std::string_view name) {
-  return std::ranges::find(kVoid, Lower(name)) != std::end(kVoid);
+  return std::ranges::find(kVoid, Lowered(name)) != std::end(kVoid);
 }
 
 }  // namespace
@@ -69,7 +68,7 @@ EndTags::EndTags(std::string_view page, const page::Inspection& inspection) {
     const std::size_t nameBegin = at + (isEnd ? 2 : 1);
     if (nameBegin >= page.size() || !IsLetter(page[nameBegin])) continue;
     const std::size_t nameEnd = page::EndOfTagName(page, nameBegin);
-    const std::string name = Lower(page.substr(nameBegin, nameEnd - nameBegin));
+    const std::string name = Lowered(page.substr(nameBegin, nameEnd - nameBegin));
     if (!isEnd) {
       if (!IsVoid(name)) open[name].push_back(at);
       continue;

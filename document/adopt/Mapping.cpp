@@ -7,7 +7,6 @@
 #include "common/text/Suggest.h"
 #include "common/values/Ascii.h"
 #include "common/values/RuntimeError.h"
-#include "document/adopt/Lower.h"
 #include "document/adopt/Pattern.h"
 #include "document/page/File.h"
 #include "document/page/Messages.h"
@@ -156,7 +155,7 @@ class MappingReader : private office::JsonFileReader {
       Add(node.at, At(kBadPattern, path));
     } else if (needsName && node.text.find(kNameHole) == std::string::npos) {
       Add(node.at, At(kNameNeeded, path));
-    } else if (!patterns_.insert(Lower(node.text)).second) {
+    } else if (!patterns_.insert(Lowered(node.text)).second) {
       Add(node.at, At(kSamePattern, path));
     } else {
       rule.patterns.push_back(node.text);
@@ -167,7 +166,7 @@ class MappingReader : private office::JsonFileReader {
     for (const JsonNode& member : object.children) {
       const std::string where = PathTo(path, member.key);
       auto target = ReadField(member, where);
-      if (!rule.fields.emplace(Lower(member.key), target.value_or(Target())).second)
+      if (!rule.fields.emplace(Lowered(member.key), target.value_or(Target())).second)
         AddDuplicate(member, where);
     }
   }

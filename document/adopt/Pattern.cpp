@@ -5,7 +5,6 @@
 #include <span>
 
 #include "common/values/Ascii.h"
-#include "document/adopt/Lower.h"
 #include "document/page/ElementWriter.h"
 #include "document/page/Scanner.h"
 
@@ -171,7 +170,7 @@ std::vector<Placeholder> PlaceholderFinder::Find(std::string_view page) const {
       encoding_.Decode(match->name, placeholder.name);
       if (pattern.rule != nullptr) {
         placeholder.target = pattern.rule->target ? &*pattern.rule->target : nullptr;
-        const auto field = pattern.rule->fields.find(Lower(placeholder.name));
+        const auto field = pattern.rule->fields.find(Lowered(placeholder.name));
         if (field != pattern.rule->fields.end()) placeholder.target = &field->second;
         // "[endif]" is no placeholder; the common styles tell.
         if (placeholder.target == nullptr && pattern.pieces.front().bytes.size() == 1) continue;

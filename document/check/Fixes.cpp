@@ -175,10 +175,8 @@ class PageFixes {
     std::map<std::string, std::string> values;
     for (const WrittenAttribute& attribute :
          AttributesOf(bytes_, ElementOf(control) + page::kObjectStart.size())) {
-      std::string name(attribute.raw.name);
-      std::ranges::transform(name, name.begin(), LowerAscii);
       const std::string value = Decoded(attribute.raw.value);
-      const auto [first, isNew] = values.emplace(std::move(name), value);
+      const auto [first, isNew] = values.emplace(Lowered(attribute.raw.name), value);
       if (isNew) continue;
       if (first->second != value) return std::nullopt;
       fix.edits.push_back({attribute.begin, attribute.end, {}});

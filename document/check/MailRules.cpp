@@ -48,12 +48,6 @@ constexpr Rule kActive{"mail-active-content",
 constexpr Rule kMailRules[] = {kSize, kUnsubscribe, kViewtracker, kEmptyLink, kInsecureLink,
                                kAlt,  kLang,        kTitle,       kActive};
 
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), LowerAscii);
-  return lower;
-}
-
 std::string_view WithoutSpace(std::string_view text) {
   while (!text.empty() && page::IsHtmlSpace(text.front())) text.remove_prefix(1);
   while (!text.empty() && page::IsHtmlSpace(text.back())) text.remove_suffix(1);
@@ -117,7 +111,7 @@ class MailCheck {
     const std::size_t nameEnd = page::EndOfTagName(bytes_, nameAt);
     Tag tag;
     tag.begin = at;
-    tag.name = Lower(bytes_.substr(nameAt, nameEnd - nameAt));
+    tag.name = Lowered(bytes_.substr(nameAt, nameEnd - nameAt));
     if (const std::size_t colon = tag.name.find(':'); colon != std::string::npos) {
       tag.ofEngine = true;
       tag.name.erase(0, colon + 1);
@@ -175,7 +169,7 @@ class MailCheck {
   void CheckLink(const Tag& tag) {
     const page::RawAttribute* const href = tag.Find("href");
     if (href == nullptr) return;  // no link, but a place to link to
-    const std::string address = Lower(WithoutSpace(href->value));
+    const std::string address = Lowered(WithoutSpace(href->value));
     for (const std::string_view word : {"unsubscrib", "abmeld", "abbestell", "austrag"})
       if (address.find(word) != std::string::npos) hasUnsubscribe_ = true;
     // A control without an address is another rule's.

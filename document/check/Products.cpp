@@ -29,11 +29,7 @@ std::string_view Trimmed(std::string_view text) {
 }
 
 // Folds numbers that a database may treat as equal: it may ignore case and pad with blanks.
-std::string Folded(std::string_view number) {
-  std::string folded(Trimmed(number));
-  std::ranges::transform(folded, folded.begin(), LowerAscii);
-  return folded;
-}
+std::string Folded(std::string_view number) { return Lowered(Trimmed(number)); }
 
 constexpr const char* kNumber = "ProductNo";
 constexpr const char* kDescription = "Desc1";

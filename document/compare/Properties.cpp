@@ -7,12 +7,6 @@
 namespace kvo::compare {
 namespace {
 
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), LowerAscii);
-  return lower;
-}
-
 std::size_t CommonBegin(std::string_view a, std::string_view b) {
   const std::size_t size = std::min(a.size(), b.size());
   return static_cast<std::size_t>(std::mismatch(a.begin(), a.begin() + size, b.begin()).first -
@@ -43,7 +37,7 @@ std::optional<std::string_view> Values::Of(const Property& property) const {
       return Written(property.row).value_or(control_->contract->bag[property.row].readDefault);
     case Property::Kind::attribute:
       for (const auto& [name, value] : control_->attributes)
-        if (Lower(name) == property.attribute) return value ? std::string_view(*value) : "";
+        if (Lowered(name) == property.attribute) return value ? std::string_view(*value) : "";
       return std::nullopt;
     case Property::Kind::text:
       break;
@@ -58,7 +52,7 @@ std::vector<Property> Values::All() const {
   for (std::size_t row = 0; row < control_->contract->bag.size(); ++row)
     all.push_back({Property::Kind::row, row, {}});
   for (const page::Attribute& attribute : control_->attributes)
-    all.push_back({Property::Kind::attribute, 0, Lower(attribute.name)});
+    all.push_back({Property::Kind::attribute, 0, Lowered(attribute.name)});
   all.push_back({Property::Kind::text, 0, {}});
   return all;
 }

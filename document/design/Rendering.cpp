@@ -285,9 +285,7 @@ class Rendering::Builder {
     if (element.tag != GUMBO_TAG_UNKNOWN) return gumbo_normalized_tagname(element.tag);
     GumboStringPiece name = element.original_tag;
     gumbo_tag_from_original_text(&name);
-    std::string lower(name.data, name.length);
-    for (char& c : lower) c = LowerAscii(c);
-    return lower;
+    return Lowered({name.data, name.length});
   }
 
   Html& html_;

@@ -282,8 +282,7 @@ void ControlReader::CheckAttributeNames(Range tag) {
     const bool valid = encoding_.Decode(attribute.name, name) == npos;
     if (!valid || !IsWritableName(attribute.name))
       Fail(tag, rule::attribute, messages::UnwritableAttribute(Printable(attribute.name)));
-    std::transform(name.begin(), name.end(), name.begin(), LowerAscii);
-    names.push_back(std::move(name));
+    names.push_back(Lowered(name));
   }
   std::sort(names.begin(), names.end());
   for (auto twin = std::adjacent_find(names.begin(), names.end()); twin != names.end();

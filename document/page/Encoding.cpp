@@ -170,15 +170,15 @@ class DeclarationFinder {
     std::string charset;
     std::vector<std::string> seen;
     while (NextAttribute()) {
-      const std::string name = Lower(name_);
+      const std::string name = Lowered(name_);
       if (std::find(seen.begin(), seen.end(), name) != seen.end()) continue;
       seen.push_back(name);
       if (name == "http-equiv") {
-        isContentType = Lower(value_) == "content-type";
+        isContentType = Lowered(value_) == "content-type";
       } else if (name == "content" && charset.empty()) {
-        fromContent = CharsetIn(Lower(value_));
+        fromContent = CharsetIn(Lowered(value_));
       } else if (name == "charset") {
-        charset = Lower(value_);
+        charset = Lowered(value_);
       }
     }
     if (!charset.empty()) return charset;
@@ -205,12 +205,6 @@ class DeclarationFinder {
       const std::size_t end = content.find_first_of("; \t\n\r\f", at);
       return std::string(content.substr(at, end - at));
     }
-  }
-
-  static std::string Lower(std::string_view text) {
-    std::string lower;
-    for (const char c : text) lower += LowerAscii(c);
-    return lower;
   }
 
   // Reads one attribute; false at the end of the tag.

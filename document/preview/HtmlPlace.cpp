@@ -73,9 +73,7 @@ bool IsInPagesFolder(std::string_view address) {
 }
 
 bool IsHarmlessAttribute(std::string_view name) {
-  std::string lower(name);
-  std::ranges::transform(lower, lower.begin(), LowerAscii);
-  return PlaceOfValue(lower, {}) == HtmlPlace::value;
+  return PlaceOfValue(Lowered(name), {}) == HtmlPlace::value;
 }
 
 bool CanStandAt(HtmlPlace place, std::string_view text) {

@@ -83,10 +83,8 @@ class RecordsReader : private office::JsonFileReader {
     if (!Is(object, JsonKind::object, path)) return;
     std::set<std::string> names;
     for (const JsonNode& member : object.children) {
-      std::string name = member.key;
-      std::ranges::transform(name, name.begin(), LowerAscii);
       const std::string where = PathTo(path, member.key);
-      if (names.insert(std::move(name)).second)
+      if (names.insert(Lowered(member.key)).second)
         visit(member, where);
       else
         AddDuplicate(member, where);

@@ -175,11 +175,10 @@ class Rendering {
 
   Outcome LookedUp(std::string_view group, std::string_view name) const {
     if (const Variant* const value = record_.Find(group, name)) return {*value, std::nullopt};
-    std::string key = std::string(group) + '.' + std::string(name);
-    std::ranges::transform(key, key.begin(), LowerAscii);
-    const auto unknown = compiled_.unknownFields.find(key);
+    const std::string key = std::string(group) + '.' + std::string(name);
+    const auto unknown = compiled_.unknownFields.find(Lowered(key));
     if (unknown != compiled_.unknownFields.end()) return {{}, unknown->second};
-    return {{}, words::NoValue(record_.name, std::string(group) + '.' + std::string(name))};
+    return {{}, words::NoValue(record_.name, key)};
   }
 
   void AppendField(const Node& node, std::string_view group, const std::string& name) {
@@ -294,9 +293,8 @@ class Rendering {
     }
     Append(node.content);
     if (onlyOpens && !onlyCloses) return;
-    std::string lower(name);
-    std::ranges::transform(lower, lower.begin(), LowerAscii);
-    if (std::ranges::find(kVoidElements, lower) == std::end(kVoidElements)) html_.Close(name);
+    if (std::ranges::find(kVoidElements, Lowered(name)) == std::end(kVoidElements))
+      html_.Close(name);
   }
 
   // The author's text stands as it is; values of the record, as everywhere in such an attribute.

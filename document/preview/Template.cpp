@@ -13,12 +13,6 @@
 namespace kvo::preview {
 namespace {
 
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), LowerAscii);
-  return lower;
-}
-
 // What an author calls a tag's switch.
 std::string NameOf(const RuntimeTag& tag) {
   if (const std::string* const name = tag.Find("display-value")) return DecodeMarkupTokens(*name);
@@ -193,13 +187,13 @@ class Compiler {
   void NoteField(check::FieldKind kind, const std::string& name) {
     if (auto message = check::UnknownFieldMessage(kind, name, fields_))
       compiled_.unknownFields.emplace(
-          std::string(kind == check::FieldKind::contact ? kCustomer : kOrder) + '.' + Lower(name),
+          std::string(kind == check::FieldKind::contact ? kCustomer : kOrder) + '.' + Lowered(name),
           std::move(*message));
   }
 
   // A page without a body begins with the banner, unless it has a head.
   void PlaceBanner() {
-    const std::string start = Lower(std::string_view(compiled_.page.bytes).substr(0, 200));
+    const std::string start = Lowered(std::string_view(compiled_.page.bytes).substr(0, 200));
     const bool hasHead = start.find("<!doctype") != page::npos ||
                          start.find("<html") != page::npos || start.find("<head") != page::npos;
     compiled_.pieces.insert(hasHead ? compiled_.pieces.end() : compiled_.pieces.begin(),
