@@ -34,7 +34,10 @@ struct CheckValues {
   bool dryRun = false;
   bool mail = false;
 
-  std::string_view Format() const { return json ? "json" : format.empty() ? "text" : format; }
+  std::string_view Format() const {
+    if (json) return "json";
+    return format.empty() ? std::string_view("text") : format;
+  }
 };
 
 // What is known of an office: the fields, and the products of its shop.

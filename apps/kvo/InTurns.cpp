@@ -16,7 +16,9 @@ namespace kvo {
 namespace {
 
 constexpr auto kTick = std::chrono::milliseconds(50);
-constexpr std::size_t kEnoughToTake = 32;  // fewer wait for the next tick, or for more room
+// Fewer pieces than that wait, but not for long: many are written and flushed together.
+constexpr std::size_t kEnoughToTake = 128;
+constexpr auto kPatience = std::chrono::milliseconds(500);
 
 class Run {
  public:
@@ -35,7 +37,10 @@ class Run {
       if (workers_.empty()) WorkOne(lock);
       if (StopSignal() != 0) stops_ = true;
       ready_.wait_for(lock, workers_.empty() ? kTick * 0 : kTick, [&] { return IsEnoughReady(); });
-      const std::size_t end = ReadyEnd();
+      const auto now = std::chrono::steady_clock::now();
+      const bool due = IsEnoughReady() || stops_ || now - takenAt_ >= kPatience;
+      const std::size_t end = due ? ReadyEnd() : taken_;
+      if (due) takenAt_ = now;
       const std::size_t count = finishedCount_;
       lock.unlock();
       if (end != taken_) turns_.take(taken_, end);
@@ -113,6 +118,7 @@ class Run {
   std::size_t next_ = 0;
   std::size_t readyEnd_ = 0;
   std::size_t taken_ = 0;
+  std::chrono::steady_clock::time_point takenAt_ = std::chrono::steady_clock::now();
   std::size_t working_ = 0;
   std::size_t finishedCount_ = 0;
   bool stops_ = false;

@@ -36,8 +36,9 @@ const std::vector<CallRow> kCalls = {
     {"read", {For::reading}, {EIO, EISDIR}, true},
     // the page's size, beforehand; the new file's owner
     {"fstat", {For::nothing, For::writing}, {EIO}},
-    {"lstat", {For::writing}, {EIO, EACCES}},
-    {"stat", {For::writing}, {EIO, EACCES}},
+    // what was named and where it is, before it is read; what is replaced
+    {"lstat", {For::nothing, For::writing}, {EIO, EACCES}},
+    {"stat", {For::nothing, For::nothing, For::writing}, {EIO, EACCES}},
     {"access", {For::writing}, {EIO, EACCES, EROFS}},
     {"getentropy", {For::writing}, {EIO, ENOSYS}},
     {"fchown", {For::writing}, {EPERM, EIO}, true},
