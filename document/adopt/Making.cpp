@@ -78,12 +78,12 @@ std::string Shown(std::string_view bytes, const page::PageEncoding& encoding) {
 
 FieldCaptions::FieldCaptions(const ObjectRef& office) {
   if (office == nullptr) return;
-  for (const auto& [className, list] :
+  for (const auto& kind :
        {std::pair(kContact, "ContactFields"), std::pair(kOrder, "OrderFields")}) {
     try {
-      ForEach(*ToObject(office->Get(list)), [&](const Variant& item) {
+      ForEach(*ToObject(office->Get(kind.second)), [&](const Variant& item) {
         const ObjectRef field = ToObject(item);
-        captions_.emplace(std::pair(className, ToText(field->Get("SQLName"))),
+        captions_.emplace(std::pair(kind.first, ToText(field->Get("SQLName"))),
                           ToText(field->Get("DisplayName")));
       });
     } catch (const RuntimeError&) {
