@@ -36,7 +36,7 @@ class FolderWork {
     std::function<void(int pages)> progress;
     std::function<void(const std::vector<QString>& unread)> done;
   };
-  // Gives up an earlier job, of which nothing is heard any more.
+  // Drops an earlier job without reporting its result.
   void Start(std::vector<FolderPage> pages, Job job);
   void Cancel();
 

@@ -24,7 +24,7 @@ class TakeOverDialog final : public QDialog {
   // `folder` is where the choice of a mapping begins.
   TakeOverDialog(const PageText& page, ObjectRef office, QString folder, QWidget* parent);
 
-  // Reads a mapping file; says what is wrong with it, and goes on with the former one.
+  // Reads a mapping file. Reports its errors and then keeps the previous mapping.
   void UseMapping(const QString& file);
 
   // The page with the checked finds; nothing when there are none.

@@ -84,7 +84,7 @@ class Offices {
   Known none_;
 };
 
-// A page, mended if that was asked for, and what is known of it without the shop.
+// A page after --fix, and the results of the checks that need no shop.
 struct LookedAt {
   page::Page page;
   check::CheckedPage checked;

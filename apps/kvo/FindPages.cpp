@@ -37,8 +37,8 @@ bool Matches(std::string_view pattern, std::string_view name) {
   };
   std::size_t p = 0;
   std::size_t n = 0;
-  std::size_t star = std::string_view::npos;  // the last one, and where what it takes ends
-  std::size_t taken = 0;
+  std::size_t star = std::string_view::npos;  // the last "*" passed in the pattern
+  std::size_t taken = 0;                      // the end of the text that this "*" matches
   while (n < name.size()) {
     if (p < pattern.size() && pattern[p] == '*') {
       star = p++;

@@ -128,8 +128,7 @@ compare::TextMerge GitMergeFile(VersionNames names) {
       throw Failure(
           Say({"„git merge-file“ ist gescheitert; was es meldet, steht darüber. Nichts "
                "wurde geschrieben.",
-               "\"git merge-file\" failed; what it reports is above. Nothing was "
-               "written."}));
+               "\"git merge-file\" failed; see its message above. Nothing was written."}));
     return compare::MergedText{run.output, WEXITSTATUS(run.status) != 0};
   };
 }

@@ -40,14 +40,13 @@ void AddLanguageCommand(CommandLine& line) {
   const auto stdio = std::make_shared<bool>();
   line.Add("lsp",
            {"Ein Sprachserver für Editoren: Probleme beim Tippen, Vervollständigen, Umbenennen. "
-            "Spricht "
-            "das Language Server Protocol über Standardeingabe und -ausgabe.",
+            "Spricht das Language Server Protocol über Standardeingabe und -ausgabe.",
             "A language server for editors: problems while typing, completion, renaming. Speaks "
             "the Language Server Protocol over standard input and output."},
            Both("vim.lsp.start_client({name = 'kvo', cmd = {'kvo', 'lsp'}})"))
       .Flag("--stdio", *stdio,
-            {"tut nichts: für Editoren, die sagen, worüber sie sprechen",
-             "does nothing: for editors that say what they talk over"})
+            {"ohne Wirkung; manche Editoren geben es immer an",
+             "ignored; some editors always pass it"})
       .Run([stdio] { return ServeLanguage(); });
 }
 

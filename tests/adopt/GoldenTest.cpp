@@ -6,46 +6,18 @@
 #include <cstdlib>
 #include <iostream>
 #include <map>
-#include <sstream>
 
 #include "document/adopt/Adopt.h"
 #include "document/office/OfficeFile.h"
 #include "document/page/File.h"
 #include "host/headless/HeadlessPlatform.h"
 #include "tests/adopt/Published.h"
+#include "tests/support/GoldenCases.h"
 
 namespace kvo::adopt {
 namespace {
 
 const std::string kFile = KVO_SOURCE_DIR "/tests/golden/adopt/cases.txt";
-
-struct Case {
-  std::string name;
-  std::map<std::string, std::string> parts;
-};
-
-void PrintTo(const Case& each, std::ostream* stream) { *stream << each.name; }
-
-std::vector<Case> AllCases() {
-  std::vector<Case> cases;
-  std::istringstream file(page::ReadFile(kFile));
-  std::string* part = nullptr;
-  for (std::string line; std::getline(file, line);) {
-    if (line.starts_with("=== ")) {
-      cases.push_back({line.substr(4), {}});
-      part = nullptr;
-    } else if (line.starts_with("--- ")) {
-      part = &cases.back().parts[line.substr(4)];
-    } else if (part != nullptr) {
-      *part += line + '\n';
-    }
-  }
-  // The line that ends a part is not its own.
-  for (Case& each : cases)
-    for (auto& [name, text] : each.parts)
-      while (text.ends_with('\n')) text.pop_back();
-  return cases;
-}
 
 std::string Listed(const std::vector<Find>& finds) {
   std::string list;
@@ -65,7 +37,7 @@ std::string Listed(const std::vector<Find>& finds) {
   return list;
 }
 
-class AdoptGolden : public testing::TestWithParam<Case> {};
+class AdoptGolden : public testing::TestWithParam<GoldenCase> {};
 
 TEST_P(AdoptGolden, GivesThisPage) {
   HeadlessPlatform platform;
@@ -93,7 +65,7 @@ TEST_P(AdoptGolden, GivesThisPage) {
   EXPECT_EQ(Published(adopted.bytes), Published(page::Applied(page.Bytes(), published)));
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, AdoptGolden, testing::ValuesIn(AllCases()),
+INSTANTIATE_TEST_SUITE_P(Cases, AdoptGolden, testing::ValuesIn(GoldenCases(kFile)),
                          [](const auto& each) { return each.param.name; });
 
 }  // namespace

@@ -13,39 +13,12 @@
 #include "document/preview/Records.h"
 #include "document/preview/Template.h"
 #include "host/headless/HeadlessPlatform.h"
+#include "tests/support/GoldenCases.h"
 
 namespace kvo::preview {
 namespace {
 
 const std::string kFile = KVO_SOURCE_DIR "/tests/golden/preview/cases.txt";
-
-struct Case {
-  std::string name;
-  std::map<std::string, std::string> parts;
-};
-
-void PrintTo(const Case& each, std::ostream* stream) { *stream << each.name; }
-
-std::vector<Case> AllCases() {
-  std::vector<Case> cases;
-  std::istringstream file(page::ReadFile(kFile));
-  std::string* part = nullptr;
-  for (std::string line; std::getline(file, line);) {
-    if (line.starts_with("=== ")) {
-      cases.push_back({line.substr(4), {}});
-      part = nullptr;
-    } else if (line.starts_with("--- ")) {
-      part = &cases.back().parts[line.substr(4)];
-    } else if (part != nullptr) {
-      *part += line + '\n';
-    }
-  }
-  // The line that ends a part is not its own.
-  for (Case& each : cases)
-    for (auto& [name, text] : each.parts)
-      while (text.ends_with('\n')) text.pop_back();
-  return cases;
-}
 
 struct Products final : Shop {
   std::map<std::string, Product> products;
@@ -88,12 +61,12 @@ std::string Listed(const std::vector<Finding>& findings) {
   return list;
 }
 
-class PreviewGolden : public testing::TestWithParam<Case> {};
+class PreviewGolden : public testing::TestWithParam<GoldenCase> {};
 
 TEST_P(PreviewGolden, GivesTheHtml) {
   HeadlessPlatform platform;
   const PlatformScope scope(platform);
-  Case each = GetParam();
+  GoldenCase each = GetParam();
   RenderOptions options;
   Products shop;
   std::istringstream lines(each.parts["options"]);
@@ -120,8 +93,8 @@ TEST_P(PreviewGolden, GivesTheHtml) {
   actual << '\n';
 }
 
-INSTANTIATE_TEST_SUITE_P(Preview, PreviewGolden, testing::ValuesIn(AllCases()),
-                         [](const testing::TestParamInfo<Case>& each) {
+INSTANTIATE_TEST_SUITE_P(Preview, PreviewGolden, testing::ValuesIn(GoldenCases(kFile)),
+                         [](const testing::TestParamInfo<GoldenCase>& each) {
                            std::string name;
                            for (const char c : each.param.name) name += c == '-' ? '_' : c;
                            return name;
