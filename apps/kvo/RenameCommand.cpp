@@ -23,6 +23,7 @@ struct RenameValues {
   std::vector<std::string> pages;
   std::string office;
   bool dryRun = false;
+  bool partly = false;
 };
 
 // A file and the edits that it gets.
@@ -35,6 +36,10 @@ struct EditedFile {
 // A number of things, in the user's language.
 std::string Counted(std::size_t count, Localized one, Localized many) {
   return std::to_string(count) + ' ' + Say(count == 1 ? one : many);
+}
+
+std::string CountedPlaces(std::size_t count) {
+  return Counted(count, {"Stelle", "place"}, {"Stellen", "places"});
 }
 
 class RenameRun {
@@ -69,15 +74,12 @@ class RenameRun {
     }
     used_.TellOtherCases(values_.from);
     if (office_) files_.push_back(std::move(*office_));
-    if (values_.dryRun)
-      for (const EditedFile& each : files_)
-        Print(page::UnifiedDiff(std::filesystem::path(each.file).lexically_normal().string(),
-                                each.bytes, each.edits));
-    else if (code == ExitCode::good)
-      Write();
+    if (code != ExitCode::good && !values_.partly)
+      TellNothing();
+    else if (values_.dryRun)
+      ShowChanges();
     else
-      PrintError(Say({"Nichts wurde umbenannt; erst die genannten Fehler beheben.",
-                      "Nothing was renamed; mend the errors named above first."}));
+      Write();
     TellBeside();
     return code;
   }
@@ -122,6 +124,7 @@ class RenameRun {
                                 message.In(UserLanguage())));
     };
     for (const uses::KeptUse& kept : renamed.kept) show(page::Severity::error, kept.use, kept.why);
+    kept_ += renamed.kept.size();
     if (!renamed.uses.empty() && !renamed.merged.empty()) {
       constexpr page::messages::Quoting kMerged = {
           "{} kommt hier schon vor; danach lassen sich die beiden nicht mehr unterscheiden.",
@@ -134,14 +137,40 @@ class RenameRun {
     files_.push_back({file, std::string(page.Bytes()), renamed.edits});
   }
 
+  void TellNothing() const {
+    PrintError(values_.dryRun
+                   ? Say({"Nichts würde umbenannt; erst die genannten Fehler beheben, oder mit "
+                          "--partly alles Übrige umbenennen.",
+                          "Nothing would be renamed; mend the errors named above first, or rename "
+                          "the rest with --partly."})
+                   : Say({"Nichts wurde umbenannt; erst die genannten Fehler beheben, oder mit "
+                          "--partly alles Übrige umbenennen.",
+                          "Nothing was renamed; mend the errors named above first, or rename the "
+                          "rest with --partly."}));
+  }
+
+  void ShowChanges() const {
+    for (const EditedFile& each : files_)
+      Print(page::UnifiedDiff(std::filesystem::path(each.file).lexically_normal().string(),
+                              each.bytes, each.edits));
+    TellKept();
+  }
+
+  void TellKept() const {
+    if (kept_ == 0) return;
+    PrintError(Say({"Den alten Namen behalten: {}. Die Fehler darüber nennen die Gründe.",
+                    "Still with the old name: {}. The errors above say why."},
+                   {CountedPlaces(kept_)}));
+  }
+
   void Write() const {
     std::vector<FileChange> changes;
     for (const auto& [file, bytes, edits] : files_)
       changes.push_back({file, page::Applied(bytes, edits), bytes});
     WriteAll(changes);
     Print(Say({"Umbenannt: {} in {}.\n", "Renamed {} in {}.\n"},
-              {Counted(places_, {"Stelle", "place"}, {"Stellen", "places"}),
-               Counted(pages_, {"Seite", "page"}, {"Seiten", "pages"})}));
+              {CountedPlaces(places_), Counted(pages_, {"Seite", "page"}, {"Seiten", "pages"})}));
+    TellKept();
   }
 
   // Tells of files beside the renamed pages that still have the old name.
@@ -193,18 +222,22 @@ class RenameRun {
   UsedNames used_;
   std::size_t pages_ = 0;
   std::size_t places_ = 0;
+  std::size_t kept_ = 0;
 };
 
 }  // namespace
 
 void AddRenameCommand(CommandLine& line) {
   const auto values = std::make_shared<RenameValues>();
-  line.Add("rename",
-           {"Benennt ein Feld oder eine id in den Seiten um: in allen oder in keiner.",
-            "Renames a field or an id in the pages: in all of them or in none."},
-           Both("kvo rename customer.City customer.Town mails --dry-run\n"
-                "kvo rename customer.City customer.Town mails --office mails/office.json\n"
-                "kvo rename Preis Gesamtpreis newsletter.html"))
+  line.Add(
+          "rename",
+          {"Benennt ein Feld oder eine id in den Seiten um. Kann eine Stelle den neuen Namen nicht "
+           "bekommen, bleibt alles, wie es ist; --partly benennt dann alles Übrige um.",
+           "Renames a field or an id in the pages. Changes nothing where one place cannot get the "
+           "new name; with --partly, renames the rest then."},
+          Both("kvo rename customer.City customer.Town mails --dry-run\n"
+               "kvo rename customer.City customer.Town mails --office mails/office.json\n"
+               "kvo rename Preis Gesamtpreis newsletter.html"))
       .Argument("OLD", values->from,
                 {"„customer.“ oder „order.“ und der Name eines Feldes, oder die id eines Controls",
                  "\"customer.\" or \"order.\" and the name of a field, or the id of a control"})
@@ -217,6 +250,9 @@ void AddRenameCommand(CommandLine& line) {
       .Flag("--dry-run", values->dryRun,
             {"zeigt nur, was sich ändern würde: ein Unified Diff für git apply",
              "only shows what would change: a unified diff for git apply"})
+      .Flag("--partly", values->partly,
+            {"benennt auch dann um, wenn manche Stellen den alten Namen behalten müssen",
+             "renames the rest where some places have to keep the old name"})
       .Run([values] { return RenameRun(*values).Run(); });
 }
 

@@ -43,8 +43,8 @@ void PlaceFinder::SkipLines(std::size_t offset) {
   std::size_t feed = part.find('\n', at_);
   while (at_ < offset) {
     std::size_t end = part.substr(0, feed).find('\r', at_);
-    if (end == std::string_view::npos || page_.substr(end + 1, 1) == "\n") end = feed;
-    if (end == std::string_view::npos) return;
+    if (end == npos || page_.substr(end + 1, 1) == "\n") end = feed;
+    if (end == npos) return;
     if (end == feed) feed = part.find('\n', feed + 1);
     ++place_.line;
     place_.column = 1;

@@ -120,8 +120,47 @@ TEST_F(RenameCommand, WritesNothingWhereOnePlaceCannotBeRenamed) {
             std::string::npos)
       << result.err;
   EXPECT_NE(result.err.find("Nothing was renamed"), std::string::npos) << result.err;
+  const Result dry = Kvo({"rename", "customer.City", "customer.Town", "mails", "--dry-run"});
+  EXPECT_EQ(dry.code, 1);
+  EXPECT_EQ(dry.out, "");
+  EXPECT_NE(dry.err.find("Nothing would be renamed"), std::string::npos) << dry.err;
   EXPECT_EQ(Kvo({"rename", "customer.City", "customer.Town", "mails/a.html", "none.html"}).code, 2);
   EXPECT_EQ(Read("mails/a.html"), before);
+}
+
+TEST_F(RenameCommand, RenamesTheRestWithPartly) {
+  const std::string broken =
+      ControlElement("DTCIf", {{"test", "#customer.City#"}, {"x", "#customer.City#"}}, "W");
+  Write("mails/b.html", "<p>#customer.City#</p>" + broken + "<meta charset=shift_jis>");
+  Write("mails/c.html", "#customer.City#\n" + broken);
+  const std::vector<std::string> rename = {"rename", "customer.City", "customer.Town", "mails",
+                                           "--partly"};
+  std::vector<std::string> dry = rename;
+  dry.emplace_back("--dry-run");
+  for (const std::vector<std::string>& arguments : {dry, rename}) {
+    const Result result = Kvo(arguments);
+    EXPECT_EQ(result.code, 1);
+    std::size_t at = 0;
+    for (const std::string_view each :
+         {"mails/b.html:1:14: error: ", "mails/b.html:1:115: error: ",
+          "mails/b.html:1:155: error: ", "mails/c.html:2:93: error: The control has errors.",
+          "mails/c.html:2:133: error: ", "Still with the old name: 5 places."}) {
+      at = result.err.find(each, at);
+      EXPECT_NE(at, std::string::npos) << each << '\n' << result.err;
+    }
+    EXPECT_EQ(result.err.find("Nothing"), std::string::npos) << result.err;
+    if (arguments == dry)
+      EXPECT_NE(result.out.find("+#customer.Town#\n"), std::string::npos) << result.out;
+    else
+      EXPECT_EQ(result.out, "Renamed 4 places in 3 pages.\n");
+  }
+  EXPECT_EQ(Read("mails/c.html"), "#customer.Town#\n" + broken);
+  EXPECT_EQ(Read("mails/old/b.htm"), PrintElement("#customer.Town#", "City"));
+  EXPECT_EQ(
+      Kvo({"rename", "customer.Town", "customer.City", "mails/c.html", "none.html", "--partly"})
+          .code,
+      2);
+  EXPECT_EQ(Read("mails/c.html"), "#customer.City#\n" + broken);
 }
 
 TEST_F(RenameCommand, WarnsWhereTwoNamesBecomeOne) {

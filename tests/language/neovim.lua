@@ -51,13 +51,9 @@ local function work()
   vim.lsp.buf.rename('Points')
   wait('the new name', function() return vim.fn.search('#customer.Points#', 'nw') > 0 end)
   problems(0)
-  local definition
-  wait('the definition', function()  -- Neovim sends changes of other buffers a little later
-    definition = ask('definition')
-    return definition
-  end)
+  local definition = ask('definition')
   note(vim.fn.fnamemodify(vim.uri_to_fname(definition.uri), ':t') .. ':' .. definition.range.start.line + 1)
-  wait('all uses', function()
+  wait('all uses', function()  -- Neovim tells changes of other buffers a little later
     return #ask('references', { context = { includeDeclaration = true } }) == 4
   end)
   vim.cmd('wall')
