@@ -5,6 +5,7 @@
 
 #include "apps/kvo/Commands.h"
 #include "apps/kvo/PageRun.h"
+#include "apps/kvo/RenamedFiles.h"
 #include "apps/kvo/UsedNames.h"
 #include "document/office/OfficeFile.h"
 #include "document/page/Messages.h"
@@ -26,13 +27,6 @@ struct RenameValues {
   bool partly = false;
 };
 
-// A file and the edits that it gets.
-struct EditedFile {
-  std::string file;
-  std::string bytes;
-  page::TextEdits edits;
-};
-
 // A number of things, in the user's language.
 std::string Counted(std::size_t count, Localized one, Localized many) {
   return std::to_string(count) + ' ' + Say(count == 1 ? one : many);
@@ -48,7 +42,7 @@ class RenameRun {
       : values_(values), renaming_(uses::RenamingOf(values.from, values.to)) {}
 
   ExitCode Run() {
-    if (!values_.office.empty()) RenameInOffice();
+    if (!values_.office.empty()) office_ = RenamedOffice(values_.office, renaming_);
     const std::vector<std::string> pages = PagesIn(values_.pages);
     if (!values_.dryRun && std::ranges::find(pages, "-") != pages.end())
       throw Failure(
@@ -56,7 +50,7 @@ class RenameRun {
                "oder --dry-run.",
                "Nothing can be renamed in standard input. Name a file, or add "
                "--dry-run."}));
-    const ExitCode code = ForEachPage(pages, [this](const std::string& file) {
+    ExitCode code = ForEachPage(pages, [this](const std::string& file) {
       page::Page page(page::ReadFile(file));
       const uses::PageUses found = uses::FindUses(page);
       uses::Renamed renamed = uses::Rename(page, found, renaming_);
@@ -68,12 +62,14 @@ class RenameRun {
                           used_.Add(names);
                         }};
     });
-    if (places_ == 0 && code == ExitCode::good && !office_) {
+    if (!values_.office.empty()) code = Worse(code, RenameInRecords(pages));
+    if (places_ == 0 && code == ExitCode::good && !office_ && records_.empty()) {
       used_.TellUsedNowhere(values_.from);
       return ExitCode::problemsFound;
     }
     used_.TellOtherCases(values_.from);
     if (office_) files_.push_back(std::move(*office_));
+    files_.insert(files_.end(), records_.begin(), records_.end());
     if (code != ExitCode::good && !values_.partly)
       TellNothing();
     else if (values_.dryRun)
@@ -85,43 +81,45 @@ class RenameRun {
   }
 
  private:
-  // Finds the edit of the office, which has to list one of the two names.
-  void RenameInOffice() {
-    const std::string& file = values_.office;
-    if (!uses::IsField(renaming_.from))
-      throw Failure(Say({"Eine id steht nicht im Office. --office weglassen.",
-                         "An id is not in an office. Leave out --office."}));
-    const std::string contents = page::ReadRegularFile(file, office::kLargestJsonFile);
-    page::TextEdits edits = EditsOfOffice(contents, file, renaming_.from, renaming_.to);
-    const bool listsNew = !EditsOfOffice(contents, file, renaming_.to, renaming_.from).empty();
-    if (!edits.empty() && listsNew)
-      throw Failure(Say({"„{}“ hat beide Felder, {} und {}. Eines von Hand löschen.",
-                         "\"{}\" lists both fields, {} and {}. Delete one by hand."},
-                        {file, Quoted(values_.from), Quoted(values_.to)}));
-    if (edits.empty() && !listsNew)
-      throw Failure(Say({"„{}“ hat kein Feld {}. --office weglassen oder ein anderes Office "
-                         "angeben.",
-                         "\"{}\" lists no field {}. Leave out --office, or name another office."},
-                        {file, Quoted(values_.from)}));
-    if (!edits.empty()) office_ = EditedFile{file, contents, std::move(edits)};
+  // Finds the edits of the records beside the pages and the office.
+  ExitCode RenameInRecords(const std::vector<std::string>& pages) {
+    ExitCode code = ExitCode::good;
+    std::set<std::filesystem::path> known;
+    const auto rename = [&](const std::string& beside) {
+      const auto file = FileBeside(beside, preview::kRecordsFile);
+      if (!file || !known.insert(std::filesystem::weakly_canonical(*file)).second) return;
+      try {
+        if (auto renamed = RenamedRecords(*file, renaming_))
+          records_.push_back(std::move(*renamed));
+        if (QueryMayHave(*file, renaming_.from)) queries_.push_back(*file);
+      } catch (const office::JsonFileError& error) {
+        for (const page::Problem& problem : error.Problems())
+          Show(*file, page::Severity::error, problem.place, problem.message);
+        code = Worse(code, ExitCode::problemsFound);
+      } catch (const page::FileError& error) {
+        PrintError(error.Text(UserLanguage()));
+        code = Worse(code, ExitCode::failure);
+      }
+    };
+    rename(values_.office);
+    std::ranges::for_each(pages, rename);
+    return code;
   }
 
-  page::TextEdits EditsOfOffice(const std::string& contents, const std::string& file,
-                                const uses::Name& from, const uses::Name& to) const {
-    const auto list = from.kind == uses::Kind::contactField ? office::FieldList::contact
-                                                            : office::FieldList::order;
-    return office::RenameField(contents, file, list, from.text, to.text);
+  static void Show(const std::string& name, page::Severity severity, page::Place place,
+                   const Message& message) {
+    constexpr Localized kError{"Fehler", "error"};
+    constexpr Localized kWarning{"Warnung", "warning"};
+    const Localized& label = severity == page::Severity::error ? kError : kWarning;
+    ShowLine(Stream::error, name, severity,
+             page::DescribeAt(name, place, label.In(UserLanguage()), {}, {},
+                              message.In(UserLanguage())));
   }
 
   void Note(const std::string& file, const page::Page& page, const uses::Renamed& renamed) {
     const std::string name = ShownName(file);
     const auto show = [&](page::Severity severity, const uses::Use& use, const Message& message) {
-      constexpr Localized kError{"Fehler", "error"};
-      constexpr Localized kWarning{"Warnung", "warning"};
-      const Localized& label = severity == page::Severity::error ? kError : kWarning;
-      ShowLine(Stream::error, name, severity,
-               page::DescribeAt(name, use.place, label.In(UserLanguage()), {}, {},
-                                message.In(UserLanguage())));
+      Show(name, severity, use.place, message);
     };
     for (const uses::KeptUse& kept : renamed.kept) show(page::Severity::error, kept.use, kept.why);
     kept_ += renamed.kept.size();
@@ -170,6 +168,9 @@ class RenameRun {
     WriteAll(changes);
     Print(Say({"Umbenannt: {} in {}.\n", "Renamed {} in {}.\n"},
               {CountedPlaces(places_), Counted(pages_, {"Seite", "page"}, {"Seiten", "pages"})}));
+    constexpr Localized kRecords{"Auch die Werte in {} heißen jetzt {}.\n",
+                                 "The values in {} are called {} now, too.\n"};
+    for (const EditedFile& each : records_) Print(Say(kRecords, {each.file, Quoted(values_.to)}));
     TellKept();
   }
 
@@ -181,43 +182,27 @@ class RenameRun {
     const auto tell = [&](const std::string& file, Localized message) {
       if (told.insert(file).second) Tell("kvo: " + Say(message, {file, Quoted(values_.from)}));
     };
+    for (const std::string& file : queries_)
+      tell(file, {"Die query in {} nennt vielleicht {}. Ändern Sie sie von Hand.",
+                  "The query in {} may name {}. Change it by hand."});
     for (const EditedFile& each : files_) {
       const auto office = FileBeside(each.file, office::kOfficeFile);
       if (office && !std::filesystem::equivalent(*office, values_.office, ignored) &&
-          OfficeLists(*office))
+          OfficeLists(*office, renaming_))
         tell(*office, {"{} hat noch das Feld {}. Mit --office wird es dort mit umbenannt.",
                        "{} still lists the field {}. With --office, it is renamed there, too."});
       const auto records = FileBeside(each.file, preview::kRecordsFile);
-      if (records && RecordsHave(*records))
-        tell(*records, {"{} hat noch Werte für {}. Benennen Sie sie dort von Hand um.",
-                        "{} still has values for {}. Rename them there by hand."});
-    }
-  }
-  // Both say no for a broken file, which other commands report.
-  bool OfficeLists(const std::string& file) const {
-    try {
-      const std::string contents = page::ReadRegularFile(file, office::kLargestJsonFile);
-      return !EditsOfOffice(contents, file, renaming_.from, renaming_.to).empty();
-    } catch (const LocalizedError&) {
-      return false;
-    }
-  }
-  bool RecordsHave(const std::string& file) const {
-    const std::string_view group =
-        renaming_.from.kind == uses::Kind::contactField ? preview::kCustomer : preview::kOrder;
-    try {
-      return std::ranges::any_of(preview::LoadRecords(file).records,
-                                 [&](const preview::Record& record) {
-                                   return record.Find(group, renaming_.from.text) != nullptr;
-                                 });
-    } catch (const LocalizedError&) {
-      return false;
+      if (records && values_.office.empty() && RecordsHave(*records, renaming_.from))
+        tell(*records, {"{} hat noch Werte für {}. Mit --office werden sie dort mit umbenannt.",
+                        "{} still has values for {}. With --office, they are renamed there, too."});
     }
   }
 
   const RenameValues& values_;
   uses::Renaming renaming_;
   std::optional<EditedFile> office_;
+  std::vector<EditedFile> records_;
+  std::vector<std::string> queries_;  // files whose query may name the field
   std::vector<EditedFile> files_;
   UsedNames used_;
   std::size_t pages_ = 0;
@@ -246,7 +231,10 @@ void AddRenameCommand(CommandLine& line) {
                  {"die Seiten oder ihre Ordner", "the pages or their folders"}, true)
       .Option(
           "--office", "FILE", values->office,
-          {"benennt das Feld auch in diesem Office um", "renames the field in this office, too"})
+          {"benennt das Feld auch in diesem Office um, und in preview.json daneben und neben den "
+           "Seiten",
+           "renames the field in this office, too, and in the preview.json beside it and the "
+           "pages"})
       .Flag("--dry-run", values->dryRun,
             {"zeigt nur, was sich ändern würde: ein Unified Diff für git apply",
              "only shows what would change: a unified diff for git apply"})

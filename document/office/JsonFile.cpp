@@ -1,6 +1,7 @@
 #include "document/office/JsonFile.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <set>
 
 #include "common/text/Suggest.h"
@@ -71,6 +72,13 @@ JsonFileError::JsonFileError(std::string file, page::Problems problems)
 
 std::string PathTo(const std::string& parent, std::string_view key) {
   return parent.empty() ? std::string(key) : parent + '.' + std::string(key);
+}
+
+page::TextEdit EditOfText(std::string_view contents, std::size_t at, std::string_view to) {
+  std::size_t end = at + 1;
+  for (; contents[end] != '"'; ++end)
+    if (contents[end] == '\\') ++end;
+  return {at, end + 1, nlohmann::json(to).dump()};
 }
 
 const JsonNode* JsonFileReader::Required(const JsonNode& object, std::string_view key, Kind wanted,

@@ -11,6 +11,7 @@
 #include "document/office/JsonTree.h"
 #include "document/page/Problem.h"
 #include "document/page/ProblemList.h"
+#include "document/page/TextEdit.h"
 
 namespace kvo::office {
 
@@ -30,6 +31,9 @@ class JsonFileError : public LocalizedError {
 
 // Returns a path such as "contactFields[2].dataType". The path of the whole file is empty.
 std::string PathTo(const std::string& parent, std::string_view key);
+
+// Puts another text in place of the key or the text that begins at `at` in the contents.
+page::TextEdit EditOfText(std::string_view contents, std::size_t at, std::string_view to);
 
 // Room for tens of thousands of fields. The tree of a larger file could exhaust memory.
 inline constexpr std::size_t kLargestJsonFile = 4 << 20;

@@ -186,6 +186,12 @@ class TreeBuilder {
   std::size_t keyAt_ = 0;
 };
 
+void Shift(JsonNode& node, std::size_t by) {
+  node.at += by;
+  node.keyAt += by;
+  for (JsonNode& child : node.children) Shift(child, by);
+}
+
 }  // namespace
 
 JsonNode ParseJson(std::string_view text) {
@@ -205,7 +211,9 @@ JsonNode ParseJson(std::string_view text) {
     error.at += start;
     throw;
   }
-  return builder.Take();
+  JsonNode root = builder.Take();
+  Shift(root, start);
+  return root;
 }
 
 }  // namespace kvo::office

@@ -4,7 +4,6 @@
 #include <array>
 #include <filesystem>
 #include <limits>
-#include <nlohmann/json.hpp>
 #include <span>
 #include <utility>
 
@@ -28,13 +27,6 @@ constexpr std::array kOfficeKeys = {kContactFields, kOrderFields, kShopDatabase}
 constexpr std::array kFieldKeys = {kSqlName, kDisplayName, kDataType};
 
 constexpr std::string_view kSqlite = "sqlite3://";
-
-// Returns the end of the JSON text that begins at `at`, both with its quotation marks.
-std::size_t EndOfText(std::string_view contents, std::size_t at) {
-  for (++at; contents[at] != '"'; ++at)
-    if (contents[at] == '\\') ++at;
-  return at + 1;
-}
 
 // Reads the tree and reports all of its problems.
 class Reader : private JsonFileReader {
@@ -114,16 +106,13 @@ page::TextEdits RenameField(std::string_view contents, const std::string& file, 
                             std::string_view from, std::string_view to) {
   ReadOffice(contents, file);
   const JsonNode root = ParseJson(contents);
-  const std::size_t start = page::PageEncoding::Mark(contents);
   page::TextEdits edits;
   const JsonNode* const fields =
       root.Find(list == FieldList::contact ? kContactFields : kOrderFields);
   if (fields == nullptr) return edits;
   for (const JsonNode& field : fields->children) {
     const JsonNode* const name = field.Find(kSqlName);
-    if (name->text != from) continue;
-    const std::size_t at = start + name->at;
-    edits.push_back({at, EndOfText(contents, at), nlohmann::json(to).dump()});
+    if (name->text == from) edits.push_back(EditOfText(contents, name->at, to));
   }
   return edits;
 }

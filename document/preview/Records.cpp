@@ -8,6 +8,7 @@
 
 #include "common/values/Ascii.h"
 #include "document/page/File.h"
+#include "document/page/Messages.h"
 
 namespace kvo::preview {
 namespace {
@@ -16,6 +17,8 @@ using office::JsonNode;
 using office::PathTo;
 using JsonKind = JsonNode::Kind;
 using Json = nlohmann::ordered_json;
+using page::messages::Plain;
+using page::messages::Quoting;
 
 constexpr std::string_view kRecords = "records";
 constexpr std::string_view kQuery = "query";
@@ -25,6 +28,14 @@ constexpr std::array kFileKeys = {kRecords, kQuery};
 
 constexpr Localized kAnyValue{"ein Text, eine Zahl, true, false oder null",
                               "a text, a number, true, false or null"};
+
+constexpr Quoting kIsList = {
+    "{} sind in einem Datensatz die Positionen der Bestellung. Wählen Sie einen anderen Namen.",
+    "In a record, {} are the positions of the order. Choose another name."};
+// Takes the path of the group and the two names.
+constexpr Plain kBothValues = {
+    "{}: Der Datensatz hat Werte für beide Namen, \"{}\" und \"{}\". Löschen Sie einen.",
+    "{}: the record has values of both names, \"{}\" and \"{}\". Delete one."};
 
 bool IsOrder(std::string_view group) { return EqualIgnoringCase(group, kOrder); }
 bool IsPositions(std::string_view key) { return EqualIgnoringCase(key, kPositions); }
@@ -128,6 +139,59 @@ class RecordsReader : private office::JsonFileReader {
   }
 };
 
+// Finds the edits of a renaming in a sound file, and reports what stands against it.
+class ValuesRenamer : private office::JsonFileReader {
+ public:
+  ValuesRenamer(std::string_view contents, std::string_view group, std::string_view from,
+                std::string_view to, page::ProblemList& problems)
+      : JsonFileReader(kRecordsFileRule, problems),
+        contents_(contents),
+        group_(group),
+        from_(from),
+        to_(to) {}
+
+  page::TextEdits Rename(const JsonNode& root) {
+    if (const JsonNode* const records = root.Find(kRecords)) {
+      std::size_t index = 0;
+      for (const JsonNode& record : records->children) {
+        const std::string path =
+            PathTo(std::string(kRecords) + '[' + std::to_string(index++) + ']', group_);
+        for (const JsonNode& group : record.children)
+          if (EqualIgnoringCase(group.key, group_)) RenameIn(group, path);
+      }
+    }
+    return std::move(edits_);
+  }
+
+ private:
+  // The positions are no value, though they stand among the values of the order.
+  bool IsList(std::string_view name) const { return IsOrder(group_) && IsPositions(name); }
+
+  const JsonNode* Find(const JsonNode& group, std::string_view name) const {
+    const auto found = std::ranges::find_if(
+        group.children, [&](const JsonNode& value) { return EqualIgnoringCase(value.key, name); });
+    return found == group.children.end() ? nullptr : &*found;
+  }
+
+  void RenameIn(const JsonNode& group, const std::string& path) {
+    const JsonNode* const value = Find(group, from_);
+    if (value == nullptr || IsList(from_)) return;
+    const JsonNode* const other = Find(group, to_);
+    if (IsList(to_))
+      Add(value->keyAt, kIsList(to_));
+    else if (other != nullptr && other != value)
+      Add(value->keyAt, kBothValues(path, value->key, other->key));
+    else
+      edits_.push_back(office::EditOfText(contents_, value->keyAt, to_));
+  }
+
+  std::string_view contents_;
+  std::string_view group_;
+  std::string_view from_;
+  std::string_view to_;
+  page::TextEdits edits_;
+};
+
 Json ToJson(const Variant& value) {
   if (const auto* flag = value.If<bool>()) return *flag;
   if (const auto* integer = value.If<std::int32_t>()) return *integer;
@@ -169,6 +233,16 @@ RecordsFile ReadRecords(std::string_view contents, const std::string& file) {
                               [](const JsonNode& root, page::ProblemList& problems) {
                                 return RecordsReader(problems).Read(root);
                               });
+}
+
+page::TextEdits RenameValues(std::string_view contents, const std::string& file,
+                             std::string_view group, std::string_view from, std::string_view to) {
+  return office::ReadJsonFile(
+      contents, file, kRecordsFileRule, [&](const JsonNode& root, page::ProblemList& problems) {
+        RecordsReader(problems).Read(root);
+        if (problems.HasErrors()) return page::TextEdits();
+        return ValuesRenamer(contents, group, from, to, problems).Rename(root);
+      });
 }
 
 RecordsFile LoadRecords(const std::string& file) {

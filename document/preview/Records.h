@@ -43,6 +43,12 @@ RecordsFile LoadRecords(const std::string& file);
 // with positions has an empty group "order".
 std::string WriteRecords(const RecordsFile& file);
 
+// Returns the edits of the contents that give the values of a field another name; none when no
+// record has one. Names ignore case, as those of values do. Throws office::JsonFileError, also for
+// a record that has a value of the new name already.
+page::TextEdits RenameValues(std::string_view contents, const std::string& file,
+                             std::string_view group, std::string_view from, std::string_view to);
+
 // A record with a plausible value for each field of the office, by its type and name, two
 // positions, and the company's name. The same each time.
 Record MadeUpRecord(const ObjectRef& office);

@@ -176,12 +176,78 @@ TEST_F(RenameCommand, NamesFilesBesideThatHaveTheOldName) {
         R"({"contactFields":[{"sqlName":"City","displayName":"","dataType":0}]})");
   Write("mails/preview.json", R"({"records":[{"name":"Anna","customer":{"City":"Kiel"}}]})");
   const Result result = Kvo({"rename", "customer.City", "customer.Town", "mails"});
-  EXPECT_EQ(result.err,
-            "kvo: \"customer.city\" is used, too (1); it differs in upper and lower case alone.\n"
-            "kvo: mails/office.json still lists the field \"customer.City\". With --office, it is "
-            "renamed there, too.\n"
-            "kvo: mails/preview.json still has values for \"customer.City\". Rename them there by "
-            "hand.\n");
+  EXPECT_EQ(
+      result.err,
+      "kvo: \"customer.city\" is used, too (1); it differs in upper and lower case alone.\n"
+      "kvo: mails/office.json still lists the field \"customer.City\". With --office, it is "
+      "renamed there, too.\n"
+      "kvo: mails/preview.json still has values for \"customer.City\". With --office, they are "
+      "renamed there, too.\n");
+}
+
+class RenameRecords : public RenameCommand {
+ protected:
+  RenameRecords() {
+    Write("mails/office.json",
+          R"({"contactFields":[{"sqlName":"City","displayName":"","dataType":0}]})");
+    Write("mails/preview.json",
+          "{\"records\" : [{\"customer\":{\"City\":\"City\"}}],\"query\":\"SELECT city\"}");
+    Write("mails/old/preview.json", "{\"records\":[{\"customer\":{\"city\" : null}}]}\r\n");
+  }
+  const std::vector<std::string> rename_ = {
+      "rename",         "customer.City", "customer.Town",    "mails",
+      "./mails/a.html", "--office",      "mails/office.json"};
+};
+
+TEST_F(RenameRecords, WithTheOffice) {
+  const Result result = Kvo(rename_);
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_EQ(result.out,
+            "Renamed 3 places in 2 pages.\n"
+            "The values in mails/preview.json are called \"customer.Town\" now, too.\n"
+            "The values in mails/old/preview.json are called \"customer.Town\" now, too.\n");
+  EXPECT_NE(result.err.find("The query in mails/preview.json may name \"customer.City\"."),
+            std::string::npos)
+      << result.err;
+  EXPECT_EQ(Read("mails/preview.json"),
+            "{\"records\" : [{\"customer\":{\"Town\":\"City\"}}],\"query\":\"SELECT city\"}");
+  EXPECT_EQ(Read("mails/old/preview.json"), "{\"records\":[{\"customer\":{\"Town\" : null}}]}\r\n");
+}
+
+TEST_F(RenameRecords, AppearInTheDiff) {
+  std::vector<std::string> dry = rename_;
+  dry.emplace_back("--dry-run");
+  const Result result = Kvo(dry);
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_NE(result.out.find("+++ b/mails/old/preview.json"), std::string::npos) << result.out;
+  EXPECT_NE(result.out.find("+{\"records\" : [{\"customer\":{\"Town\""), std::string::npos);
+  EXPECT_NE(Read("mails/preview.json").find("\"City\":\"City\""), std::string::npos);
+}
+
+TEST_F(RenameRecords, AllOrNothingWithThePages) {
+  const std::string page = Read("mails/a.html");
+  const std::string records = Read("mails/preview.json");
+  const std::string both = R"({"records":[{"customer":{"City":"1","Town":"2"}}]})";
+  Write("mails/old/preview.json", both);
+  std::vector<std::string> partly = rename_;
+  partly.emplace_back("--partly");
+  const std::string why =
+      "mails/old/preview.json:1:26: error: records[0].customer: the record has values of both "
+      "names, \"City\" and \"Town\". Delete one.\n";
+  Result result = Kvo(rename_);
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_NE(result.err.find(why), std::string::npos) << result.err;
+  EXPECT_NE(result.err.find("Nothing was renamed"), std::string::npos) << result.err;
+  EXPECT_EQ(Read("mails/a.html"), page);
+  EXPECT_EQ(Read("mails/preview.json"), records);
+
+  result = Kvo(partly);
+  EXPECT_EQ(result.code, 1);
+  EXPECT_NE(result.err.find(why), std::string::npos) << result.err;
+  EXPECT_NE(Read("mails/a.html"), page);
+  EXPECT_NE(Read("mails/preview.json"), records);
+  EXPECT_EQ(Read("mails/old/preview.json"), both);
 }
 
 TEST_F(RenameCommand, RefusesWrongUse) {

@@ -244,6 +244,51 @@ TEST(Records, ReadBackAsTheyWereWritten) {
   }
 }
 
+TEST(Records, RenamingChangesTheKeysAlone) {
+  const auto renamed = [](const std::string& contents, std::string_view group,
+                          std::string_view from, std::string_view to) {
+    return page::Applied(contents, RenameValues(contents, "preview.json", group, from, to));
+  };
+  const std::string contents =
+      "\xEF\xBB\xBF{ \"records\":[\r\n{\"name\" : \"City\", \"customer\":{\"City\" :\"City\"},"
+      "\"order\":{\"City\":1.50e1 ,\"positions\":[{\"City\":null}]}, \"x\":{\"City\":true}},\t"
+      "{\"CUSTOMER\":{\"a\\\"\":1,\"c\\u0069ty\":null}}],\"query\":\"SELECT City\"}";
+  const auto with = [](std::string text, std::string_view old, std::string_view now) {
+    return text.replace(text.find(old), old.size(), now);
+  };
+  EXPECT_EQ(
+      renamed(contents, kCustomer, "City", "Gr\"öße"),
+      with(with(contents, "\"City\" :", "\"Gr\\\"öße\" :"), "\"c\\u0069ty\"", "\"Gr\\\"öße\""));
+  EXPECT_EQ(renamed(contents, kCustomer, "City", "city"),
+            with(with(contents, "\"City\" :", "\"city\" :"), "c\\u0069ty", "city"));
+  EXPECT_EQ(renamed(contents, kOrder, "City", "Town"), with(contents, "City\":1", "Town\":1"));
+  EXPECT_EQ(renamed(contents, kOrder, "Positions", "Town"), contents);
+  EXPECT_EQ(renamed(contents, kCustomer, "name", "Town"), contents);
+  EXPECT_EQ(renamed("{}", kOrder, "City", "Town"), "{}");
+}
+
+TEST(Records, RenamingRefusesWhatTheFileCannotHold) {
+  const auto refused = [](std::string_view contents, std::string_view group, std::string_view to) {
+    try {
+      RenameValues(contents, "preview.json", group, "City", to);
+    } catch (const office::JsonFileError& error) {
+      return error.Text(Language::english);
+    }
+    return std::string();
+  };
+  EXPECT_EQ(refused("\xEF\xBB\xBF{\"records\":[{},{\"customer\":{\"TOWN\":1,\"City\":2}},"
+                    "{\"customer\":{\"City\":1}},{\"customer\":{\"city\":1,\"Town\":2}}]}",
+                    kCustomer, "Town"),
+            "preview.json:1:38: error: records[1].customer: the record has values of both names, "
+            "\"City\" and \"TOWN\". Delete one. [preview-file]\n"
+            "preview.json:1:86: error: records[3].customer: the record has values of both names, "
+            "\"city\" and \"Town\". Delete one. [preview-file]");
+  EXPECT_EQ(refused("{\"records\":[{\"order\":{\"City\":2}}]}", kOrder, "positions"),
+            "preview.json:1:23: error: In a record, \"positions\" are the positions of the order. "
+            "Choose another name. [preview-file]");
+  EXPECT_NE(refused("{\"records\":{}}", kOrder, "Town"), "");
+}
+
 TEST(Records, AnUnreadableFileIsAFileError) {
   std::string pattern = (std::filesystem::temp_directory_path() / "records-XXXXXX").string();
   ASSERT_NE(mkdtemp(pattern.data()), nullptr);
