@@ -1,82 +1,14 @@
-// kvo adopt, on the old templates of examples/takeover and on small pages.
-#include <filesystem>
-#include <fstream>
+// kvo adopt on small pages.
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "tests/kvo/Program.h"
 
 namespace kvo::test {
 namespace {
 
-namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
 
-const fs::path kExamples = fs::path(KVO_SOURCE_DIR) / "examples/takeover";
-
-class AdoptTest : public Program {
- protected:
-  void CopyExamples() const { fs::copy(kExamples, Folder() / "work/old"); }
-};
-
-std::string Replaced(std::string text, const std::string& from, const std::string& to) {
-  for (std::size_t at = text.find(from); at != std::string::npos;
-       at = text.find(from, at + to.size()))
-    text.replace(at, from.size(), to);
-  return text;
-}
-
-TEST_F(AdoptTest, OldTemplatesPublishTheirOldBytes) {
-  CopyExamples();
-  const Result adopted = Kvo({"adopt", "old", "--map", "old/uebernahme.json", "-o", "new/"});
-  EXPECT_EQ(adopted.code, 1);  // some placeholders are left over
-  EXPECT_EQ(adopted.err, "");
-  EXPECT_NE(adopted.out.find("20 pages: taken over: "), std::string::npos) << adopted.out;
-  fs::create_directory(Folder() / "work/published");
-  ASSERT_EQ(Kvo({"publish", "new", "-o", "published"}).code, 0);
-
-  // Placeholders in texts, titles and the like.
-  const std::pair<const char*, const char*> tags[] = {
-      {"anrede", "<kv:contact field=\"Salutation\"/>"},
-      {"vorname", "<kv:contact field=\"FirstName\"/>"},
-      {"nachname", "<kv:contact field=\"LastName\"/>"},
-      {"ort", "<kv:contact field=\"City\"/>"},
-      {"bestellnr", "<kv:order field=\"OrderID\"/>"},
-      {"bestelldatum", "<kv:order field=\"OrderDate\" format=\"dd.mm.yyyy\"/>"},
-      {"summe", "<kv:order field=\"OrderTotal\" format=\"#,##0.00\"/>"},
-      {"versand", "<kv:order field=\"ShippingCosts\" format=\"#,##0.00\"/>"},
-      {"zahlung", "<kv:order field=\"PaymentMethod\"/>"},
-      {"firma", "<kv:config item=\"company-name\"/>"}};
-  int compared = 0;
-  for (const std::string page :
-       {"rechnung.html", "hand-begruessung.html", "hand-wenn.html", "hand-listen.html",
-        "veroeffentlicht-geburtstagsgruss.html", "veroeffentlicht-versandmitteilung.html"}) {
-    std::string expected = Read("old/" + page);
-    for (const auto& [name, tag] : tags) {
-      std::string upper = name;
-      std::ranges::transform(upper, upper.begin(), [](char c) { return std::toupper(c); });
-      expected = Replaced(expected, "[" + upper + "]", tag);
-    }
-    EXPECT_EQ(Read("published/" + page), expected) << page;
-    ++compared;
-  }
-  EXPECT_EQ(compared, 6);
-
-  // Elements around attributes.
-  EXPECT_NE(Read("published/willkommen.html")
-                .find("<kv:click href=\"https://shop.example/konto?mail=#customer.Email#\" "
-                      "click-id=\"link-1\">Zu Ihrem Konto</kv:click>"),
-            std::string::npos);
-  EXPECT_NE(Read("published/bestellung.html")
-                .find("<kv:element name=\"a\" class=\"knopf\" href=\"https://shop.example/"
-                      "bestellung?nr=#order.OrderID#&amp;von=mail\">"),
-            std::string::npos);
-  // The new pages are as good as saved ones.
-  EXPECT_EQ(Kvo({"check", "new", "--office", "old/office.json"}).out, "");
-  EXPECT_EQ(Kvo({"save", "new"}).code, 0);
-  EXPECT_EQ(Kvo({"adopt", "new", "--map", "old/uebernahme.json", "--dry-run"}).out.find("@@"),
-            std::string::npos);
-}
+class AdoptTest : public Program {};
 
 TEST_F(AdoptTest, WritesOverThePageUnlessItIsADryRun) {
   const std::string page = "<p>\n<kv:print value=\"x\"/>\n</p>\n";
