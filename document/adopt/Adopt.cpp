@@ -187,9 +187,10 @@ Finds FindAll(const page::Page& page, const Mapping& mapping, const ObjectRef& o
   if (page::HasErrors(all.problems)) return all;
   const page::Inspection inspection = page::Inspect(page);
   const FieldCaptions captions(office);
-  all.finds = FindTags(page, inspection, mapping, captions);
+  FoundTags tags = FindTags(page, inspection, mapping, captions);
   std::vector<Find> placeholders =
-      FindPlaceholders(page, inspection, all.finds, mapping, captions, office);
+      FindPlaceholders(page, inspection, tags, mapping, captions, office);
+  all.finds = std::move(tags.finds);
   std::ranges::move(placeholders, std::back_inserter(all.finds));
   std::ranges::stable_sort(all.finds, {}, &Find::begin);
   page::PlaceFinder places(page.Bytes(), page.Encoding());

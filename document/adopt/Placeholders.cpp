@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <span>
 
 #include "common/values/Ascii.h"
+#include "controls/BlockLevel.h"
+#include "document/adopt/BlockContents.h"
 #include "document/adopt/ElementTags.h"
 #include "document/adopt/Pattern.h"
 #include "document/adopt/TagControl.h"
@@ -57,7 +60,8 @@ auto FirstBehind(const Parts& parts, std::size_t offset, End end) {
 struct Hit {
   Placeholder found;
   Surroundings around;
-  bool insideTag = false;  // a runtime tag
+  bool insideTag = false;        // a runtime tag
+  const Block* block = nullptr;  // in whose content it stands
   Bag bag{};
   std::optional<Made> made{};
 };
@@ -65,23 +69,29 @@ struct Hit {
 class PlaceholderTaker {
  public:
   PlaceholderTaker(const page::Page& page, const page::Inspection& inspection,
-                   const std::vector<Find>& tags, const Mapping& mapping,
-                   const FieldCaptions& captions, const ObjectRef& office)
+                   const FoundTags& tags, const Mapping& mapping, const FieldCaptions& captions,
+                   const ObjectRef& office)
       : page_(page),
         bytes_(page.Bytes()),
         inspection_(inspection),
-        tags_(tags),
+        tags_(tags.finds),
+        contents_(page.Bytes(), tags.blocks),
         mapping_(mapping),
         captions_(captions),
         suggestions_(office) {
-    for (const Find& tag : tags) taken_.insert(taken_.end(), tag.edits.begin(), tag.edits.end());
+    for (const Find& tag : tags_) taken_.insert(taken_.end(), tag.edits.begin(), tag.edits.end());
   }
 
   std::vector<Find> Take() {
     ReadHits();
     for (std::size_t at = 0; at < hits_.size();) {
       const Hit& hit = hits_[at];
-      if (hit.around.kind == Around::attributeValue && !hit.insideTag) {
+      if (hit.block != nullptr) {
+        std::size_t end = at + 1;
+        while (end < hits_.size() && hits_[end].block == hit.block) ++end;
+        TakeInBlock({hits_.data() + at, end - at});
+        at = end;
+      } else if (hit.around.kind == Around::attributeValue && !hit.insideTag) {
         std::size_t end = at + 1;
         while (end < hits_.size() && hits_[end].around.kind == Around::attributeValue &&
                hits_[end].around.tag == hit.around.tag)
@@ -92,12 +102,22 @@ class PlaceholderTaker {
         TakeOne(hits_[at++]);
       }
     }
+    RemakeBlocks();
     std::ranges::stable_sort(finds_, {}, &Find::begin);
     return std::move(finds_);
   }
+  // Whether a tag is in the find of its placeholders.
+  bool IsRemade(const Find& tag) const { return remade_.contains(tag.begin); }
 
  private:
   using Hits = std::span<Hit>;
+
+  // The placeholders in a block, and the edits that put tags in their place.
+  struct Filling {
+    const Block* block;
+    std::vector<const Hit*> hits;
+    page::TextEdits edits;
+  };
 
   void ReadHits() {
     page::PageSurroundings around(page_);
@@ -109,14 +129,20 @@ class PlaceholderTaker {
       while (control != inspection_.controls.end() && control->end <= found.begin) ++control;
       if (control != inspection_.controls.end() && control->begin < found.end) continue;
       Hit hit{std::move(found), around.At(found.begin)};
+      for (; tag != tags_.end() && tag->begin < hit.found.end; ++tag)
+        if (!tag->edits.empty()) tagsEnd = std::max(tagsEnd, tag->end);
+      hit.insideTag = hit.found.begin < tagsEnd || IsInRuntimeTag(hit.around);
+      contents_.GoTo(hit.found.begin);
+      if (contents_.IsInBlock()) {
+        hit.block = contents_.Holding(hit.found.begin, hit.found.end);
+        hit.insideTag = hit.block == nullptr;
+        if (hit.block != nullptr) hit.around = contents_.At(hit.found.begin);
+      }
       // Other things look like placeholders in style sheets and programs.
       if (hit.found.target == nullptr && hit.around.kind == Around::rawText &&
           (EqualIgnoringCase(hit.around.name, "style") ||
            EqualIgnoringCase(hit.around.name, "script")))
         continue;
-      for (; tag != tags_.end() && tag->begin < hit.found.end; ++tag)
-        if (!tag->edits.empty()) tagsEnd = std::max(tagsEnd, tag->end);
-      hit.insideTag = hit.found.begin < tagsEnd || IsInRuntimeTag(hit.around);
       if (const Target* const target = hit.found.target; target != nullptr && !hit.insideTag) {
         hit.bag = BagFor(*target, hit.found.name);
         captions_.AddTo(*target->contract, hit.bag);
@@ -149,6 +175,16 @@ class PlaceholderTaker {
     return find;
   }
 
+  // The find of several placeholders that become one thing.
+  Find Begin(const std::vector<const Hit*>& hits) {
+    Find find = Begin(*hits.front());
+    for (auto hit = hits.begin() + 1; hit != hits.end(); ++hit) {
+      find.text += ", " + Shown(Bytes((*hit)->found.begin, (*hit)->found.end), page_.Encoding());
+      find.end = (*hit)->found.end;
+    }
+    return find;
+  }
+
   void Keep(const Hit& hit, Message reason) {
     Find find = Begin(hit);
     find.contract = nullptr;
@@ -171,22 +207,103 @@ class PlaceholderTaker {
     if (hit.around.kind == Around::comment && !hit.found.statement && !hit.insideTag)
       return Keep(hit, words::InComment());
     if (auto reason = ReasonToKeep(hit)) return Keep(hit, std::move(*reason));
-    const std::string& text = hit.made->runtimeText;
-    const auto add = [&](Result result, const std::string& bytes) {
-      Find find = Begin(hit);
-      find.result = result;
-      find.edits = {{find.begin, find.end, bytes}};
-      find.published = {{find.begin, find.end, text}};
-      finds_.push_back(std::move(find));
-    };
-    if (hit.around.CanHoldControl()) return add(Result::control, hit.made->element);
-    const bool takesTag =
-        hit.around.kind == Around::rawText || hit.around.kind == Around::conditionalComment;
+    if (hit.around.CanHoldControl())
+      AddOne(hit, Result::control, hit.made->element);
+    else if (TakesTag(hit))
+      AddOne(hit, Result::tag, hit.made->runtimeText);
+    else
+      Keep(hit, words::NotHere());
+  }
+
+  void AddOne(const Hit& hit, Result result, const std::string& bytes) {
+    Find find = Begin(hit);
+    find.result = result;
+    find.edits = {{find.begin, find.end, bytes}};
+    find.published = {{find.begin, find.end, hit.made->runtimeText}};
+    finds_.push_back(std::move(find));
+  }
+
+  // Whether the tag of its control can stand where the control itself cannot.
+  bool TakesTag(const Hit& hit) const {
+    if (hit.around.kind != Around::rawText && hit.around.kind != Around::conditionalComment)
+      return false;
     std::string utf8;
-    page_.Encoding().Decode(text, utf8);
-    if (takesTag && page::PastingOf(hit.around, utf8) == page::Pasting::asItStands)
-      return add(Result::tag, text);
-    Keep(hit, words::NotHere());
+    page_.Encoding().Decode(hit.made->runtimeText, utf8);
+    return page::PastingOf(hit.around, utf8) == page::Pasting::asItStands;
+  }
+
+  // Placeholders in the content of one block become the tags of their controls. The block's control
+  // is made anew then; around a block that stays, each stands for itself.
+  void TakeInBlock(Hits hits) {
+    Filling filling{hits.front().block, {}, {}};
+    for (std::size_t at = 0; at < hits.size();) {
+      std::size_t end = at + 1;
+      const Surroundings& around = hits[at].around;
+      if (around.kind == Around::attributeValue)
+        while (end < hits.size() && hits[end].around.kind == Around::attributeValue &&
+               hits[end].around.begin == around.begin)
+          ++end;
+      const Hits together = hits.subspan(at, end - at);
+      if (auto edit = EditInBlock(together)) {
+        for (const Hit& hit : together) filling.hits.push_back(&hit);
+        if (!IsTaken(*filling.block)) AddAround(together, Result::tag, {*edit}, {*edit});
+        filling.edits.push_back(std::move(*edit));
+      }
+      at = end;
+    }
+    if (!filling.edits.empty() && IsTaken(*filling.block)) fillings_.push_back(std::move(filling));
+  }
+
+  // Nothing after keeping them.
+  std::optional<page::TextEdit> EditInBlock(Hits hits) {
+    const Hit& hit = hits.front();
+    if (hit.around.kind == Around::attributeValue)
+      return EditOfValue(ElementTagAt(bytes_, hit.around.tag), hits);
+    auto reason = ReasonToKeep(hit);
+    if (hit.around.kind == Around::comment && !hit.found.statement) reason = words::InComment();
+    if (!reason && hit.made->runtimeText.starts_with(kBlockStart)) reason = words::BlockInBlock();
+    if (!reason && !hit.around.CanHoldControl() && !TakesTag(hit)) reason = words::NotHere();
+    if (!reason) return page::TextEdit{hit.found.begin, hit.found.end, hit.made->runtimeText};
+    Keep(hit, std::move(*reason));
+    return std::nullopt;
+  }
+
+  const Find* TagAt(std::size_t begin, const std::vector<Find>& tags) const {
+    const auto tag = std::ranges::lower_bound(tags, begin, {}, &Find::begin);
+    return tag == tags.end() || tag->begin != begin || tag->edits.empty() ? nullptr : &*tag;
+  }
+  bool IsTaken(const Block& block) const { return TagAt(block.begin, tags_) != nullptr; }
+
+  // Takes the blocks over that hold tags now. A block that cannot hold them becomes what it would
+  // be without them.
+  void RemakeBlocks() {
+    if (fillings_.empty()) return;
+    page::TextEdits edits;
+    for (const Filling& each : fillings_)
+      edits.insert(edits.end(), each.edits.begin(), each.edits.end());
+    const page::Page filled(page::Applied(bytes_, edits));
+    std::vector<Find> tags;
+    if (filled.Encoding().ReadsAs(page_.Encoding()))
+      tags = FindTags(filled, page::Inspect(filled), mapping_, captions_).finds;
+    std::size_t shift = 0;  // wraps around
+    for (const Filling& each : fillings_) {
+      const std::size_t begin = each.block->begin + shift;
+      for (const page::TextEdit& edit : each.edits)
+        shift += edit.bytes.size() - (edit.end - edit.begin);
+      const Find* const tag = TagAt(begin, tags);
+      if (tag == nullptr || tag->end != each.block->end + shift) {
+        for (const Hit* const hit : each.hits) Keep(*hit, words::InsideRuntimeTag());
+        continue;
+      }
+      Find find = Begin(each.hits);
+      find.result = tag->result;
+      find.contract = tag->contract;
+      find.properties = tag->properties;
+      find.edits = {{each.block->begin, each.block->end, tag->edits.front().bytes}};
+      find.published = {{each.block->begin, each.block->end, tag->published.front().bytes}};
+      finds_.push_back(std::move(find));
+      remade_.insert(each.block->begin);
+    }
   }
 
   // Placeholders in the attributes of one tag.
@@ -203,8 +320,12 @@ class PlaceholderTaker {
     }
   }
 
-  // Writes the tags of all placeholders into one value.
   void TakeValue(const std::optional<ElementTag>& tag, Hits hits) {
+    if (const auto edit = EditOfValue(tag, hits)) AddAround(hits, Result::tag, {*edit}, {*edit});
+  }
+
+  // Writes the tags of all placeholders into one value. Nothing after keeping them.
+  std::optional<page::TextEdit> EditOfValue(const std::optional<ElementTag>& tag, Hits hits) {
     const Hit* kept = nullptr;
     for (const Hit& hit : hits)
       if (ReasonToKeep(hit)) kept = &hit;
@@ -230,10 +351,9 @@ class PlaceholderTaker {
                        : words::NotHere();
         Keep(hit, std::move(*reason));
       }
-      return;
+      return std::nullopt;
     }
-    AddAround(hits, Result::tag, {{attribute->begin, attribute->end, *value}},
-              {{attribute->begin, attribute->end, *value}});
+    return page::TextEdit{attribute->begin, attribute->end, std::move(*value)};
   }
 
   // The value in single quotes; nothing when it cannot hold the tags.
@@ -262,11 +382,9 @@ class PlaceholderTaker {
   void AddAround(Hits hits, Result result, page::TextEdits edits, page::TextEdits published,
                  const ControlClass* contract = nullptr,
                  std::vector<std::pair<std::string, std::string>> properties = {}) {
-    Find find = Begin(hits.front());
-    for (const Hit& hit : hits.subspan(1)) {
-      find.text += ", " + Shown(Bytes(hit.found.begin, hit.found.end), page_.Encoding());
-      find.end = hit.found.end;
-    }
+    std::vector<const Hit*> all;
+    for (const Hit& hit : hits) all.push_back(&hit);
+    Find find = Begin(all);
     find.result = result;
     if (contract != nullptr) {
       find.contract = contract;
@@ -453,12 +571,15 @@ class PlaceholderTaker {
   std::string_view bytes_;
   const page::Inspection& inspection_;
   const std::vector<Find>& tags_;
+  BlockContents contents_;
   const Mapping& mapping_;
   const FieldCaptions& captions_;
   FieldSuggestions suggestions_;
   page::TextEdits taken_;  // of the runtime tags
   std::vector<Hit> hits_;
   std::vector<Find> finds_;
+  std::vector<Filling> fillings_;
+  std::set<std::size_t> remade_;  // where their blocks begin
   std::optional<EndTags> endTags_;
   int links_ = 0;
 };
@@ -466,9 +587,12 @@ class PlaceholderTaker {
 }  // namespace
 
 std::vector<Find> FindPlaceholders(const page::Page& page, const page::Inspection& inspection,
-                                   const std::vector<Find>& tags, const Mapping& mapping,
+                                   FoundTags& tags, const Mapping& mapping,
                                    const FieldCaptions& captions, const ObjectRef& office) {
-  return PlaceholderTaker(page, inspection, tags, mapping, captions, office).Take();
+  PlaceholderTaker taker(page, inspection, tags, mapping, captions, office);
+  std::vector<Find> placeholders = taker.Take();
+  std::erase_if(tags.finds, [&](const Find& tag) { return taker.IsRemade(tag); });
+  return placeholders;
 }
 
 }  // namespace kvo::adopt

@@ -53,16 +53,13 @@ class TagFinder {
                                      PrefixesIn(page.Bytes(), inspection, mapping));
   }
 
-  std::vector<Find> Take() {
+  FoundTags Take() {
     Visit(tags_.tags, nullptr);
-    return std::move(finds_);
+    return std::move(found_);
   }
 
  private:
-  struct Range {
-    std::size_t begin;
-    std::size_t end;
-  };
+  using Range = Block::Range;
 
   void Visit(const std::vector<RuntimeTag>& tags, const RuntimeTag* outer) {
     for (const RuntimeTag& tag : tags) {
@@ -90,8 +87,23 @@ class TagFinder {
     found.reason = Convert(tag, range, marked, found);
     const bool taken = !found.edits.empty();
     // A part of a tag that stays needs no word of its own.
-    finds_.push_back(std::move(found));
+    found_.finds.push_back(std::move(found));
+    if (marked && (found_.blocks.empty() || found_.blocks.back().end <= range.begin)) {
+      Block& block = found_.blocks.emplace_back(Block{range.begin, range.end, {}});
+      AddContents(tag, block.contents);
+    }
     return taken;
+  }
+
+  static void AddContents(const RuntimeTag& tag, std::vector<Range>& contents) {
+    if (tag.mistake != RuntimeTag::Mistake::none || tag.kind == TagKind::script) return;
+    std::size_t begin = tag.contentBegin;
+    for (const RuntimeTag& inner : tag.inner) {
+      contents.push_back({begin, inner.begin});
+      AddContents(inner, contents);
+      begin = inner.end;
+    }
+    contents.push_back({begin, tag.contentEnd});
   }
 
   // Returns why the tag stays, or fills in the edits.
@@ -180,13 +192,13 @@ class TagFinder {
   page::PageSurroundings around_;
   page::PublishedPage source_;
   preview::RuntimeTags tags_;
-  std::vector<Find> finds_;
+  FoundTags found_;
 };
 
 }  // namespace
 
-std::vector<Find> FindTags(const page::Page& page, const page::Inspection& inspection,
-                           const Mapping& mapping, const FieldCaptions& captions) {
+FoundTags FindTags(const page::Page& page, const page::Inspection& inspection,
+                   const Mapping& mapping, const FieldCaptions& captions) {
   return TagFinder(page, inspection, mapping, captions).Take();
 }
 

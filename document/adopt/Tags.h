@@ -8,8 +8,24 @@
 
 namespace kvo::adopt {
 
-// The finds are in page order and have no places yet.
-std::vector<Find> FindTags(const page::Page& page, const page::Inspection& inspection,
-                           const Mapping& mapping, const FieldCaptions& captions);
+// A tag with markers around it, and the parts of its content that the engine reads as HTML: no tags
+// of the language, and not what is in a script.
+struct Block {
+  struct Range {
+    std::size_t begin;
+    std::size_t end;
+  };
+  std::size_t begin = 0;  // with its markers
+  std::size_t end = 0;
+  std::vector<Range> contents;  // in page order
+};
+
+// All in page order.
+struct FoundTags {
+  std::vector<Find> finds;    // without places yet
+  std::vector<Block> blocks;  // those in other blocks are a part of them
+};
+FoundTags FindTags(const page::Page& page, const page::Inspection& inspection,
+                   const Mapping& mapping, const FieldCaptions& captions);
 
 }  // namespace kvo::adopt

@@ -43,6 +43,12 @@ inline constexpr Plain Statement = {
 inline constexpr Plain InsideRuntimeTag = {
     "Steht in einem Tag der Template-Sprache. Ersetzen Sie den Platzhalter dort von Hand.",
     "Stands in a tag of the template language. Replace the placeholder there by hand."};
+inline constexpr Plain BlockInBlock = {
+    "Sein Control schriebe einen Block, und in dem Inhalt eines Blocks kann kein anderer stehen. "
+    "Ersetzen Sie den Platzhalter von Hand.",
+    "Its control would write a block, and none can stand in the content of another one. Replace "
+    "the "
+    "placeholder by hand."};
 inline constexpr Plain InComment = {"Steht in einem Kommentar; dort sieht es niemand.",
                                     "Stands in a comment, where nobody sees it."};
 inline constexpr Plain NotHere = {

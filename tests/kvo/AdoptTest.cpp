@@ -34,6 +34,26 @@ TEST_F(AdoptTest, StandardInputGoesToStandardOutput) {
   EXPECT_EQ(Kvo({"adopt", "-", "--json"}, "x").code, 2);
 }
 
+TEST_F(AdoptTest, PlaceholdersInBlocksBecomeTagsInTheirContents) {
+  Write("m.json", R"({"placeholders": [{"pattern": "{{ {name} }}", "fields": {
+                      "a": "customer.A", "b": {"field": "order.B", "format": "0"}}}]})");
+  const auto page = [](const std::string& a, const std::string& inAttribute, const std::string& b) {
+    return "<p><!--KVO BLOCKLEVEL ELEMENT STARTSPAN<kv:if test=\"%1==1%\">" + a +
+           ", <a href=" + inAttribute + ">{{ x }}</a><kv:else>" + b +
+           "</kv:else></kv:if>KVO BLOCKLEVEL ELEMENT ENDSPAN--></p>\n";
+  };
+  Write("a.html", page("{{ a }}", "\"?{{ a }}\"", "{{b}}"));
+  const Result adopted = Kvo({"adopt", "a.html", "--map", "m.json"});
+  EXPECT_EQ(adopted.code, 1);
+  EXPECT_EQ(adopted.out,
+            "a.html: taken over: 1, kept: 1\na.html:1:89: kept: {{ x }}: The mapping does not have "
+            "it. Add it there.\n");
+  EXPECT_NE(Read("a.html").find("DTCIf"), std::string::npos);
+  EXPECT_EQ(Kvo({"publish", "a.html", "-o", "-"}).out,
+            page("<kv:contact field=\"A\"/>", "'?<kv:contact field=\"A\"/>'",
+                 "<kv:order field=\"B\" format=\"0\"/>"));
+}
+
 TEST_F(AdoptTest, SuggestsLinesForTheMapping) {
   Write(
       "office.json",
