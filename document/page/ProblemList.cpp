@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "document/page/Scanner.h"
 #include "document/page/Utf8.h"
 
 namespace kvo::page {
