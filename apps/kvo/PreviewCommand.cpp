@@ -343,14 +343,37 @@ ExitCode PreviewPages(const PreviewValues& values, const NamedPages& pages) {
              "einen Ordner angeben.",
              "Previews of several pages do not fit on standard output. Name a folder "
              "behind -o."}));
+  if (!values.width.empty()) WidthOf(values.width);
   const std::map<std::string, std::string> folders = PreviewFolders(pages, values.output);
   Json all = Json::array();
+  std::set<std::string> told;
+  // What keeps several pages from a preview is told once.
+  const auto without = [&told](const std::string& file, const std::string& cause,
+                               std::function<void()> tell) {
+    return PageResult{ExitCode::failure, [&told, file, cause, tell = std::move(tell)] {
+                        if (told.insert(cause).second) tell();
+                        PrintError(Say({"Von {} gibt es keine Vorschau; der genannte Fehler "
+                                        "verhindert sie.",
+                                        "There is no preview of {}; the error named above "
+                                        "prevents it."},
+                                       {file}));
+                      }};
+  };
   const ExitCode code = ForEachPage(FilesOf(pages), [&](const std::string& file) {
-    Json json{{"file", ShownName(file)}};
-    const ExitCode made =
-        PreviewRun(values, file, folders.at(file), values.json ? &json : nullptr).Run();
-    return PageResult{made,
-                      [&all, json = std::move(json)]() mutable { all.push_back(std::move(json)); }};
+    try {
+      Json json{{"file", ShownName(file)}};
+      const ExitCode made =
+          PreviewRun(values, file, folders.at(file), values.json ? &json : nullptr).Run();
+      return PageResult{
+          made, [&all, json = std::move(json)]() mutable { all.push_back(std::move(json)); }};
+    } catch (const office::JsonFileError& error) {
+      if (error.File() == values.office || error.File() == values.records) throw;
+      return without(ShownName(file), error.Text(Language::english),
+                     [error] { ShowProblems(Stream::error, error.File(), error.Problems()); });
+    } catch (const Failure& error) {
+      const std::string message = error.what();
+      return without(ShownName(file), message, [message] { PrintError(message); });
+    }
   });
   if (values.json) PrintJson({{"pages", std::move(all)}});
   return code;

@@ -78,6 +78,69 @@ TEST_F(PreviewCommand, ShowsEveryRecordInAFolder) {
             "out/page.Anna.html\n");
 }
 
+class PreviewOfManyPages : public PreviewCommand {
+ protected:
+  PreviewOfManyPages() {
+    for (const char* folder : {"shop/broken", "shop/without"})
+      std::filesystem::create_directories(Folder() / "work" / folder);
+    std::filesystem::rename(Folder() / "work/preview.json", Folder() / "work/shop/preview.json");
+    const std::string page = "<p>" + Contact("City") + "</p>";
+    for (const char* file : {"shop/b.html", "shop/a.htm", "shop/without/d.html"}) Write(file, page);
+    Write("shop/b-faulty.html", "<p>x</p>" + ControlElement("DTCPrint", {{"y", ""}}));
+    for (const char* file : {"shop/broken/a.html", "shop/broken/c.html"}) Write(file, page);
+    Write("shop/broken/preview.json", R"({"records": [{]})");
+  }
+};
+
+TEST_F(PreviewOfManyPages, GoesOnBehindAFaultyPage) {
+  const Result result = Kvo({"preview", "shop", "-o", "out"});
+  EXPECT_EQ(result.code, 2);
+  const std::string written =
+      "out/a.Anna.html\nout/a.Jörg.html\nout/b-faulty.Anna.html\nout/b-faulty.Jörg.html\n"
+      "out/b.Anna.html\nout/b.Jörg.html\nout/without/d.Erika_Muster.html\n";
+  EXPECT_EQ(result.out, written);
+  for (const char* file : {"out/a.Anna.html", "out/b.Anna.html"})
+    EXPECT_EQ(Body(file), "<p>Kiel</p>") << file;
+  EXPECT_EQ(Body("out/b-faulty.Jörg.html").substr(0, 8), "<p>x</p>");
+  EXPECT_FALSE(std::filesystem::exists(Folder() / "work/out/broken/a.Anna.html"));
+  // In the order of the pages, and what keeps two of them back only once.
+  std::size_t at = 0;
+  for (const std::string_view line :
+       {"shop/a.htm:1:4: missing: DTCContact: ", "shop/b-faulty.html:1:",
+        "shop/b.html:1:4: missing:", "shop/broken/preview.json:1:15: error: ",
+        "kvo: error: There is no preview of shop/broken/a.html;",
+        "kvo: error: There is no preview of shop/broken/c.html;", "kvo: There are no records"}) {
+    at = result.err.find(line, at);
+    EXPECT_NE(at, std::string::npos) << line << '\n' << result.err;
+  }
+  EXPECT_EQ(result.err.find("preview.json:1:15"), result.err.rfind("preview.json:1:15"));
+
+  std::filesystem::remove_all(Folder() / "work/shop/broken");
+  EXPECT_EQ(Kvo({"preview", "shop", "-o", "out"}).code, 1);  // for the faulty page
+  std::filesystem::remove(Folder() / "work/shop/b-faulty.html");
+  EXPECT_EQ(Kvo({"preview", "shop", "-o", "out"}).code, 0);
+}
+
+TEST_F(PreviewOfManyPages, PrintsOneDocument) {
+  const Result result = Kvo({"preview", "shop", "-o", "out", "--record", "Jörg", "--json"});
+  EXPECT_EQ(result.code, 2);
+  const Json pages = Json::parse(result.out)["pages"];
+  ASSERT_EQ(pages.size(), 3U);
+  EXPECT_EQ(pages[0]["file"], "shop/a.htm");
+  EXPECT_EQ(pages[1]["file"], "shop/b-faulty.html");
+  EXPECT_EQ(pages[2]["previews"][0]["file"], "out/b.Jörg.html");
+  EXPECT_NE(result.err.find("There is no record \"Jörg\"."), std::string::npos) << result.err;
+  EXPECT_NE(result.err.find("There is no preview of shop/without/d.html;"), std::string::npos);
+}
+
+TEST_F(PreviewOfManyPages, EndsAtAFileThatTheUserNames) {
+  const Result result =
+      Kvo({"preview", "shop", "-o", "out", "--records", "shop/broken/preview.json"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err.find("There is no preview"), std::string::npos) << result.err;
+}
+
 TEST_F(PreviewCommand, NamesFilesSafelyAndOnce) {
   Write("page.html", "<p>x</p>");
   Json records = Json::array();
