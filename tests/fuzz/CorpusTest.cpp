@@ -12,6 +12,7 @@
 #include "fuzz/BagRules.h"
 #include "fuzz/BuilderRules.h"
 #include "fuzz/CompareRules.h"
+#include "fuzz/LanguageRules.h"
 #include "fuzz/OfficeRules.h"
 #include "fuzz/PagesRules.h"
 #include "fuzz/PreviewRules.h"
@@ -44,6 +45,7 @@ INSTANTIATE_TEST_SUITE_P(
     Fuzz, Corpus,
     testing::Values(Subject{"adopt", adopt::CheckAdopt}, Subject{"bag", CheckBag},
                     Subject{"builder", CheckBuilder}, Subject{"compare", compare::CheckCompare},
+                    Subject{"language", language::CheckLanguage},
                     Subject{"office", office::CheckOffice}, Subject{"pages", CheckPages},
                     Subject{"preview", preview::CheckPreview}, Subject{"uses", uses::CheckUses}),
     [](const auto& subject) { return std::string(subject.param.name); });
