@@ -7,6 +7,7 @@
 
 #include "common/values/Ascii.h"
 #include "controls/BlockLevel.h"
+#include "document/adopt/AttributeValues.h"
 #include "document/adopt/BlockContents.h"
 #include "document/adopt/ElementTags.h"
 #include "document/adopt/Pattern.h"
@@ -24,17 +25,6 @@ using page::Surroundings;
 using Around = Surroundings::Kind;
 using Result = Find::Result;
 
-constexpr std::string_view kElement = "DTCElement";
-
-// An expression for the value of a control, as attributes take it: where its field stands.
-struct ExpressionGroup {
-  std::string_view className;
-  std::string_view property;
-  std::string_view group;
-};
-constexpr ExpressionGroup kExpressionGroups[] = {{"DTCContact", "Field", "customer"},
-                                                 {"DTCOrder", "Field", "order"}};
-
 // Elements whose content is text, so that it can stand in a property.
 constexpr std::string_view kTextElements[] = {"a",  "b",  "button", "em", "font", "h1",    "h2",
                                               "h3", "h4", "i",      "p",  "span", "strong"};
@@ -48,23 +38,11 @@ bool IsOneOf(std::span<const std::string_view> names, std::string_view name) {
                              [&](std::string_view each) { return EqualIgnoringCase(each, name); });
 }
 
-const ControlClass& Element() { return FindControlByName(kElement)->contract(); }
-
 // The first of sorted parts that do not overlap which ends behind an offset.
 template <class Parts, class End>
 auto FirstBehind(const Parts& parts, std::size_t offset, End end) {
   return std::ranges::upper_bound(parts, offset, {}, end);
 }
-
-// A placeholder, where it stands, and the control that it asks for.
-struct Hit {
-  Placeholder found;
-  Surroundings around;
-  bool insideTag = false;        // a runtime tag
-  const Block* block = nullptr;  // in whose content it stands
-  Bag bag{};
-  std::optional<Made> made{};
-};
 
 class PlaceholderTaker {
  public:
@@ -110,8 +88,6 @@ class PlaceholderTaker {
   bool IsRemade(const Find& tag) const { return remade_.contains(tag.begin); }
 
  private:
-  using Hits = std::span<Hit>;
-
   // The placeholders in a block, and the edits that put tags in their place.
   struct Filling {
     const Block* block;
@@ -338,7 +314,7 @@ class PlaceholderTaker {
       return found == tag->attributes.end() ? nullptr : &*found;
     }();
     std::optional<std::string> value;
-    if (kept == nullptr && attribute != nullptr) value = ValueWithTags(*attribute, hits);
+    if (kept == nullptr && attribute != nullptr) value = ValueWithTags(page_, *attribute, hits);
     if (!value) {
       for (const Hit& hit : hits) {
         auto reason = ReasonToKeep(hit);
@@ -354,28 +330,6 @@ class PlaceholderTaker {
       return std::nullopt;
     }
     return page::TextEdit{attribute->begin, attribute->end, std::move(*value)};
-  }
-
-  // The value in single quotes; nothing when it cannot hold the tags.
-  std::optional<std::string> ValueWithTags(const ElementTag::Attribute& attribute,
-                                           Hits hits) const {
-    if (attribute.value.find('\'') != page::npos) return std::nullopt;
-    std::string value = "'";
-    auto copied = static_cast<std::size_t>(attribute.value.data() - bytes_.data());
-    const std::size_t end = copied + attribute.value.size();
-    for (const Hit& hit : hits) {
-      std::string utf8;
-      page_.Encoding().Decode(hit.made->runtimeText, utf8);
-      Surroundings inSingleQuotes = hit.around;
-      inSingleQuotes.quote = '\'';
-      if (page::PastingOf(inSingleQuotes, utf8) != page::Pasting::asItStands) return std::nullopt;
-      value += Bytes(copied, hit.found.begin);
-      value += hit.made->runtimeText;
-      copied = hit.found.end;
-    }
-    value += Bytes(copied, end);
-    value += '\'';
-    return value;
   }
 
   // Adds the find of several placeholders that become one thing. The first one carries the edits.
@@ -395,24 +349,18 @@ class PlaceholderTaker {
     finds_.push_back(std::move(find));
   }
 
-  // An attribute of the element control, decoded.
-  struct Pair {
-    std::string name;
-    std::string value;
-  };
-
   // Turns the element into an element control, or two around its content. False when that would
   // not give the same HTML.
   bool TakeElement(const ElementTag& tag, Hits hits) {
     if (tag.name.find(':') != page::npos || IsOneOf(kHeadElements, tag.name)) return false;
-    const auto pairs = AttributesOf(tag, hits);
+    const auto pairs = AttributesOf(page_, tag, hits);
     if (!pairs) return false;
     const auto end = tag.isVoid ? std::nullopt : EndTagOf(tag.begin);
     if (!tag.isVoid && !end) return false;
     const bool alone = end && IsOneOf(kTextElements, tag.name) && IsPlain(tag.end, end->begin);
     if (alone && TakeLink(tag, *pairs, *end, hits)) return true;
 
-    const ControlClass& contract = Element();
+    const ControlClass& contract = ElementClass();
     std::string list;
     for (const auto& [name, value] : *pairs)
       list += (list.empty() ? "" : "||") + name + '|' + value;
@@ -426,7 +374,7 @@ class PlaceholderTaker {
     }
     const Bag bag = BagFor(target, {});
     const auto made = Make(contract, bag, page_.Encoding());
-    if (!made || !GivesAttributes(*made, *pairs)) return false;
+    if (!made || !GivesAttributes(page_.Encoding(), *made, *pairs)) return false;
     if (alone) {
       AddAround(hits, Result::element, {{tag.begin, end->end, made->element}},
                 {{tag.begin, end->end, made->runtimeText}}, &contract, PropertiesOf(contract, bag));
@@ -448,8 +396,7 @@ class PlaceholderTaker {
   }
 
   // Turns a link into a click tracker where the mapping asks for it.
-  bool TakeLink(const ElementTag& tag, const std::vector<Pair>& pairs, const EndTag& end,
-                Hits hits) {
+  bool TakeLink(const ElementTag& tag, const AttributePairs& pairs, const EndTag& end, Hits hits) {
     if (!mapping_.links || !EqualIgnoringCase(tag.name, "a") || pairs.size() != 1 ||
         !EqualIgnoringCase(pairs.front().name, "href"))
       return false;
@@ -469,69 +416,6 @@ class PlaceholderTaker {
               {{tag.begin, end.end, made->runtimeText}}, target.contract,
               PropertiesOf(*target.contract, bag));
     return true;
-  }
-
-  // The attributes with expressions in place of placeholders; nothing when an element control
-  // cannot hold them.
-  std::optional<std::vector<Pair>> AttributesOf(const ElementTag& tag, Hits hits) const {
-    std::vector<Pair> pairs;
-    const page::PageEncoding& encoding = page_.Encoding();
-    for (const ElementTag::Attribute& attribute : tag.attributes) {
-      Pair pair;
-      if (encoding.Decode(attribute.name, pair.name) != page::npos) return std::nullopt;
-      auto copied = static_cast<std::size_t>(attribute.value.data() - bytes_.data());
-      const std::size_t end = copied + attribute.value.size();
-      if (!attribute.hasValue) return std::nullopt;
-      for (const Hit& hit : hits) {
-        if (hit.found.begin < copied || hit.found.end > end) continue;
-        const auto expression = ExpressionOf(hit);
-        if (!expression) return std::nullopt;
-        encoding.DecodeAttribute(Bytes(copied, hit.found.begin), pair.value);
-        pair.value += *expression;
-        copied = hit.found.end;
-      }
-      if (encoding.DecodeAttribute(Bytes(copied, end), pair.value) != page::npos)
-        return std::nullopt;
-      // These would end the value or the list, or be read as something else.
-      if (pair.value.empty() || pair.value.find_first_of("\"|<>\r\n\t") != std::string::npos ||
-          pair.name.find_first_of("|\"'<=") != std::string::npos || Writes(Element(), pair.name))
-        return std::nullopt;
-      const auto same = [&](const Pair& each) { return EqualIgnoringCase(each.name, pair.name); };
-      if (std::ranges::any_of(pairs, same)) return std::nullopt;
-      pairs.push_back(std::move(pair));
-    }
-    return pairs;
-  }
-
-  // An expression has no format.
-  static std::optional<std::string> ExpressionOf(const Hit& hit) {
-    const ControlClass& contract = *hit.found.target->contract;
-    const auto* const group =
-        std::ranges::find(kExpressionGroups, contract.name, &ExpressionGroup::className);
-    if (group == std::end(kExpressionGroups)) return std::nullopt;
-    const std::shared_ptr<Control> control = page::Load(contract, hit.bag);
-    if (!ToText(control->Get("Format")).empty()) return std::nullopt;
-    const std::string name = ToText(control->Get(group->property));
-    if (name.find_first_of("#\"|") != std::string::npos) return std::nullopt;
-    return '#' + std::string(group->group) + '.' + name + '#';
-  }
-
-  // Reads the attributes back from the runtime text: the engine is to see the same ones.
-  bool GivesAttributes(const Made& made, const std::vector<Pair>& pairs) const {
-    const std::string_view text = made.runtimeText;
-    const auto tag = ElementTagAt(text, text.find("<", text.starts_with("<!--") ? 1 : 0));
-    if (!tag) return false;
-    auto pair = pairs.begin();
-    for (const ElementTag::Attribute& attribute : tag->attributes) {
-      std::string name;
-      std::string value;
-      page_.Encoding().Decode(attribute.name, name);
-      page_.Encoding().DecodeAttribute(attribute.value, value);
-      if (Writes(Element(), name)) continue;
-      if (pair == pairs.end() || pair->name != name || pair->value != value) return false;
-      ++pair;
-    }
-    return pair == pairs.end();
   }
 
   std::optional<EndTag> EndTagOf(std::size_t startTag) {
