@@ -94,7 +94,7 @@ std::optional<AttributePairs> AttributesOf(const page::Page& page, const Element
 bool GivesAttributes(const page::PageEncoding& encoding, const Made& made,
                      const AttributePairs& pairs) {
   const std::string_view text = made.runtimeText;
-  const auto tag = ElementTagAt(text, text.find("<", text.starts_with("<!--") ? 1 : 0));
+  const auto tag = ElementTagAt(text, text.find('<', text.starts_with("<!--") ? 1 : 0));
   if (!tag) return false;
   auto pair = pairs.begin();
   for (const ElementTag::Attribute& attribute : tag->attributes) {

@@ -8,10 +8,9 @@
 #include <vector>
 
 #include "document/adopt/Adopt.h"
+#include "document/adopt/TagControl.h"
 
 namespace kvo::adopt {
-
-using Bag = std::vector<MemoryBag::Entry>;
 
 // A control that a page is to hold, in the page's encoding.
 struct Made {

@@ -104,7 +104,8 @@ class PlaceholderTaker {
     for (Placeholder& found : finder.Find(bytes_)) {
       while (control != inspection_.controls.end() && control->end <= found.begin) ++control;
       if (control != inspection_.controls.end() && control->begin < found.end) continue;
-      Hit hit{std::move(found), around.At(found.begin)};
+      const Surroundings here = around.At(found.begin);
+      Hit hit{std::move(found), here};
       for (; tag != tags_.end() && tag->begin < hit.found.end; ++tag)
         if (!tag->edits.empty()) tagsEnd = std::max(tagsEnd, tag->end);
       hit.insideTag = hit.found.begin < tagsEnd || IsInRuntimeTag(hit.around);

@@ -17,7 +17,6 @@
 namespace kvo::adopt {
 namespace {
 
-using Bag = std::vector<MemoryBag::Entry>;
 using page::npos;
 
 constexpr std::string_view kAttributeSeparator = "||";

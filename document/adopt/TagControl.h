@@ -13,6 +13,8 @@
 
 namespace kvo::adopt {
 
+using Bag = std::vector<MemoryBag::Entry>;
+
 // A runtime text in its parts. All texts are UTF-8, as written and not decoded.
 struct WrittenTag {
   std::string prefix;  // without the ":"
@@ -25,7 +27,7 @@ struct WrittenTag {
 
 // The bag of a control that writes the text, or why there is none.
 struct TagControl {
-  std::optional<std::vector<MemoryBag::Entry>> bag;
+  std::optional<Bag> bag;
   Message reason;
 };
 
@@ -37,7 +39,6 @@ TagControl ControlOf(const ControlClass& contract, const WrittenTag& tag);
 bool Writes(const ControlClass& contract, std::string_view attribute);
 
 // The bag as a control of the class stores it, if that keeps the runtime text; else the given one.
-std::vector<MemoryBag::Entry> AsStored(const ControlClass& contract,
-                                       std::vector<MemoryBag::Entry> bag);
+Bag AsStored(const ControlClass& contract, Bag bag);
 
 }  // namespace kvo::adopt
