@@ -8,6 +8,7 @@
 #include "document/page/File.h"
 #include "document/page/Messages.h"
 #include "document/preview/Records.h"
+#include "document/uses/References.h"
 
 namespace kvo {
 namespace {
@@ -27,6 +28,19 @@ page::TextEdits OfficeEdits(const std::string& contents, const std::string& file
 
 std::string_view GroupOf(const uses::Name& name) {
   return name.kind == uses::Kind::contactField ? preview::kCustomer : preview::kOrder;
+}
+
+// Whether a text has a word, in any case.
+bool HasWord(std::string_view text, std::string_view word) {
+  const std::string lowered = Lowered(text);
+  const std::string wanted = Lowered(word);
+  const auto isInside = [&](std::size_t at) {
+    return at < lowered.size() && uses::IsNameCharacter(lowered[at]);
+  };
+  for (std::size_t at = lowered.find(wanted); at != std::string::npos;
+       at = lowered.find(wanted, at + 1))
+    if ((at == 0 || !isInside(at - 1)) && !isInside(at + wanted.size())) return true;
+  return false;
 }
 
 // Calls `read` with the records; no for a faulty file, which other commands report.
@@ -87,9 +101,8 @@ bool RecordsHave(const std::string& file, const uses::Name& name) {
 }
 
 bool QueryMayHave(const std::string& file, const uses::Name& name) {
-  return InRecords(file, [&](const preview::RecordsFile& found) {
-    return Lowered(found.query).find(Lowered(name.text)) != std::string::npos;
-  });
+  return InRecords(
+      file, [&](const preview::RecordsFile& found) { return HasWord(found.query, name.text); });
 }
 
 }  // namespace kvo

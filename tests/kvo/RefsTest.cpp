@@ -214,6 +214,11 @@ TEST_F(RenameRecords, WithTheOffice) {
   EXPECT_EQ(Read("mails/old/preview.json"), "{\"records\":[{\"customer\":{\"Town\" : null}}]}\r\n");
 }
 
+TEST_F(RenameRecords, WithAQueryOfOtherColumns) {
+  Write("mails/old/preview.json", "{\"query\":\"SELECT CityCode, Capa\"}");
+  EXPECT_EQ(Kvo(rename_).err.find("The query in mails/old/preview.json"), std::string::npos);
+}
+
 TEST_F(RenameRecords, AppearInTheDiff) {
   std::vector<std::string> dry = rename_;
   dry.emplace_back("--dry-run");
