@@ -290,7 +290,10 @@ QMimeData* SourceEdit::MimeOf(const PageText& part, const std::optional<QString>
   auto* mime = new QMimeData;
   mime->setData(kFragmentType, QByteArray::fromStdString(fragment));
   const std::string page = Published(std::string(kUtf8Declaration) + fragment);
-  const QString published = ToQt(std::string_view(page).substr(kUtf8Declaration.size()));
+  // What has errors cannot be published: other programs get it as it is written.
+  const QString published =
+      ToQt(page.empty() ? std::string_view(fragment)
+                        : std::string_view(page).substr(kUtf8Declaration.size()));
   mime->setText(plain.value_or(published));
   if (plain) mime->setHtml(published);
   return mime;

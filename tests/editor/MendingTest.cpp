@@ -1,5 +1,6 @@
 // The problems of a page in the editor: their places, the keys that go through them, their fixes.
 #include <QApplication>
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QTextBlock>
@@ -107,6 +108,15 @@ TEST_F(MendingTest, ChangesNothingWithoutASureFix) {
   Press(source, Qt::Key_Period, Qt::ControlModifier);
   EXPECT_EQ(Bytes(), kPage);
   EXPECT_EQ(window->Page().UndoName(), "");
+}
+
+TEST_F(MendingTest, CopiesAFaultyPlaceAsItIsWritten) {
+  window->Source().selectAll();
+  Press(window->Source(), Qt::Key_C, Qt::ControlModifier);
+  EXPECT_TRUE(QGuiApplication::clipboard()->text().contains("DTCPrnt"));
+  window->Source().GoTo(0);
+  Press(window->Source(), Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Bytes(), kPage + kPage);
 }
 
 TEST_F(MendingTest, OffersTheFixInTheMenuOfARow) {
