@@ -148,14 +148,15 @@ void TakeOverDialog::AddRow(const adopt::Find& find) {
   }
 }
 
-// The find, with a few words around it.
+// The find, with a few words around it in its line.
 QString TakeOverDialog::ContextOf(const adopt::Find& find) const {
   constexpr int kAround = 20;
   const int begin = places_.PositionOf(find.begin);
   const QString& all = page_.Text();
-  const int from = std::max(0, begin - kAround);
-  return (all.mid(from, begin - from) + ToQt(find.text) +
-          all.mid(places_.PositionOf(find.end), kAround))
+  const QString before = all.left(begin).section(kLineBreakCharacter, -1);
+  const QString after = all.mid(places_.PositionOf(find.end)).section(kLineBreakCharacter, 0, 0);
+  return ((before.size() > kAround ? "…" : "") + before.right(kAround) + ToQt(find.text) +
+          after.left(kAround))
       .simplified();
 }
 
