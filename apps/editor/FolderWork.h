@@ -1,25 +1,21 @@
-// Reads the pages of a folder in the background, one after the other.
+// Reads the pages of a folder and its subfolders in the background, one after the other.
 #pragma once
 
 #include <QObject>
-#include <QString>
+#include <QStringList>
 #include <QThreadPool>
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
-#include <vector>
 
 namespace kvo::editor {
 
 struct FolderPage {
-  QString file;
-  std::optional<std::string> bytes;  // of the page in the editor; nothing: read the file
+  QString file;   // empty for a page without one
+  QString shown;  // its path below the folder
+  bool isOpen = false;
 };
-
-// Returns the pages beside an open one, which comes first, in the order of their names.
-std::vector<FolderPage> PagesBeside(const QString& openFile, std::string openBytes);
 
 class FolderWork {
  public:
@@ -30,14 +26,17 @@ class FolderWork {
   FolderWork& operator=(const FolderWork&) = delete;
 
   struct Job {
-    // Runs in the background for each page. Files that cannot be read are left out.
+    // Runs in the background for each page: the open one first, then the others as `kvo` finds
+    // them in the folder.
     std::function<void(const FolderPage& page, const std::string& bytes)> each;
-    // Run on the thread that started the job. `unread` are the files that could not be read.
-    std::function<void(int pages)> progress;
-    std::function<void(const std::vector<QString>& unread)> done;
+    // Run on the thread that started the job. `unread` says which pages and folders could not be
+    // read.
+    std::function<void(int pages, int of)> progress;
+    std::function<void(const QStringList& unread)> done;
   };
-  // Drops an earlier job without reporting its result.
-  void Start(std::vector<FolderPage> pages, Job job);
+  // Works on the folder of an open page, which counts as it is in the editor. Drops an earlier job
+  // without reporting its result.
+  void Start(const QString& openFile, std::string openBytes, Job job);
   void Cancel();
 
  private:

@@ -29,6 +29,7 @@
 #include "apps/editor/PropertyBrowser.h"
 #include "apps/editor/ToolBar.h"
 #include "apps/editor/Toolbox.h"
+#include "apps/editor/UsesPanel.h"
 #include "apps/editor/Views.h"
 #include "apps/editor/Welcome.h"
 #include "apps/editor/WhereUsed.h"
@@ -61,7 +62,7 @@ constexpr int kNarrowestPanel = 185;  // for the longest name of a tool
 
 constexpr char kGeometry[] = "geometry";
 constexpr char kState[] = "state";
-constexpr int kStateVersion = 2;
+constexpr int kStateVersion = 3;
 
 }  // namespace
 
@@ -78,6 +79,7 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
       toolbox_(new Toolbox(this)),
       outline_(new OutlinePanel(this)),
       problems_(new ProblemsPanel(this)),
+      usesList_(new UsesPanel(this)),
       browser_(new PropertyBrowser(this)),
       runtime_(new TextPanel(Text(words::kRuntimeText), this)),
       output_(new TextPanel(Text(words::kOutput), this)),
@@ -89,7 +91,7 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
       editing_(std::make_unique<DesignEditing>(*this, Page(), *source_, *design_)),
       mending_(std::make_unique<Mending>(*this, Page(), *source_, *problems_)),
       previewing_(std::make_unique<Previewing>(*session_, *this, *preview_)),
-      uses_(std::make_unique<WhereUsed>(*session_, *this, *source_, *this)),
+      uses_(std::make_unique<WhereUsed>(*session_, *this, *source_, *usesList_, *this)),
       analyst_(std::make_unique<Analyst>(
           [this](const std::shared_ptr<const Analysis>& analysis) { Analysed(analysis); })) {
   UseResources();
@@ -115,8 +117,10 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
   Dock(words::kRuntimeText, "runtime", runtime_, Qt::RightDockWidgetArea);
   QDockWidget* problems = Dock(words::kProblems, "problems", problems_, Qt::BottomDockWidgetArea);
   QDockWidget* output = Dock(words::kOutput, "output", output_, Qt::BottomDockWidgetArea);
+  QDockWidget* uses = Dock(words::kWhereUsedTitle, "uses", usesList_, Qt::BottomDockWidgetArea);
   tabifyDockWidget(problems, output);
-  for (QDockWidget* folded : {problems, output}) folded->hide();
+  tabifyDockWidget(output, uses);
+  for (QDockWidget* folded : {problems, output, uses}) folded->hide();
   resizeDocks({outline, properties}, {250, 270}, Qt::Horizontal);
   resizeDocks({toolbox, outline}, {400, 250}, Qt::Vertical);
   resizeDocks({problems}, {150}, Qt::Vertical);
@@ -168,10 +172,12 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
     GoToPlace(control, position, goes);
   };
   preview_->onShowProblems = [this] { ShowProblems(); };
-  uses_->onShow = [this](int position, bool isControl) {
+  uses_->onShow = [this](int position, bool isControl, bool goes) {
     if (!isControl) NeedSource();
-    GoToPlace({}, position, false);
+    GoToPlace({}, position, goes);
   };
+  uses_->onShowPanel = [this] { ShowPanel(*usesList_); };
+  usesList_->onLeave = [this] { FocusPage(); };
   design_->onBoxClicked = [this](int index) { GoToIndex(index, false); };
   design_->onBoxDoubleClicked = [this](int index) { GoToIndex(index, true); };
 

@@ -31,6 +31,7 @@ class PropertyBrowser;
 class TextPanel;
 class ToolBar;
 class Toolbox;
+class UsesPanel;
 class Views;
 class Welcome;
 class WhereUsed;
@@ -60,6 +61,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   FindBar& Finder() { return *find_; }
   WhereUsed& Uses() { return *uses_; }
   ProblemsPanel& Problems() { return *problems_; }
+  UsesPanel& UsesList() { return *usesList_; }
   TextPanel& RuntimeText() { return *runtime_; }
   TextPanel& Output() { return *output_; }
   // The latest analysis; nullptr before the first.
@@ -153,6 +155,7 @@ class MainWindow final : public QMainWindow, public SessionUser {
   Toolbox* toolbox_;
   OutlinePanel* outline_;
   ProblemsPanel* problems_;
+  UsesPanel* usesList_;
   PropertyBrowser* browser_;
   TextPanel* runtime_;
   TextPanel* output_;

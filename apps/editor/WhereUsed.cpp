@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <set>
 
-#include "apps/editor/UsesDialog.h"
+#include "apps/editor/UsesPanel.h"
 #include "apps/editor/Words.h"
 #include "document/office/OfficeFile.h"
 #include "document/uses/References.h"
@@ -33,10 +33,6 @@ bool Holds(const uses::Use& use, std::size_t offset) {
   return offset + before >= use.begin && offset <= use.end + (isPath ? 1 : 0);
 }
 
-QString NameOf(const QString& file) {
-  return file.isEmpty() ? Text(words::kUntitled) : QFileInfo(file).fileName();
-}
-
 QString Counted(std::size_t count, const Localized& one, const Localized& many) {
   return Text(count == 1 ? one : many, {QString::number(count)});
 }
@@ -45,7 +41,11 @@ QString CountedPlaces(std::size_t count) {
 }
 QString CountedPages(std::size_t count) { return Counted(count, words::kOnePage, words::kPages); }
 
-constexpr std::size_t kMostShown = 5;  // of the places that cannot be renamed
+// The first few of a list, one on each line.
+QString FirstOf(const QStringList& list) {
+  constexpr qsizetype kMost = 5;
+  return list.mid(0, kMost).join('\n') + (list.size() > kMost ? "\n…" : "");
+}
 
 }  // namespace
 
@@ -66,20 +66,29 @@ struct WhereUsed::Renames {
   QStringList merged;  // the pages that use the new name already
 };
 
-UsesDialog& WhereUsed::Dialog() {
-  if (dialog_ != nullptr) return *dialog_;
-  dialog_ = new UsesDialog(&window_);
-  dialog_->onGoTo = [this](int row) { GoTo(row); };
-  dialog_->onRename = [this] { Rename(); };
-  dialog_->onStop = [this] {
-    work_.Cancel();
-    if (std::exchange(searching_, false)) dialog_->End(Text(words::kUsesCancelled), {}, false);
-  };
-  return *dialog_;
+WhereUsed::WhereUsed(Session& session, SessionUser& user, SourceEdit& source, UsesPanel& panel,
+                     QWidget& window)
+    : session_(session), user_(user), source_(source), panel_(panel), window_(window) {
+  panel_.onShow = [this](int row, bool goes) { Show(row, goes); };
+  panel_.onRename = [this] { Rename(); };
+  panel_.onStop = [this] { Stop(); };
 }
 
-std::vector<FolderPage> WhereUsed::Pages() const {
-  return PagesBeside(session_.File().Name(), session_.Page().Content().Bytes());
+void WhereUsed::Start(FolderWork::Job job) {
+  searching_ = true;
+  panel_.Begin(Text(words::kSearchingUses, {word_}));
+  job.progress = [this](int pages, int of) { panel_.ShowProgress(pages, of); };
+  work_.Start(session_.File().Name(), session_.Page().Content().Bytes(), std::move(job));
+}
+
+void WhereUsed::End() {
+  searching_ = false;
+  panel_.End(heading_, mayRename_);
+}
+
+void WhereUsed::Stop() {
+  work_.Cancel();
+  End();
 }
 
 std::vector<QString> WhereUsed::WordsAtCaret() const {
@@ -140,48 +149,45 @@ void WhereUsed::Ask() {
 void WhereUsed::Search(const QString& word) {
   word_ = word;
   found_.clear();
-  searching_ = true;
-  std::vector<FolderPage> pages = Pages();
-  Dialog().Begin(Text(words::kSearchingUses, {word}), static_cast<int>(pages.size()));
-  Dialog().show();
-  Dialog().raise();
+  panel_.Show({});
+  heading_ = Text(words::kUsesCancelled);
+  mayRename_ = false;
+  onShowPanel();
   const auto result = std::make_shared<Uses>();
-  work_.Start(std::move(pages),
-              {[result, name = FromQt(word)](const FolderPage& each, const std::string& bytes) {
-                 const page::Page page(bytes);
-                 const uses::PageUses all = uses::FindUses(page);
-                 std::size_t number = 0;
-                 for (const uses::Use& use : UsesOfWord(name, all.uses)) {
-                   QString text = ToQt(uses::Excerpt(page, all.controls, use));
-                   if (use.control != uses::Use::kNoControl) {
-                     const page::FoundControl& control = all.controls[use.control];
-                     text = ToQt(control.id.empty() ? control.className : control.id) + ", " +
-                            ToQt(use.property) + ": " + text;
-                   }
-                   result->rows.push_back(
-                       {NameOf(each.file),
-                        QString("%1:%2").arg(use.place.line).arg(use.place.column), text});
-                   result->found.push_back({each.file, number++});
-                   result->pages.insert(each.file);
-                 }
-               },
-               [this](int count) { dialog_->ShowProgress(count); },
-               [this, result](const std::vector<QString>& unread) { ShowUses(*result, unread); }});
+  Start({[result, name = FromQt(word)](const FolderPage& each, const std::string& bytes) {
+           const page::Page page(bytes);
+           const uses::PageUses all = uses::FindUses(page);
+           std::size_t number = 0;
+           for (const uses::Use& use : UsesOfWord(name, all.uses)) {
+             QString text = ToQt(uses::Excerpt(page, all.controls, use));
+             if (use.control != uses::Use::kNoControl) {
+               const page::FoundControl& control = all.controls[use.control];
+               text = ToQt(control.id.empty() ? control.className : control.id) + ", " +
+                      ToQt(use.property) + ": " + text;
+             }
+             result->rows.push_back(
+                 {each.shown, QString("%1:%2").arg(use.place.line).arg(use.place.column), text});
+             result->found.push_back({each.file, number++});
+             result->pages.insert(each.file);
+           }
+         },
+         {},
+         [this, result](const QStringList& unread) { ShowUses(*result, unread); }});
 }
 
-void WhereUsed::ShowUses(const Uses& uses, const std::vector<QString>& unread) {
-  searching_ = false;
+void WhereUsed::ShowUses(const Uses& uses, const QStringList& unread) {
   found_ = uses.found;
-  QString heading = uses.rows.empty()
-                        ? Text(words::kUsedNowhere, {word_})
-                        : Text(words::kUsedIn, {word_, CountedPlaces(uses.rows.size()),
-                                                CountedPages(uses.pages.size())});
-  for (const QString& file : unread) heading += '\n' + Text(words::kUnreadPage, {NameOf(file)});
+  panel_.Show(uses.rows);
+  heading_ = uses.rows.empty() ? Text(words::kUsedNowhere, {word_})
+                               : Text(words::kUsedIn, {word_, CountedPlaces(uses.rows.size()),
+                                                       CountedPages(uses.pages.size())});
+  if (!unread.isEmpty()) heading_ += '\n' + FirstOf(unread);
   const bool isClass = uses::NamesMeant(FromQt(word_)).front().kind == uses::Kind::controlClass;
-  dialog_->End(heading, uses.rows, !uses.rows.empty() && !isClass);
+  mayRename_ = !uses.rows.empty() && !isClass;
+  End();
 }
 
-void WhereUsed::GoTo(int row) {
+void WhereUsed::Show(int row, bool goes) {
   if (row < 0 || static_cast<std::size_t>(row) >= found_.size()) return;
   const auto [file, number] = found_[static_cast<std::size_t>(row)];
   if (file != session_.File().Name() && !session_.Open(file)) return;
@@ -192,7 +198,8 @@ void WhereUsed::GoTo(int row) {
   if (same.empty()) return;
   const uses::Use& use = same[std::min(number, same.size() - 1)];
   const bool inControl = use.control != uses::Use::kNoControl;
-  onShow(places.PositionOf(inControl ? all.controls[use.control].begin : use.begin), inControl);
+  onShow(places.PositionOf(inControl ? all.controls[use.control].begin : use.begin), inControl,
+         goes);
 }
 
 // --- renaming ---
@@ -200,7 +207,7 @@ void WhereUsed::GoTo(int row) {
 void WhereUsed::Rename() {
   bool chosen = false;
   const QString word =
-      QInputDialog::getText(dialog_, Text(words::kRenameTitle), Text(words::kNewName, {word_}),
+      QInputDialog::getText(&window_, Text(words::kRenameTitle), Text(words::kNewName, {word_}),
                             QLineEdit::Normal, word_, &chosen);
   if (!chosen || word == word_) return;
   const auto result = std::make_shared<Renames>();
@@ -209,44 +216,36 @@ void WhereUsed::Rename() {
     return true;
   });
   if (!meant) return;
-  searching_ = true;
-  std::vector<FolderPage> pages = Pages();
-  dialog_->Begin(Text(words::kSearchingUses, {word_}), static_cast<int>(pages.size()));
-  work_.Start(std::move(pages),
-              {[result](const FolderPage& each, const std::string& bytes) {
-                 const uses::Renamed renamed = uses::Rename(page::Page(bytes), result->renaming);
-                 for (const uses::KeptUse& kept : renamed.kept)
-                   result->kept.append(QString("%1:%2:%3: ")
-                                           .arg(NameOf(each.file))
-                                           .arg(kept.use.place.line)
-                                           .arg(kept.use.place.column) +
-                                       ToQt(kept.why.In(UserLanguage())));
-                 if (renamed.uses.empty()) return;
-                 result->places += renamed.uses.size();
-                 ++result->pages;
-                 if (!renamed.merged.empty()) result->merged.append(NameOf(each.file));
-                 if (!each.bytes)
-                   result->others.push_back(
-                       {FileName(each.file), page::Applied(bytes, renamed.edits), bytes});
-               },
-               [this](int count) { dialog_->ShowProgress(count); },
-               [this, result](const std::vector<QString>& unread) {
-                 searching_ = false;
-                 for (const QString& file : unread)
-                   result->kept.append(Text(words::kUnreadPage, {NameOf(file)}));
-                 AskAndRename(*result);
-               }});
+  Start({[result](const FolderPage& each, const std::string& bytes) {
+           const uses::Renamed renamed = uses::Rename(page::Page(bytes), result->renaming);
+           for (const uses::KeptUse& kept : renamed.kept)
+             result->kept.append(QString("%1:%2:%3: ")
+                                     .arg(each.shown)
+                                     .arg(kept.use.place.line)
+                                     .arg(kept.use.place.column) +
+                                 ToQt(kept.why.In(UserLanguage())));
+           if (renamed.uses.empty()) return;
+           result->places += renamed.uses.size();
+           ++result->pages;
+           if (!renamed.merged.empty()) result->merged.append(each.shown);
+           if (!each.isOpen)
+             result->others.push_back(
+                 {FileName(each.file), page::Applied(bytes, renamed.edits), bytes});
+         },
+         {},
+         [this, result](const QStringList& unread) {
+           End();
+           result->kept += unread;
+           AskAndRename(*result);
+         }});
 }
 
 void WhereUsed::AskAndRename(const Renames& renames) {
   const auto [from, to] = renames.renaming;
   const QString newWord = ToQt(uses::Written(to));
-  const auto stop = [this] { Search(word_); };
   if (!renames.kept.isEmpty()) {
-    QStringList shown = renames.kept.mid(0, kMostShown);
-    if (renames.kept.size() > static_cast<qsizetype>(kMostShown)) shown.append("…");
-    user_.Tell(Text(words::kCannotRename, {word_, shown.join('\n')}));
-    return stop();
+    user_.Tell(Text(words::kCannotRename, {word_, FirstOf(renames.kept)}));
+    return;
   }
   const auto office = OfficeChange(renames.renaming);
   QString question = Text(words::kRenameQuestion, {word_, newWord, CountedPlaces(renames.places),
@@ -256,21 +255,22 @@ void WhereUsed::AskAndRename(const Renames& renames) {
   if (!renames.others.empty()) question += "\n\n" + Text(words::kRenameWrites);
   std::vector<Answer> answers = {{Answer::Kind::agrees, words::kRename}};
   if (office) {
-    question += "\n\n" + Text(words::kRenameInOffice, {NameOf(session_.OfficeFile())});
+    question +=
+        "\n\n" + Text(words::kRenameInOffice, {QFileInfo(session_.OfficeFile()).fileName()});
     answers.push_back({Answer::Kind::acts, words::kRenameOfficeToo});
   }
   answers.push_back({Answer::Kind::refuses, words::kCancel});
   const std::size_t last = answers.size() - 1;
   const std::size_t answer =
       user_.Ask({question, std::move(answers), 0, !renames.merged.isEmpty()});
-  if (answer == last) return stop();
+  if (answer == last) return;
   const bool written = user_.Guarded([&] {
     std::vector<page::FileChange> changes = renames.others;
     if (office && answer == 1) changes.push_back(*office);
     page::WriteAll(changes);
     return true;
   });
-  if (!written) return stop();
+  if (!written) return;
   PageDocument& page = session_.Page();
   const std::string bytes = page.Content().Bytes();
   const page::TextEdits edits = uses::Rename(page::Page(bytes), renames.renaming).edits;

@@ -1,5 +1,5 @@
-// "Where is this field used?": finds the uses of a name in the pages of the page's folder, and
-// renames it there.
+// "Where is this field used?": finds the uses of a name in the pages of the page's folder and its
+// subfolders, and renames it there.
 #pragma once
 
 #include <QString>
@@ -17,23 +17,24 @@
 
 namespace kvo::editor {
 
-class UsesDialog;
+class UsesPanel;
 struct UseRow;
 
 class WhereUsed {
  public:
-  WhereUsed(Session& session, SessionUser& user, SourceEdit& source, QWidget& window)
-      : session_(session), user_(user), source_(source), window_(window) {}
+  WhereUsed(Session& session, SessionUser& user, SourceEdit& source, UsesPanel& panel,
+            QWidget& window);
 
   // Searches for the field at the caret: of the control, or of the reference in the text. Asks for
   // a name where there is none or more than one.
   void Ask();
   // Searches for a name as the user writes it: "customer.City", an id, a class.
   void Search(const QString& word);
-  // Shows a position of the page: a control, or a place that only the source surely shows.
-  std::function<void(int position, bool isControl)> onShow;
+  // Shows a position of the page: a control, or a place that only the source surely shows. With
+  // `goes`, the keyboard focus goes there.
+  std::function<void(int position, bool isControl, bool goes)> onShow;
+  std::function<void()> onShowPanel;
 
-  UsesDialog& Dialog();
   bool IsSearching() const { return searching_; }
 
  private:
@@ -47,21 +48,25 @@ class WhereUsed {
 
   std::vector<QString> WordsAtCaret() const;
   std::optional<QString> AskForWord(const std::vector<QString>& words, bool all);
-  void ShowUses(const Uses& uses, const std::vector<QString>& unread);
-  void GoTo(int row);
+  void ShowUses(const Uses& uses, const QStringList& unread);
+  void Show(int row, bool goes);
+  void Stop();
   void Rename();
   void AskAndRename(const Renames& renames);
-  std::vector<FolderPage> Pages() const;
+  void Start(FolderWork::Job job);
+  void End();
   // Returns the edit of the page's office; nothing when that does not list the field.
   std::optional<page::FileChange> OfficeChange(const uses::Renaming& renaming) const;
 
   Session& session_;
   SessionUser& user_;
   SourceEdit& source_;
+  UsesPanel& panel_;
   QWidget& window_;
-  UsesDialog* dialog_ = nullptr;
   QString word_;
   std::vector<Found> found_;
+  QString heading_;  // of the list
+  bool mayRename_ = false;
   bool searching_ = false;
   FolderWork work_;
 };

@@ -241,6 +241,9 @@ inline constexpr Localized kNoProblems = {
     "Keine Probleme. Fehler, mit denen sich die Seite nicht veröffentlichen lässt, und Warnungen "
     "stehen hier.",
     "No problems. Errors that keep the page from being published, and warnings, appear here."};
+inline constexpr Localized kNoUses = {
+    "Mit Strg+Umschalt+F auf einem Feld oder Control stehen hier alle Stellen, die es verwenden.",
+    "Press Ctrl+Shift+F on a field or control to list all places that use it."};
 inline constexpr Localized kNoRuntimeText = {
     "Wählen Sie ein Control. Hier steht dann, was es für die Template-Engine schreibt.",
     "Select a control to see what it writes for the template engine."};
@@ -355,15 +358,15 @@ inline constexpr Localized kWhereUsedTitle = {"Wo wird es verwendet?", "Where is
 inline constexpr Localized kWhichName = {
     "Welches Feld? („customer.“ oder „order.“ und sein Name; auch die id eines Controls)",
     "Which field? (\"customer.\" or \"order.\" and its name; or the id of a control)"};
-inline constexpr Localized kClose = {"&Schließen", "&Close"};
 inline constexpr Localized kUsePage = {"Seite", "Page"};
 inline constexpr Localized kUse = {"Verwendung", "Use"};
 inline constexpr Localized kSearchingUses = {"{} wird in den Seiten des Ordners gesucht …",
                                              "Searching the pages of the folder for {} …"};
 inline constexpr Localized kUsesCancelled = {"Abgebrochen", "Cancelled"};
 inline constexpr Localized kUsedIn = {"{}: {} in {} dieses Ordners", "{}: {} in {} of this folder"};
-inline constexpr Localized kUsedNowhere = {"{} kommt in den Seiten dieses Ordners nicht vor.",
-                                           "{} is not used in the pages of this folder."};
+inline constexpr Localized kUsedNowhere = {
+    "{} kommt in den Seiten dieses Ordners und seiner Unterordner nicht vor.",
+    "{} is not used in the pages of this folder and its subfolders."};
 inline constexpr Localized kUnreadPage = {"{} lässt sich nicht lesen.", "{} cannot be read."};
 inline constexpr Localized kOnePlace = {"{} Stelle", "{} place"};
 inline constexpr Localized kPlaces = {"{} Stellen", "{} places"};

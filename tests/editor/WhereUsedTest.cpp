@@ -1,16 +1,19 @@
-// Finding the uses of a name in the pages of a folder, and renaming it there.
+// Finding the uses of a name in the pages of a folder and its subfolders, and renaming it there.
 #include "apps/editor/WhereUsed.h"
 
 #include <QDir>
+#include <QDockWidget>
+#include <QFile>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTreeWidget>
+#include <fstream>
 
 #include "apps/editor/SourceEdit.h"
-#include "apps/editor/UsesDialog.h"
+#include "apps/editor/UsesPanel.h"
 #include "tests/editor/EditorTest.h"
 
 namespace kvo::editor {
@@ -33,8 +36,8 @@ class WhereUsedTest : public testing::Test {
   }
 
   std::string Bytes() const { return window->Page().Content().Bytes(); }
-  QTreeWidget& List() { return *window->Uses().Dialog().findChild<QTreeWidget*>(); }
-  QString Heading() { return window->Uses().Dialog().findChild<QLabel*>()->text(); }
+  QTreeWidget& List() { return *window->UsesList().findChild<QTreeWidget*>(); }
+  QString Heading() { return window->UsesList().findChild<QLabel*>()->text(); }
   QStringList Rows() {
     QStringList rows;
     for (int row = 0; row < List().topLevelItemCount(); ++row) {
@@ -56,12 +59,12 @@ class WhereUsedTest : public testing::Test {
     Wait();
   }
   QPushButton* Button(const QString& caption) {
-    for (auto* button : window->Uses().Dialog().findChildren<QPushButton*>())
+    for (auto* button : window->UsesList().findChildren<QPushButton*>())
       if (button->text() == caption) return button;
     ADD_FAILURE() << caption.toStdString();
     return nullptr;
   }
-  // Renames by the dialog's button; `answer` closes the question or message that follows.
+  // Renames by the panel's button; `answer` closes the question or message that follows.
   void RenameTo(const QString& name, const std::function<void(QMessageBox&)>& answer) {
     bool asked = false;
     const auto close = [&](QWidget& dialog) {
@@ -90,6 +93,68 @@ TEST_F(WhereUsedTest, ListsUsesInAllPagesOfTheFolder) {
                                  "b.html 1:14 <p>#customer.City# #order.City#</p>",
                                  "c.htm 1:100 Zwei, Value: #customer.City#"}));
   EXPECT_EQ(Heading(), "customer.City: 3 Stellen in 3 Seiten dieses Ordners");
+}
+
+TEST_F(WhereUsedTest, SearchesSubfoldersAsTheCommandDoes) {
+  QDir folder(desk.Path("."));
+  for (const char* name : {"b", "b/tief", ".verborgen", "nicht.html"}) folder.mkpath(name);
+  for (const char* name : {"b/tief/Z.HTML", "b/a.html", ".verborgen/v.html", "b/.v.html"})
+    desk.Put(name, "#customer.City#");
+  // Links to folders are not followed, and a file with two names is one.
+  ASSERT_TRUE(QFile::link(desk.Path("b"), desk.Path("link")));
+  ASSERT_TRUE(QFile::link(desk.Path("b/a.html"), desk.Path("z.html")));
+  ASSERT_TRUE(QFile::link(desk.Path("a.html"), desk.Path("b/offen.html")));
+  SearchFromControl();
+  EXPECT_EQ(Rows(), (QStringList{"a.html 1:94 Ort, Field: City", "b/a.html 1:11 #customer.City#",
+                                 "b/tief/Z.HTML 1:11 #customer.City#",
+                                 "b.html 1:14 <p>#customer.City# #order.City#</p>",
+                                 "c.htm 1:100 Zwei, Value: #customer.City#"}));
+  RenameTo("customer.Town", [](QMessageBox& box) { PressButton(box, "Umbenennen"); });
+  EXPECT_EQ(desk.Bytes("b/tief/Z.HTML"), "#customer.Town#");
+  EXPECT_EQ(desk.Bytes("b/a.html"), "#customer.Town#");
+  EXPECT_EQ(desk.Bytes(".verborgen/v.html"), "#customer.City#");
+  EXPECT_TRUE(QFileInfo(desk.Path("z.html")).isSymLink());
+}
+
+TEST_F(WhereUsedTest, IsAPanelThatEscapeLeaves) {
+  auto* dock = window->findChild<QDockWidget*>("uses");
+  ASSERT_NE(dock, nullptr);
+  EXPECT_TRUE(dock->isHidden());
+  SearchFromControl();
+  EXPECT_TRUE(dock->isVisible());
+  EXPECT_FALSE(dock->isFloating());
+  EXPECT_TRUE(List().hasFocus());
+  window->Source().Reveal(8);
+  QTest::keyClick(&List(), Qt::Key_Return);
+  EXPECT_TRUE(window->Source().hasFocus());
+  EXPECT_EQ(window->Source().CurrentControl(), 3);
+  List().setFocus();
+  QTest::keyClick(&List(), Qt::Key_Down);
+  QTest::keyClick(&List(), Qt::Key_Escape);
+  EXPECT_TRUE(window->Source().hasFocus());
+  EXPECT_EQ(window->Work().Title(), "a.html");
+  EXPECT_TRUE(dock->isVisible());
+  List().setFocus();
+  QTest::keyClick(&List(), Qt::Key_Return);  // in another page
+  EXPECT_EQ(window->Work().Title(), "b.html");
+  EXPECT_TRUE(window->Source().hasFocus());
+}
+
+TEST_F(WhereUsedTest, NamesPagesThatCannotBeRead) {
+  const std::string name = desk.Path("b").toStdString() + "/\xFF.html";
+  QDir(desk.Path(".")).mkpath("b");
+  std::ofstream(name) << "#customer.City#";
+  SearchFromControl();
+  EXPECT_EQ(Rows().size(), 3);
+  EXPECT_TRUE(Heading().contains("kein gültiges UTF-8")) << Heading().toStdString();
+  QString told;
+  RenameTo("customer.Town", [&](QMessageBox& box) {
+    told = box.text();
+    QTest::keyClick(&box, Qt::Key_Escape);
+  });
+  EXPECT_TRUE(told.contains("kein gültiges UTF-8")) << told.toStdString();
+  EXPECT_EQ(desk.Bytes("b.html"), "<p>#customer.City# #order.City#</p>\n");
+  std::remove(name.c_str());  // the temporary folder cannot
 }
 
 TEST_F(WhereUsedTest, SearchesThePageAsItIsInTheEditor) {
