@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "apps/editor/ProblemMarks.h"
 #include "apps/editor/SourceLines.h"
 #include "common/values/RuntimeError.h"
 #include "document/check/Check.h"
@@ -192,6 +193,7 @@ Analysis Analyse(const AnalysisRequest& request, const Analysis* before) {
     lines.Translate(problem);
     analysis.problems.push_back({position, end, std::move(problem)});
   }
+  analysis.marks = MarksOf(analysis.problems, *analysis.rendering);
 
   page::StringSink sink;
   if (!page::HasErrors(page::Publish(page, sink)))

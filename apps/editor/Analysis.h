@@ -37,6 +37,14 @@ struct ProblemEntry {
   page::Problem problem;  // its place is that in the source view
 };
 
+// Where the design view marks a problem.
+struct ProblemMark {
+  int box = -1;  // the number of the control; -1 for a problem of the page's own text
+  design::RenderedPlace place;
+  bool isError = false;
+  QString tip;
+};
+
 // The difference between two texts: the characters between their equal ends.
 struct Splice {
   qsizetype at = 0;
@@ -51,6 +59,7 @@ struct Analysis {
   int revision = 0;
   std::vector<OutlineEntry> outline;
   std::vector<ProblemEntry> problems;
+  std::vector<ProblemMark> marks;
   QString output;  // the published page; empty if there are errors
   QString design;  // HTML; each control is the picture of a box, with its number in `data-kvo`
   QHash<QString, Box> boxes;  // by what follows kBoxUrl in the address of a picture

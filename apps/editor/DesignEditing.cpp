@@ -54,6 +54,7 @@ DesignEditing::DesignEditing(SessionUser& user, PageDocument& page, SourceEdit& 
     Moved(message, to);
   };
   view_.onSelected = [this](const DesignMessage& message) { Selected(message); };
+  view_.onQuietlySelected = [this] { revealing_ = false; };
   QObject::connect(qApp, &QApplication::focusChanged, &receiver_, [this](QWidget*, QWidget* now) {
     if (now == &source_) active_ = false;
     if (now != nullptr && view_.isAncestorOf(now)) active_ = true;
@@ -108,7 +109,8 @@ void DesignEditing::Analysed(const Analysis& analysis) {
   const Wanted wanted = *std::exchange(wanted_, std::nullopt);
   const auto from = rendering_->PlaceOf(static_cast<std::size_t>(wanted.begin));
   const auto to = rendering_->PlaceOf(static_cast<std::size_t>(wanted.end));
-  if (from && to) view_.Select(*from, *to);
+  revealing_ = from && to && wanted.quietly;
+  if (from && to) view_.Select(*from, *to, wanted.quietly);
   view_.Settle(answered_);
 }
 
@@ -301,6 +303,18 @@ void DesignEditing::FollowSource() {
   if (onUrgent) onUrgent();
 }
 
+void DesignEditing::Reveal(int position) {
+  source_.Reveal(position);
+  FollowSource();
+  wanted_->quietly = true;
+  if (const auto box = rendering_ ? rendering_->BoxAt(static_cast<std::size_t>(position))
+                                  : std::optional<std::size_t>()) {
+    const design::BoxPlace& place = rendering_->Boxes()[*box];
+    wanted_->begin = static_cast<int>(place.position);
+    wanted_->end = static_cast<int>(place.position + place.length);
+  }
+}
+
 // --- formats for typing ---
 
 void DesignEditing::TurnAround(const design::Selection& caret, const design::Format& format) {
@@ -394,7 +408,9 @@ void DesignEditing::Moved(const DesignMessage& message, const design::RenderedPl
 // --- selection ---
 
 void DesignEditing::Selected(const DesignMessage& message) {
-  if (!active_ || message.number != answered_ || IsOutdated(message)) return;
+  // What was selected before Reveal() is late.
+  const bool late = revealing_ || (wanted_ && wanted_->quietly);
+  if (!active_ || message.number != answered_ || IsOutdated(message) || late) return;
   const auto selection = Find(message);
   if (!selection) {
     source_.setTextCursor(page_.Range(static_cast<int>(rendering_->Near(message.from)),

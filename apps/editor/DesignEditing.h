@@ -33,6 +33,8 @@ class DesignEditing {
 
   // Whether the view had the keyboard focus after the source.
   bool IsActive() const { return active_; }
+  // Whether the author writes in the view.
+  bool IsInUse() const { return active_ && view_.isVisible(); }
   // An entry of the toolbox was dropped; the caret of the source is at the place.
   std::function<void(int entry)> onToolDropped;
 
@@ -46,6 +48,10 @@ class DesignEditing {
 
   // What the view should select after the page's next analysis: what the source has selected.
   void FollowSource();
+
+  // Selects the control at a position of the source, or puts the caret there, in both views: as
+  // near as the design view can, without moving the caret of the source to where that is.
+  void Reveal(int position);
 
   // What the selection has, for the tool bar.
   struct State {
@@ -109,8 +115,10 @@ class DesignEditing {
   struct Wanted {
     int begin;
     int end;
+    bool quietly = false;  // the view does not report the selection
   };
   std::optional<Wanted> wanted_;
+  bool revealing_ = false;  // the view is about to select quietly
 };
 
 }  // namespace kvo::editor

@@ -2,17 +2,20 @@
 
 #include <QBuffer>
 #include <QDragEnterEvent>
+#include <QHelpEvent>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMimeData>
 #include <QPainter>
+#include <QToolTip>
 #include <QWebEngineUrlRequestJob>
 
 #include "apps/editor/SourceEdit.h"
 #include "apps/editor/Toolbox.h"
 #include "apps/editor/Words.h"
 #include "host/qt/BoxPainter.h"
+#include "host/qt/QtText.h"
 
 namespace kvo::editor {
 
@@ -50,13 +53,24 @@ class DesignView::Source final : public PageSource {
 };
 
 // Makes the Tab key wrap around inside the view. It must not move into the source, which would
-// receive the next keys as text. Accepts drags from the toolbox and from source views.
+// receive the next keys as text. Accepts drags from the toolbox and from source views. Explains the
+// problems under the pointer.
 class DesignView::Browser final : public QWebEngineView {
  public:
   explicit Browser(DesignView& view) : view_(view) {}
 
  protected:
   bool focusNextPrevChild(bool) override { return true; }
+  bool event(QEvent* event) override {
+    QStringList tips;
+    if (event->type() == QEvent::ToolTip)
+      for (const std::size_t problem : view_.pointed_)
+        if (problem < view_.problems_.size()) tips.append(view_.problems_[problem].tip);
+    if (tips.isEmpty()) return QWebEngineView::event(event);
+    QToolTip::showText(dynamic_cast<QHelpEvent&>(*event).globalPos(), ToolTipOf(tips.join("\n\n")),
+                       this);
+    return true;
+  }
   void dragEnterEvent(QDragEnterEvent* event) override {
     if (!IsOurs(*event->mimeData())) return QWebEngineView::dragEnterEvent(event);
     event->acceptProposedAction();
@@ -149,8 +163,17 @@ class DesignView::Bridge final : public QObject {
                             const QJsonObject& to) const {
     if (view_.onSelected) view_.onSelected(Message(number, revision, from, to));
   }
+  Q_INVOKABLE void QuietlySelected() const {
+    if (view_.onQuietlySelected) view_.onQuietlySelected();
+  }
   Q_INVOKABLE void Asked(int revision, const QJsonObject& place) const {
     if (view_.onAsked) view_.onAsked(Message(0, revision, place, place));
+  }
+  // The numbers of the problems that are marked under the pointer.
+  Q_INVOKABLE void Pointed(const QJsonArray& problems) const {
+    view_.pointed_.clear();
+    for (const QJsonValue& number : problems)
+      view_.pointed_.push_back(static_cast<std::size_t>(number.toInt()));
   }
 
  private:
@@ -169,6 +192,7 @@ void DesignView::Show(const Analysis& analysis, bool written) {
   revision_ = analysis.revision;
   answered_ = analysis.answered;
   source_.boxes = analysis.boxes;
+  problems_ = analysis.marks;
   if (analysis.first || DoctypeOf(design_) != DoctypeOf(LoadedHtml())) return Reload();
   if (!IsLoaded()) return;  // Loaded() will show the latest state
   const Splice& change = analysis.designChange;
@@ -180,6 +204,7 @@ void DesignView::Show(const Analysis& analysis, bool written) {
           .arg(analysis.answered)
           .arg(written ? "true" : "false"));
   if (!written) wholeRevision_ = revision_;
+  ShowProblems();
 }
 
 void DesignView::Reload() {
@@ -197,6 +222,20 @@ void DesignView::Loaded() {
           .arg(answered_));
   wholeRevision_ = std::exchange(missed_, false) ? -1 : revision_;
   if (marked_ >= 0) Mark(marked_);
+  marksProblems_ = false;
+  ShowProblems();
+  if (onQuietlySelected) onQuietlySelected();  // the former document cannot say it any more
+}
+
+void DesignView::ShowProblems() {
+  if (problems_.empty() && !marksProblems_) return;
+  marksProblems_ = !problems_.empty();
+  QStringList marks;
+  for (const ProblemMark& mark : problems_)
+    marks.append(QString("{\"box\":%1,\"place\":%2,\"error\":%3}")
+                     .arg(mark.box)
+                     .arg(Written(mark.place), mark.isError ? "true" : "false"));
+  Run("kvo.problems([" + marks.join(',') + "])");
 }
 
 void DesignView::Mark(int index) {
@@ -220,8 +259,9 @@ void DesignView::Write(const design::RenderedPlace& place, const QString& text, 
   Run(QString("kvo.write(%1,%2,%3)").arg(Written(place), Literal(text)).arg(revision));
 }
 
-void DesignView::Select(const design::RenderedPlace& from, const design::RenderedPlace& to) {
-  Run(QString("kvo.select(%1,%2)").arg(Written(from), Written(to)));
+void DesignView::Select(const design::RenderedPlace& from, const design::RenderedPlace& to,
+                        bool quietly) {
+  Run(QString("kvo.select(%1,%2,%3)").arg(Written(from), Written(to), quietly ? "true" : "false"));
 }
 
 void DesignView::ShowPointer(bool editable) {

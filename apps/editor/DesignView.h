@@ -28,7 +28,7 @@ class DesignView final : public LocalView {
   void Show(const Analysis& analysis, bool written);
   // The latest revision that was shown as a whole; -1 for none.
   int WholeRevision() const { return wholeRevision_; }
-  // Marks a box and scrolls to it; -1 for none.
+  // Marks a box as the selected one and scrolls to it; -1 for none.
   void Mark(int index);
 
   // --- what the author does ---
@@ -39,6 +39,8 @@ class DesignView final : public LocalView {
   // The selection was dragged to another place; the view waits for Settle.
   std::function<void(const DesignMessage&, const design::RenderedPlace& to)> onMoved;
   std::function<void(const DesignMessage&)> onSelected;
+  // A quiet Select() is done: later selections are the author's.
+  std::function<void()> onQuietlySelected;
   // The pointer is at a place: ShowPointer answers.
   std::function<void(const DesignMessage&)> onAsked;
 
@@ -52,7 +54,8 @@ class DesignView final : public LocalView {
   void Refuse(int number, int revision);
   // Shows another text at a place, ahead of the analysis of the page.
   void Write(const design::RenderedPlace& place, const QString& text, int revision);
-  void Select(const design::RenderedPlace& from, const design::RenderedPlace& to);
+  // `quietly`: onQuietlySelected follows instead of onSelected.
+  void Select(const design::RenderedPlace& from, const design::RenderedPlace& to, bool quietly);
   void ShowPointer(bool editable);
   // Makes the view send the text that is typed next as a command.
   void Arm(bool on);
@@ -74,6 +77,7 @@ class DesignView final : public LocalView {
 
   DesignView(QWidget* parent, Source* source);
   void Reload();
+  void ShowProblems();
   void Loaded() override;
 
   Source& source_;  // owned by the base class
@@ -84,6 +88,9 @@ class DesignView final : public LocalView {
   bool missed_ = false;  // a Write() while the page was loading
   int answered_ = 0;
   int marked_ = -1;
+  std::vector<ProblemMark> problems_;
+  bool marksProblems_ = false;
+  std::vector<std::size_t> pointed_;  // the problems under the pointer
 };
 
 }  // namespace kvo::editor

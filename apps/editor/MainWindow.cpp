@@ -89,7 +89,7 @@ MainWindow::MainWindow(QtPlatform& platform, Session::Places places)
       problemCount_(new QToolButton(this)),
       controls_(std::make_unique<ControlEditing>(*session_, *source_, platform, *this)),
       editing_(std::make_unique<DesignEditing>(*this, Page(), *source_, *design_)),
-      mending_(std::make_unique<Mending>(*this, Page(), *source_, *problems_)),
+      mending_(std::make_unique<Mending>(*this, Page(), *source_, *editing_, *problems_)),
       previewing_(std::make_unique<Previewing>(*session_, *this, *preview_)),
       uses_(std::make_unique<WhereUsed>(*session_, *this, *source_, *usesList_, *this)),
       analyst_(std::make_unique<Analyst>(

@@ -3,13 +3,20 @@
 #include <algorithm>
 #include <chrono>
 
+#include "apps/editor/ProblemMarks.h"
 #include "apps/editor/Words.h"
 #include "host/qt/QtText.h"
 
 namespace kvo::editor {
+namespace {
 
-Mending::Mending(SessionUser& user, PageDocument& page, SourceEdit& source, ProblemsPanel& list)
-    : user_(user), page_(page), source_(source), list_(list) {
+constexpr std::chrono::seconds kNoteTime(8);
+
+}  // namespace
+
+Mending::Mending(SessionUser& user, PageDocument& page, SourceEdit& source, DesignEditing& design,
+                 ProblemsPanel& list)
+    : user_(user), page_(page), source_(source), design_(design), list_(list) {
   list_.onFix = [this] { Fix(); };
 }
 
@@ -44,7 +51,16 @@ void Mending::Step(bool backwards) {
   }
   row = (row + count) % count;
   list_.Choose(row);
-  source_.Reveal(at(row));
+  Reveal(at(row));
+  user_.Note(LabelledTipOf(problems[static_cast<std::size_t>(row)].problem).simplified(),
+             kNoteTime);
+}
+
+void Mending::Reveal(int position) {
+  if (design_.IsInUse())
+    design_.Reveal(position);
+  else
+    source_.Reveal(position);
 }
 
 const ProblemEntry* Mending::Meant() const {
@@ -66,17 +82,16 @@ const ProblemEntry* Mending::Meant() const {
 }
 
 void Mending::Fix() {
-  using namespace std::chrono_literals;
-  if (!IsCurrent()) return user_.Note(Text(words::kFixLater), 4s);
+  if (!IsCurrent()) return user_.Note(Text(words::kFixLater), kNoteTime);
   const ProblemEntry* const entry = Meant();
-  if (entry == nullptr) return user_.Note(Text(words::kNoProblemHere), 4s);
-  if (!entry->problem.fix) return user_.Note(Text(words::kNoFix), 4s);
+  if (entry == nullptr) return user_.Note(Text(words::kNoProblemHere), kNoteTime);
+  if (!entry->problem.fix) return user_.Note(Text(words::kNoFix), kNoteTime);
   const page::Fix fix = *entry->problem.fix;  // the analysis may end with the change
   const int position = entry->position;
   const PageText& content = page_.Content();
   page_.ReplaceAll(PageText(page::Applied(content.Bytes(), fix.edits), content.LineBreak()),
                    ToQt(fix.title.In(UserLanguage())));
-  source_.Reveal(position);
+  Reveal(position);
 }
 
 }  // namespace kvo::editor

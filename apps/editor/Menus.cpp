@@ -246,7 +246,7 @@ void MainWindow::MakeControlMenu() {
       Action(menu, words::kWhereUsed, QKeySequence("Ctrl+Shift+F"), [this] { uses_->Ask(); });
   menu.addSeparator();
   const auto step = [this](bool backwards) {
-    NeedSource();
+    if (!editing_->IsInUse()) NeedSource();
     mending_->Step(backwards);
   };
   Action(menu, words::kNextProblem, QKeySequence("F8"), [step] { step(false); });

@@ -9,6 +9,7 @@
 #include <QStyle>
 #include <QTextCursor>
 
+#include "apps/editor/ProblemMarks.h"
 #include "apps/editor/Toolbox.h"
 #include "apps/editor/Words.h"
 #include "host/qt/QtText.h"
@@ -116,14 +117,9 @@ class ProblemsModel final : public RowModel<ProblemEntry> {
       return QApplication::style()->standardIcon(error ? QStyle::SP_MessageBoxCritical
                                                        : QStyle::SP_MessageBoxWarning);
     if (role == Qt::AccessibleDescriptionRole) return Text(error ? words::kError : words::kWarning);
-    const auto message = [&problem] {
-      return ToQt(problem.message.In(UserLanguage())) + " [" + ToQt(problem.rule) + ']';
-    };
-    const QString fix = problem.fix ? ToQt(problem.fix->title.In(UserLanguage())) : QString();
-    if (role == kFixRole) return fix;
-    if (role == Qt::ToolTipRole)
-      return ToolTipOf(fix.isEmpty() ? message()
-                                     : message() + "\n\n" + Text(words::kFixTip, {fix}));
+    if (role == kFixRole)
+      return problem.fix ? ToQt(problem.fix->title.In(UserLanguage())) : QString();
+    if (role == Qt::ToolTipRole) return ToolTipOf(TipOf(problem));
     if (role != Qt::DisplayRole) return {};
     switch (index.column()) {
       case 0:
@@ -131,7 +127,7 @@ class ProblemsModel final : public RowModel<ProblemEntry> {
       case 1:
         return ToQt(problem.id.empty() ? problem.control : problem.id);
       default:
-        return message();
+        return MessageOf(problem);
     }
   }
 };

@@ -382,6 +382,14 @@ std::optional<RenderedText> Rendering::TextOf(NodeIndex first, NodeIndex end) co
 // --- rendered places ---
 
 // Returns the parent of the last level.
+std::optional<std::size_t> Rendering::BoxAt(std::size_t position) const {
+  const auto behind = std::ranges::upper_bound(boxes_, position, {}, &BoxPlace::position);
+  if (behind == boxes_.begin()) return std::nullopt;
+  const auto box = std::prev(behind);
+  if (position >= box->position + box->length) return std::nullopt;
+  return static_cast<std::size_t>(box - boxes_.begin());
+}
+
 std::optional<NodeIndex> Rendering::Follow(const std::vector<RenderedPlace::Level>& path) const {
   if (nodes_.empty() || path.empty()) return std::nullopt;
   NodeIndex node = 0;

@@ -103,6 +103,8 @@ class Rendering {
 
   const std::u16string& Source() const { return source_; }
   const std::vector<BoxPlace>& Boxes() const { return boxes_; }
+  // Returns the number of the box that holds a position.
+  std::optional<std::size_t> BoxAt(std::size_t position) const;
   // In the order of the tree; the first is the html element, and there is none if the page cannot
   // be mapped at all.
   const std::vector<Node>& Nodes() const { return nodes_; }

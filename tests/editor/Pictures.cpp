@@ -2,9 +2,12 @@
 // (QT_SCALE_FACTOR).
 #include <QApplication>
 #include <QDir>
+#include <QDockWidget>
 #include <QFile>
+#include <QInputDialog>
 #include <QLineEdit>
 #include <QPainter>
+#include <QPushButton>
 #include <QStyleFactory>
 #include <QToolButton>
 #include <iostream>
@@ -15,8 +18,11 @@
 #include "apps/editor/PreviewPanel.h"
 #include "apps/editor/PreviewView.h"
 #include "apps/editor/Previewing.h"
+#include "apps/editor/TakeOver.h"
 #include "apps/editor/TextDialog.h"
+#include "apps/editor/UsesPanel.h"
 #include "apps/editor/Views.h"
+#include "apps/editor/WhereUsed.h"
 #include "document/shop/Shop.h"
 #include "host/qt/TahomaFont.h"
 #include "tests/editor/EditorTest.h"
@@ -31,9 +37,11 @@ class Studio {
  public:
   Studio(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {
     for (const QString name : {"newsletter.html", "office.json", "preview.json", "roestkurs.jpg"})
-      desk_.Put(name, Example(name));
+      desk_.Put(name, Example("newsletter", name));
+    CopyFolder("templates", "vorlagen");
+    CopyFolder("takeover", "alt");
     shop::SqliteFile shop;
-    shop.Run(Example("shop.sql"));
+    shop.Run(Example("newsletter", "shop.sql"));
     shop.Close();
     QFile::copy(QString::fromStdString(shop.Path().string()), desk_.Path("shop.db"));
     desk_.connections = shop::NewConnection;
@@ -68,6 +76,7 @@ class Studio {
     window_->Finder().Step(false);
     Shoot("find");
     window_->Finder().hide();
+    TakeUses();
     ShootDialog("unsaved", [&] {
       window_->Page().Document()->setModified(true);
       window_->Work().New();
@@ -85,21 +94,67 @@ class Studio {
     { Draft(desk_.Path("drafts")).Write("x", desk_.Path("newsletter.html"), ""); }
     ShootDialog("draft", [&] { window_->Work().OfferDrafts(); });
     window_->Page().Document()->setModified(false);
+    window_->findChild<QDockWidget*>("problems")->hide();
+    TakeTakeOver();
     return good_;
   }
 
  private:
-  static std::string Example(const QString& name) {
-    QFile file(QString(KVO_SOURCE_DIR) + "/examples/newsletter/" + name);
+  static QString ExampleFolder(const QString& name) {
+    return QString(KVO_SOURCE_DIR) + "/examples/" + name;
+  }
+  static std::string Example(const QString& folder, const QString& name) {
+    QFile file(ExampleFolder(folder) + '/' + name);
     return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+  }
+  void CopyFolder(const QString& example, const QString& name) {
+    QDir(desk_.Path(".")).mkpath(name);
+    for (const QString& file : QDir(ExampleFolder(example)).entryList(QDir::Files))
+      desk_.Put(name + '/' + file, Example(example, file));
   }
 
   static constexpr char kFaulty[] =
       "<p>Guten Tag <object classid=\"progid:KVOPDesignObjects.DTCContact\" id=\"Name\"><param "
       "name=\"field\" value=\"LastNam\"></object>,</p>\n<p>Ihre Bestellung: <object "
       "classid=\"progid:KVOPDesignObjects.DTCPrnt\" id=\"Summe\"></object></p>\n<object "
-      "classid=\"progid:KVOPDesignObjects.DTCUnsubscriber\" id=\"Ab\"></object>\n";
+      "classid=\"progid:KVOPDesignObjects.DTCUnsubscriber\" id=\"Ab\"></object>\n<p>Ihre "
+      "<object classid=\"progid:KVOPDesignObjects.DTCConfig\" id=\"Absender\"><param name=\"item\" "
+      "value=\"Company\"></object></p>\n";
 
+  void TakeUses() {
+    const auto search = [this](const QString& name) {
+      window_->Uses().Search(name);
+      good_ &= WaitFor([&] { return !window_->Uses().IsSearching(); });
+    };
+    search("customer.LastName");
+    window_->UsesList().onShow(1, false);
+    Shoot("uses");
+    ShootDialog("rename-name", [&] { Press("Umbenennen …"); });
+    bool asked = false;
+    WithDialogs(
+        [&](QWidget& dialog) {
+          if (auto* input = qobject_cast<QInputDialog*>(&dialog)) {
+            input->setTextValue("customer.Surname");
+            return input->accept();
+          }
+          SaveDialog("rename", dialog);
+          asked = true;
+          PressButton(dialog, "Abbrechen");
+        },
+        [&] {
+          Press("Umbenennen …");
+          good_ &= WaitFor([&] { return asked && !window_->Uses().IsSearching(); });
+        });
+    window_->findChild<QDockWidget*>("uses")->hide();
+  }
+  void TakeTakeOver() {
+    good_ &= window_->Work().Open(desk_.Path("alt/newsletter-april.html"));
+    TakeOverDialog dialog(window_->Page().Content(), window_->Work().Office(),
+                          window_->Work().File().Folder(), window_.get());
+    ShootDialog("takeover-without-mapping", [&] { dialog.exec(); });
+    dialog.UseMapping(desk_.Path("alt/uebernahme.json"));
+    ShootDialog("takeover", [&] { dialog.exec(); });
+  }
   void TakePreviews() {
     window_->Middle().ShowPreview(true);
     WaitForPreview();
@@ -157,6 +212,12 @@ class Studio {
   }
   int Position() const { return window_->Source().CurrentControl().value_or(0); }
 
+  // A button of the list of uses.
+  void Press(const QString& caption) {
+    for (QPushButton* button : window_->findChildren<QPushButton*>())
+      if (button->isVisible() && button->text().remove('&') == caption) return button->click();
+    good_ = false;
+  }
   // A button of the window, by the beginning of its tool tip.
   void Click(const QString& name) {
     for (QToolButton* button : window_->findChildren<QToolButton*>())
@@ -173,23 +234,26 @@ class Studio {
     bool seen = false;
     WithDialogs(
         [&](QWidget& dialog) {
-          QTest::qWait(100);
-          QPixmap picture = window_->grab();
-          const QPixmap top = dialog.grab();
-          const QSize size = dialog.size();
-          QPainter painter(&picture);
-          const QRect place(
-              QPoint(window_->width() - size.width(), window_->height() - size.height()) / 2, size);
-          painter.drawPixmap(place.topLeft(), top);
-          painter.setPen(QPen(dialog.palette().color(QPalette::Highlight), 2));
-          painter.drawRect(place.adjusted(-1, -1, 1, 1));
-          painter.end();
-          Save(name, picture);
+          SaveDialog(name, dialog);
           seen = true;
           dialog.close();
         },
         open);
     good_ &= seen;
+  }
+  void SaveDialog(const QString& name, QWidget& dialog) {
+    QTest::qWait(100);
+    QPixmap picture = window_->grab();
+    const QPixmap top = dialog.grab();
+    const QSize size = dialog.size();
+    QPainter painter(&picture);
+    const QRect place(
+        QPoint(window_->width() - size.width(), window_->height() - size.height()) / 2, size);
+    painter.drawPixmap(place.topLeft(), top);
+    painter.setPen(QPen(dialog.palette().color(QPalette::Highlight), 2));
+    painter.drawRect(place.adjusted(-1, -1, 1, 1));
+    painter.end();
+    Save(name, picture);
   }
   void Save(const QString& name, const QPixmap& picture) {
     good_ &= picture.save(folder_ + '/' + name + suffix_ + ".png");

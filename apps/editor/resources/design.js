@@ -18,10 +18,11 @@
   const sheet = new CSSStyleSheet();
   sheet.replaceSync(
       'img[data-kvo]{cursor:pointer}' +
-      'img[data-kvo].kvo-marked{outline:2px solid Highlight;outline-offset:1px}');
+      'img[data-kvo].kvo-marked{outline:2px solid Highlight!important;outline-offset:1px}');
+  const problemSheet = new CSSStyleSheet();
   const lockSheet = new CSSStyleSheet();
   lockSheet.replaceSync('*{cursor:not-allowed!important}');
-  document.adoptedStyleSheets = [sheet];
+  document.adoptedStyleSheets = [sheet, problemSheet];
 
   // Makes `old` equal to `fresh`, leaving equal parts untouched.
   function morph(old, fresh) {
@@ -186,6 +187,7 @@
   function report(revision) {
     shown = revision;
     if (bridge) bridge.Shown(revision);
+    if (unmarked && !dirty) markProblems();
   }
 
   // --- places ---
@@ -335,6 +337,105 @@
     }
     return null;
   }
+
+  // --- problems ---
+  // A style sheet marks their elements, so that nothing in the page's tree says so.
+
+  let problems = [];
+  let unmarked = false;       // they belong to a text that the view does not show yet
+  let problemsOf = new Map();  // the numbers of the problems of an element
+  let problemRules = '';
+  let pointed = null;         // the element under the pointer
+  let told = '';
+
+  // Legible on light and dark mails, and told apart from each other and from the selected box by
+  // their shapes.
+  const outlines = {error: '3px double #e0142f', warning: '2px dashed #c46200'};
+
+  const isWhole = element => element === document.documentElement || element === document.body;
+
+  // Returns a function that remembers its results.
+  function remembering(find) {
+    const found = new Map();
+    return node => {
+      if (!found.has(node)) found.set(node, find(node));
+      return found.get(node);
+    };
+  }
+
+  // Returns the innermost element on the way to a place, as far as the trees agree.
+  function elementAt({path, kind}, childrenIn) {
+    let node = document.documentElement;
+    for (let level = 0; level < path.length; ++level) {
+      // The last level is a place in the element; an element behind a gap holds it in its tag.
+      if (level + 1 === path.length && kind !== 'gap') break;
+      const {names, nodes} = childrenIn(node);
+      const next = nodes[path[level][0]];
+      if (names !== path[level][1] || !next || next.nodeType !== Node.ELEMENT_NODE) break;
+      node = next;
+    }
+    return node;
+  }
+
+  function selectorOf(element, numbersIn) {
+    let selector = '';
+    for (; element.parentElement; element = element.parentElement)
+      selector = '>:nth-child(' + numbersIn(element.parentElement).get(element) + ')' + selector;
+    return ':root' + selector;
+  }
+
+  function markProblems() {
+    unmarked = false;
+    problemsOf = new Map();
+    const faulty = new Set();
+    const childrenIn = remembering(node => {
+      const children = childrenOf(node);
+      const nodes = children.filter(child => !child.blank).map(child => child.first);
+      return {names: namesOf(children), nodes};
+    });
+    const numbersIn = remembering(
+        parent => new Map([...parent.children].map((child, index) => [child, index + 1])));
+    problems.forEach(({box, place, error}, number) => {
+      let element = box >= 0 && document.querySelector('img[data-kvo="' + box + '"]');
+      if (!element) element = elementAt(place, childrenIn);
+      while (element.parentElement && element.getClientRects().length === 0)
+        element = element.parentElement;
+      if (!problemsOf.has(element)) problemsOf.set(element, []);
+      problemsOf.get(element).push(number);
+      if (error) faulty.add(element);
+    });
+    let rules = '';
+    for (const element of problemsOf.keys()) {
+      const selector = selectorOf(element, numbersIn);
+      const outline = outlines[faulty.has(element) ? 'error' : 'warning'];
+      rules += selector + '{outline:' + outline + '!important;outline-offset:' +
+               (isWhole(element) ? '-3px' : '1px') + '!important}' + selector +
+               '.kvo-marked{outline-offset:4px!important;' +
+               'box-shadow:0 0 0 3px Highlight!important}';
+    }
+    // Setting them makes the browser style the whole page anew.
+    if (rules !== problemRules) problemSheet.replaceSync(rules);
+    problemRules = rules;
+    tellPointed();
+  }
+
+  // A mark around the whole page counts only where the pointer is on nothing else.
+  function tellPointed() {
+    let numbers = [];
+    for (let element = pointed; element; element = element.parentElement) {
+      if (!problemsOf.has(element) || (isWhole(element) && element !== pointed)) continue;
+      numbers = problemsOf.get(element);
+      break;
+    }
+    if (!bridge || told === numbers.join()) return;
+    told = numbers.join();
+    bridge.Pointed(numbers);
+  }
+
+  document.addEventListener('mouseover', event => {
+    pointed = event.target;
+    tellPointed();
+  }, true);
 
   // --- what the author does ---
   // A change inside one text is shown at once and then sent; any other is sent and shown when the
@@ -616,15 +717,19 @@
     return box === null || box === undefined || box === false ? -1 : Number(box);
   }
 
+  function placesOf(range) {
+    const from = placeOf(range.startContainer, range.startOffset);
+    return [from, range.collapsed ? from : placeOf(range.endContainer, range.endOffset)];
+  }
+
   document.addEventListener('selectionchange', () => {
     const range = selectedRange();
     if (!bridge || !range || waiting || composing) return;
-    const from = placeOf(range.startContainer, range.startOffset);
-    const to = range.collapsed ? from : placeOf(range.endContainer, range.endOffset);
-    const key = JSON.stringify([from, to]);
+    const places = placesOf(range);
+    const key = JSON.stringify(places);
     if (key === reported) return;
     reported = key;
-    bridge.Selected(sent, shown, from, to);
+    bridge.Selected(sent, shown, ...places);
   });
 
   // Asks whether the place under the pointer can be edited.
@@ -632,7 +737,7 @@
   document.addEventListener('mousemove', event => {
     if (event.target === under || event.buttons) return;
     under = event.target;
-    document.adoptedStyleSheets = [sheet];
+    document.adoptedStyleSheets = [sheet, problemSheet];
     const range = document.caretRangeFromPoint(event.clientX, event.clientY);
     if (range && bridge && !waiting && isText(range.startContainer))
       bridge.Asked(shown, placeOf(range.startContainer, range.startOffset));
@@ -708,13 +813,16 @@
       awaited = Math.max(awaited, revision);
       settle(number);
     },
-    select(from, to) {
+    // `quietly`: without reporting it.
+    select(from, to, quietly) {
       const begin = resolve(from);
       const end = to ? resolve(to) : begin;
+      if (quietly && bridge) bridge.QuietlySelected();
       if (!begin || !end) return;
       typedSpace = spaceSent && isText(begin[0]) ? {node: begin[0], at: begin[1] - 1} : null;
       spaceSent = false;
       selection().setBaseAndExtent(begin[0], begin[1], end[0], end[1]);
+      if (quietly) reported = JSON.stringify(placesOf(selectedRange()));
       const node = begin[0].nodeType === Node.ELEMENT_NODE ? begin[0] : begin[0].parentNode;
       const box = selection().getRangeAt(0).getBoundingClientRect();
       if (box.bottom < 0 || box.top > innerHeight || box.height === 0)
@@ -736,11 +844,18 @@
       armed = on;
     },
     pointer(editable) {
-      document.adoptedStyleSheets = editable ? [sheet] : [sheet, lockSheet];
+      document.adoptedStyleSheets =
+          editable ? [sheet, problemSheet] : [sheet, problemSheet, lockSheet];
     },
     // For tests: the text that the view should show, and whether all messages are answered.
     text: () => text,
     idle: () => handled === sent && textRevision === shown && !waiting && !composing && !dirty && queue.length === 0,
+    // Marks elements: the box of a control, else what is at a place.
+    problems(list) {
+      problems = list;
+      unmarked = dirty;
+      if (!dirty) markProblems();
+    },
     mark(index) {
       if (index < 0 && marked < 0) return;
       unmark();
