@@ -30,7 +30,7 @@ std::vector<ProblemMark> MarksOf(const std::vector<ProblemEntry>& problems,
   const auto isError = [](const ProblemEntry* entry) {
     return entry->problem.severity == page::Severity::error;
   };
-  std::ranges::stable_partition(marked, isError);
+  std::stable_partition(marked.begin(), marked.end(), isError);
   marked.resize(std::min(marked.size(), kMost));
   std::vector<ProblemMark> marks;
   for (const ProblemEntry* entry : marked) {
