@@ -8,49 +8,41 @@
 #include <cstdint>
 #include <cstring>
 
-#if __has_include(<experimental/simd>)
-#include <experimental/simd>
+#ifdef __SSE2__
+#include <emmintrin.h>
 #endif
 
 namespace kvo {
+
+inline constexpr std::size_t kBlock = 16;
 
 template <char... wanted>
 constexpr bool IsAny(char c) {
   return ((c == wanted) || ...);
 }
 
-// FindInBlock returns the index of the first wanted character in a block, or kBlock. MarkInBlock
-// sets a mark for each character that is wanted.
-#ifdef __cpp_lib_experimental_parallel_simd
-using Block = std::experimental::native_simd<char>;
-inline constexpr std::size_t kBlock = Block::size();
-
+// Returns a bit for each character of a block, the lowest for the first: whether it is wanted.
 template <char... wanted>
-inline auto Compare(const char* at) {
-  const Block block(at, std::experimental::element_aligned);
-  return ((block == wanted) || ...);
-}
-template <char... wanted>
-inline std::size_t FindInBlock(const char* at) {
-  const auto found = Compare<wanted...>(at);
-  return any_of(found) ? static_cast<std::size_t>(find_first_set(found)) : kBlock;
-}
-template <char... wanted>
-inline void MarkInBlock(const char* at, bool* marks) {
-  Compare<wanted...>(at).copy_to(marks, std::experimental::element_aligned);
-}
+[[gnu::always_inline]] inline std::uint32_t MarkInBlock(const char* at) {
+#ifdef __SSE2__
+  const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+  __m128i found = _mm_setzero_si128();
+  ((found = _mm_or_si128(found, _mm_cmpeq_epi8(block, _mm_set1_epi8(wanted)))), ...);
+  return static_cast<std::uint32_t>(_mm_movemask_epi8(found));
 #else
-inline constexpr std::size_t kBlock = 16;
-
-template <char... wanted>
-inline std::size_t FindInBlock(const char* at) {
-  return static_cast<std::size_t>(std::find_if(at, at + kBlock, IsAny<wanted...>) - at);
-}
-template <char... wanted>
-inline void MarkInBlock(const char* at, bool* marks) {
-  std::transform(at, at + kBlock, marks, IsAny<wanted...>);
-}
+  std::uint32_t marks = 0;
+  for (std::size_t i = 0; i < kBlock; ++i)
+    marks |= static_cast<std::uint32_t>(IsAny<wanted...>(at[i])) << i;
+  return marks;
 #endif
+}
+
+// Returns the index of the first wanted character in a block, or kBlock.
+template <char... wanted>
+[[gnu::always_inline]] inline std::size_t FindInBlock(const char* at) {
+  return static_cast<std::size_t>(
+      std::countr_zero(MarkInBlock<wanted...>(at) | std::uint32_t{1} << kBlock));
+}
 
 // Finds the first wanted character in [at, end), or `end`, as std::find_if does.
 template <char... wanted>
@@ -111,17 +103,9 @@ class Places {
       std::fill(std::copy(at, end, rest.begin()), rest.end(), '\0');
       at = rest.data();
     }
-    std::array<bool, kSize> marks;
-    for (std::size_t i = 0; i < marks.size(); i += kBlock)
-      MarkInBlock<wanted...>(at + i, marks.data() + i);
-    // Packs the marks of eight characters into eight bits, the first into the lowest.
-    static_assert(std::endian::native == std::endian::little);
     std::uint64_t places = 0;
-    for (std::size_t i = 0; i < marks.size(); i += 8) {
-      std::uint64_t eight = 0;
-      std::memcpy(&eight, marks.data() + i, 8);
-      places |= (eight * 0x0102040810204080U >> 56U) << i;
-    }
+    for (std::size_t i = 0; i < kSize; i += kBlock)
+      places |= std::uint64_t{MarkInBlock<wanted...>(at + i)} << i;
     return places;
   }
 

@@ -18,7 +18,6 @@
 #include <ctime>
 #include <deque>
 #include <exception>
-#include <experimental/simd>
 #include <functional>
 #include <initializer_list>
 #include <iterator>
@@ -47,3 +46,8 @@
 #include <utility>
 #include <variant>
 #include <vector>
+
+// Comes with every compiler for these processors.
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
