@@ -131,15 +131,6 @@ page::Problems CheckOwnText(const page::Page& page, const std::vector<page::Foun
   return found;
 }
 
-// Empty when the control fails, which page::Check reports; rules that need no text still run.
-std::string RuntimeTextOrNothing(const Control& control) {
-  try {
-    return control.GetRuntimeText();
-  } catch (const RuntimeError&) {
-    return {};
-  }
-}
-
 }  // namespace
 
 page::Problem ProblemOf(const Rule& rule, const page::FoundControl& control, Message message) {
@@ -150,19 +141,15 @@ page::Problem ProblemOf(const Rule& rule, const page::FoundControl& control, Mes
 namespace {
 
 // Runs the rules about single controls. `note` is called for each control that can be loaded.
-void CheckControls(const page::Page& page, const page::Inspection& inspection, KnownFields& fields,
-                   Fixes fixes, const std::function<void(const Checked&)>& note,
-                   page::Problems& problems) {
-  for (const page::FoundControl& found : inspection.controls) {
-    if (found.contract == nullptr || found.broken) continue;
-    std::shared_ptr<Control> control;
-    try {
-      control = page::Load(*found.contract, found.bag);
-    } catch (const RuntimeError&) {
-      continue;  // page::Check reports it
-    }
+void CheckControls(const page::Page& page, const page::LoadedControls& controls,
+                   KnownFields& fields, Fixes fixes,
+                   const std::function<void(const Checked&)>& note, page::Problems& problems) {
+  for (std::size_t i = 0; i < controls.found.size(); ++i) {
+    const page::FoundControl& found = controls.found[i];
+    const page::LoadedControls::Loaded& loaded = controls.loaded[i];
+    if (loaded.control == nullptr) continue;
     const Checked checked{
-        page, found, control, fields, RuntimeTextOrNothing(*control), fixes == Fixes::add};
+        page, found, loaded.control, fields, loaded.runtimeText, fixes == Fixes::add};
     note(checked);
     for (const ControlRule& rule : ControlRules())
       rule.check(checked, Report([&](Message message, std::optional<page::Fix> fix) {
@@ -180,9 +167,9 @@ page::Problems CheckPage(const page::Page& page, const ObjectRef& office, ShopPr
 }
 
 CheckedPage CheckButProducts(const page::Page& page, KnownFields known, Fixes fixes) {
-  CheckedPage result{page::Check(page), {}};
+  page::LoadedControls controls;
+  CheckedPage result{page::Check(page, &controls), {}};
   page::Problems& problems = result.problems;
-  const page::Inspection inspection = page::Inspect(page);
   Balance balance;
   const auto note = [&](const Checked& checked) {
     balance.Note(checked);
@@ -190,14 +177,14 @@ CheckedPage CheckButProducts(const page::Page& page, KnownFields known, Fixes fi
       if (auto numbers = NumbersIn(checked.Text("SelectedProducts")); !numbers.empty())
         result.selections.push_back({checked.found, std::move(numbers)});
   };
-  CheckControls(page, inspection, known, fixes, note, problems);
+  CheckControls(page, controls, known, fixes, note, problems);
   const auto add = [&](page::Problems&& more) {
     std::ranges::move(more, std::back_inserter(problems));
   };
   add(balance.Take());
-  add(CheckOwnText(page, inspection.controls, known, fixes));
+  add(CheckOwnText(page, controls.found, known, fixes));
   std::ranges::stable_sort(problems, {}, &page::Problem::offset);
-  if (fixes == Fixes::add) AddPageFixes(page, inspection, problems);
+  if (fixes == Fixes::add) AddPageFixes(page, controls.found, problems);
   return result;
 }
 

@@ -265,7 +265,7 @@ std::string AttributesOf(const PropertyRow& row, const Control& control) {
 
 bool HasBareAmpersand(const PropertyRow& row, const Control& control) {
   const std::string emitted = AttributesOf(row, control);
-  return FixAmpersands(emitted) != emitted;
+  return emitted.find('&') != std::string::npos && FixAmpersands(emitted) != emitted;
 }
 
 // Masks an "&" near the end, as browsers read it: there "&amp" needs no semicolon.

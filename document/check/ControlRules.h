@@ -39,7 +39,7 @@ struct Checked {
   const page::FoundControl& found;
   const std::shared_ptr<Control>& control;
   KnownFields& fields;
-  std::string runtimeText;
+  std::string_view runtimeText;
   bool wantsFixes = true;
 
   bool Is(std::string_view className) const { return found.contract->name == className; }

@@ -63,9 +63,9 @@ const page::RawAttribute* Find(const std::vector<WrittenAttribute>& attributes,
 
 class PageFixes {
  public:
-  PageFixes(const page::Page& page, const page::Inspection& inspection,
+  PageFixes(const page::Page& page, const std::vector<FoundControl>& controls,
             const page::Problems& problems)
-      : page_(page), bytes_(page.Bytes()), controls_(inspection.controls), problems_(problems) {}
+      : page_(page), bytes_(page.Bytes()), controls_(controls), problems_(problems) {}
 
   std::optional<Fix> For(const Problem& problem) {
     const Maker maker = MakerOf(problem.rule);
@@ -272,11 +272,11 @@ Message ChangeTitle(const std::string& from, const std::string& to) {
   return kTitle(from, to);
 }
 
-void AddPageFixes(const page::Page& page, const page::Inspection& inspection,
+void AddPageFixes(const page::Page& page, const std::vector<FoundControl>& controls,
                   page::Problems& problems) {
   const page::PageEncoding::Kind kind = page.Encoding().kind();
   if (kind == page::PageEncoding::Kind::utf16 || kind == page::PageEncoding::Kind::other) return;
-  PageFixes fixes(page, inspection, problems);
+  PageFixes fixes(page, controls, problems);
   for (Problem& problem : problems)
     if (!problem.fix) problem.fix = fixes.For(problem);
 }

@@ -167,7 +167,39 @@ struct WriteOptions : SaveOptions {
   bool checkIds = false;
   // Goes on after errors, and notes every control.
   std::vector<PublishedControl>* published = nullptr;
+  // Receives the controls. Lacks some when the page has errors.
+  LoadedControls* loaded = nullptr;
 };
+
+std::string Utf8Of(std::string_view bytes, const PageEncoding& encoding) {
+  std::string text;
+  encoding.Decode(bytes, text);
+  return text;
+}
+
+FoundControl Describe(const ReadControl& control, const PageEncoding& encoding, Place place) {
+  FoundControl found;
+  found.index = control.index;
+  found.place = place;
+  found.begin = control.begin;
+  found.end = control.end;
+  found.contract = control.contract;
+  found.className = control.className;
+  found.id = control.id.value_or(std::string_view());
+  for (const ReadControl::Attribute& attribute : control.attributes)
+    found.attributes.push_back(
+        {Utf8Of(attribute.name, encoding),
+         attribute.hasValue ? std::optional(std::string(attribute.value)) : std::nullopt});
+  for (const ReadControl::Param& param : control.params)
+    found.bag.emplace_back(param.key, param.value);
+  if (control.isSpan) {
+    found.form = Form::span;
+    found.textBegin = control.textBegin;
+    found.textEnd = control.textEnd;
+  }
+  found.broken = control.broken;
+  return found;
+}
 
 // Writes a page with each control in its new form.
 class Writer {
@@ -264,6 +296,7 @@ class Writer {
     control->ReadProperties(found);
     std::string_view text;
     if (!ChooseText(*control, text)) return;
+    if (options_.loaded != nullptr) NoteLoaded(control);
     if (Found().isSpan && !keepsOldText_ && !MayReplaceText(text)) return;
     if (result_ == Result::runtimeText) return Replace({text});
     if (edited) {
@@ -273,6 +306,12 @@ class Writer {
       if (!ChooseText(*control, text)) return;
     }
     if (WriteElement(*control, found, text, edited)) WriteSpan(text);
+  }
+
+  void NoteLoaded(const std::shared_ptr<Control>& control) {
+    const bool isUtf8 = encoding_.IsUtf8() || AsciiPrefix(text_) == text_.size();
+    options_.loaded->found.push_back(Describe(Found(), encoding_, places_.At(Found().begin)));
+    options_.loaded->loaded.push_back({control, isUtf8 ? text_ : control->GetRuntimeText()});
   }
 
   // Chooses the text to write: the span's own if the control produced it earlier, else the
@@ -533,6 +572,7 @@ class Writer {
   WriteOptions options_;
   std::unordered_set<std::string> ids_;
   PlaceFinder lostPlaces_{page_, encoding_};
+  PlaceFinder places_{page_, encoding_};  // of controls
 
   // Reused for each control to save allocations.
   std::string text_;  // the control's runtime text
@@ -548,33 +588,22 @@ class Writer {
   std::string spanEnd_;
 };
 
-std::string Utf8Of(std::string_view bytes, const PageEncoding& encoding) {
-  std::string text;
-  encoding.Decode(bytes, text);
-  return text;
+LoadedControls::Loaded LoadFound(const FoundControl& found) {
+  LoadedControls::Loaded loaded;
+  if (found.contract == nullptr || found.broken) return loaded;
+  try {
+    loaded.control = Load(*found.contract, found.bag);
+    loaded.runtimeText = loaded.control->GetRuntimeText();
+  } catch (const RuntimeError&) {  // Check() reports it
+  }
+  return loaded;
 }
 
-FoundControl Describe(const ReadControl& control, const PageEncoding& encoding) {
-  FoundControl found;
-  found.index = control.index;
-  found.begin = control.begin;
-  found.end = control.end;
-  found.contract = control.contract;
-  found.className = control.className;
-  found.id = control.id.value_or(std::string_view());
-  for (const ReadControl::Attribute& attribute : control.attributes)
-    found.attributes.push_back(
-        {Utf8Of(attribute.name, encoding),
-         attribute.hasValue ? std::optional(std::string(attribute.value)) : std::nullopt});
-  for (const ReadControl::Param& param : control.params)
-    found.bag.emplace_back(param.key, param.value);
-  if (control.isSpan) {
-    found.form = Form::span;
-    found.textBegin = control.textBegin;
-    found.textEnd = control.textEnd;
-  }
-  found.broken = control.broken;
-  return found;
+LoadedControls LoadAll(const Page& page) {
+  LoadedControls all;
+  all.found = Inspect(page).controls;
+  for (const FoundControl& found : all.found) all.loaded.push_back(LoadFound(found));
+  return all;
 }
 
 }  // namespace
@@ -592,8 +621,8 @@ Inspection Inspect(const Page& page) {
     ControlReader reader(bytes, encoding, ControlReader::Params::all, problems);
     PlaceFinder places(bytes, encoding);
     while (reader.Next()) {
-      inspection.controls.push_back(Describe(reader.Control(), encoding));
-      inspection.controls.back().place = places.At(reader.Control().begin);
+      inspection.controls.push_back(
+          Describe(reader.Control(), encoding, places.At(reader.Control().begin)));
     }
   }
   inspection.problems = problems.Take(bytes, encoding);
@@ -631,11 +660,14 @@ PublishedPage PublishWithPlaces(const Page& page) {
   return published;
 }
 
-Problems Check(const Page& page) {
+Problems Check(const Page& page, LoadedControls* controls) {
   NullSink sink;
   WriteOptions options;
   options.checkIds = true;
-  return Writer(page, sink, Writer::Result::savedSpans, options).Write();
+  options.loaded = controls;
+  Problems problems = Writer(page, sink, Writer::Result::savedSpans, options).Write();
+  if (controls != nullptr && HasErrors(problems)) *controls = LoadAll(page);
+  return problems;
 }
 
 std::string ElementText(const ControlClass& contract, std::optional<std::string_view> id,

@@ -123,8 +123,18 @@ struct PublishedPage {
 };
 PublishedPage PublishWithPlaces(const Page& page);
 
-// Returns the problems that Save would report, and further oddities.
-Problems Check(const Page& page);
+// The controls that Inspect() finds, and for each what is loaded from it.
+struct LoadedControls {
+  struct Loaded {
+    std::shared_ptr<Control> control;  // nullptr when the found one is broken or fails to load
+    std::string runtimeText;           // UTF-8; empty when the control fails
+  };
+  std::vector<FoundControl> found;
+  std::vector<Loaded> loaded;
+};
+
+// Returns the problems that Save would report, and further oddities. `controls` may be nullptr.
+Problems Check(const Page& page, LoadedControls* controls = nullptr);
 
 // Returns a control's element, as Save writes it, in the page's encoding. Writes no id without a
 // value. RuntimeError 5 when the encoding cannot hold it even with character references.

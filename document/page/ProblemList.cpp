@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "document/page/Scanner.h"
+#include "common/text/Blocks.h"
 #include "document/page/Utf8.h"
 
 namespace kvo::page {
@@ -40,16 +40,15 @@ Place PlaceFinder::At(std::size_t offset) {
 
 // Goes to the start of the line that holds the offset. A line ends with LF, CR, or CR LF.
 void PlaceFinder::SkipLines(std::size_t offset) {
-  const std::string_view part = page_.substr(0, offset);
-  std::size_t feed = part.find('\n', at_);
-  while (at_ < offset) {
-    std::size_t end = part.substr(0, feed).find('\r', at_);
-    if (end == npos || page_.substr(end + 1, 1) == "\n") end = feed;
-    if (end == npos) return;
-    if (end == feed) feed = part.find('\n', feed + 1);
+  const char* const begin = page_.data();
+  const char* const end = begin + std::min(offset, page_.size());
+  Places<'\n', '\r'> ends(begin + at_, end);
+  for (const char* at = ends.Next(); at != end; at = ends.Next()) {
+    const auto next = static_cast<std::size_t>(at + 1 - begin);
+    if (*at == '\r' && next < page_.size() && page_[next] == '\n') continue;
     ++place_.line;
     place_.column = 1;
-    at_ = end + 1;
+    at_ = next;
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/text/Blocks.h"
 #include "common/values/Ascii.h"
 #include "document/page/Scanner.h"
 
@@ -14,6 +15,7 @@ struct FieldTag {
   FieldKind kind;
   std::string_view name;
 };
+constexpr char kPrefix = 'k';  // what both begin with
 constexpr FieldTag kFieldTags[] = {{FieldKind::contact, "kv:contact"},
                                    {FieldKind::order, "kv:order"}};
 
@@ -38,18 +40,21 @@ void FindPaths(std::string_view text, const Found& found) {
 }
 
 void FindTags(std::string_view text, const Found& found) {
-  for (std::size_t at = text.find('<'); at != npos; at = text.find('<', at)) {
-    const std::size_t begin = at++;
+  const char* const end = text.data() + text.size();
+  Places<'<'> tags(text.data(), end);
+  for (const char* place = tags.Next(); place != end; place = tags.Next()) {
+    if (end - place < 2 || LowerAscii(place[1]) != kPrefix) continue;
+    const auto begin = static_cast<std::size_t>(place - text.data());
     for (const FieldTag& fieldTag : kFieldTags) {
       if (!page::IsTagAt(text, begin, "<", fieldTag.name)) continue;
-      page::TagReader tag(text, at + fieldTag.name.size());
+      page::TagReader tag(text, begin + 1 + fieldTag.name.size());
       page::RawAttribute attribute;
       std::optional<std::string_view> name;
       while (tag.Next(attribute))
         if (!name && EqualIgnoringCase(attribute.name, "field")) name = attribute.value;
       if (tag.CutOff()) return;
       if (name && IsFieldName(*name)) found({fieldTag.kind, false, *name, begin, tag.Position()});
-      at = tag.Position();
+      tags.SeekTo(text.data() + tag.Position());
       break;
     }
   }
