@@ -56,8 +56,9 @@ class Run {
  private:
   // Signals go to the calling thread, which removes what the others are writing.
   void StartWorkers() {
-    const std::size_t wanted =
-        std::min<std::size_t>(std::max(2U, std::thread::hardware_concurrency()), finished_.size());
+    // Twice as many as cores: some wait for the drive while others work.
+    const std::size_t wanted = std::min<std::size_t>(
+        2 * std::max(1U, std::thread::hardware_concurrency()), finished_.size());
     sigset_t all;
     sigset_t former;
     sigfillset(&all);
