@@ -24,17 +24,34 @@ class Stopwatch {
 
   template <class Work>
   void Add(const std::string& name, Work work) {
-    auto* const added = benchmark::RegisterBenchmark(
-        name.c_str(), [work = std::move(work)](benchmark::State& state) mutable {
-          for (auto _ : state) work();
-        });
-    if (clock_ == Clock::wall) added->UseRealTime();
+    Register(name, [work = std::move(work)](benchmark::State& state) mutable {
+      for (auto _ : state) work();
+    });
+  }
+  // `prepare` runs before each call and is not timed.
+  template <class Prepare, class Work>
+  void Add(const std::string& name, Prepare prepare, Work work) {
+    Register(name, [prepare = std::move(prepare),
+                    work = std::move(work)](benchmark::State& state) mutable {
+      for (auto _ : state) {
+        state.PauseTiming();
+        prepare();
+        state.ResumeTiming();
+        work();
+      }
+    });
   }
 
   // Runs and removes everything that was added.
   Times Run();
 
  private:
+  template <class Loop>
+  void Register(const std::string& name, Loop loop) {
+    auto* const added = benchmark::RegisterBenchmark(name.c_str(), std::move(loop));
+    if (clock_ == Clock::wall) added->UseRealTime();
+  }
+
   Clock clock_;
 };
 
