@@ -66,12 +66,12 @@ std::optional<EditedFile> RenamedOffice(const std::string& file, const uses::Ren
   if (!edits.empty() && listsNew)
     throw Failure(Say({"„{}“ hat beide Felder, {} und {}. Eines von Hand löschen.",
                        "\"{}\" lists both fields, {} and {}. Delete one by hand."},
-                      {file, Quoted(Written(from)), Quoted(Written(to))}));
+                      {file, Quoted(uses::Written(from)), Quoted(uses::Written(to))}));
   if (edits.empty() && !listsNew)
     throw Failure(Say({"„{}“ hat kein Feld {}. --office weglassen oder ein anderes Office "
                        "angeben.",
                        "\"{}\" lists no field {}. Leave out --office, or name another office."},
-                      {file, Quoted(Written(from))}));
+                      {file, Quoted(uses::Written(from))}));
   if (edits.empty()) return std::nullopt;
   return EditedFile{file, std::move(contents), std::move(edits)};
 }

@@ -8,7 +8,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string ContactElement(const std::string& field) {
+std::string NamedContact(const std::string& field) {
   return ControlElement("DTCContact", {{"field", field}}, "Ort");
 }
 
@@ -16,8 +16,7 @@ class RefsCommand : public Program {
  protected:
   RefsCommand() {
     std::filesystem::create_directories(Folder() / "work/mails/old");
-    Write("mails/a.html",
-          "<p>" + ContactElement("City") + "\n#customer.City# #customer.city#</p>\n");
+    Write("mails/a.html", "<p>" + NamedContact("City") + "\n#customer.City# #customer.city#</p>\n");
     Write("mails/old/b.htm", PrintElement("#customer.City#", "City"));
   }
 };
@@ -69,7 +68,7 @@ TEST_F(RenameCommand, WritesAllPages) {
   EXPECT_EQ(result.code, 0);
   EXPECT_EQ(result.out, "Renamed 3 places in 2 pages.\n");
   EXPECT_EQ(Read("mails/a.html"),
-            "<p>" + ContactElement("Town") + "\n#customer.Town# #customer.city#</p>\n");
+            "<p>" + NamedContact("Town") + "\n#customer.Town# #customer.city#</p>\n");
   EXPECT_EQ(Read("mails/old/b.htm"), PrintElement("#customer.Town#", "City"));
   EXPECT_EQ(KvoGerman({"rename", "customer.Town", "customer.City", "mails/a.html"}).out,
             "Umbenannt: 2 Stellen in 1 Seite.\n");
