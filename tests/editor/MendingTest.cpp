@@ -14,7 +14,7 @@ namespace kvo::editor {
 namespace {
 
 // On lines 1, 2 and 4; a fix for the first and the last.
-const std::string kPage =
+const std::string kPageToMend =
     "\xC3\xA4<object classid=\"progid:KVOPDesignObjects.DTCPrnt\"></object>\r\n"
     "<object classid=\"progid:KVOPDesignObjects.DTCContact\"><param name=\"format\" "
     "value=\"\"></object>\r\n"
@@ -25,7 +25,7 @@ const std::string kPage =
 class MendingTest : public testing::Test {
  protected:
   MendingTest() : window(desk.NewWindow()) {
-    EXPECT_TRUE(window->Work().Open(desk.Put("seite.html", kPage)));
+    EXPECT_TRUE(window->Work().Open(desk.Put("seite.html", kPageToMend)));
     EXPECT_TRUE(WaitForViews(*window));
   }
   std::string Bytes() const { return window->Page().Content().Bytes(); }
@@ -80,13 +80,13 @@ TEST_F(MendingTest, MakesAFixInOneStep) {
   SourceEdit& source = window->Source();
   Press(source, Qt::Key_F8);
   Press(source, Qt::Key_Period, Qt::ControlModifier);
-  std::string mended = kPage;
+  std::string mended = kPageToMend;
   mended.replace(mended.find("DTCPrnt"), 7, "DTCPrint");
   EXPECT_EQ(Bytes(), mended);
   EXPECT_TRUE(window->Page().UndoName().contains("DTCPrint"))
       << window->Page().UndoName().toStdString();
   Press(source, Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_EQ(Bytes(), kPage);
+  EXPECT_EQ(Bytes(), kPageToMend);
 }
 
 TEST_F(MendingTest, FixesTheChosenRowOfTheList) {
@@ -106,7 +106,7 @@ TEST_F(MendingTest, ChangesNothingWithoutASureFix) {
   Press(source, Qt::Key_F8);
   ASSERT_EQ(Line(), 2);
   Press(source, Qt::Key_Period, Qt::ControlModifier);
-  EXPECT_EQ(Bytes(), kPage);
+  EXPECT_EQ(Bytes(), kPageToMend);
   EXPECT_EQ(window->Page().UndoName(), "");
 }
 
@@ -116,7 +116,7 @@ TEST_F(MendingTest, CopiesAFaultyPlaceAsItIsWritten) {
   EXPECT_TRUE(QGuiApplication::clipboard()->text().contains("DTCPrnt"));
   window->Source().GoTo(0);
   Press(window->Source(), Qt::Key_V, Qt::ControlModifier);
-  EXPECT_EQ(Bytes(), kPage + kPage);
+  EXPECT_EQ(Bytes(), kPageToMend + kPageToMend);
 }
 
 TEST_F(MendingTest, OffersTheFixInTheMenuOfARow) {

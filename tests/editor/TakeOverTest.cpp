@@ -13,7 +13,7 @@
 namespace kvo::editor {
 namespace {
 
-const std::string kPage =
+const std::string kOldPage =
     "<p>Hallo <kv:contact field=\"FirstName\"/>!</p>\r\n"
     "<p><kv:print value=\"x\" /> <kv:order field=\"OrderID\"/></p>\r\n"
     "<p>{{ vorname }} [ORT]</p>\r\n";
@@ -49,7 +49,7 @@ std::vector<std::string> Rows(QTreeWidget& table) {
 }
 
 TEST_F(TakeOverTest, TakesOverWhatIsCheckedInOneStep) {
-  const auto window = Open(kPage);
+  const auto window = Open(kOldPage);
   WithDialogs(
       [](QWidget& widget) {
         auto& dialog = dynamic_cast<TakeOverDialog&>(widget);
@@ -78,12 +78,12 @@ TEST_F(TakeOverTest, TakesOverWhatIsCheckedInOneStep) {
   EXPECT_NE(taken.find("<kv:order field=\"OrderID\"/>"), std::string::npos);
   EXPECT_EQ(window->Page().UndoName(), "Vorlage übernehmen");
   window->Page().Undo();
-  EXPECT_EQ(window->Page().Content().Bytes(), kPage);
+  EXPECT_EQ(window->Page().Content().Bytes(), kOldPage);
   EXPECT_EQ(window->Page().UndoName(), "");
 }
 
 TEST_F(TakeOverTest, UsesAMappingAndSaysWhatIsWrongWithIt) {
-  const auto window = Open(kPage);
+  const auto window = Open(kOldPage);
   const QString good = desk.Put("good.json", kMapping);
   const QString bad = desk.Put("bad.json", "{\"links\": 1}");
   WithDialogs(
@@ -104,10 +104,10 @@ TEST_F(TakeOverTest, UsesAMappingAndSaysWhatIsWrongWithIt) {
 }
 
 TEST_F(TakeOverTest, CancelChangesNothing) {
-  const auto window = Open(kPage);
+  const auto window = Open(kOldPage);
   WithDialogs([](QWidget& dialog) { PressButton(dialog, "Abbrechen"); },
               [&] { TakeOverPage(*window); });
-  EXPECT_EQ(window->Page().Content().Bytes(), kPage);
+  EXPECT_EQ(window->Page().Content().Bytes(), kOldPage);
   EXPECT_EQ(window->Page().UndoName(), "");
 }
 
