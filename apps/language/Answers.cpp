@@ -136,7 +136,7 @@ bool Overlap(const page::Problem& problem, std::size_t begin, std::size_t end) {
   return problem.offset <= end && begin <= std::max(problem.offset, problem.end);
 }
 
-// Whether the client wants actions of a kind, of which it may name a group.
+// Whether the client wants actions of this kind, or of a group that it belongs to.
 bool Wants(const Json& params, std::string_view kind) {
   const Json context = params.value("context", Json::object());
   const auto only = context.find("only");

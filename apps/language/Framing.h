@@ -50,7 +50,7 @@ class FrameReader {
   bool broken_ = false;
 };
 
-// Returns the message with its header. Replaces what is not UTF-8.
+// Returns the message with its header. Replaces invalid UTF-8.
 std::string Framed(const Json& message);
 
 }  // namespace kvo::language

@@ -60,7 +60,7 @@ class Protocol {
   void HandleNext();
 
   void Notify(const std::string& method, Json params);
-  // Asks the client; what it answers is ignored.
+  // Asks the client and ignores its answer.
   void Ask(const std::string& method, Json params);
   // Shows a message in the client's log.
   void Log(const Message& message);

@@ -10,7 +10,7 @@ namespace kvo::language {
 enum class Ending {
   shutDown,     // the client said `shutdown` and then `exit`, or closed the stream
   notShutDown,  // it ended without `shutdown`
-  noMessages,   // what it sent is not the protocol
+  noMessages,   // the input was not in the protocol
 };
 
 // Serves the client until it says `exit` or its stream ends. Takes every message that has come

@@ -145,7 +145,7 @@ void Server::DidClose(const Json& params) {
   const std::string uri = TextOf(workspace_, params).uri;
   workspace_.Close(uri);
   std::erase(unchecked_, uri);
-  if (Workspace::IsOffice(uri)) return NoteAll();  // what is in the file counts again
+  if (Workspace::IsOffice(uri)) return NoteAll();  // the file on disk counts again
   Publish(uri, nullptr, Json::array());
 }
 

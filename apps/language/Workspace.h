@@ -27,7 +27,7 @@ struct OpenText {
   std::optional<page::Problems> problems;  // with their fixes, once somebody asked for them
 };
 
-// An office file and what is in it.
+// An office file and its contents.
 struct OfficeText {
   std::string uri;
   std::string contents;
