@@ -3,14 +3,11 @@
 #include <algorithm>
 #include <filesystem>
 #include <functional>
-#include <map>
-#include <set>
 #include <string_view>
 #include <utility>
 
 #include "apps/kvo/Terminal.h"
-#include "common/values/Ascii.h"
-#include "document/page/Utf8.h"
+#include "document/page/Folder.h"
 
 namespace kvo {
 namespace {
@@ -19,13 +16,8 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kAnyFolders = "**";
 
-bool IsHidden(std::string_view name) { return name.starts_with('.'); }
-
-bool IsPageName(std::string_view name) {
-  const std::size_t dot = name.rfind('.');
-  return dot != std::string_view::npos && (EqualIgnoringCase(name.substr(dot), ".html") ||
-                                           EqualIgnoringCase(name.substr(dot), ".htm"));
-}
+using page::EntriesOf;
+using page::IsHidden;
 
 // "*" stands for any characters, "?" for one, which may be of several bytes.
 bool Matches(std::string_view pattern, std::string_view name) {
@@ -78,7 +70,7 @@ class Search {
     if (argument == "-") {
       found_.push_back({argument, argument, false});
     } else if (fs::is_directory(argument, ignored)) {
-      if (!AnyFileIn([&] { AddFolder(argument, {}); }))
+      if (!AnyFileIn([&] { AddFolder(argument); }))
         throw Failure(Say({"Im Ordner „{}“ ist keine Seite (*.html, *.htm). Einen anderen nennen, "
                            "oder die Dateien selbst.",
                            "There is no page (*.html, *.htm) in the folder \"{}\". Name another "
@@ -99,11 +91,6 @@ class Search {
   NamedPages Take() { return std::move(found_); }
 
  private:
-  struct Entry {
-    std::string name;
-    bool isFolder;  // and no link to one
-  };
-
   // Whether `add` met a file, be it one that was named before.
   bool AnyFileIn(const std::function<void()>& add) {
     const std::size_t before = met_;
@@ -111,46 +98,15 @@ class Search {
     return met_ != before;
   }
 
-  // Returns what a folder holds, sorted by name: files, links to files, and folders.
-  static std::vector<Entry> EntriesOf(const fs::path& folder) {
-    std::vector<Entry> entries;
-    try {
-      for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-        std::error_code ignored;  // of what was removed in the meantime
-        std::string name = entry.path().filename().string();
-        const bool isFolder = entry.is_directory(ignored) && !entry.is_symlink(ignored);
-        if (!isFolder && !entry.is_regular_file(ignored)) continue;
-        if (page::FindInvalidUtf8(name) != std::string_view::npos)
-          throw Failure(Say({"Im Ordner „{}“ ist der Name einer Datei kein gültiges UTF-8. Die "
-                             "Datei umbenennen.",
-                             "In the folder \"{}\", the name of a file is not valid UTF-8. Rename "
-                             "the file."},
-                            {folder.string()}));
-        entries.push_back({std::move(name), isFolder});
-      }
-    } catch (const fs::filesystem_error& error) {
-      throw Failure(Say({"Der Ordner „{}“ lässt sich nicht durchsuchen: {}. Die Rechte prüfen.",
-                         "The folder \"{}\" can't be searched: {}. Check its permissions."},
-                        {folder.string(), error.code().message()}));
-    }
-    std::ranges::sort(entries, {}, &Entry::name);
-    return entries;
-  }
-
   bool IsOutput(const fs::path& folder) const {
     std::error_code ignored;
     return !output_.empty() && fs::equivalent(folder, output_, ignored);
   }
 
-  void AddFolder(const fs::path& folder, const fs::path& below) {
-    for (const Entry& entry : EntriesOf(folder)) {
-      if (IsHidden(entry.name)) continue;
-      if (entry.isFolder) {
-        if (!IsOutput(folder / entry.name)) AddFolder(folder / entry.name, below / entry.name);
-      } else if (IsPageName(entry.name)) {
-        AddFile(folder / entry.name, below / entry.name);
-      }
-    }
+  void AddFolder(const fs::path& folder) {
+    page::SearchFolder(
+        folder, {[this](const fs::path& file, const fs::path& below) { AddFile(file, below); },
+                 [this](const fs::path& inside) { return !IsOutput(inside); }});
   }
 
   bool AddPattern(const std::string& pattern) {
@@ -180,7 +136,7 @@ class Search {
       return;
     }
     if (anyFolders && !last) AddMatches(folder, below, names, next + 1);
-    for (const Entry& entry : EntriesOf(shown)) {
+    for (const page::FolderEntry& entry : EntriesOf(shown)) {
       if (entry.isFolder) {
         if (IsOutput(folder / entry.name)) continue;
         if (anyFolders && !IsHidden(entry.name))
@@ -195,36 +151,24 @@ class Search {
 
   void AddFile(const fs::path& file, const fs::path& below, bool found = true) {
     ++met_;
-    if (known_.insert(Identity(file)).second)
-      found_.push_back({file.string(), below.string(), found});
-  }
-
-  // Two names of one file have the same: through links, "." and "..", but not through hard links,
-  // which are files of their own as soon as one is written.
-  std::string Identity(const fs::path& file) {
-    std::error_code failed;
-    const fs::path folder = file.parent_path();
-    const auto [known, isNew] = folders_.try_emplace(folder.string());
-    if (isNew) known->second = fs::weakly_canonical(folder.empty() ? "." : folder, failed);
-    if (fs::is_symlink(file, failed)) {
-      const fs::path leadsTo = fs::canonical(file, failed);
-      if (!failed) return leadsTo.string();
-    }
-    return (known->second / file.filename()).string();
+    if (known_.Add(file)) found_.push_back({file.string(), below.string(), found});
   }
 
   fs::path output_;  // empty for none
   NamedPages found_;
   std::size_t met_ = 0;
-  std::set<std::string> known_;
-  std::map<std::string, fs::path> folders_;
+  page::KnownFiles known_;
 };
 
 }  // namespace
 
 NamedPages FindPages(const std::vector<std::string>& arguments, const std::string& output) {
   Search search(output);
-  for (const std::string& argument : arguments) search.Add(argument);
+  try {
+    for (const std::string& argument : arguments) search.Add(argument);
+  } catch (const page::FileError& error) {
+    throw Failure(FailureText(error));
+  }
   return search.Take();
 }
 

@@ -51,9 +51,13 @@ local function work()
   vim.lsp.buf.rename('Points')
   wait('the new name', function() return vim.fn.search('#customer.Points#', 'nw') > 0 end)
   problems(0)
-  local definition = ask('definition')
+  local definition
+  wait('the definition', function()  -- Neovim sends changes of other buffers a little later
+    definition = ask('definition')
+    return definition
+  end)
   note(vim.fn.fnamemodify(vim.uri_to_fname(definition.uri), ':t') .. ':' .. definition.range.start.line + 1)
-  wait('all uses', function()  -- Neovim tells changes of other buffers a little later
+  wait('all uses', function()
     return #ask('references', { context = { includeDeclaration = true } }) == 4
   end)
   vim.cmd('wall')
