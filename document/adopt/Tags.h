@@ -8,8 +8,8 @@
 
 namespace kvo::adopt {
 
-// A tag with markers around it, and the parts of its content that the engine reads as HTML: no tags
-// of the language, and not what is in a script.
+// A tag with markers around it, and the parts of its content that the engine reads as HTML: neither
+// runtime tags nor scripts.
 struct Block {
   struct Range {
     std::size_t begin;

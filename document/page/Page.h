@@ -123,7 +123,7 @@ struct PublishedPage {
 };
 PublishedPage PublishWithPlaces(const Page& page);
 
-// The controls that Inspect() finds, and for each what is loaded from it.
+// The controls of a page, as Inspect() finds them, each with what was loaded from it.
 struct LoadedControls {
   struct Loaded {
     std::shared_ptr<Control> control;  // nullptr when the found one is broken or fails to load

@@ -139,7 +139,7 @@ class RecordsReader : private office::JsonFileReader {
   }
 };
 
-// Finds the edits of a renaming in a sound file, and reports what stands against it.
+// Finds the edits that rename values in a valid file. Reports the records that cannot be renamed.
 class ValuesRenamer : private office::JsonFileReader {
  public:
   ValuesRenamer(std::string_view contents, std::string_view group, std::string_view from,

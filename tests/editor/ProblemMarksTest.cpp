@@ -123,7 +123,7 @@ TEST_F(ProblemMarksTest, AreNoPartOfThePage) {
   EXPECT_FALSE(window->Page().IsModified());
   EXPECT_EQ(window->Page().UndoName(), "");
 
-  // What is copied, and what is typed beside the marks.
+  // The marks are neither copied nor typed into.
   FocusDesign();
   window->Design().SelectAll();
   ASSERT_TRUE(WaitFor([&] { return !Evaluate("getSelection().isCollapsed").toBool(); }));
