@@ -32,7 +32,7 @@
 namespace kvo::language {
 namespace {
 
-// Nothing is there, so that only what is open counts.
+// These files do not exist, so only open texts count.
 const std::array<std::string, 3> kUris = {"file:///kvo-no-such-folder/a.html",
                                           "file:///kvo-no-such-folder/b.html",
                                           "file:///kvo-no-such-folder/office.json"};

@@ -6,8 +6,6 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QWebEnginePage>
-#include <QWebEngineScript>
-#include <optional>
 #include <random>
 
 #include "tests/editor/EditorTest.h"
@@ -46,11 +44,7 @@ class DesignEditTest : public testing::Test {
     Settle();
   }
   QVariant Evaluate(const QString& expression) {
-    std::optional<QVariant> answer;
-    window->Design().View().page()->runJavaScript(expression, QWebEngineScript::ApplicationWorld,
-                                                  [&](const QVariant& value) { answer = value; });
-    EXPECT_TRUE(WaitFor([&] { return answer.has_value(); })) << expression.toStdString();
-    return answer.value_or(QVariant());
+    return ValueIn(*window->Design().View().page(), expression);
   }
   // Until the view shows the page and every message is answered.
   void Settle() {

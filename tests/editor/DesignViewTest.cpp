@@ -2,8 +2,6 @@
 #include <QApplication>
 #include <QTcpServer>
 #include <QWebEnginePage>
-#include <QWebEngineScript>
-#include <optional>
 
 #include "tests/editor/EditorTest.h"
 
@@ -19,13 +17,8 @@ class DesignViewTest : public testing::Test {
     ASSERT_TRUE(window->Work().Open(desk.Put("seite.html", bytes)));
     ASSERT_TRUE(WaitForViews(*window));
   }
-  // Returns an expression's value in the view.
   QVariant Evaluate(const QString& expression) {
-    std::optional<QVariant> answer;
-    window->Design().View().page()->runJavaScript(expression, QWebEngineScript::ApplicationWorld,
-                                                  [&](const QVariant& value) { answer = value; });
-    EXPECT_TRUE(WaitFor([&] { return answer.has_value(); })) << expression.toStdString();
-    return answer.value_or(QVariant());
+    return ValueIn(*window->Design().View().page(), expression);
   }
 
   Desk desk;

@@ -7,6 +7,9 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QTimer>
+#include <QWebEnginePage>
+#include <QWebEngineScript>
+#include <optional>
 
 #include "host/registration/classes.h"
 
@@ -72,6 +75,14 @@ bool WaitForViews(MainWindow& window) {
            window.Analysed()->revision == window.Page().Revision() &&
            window.Design().ShownRevision() == window.Page().Revision();
   });
+}
+
+QVariant ValueIn(QWebEnginePage& page, const QString& expression) {
+  std::optional<QVariant> answer;
+  page.runJavaScript(expression, QWebEngineScript::ApplicationWorld,
+                     [&](const QVariant& value) { answer = value; });
+  EXPECT_TRUE(WaitFor([&] { return answer.has_value(); })) << expression.toStdString();
+  return answer.value_or(QVariant());
 }
 
 void WithDialogs(const std::function<void(QWidget&)>& answer, const std::function<void()>& during) {

@@ -6,6 +6,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QVariant>
 #include <functional>
 #include <memory>
 #include <string>
@@ -15,6 +16,8 @@
 #include "apps/editor/PropertyBrowser.h"
 #include "apps/editor/Toolbox.h"
 #include "host/qt/QtPlatform.h"
+
+class QWebEnginePage;
 
 namespace kvo::editor {
 
@@ -45,6 +48,8 @@ std::string Print(const std::string& id, const std::string& value);
 bool WaitFor(const std::function<bool()>& holds);
 // Waits until the analysis and the design view show the current page.
 bool WaitForViews(MainWindow& window);
+// Returns the value that a JavaScript expression has in the world of our own scripts.
+QVariant ValueIn(QWebEnginePage& page, const QString& expression);
 
 // While `during` runs, passes each modal window that opens to `answer`, which must close it.
 // Includes windows that `answer` itself opens.

@@ -15,10 +15,8 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QWebEnginePage>
-#include <QWebEngineScript>
 #include <QWebEngineUrlRequestInfo>
 #include <QWebEngineUrlRequestInterceptor>
-#include <optional>
 
 #include "apps/editor/DesignFrame.h"
 #include "apps/editor/PreviewLists.h"
@@ -84,13 +82,7 @@ class PreviewViewTest : public testing::Test {
   PreviewPanel& Panel() { return window->Preview(); }
   QWebEnginePage& Mail() { return *Panel().View().View().page(); }
 
-  QVariant Evaluate(const QString& expression) {
-    std::optional<QVariant> answer;
-    Mail().runJavaScript(expression, QWebEngineScript::ApplicationWorld,
-                         [&](const QVariant& value) { answer = value; });
-    EXPECT_TRUE(WaitFor([&] { return answer.has_value(); })) << expression.toStdString();
-    return answer.value_or(QVariant());
-  }
+  QVariant Evaluate(const QString& expression) { return ValueIn(Mail(), expression); }
   // The text that the mail comes to show.
   bool Shows(const QString& text) {
     return WaitFor([&] { return Evaluate("document.body.innerText").toString().contains(text); });

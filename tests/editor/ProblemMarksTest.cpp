@@ -8,8 +8,6 @@
 #include <QStatusBar>
 #include <QToolTip>
 #include <QWebEnginePage>
-#include <QWebEngineScript>
-#include <optional>
 
 #include "apps/editor/Colors.h"
 #include "apps/editor/Panels.h"
@@ -39,11 +37,7 @@ class ProblemMarksTest : public testing::Test {
     ASSERT_TRUE(WaitFor([&] { return Evaluate("kvo.idle()").toBool(); }));
   }
   QVariant Evaluate(const QString& expression) {
-    std::optional<QVariant> answer;
-    window->Design().View().page()->runJavaScript(expression, QWebEngineScript::ApplicationWorld,
-                                                  [&](const QVariant& value) { answer = value; });
-    EXPECT_TRUE(WaitFor([&] { return answer.has_value(); })) << expression.toStdString();
-    return answer.value_or(QVariant());
+    return ValueIn(*window->Design().View().page(), expression);
   }
   // What is marked, in the order of the page, as "error img#0" or "warning p".
   QStringList Marks() {

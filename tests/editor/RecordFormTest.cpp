@@ -97,12 +97,7 @@ class RecordFormTest : public testing::Test {
     return preview::LoadRecords(desk.Path("preview.json").toStdString());
   }
   QString Mail() {
-    std::optional<QString> text;
-    window->Preview().View().View().page()->runJavaScript(
-        "document.body.innerText", QWebEngineScript::ApplicationWorld,
-        [&](const QVariant& value) { text = value.toString(); });
-    EXPECT_TRUE(WaitFor([&] { return text.has_value(); }));
-    return text.value_or(QString());
+    return ValueIn(*window->Preview().View().View().page(), "document.body.innerText").toString();
   }
 
   Desk desk;

@@ -10,9 +10,7 @@
 #include <QTextBlock>
 #include <QToolButton>
 #include <QWebEnginePage>
-#include <QWebEngineScript>
 #include <QWheelEvent>
-#include <optional>
 #include <set>
 
 #include "apps/editor/DesignFrame.h"
@@ -53,11 +51,7 @@ class ViewsTest : public testing::Test {
   bool InDesign() { return window->Design().isAncestorOf(QApplication::focusWidget()); }
 
   QVariant Evaluate(const QString& expression) {
-    std::optional<QVariant> answer;
-    window->Design().View().page()->runJavaScript(expression, QWebEngineScript::ApplicationWorld,
-                                                  [&](const QVariant& value) { answer = value; });
-    EXPECT_TRUE(WaitFor([&] { return answer.has_value(); })) << expression.toStdString();
-    return answer.value_or(QVariant());
+    return ValueIn(*window->Design().View().page(), expression);
   }
   // In the page's own pixels, as they are once the page follows.
   bool ShowsWidth(int width) {
